@@ -1,0 +1,56 @@
+#include "utils/sockets.h"
+
+#include <QTcpSocket>
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
+namespace {
+
+QAbstractSocket::NetworkLayerProtocol chosenProtocol = QAbstractSocket::AnyIPProtocol;
+
+template <typename Value>
+void setOption(const QTcpSocket &socket, int level, int option, const Value &value)
+{
+    const auto descriptor = static_cast<int>(socket.socketDescriptor());
+    if (descriptor >= 0)
+        ::setsockopt(descriptor, level, option, &value, sizeof value);
+}
+
+} // namespace
+
+void Sockets::setProtocol(QAbstractSocket::NetworkLayerProtocol protocol)
+{
+    chosenProtocol = protocol;
+}
+
+void Sockets::connectToHost(QTcpSocket &socket, const QString &host, int port)
+{
+    socket.connectToHost(host, static_cast<quint16>(port), QIODevice::ReadWrite, chosenProtocol);
+}
+
+void Sockets::preferBbr(const QTcpSocket &socket)
+{
+    setOption(socket, IPPROTO_TCP, TCP_CONGESTION, std::to_array("bbr"));
+}
+
+QString Sockets::congestionControl(const QTcpSocket &socket)
+{
+    char name[16] = {};
+    socklen_t length = sizeof name - 1;
+    const auto descriptor = static_cast<int>(socket.socketDescriptor());
+    if (descriptor < 0 || ::getsockopt(descriptor, IPPROTO_TCP, TCP_CONGESTION, name, &length) != 0)
+        return {};
+    return QString::fromLatin1(name);
+}
+
+void Sockets::dropUnsentOnClose(const QTcpSocket &socket)
+{
+    setOption(socket, SOL_SOCKET, SO_LINGER, linger{.l_onoff = 1, .l_linger = 0});
+}
+
+void Sockets::limitUnsent(const QTcpSocket &socket, int bytes)
+{
+    setOption(socket, IPPROTO_TCP, TCP_NOTSENT_LOWAT, bytes);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QAbstractSocket>
+#include <QString>
+
+class QTcpSocket;
+
+/// What the measuring sockets ask of the kernel, in one place. Options are set on a best-effort
+/// basis: a kernel that lacks one is no failure of the test, it only measures with what it has.
+namespace Sockets {
+
+/// Restricts every later connectToHost to IPv4 or IPv6; AnyIPProtocol lifts the restriction.
+void setProtocol(QAbstractSocket::NetworkLayerProtocol protocol);
+
+/// Connects for reading and writing with the protocol chosen by setProtocol; names resolve
+/// asynchronously. A port outside 1 to 65535 ends in the socket's error signal like a dead port.
+void connectToHost(QTcpSocket &socket, const QString &host, int port);
+
+/// Asks for BBR: a mobile link loses packets without being congested, and a congestion control that
+/// takes loss for congestion would measure itself instead of the link.
+void preferBbr(const QTcpSocket &socket);
+
+/// Name of the congestion control that the kernel runs on @p socket; empty when it does not say.
+QString congestionControl(const QTcpSocket &socket);
+
+/// Lets the next close or abort drop what the kernel still holds instead of sending it on: the rest of
+/// an ended upload would otherwise fill the link while the next phase measures.
+void dropUnsentOnClose(const QTcpSocket &socket);
+
+/// Bounds what the kernel takes beyond what is under way on the link, so that "bytes written" follows
+/// the network rather than the growth of a buffer.
+void limitUnsent(const QTcpSocket &socket, int bytes);
+
+} // namespace Sockets

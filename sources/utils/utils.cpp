@@ -1,0 +1,206 @@
+#include "utils/utils.h"
+
+#include "utils/clock.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QSettings>
+#include <QStringList>
+#include <QTextStream>
+
+#include <iterator>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype maxLogLines = 1000;
+constexpr qsizetype maxLogLineLength = 2000;
+
+QStringList logentries;
+
+struct Code
+{
+    QLatin1StringView code;
+    const char *longKey;
+    const char *shortKey;
+};
+
+constexpr const char *shortMobile = QT_TRANSLATE_NOOP("Utils", "conntypeMobile");
+constexpr const char *shortWlan = QT_TRANSLATE_NOOP("Utils", "conntypeWLAN");
+constexpr const char *shortOther = QT_TRANSLATE_NOOP("Utils", "conntypeother");
+
+const Code connectionTypes[] = {
+    {"Unknown"_L1, QT_TRANSLATE_NOOP("Utils", "Unknown"), shortOther},
+    {"GsmMode"_L1, QT_TRANSLATE_NOOP("Utils", "Mobile(GSM)"), shortMobile},
+    {"CdmaMode"_L1, QT_TRANSLATE_NOOP("Utils", "Mobile(CDMA)"), shortMobile},
+    {"WcdmaMode"_L1, QT_TRANSLATE_NOOP("Utils", "Mobile(UMTS)"), shortMobile},
+    {"WlanMode"_L1, QT_TRANSLATE_NOOP("Utils", "WLAN"), shortWlan},
+    {"EthernetMode"_L1, QT_TRANSLATE_NOOP("Utils", "Ethernet"), shortOther},
+    {"BluetoothMode"_L1, QT_TRANSLATE_NOOP("Utils", "Bluetooth"), shortOther},
+    {"WimaxMode"_L1, QT_TRANSLATE_NOOP("Utils", "Wimax"), shortOther},
+    {"LteMode"_L1, QT_TRANSLATE_NOOP("Utils", "Mobile(LTE)"), shortMobile},
+    {"NrMode"_L1, QT_TRANSLATE_NOOP("Utils", "Mobile(5G)"), shortMobile},
+};
+
+const Code locations[] = {
+    {"Unknown"_L1, QT_TRANSLATE_NOOP("Utils", "LocationUnknown"),
+     QT_TRANSLATE_NOOP("Utils", "LocationUnknownShort")},
+    {"Indoor"_L1, QT_TRANSLATE_NOOP("Utils", "LocationIndoor"),
+     QT_TRANSLATE_NOOP("Utils", "LocationIndoorShort")},
+    {"Outdoor"_L1, QT_TRANSLATE_NOOP("Utils", "LocationOutdoor"),
+     QT_TRANSLATE_NOOP("Utils", "LocationOutdoorShort")},
+    {"Train"_L1, QT_TRANSLATE_NOOP("Utils", "LocationTrain"),
+     QT_TRANSLATE_NOOP("Utils", "LocationTrainShort")},
+    {"Car"_L1, QT_TRANSLATE_NOOP("Utils", "LocationCar"),
+     QT_TRANSLATE_NOOP("Utils", "LocationCarShort")},
+    {"Other"_L1, QT_TRANSLATE_NOOP("Utils", "LocationOther"),
+     QT_TRANSLATE_NOOP("Utils", "LocationOtherShort")},
+};
+
+template <typename Table>
+const Code *find(const Table &table, const QString &code)
+{
+    const auto *row = std::find_if(std::begin(table), std::end(table),
+                                   [&](const Code &each) { return each.code == code; });
+    return row == std::end(table) ? nullptr : row;
+}
+
+QString logLine(const QString &text)
+{
+    return u"%1: %2"_s.arg(QString::number(Utils::getTimeInMs()), text.left(maxLogLineLength));
+}
+
+QString read(const QString &application, const QString &key)
+{
+    return QSettings(u"orvak"_s, application).value(key).toString();
+}
+
+void write(const QString &application, const QString &key, const QString &value)
+{
+    QSettings(u"orvak"_s, application).setValue(key, value);
+}
+
+const QString ownStore = u"Velometer"_s;
+const QString commonStore = u"VelometerCommon"_s;
+
+} // namespace
+
+Utils::Utils(QObject *parent)
+    : QObject(parent)
+{
+}
+
+qlonglong Utils::getTimeInMs()
+{
+    return Clock::current().wallMs();
+}
+
+qlonglong Utils::getTimeInNs()
+{
+    return Clock::current().steadyUs() * 1000;
+}
+
+QString Utils::getPlainVersion()
+{
+    return QStringLiteral(VELOMETER_VERSION);
+}
+
+QString Utils::getVersion()
+{
+    return u'V' + getPlainVersion();
+}
+
+QString Utils::getAppTitle()
+{
+    return u"Velometer"_s;
+}
+
+QString Utils::readFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return {};
+    return QTextStream(&file).readAll();
+}
+
+QString Utils::getSettingsValue(QString key)
+{
+    return read(ownStore, key);
+}
+
+void Utils::setSettingsValue(QString key, QString value)
+{
+    write(ownStore, key, value);
+}
+
+QString Utils::getSettingsCommonValue(QString key)
+{
+    return read(commonStore, key);
+}
+
+void Utils::setSettingsCommonValue(QString key, QString value)
+{
+    write(commonStore, key, value);
+}
+
+void Utils::addLogEntry(QString text)
+{
+    if (logentries.size() < maxLogLines)
+        logentries.append(logLine(text));
+    qDebug().noquote() << logLine(text);
+}
+
+QString Utils::getLogEntries()
+{
+    QString all;
+    for (QString line : std::as_const(logentries)) {
+        line.replace(u'<', "&lt;"_L1);
+        line.replace(u'>', "&gt;"_L1);
+        line.replace(u'&', "&amp;"_L1);
+        line.replace(u'\'', "&apos;"_L1);
+        line.replace(u'"', "&quot;"_L1);
+        all += line + "\r\n"_L1;
+    }
+    return all;
+}
+
+QString Utils::trConnectionType(QString code)
+{
+    const Code *row = find(connectionTypes, code);
+    return row ? tr(row->longKey) : QString();
+}
+
+QString Utils::trConnectionTypeShort(QString code)
+{
+    const Code *row = find(connectionTypes, code);
+    return tr(row ? row->shortKey : shortOther);
+}
+
+QString Utils::connectionTypeKey(const QString &code)
+{
+    const Code *row = find(connectionTypes, code);
+    return row ? QString::fromLatin1(row->longKey) : QString();
+}
+
+QString Utils::trLocation(QString code)
+{
+    const Code *row = find(locations, code);
+    return row ? tr(row->longKey) : QString();
+}
+
+QString Utils::trLocationShort(QString code)
+{
+    const Code *row = find(locations, code);
+    return row ? tr(row->shortKey) : QString();
+}
+
+bool Utils::connectionTypeIsMobile(QString type)
+{
+    return type.contains("Mobile("_L1);
+}
+
+bool Utils::isOldSymbian()
+{
+    return qstrcmp(qVersion(), "4.6.3") == 0;
+}
