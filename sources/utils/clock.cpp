@@ -16,8 +16,8 @@ public:
 
     qint64 steadyUs() const override
     {
-        return duration_cast<microseconds>(wallAtStart.time_since_epoch()
-                                           + (steady_clock::now() - steadyAtStart))
+        return duration_cast<microseconds>(wallAtStart.time_since_epoch() +
+                                           (steady_clock::now() - steadyAtStart))
             .count();
     }
 

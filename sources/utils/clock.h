@@ -18,8 +18,8 @@ public:
 
     static const Clock &current();
 
-    /// Puts @p clock (borrowed; must outlive its use) in the place of the system's; nullptr restores
-    /// the system's clock.
+    /// Puts @p clock (borrowed; must outlive its use) in the place of the system's; nullptr
+    /// restores the system's clock.
     static void install(const Clock *clock);
 
 protected:

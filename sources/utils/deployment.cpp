@@ -19,8 +19,7 @@ class Reader
 public:
     explicit Reader(const QString &file)
         : settings(file, QSettings::IniFormat)
-    {
-    }
+    {}
 
     void text(const QString &key, QString &value) const
     {

@@ -6,14 +6,14 @@
 
 #include <optional>
 
-/// Where this installation's service lives: read from an INI file, over built-in defaults that point
-/// at a service on this machine. A plain value; the program keeps one as current().
+/// Where this installation's service lives: read from an INI file, over built-in defaults that
+/// point at a service on this machine. A plain value; the program keeps one as current().
 struct Deployment
 {
     QString webHost = QStringLiteral("127.0.0.1"); ///< assigns user ids, serves the users' pages
     int webPort = 8080;
     QString importHost = QStringLiteral("127.0.0.1"); ///< named in the report's document type
-    QString salt = QStringLiteral("8352");            ///< shared with the service, see the report's hash
+    QString salt = QStringLiteral("8352"); ///< shared with the service, see the report's hash
     QString feedbackMailbox = QStringLiteral("feedback@velometer.invalid");
     QString makerUrl; ///< empty: the web host's root
 
@@ -27,12 +27,13 @@ struct Deployment
     QString tileUrl = QStringLiteral("https://tile.openstreetmap.org/{z}/{x}/{y}.png");
     QString attribution = QStringLiteral("(c) OpenStreetMap contributors");
 
-    /// The values of @p file over the defaults. When the file cannot be read or a value in it makes no
-    /// sense, nothing comes back and @p error says in one sentence which.
+    /// The values of @p file over the defaults. When the file cannot be read or a value in it makes
+    /// no sense, nothing comes back and @p error says in one sentence which.
     static std::optional<Deployment> fromFile(const QString &file, QString *error);
 
-    /// As fromFile for @p file (--config) when it is given, else the file that VELOMETER_CONFIG names,
-    /// else velometer/deployment.conf in the XDG configuration directories, else the defaults.
+    /// As fromFile for @p file (--config) when it is given, else the file that VELOMETER_CONFIG
+    /// names, else velometer/deployment.conf in the XDG configuration directories, else the
+    /// defaults.
     static std::optional<Deployment> load(const QString &file, QString *error);
 
     /// "http://host" of the web host, with its port when that is not 80; no slash at the end.

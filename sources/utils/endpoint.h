@@ -12,8 +12,8 @@ struct Endpoint
     QString host;
     int port = 80;
 
-    /// What @p text says, with @p defaultPort where it names none; nothing when it is not an endpoint.
-    /// International names come back in their ASCII form.
+    /// What @p text says, with @p defaultPort where it names none; nothing when it is not an
+    /// endpoint. International names come back in their ASCII form.
     static std::optional<Endpoint> parse(const QString &text, int defaultPort);
 
     /// @p host as it stands in an address or a Host line: an IPv6 literal in brackets.

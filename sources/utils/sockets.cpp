@@ -30,6 +30,16 @@ void Sockets::connectToHost(QTcpSocket &socket, const QString &host, int port)
     socket.connectToHost(host, static_cast<quint16>(port), QIODevice::ReadWrite, chosenProtocol);
 }
 
+void Sockets::release(QTcpSocket *&socket, const QObject *receiver)
+{
+    if (!socket)
+        return;
+    socket->disconnect(receiver);
+    socket->abort();
+    socket->deleteLater();
+    socket = nullptr;
+}
+
 void Sockets::preferBbr(const QTcpSocket &socket)
 {
     setOption(socket, IPPROTO_TCP, TCP_CONGESTION, std::to_array("bbr"));

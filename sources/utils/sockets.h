@@ -3,6 +3,7 @@
 #include <QAbstractSocket>
 #include <QString>
 
+class QObject;
 class QTcpSocket;
 
 /// What the measuring sockets ask of the kernel, in one place. Options are set on a best-effort
@@ -16,6 +17,10 @@ void setProtocol(QAbstractSocket::NetworkLayerProtocol protocol);
 /// asynchronously. A port outside 1 to 65535 ends in the socket's error signal like a dead port.
 void connectToHost(QTcpSocket &socket, const QString &host, int port);
 
+/// Drops @p socket at once: it signals @p receiver no more, and may itself be the sender of the
+/// signal being handled. Sets the pointer to null; does nothing when it is.
+void release(QTcpSocket *&socket, const QObject *receiver);
+
 /// Asks for BBR: a mobile link loses packets without being congested, and a congestion control that
 /// takes loss for congestion would measure itself instead of the link.
 void preferBbr(const QTcpSocket &socket);
@@ -23,12 +28,12 @@ void preferBbr(const QTcpSocket &socket);
 /// Name of the congestion control that the kernel runs on @p socket; empty when it does not say.
 QString congestionControl(const QTcpSocket &socket);
 
-/// Lets the next close or abort drop what the kernel still holds instead of sending it on: the rest of
-/// an ended upload would otherwise fill the link while the next phase measures.
+/// Lets the next close or abort drop what the kernel still holds instead of sending it on: the rest
+/// of an ended upload would otherwise fill the link while the next phase measures.
 void dropUnsentOnClose(const QTcpSocket &socket);
 
-/// Bounds what the kernel takes beyond what is under way on the link, so that "bytes written" follows
-/// the network rather than the growth of a buffer.
+/// Bounds what the kernel takes beyond what is under way on the link, so that "bytes written"
+/// follows the network rather than the growth of a buffer.
 void limitUnsent(const QTcpSocket &socket, int bytes);
 
 } // namespace Sockets

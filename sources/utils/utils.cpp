@@ -88,8 +88,7 @@ const QString commonStore = u"VelometerCommon"_s;
 
 Utils::Utils(QObject *parent)
     : QObject(parent)
-{
-}
+{}
 
 qlonglong Utils::getTimeInMs()
 {

@@ -5,7 +5,8 @@
 
 /// Static helpers that every folder uses: the clock, the version, the two settings stores, the
 /// diagnostic log and the code tables of connection types and locations. No state but the log.
-/// Main thread only. Nothing here fails loudly: a missing file, setting or code gives an empty text.
+/// Main thread only. Nothing here fails loudly: a missing file, setting or code gives an empty
+/// text.
 class Utils : public QObject
 {
     Q_OBJECT
@@ -35,13 +36,13 @@ public:
     static QString getSettingsCommonValue(QString key);
     static void setSettingsCommonValue(QString key, QString value);
 
-    /// Adds "TIME: text" to the diagnostic log, which keeps its first 1000 lines, and writes the line to
-    /// the debug output in any case. A text from outside may be long: a line keeps its first 2000
-    /// characters, so that the log always fits into a report.
+    /// Adds "TIME: text" to the diagnostic log, which keeps its first 1000 lines, and writes the
+    /// line to the debug output in any case. A text from outside may be long: a line keeps its
+    /// first 2000 characters, so that the log always fits into a report.
     static void addLogEntry(QString text);
 
-    /// All log lines, each escaped for XML and ended by CR LF. The ampersand is escaped after the angle
-    /// brackets: "<" comes out as "&amp;lt;". The service undoes it in the same order.
+    /// All log lines, each escaped for XML and ended by CR LF. The ampersand is escaped after the
+    /// angle brackets: "<" comes out as "&amp;lt;". The service undoes it in the same order.
     static QString getLogEntries();
 
     /// Display text of a network mode code ("GsmMode" ...); empty for an unknown code.

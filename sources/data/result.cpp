@@ -1,0 +1,116 @@
+#include "data/result.h"
+
+#include "utils/utils.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The first two intervals are ramp-up.
+constexpr int firstCountedInterval = 2;
+/// One second.
+constexpr int windowLength = 10;
+
+} // namespace
+
+Result::Result(QObject *parent)
+    : QObject(parent)
+{}
+
+Result::Result(int port, int expected, qlonglong real, qint64 bytes, const IntervalTable &rates,
+               const IntervalTable &byteCounts, qlonglong pause, qlonglong connectTime,
+               qlonglong getTimeNs, int type, QObject *parent)
+    : QObject(parent)
+    , testport(port)
+    , bytestransferd(bytes)
+    , expectedduration(expected)
+    , realduration(real)
+    , time(Utils::getTimeInMs())
+    , valuesrate(rates)
+    , valuesbyte(byteCounts)
+    , max_pause(pause)
+    , gettime(getTimeNs)
+    , connecttime(connectTime)
+    , resulttype(type)
+{
+    if (realduration >= 1) {
+        const double seconds = static_cast<double>(realduration) / 1000.0 / 1000.0 / 1000.0;
+        rateavg = static_cast<qint64>(static_cast<double>(bytestransferd) * 8.0 / seconds);
+    }
+    calculateValues();
+    calculateWindows();
+}
+
+Result::Result(int port, const QHash<int, int> &times, QObject *parent)
+    : QObject(parent)
+    , testport(port)
+    , time(Utils::getTimeInMs())
+    , responsetimes(times)
+    , resulttype(Rtt)
+{
+    qint64 sum = 0;
+    int count = 0;
+    for (const int value : std::as_const(responsetimes)) {
+        if (value < 1)
+            continue;
+        ++count;
+        sum += value;
+        responsemax = qMax(responsemax, value);
+        responsemin = responsemin == -1 ? value : qMin(responsemin, value);
+    }
+    if (count > 0) {
+        valid = true;
+        responseavg = static_cast<int>(sum / count);
+    }
+}
+
+void Result::initialize()
+{
+    ratemin = ratemax = rateavg = -1;
+    responsemin = responseavg = responsemax = -1;
+    valuesavg = 0;
+    valid = false;
+    limited = false;
+    resulttype = Empty;
+}
+
+void Result::calculateValues()
+{
+    const auto n = static_cast<int>(valuesrate.size());
+    if (n <= firstCountedInterval)
+        return;
+    qint64 sum = 0;
+    for (int key = firstCountedInterval; key < n; ++key) {
+        const qint64 value = valuesrate.value(key);
+        sum += value;
+        if (value > 0)
+            valid = true;
+    }
+    valuesavg = sum / (n - firstCountedInterval);
+}
+
+void Result::calculateWindows()
+{
+    const auto n = static_cast<int>(valuesrate.size());
+    for (int start = firstCountedInterval; start < n - (windowLength - 1); ++start) {
+        qint64 sum = 0;
+        for (int key = start; key < start + windowLength; ++key)
+            sum += valuesrate.value(key);
+        const qint64 mean = sum / windowLength;
+        if (ratemin == -1 || ratemin > mean)
+            ratemin = mean;
+        if (ratemax == -1 || ratemax < mean)
+            ratemax = mean;
+    }
+}
+
+QString Result::toString() const
+{
+    const auto item = [](QLatin1StringView name, qint64 value) {
+        return name + ": "_L1 + QString::number(value) + ", "_L1;
+    };
+    return item("Bytes"_L1, bytestransferd) + item("Duration"_L1, realduration) +
+           item("Min"_L1, ratemin) + item("Avg time"_L1, rateavg) +
+           item("Avg values"_L1, valuesavg) + item("Max"_L1, ratemax) +
+           item("Max Pause"_L1, max_pause);
+}

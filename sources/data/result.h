@@ -1,0 +1,100 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+
+/// Value per 100 ms interval, keyed by interval number from 0: bytes, or bit/s.
+using IntervalTable = QHash<int, qint64>;
+
+/// What one measurement phase produced. The constructors derive every figure from the samples, so
+/// the rules below stand in one place. Rates are bit/s, response times and durations ns; -1 means
+/// that there is no figure.
+class Result : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum Type { Empty = 0, Download = 1, Upload = 2, Rtt = 3 };
+
+    explicit Result(QObject *parent);
+
+    /// A throughput phase (Download or Upload).
+    /// - average rate: all bytes over the real duration; none when that is below 1 ns
+    /// - average of the values: mean of the rate samples from interval 2 on (the first two are
+    /// ramp-up),
+    ///   with at least 3 samples; the phase is valid when one of those samples is above 0
+    /// - minimum and maximum: over the means of 10 intervals starting at 2, 3, ... n-10, with at
+    /// least
+    ///   12 samples
+    /// @p expectedduration in s, the other durations in ns.
+    Result(int testport, int expectedduration, qlonglong realduration, qint64 bytestransferd,
+           const IntervalTable &valuesrate, const IntervalTable &valuesbyte, qlonglong max_pause,
+           qlonglong connecttime, qlonglong gettime, int resulttype, QObject *parent);
+
+    /// An RTT phase: minimum, mean and maximum of the times above 0; valid when there is one.
+    Result(int testport, const QHash<int, int> &responsetimes, QObject *parent);
+
+    void initialize();
+
+    qint64 getRateAvg() const { return rateavg; }
+    qint64 getRateMin() const { return ratemin; }
+    qint64 getRateMax() const { return ratemax; }
+    qint64 getValuesAvg() const { return valuesavg; }
+    int getPort() const { return testport; }
+    int getDuration() const { return expectedduration; }       ///< planned, s
+    qlonglong getRealDuration() const { return realduration; } ///< ns
+    qlonglong getTime() const { return time; }                 ///< of creation, ms
+    const IntervalTable &getIntervallValuesRate() const { return valuesrate; }
+    const IntervalTable &getIntervallValuesByte() const { return valuesbyte; }
+    /// The single response times by connect number; a failed connect is -1.
+    const QHash<int, int> &getResponseTimes() const { return responsetimes; }
+    qlonglong getMaxPause() const { return max_pause; } ///< ns
+    int getResponseAvg() const { return responseavg; }
+    int getResponseMin() const { return responsemin; }
+    int getResponseMax() const { return responsemax; }
+    qlonglong getAllBytesTransfered() const { return allBytesTransfered; }
+    qint64 getBytesTransferd() const { return bytestransferd; }
+    bool isValid() const { return valid; }
+    bool isLimited() const { return limited; }
+    qlonglong getGetTime() const { return gettime; }         ///< ns, -1 when no data came
+    qlonglong getConnectTime() const { return connecttime; } ///< ns, -1 when it did not connect
+    int getResultType() const { return resulttype; }
+
+    void setAllBytesTransfered(qlonglong bytes) { allBytesTransfered = bytes; }
+
+    /// Name of the congestion control that the sending end was seen to run; empty when unknown.
+    QString getCongestionControl() const { return congestionControl; }
+    void setCongestionControl(const QString &name) { congestionControl = name; }
+
+    /// One line for the diagnostic log.
+    QString toString() const;
+
+private:
+    void calculateValues();
+    void calculateWindows();
+
+    qint64 ratemin = -1;
+    qint64 ratemax = -1;
+    qint64 rateavg = -1;
+    int responsemin = -1;
+    int responseavg = -1;
+    int responsemax = -1;
+    qlonglong allBytesTransfered = 0;
+    int testport = 0;
+    qint64 bytestransferd = 0;
+    int expectedduration = 0;
+    qlonglong realduration = 0;
+    qlonglong time = 0;
+    IntervalTable valuesrate;
+    IntervalTable valuesbyte;
+    QHash<int, int> responsetimes;
+    qlonglong max_pause = 0;
+    qint64 valuesavg = 0;
+    bool valid = false;
+    bool limited = false;
+    qlonglong gettime = 0;
+    qlonglong connecttime = 0;
+    int resulttype = Empty;
+    QString congestionControl;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "data/testserver.h"
+
+#include <QList>
+#include <QObject>
+
+struct Deployment;
+
+/// The six servers that this deployment offers, in the order in which they are shown and looked up.
+/// Owns its servers. Display texts are translated when the table is built.
+class TestServerTable : public QObject
+{
+    Q_OBJECT
+
+public:
+    TestServerTable(const Deployment &deployment, QObject *parent);
+
+    const QList<TestServer *> &servers() const { return table; }
+
+    /// The first server with exactly this host name and port; null when there is none.
+    TestServer *find(const QString &hostname, int port) const;
+
+    /// The server with this name in any letter case, in its own or in its display language; null
+    /// when there is none.
+    TestServer *findByName(const QString &name) const;
+
+private:
+    void add(const char *name, const struct Endpoint &endpoint, const char *city, const char *state,
+             const char *country);
+
+    QList<TestServer *> table;
+    QStringList ownNames;
+};

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QLatin1StringView>
+
+/// The statements of the result database. "%1", "%2" ... are filled by substitution.
+namespace DatabaseStatements {
+
+using namespace Qt::StringLiterals;
+
+inline constexpr int schemaVersion = 6;
+
+inline constexpr auto CREATE_TABLE_VERSION = "CREATE TABLE version (v integer)"_L1;
+inline constexpr auto DELETE_FROM_VERSION = "DELETE FROM version"_L1;
+inline constexpr auto INSERT_INTO_VERSION = "INSERT INTO version VALUES(%1)"_L1;
+inline constexpr auto SELECT_VERSION = "SELECT * FROM VERSION"_L1;
+
+inline constexpr auto DROP_TABLE_TESTRESULTS = "DROP TABLE testresults"_L1;
+inline constexpr auto DROP_TABLE_TESTDETAILS = "DROP TABLE testdetails"_L1;
+inline constexpr auto DROP_TABLE_XMLFILES = "DROP TABLE xmlfiles"_L1;
+inline constexpr auto CREATE_TABLE_TESTRESULTS =
+    "CREATE TABLE testresults (id integer primary key, timestamp double,seriesid integer,testid "
+    "integer,downloadSpeed double,uploadSpeed double,uploadSpeedClient double,rtt "
+    "integer,connectionType varchar(255),location varchar(255),server varchar(255),velocity "
+    "double,distance double,accuracyvert double,accuracyhor double,distanceDurationInSeconds "
+    "double)"_L1;
+inline constexpr auto CREATE_TABLE_XMLFILES =
+    "CREATE TABLE xmlfiles (id integer primary key, numberofretries integer, xml varchar(65000))"_L1;
+inline constexpr auto CREATE_TABLE_TESTDETAILS =
+    "CREATE TABLE testdetails (id integer,key varchar(128), type varchar(1), string varchar(255), "
+    "long long, double double, PRIMARY KEY (id, key))"_L1;
+
+inline constexpr auto INSERT_INTO_TESTRESULTS =
+    "INSERT INTO "
+    "testresults(timestamp,seriesid,testid,downloadSpeed,uploadSpeed,uploadSpeedClient,rtt,"
+    "connectionType,location,server,velocity,distance,accuracyvert,accuracyhor,"
+    "distanceDurationInSeconds) "
+    "VALUES(%1,%2,%3,%4,%5,%6,%7,'%8','%9','%10',%11,%12,%13,%14,%15)"_L1;
+inline constexpr auto DELETE_FROM_TESTDETAILS = "DELETE FROM testdetails WHERE id = %1"_L1;
+inline constexpr auto INSERT_INTO_TESTDETAILS =
+    "INSERT INTO testdetails(id,key,type,string,long,double) VALUES(%1, '%2','%3','%4',%5,%6)"_L1;
+inline constexpr auto SELECT_TESTRESULTS_ID_BY_TEST_AND_SERIES_ID =
+    "SELECT id FROM testresults WHERE testid = %1 AND seriesid = %2"_L1;
+inline constexpr auto SELECT_TESTRESULTS_BY_ID = "SELECT * FROM testresults WHERE id = %1"_L1;
+inline constexpr auto SELECT_ALL_TESTRESULTS =
+    "SELECT * FROM testresults order by seriesid desc, testid desc"_L1;
+inline constexpr auto COUNT_TESTDETAILS_BY_ID = "SELECT COUNT(*) FROM testdetails WHERE id = %1"_L1;
+inline constexpr auto SELECT_TESTDETAILS_BY_ID = "SELECT * FROM testdetails WHERE ID = %1"_L1;
+inline constexpr auto SELECT_TOTALMEGABYTEINDB =
+    "SELECT SUM(long) FROM testdetails WHERE key = '%1' GROUP BY key"_L1;
+inline constexpr auto SELECT_TOTALMEGABYTESMOBILEINDB =
+    "SELECT SUM(testdetails.long) FROM testresults LEFT JOIN testdetails ON testresults.id = "
+    "testdetails.id WHERE testresults.connectionType like 'Mobile%' AND key = '%1' GROUP BY key"_L1;
+
+inline constexpr auto SELECT_NEXTUNSENTXMLFILE =
+    "SELECT id, numberofretries, xml from xmlfiles WHERE id > %1 and numberofretries < 20 limit 1"_L1;
+inline constexpr auto COUNT_UNSENTXMLFILES =
+    "SELECT COUNT(*) FROM xmlfiles WHERE numberofretries < 20"_L1;
+inline constexpr auto UPDATE_UNSENTXMLFILE =
+    "UPDATE xmlfiles SET numberofretries='%1' WHERE id = %2"_L1;
+inline constexpr auto INSERT_UNSENTXMLFILE =
+    "INSERT INTO xmlfiles(numberofretries, xml) VALUES (%1, '%2')"_L1;
+inline constexpr auto DELETE_UNSENTXMLFILE = "DELETE FROM xmlfiles WHERE id = %1"_L1;
+
+inline constexpr auto SELECT_NUMBEROFRESULTSWITHLOCATIONS =
+    "SELECT count(*) FROM testdetails WHERE key = '%1' AND double<>0"_L1;
+inline constexpr auto SELECT_ALL_LOCATIONS =
+    "SELECT testresults.id as id, key, double, downloadSpeed, uploadSpeed, connectionType FROM "
+    "testresults, testdetails WHERE testresults.id=testdetails.id and (key = '%1' OR key = '%2' OR "
+    "key = '%3') AND double<>0 order by id desc, key"_L1;
+
+} // namespace DatabaseStatements

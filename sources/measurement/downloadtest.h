@@ -1,0 +1,26 @@
+#pragma once
+
+#include "measurement/throughputtest.h"
+
+/// Download throughput: asks the test server for a stream and discards what comes. The measured
+/// period begins with the first byte, so connecting and asking are not part of it.
+class DownloadTest : public ThroughputTest
+{
+    Q_OBJECT
+
+public:
+    DownloadTest(MeasurementContext *controller, QObject *parent);
+
+    void doMeasurement(int seconds) override;
+
+protected:
+    qint64 totalBytes() const override { return bytesRead; }
+    QString requestText() const override;
+
+private Q_SLOTS:
+    void readyRead();
+
+private:
+    qint64 bytesRead = 0; ///< the answer's header included
+    qint64 old_bytesRead = 0;
+};

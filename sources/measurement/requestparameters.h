@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+class TestContext;
+
+/// Offsets on the test id that tell the service which request of a test it sees.
+namespace TestIdOffset {
+inline constexpr qlonglong initialise = 1000000;
+inline constexpr qlonglong download = 2000000;
+/// Of the upload and of the request for its result.
+inline constexpr qlonglong upload = 3000000;
+} // namespace TestIdOffset
+
+/// "testuserid=...&seriesid=...&testid=..." of the running test, as every request carries it.
+QString testParameters(const TestContext &context, qlonglong testIdOffset);

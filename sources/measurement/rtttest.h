@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QAbstractSocket>
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+class MeasurementContext;
+class QTcpSocket;
+class Result;
+
+/// Round-trip time as TCP connect time: four connects with a pause between them, each timed from
+/// start to the connected signal. The first resolves the name and warms the path and is not
+/// counted. A connect that fails within its 3 s counts as -1; the test itself cannot fail. Calls
+/// measurementDone() of its controller exactly once, from the event loop, unless it is cancelled.
+class RttTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @p controller is borrowed and outlives the test; @p parent owns the test and its result.
+    RttTest(MeasurementContext *controller, QObject *parent);
+    ~RttTest() override;
+
+    /// Starts the next connect; the test itself starts all but the first.
+    void doMeasurement();
+    /// Ends without a result.
+    void cancel();
+
+private Q_SLOTS:
+    void rttTimeoutOccourd();
+    void pauseOver();
+    void slotConnected();
+    void slotDisconnected();
+    void slotError(QAbstractSocket::SocketError code);
+
+private:
+    void rttmeasurementFinished();
+    void testExecuted();
+
+    MeasurementContext *controller;
+    QTimer timer;
+    QTimer timerPause;
+    QTcpSocket *m_socket = nullptr;
+    Result *result = nullptr;
+    qint64 rttstart = 0;
+    qint64 rttstop = 0;
+    QHash<int, int> responsetimes; ///< ns by number of the connect
+    qint64 rtt = -1;
+    QString ipadress; ///< learnt from the first connect that succeeds
+    int testsexecuted = 0;
+    bool cancelled = false;
+};

@@ -1,0 +1,200 @@
+#pragma once
+
+#include "data/testresults.h"
+#include "data/xmldata.h"
+#include "measurement/measurementcontext.h"
+#include "platform/networksession.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class HttpGetRequester;
+class Platform;
+class TestHost;
+class TestObserver;
+class TestServer;
+
+/// How a test ended, for a program that must say so.
+struct TestOutcome
+{
+    enum class End {
+        Completed,         ///< every phase ran; the figures themselves may still be missing
+        Stopped,           ///< on request
+        NoNetwork,         ///< the network session did not open
+        ServerUnreachable, ///< nothing answers at the test server
+        Refused,           ///< the service did not accept the test
+    };
+
+    End end = End::Completed;
+    qulonglong storedId = 0;      ///< row of the results table, 0 when nothing was stored
+    bool storeFailed = false;     ///< results or report could not be written
+    bool reportDelivered = false; ///< the service has taken this test's report
+    int queueId = -1;             ///< row of the queue where it waits, -1 when it does not
+    int resent = 0;               ///< earlier reports delivered at the end of this test
+    int waiting = 0;              ///< reports that wait in the queue now
+};
+
+/// Drives one complete test: context helpers, network session, reachability, user id, initialise,
+/// download, upload, server-side result, RTT, report, store, and the queue of earlier reports. A
+/// phase machine: every asynchronous completion sets the next phase and calls continueTest().
+/// Reports to its observer; every test ends in exactly one stopTest() followed by testEnded(). Main
+/// thread only.
+///
+/// Observer, host and platform are borrowed and outlive the controller; it owns everything else.
+/// Results and reports go to gDB, which is open.
+class TestController : public QObject, public MeasurementContext
+{
+    Q_OBJECT
+
+public:
+    enum class Phase {
+        Init = 0,
+        NetworkSession = 1,
+        Reachability = 2,
+        UserId = 3,
+        Initialise = 4,
+        DownloadStartMarker = 5,
+        Download = 6,
+        DownloadEndMarker = 7,
+        UploadStartMarker = 8,
+        Upload = 9,
+        UploadResult = 10,
+        UploadEndMarker = 11,
+        RttStartMarker = 12,
+        Rtt = 13,
+        RttEndMarker = 14,
+        Submit = 15,
+        StoreAndResubmit = 16,
+    };
+    Q_ENUM(Phase)
+
+    TestController(QObject *parent, TestObserver *observer, TestHost *host, Platform &platform);
+    ~TestController() override;
+
+    /// Starts a test at the user's location (a location code). Does nothing while one runs.
+    void runTests(QString userLocation);
+    /// Offers the queued reports to the service once, without a test; ends like a test.
+    void resendReports();
+    /// Ends a running test now: the running phase is dropped, a partial report goes to the queue.
+    void abortTest();
+    bool isRunning() const { return running; }
+
+    void startNewSeries();
+    void saveUserSettings();
+    /// Chooses the server (borrowed, outlives its use) and remembers the choice.
+    void setTestServer(TestServer *server);
+    void loadUserId();
+    bool checkRoaming() const;
+
+    /// The record of the running or the last test; null before the first. Gone with the next
+    /// runTests.
+    const TestResults *getTestResults() const { return testResults; }
+    const TestOutcome &getOutcome() const { return outcome; }
+    Phase getPhase() const { return teststatus; }
+
+    // MeasurementContext
+    TestServer *getTestServer() const override { return testServer; }
+    QString getUserLocation() const override { return userLocation; }
+    qlonglong getUserId() const override { return userid; }
+    qlonglong getSeriesId() const override { return seriesid; }
+    qlonglong getTestId() const override { return testid; }
+    QString getScheduleInfo() const override;
+    LocationHelper *getLocationHelper() const override { return locationhelper; }
+    NetworkInfoHelper *getNetWorkInfoHelper() const override { return networkinfohelper; }
+    DeviceInfoHelper *getDeviceInfoHelper() const override { return deviceinfohelper; }
+    TestObserver *getTestObserver() const override { return observer; }
+    int getMSS() const override;
+    void testResultLogReady(TestResultLog *log) override;
+    void measurementDone(Result *result) override;
+    void httpRequestDone(bool ok, QString header, QString body) override;
+
+Q_SIGNALS:
+    /// continueTest is about to work on this phase.
+    void phaseEntered(TestController::Phase phase);
+    void testEnded(const TestOutcome &outcome);
+
+private Q_SLOTS:
+    void continueTest();
+    void connectionOpened();
+    void connectionError(NetworkSession::SessionError error);
+
+private:
+    // One short function a phase, in the order of the phases.
+    void beginTest();
+    void openSession();
+    void checkReachability();
+    void obtainUserId();
+    void requestInitialise();
+    void markDownloadStart();
+    void runDownload();
+    void markDownloadEnd();
+    void markUploadStart();
+    void runUpload();
+    void requestUploadResult();
+    void markUploadEnd();
+    void markRttStart();
+    void runRtt();
+    void markRttEnd();
+    void submitReport();
+    void storeAndResubmit();
+
+    void userIdAnswered(bool ok, const QString &body);
+    void initialiseAnswered(bool ok, const QString &header, const QString &body);
+    void uploadResultAnswered(bool ok, const QString &header, const QString &body);
+    void submissionAnswered(bool ok, const QString &header, const QString &body);
+
+    void initializeTestServer();
+    void loadIds();
+    void createRecord();
+    void takeLogEntry(const QString &name, Phase next);
+    void addInitFailedEntry();
+    void reachabilityChecked(qlonglong rtt);
+    void queuePartialReport();
+    void queueReport();
+    void storeTest();
+    void resubmit();
+    void postReport();
+    void request(const QString &text);
+
+    void prepare();
+    void advance(Phase next);
+    void continueLater(Phase next);
+    void stopOnRequest();
+    void keepUnfinishedTest();
+    void dropActivity();
+    void endTest(TestOutcome::End end, const QString &errorText = QString());
+    void startServices();
+    void stopServices();
+    void setObserverInformation();
+
+    TestServer *testServer = nullptr;
+    QString userLocation;
+    qlonglong userid = 0;
+    qlonglong testid = 0;
+    qlonglong seriesid = 0;
+    TestObserver *observer;
+    TestHost *host;
+    Platform &platform;
+    DeviceInfoHelper *deviceinfohelper;
+    LocationHelper *locationhelper;
+    NetworkInfoHelper *networkinfohelper;
+    TestResultLog *internetconnectionchecker;
+    int numberOfRetries = 0;
+    TestResults *testResults = nullptr; ///< a child, or null before the record exists
+    HttpGetRequester *httpgetter;
+    std::unique_ptr<NetworkSession> netsession;
+    std::unique_ptr<XMLData> xmldata; ///< the report being submitted
+    Phase teststatus = Phase::Init;
+
+    bool running = false;
+    /// Where the log entry that is being taken leads.
+    Phase afterLogEntry = Phase::Init;
+    /// Silences what the current phase has under way.
+    std::function<void()> cancelActivity;
+    /// Context of delayed calls; a new test replaces it, so that no call of an old one arrives.
+    std::unique_ptr<QObject> testScope;
+    TestOutcome outcome;
+};

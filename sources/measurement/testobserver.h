@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+/// How a test reports to whoever shows it. Called on the main thread, from the event loop.
+class TestObserver
+{
+public:
+    virtual ~TestObserver() = default;
+
+    virtual void setStatus(QString text) = 0; ///< what runs now, translated
+    virtual void setProgressMax(int max) = 0;
+    virtual void setProgressValue(int value) = 0;
+    virtual void setProgress(int value, int max) = 0;
+    virtual void startTest() = 0;
+    /// The test has ended: normally, after an error, or on request.
+    virtual void stopTest() = 0;
+    virtual void setDownloadText(QString text) = 0;
+    virtual void setUploadText(QString text) = 0;
+    virtual void setRTTText(QString text) = 0;
+    virtual void setDataTransferred(QString text) = 0;
+    virtual void setErrorText(QString text) = 0; ///< one sentence for the user, translated
+    /// True when the user wants the test to end at the next step.
+    virtual bool stopRequested() = 0;
+    virtual void setInformation(QString server, QString seriesId, QString testId,
+                                QString position) = 0;
+
+protected:
+    TestObserver() = default;
+    Q_DISABLE_COPY_MOVE(TestObserver)
+};

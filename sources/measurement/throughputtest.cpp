@@ -1,0 +1,163 @@
+#include "measurement/throughputtest.h"
+
+#include "data/testserver.h"
+#include "measurement/measurementcontext.h"
+#include "measurement/testobserver.h"
+#include "utils/sockets.h"
+#include "utils/utils.h"
+
+#include <QTcpSocket>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr qint64 intervalNs = 100'000'000;
+constexpr int intervalsPerSecond = 10;
+/// Bytes in 100 ms to bit/s.
+constexpr qint64 bitsPerSecondFactor = 80;
+constexpr qint64 nsPerMs = 1'000'000;
+constexpr auto repaintPeriod = 200ms;
+/// Lets the last interval be closed by data that comes after it.
+constexpr auto deadlineGrace = 100ms;
+
+qint64 span(qint64 start, qint64 end)
+{
+    return start > 0 && end > 0 ? end - start : -1;
+}
+
+} // namespace
+
+ThroughputTest::ThroughputTest(MeasurementContext *context, QString testName, Result::Type type,
+                               QObject *parent)
+    : QObject(parent)
+    , controller(context)
+    , m_socket(new QTcpSocket(this))
+    , name(std::move(testName))
+    , resulttype(type)
+    , time_start(Utils::getTimeInNs())
+{
+    timer.setSingleShot(true);
+    // A coarse timer may be late by a twentieth, which is a third of a second here.
+    timer.setTimerType(Qt::PreciseTimer);
+    connect(&timer, &QTimer::timeout, this, &ThroughputTest::timeoutOccourd);
+    connect(&repainttimer, &QTimer::timeout, this, &ThroughputTest::timeoutOccourdRepaint);
+    connect(m_socket, &QTcpSocket::connected, this, &ThroughputTest::slotConnected);
+    connect(m_socket, &QTcpSocket::disconnected, this, &ThroughputTest::slotDisconnected);
+    connect(m_socket, &QTcpSocket::errorOccurred, this, &ThroughputTest::slotError);
+}
+
+ThroughputTest::~ThroughputTest()
+{
+    cancel();
+}
+
+void ThroughputTest::doMeasurement(int seconds)
+{
+    // Filled in advance, so that an interval without data stands there with 0.
+    for (int i = 0; i < seconds * intervalsPerSecond; ++i) {
+        valuesrate.insert(i, 0);
+        valuesbyte.insert(i, 0);
+    }
+    controller->getTestObserver()->setProgressMax(1000 * seconds);
+    testduration = seconds;
+    timer.start(std::chrono::seconds(testduration));
+    timeconnectstart = Utils::getTimeInNs();
+    const TestServer *server = controller->getTestServer();
+    Sockets::connectToHost(*m_socket, server->getHostname(), server->getPort());
+}
+
+void ThroughputTest::cancel()
+{
+    timer.stop();
+    repainttimer.stop();
+    Sockets::release(m_socket, this);
+}
+
+void ThroughputTest::slotConnected()
+{
+    timeconnectend = Utils::getTimeInNs();
+    Utils::addLogEntry(name + " Connected()"_L1);
+    Sockets::preferBbr(*m_socket);
+    congestionControl = Sockets::congestionControl(*m_socket);
+    const QByteArray text = requestText().toUtf8();
+    timegettimestart = Utils::getTimeInNs();
+    const qint64 written = m_socket->write(text);
+    Utils::addLogEntry(u"Written: %1"_s.arg(written));
+}
+
+void ThroughputTest::begin()
+{
+    timegettimeend = Utils::getTimeInNs();
+    repainttimer.start(repaintPeriod);
+    timer.start(std::chrono::seconds(testduration) + deadlineGrace);
+    time_end = akttime = mseconds = old_mseconds = max_pause = 0;
+    aktinterval = 0;
+    time_start = Utils::getTimeInNs();
+}
+
+void ThroughputTest::takeTime()
+{
+    akttime = Utils::getTimeInNs();
+    const qint64 elapsed = akttime - time_start;
+    if (mseconds >= 1)
+        max_pause = qMax(max_pause, elapsed - mseconds);
+    mseconds = elapsed;
+}
+
+void ThroughputTest::recordInterval(qint64 total, qint64 &oldTotal)
+{
+    const qint64 current = mseconds / intervalNs;
+    if (old_mseconds / intervalNs < current) {
+        aktinterval = static_cast<int>(current - 1);
+        if (aktinterval < testduration * intervalsPerSecond) {
+            const qint64 delta = total - oldTotal;
+            valuesrate[aktinterval] = delta * bitsPerSecondFactor;
+            valuesbyte[aktinterval] = delta;
+            oldTotal = total;
+            old_mseconds = mseconds;
+        }
+    }
+    controller->getTestObserver()->setProgressValue(static_cast<int>(mseconds / nsPerMs));
+}
+
+void ThroughputTest::timeoutOccourdRepaint()
+{
+    controller->getTestObserver()->setProgressValue(
+        static_cast<int>((Utils::getTimeInNs() - time_start) / nsPerMs));
+}
+
+void ThroughputTest::timeoutOccourd()
+{
+    testFinished();
+}
+
+void ThroughputTest::slotDisconnected()
+{
+    Utils::addLogEntry(name + " slotDisconnected()"_L1);
+    testFinished();
+}
+
+void ThroughputTest::slotError(QAbstractSocket::SocketError code)
+{
+    Utils::addLogEntry(u"%1 slotError(): %2"_s.arg(name, QString::number(code)));
+    testFinished();
+}
+
+void ThroughputTest::testFinished()
+{
+    cancel();
+    if (time_end == 0)
+        time_end = Utils::getTimeInNs();
+    controller->getTestObserver()->setProgress(1, 1);
+    result = new Result(controller->getTestServer()->getPort(), testduration, time_end - time_start,
+                        totalBytes(), valuesrate, valuesbyte, max_pause,
+                        span(timeconnectstart, timeconnectend),
+                        span(timegettimestart, timegettimeend), resulttype, parent());
+    result->setAllBytesTransfered(totalBytes());
+    result->setCongestionControl(congestionControl);
+    controller->measurementDone(result);
+}

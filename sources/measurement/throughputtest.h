@@ -1,0 +1,83 @@
+#pragma once
+
+#include "data/result.h"
+
+#include <QAbstractSocket>
+#include <QObject>
+#include <QTimer>
+
+class MeasurementContext;
+class QTcpSocket;
+
+/// What the download and the upload have in common: one connection to the test server, a period
+/// that begins with the first data, a deadline, and the credit of bytes to intervals of 100 ms.
+///
+/// All bytes since the last recorded boundary are credited to the interval just before the one in
+/// which they are seen; intervals without data keep 0; what comes after the last interval is
+/// counted in the total alone. Times are ns, missing ones -1. An object serves one measurement and
+/// ends in exactly one measurementDone() of its controller, from the event loop, unless it is
+/// cancelled: with the figures so far when the connection fails or is closed early.
+class ThroughputTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    ~ThroughputTest() override;
+
+    /// Measures for @p seconds from the first data on; waits as long for it.
+    virtual void doMeasurement(int seconds);
+    /// Ends without a result.
+    void cancel();
+
+protected:
+    /// @p controller is borrowed and outlives the test; @p parent owns the test and its result.
+    ThroughputTest(MeasurementContext *controller, QString name, Result::Type type,
+                   QObject *parent);
+
+    virtual qint64 totalBytes() const = 0;
+    virtual QString requestText() const = 0;
+
+    /// The first data is there: the measured period begins.
+    void begin();
+    /// Takes the clock for data that is there now.
+    void takeTime();
+    /// Credits what has come since @p oldTotal when an interval boundary was passed, and reports
+    /// progress.
+    void recordInterval(qint64 total, qint64 &oldTotal);
+
+    MeasurementContext *controller;
+    QTcpSocket *m_socket;
+    int testduration = 0;
+
+protected Q_SLOTS:
+    virtual void slotConnected();
+
+private Q_SLOTS:
+    void timeoutOccourd();
+    void timeoutOccourdRepaint();
+    void slotDisconnected();
+    void slotError(QAbstractSocket::SocketError code);
+
+private:
+    void testFinished();
+
+    const QString name;
+    const Result::Type resulttype;
+    QTimer timer;
+    QTimer repainttimer;
+    Result *result = nullptr;
+    QString congestionControl;
+    qint64 time_end = 0;
+    qint64 time_start;
+    qint64 mseconds = 0;     ///< ns from the start to the latest data
+    qint64 old_mseconds = 0; ///< the same at the last recorded boundary
+    qint64 max_pause = 0;
+    IntervalTable valuesrate;
+    IntervalTable valuesbyte;
+    int aktinterval = 0;
+    qint64 akttime = 0;
+    qint64 timeconnectstart = 0;
+    qint64 timeconnectend = 0;
+    qint64 timegettimestart = 0;
+    qint64 timegettimeend = 0;
+};

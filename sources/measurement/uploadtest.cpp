@@ -1,0 +1,83 @@
+#include "measurement/uploadtest.h"
+
+#include "data/testserver.h"
+#include "measurement/measurementcontext.h"
+#include "measurement/requestparameters.h"
+#include "utils/sockets.h"
+#include "utils/utils.h"
+
+#include <QRandomGenerator>
+#include <QTcpSocket>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Larger than any segment; a service that names more does not get to choose our memory.
+constexpr int maxBlockBytes = 1024 * 1024;
+/// What a server may tell an uploading client before the rest is ignored.
+constexpr qsizetype maxResponse = 64 * 1024;
+/// Far more than a mobile link takes in one measurement, so that the server keeps reading.
+constexpr qint64 announcedBytes = 163840000;
+
+QByteArray randomDigits(int count)
+{
+    QRandomGenerator generator(static_cast<quint32>(Utils::getTimeInMs() % 1000));
+    QByteArray digits;
+    digits.reserve(count);
+    for (int i = 0; i < count; ++i)
+        digits.append(static_cast<char>('0' + generator.bounded(10)));
+    return digits;
+}
+
+} // namespace
+
+UploadTest::UploadTest(MeasurementContext *context, QObject *parent)
+    : ThroughputTest(context, u"UploadTest"_s, Result::Upload, parent)
+{
+    m_socket->setReadBufferSize(maxResponse);
+    connect(m_socket, &QTcpSocket::bytesWritten, this, &UploadTest::bytesWritten);
+    connect(m_socket, &QTcpSocket::readyRead, this, &UploadTest::readyRead);
+}
+
+void UploadTest::doMeasurement(int seconds)
+{
+    randomvalues = randomDigits(qBound(0, controller->getMSS(), maxBlockBytes));
+    Utils::addLogEntry(u"doMeasurement(). Random size: %1"_s.arg(randomvalues.size()));
+    ThroughputTest::doMeasurement(seconds);
+}
+
+QString UploadTest::requestText() const
+{
+    return u"POST /velometer/uploadtest.php?logtraffic=%1&%2 HTTP/1.0\r\n"
+           "Host: %3\r\n"
+           "Content-Type: application/x-www-form-urlencoded\r\n"
+           "Content-Length: %4\r\n\r\n"_s.arg(
+               QString::number(testduration), testParameters(*controller, TestIdOffset::upload),
+               controller->getTestServer()->getHostHeader(), QString::number(announcedBytes));
+}
+
+void UploadTest::slotConnected()
+{
+    Sockets::dropUnsentOnClose(*m_socket);
+    ThroughputTest::slotConnected();
+}
+
+void UploadTest::bytesWritten(qint64 count)
+{
+    if (bytesSent == 0)
+        begin();
+    takeTime();
+    bytesSent += count;
+    m_socket->write(randomvalues);
+    recordInterval(bytesSent, old_bytesSent);
+}
+
+void UploadTest::readyRead()
+{
+    const QByteArray bytes = m_socket->readAll();
+    const qsizetype nul = bytes.indexOf('\0');
+    if (response.size() < maxResponse)
+        response += QString::fromLatin1(nul < 0 ? bytes : bytes.left(nul));
+    Utils::addLogEntry(u"Ready Read: %1"_s.arg(response.size()));
+}

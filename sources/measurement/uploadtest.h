@@ -1,0 +1,35 @@
+#pragma once
+
+#include "measurement/throughputtest.h"
+
+#include <QByteArray>
+
+/// Upload throughput: announces a large body and sends one more block of random digits whenever the
+/// network has taken some. The measured period begins when the request has been taken.
+class UploadTest : public ThroughputTest
+{
+    Q_OBJECT
+
+public:
+    UploadTest(MeasurementContext *controller, QObject *parent);
+
+    /// Builds the block first: as many bytes as the segment size, so that a block fills a segment.
+    void doMeasurement(int seconds) override;
+
+protected:
+    qint64 totalBytes() const override { return bytesSent; }
+    QString requestText() const override;
+
+protected Q_SLOTS:
+    void slotConnected() override;
+
+private Q_SLOTS:
+    void bytesWritten(qint64 count);
+    void readyRead();
+
+private:
+    qint64 bytesSent = 0; ///< the request's header included
+    qint64 old_bytesSent = 0;
+    QByteArray randomvalues;
+    QString response; ///< what the server sends back; for the log alone
+};
