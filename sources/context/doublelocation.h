@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QObject>
+
+/// The position as numbers, frozen at one moment; all zeros when new. Degrees and metres.
+class DoubleLocation : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DoubleLocation(QObject *parent = nullptr);
+
+    qint64 getTime() const; ///< ms since the epoch
+    void setTime(qint64 value);
+    double getLongitude() const;
+    void setLongitude(double value);
+    double getLatitude() const;
+    void setLatitude(double value);
+    double getAltitude() const;
+    void setAltitude(double value);
+    double getAccuracyHor() const;
+    void setAccuracyHor(double value);
+    double getAccuracyVert() const;
+    void setAccuracyVert(double value);
+
+private:
+    qint64 time = 0;
+    double longitude = 0;
+    double latitude = 0;
+    double altitude = 0;
+    double accuracyhor = 0;
+    double accuracyvert = 0;
+};

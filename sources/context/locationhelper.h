@@ -1,0 +1,99 @@
+#pragma once
+
+#include "context/mylocation.h"
+
+#include <QGeoPositionInfo>
+#include <QGeoSatelliteInfo>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <memory>
+
+class DoubleLocation;
+class Platform;
+class PositionSource;
+
+/// The latest position as display texts, and every position of the running test as a sample.
+///
+/// Positioning runs from startService() until 30 s after stopService(), so that tests in a row keep
+/// a warm fix; construction starts it once for 30 s to get a first one early. Between tests
+/// positions move the texts but add no samples. A device without positioning keeps the texts of "no
+/// position": latitude and longitude "0.0", everything unknown "-1". Numbers are texts of six
+/// significant digits. Main thread only; nothing blocks, nothing is reported.
+class LocationHelper : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Makes its own source from @p platform, which outlives the helper.
+    LocationHelper(Platform &platform, QObject *parent);
+    ~LocationHelper() override;
+
+    /// A test begins: positions on, samples of the last test forgotten.
+    void startService();
+    /// The test is over: no more samples, positions off after 30 s.
+    void stopService();
+
+    QString getCordValid() const; ///< "Valid", "Not valid" or "Timeout"
+    QString getPosType() const;   ///< "3DCord", "2DCord" or "Invalid"
+    QString getLatitude() const;  ///< degrees; "0.0" when there is none, "0" on the equator
+    QString getLongitude() const;
+    QString getAltitude() const;     ///< metres, "-1" when not known
+    QString getAccuracyHor() const;  ///< metres, "-1" when not known
+    QString getAccuracyVert() const; ///< metres, "-1" when not known
+    QString getTimestamp() const;    ///< ms since the epoch; not a number after a time-out
+    QString getGroundSpeed() const;  ///< m/s, "-1" when not known
+    QString getVertSpeed() const;    ///< m/s, "-1" when not known
+    QString getDirection() const;    ///< degrees from north
+    QString getMagneticVar() const;  ///< degrees
+    QString getSatNumInUse() const;
+    QString getSatInUse() const; ///< satellite numbers, each followed by a blank
+    QString getSatNumInView() const;
+    QString getSatInView() const; ///< satellite numbers, each followed by a blank
+
+    /// 2 with a three-dimensional fix, 1 with another position, 0 with none.
+    int getLocationStatus() const;
+    bool hasGPSLock() const;
+
+    /// The texts of this moment as numbers; never null.
+    std::unique_ptr<DoubleLocation> getDoubleLocation() const;
+
+    /// The samples since the last startService(), oldest first; changes as positions arrive.
+    const QList<MyLocation> &getAllLocations() const;
+
+private Q_SLOTS:
+    void positionUpdated(const QGeoPositionInfo &info);
+    void timeoutOccourd();
+    void timeoutDisableGPS();
+    void satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &list);
+    void satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &list);
+
+private:
+    void clearPosition();
+
+    std::unique_ptr<PositionSource> source;
+    QTimer timeoutTimer{this};
+
+    QString cordvalid;
+    QString postype;
+    QString posAltitude;
+    QString posTimestamp;
+    QString posGroundSpeed;
+    QString posVertSpeed;
+    QString posLatitude;
+    QString posLongitude;
+    QString posAccuracyHor;
+    QString posAccuracyVert;
+    QString posDirection;
+    QString posMagneticVar;
+    QString satNumInUse;
+    QString satInUse;
+    QString satNumInView;
+    QString satInView;
+
+    bool servicestarted = false;     ///< a test wants positions now
+    bool locationcollecting = false; ///< the sources are running
+    QList<MyLocation> myLocations;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+#include <memory>
+
+class DeviceInfoSource;
+class NetworkInfoSource;
+class NetworkSession;
+class PositionSource;
+
+/// What the device offers, behind four small interfaces: the one place that knows which back ends
+/// exist. The program creates one Platform at start and keeps it longer than anything made from it.
+class Platform
+{
+public:
+    virtual ~Platform() = default;
+
+    virtual std::unique_ptr<PositionSource> createPositionSource() = 0;
+    virtual std::unique_ptr<NetworkInfoSource> createNetworkInfoSource() = 0;
+    virtual std::unique_ptr<DeviceInfoSource> createDeviceInfoSource() = 0;
+    virtual std::unique_ptr<NetworkSession> createNetworkSession() = 0;
+
+    /// The real device, as far as Qt knows it.
+    static std::unique_ptr<Platform> system();
+
+    /// Replays the JSON-lines file @p file (see scriptedplatform.h). When the file cannot be read
+    /// or a line is wrong, nothing comes back and @p error says in one sentence what and where.
+    static std::unique_ptr<Platform> scripted(const QString &file, QString *error);
+
+protected:
+    Platform() = default;
+    Q_DISABLE_COPY_MOVE(Platform)
+};

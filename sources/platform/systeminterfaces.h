@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/networkinfosource.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QNetworkInterface>
+#include <QString>
+
+#include <optional>
+
+/// A network interface of this machine, as far as the system's back ends care.
+struct SystemInterface
+{
+    QString name;
+    QString bearer; ///< "Ethernet", "WLAN", "Loopback", "Mobile" or "Unknown"
+    NetworkMode mode = NetworkMode::Unknown;
+    bool loopback = false;
+    bool up = false;       ///< up and running
+    bool routable = false; ///< has an address that is neither loopback nor link-local
+};
+
+/// The interfaces now. Asks the kernel, which takes well under a millisecond.
+QList<SystemInterface> systemInterfaces();
+
+/// The interface that traffic to the network leaves by: that of the default route, else the first
+/// that is up with a routable address. Nothing when there is only loopback.
+std::optional<SystemInterface> outgoingInterface();
+
+// The parts of the above that need no kernel.
+
+/// Wired-like virtual interfaces (bridges, virtual cables) count as Ethernet.
+SystemInterface describeInterface(const QString &name, QNetworkInterface::InterfaceType type,
+                                  QNetworkInterface::InterfaceFlags flags,
+                                  const QList<QHostAddress> &addresses);
+
+/// The interface of the default route with the lowest metric in the kernel's tables (the texts of
+/// /proc/net/route and /proc/net/ipv6_route), IPv4 first; empty when there is none.
+QString defaultRouteInterface(const QByteArray &ipv4Routes, const QByteArray &ipv6Routes);
+
+std::optional<SystemInterface> chooseOutgoing(const QList<SystemInterface> &interfaces,
+                                              const QString &defaultRoute);
+
+/// Interface names that systems build from the hardware address ("enx0050b6..") without that
+/// address: configuration names travel with reports.
+QString anonymousInterfaceName(const QString &name);

@@ -1,0 +1,102 @@
+#include "platform/systemnetworksession.h"
+
+#include "platform/systeminterfaces.h"
+
+#include <algorithm>
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto watchInterval = 2s;
+constexpr int looksUntilLost = 2;
+
+NetworkConfiguration configurationOf(const SystemInterface &interface)
+{
+    NetworkConfiguration configuration;
+    configuration.bearer = interface.bearer;
+    configuration.name = anonymousInterfaceName(interface.name);
+    configuration.purpose = interface.loopback ? NetworkConfiguration::PrivatePurpose
+                                               : NetworkConfiguration::UnknownPurpose;
+    if (interface.up && (interface.routable || interface.loopback))
+        configuration.state = NetworkConfiguration::Active;
+    else if (interface.up)
+        configuration.state = NetworkConfiguration::Discovered;
+    else
+        configuration.state = NetworkConfiguration::Defined;
+    configuration.valid = true;
+    return configuration;
+}
+
+bool anythingUp()
+{
+    const QList<SystemInterface> interfaces = systemInterfaces();
+    return std::any_of(interfaces.begin(), interfaces.end(),
+                       [](const SystemInterface &each) { return each.up; });
+}
+
+} // namespace
+
+SystemNetworkSession::SystemNetworkSession(QObject *parent)
+    : NetworkSession(parent)
+{
+    connect(&watchTimer, &QTimer::timeout, this, &SystemNetworkSession::watch);
+}
+
+QList<NetworkConfiguration> SystemNetworkSession::allConfigurations() const
+{
+    QList<NetworkConfiguration> list;
+    for (const SystemInterface &interface : systemInterfaces())
+        list.append(configurationOf(interface));
+    return list;
+}
+
+NetworkConfiguration SystemNetworkSession::defaultConfiguration() const
+{
+    if (const std::optional<SystemInterface> outgoing = outgoingInterface())
+        return configurationOf(*outgoing);
+    const QList<SystemInterface> interfaces = systemInterfaces();
+    const auto loopback = std::find_if(interfaces.begin(), interfaces.end(),
+                                       [](const SystemInterface &each) { return each.loopback; });
+    return loopback == interfaces.end() ? NetworkConfiguration() : configurationOf(*loopback);
+}
+
+bool SystemNetworkSession::canStartAndStopInterfaces() const
+{
+    return false;
+}
+
+bool SystemNetworkSession::isOpen() const
+{
+    return sessionOpen;
+}
+
+void SystemNetworkSession::open()
+{
+    QMetaObject::invokeMethod(this, &SystemNetworkSession::answer, Qt::QueuedConnection);
+}
+
+void SystemNetworkSession::answer()
+{
+    if (!anythingUp()) {
+        Q_EMIT error(SessionAbortedError);
+        return;
+    }
+    sessionOpen = true;
+    openedOnNetwork = outgoingInterface().has_value();
+    looksWithoutNetwork = 0;
+    watchTimer.start(watchInterval);
+    Q_EMIT opened();
+}
+
+void SystemNetworkSession::watch()
+{
+    const bool there = openedOnNetwork ? outgoingInterface().has_value() : anythingUp();
+    looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
+    if (looksWithoutNetwork < looksUntilLost)
+        return;
+    watchTimer.stop();
+    sessionOpen = false;
+    Q_EMIT error(SessionAbortedError);
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/positionsource.h"
+
+class QGeoPositionInfoSource;
+class QGeoSatelliteInfoSource;
+
+/// Qt's default sources of positions and satellites; what they cannot do simply never signals.
+/// Their plug-ins' complaints about missing receivers and services are normal on most machines and
+/// are kept from the console, unless debug output of "qt.positioning" is switched on.
+class SystemPositionSource : public PositionSource
+{
+    Q_OBJECT
+
+public:
+    explicit SystemPositionSource(QObject *parent = nullptr);
+
+    bool hasPosition() const override;
+    bool hasSatellites() const override;
+    QGeoPositionInfo lastKnownPosition() const override;
+    int minimumUpdateInterval() const override;
+    void setUpdateInterval(int ms) override;
+    void startPosition() override;
+    void stopPosition() override;
+    void startSatellites() override;
+    void stopSatellites() override;
+
+private:
+    // Children; null where the platform has none.
+    QGeoPositionInfoSource *position = nullptr;
+    QGeoSatelliteInfoSource *satellites = nullptr;
+};

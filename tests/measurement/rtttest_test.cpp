@@ -1,0 +1,72 @@
+#include "measurement/rtttest.h"
+
+#include "data/result.h"
+
+#include "support/fakecontext.h"
+#include "support/fakeservice.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class RttTestTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void countsThreeOfFourConnects()
+    {
+        RttTest test(&context, &record);
+        test.doMeasurement();
+        QTRY_COMPARE(context.results.size(), 1);
+
+        const Result *result = context.results.first();
+        QList<int> keys = result->getResponseTimes().keys();
+        std::sort(keys.begin(), keys.end());
+        QCOMPARE(keys, (QList<int>{1, 2, 3}));
+        QVERIFY(result->isValid());
+        QVERIFY(result->getResponseMin() > 0);
+        QVERIFY(result->getResponseMin() <= result->getResponseAvg());
+        QVERIFY(result->getResponseAvg() <= result->getResponseMax());
+        QCOMPARE(context.observer.max, 4);
+        QCOMPARE(context.observer.progress, (QList<int>{0, 1, 2, 3, 4}));
+        QTRY_COMPARE(service.probes(), 4);
+    }
+
+    void anUnreachableServerStillEndsInAResult()
+    {
+        service.refuse();
+        RttTest test(&context, &record);
+        test.doMeasurement();
+        QTRY_COMPARE(context.results.size(), 1);
+        const Result *result = context.results.first();
+        QVERIFY(!result->isValid());
+        QCOMPARE(result->getResponseTimes().values(), (QList<int>{-1, -1, -1}));
+        QCOMPARE(result->getResponseAvg(), -1);
+    }
+
+    void aCancelledTestReportsNothing()
+    {
+        RttTest test(&context, &record);
+        test.doMeasurement();
+        test.cancel();
+        QTest::qWait(300);
+        QVERIFY(context.results.isEmpty());
+    }
+
+    void init()
+    {
+        context.results.clear();
+        context.observer.progress.clear();
+        context.server->setHostname(u"127.0.0.1"_s);
+        context.server->setPort(service.port());
+    }
+
+private:
+    FakeService service;
+    FakeContext context;
+    QObject record;
+};
+
+QTEST_GUILESS_MAIN(RttTestTest)
+#include "rtttest_test.moc"

@@ -1,0 +1,182 @@
+#include "measurement/downloadtest.h"
+#include "measurement/uploadtest.h"
+
+#include "support/fakeclock.h"
+#include "support/fakecontext.h"
+#include "support/fakeservice.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// One arrival of data: after this time, this many bytes.
+struct Arrival
+{
+    std::chrono::milliseconds after;
+    int bytes;
+};
+using Arrivals = QList<Arrival>;
+using Counts = QMap<int, qint64>;
+
+} // namespace
+
+class ThroughputTestTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void creditsBytesToTheIntervalBeforeTheRead_data()
+    {
+        QTest::addColumn<Arrivals>("arrivals");
+        QTest::addColumn<Counts>("bytes");
+        QTest::addColumn<qint64>("total");
+        QTest::addColumn<qlonglong>("longestPause");
+
+        QTest::newRow("nothing for 300 ms")
+            << Arrivals{{0ms, 100}, {50ms, 1000}, {300ms, 2000}} << Counts{{2, 3100}} << qint64(3100)
+            << 300'000'000LL;
+        QTest::newRow("read on the boundary")
+            << Arrivals{{0ms, 10}, {100ms, 20}} << Counts{{0, 30}} << qint64(30) << 0LL;
+        QTest::newRow("several reads in one interval")
+            << Arrivals{{0ms, 1}, {30ms, 2}, {30ms, 4}, {50ms, 8}} << Counts{{0, 15}} << qint64(15)
+            << 50'000'000LL;
+        QTest::newRow("beyond the last interval")
+            << Arrivals{{0ms, 1}, {950ms, 2}, {60ms, 4}, {120ms, 8}}
+            << Counts{{8, 3}, {9, 4}} << qint64(15) << 120'000'000LL;
+    }
+    void creditsBytesToTheIntervalBeforeTheRead()
+    {
+        QFETCH(Arrivals, arrivals);
+        QFETCH(Counts, bytes);
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        context.server->setPort(server.serverPort());
+        context.observer.progress.clear();
+        FakeClock clock;
+        DownloadTest test(&context, &record);
+        clock.advance(1s);
+        test.doMeasurement(1);
+        QTRY_VERIFY(server.hasPendingConnections());
+        const std::unique_ptr<QTcpSocket> peer(server.nextPendingConnection());
+        QTRY_VERIFY(peer->bytesAvailable() > 0);
+
+        for (const Arrival &arrival : arrivals) {
+            clock.advance(arrival.after);
+            const auto before = context.observer.progress.size();
+            peer->write(QByteArray(arrival.bytes, 'x'));
+            QTRY_VERIFY(context.observer.progress.size() > before);
+        }
+        peer->close();
+        QTRY_COMPARE(context.results.size(), 1);
+
+        const Result *result = context.results.first();
+        QTEST(result->getAllBytesTransfered(), "total");
+        QTEST(result->getMaxPause(), "longestPause");
+        QCOMPARE(result->getIntervallValuesByte().size(), 10);
+        for (int i = 0; i < 10; ++i) {
+            QCOMPARE(result->getIntervallValuesByte().value(i), bytes.value(i));
+            QCOMPARE(result->getIntervallValuesRate().value(i), bytes.value(i) * 80);
+        }
+        QCOMPARE(result->getConnectTime(), 0);
+        QCOMPARE(result->getGetTime(), static_cast<qlonglong>(arrivals[0].after.count()));
+    }
+
+    void asksForTheDownloadWithExactlyTheseBytes()
+    {
+        run<DownloadTest>();
+        QCOMPARE(service.requests("downloadtest"),
+                 {"GET /velometer/downloadtest.php?mss=1460&logtraffic=1&testuserid=52077"
+                  "&seriesid=13&testid=2000003 HTTP/1.0\r\nHost: 127.0.0.1:"
+                  + QByteArray::number(service.port()) + "\r\nConnection: Close\r\n\r\n"});
+        QCOMPARE(context.results.first()->getResultType(), 1);
+        QCOMPARE(context.results.first()->getBytesTransferd(), 20019);
+    }
+
+    void uploadsBlocksOfOneSegmentAfterItsHeader()
+    {
+        run<UploadTest>();
+        const QByteArray sent = service.requests("uploadtest").value(0);
+        const QByteArray head =
+            "POST /velometer/uploadtest.php?logtraffic=1&testuserid=52077&seriesid=13"
+            "&testid=3000003 HTTP/1.0\r\nHost: 127.0.0.1:"
+            + QByteArray::number(service.port())
+            + "\r\nContent-Type: application/x-www-form-urlencoded\r\n"
+              "Content-Length: 163840000\r\n\r\n";
+        QVERIFY2(sent.startsWith(head), sent.left(400).constData());
+        const QByteArray block = sent.mid(head.size(), 1460);
+        QVERIFY(std::all_of(block.begin(), block.end(), [](char c) { return c >= '0' && c <= '9'; }));
+        QCOMPARE(sent.mid(head.size() + 1460, 1460), block);
+        const Result *result = context.results.first();
+        QCOMPARE(result->getResultType(), 2);
+        QVERIFY(result->getBytesTransferd() >= 5000);
+        QVERIFY(!result->getCongestionControl().isEmpty());
+    }
+
+    void anAbsurdSegmentSizeNeitherFillsMemoryNorHangs_data()
+    {
+        QTest::addColumn<int>("mss");
+        QTest::newRow("negative") << -5;
+        QTest::newRow("zero") << 0;
+        QTest::newRow("two thousand million") << 2'000'000'000;
+    }
+    void anAbsurdSegmentSizeNeitherFillsMemoryNorHangs()
+    {
+        QFETCH(int, mss);
+        context.mss = mss;
+        run<UploadTest>();
+        QVERIFY(service.requests("uploadtest").value(0).size() < 64 << 20);
+    }
+
+    void aFailedConnectionDeliversAtOnceWithMissingTimes()
+    {
+        service.refuse();
+        run<DownloadTest>();
+        const Result *result = context.results.first();
+        QCOMPARE(result->getConnectTime(), -1);
+        QCOMPARE(result->getGetTime(), -1);
+        QCOMPARE(result->getBytesTransferd(), 0);
+        QVERIFY(!result->isValid());
+    }
+
+    void aServerThatNeverAnswersEndsAfterTheDuration()
+    {
+        service.script("downloadtest", {{}, false});
+        run<DownloadTest>();
+        const Result *result = context.results.first();
+        QVERIFY(result->getConnectTime() >= 0);
+        QCOMPARE(result->getGetTime(), -1);
+        QVERIFY(result->getRealDuration() >= 1'000'000'000);
+    }
+
+    void init()
+    {
+        context.results.clear();
+        context.mss = 1460;
+        context.server->setHostname(u"127.0.0.1"_s);
+        context.server->setPort(service.port());
+    }
+    void cleanup()
+    {
+        if (QByteArray(QTest::currentTestFunction()).startsWith("aFailed"))
+            service.listenAgain();
+    }
+
+private:
+    template <typename Test>
+    void run()
+    {
+        auto *test = new Test(&context, &record);
+        test->doMeasurement(1);
+        QTRY_COMPARE(context.results.size(), 1);
+    }
+
+    FakeService service;
+    FakeContext context;
+    QObject record;
+};
+
+QTEST_GUILESS_MAIN(ThroughputTestTest)
+#include "throughputtest_test.moc"

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "measurement/testobserver.h"
+
+#include <QStringList>
+
+/// Keeps what a test reports, each call as one line.
+class FakeObserver : public TestObserver
+{
+public:
+    void setStatus(QString text) override { calls.append(QStringLiteral("status ") + text); }
+    void setProgressMax(int value) override { max = value; }
+    void setProgressValue(int value) override { progress.append(value); }
+    void setProgress(int value, int newMax) override
+    {
+        progress.append(value);
+        max = newMax;
+    }
+    void startTest() override { calls.append(QStringLiteral("start")); }
+    void stopTest() override { calls.append(QStringLiteral("stop")); }
+    void setDownloadText(QString text) override
+    {
+        calls.append(QStringLiteral("download ") + text);
+    }
+    void setUploadText(QString text) override { calls.append(QStringLiteral("upload ") + text); }
+    void setRTTText(QString text) override { calls.append(QStringLiteral("rtt ") + text); }
+    void setDataTransferred(QString text) override
+    {
+        calls.append(QStringLiteral("transferred ") + text);
+    }
+    void setErrorText(QString text) override { calls.append(QStringLiteral("error ") + text); }
+    bool stopRequested() override { return stop; }
+    void setInformation(QString server, QString seriesId, QString testId,
+                        QString position) override
+    {
+        information = {server, seriesId, testId, position};
+    }
+
+    QStringList calls;
+    QStringList information;
+    QList<int> progress;
+    int max = 0;
+    bool stop = false;
+};
