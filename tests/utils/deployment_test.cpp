@@ -1,0 +1,103 @@
+#include "utils/deployment.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class DeploymentTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsEndpoints_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("host"); // empty: not an endpoint
+        QTest::addColumn<int>("port");
+        QTest::newRow("name") << "host.example"
+                              << "host.example" << 80;
+        QTest::newRow("name and port") << "host.example:8080"
+                                       << "host.example" << 8080;
+        QTest::newRow("address") << "192.0.2.1:65535"
+                                 << "192.0.2.1" << 65535;
+        QTest::newRow("bracketed literal") << "[::1]:8080"
+                                           << "::1" << 8080;
+        QTest::newRow("bracketed without port") << "[::1]"
+                                                << "::1" << 80;
+        QTest::newRow("bare literal") << "2001:db8::1"
+                                      << "2001:db8::1" << 80;
+        QTest::newRow("international name")
+            << u"b\u00fccher.example:1"_s << "xn--bcher-kva.example" << 1;
+        for (const char *bad : {"", ":80", "host:", "host:0", "host:65536", "host:-1", "host:8x",
+                                "host: 80", "[::1", "[::1]80", "[host]:80", "1:2:3", "a b",
+                                "a\r\nX: y", "a'b", "-host", "host/path", "user@host"})
+            QTest::newRow(bad) << QString::fromLatin1(bad) << QString() << 0;
+    }
+    void readsEndpoints()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, host);
+        const auto endpoint = Endpoint::parse(text, 80);
+        QCOMPARE(endpoint.has_value(), !host.isEmpty());
+        if (endpoint) {
+            QCOMPARE(endpoint->host, host);
+            QTEST(endpoint->port, "port");
+        }
+    }
+
+    void readsAFileOverTheDefaults()
+    {
+        write("[Service]\nWebHost=m.example  ; assigns ids\nWebPort=80\nSalt=1234\n"
+              "[TestServers]\nHSR=[2001:db8::1]:8081\nSunrise=only-a-name.example\n"
+              "[Map]\nAttribution=(c) Somebody, and others\n");
+        QString error;
+        const auto deployment = Deployment::fromFile(file, &error);
+        QVERIFY2(deployment, qPrintable(error));
+        QCOMPARE(deployment->webAddress(), u"http://m.example"_s);
+        QCOMPARE(deployment->salt, u"1234"_s);
+        QCOMPARE(deployment->hsr, (Endpoint{u"2001:db8::1"_s, 8081}));
+        QCOMPARE(deployment->sunrise, (Endpoint{u"only-a-name.example"_s, 80}));
+        QCOMPARE(deployment->swisscom, (Endpoint{u"127.0.0.1"_s, 8080}));
+        QCOMPARE(deployment->attribution, u"(c) Somebody, and others"_s);
+        QCOMPARE(
+            Deployment().userPageAddress(7, u"de"_s),
+            u"http://127.0.0.1:8080/velometer/Controller?page=UserReport&language=de&userid=7"_s);
+    }
+
+    void namesWhatMakesNoSense_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("named");
+        QTest::newRow("port") << QByteArray("[Service]\nWebPort=70000\n") << "WebPort=70000";
+        QTest::newRow("host") << QByteArray("[Service]\nWebHost=a b\n") << "WebHost=a b";
+        QTest::newRow("server") << QByteArray("[TestServers]\nHSR=x:y\n") << "HSR=x:y";
+        QTest::newRow("missing file") << QByteArray() << "cannot be read";
+    }
+    void namesWhatMakesNoSense()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, named);
+        // Settings files are cached by name.
+        file = directory.filePath(QString::fromLatin1(QTest::currentDataTag()));
+        if (!content.isEmpty())
+            write(content);
+        QString error;
+        QVERIFY(!Deployment::fromFile(file, &error));
+        QVERIFY2(error.contains(named), qPrintable(error));
+    }
+
+private:
+    void write(const QByteArray &content)
+    {
+        QFile out(file);
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write(content);
+    }
+
+    QTemporaryDir directory;
+    QString file = directory.filePath(u"deployment.conf"_s);
+};
+
+QTEST_GUILESS_MAIN(DeploymentTest)
+#include "deployment_test.moc"
