@@ -49,7 +49,7 @@ qint64 seconds(const QGeoPositionInfo &info)
 // An altitude that is no number makes the position two-dimensional.
 QGeoCoordinate checkedCoordinate(const QGeoPositionInfo &info)
 {
-    const QGeoCoordinate given = info.coordinate();
+    QGeoCoordinate given = info.coordinate();
     if (!given.isValid())
         return {};
     if (!std::isfinite(given.altitude()))
@@ -65,12 +65,9 @@ QString degreesText(const QGeoCoordinate &coordinate, double degrees)
 QString typeText(const QGeoCoordinate &coordinate)
 {
     switch (coordinate.type()) {
-    case QGeoCoordinate::Coordinate3D:
-        return u"3DCord"_s;
-    case QGeoCoordinate::Coordinate2D:
-        return u"2DCord"_s;
-    case QGeoCoordinate::InvalidCoordinate:
-        break;
+    case QGeoCoordinate::Coordinate3D: return u"3DCord"_s;
+    case QGeoCoordinate::Coordinate2D: return u"2DCord"_s;
+    case QGeoCoordinate::InvalidCoordinate: break;
     }
     return u"Invalid"_s;
 }

@@ -20,26 +20,16 @@ constexpr qsizetype maxGsmCellDigits = 5;
 QString modeName(NetworkMode mode)
 {
     switch (mode) {
-    case NetworkMode::Unknown:
-        return u"Unknown"_s;
-    case NetworkMode::Gsm:
-        return u"GsmMode"_s;
-    case NetworkMode::Cdma:
-        return u"CdmaMode"_s;
-    case NetworkMode::Wcdma:
-        return u"WcdmaMode"_s;
-    case NetworkMode::Wlan:
-        return u"WlanMode"_s;
-    case NetworkMode::Ethernet:
-        return u"EthernetMode"_s;
-    case NetworkMode::Bluetooth:
-        return u"BluetoothMode"_s;
-    case NetworkMode::Wimax:
-        return u"WimaxMode"_s;
-    case NetworkMode::Lte:
-        return u"LteMode"_s;
-    case NetworkMode::Nr:
-        return u"NrMode"_s;
+    case NetworkMode::Unknown: return u"Unknown"_s;
+    case NetworkMode::Gsm: return u"GsmMode"_s;
+    case NetworkMode::Cdma: return u"CdmaMode"_s;
+    case NetworkMode::Wcdma: return u"WcdmaMode"_s;
+    case NetworkMode::Wlan: return u"WlanMode"_s;
+    case NetworkMode::Ethernet: return u"EthernetMode"_s;
+    case NetworkMode::Bluetooth: return u"BluetoothMode"_s;
+    case NetworkMode::Wimax: return u"WimaxMode"_s;
+    case NetworkMode::Lte: return u"LteMode"_s;
+    case NetworkMode::Nr: return u"NrMode"_s;
     }
     return u"Unknown"_s;
 }
@@ -47,24 +37,15 @@ QString modeName(NetworkMode mode)
 QString statusName(NetworkStatus status)
 {
     switch (status) {
-    case NetworkStatus::Undefined:
-        return u"UndefinedStatus"_s;
-    case NetworkStatus::NoNetworkAvailable:
-        return u"NoNetworkAvailable"_s;
-    case NetworkStatus::EmergencyOnly:
-        return u"EmergencyOnly"_s;
-    case NetworkStatus::Searching:
-        return u"Searching"_s;
-    case NetworkStatus::Busy:
-        return u"Busy"_s;
-    case NetworkStatus::Connected:
-        return u"Connected"_s;
-    case NetworkStatus::HomeNetwork:
-        return u"HomeNetwork"_s;
-    case NetworkStatus::Denied:
-        return u"Denied"_s;
-    case NetworkStatus::Roaming:
-        return u"Roaming"_s;
+    case NetworkStatus::Undefined: return u"UndefinedStatus"_s;
+    case NetworkStatus::NoNetworkAvailable: return u"NoNetworkAvailable"_s;
+    case NetworkStatus::EmergencyOnly: return u"EmergencyOnly"_s;
+    case NetworkStatus::Searching: return u"Searching"_s;
+    case NetworkStatus::Busy: return u"Busy"_s;
+    case NetworkStatus::Connected: return u"Connected"_s;
+    case NetworkStatus::HomeNetwork: return u"HomeNetwork"_s;
+    case NetworkStatus::Denied: return u"Denied"_s;
+    case NetworkStatus::Roaming: return u"Roaming"_s;
     }
     return u"UndefinedStatus"_s;
 }
@@ -76,14 +57,12 @@ bool isCellular(NetworkMode mode)
     case NetworkMode::Cdma:
     case NetworkMode::Wcdma:
     case NetworkMode::Lte:
-    case NetworkMode::Nr:
-        return true;
+    case NetworkMode::Nr: return true;
     case NetworkMode::Unknown:
     case NetworkMode::Wlan:
     case NetworkMode::Ethernet:
     case NetworkMode::Bluetooth:
-    case NetworkMode::Wimax:
-        break;
+    case NetworkMode::Wimax: break;
     }
     return false;
 }

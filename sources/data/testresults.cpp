@@ -157,7 +157,8 @@ void TestResults::calculateAdditionalValues()
     const double km = distanceInKMFrom(start, end);
     const qlonglong ms = end.getTime() - start.getTime();
     distance = km * 1000.0;
-    distanceDurationInSeconds = static_cast<double>(ms / 1000);
+    const qlonglong seconds = ms / 1000;
+    distanceDurationInSeconds = static_cast<double>(seconds);
     setAccuracies();
     // Two samples of the same moment tell no speed.
     velocity = ms > 0 ? std::trunc(km / (static_cast<double>(ms) / msPerHour) / velocityStep) *

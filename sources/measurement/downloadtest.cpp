@@ -13,7 +13,7 @@ namespace {
 
 /// As much as one wake-up takes from the kernel: enough to keep up with a fast link, small enough
 /// to stay in the processor's cache, since it is discarded at once.
-constexpr qint64 readBufferBytes = 256 * 1024;
+constexpr qint64 readBufferBytes = 262'144;
 
 } // namespace
 

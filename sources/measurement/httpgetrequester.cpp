@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// No answer of the service comes near it; what does is no answer of the service.
-constexpr qsizetype maxAnswer = 1024 * 1024;
+constexpr qsizetype maxAnswer = 1'048'576;
 
 } // namespace
 

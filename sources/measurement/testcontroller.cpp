@@ -227,40 +227,23 @@ void TestController::continueTest()
         return stopOnRequest();
     Q_EMIT phaseEntered(teststatus);
     switch (teststatus) {
-    case Phase::Init:
-        return beginTest();
-    case Phase::NetworkSession:
-        return openSession();
-    case Phase::Reachability:
-        return checkReachability();
-    case Phase::UserId:
-        return obtainUserId();
-    case Phase::Initialise:
-        return requestInitialise();
-    case Phase::DownloadStartMarker:
-        return markDownloadStart();
-    case Phase::Download:
-        return runDownload();
-    case Phase::DownloadEndMarker:
-        return markDownloadEnd();
-    case Phase::UploadStartMarker:
-        return markUploadStart();
-    case Phase::Upload:
-        return runUpload();
-    case Phase::UploadResult:
-        return requestUploadResult();
-    case Phase::UploadEndMarker:
-        return markUploadEnd();
-    case Phase::RttStartMarker:
-        return markRttStart();
-    case Phase::Rtt:
-        return runRtt();
-    case Phase::RttEndMarker:
-        return markRttEnd();
-    case Phase::Submit:
-        return submitReport();
-    case Phase::StoreAndResubmit:
-        return storeAndResubmit();
+    case Phase::Init: return beginTest();
+    case Phase::NetworkSession: return openSession();
+    case Phase::Reachability: return checkReachability();
+    case Phase::UserId: return obtainUserId();
+    case Phase::Initialise: return requestInitialise();
+    case Phase::DownloadStartMarker: return markDownloadStart();
+    case Phase::Download: return runDownload();
+    case Phase::DownloadEndMarker: return markDownloadEnd();
+    case Phase::UploadStartMarker: return markUploadStart();
+    case Phase::Upload: return runUpload();
+    case Phase::UploadResult: return requestUploadResult();
+    case Phase::UploadEndMarker: return markUploadEnd();
+    case Phase::RttStartMarker: return markRttStart();
+    case Phase::Rtt: return runRtt();
+    case Phase::RttEndMarker: return markRttEnd();
+    case Phase::Submit: return submitReport();
+    case Phase::StoreAndResubmit: return storeAndResubmit();
     }
 }
 
@@ -508,6 +491,7 @@ void TestController::submissionAnswered(bool ok, const QString &header, const QS
 {
     const bool fromQueue = xmldata->identification != -1;
     xmldata->successfull = isOk(ok, header);
+    outcome.answered |= ok;
     if (!xmldata->successfull) {
         Utils::addLogEntry(u"Error saving results: %1"_s.arg(body));
         ++xmldata->numberofretries;
@@ -726,9 +710,7 @@ void TestController::setObserverInformation()
 {
     QString position;
     switch (locationhelper->getLocationStatus()) {
-    case 0:
-        position = tr("positionunknown");
-        break;
+    case 0: position = tr("positionunknown"); break;
     case 2:
         position =
             tr("positionknown")
@@ -736,9 +718,7 @@ void TestController::setObserverInformation()
                          static_cast<qint64>(locationhelper->getAccuracyHor().toFloat())),
                      QString::number(static_cast<qint64>(locationhelper->getAltitude().toFloat())));
         break;
-    default:
-        position = tr("positionabout");
-        break;
+    default: position = tr("positionabout"); break;
     }
     observer->setInformation(testServer->getHostname(), QString::number(seriesid),
                              QString::number(testid), position);

@@ -33,6 +33,7 @@ struct TestOutcome
     bool storeFailed = false;     ///< results or report could not be written
     bool reportDelivered = false; ///< the service has taken this test's report
     int queueId = -1;             ///< row of the queue where it waits, -1 when it does not
+    bool answered = false;        ///< the service has answered a report, in whatever way
     int resent = 0;               ///< earlier reports delivered at the end of this test
     int waiting = 0;              ///< reports that wait in the queue now
 };

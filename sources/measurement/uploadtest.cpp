@@ -14,9 +14,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Larger than any segment; a service that names more does not get to choose our memory.
-constexpr int maxBlockBytes = 1024 * 1024;
+constexpr int maxBlockBytes = 1'048'576;
 /// What a server may tell an uploading client before the rest is ignored.
-constexpr qsizetype maxResponse = 64 * 1024;
+constexpr qsizetype maxResponse = 65'536;
+/// Lets the kernel hold little more than what is under way: enough for a fast link to find its next
+/// segment ready, little on a slow one, where a buffer that fills would count as uploaded.
+constexpr int maxUnsentBytes = 131'072;
 /// Far more than a mobile link takes in one measurement, so that the server keeps reading.
 constexpr qint64 announcedBytes = 163840000;
 
@@ -60,6 +63,7 @@ QString UploadTest::requestText() const
 void UploadTest::slotConnected()
 {
     Sockets::dropUnsentOnClose(*m_socket);
+    Sockets::limitUnsent(*m_socket, maxUnsentBytes);
     ThroughputTest::slotConnected();
 }
 

@@ -15,8 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 maxFileBytes = 16 * 1024 * 1024;
-constexpr qsizetype maxLineBytes = 1024 * 1024;
+constexpr qint64 maxFileBytes = 16LL * 1024 * 1024;
+constexpr qsizetype maxLineBytes = 1024LL * 1024;
 constexpr int maxLines = 100'000;
 
 // A week; more would not fit in a timer, and no series runs longer.
@@ -121,7 +121,8 @@ public:
         if (!value->isArray())
             return fail(key, wrong);
         QList<int> list;
-        for (const QJsonValue &each : value->toArray()) {
+        const QJsonArray array = value->toArray();
+        for (const QJsonValue each : array) {
             if (!isInteger(each, 0, maxInt))
                 return fail(key, wrong);
             list.append(each.toInt());

@@ -9,20 +9,16 @@ namespace {
 QString bearerOf(NetworkMode mode)
 {
     switch (mode) {
-    case NetworkMode::Wlan:
-        return u"WLAN"_s;
-    case NetworkMode::Ethernet:
-        return u"Ethernet"_s;
+    case NetworkMode::Wlan: return u"WLAN"_s;
+    case NetworkMode::Ethernet: return u"Ethernet"_s;
     case NetworkMode::Gsm:
     case NetworkMode::Cdma:
     case NetworkMode::Wcdma:
     case NetworkMode::Lte:
-    case NetworkMode::Nr:
-        return u"Mobile"_s;
+    case NetworkMode::Nr: return u"Mobile"_s;
     case NetworkMode::Unknown:
     case NetworkMode::Bluetooth:
-    case NetworkMode::Wimax:
-        break;
+    case NetworkMode::Wimax: break;
     }
     return u"Unknown"_s;
 }

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // Routing tables of a router may be long; a default route stands at their beginning.
-constexpr qint64 maxRouteBytes = 64 * 1024;
+constexpr qint64 maxRouteBytes = 64LL * 1024;
 
 bool isMobileName(const QString &name)
 {
@@ -108,8 +108,7 @@ QString defaultRouteInterface(const QByteArray &ipv4Routes, const QByteArray &ip
     return best.interface;
 }
 
-std::optional<SystemInterface> chooseOutgoing(const QList<SystemInterface> &interfaces,
-                                              const QString &defaultRoute)
+std::optional<SystemInterface> SystemNetwork::outgoing() const
 {
     std::optional<SystemInterface> first;
     for (const SystemInterface &each : interfaces) {
@@ -123,19 +122,16 @@ std::optional<SystemInterface> chooseOutgoing(const QList<SystemInterface> &inte
     return first;
 }
 
-QList<SystemInterface> systemInterfaces()
+SystemNetwork lookUpSystemNetwork()
 {
-    QList<SystemInterface> list;
-    for (const QNetworkInterface &each : QNetworkInterface::allInterfaces())
-        list.append(describeInterface(each.name(), each.type(), each.flags(), each.allAddresses()));
-    return list;
-}
-
-std::optional<SystemInterface> outgoingInterface()
-{
-    return chooseOutgoing(systemInterfaces(),
-                          defaultRouteInterface(readRoutes(u"/proc/net/route"_s),
-                                                readRoutes(u"/proc/net/ipv6_route"_s)));
+    SystemNetwork network;
+    for (const QNetworkInterface &each : QNetworkInterface::allInterfaces()) {
+        network.interfaces.append(
+            describeInterface(each.name(), each.type(), each.flags(), each.allAddresses()));
+    }
+    network.defaultRoute = defaultRouteInterface(readRoutes(u"/proc/net/route"_s),
+                                                 readRoutes(u"/proc/net/ipv6_route"_s));
+    return network;
 }
 
 QString anonymousInterfaceName(const QString &name)

@@ -7,6 +7,7 @@
 #include <QNetworkInterface>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 /// A network interface of this machine, as far as the system's back ends care.
@@ -20,14 +21,22 @@ struct SystemInterface
     bool routable = false; ///< has an address that is neither loopback nor link-local
 };
 
-/// The interfaces now. Asks the kernel, which takes well under a millisecond.
-QList<SystemInterface> systemInterfaces();
+/// The network side of this machine at one moment.
+struct SystemNetwork
+{
+    QList<SystemInterface> interfaces;
+    QString defaultRoute; ///< interface name; empty when there is none
 
-/// The interface that traffic to the network leaves by: that of the default route, else the first
-/// that is up with a routable address. Nothing when there is only loopback.
-std::optional<SystemInterface> outgoingInterface();
+    /// The interface that traffic to the network leaves by: that of the default route, else the
+    /// first that is up with a routable address. Nothing when there is only loopback.
+    std::optional<SystemInterface> outgoing() const;
+};
 
-// The parts of the above that need no kernel.
+/// Where the back ends get the present state from.
+using SystemNetworkLookUp = std::function<SystemNetwork()>;
+
+/// Asks the kernel, which takes well under a millisecond.
+SystemNetwork lookUpSystemNetwork();
 
 /// Wired-like virtual interfaces (bridges, virtual cables) count as Ethernet.
 SystemInterface describeInterface(const QString &name, QNetworkInterface::InterfaceType type,
@@ -37,9 +46,6 @@ SystemInterface describeInterface(const QString &name, QNetworkInterface::Interf
 /// The interface of the default route with the lowest metric in the kernel's tables (the texts of
 /// /proc/net/route and /proc/net/ipv6_route), IPv4 first; empty when there is none.
 QString defaultRouteInterface(const QByteArray &ipv4Routes, const QByteArray &ipv6Routes);
-
-std::optional<SystemInterface> chooseOutgoing(const QList<SystemInterface> &interfaces,
-                                              const QString &defaultRoute);
 
 /// Interface names that systems build from the hardware address ("enx0050b6..") without that
 /// address: configuration names travel with reports.

@@ -1,8 +1,7 @@
 #include "platform/systemnetworkinfosource.h"
 
-#include "platform/systeminterfaces.h"
-
 #include <chrono>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -13,8 +12,9 @@ constexpr auto pollInterval = 2s;
 
 } // namespace
 
-SystemNetworkInfoSource::SystemNetworkInfoSource(QObject *parent)
+SystemNetworkInfoSource::SystemNetworkInfoSource(SystemNetworkLookUp lookUpNow, QObject *parent)
     : NetworkInfoSource(parent)
+    , lookUp(std::move(lookUpNow))
 {
     refresh();
     connect(&timer, &QTimer::timeout, this, &SystemNetworkInfoSource::refresh);
@@ -73,7 +73,7 @@ QString SystemNetworkInfoSource::networkName(NetworkMode /*of*/) const
 
 void SystemNetworkInfoSource::refresh()
 {
-    const std::optional<SystemInterface> outgoing = outgoingInterface();
+    const std::optional<SystemInterface> outgoing = lookUp().outgoing();
     const NetworkMode oldMode = mode;
     const bool wasConnected = connected;
     connected = outgoing.has_value();

@@ -1,18 +1,20 @@
 #pragma once
 
 #include "platform/networkinfosource.h"
+#include "platform/systeminterfaces.h"
 
 #include <QTimer>
 
 /// WLAN or Ethernet by the interface that traffic leaves by, looked up every two seconds. A mobile
 /// interface shows as connected in an unknown mode: which radio, operator and cell it uses is known
 /// to the modem alone. No signal strengths and no names.
-class SystemNetworkInfoSource : public NetworkInfoSource
+class SystemNetworkInfoSource final : public NetworkInfoSource
 {
     Q_OBJECT
 
 public:
-    explicit SystemNetworkInfoSource(QObject *parent = nullptr);
+    explicit SystemNetworkInfoSource(SystemNetworkLookUp lookUpNow = lookUpSystemNetwork,
+                                     QObject *parent = nullptr);
 
     int cellId() const override;
     int locationAreaCode() const override;
@@ -28,7 +30,8 @@ public:
 private:
     void refresh();
 
-    QTimer timer;
+    const SystemNetworkLookUp lookUp;
+    QTimer timer{this};
     NetworkMode mode = NetworkMode::Unknown;
     bool connected = false;
 };

@@ -1,9 +1,8 @@
 #include "platform/systemnetworksession.h"
 
-#include "platform/systeminterfaces.h"
-
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -29,17 +28,17 @@ NetworkConfiguration configurationOf(const SystemInterface &interface)
     return configuration;
 }
 
-bool anythingUp()
+bool anythingUp(const SystemNetwork &network)
 {
-    const QList<SystemInterface> interfaces = systemInterfaces();
-    return std::any_of(interfaces.begin(), interfaces.end(),
+    return std::any_of(network.interfaces.begin(), network.interfaces.end(),
                        [](const SystemInterface &each) { return each.up; });
 }
 
 } // namespace
 
-SystemNetworkSession::SystemNetworkSession(QObject *parent)
+SystemNetworkSession::SystemNetworkSession(SystemNetworkLookUp lookUpNow, QObject *parent)
     : NetworkSession(parent)
+    , lookUp(std::move(lookUpNow))
 {
     connect(&watchTimer, &QTimer::timeout, this, &SystemNetworkSession::watch);
 }
@@ -47,16 +46,18 @@ SystemNetworkSession::SystemNetworkSession(QObject *parent)
 QList<NetworkConfiguration> SystemNetworkSession::allConfigurations() const
 {
     QList<NetworkConfiguration> list;
-    for (const SystemInterface &interface : systemInterfaces())
+    const SystemNetwork network = lookUp();
+    for (const SystemInterface &interface : network.interfaces)
         list.append(configurationOf(interface));
     return list;
 }
 
 NetworkConfiguration SystemNetworkSession::defaultConfiguration() const
 {
-    if (const std::optional<SystemInterface> outgoing = outgoingInterface())
+    const SystemNetwork network = lookUp();
+    if (const std::optional<SystemInterface> outgoing = network.outgoing())
         return configurationOf(*outgoing);
-    const QList<SystemInterface> interfaces = systemInterfaces();
+    const QList<SystemInterface> &interfaces = network.interfaces;
     const auto loopback = std::find_if(interfaces.begin(), interfaces.end(),
                                        [](const SystemInterface &each) { return each.loopback; });
     return loopback == interfaces.end() ? NetworkConfiguration() : configurationOf(*loopback);
@@ -79,12 +80,13 @@ void SystemNetworkSession::open()
 
 void SystemNetworkSession::answer()
 {
-    if (!anythingUp()) {
+    const SystemNetwork network = lookUp();
+    if (!anythingUp(network)) {
         Q_EMIT error(SessionAbortedError);
         return;
     }
     sessionOpen = true;
-    openedOnNetwork = outgoingInterface().has_value();
+    openedOnNetwork = network.outgoing().has_value();
     looksWithoutNetwork = 0;
     watchTimer.start(watchInterval);
     Q_EMIT opened();
@@ -92,7 +94,8 @@ void SystemNetworkSession::answer()
 
 void SystemNetworkSession::watch()
 {
-    const bool there = openedOnNetwork ? outgoingInterface().has_value() : anythingUp();
+    const SystemNetwork network = lookUp();
+    const bool there = openedOnNetwork ? network.outgoing().has_value() : anythingUp(network);
     looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
     if (looksWithoutNetwork < looksUntilLost)
         return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/networksession.h"
+#include "platform/systeminterfaces.h"
 
 #include <QTimer>
 
@@ -14,7 +15,8 @@ class SystemNetworkSession : public NetworkSession
     Q_OBJECT
 
 public:
-    explicit SystemNetworkSession(QObject *parent = nullptr);
+    explicit SystemNetworkSession(SystemNetworkLookUp lookUpNow = lookUpSystemNetwork,
+                                  QObject *parent = nullptr);
 
     QList<NetworkConfiguration> allConfigurations() const override;
     NetworkConfiguration defaultConfiguration() const override;
@@ -26,7 +28,8 @@ private:
     void answer();
     void watch();
 
-    QTimer watchTimer;
+    const SystemNetworkLookUp lookUp;
+    QTimer watchTimer{this};
     bool sessionOpen = false;
     bool openedOnNetwork = false; ///< not on loopback alone
     int looksWithoutNetwork = 0;

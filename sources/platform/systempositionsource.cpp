@@ -12,7 +12,9 @@ QLoggingCategory::CategoryFilter previousFilter = nullptr;
 
 void withoutPositioningWarnings(QLoggingCategory *category)
 {
-    previousFilter(category);
+    // Installing calls this for every category there is, before the old filter is known.
+    if (previousFilter)
+        previousFilter(category);
     constexpr const char *prefix = "qt.positioning";
     if (std::strncmp(category->categoryName(), prefix, std::strlen(prefix)) == 0 &&
         !category->isDebugEnabled())

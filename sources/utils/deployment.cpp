@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// A configuration is a few lines; anything of this size is some other file.
-constexpr qint64 maxFileBytes = 1024 * 1024;
+constexpr qint64 maxFileBytes = 1'048'576;
 constexpr int defaultHttpPort = 80;
 
 Deployment currentDeployment;

@@ -26,7 +26,8 @@ private Q_SLOTS:
             QTest::newRow(name) << answer << ok << header << body;
         };
         row("empty line inside the body", head + "\r\n\r\nx\r\n\r\ny", true, headText, u"x\r\ny"_s);
-        row("white space around", "\r\n\r\n" + head + "\r\n\r\nx;y;\r\n", true, headText, u"x;y;"_s);
+        row("white space around", "\r\n\r\n" + head + "\r\n\r\nx;y;\r\n", true, headText,
+            u"x;y;"_s);
         row("no empty line", head + "\r\nhalf a hea", false, {}, {});
         row("nothing at all", "", false, {}, {});
         row("zero byte in the body", head + QByteArray("\r\n\r\nab\0cd", 9), true, headText,
@@ -60,7 +61,8 @@ private Q_SLOTS:
         context.server->setPort(own.port());
         if (ending == 0)
             own.refuse();
-        own.script("probe", ending == 2
+        own.script("probe",
+                   ending == 2
                        ? FakeService::Answer{FakeService::ok(QByteArray(4 << 20, 'z')), false}
                        : FakeService::Answer{{}, false});
         ask(ending == 1 ? 50 : 10000);

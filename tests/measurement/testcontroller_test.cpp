@@ -104,8 +104,7 @@ private Q_SLOTS:
                 [&](Phase phase) { phases.append(static_cast<int>(phase)); });
         runToEnd();
 
-        QCOMPARE(phases,
-                 (QList<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}));
+        QCOMPARE(phases, (QList<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}));
         QCOMPARE(ended.end, End::Completed);
         QVERIFY(ended.reportDelivered);
         QCOMPARE(ended.queueId, -1);
@@ -125,8 +124,8 @@ private Q_SLOTS:
         QCOMPARE(row->testServer, u"127.0.0.1"_s);
         QCOMPARE(row->location, u"Train"_s);
         QVERIFY(observer->calls.contains(u"upload 200 kBit/s"_s));
-        QCOMPARE(observer->information, (QStringList{u"127.0.0.1"_s, u"13"_s, u"1"_s,
-                                                     u"positionunknown"_s}));
+        QCOMPARE(observer->information,
+                 (QStringList{u"127.0.0.1"_s, u"13"_s, u"1"_s, u"positionunknown"_s}));
         QCOMPARE(observer->calls.first(), u"status testphase_init"_s);
         QCOMPARE(observer->calls.count(u"start"_s), 1);
         QCOMPARE(observer->calls.count(u"stop"_s), 1);
@@ -142,27 +141,28 @@ private Q_SLOTS:
         runToEnd();
         const QByteArray hostLine = "Host: 127.0.0.1:" + QByteArray::number(service->port());
 
-        QCOMPARE(service->requests("getIDwithUUID"),
-                 QList<QByteArray>{"GET /velometer/getIDwithUUID.jsp?UUID=356938035643809 HTTP/1.1\r\n"
-                                   "Host: 127.0.0.1\r\nConnection: Close\r\n\r\n"});
+        QCOMPARE(
+            service->requests("getIDwithUUID"),
+            QList<QByteArray>{"GET /velometer/getIDwithUUID.jsp?UUID=356938035643809 HTTP/1.1\r\n"
+                              "Host: 127.0.0.1\r\nConnection: Close\r\n\r\n"});
         QCOMPARE(service->requests("initialise"),
                  {"GET /velometer/initialise.php?logtraffic=0.1&testuserid=52077&seriesid=13"
-                  "&testid=1000001 HTTP/1.1\r\n"
-                  + hostLine + "\r\nConnection: Close\r\n\r\n"});
+                  "&testid=1000001 HTTP/1.1\r\n" +
+                  hostLine + "\r\nConnection: Close\r\n\r\n"});
         QCOMPARE(service->requests("getuploadresult"),
                  {"GET /velometer/getuploadresult.php?testuserid=52077&seriesid=13&testid=3000001 "
-                  "HTTP/1.1\r\n"
-                  + hostLine + "\r\nConnection: Close\r\n\r\n"});
+                  "HTTP/1.1\r\n" +
+                  hostLine + "\r\nConnection: Close\r\n\r\n"});
 
         const QByteArray post = service->requests("redirect_iphone").value(0);
         const qsizetype split = post.indexOf("\r\n\r\n") + 4;
         const QByteArray body = post.mid(split);
         const QByteArray once = QString::fromUtf8(body).toLatin1();
         QCOMPARE(post.left(split),
-                 "POST /velometer/redirect_iphone.php HTTP/1.1\r\n" + hostLine
-                     + "\r\nConnection: Close\r\n"
-                       "Content-Type: application/x-www-form-urlencoded\r\nContent-Length: "
-                     + QByteArray::number(once.size()) + "\r\n\r\n");
+                 "POST /velometer/redirect_iphone.php HTTP/1.1\r\n" + hostLine +
+                     "\r\nConnection: Close\r\n"
+                     "Content-Type: application/x-www-form-urlencoded\r\nContent-Length: " +
+                     QByteArray::number(once.size()) + "\r\n\r\n");
         QVERIFY(body.size() > once.size()); // encoded twice
         QVERIFY(QString::fromUtf8(once).contains(u"<Network><![CDATA[Zuerich Ñandú]]></Network>"));
     }
@@ -219,17 +219,56 @@ private Q_SLOTS:
         QTest::addColumn<QString>("mcc");
         QTest::addColumn<QString>("mnc");
         QTest::addColumn<QString>("chosen");
-        QTest::newRow("operator 1") << "" << "" << "228" << "01" << "127.0.0.1:8080";
-        QTest::newRow("operator 2, blanks") << "" << "" << " 228 " << " 2" << "127.0.0.2:8080";
-        QTest::newRow("other operator") << "" << "" << "228" << "3" << "127.0.0.1:8080";
-        QTest::newRow("no card") << "" << "" << "" << "" << "127.0.0.1:8080";
-        QTest::newRow("saved") << "127.0.0.3" << "8080" << "228" << "2" << "127.0.0.3:8080";
-        QTest::newRow("saved port of no entry") << "127.0.0.3" << "81" << "" << "" << "127.0.0.3:81";
-        QTest::newRow("saved port missing") << "127.0.0.3" << "" << "228" << "2" << "127.0.0.2:8080";
-        QTest::newRow("saved port no number") << "h.example" << "x" << "" << "" << "h.example:0";
-        QTest::newRow("saved literal") << "::1" << "8080" << "" << "" << "[::1]:8080";
-        QTest::newRow("saved host that would write a header")
-            << "a\r\nX: y" << "8080" << "228" << "2" << "127.0.0.2:8080";
+        QTest::newRow("operator 1") << ""
+                                    << ""
+                                    << "228"
+                                    << "01"
+                                    << "127.0.0.1:8080";
+        QTest::newRow("operator 2, blanks") << ""
+                                            << ""
+                                            << " 228 "
+                                            << " 2"
+                                            << "127.0.0.2:8080";
+        QTest::newRow("other operator") << ""
+                                        << ""
+                                        << "228"
+                                        << "3"
+                                        << "127.0.0.1:8080";
+        QTest::newRow("no card") << ""
+                                 << ""
+                                 << ""
+                                 << ""
+                                 << "127.0.0.1:8080";
+        QTest::newRow("saved") << "127.0.0.3"
+                               << "8080"
+                               << "228"
+                               << "2"
+                               << "127.0.0.3:8080";
+        QTest::newRow("saved port of no entry") << "127.0.0.3"
+                                                << "81"
+                                                << ""
+                                                << ""
+                                                << "127.0.0.3:81";
+        QTest::newRow("saved port missing") << "127.0.0.3"
+                                            << ""
+                                            << "228"
+                                            << "2"
+                                            << "127.0.0.2:8080";
+        QTest::newRow("saved port no number") << "h.example"
+                                              << "x"
+                                              << ""
+                                              << ""
+                                              << "h.example:0";
+        QTest::newRow("saved literal") << "::1"
+                                       << "8080"
+                                       << ""
+                                       << ""
+                                       << "[::1]:8080";
+        QTest::newRow("saved host that would write a header") << "a\r\nX: y"
+                                                              << "8080"
+                                                              << "228"
+                                                              << "2"
+                                                              << "127.0.0.2:8080";
     }
     void choosesTheServer()
     {
@@ -254,14 +293,14 @@ private Q_SLOTS:
         QTest::addColumn<int>("reports");
         QTest::addColumn<QString>("inReport");
         QTest::newRow("no network") << "session" << End::NoNetwork << "noConnectionText" << 0 << "";
-        QTest::newRow("no network in a series") << "session in series" << End::NoNetwork
-                                                << "noConnectionText" << 1 << "InitFailed";
+        QTest::newRow("no network in a series")
+            << "session in series" << End::NoNetwork << "noConnectionText" << 1 << "InitFailed";
         QTest::newRow("server unreachable")
             << "refuse" << End::ServerUnreachable << "noConnectionToServer" << 0 << "";
-        QTest::newRow("not initialised") << "initialise" << End::Refused << "errorInit" << 1
-                                         << "InitFailed";
-        QTest::newRow("network lost") << "lost" << End::NoNetwork << "noConnectionText" << 1
-                                      << "DownloadStart";
+        QTest::newRow("not initialised")
+            << "initialise" << End::Refused << "errorInit" << 1 << "InitFailed";
+        QTest::newRow("network lost")
+            << "lost" << End::NoNetwork << "noConnectionText" << 1 << "DownloadStart";
         QTest::newRow("stop requested") << "stop" << End::Stopped << "" << 1 << "DownloadStart";
         QTest::newRow("aborted") << "abort" << End::Stopped << "" << 1 << "DownloadStart";
     }

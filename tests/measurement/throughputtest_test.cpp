@@ -35,17 +35,16 @@ private Q_SLOTS:
         QTest::addColumn<qint64>("total");
         QTest::addColumn<qlonglong>("longestPause");
 
-        QTest::newRow("nothing for 300 ms")
-            << Arrivals{{0ms, 100}, {50ms, 1000}, {300ms, 2000}} << Counts{{2, 3100}} << qint64(3100)
-            << 300'000'000LL;
+        QTest::newRow("nothing for 300 ms") << Arrivals{{0ms, 100}, {50ms, 1000}, {300ms, 2000}}
+                                            << Counts{{2, 3100}} << qint64(3100) << 300'000'000LL;
         QTest::newRow("read on the boundary")
             << Arrivals{{0ms, 10}, {100ms, 20}} << Counts{{0, 30}} << qint64(30) << 0LL;
         QTest::newRow("several reads in one interval")
             << Arrivals{{0ms, 1}, {30ms, 2}, {30ms, 4}, {50ms, 8}} << Counts{{0, 15}} << qint64(15)
             << 50'000'000LL;
         QTest::newRow("beyond the last interval")
-            << Arrivals{{0ms, 1}, {950ms, 2}, {60ms, 4}, {120ms, 8}}
-            << Counts{{8, 3}, {9, 4}} << qint64(15) << 120'000'000LL;
+            << Arrivals{{0ms, 1}, {950ms, 2}, {60ms, 4}, {120ms, 8}} << Counts{{8, 3}, {9, 4}}
+            << qint64(15) << 120'000'000LL;
     }
     void creditsBytesToTheIntervalBeforeTheRead()
     {
@@ -89,8 +88,8 @@ private Q_SLOTS:
         run<DownloadTest>();
         QCOMPARE(service.requests("downloadtest"),
                  {"GET /velometer/downloadtest.php?mss=1460&logtraffic=1&testuserid=52077"
-                  "&seriesid=13&testid=2000003 HTTP/1.0\r\nHost: 127.0.0.1:"
-                  + QByteArray::number(service.port()) + "\r\nConnection: Close\r\n\r\n"});
+                  "&seriesid=13&testid=2000003 HTTP/1.0\r\nHost: 127.0.0.1:" +
+                  QByteArray::number(service.port()) + "\r\nConnection: Close\r\n\r\n"});
         QCOMPARE(context.results.first()->getResultType(), 1);
         QCOMPARE(context.results.first()->getBytesTransferd(), 20019);
     }
@@ -101,13 +100,14 @@ private Q_SLOTS:
         const QByteArray sent = service.requests("uploadtest").value(0);
         const QByteArray head =
             "POST /velometer/uploadtest.php?logtraffic=1&testuserid=52077&seriesid=13"
-            "&testid=3000003 HTTP/1.0\r\nHost: 127.0.0.1:"
-            + QByteArray::number(service.port())
-            + "\r\nContent-Type: application/x-www-form-urlencoded\r\n"
-              "Content-Length: 163840000\r\n\r\n";
+            "&testid=3000003 HTTP/1.0\r\nHost: 127.0.0.1:" +
+            QByteArray::number(service.port()) +
+            "\r\nContent-Type: application/x-www-form-urlencoded\r\n"
+            "Content-Length: 163840000\r\n\r\n";
         QVERIFY2(sent.startsWith(head), sent.left(400).constData());
         const QByteArray block = sent.mid(head.size(), 1460);
-        QVERIFY(std::all_of(block.begin(), block.end(), [](char c) { return c >= '0' && c <= '9'; }));
+        QVERIFY(
+            std::all_of(block.begin(), block.end(), [](char c) { return c >= '0' && c <= '9'; }));
         QCOMPARE(sent.mid(head.size() + 1460, 1460), block);
         const Result *result = context.results.first();
         QCOMPARE(result->getResultType(), 2);

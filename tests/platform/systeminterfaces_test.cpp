@@ -78,6 +78,7 @@ void SystemInterfacesTest::findsTheDefaultRoute_data()
     const QByteArray cable = "eth0\t00000000\t0102A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0\n";
     const QByteArray network = "docker0\t000011AC\t00000000\t0001\t0\t0\t0\t0000FFFF\t0\t0\t0\n";
     const QByteArray half = "tun0\t00000000\t00000000\t0001\t0\t0\t0\t00000080\t0\t0\t0\n";
+    const QByteArray rejected = "*\t00000000\t00000000\t0201\t0\t0\t0\t00000000\t0\t0\t0\n";
     const QByteArray zeros(32, '0');
     const QByteArray v6 =
         zeros + " 00 " + zeros + " 00 " + zeros + " 00000400 00000001 00000000 00000003 eth1\n";
@@ -87,8 +88,8 @@ void SystemInterfacesTest::findsTheDefaultRoute_data()
     QTest::newRow("lowest metric") << head + network + wlan + cable << v6 << u"eth0"_s;
     QTest::newRow("half of the world") << head + half + wlan << QByteArray() << u"wlan0"_s;
     QTest::newRow("IPv6 only") << head + network << v6Reject + v6 << u"eth1"_s;
-    QTest::newRow("rejected") << head << v6Reject << QString();
-    QTest::newRow("nonsense") << QByteArray("\n\0x y\n 00000000 \t\n", 16) << QByteArray(99, ' ')
+    QTest::newRow("rejected") << head + rejected << v6Reject << QString();
+    QTest::newRow("nonsense") << QByteArray("\n\0x y\n 00000000 \t\n", 16) << zeros + " 00 x\n"
                               << QString();
 }
 
@@ -107,9 +108,10 @@ void SystemInterfacesTest::choosesWhereTrafficLeaves()
     const SystemInterface bridge{u"docker0"_s, u"Ethernet"_s, NetworkMode::Ethernet,
                                  false,        true,          true};
     const SystemInterface wlan{u"wlan0"_s, u"WLAN"_s, NetworkMode::Wlan, false, true, true};
-    QVERIFY(!chooseOutgoing({lo, unplugged}, u"eth1"_s));
-    QCOMPARE(chooseOutgoing({lo, unplugged, bridge, wlan}, u"wlan0"_s)->name, u"wlan0"_s);
-    QCOMPARE(chooseOutgoing({lo, unplugged, bridge, wlan}, QString())->name, u"docker0"_s);
+    const QList<SystemInterface> all{lo, unplugged, bridge, wlan};
+    QVERIFY(!(SystemNetwork{{lo, unplugged}, u"eth1"_s}.outgoing()));
+    QCOMPARE((SystemNetwork{all, u"wlan0"_s}.outgoing()->name), u"wlan0"_s);
+    QCOMPARE((SystemNetwork{all, QString()}.outgoing()->name), u"docker0"_s);
 }
 
 void SystemInterfacesTest::hidesHardwareAddresses()

@@ -30,8 +30,7 @@ public:
     }
     void setErrorText(QString text) override { calls.append(QStringLiteral("error ") + text); }
     bool stopRequested() override { return stop; }
-    void setInformation(QString server, QString seriesId, QString testId,
-                        QString position) override
+    void setInformation(QString server, QString seriesId, QString testId, QString position) override
     {
         information = {server, seriesId, testId, position};
     }

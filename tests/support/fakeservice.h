@@ -6,8 +6,9 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
-/// A measurement service on a loopback port that records every byte it gets and answers as told. With
-/// nothing told it serves a whole test, with streams that end at once instead of after seconds.
+/// A measurement service on a loopback port that records every byte it gets and answers as told.
+/// With nothing told it serves a whole test, with streams that end at once instead of after
+/// seconds.
 class FakeService : public QObject
 {
 public:
@@ -15,9 +16,9 @@ public:
     struct Answer
     {
         QByteArray bytes;
-        bool close = true;      ///< else the connection stays open and silent
+        bool close = true;           ///< else the connection stays open and silent
         QByteArray awaitedTail = {}; ///< answer only when the request ends with this
-        qint64 awaitedBytes = 0; ///< answer only when the request is this long
+        qint64 awaitedBytes = 0;     ///< answer only when the request is this long
     };
 
     FakeService()

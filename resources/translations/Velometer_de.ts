@@ -1,0 +1,844 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_CH" sourcelanguage="en">
+<context>
+    <name>CommandLine</name>
+    <message>
+        <source>%1 or %2</source>
+        <translation>%1 oder %2</translation>
+    </message>
+    <message>
+        <source>There is no option %1; --help lists them.</source>
+        <translation>Die Option %1 gibt es nicht; --help zählt alle auf.</translation>
+    </message>
+    <message>
+        <source>%1 takes no value.</source>
+        <translation>%1 nimmt keinen Wert.</translation>
+    </message>
+    <message>
+        <source>%1 needs a value.</source>
+        <translation>%1 braucht einen Wert.</translation>
+    </message>
+    <message>
+        <source>There is no command %1; use %2.</source>
+        <translation>Den Befehl %1 gibt es nicht; möglich sind %2.</translation>
+    </message>
+    <message>
+        <source>show needs the ID of a test, as results lists it.</source>
+        <translation>show braucht die ID eines Tests, wie results sie zeigt.</translation>
+    </message>
+    <message>
+        <source>%1 does not know what to do with %2.</source>
+        <translation>%1 kann mit %2 nichts anfangen.</translation>
+    </message>
+    <message>
+        <source>%1 is no option of %2.</source>
+        <translation>%1 ist keine Option von %2.</translation>
+    </message>
+    <message>
+        <source>--interval needs --count with at least 2 tests.</source>
+        <translation>--interval braucht --count mit mindestens 2 Tests.</translation>
+    </message>
+    <message>
+        <source>export needs --format with %1.</source>
+        <translation>export braucht --format mit %1.</translation>
+    </message>
+    <message>
+        <source>%1 takes a whole number from %2 to %3, not %4.</source>
+        <translation>%1 nimmt eine ganze Zahl von %2 bis %3, nicht %4.</translation>
+    </message>
+    <message>
+        <source>%1 and %2 contradict each other.</source>
+        <translation>%1 und %2 widersprechen sich.</translation>
+    </message>
+    <message>
+        <source>--format of %1 takes %2, not %3.</source>
+        <translation>--format von %1 nimmt %2, nicht %3.</translation>
+    </message>
+    <message>
+        <source>--location takes %1, not %2.</source>
+        <translation>--location nimmt %1, nicht %2.</translation>
+    </message>
+    <message>
+        <source>--progress takes auto, yes or no, not %1.</source>
+        <translation>--progress nimmt auto, yes oder no, nicht %1.</translation>
+    </message>
+    <message>
+        <source>show takes an ID such as 17, or SERIES/TEST such as 3/12, not %1.</source>
+        <translation>show nimmt eine ID wie 17 oder SERIE/TEST wie 3/12, nicht %1.</translation>
+    </message>
+    <message>
+        <source>Everywhere:
+  --config FILE     where the service lives (else VELOMETER_CONFIG, else
+                    velometer/deployment.conf)
+  --data-dir DIR    keep the results there
+  --verbose         the diagnostic log, to standard error
+  --version, --help
+</source>
+        <translation>Überall:
+  --config FILE     wo der Dienst steht (sonst VELOMETER_CONFIG, sonst
+                    velometer/deployment.conf)
+  --data-dir DIR    die Resultate dort ablegen
+  --verbose         das Diagnoseprotokoll, auf die Standardfehlerausgabe
+  --version, --help
+</translation>
+    </message>
+    <message>
+        <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
+3 the store cannot be opened or written, 4 roaming, 5 no network or no server,
+130 interrupted, 143 terminated.
+</source>
+        <translation>Rückgabewert: 0 erledigt, 1 der Dienst hat den Test abgelehnt oder abgebrochen,
+2 falscher Aufruf, 3 die Ablage lässt sich nicht öffnen oder schreiben, 4 Roaming,
+5 kein Netz oder kein Server, 130 unterbrochen, 143 beendet.
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli measures download, upload and round-trip time of this connection.
+
+  velometer-cli [test]       run a test, or a series of them
+  velometer-cli results      list the stored tests
+  velometer-cli show ID      one stored test
+  velometer-cli export       all stored tests for other programs
+  velometer-cli servers      the servers to test against
+  velometer-cli context      what the device tells about itself right now
+  velometer-cli resend       deliver the reports that wait
+  velometer-cli new-series   start a new series of tests
+  velometer-cli clear        delete all stored tests and waiting reports
+
+COMMAND --help tells more about each.
+</source>
+        <translation>velometer-cli misst Download, Upload und Antwortzeit dieser Verbindung.
+
+  velometer-cli [test]       einen Test oder eine Serie ausführen
+  velometer-cli results      die gespeicherten Tests auflisten
+  velometer-cli show ID      ein gespeicherter Test
+  velometer-cli export       alle gespeicherten Tests für andere Programme
+  velometer-cli servers      die Server, gegen die gemessen wird
+  velometer-cli context      was das Gerät gerade über sich sagt
+  velometer-cli resend       die wartenden Berichte abliefern
+  velometer-cli new-series   eine neue Testserie beginnen
+  velometer-cli clear        alle gespeicherten Tests und wartenden Berichte löschen
+
+BEFEHL --help sagt zu jedem mehr.
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli [test] [options]
+
+  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
+  --count N                  so many tests (1 to 100000)
+  --interval SECONDS         from start to start (0 to 604800)
+  --format text|json|csv     also --json, --csv
+  --json-stream              events as they happen, one JSON object a line
+  --progress auto|yes|no     to standard error; auto: on a terminal
+  --allow-roaming            test even when it may be expensive
+  -4, -6                     only IPv4, only IPv6
+  --script FILE              replay a recorded device
+
+Examples:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --json | jq .download.avg_bps
+</source>
+        <translation>velometer-cli [test] [Optionen]
+
+  --server NAME|HOST[:PORT]  ein Server der Liste oder ein anderer (Port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car oder Other
+  --count N                  so viele Tests (1 bis 100000)
+  --interval SECONDS         von Start zu Start (0 bis 604800)
+  --format text|json|csv     auch --json, --csv
+  --json-stream              Ereignisse laufend, ein JSON-Objekt pro Zeile
+  --progress auto|yes|no     auf die Standardfehlerausgabe; auto: an einem Terminal
+  --allow-roaming            auch messen, wenn es teuer werden kann
+  -4, -6                     nur IPv4, nur IPv6
+  --script FILE              ein aufgezeichnetes Gerät abspielen
+
+Beispiele:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --json | jq .download.avg_bps
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli results [--format text|json|csv] [--limit N]
+
+Lists the stored tests, the newest first.
+
+Examples:
+  velometer-cli results --limit 10
+  velometer-cli results --json
+</source>
+        <translation>velometer-cli results [--format text|json|csv] [--limit N]
+
+Listet die gespeicherten Tests auf, den neusten zuerst.
+
+Beispiele:
+  velometer-cli results --limit 10
+  velometer-cli results --json
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli show ID [--format text|json|csv]
+
+One stored test: ID as results lists it, or SERIES/TEST.
+
+Examples:
+  velometer-cli show 17
+  velometer-cli show 3/12 --json
+</source>
+        <translation>velometer-cli show ID [--format text|json|csv]
+
+Ein gespeicherter Test: ID, wie results sie zeigt, oder SERIE/TEST.
+
+Beispiele:
+  velometer-cli show 17
+  velometer-cli show 3/12 --json
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli export --format csv|json|geojson|gpx
+
+All stored tests, the newest first: a table, a JSON object a line, a GeoJSON
+collection, or a GPX waypoint for each test whose position is known.
+
+Examples:
+  velometer-cli export --format csv &gt; tests.csv
+  velometer-cli export --format gpx &gt; tests.gpx
+</source>
+        <translation>velometer-cli export --format csv|json|geojson|gpx
+
+Alle gespeicherten Tests, der neuste zuerst: eine Tabelle, ein JSON-Objekt pro
+Zeile, eine GeoJSON-Sammlung oder ein GPX-Wegpunkt für jeden Test mit Position.
+
+Beispiele:
+  velometer-cli export --format csv &gt; tests.csv
+  velometer-cli export --format gpx &gt; tests.gpx
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli servers [--format text|json|csv]
+
+The servers to test against; a star marks the one used last.
+
+Example:
+  velometer-cli servers
+</source>
+        <translation>velometer-cli servers [--format text|json|csv]
+
+Die Server, gegen die gemessen wird; ein Stern bezeichnet den zuletzt benutzten.
+
+Beispiel:
+  velometer-cli servers
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli context [--format text|json|csv] [--script FILE]
+
+What the device tells about network, position and itself, and what it does not.
+
+Example:
+  velometer-cli context --json
+</source>
+        <translation>velometer-cli context [--format text|json|csv] [--script FILE]
+
+Was das Gerät über Netz, Position und sich selbst sagt und was nicht.
+
+Beispiel:
+  velometer-cli context --json
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]
+
+Offers the waiting reports to the service once. Exit status 0: none waits any
+more, 1: the service did not take them all, 5: it cannot be reached.
+
+Example:
+  velometer-cli resend
+</source>
+        <translation>velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]
+
+Bietet dem Dienst die wartenden Berichte einmal an. Rückgabewert 0: keiner wartet
+mehr, 1: der Dienst hat nicht alle angenommen, 5: er ist nicht erreichbar.
+
+Beispiel:
+  velometer-cli resend
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli new-series
+
+The tests from now on belong to a new series and are counted from 1.
+
+Example:
+  velometer-cli new-series &amp;&amp; velometer-cli --count 5 --interval 60
+</source>
+        <translation>velometer-cli new-series
+
+Die Tests gehören von jetzt an zu einer neuen Serie und zählen ab 1.
+
+Beispiel:
+  velometer-cli new-series &amp;&amp; velometer-cli --count 5 --interval 60
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli clear --yes
+
+Deletes all stored tests and all waiting reports. Without --yes it only says
+what it would delete.
+
+Example:
+  velometer-cli clear --yes
+</source>
+        <translation>velometer-cli clear --yes
+
+Löscht alle gespeicherten Tests und alle wartenden Berichte. Ohne --yes sagt der
+Befehl nur, was er löschen würde.
+
+Beispiel:
+  velometer-cli clear --yes
+</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceContext</name>
+    <message>
+        <source>Network mode</source>
+        <translation>Netzmodus</translation>
+    </message>
+    <message>
+        <source>Network status</source>
+        <translation>Netzstatus</translation>
+    </message>
+    <message>
+        <source>Network name</source>
+        <translation>Netzname</translation>
+    </message>
+    <message>
+        <source>Signal, %</source>
+        <translation>Signal, %</translation>
+    </message>
+    <message>
+        <source>WLAN signal, %</source>
+        <translation>WLAN-Signal, %</translation>
+    </message>
+    <message>
+        <source>Country code</source>
+        <translation>Ländercode</translation>
+    </message>
+    <message>
+        <source>Operator code</source>
+        <translation>Betreibercode</translation>
+    </message>
+    <message>
+        <source>Home country code</source>
+        <translation>Ländercode daheim</translation>
+    </message>
+    <message>
+        <source>Home operator code</source>
+        <translation>Betreibercode daheim</translation>
+    </message>
+    <message>
+        <source>Location area</source>
+        <translation>Ortsbereich</translation>
+    </message>
+    <message>
+        <source>Cell</source>
+        <translation>Zelle</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Kind of position</source>
+        <translation>Art der Position</translation>
+    </message>
+    <message>
+        <source>Latitude</source>
+        <translation>Breite</translation>
+    </message>
+    <message>
+        <source>Longitude</source>
+        <translation>Länge</translation>
+    </message>
+    <message>
+        <source>Altitude, m</source>
+        <translation>Höhe, m</translation>
+    </message>
+    <message>
+        <source>Horizontal accuracy, m</source>
+        <translation>Genauigkeit horizontal, m</translation>
+    </message>
+    <message>
+        <source>Vertical accuracy, m</source>
+        <translation>Genauigkeit vertikal, m</translation>
+    </message>
+    <message>
+        <source>Speed, m/s</source>
+        <translation>Geschwindigkeit, m/s</translation>
+    </message>
+    <message>
+        <source>Direction, degrees</source>
+        <translation>Richtung, Grad</translation>
+    </message>
+    <message>
+        <source>Satellites in use</source>
+        <translation>Satelliten benutzt</translation>
+    </message>
+    <message>
+        <source>Satellites in view</source>
+        <translation>Satelliten sichtbar</translation>
+    </message>
+    <message>
+        <source>Manufacturer</source>
+        <translation>Hersteller</translation>
+    </message>
+    <message>
+        <source>Product</source>
+        <translation>Produkt</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>Modell</translation>
+    </message>
+    <message>
+        <source>Platform</source>
+        <translation>Plattform</translation>
+    </message>
+    <message>
+        <source>Device id</source>
+        <translation>Gerätenummer</translation>
+    </message>
+    <message>
+        <source>Subscriber id</source>
+        <translation>Teilnehmernummer</translation>
+    </message>
+</context>
+<context>
+    <name>Program</name>
+    <message>
+        <source>Standard output cannot be written: %1.</source>
+        <translation>Die Standardausgabe lässt sich nicht schreiben: %1.</translation>
+    </message>
+    <message>
+        <source>The settings cannot be written.</source>
+        <translation>Die Einstellungen lassen sich nicht schreiben.</translation>
+    </message>
+    <message>
+        <source>No report waits.</source>
+        <translation>Kein Bericht wartet.</translation>
+    </message>
+    <message>
+        <source>Reports delivered: %1, still waiting: %2.</source>
+        <translation>Berichte abgeliefert: %1, weiterhin wartend: %2.</translation>
+    </message>
+    <message>
+        <source>Series %1</source>
+        <translation>Serie %1</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be opened or written.</source>
+        <translation>Die Resultate in %1 lassen sich nicht öffnen oder schreiben.</translation>
+    </message>
+    <message>
+        <source>There is no stored test %1.</source>
+        <translation>Es gibt keinen gespeicherten Test %1.</translation>
+    </message>
+    <message>
+        <source>This would delete %1 stored tests and %2 waiting reports in %3; say --yes to do it.</source>
+        <translation>Das würde %1 gespeicherte Tests und %2 wartende Berichte in %3 löschen; mit --yes geschieht es.</translation>
+    </message>
+    <message>
+        <source>Deleted %1 stored tests and %2 waiting reports.</source>
+        <translation>%1 gespeicherte Tests und %2 wartende Berichte gelöscht.</translation>
+    </message>
+</context>
+<context>
+    <name>ServerChoice</name>
+    <message>
+        <source>There is no server "%1"; use HOST[:PORT] or one of: %2.</source>
+        <translation>Den Server «%1» gibt es nicht; möglich sind HOST[:PORT] oder: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>TestController</name>
+    <message>
+        <source>testphase_init</source>
+        <translation>Test wird vorbereitet</translation>
+    </message>
+    <message>
+        <source>noConnectionText</source>
+        <translation>Es besteht keine Verbindung zum Netz.</translation>
+    </message>
+    <message>
+        <source>noConnectionToServer</source>
+        <translation>Der Testserver ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>errorInit</source>
+        <translation>Der Testserver hat den Test nicht angenommen.</translation>
+    </message>
+    <message>
+        <source>testphase_download</source>
+        <translation>Download wird gemessen</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>k. A.</translation>
+    </message>
+    <message>
+        <source>testphase_wait</source>
+        <translation>Bitte warten</translation>
+    </message>
+    <message>
+        <source>testphase_upload</source>
+        <translation>Upload wird gemessen</translation>
+    </message>
+    <message>
+        <source>testphase_rtt</source>
+        <translation>Antwortzeit wird gemessen</translation>
+    </message>
+    <message>
+        <source>testphase_sendresults</source>
+        <translation>Resultate werden gesendet</translation>
+    </message>
+    <message>
+        <source>DataTransferred</source>
+        <translation>Übertragene Daten </translation>
+    </message>
+    <message>
+        <source>positionunknown</source>
+        <translation>Position unbekannt</translation>
+    </message>
+    <message>
+        <source>positionknown</source>
+        <translation>Position auf %1 m bekannt, Höhe %2 m</translation>
+    </message>
+    <message>
+        <source>positionabout</source>
+        <translation>Position ungefähr bekannt</translation>
+    </message>
+</context>
+<context>
+    <name>TestDetails</name>
+    <message>
+        <source>n/a</source>
+        <translation>k. A.</translation>
+    </message>
+</context>
+<context>
+    <name>TestRunner</name>
+    <message>
+        <source>download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>round-trip time</source>
+        <translation>Antwortzeit</translation>
+    </message>
+    <message>
+        <source>The service did not take every report.</source>
+        <translation>Der Dienst hat nicht alle Berichte angenommen.</translation>
+    </message>
+    <message>
+        <source>The service cannot be reached.</source>
+        <translation>Der Dienst ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The device is roaming; a test may be expensive. --allow-roaming tests all the same.</source>
+        <translation>Das Gerät ist im Roaming, ein Test kann teuer werden; --allow-roaming misst trotzdem.</translation>
+    </message>
+    <message>
+        <source>The test was stopped.</source>
+        <translation>Der Test wurde gestoppt.</translation>
+    </message>
+    <message>
+        <source>The test could not be stored in %1.</source>
+        <translation>Der Test konnte nicht in %1 gespeichert werden.</translation>
+    </message>
+    <message>
+        <source>The test is incomplete; missing or cut short: %1.</source>
+        <translation>Der Test ist unvollständig; es fehlt oder wurde verkürzt: %1.</translation>
+    </message>
+    <message>
+        <source>The test failed.</source>
+        <translation>Der Test ist gescheitert.</translation>
+    </message>
+    <message>
+        <source>The report waits in the queue and goes out with the next test.</source>
+        <translation>Der Bericht wartet und geht mit dem nächsten Test weg.</translation>
+    </message>
+    <message>
+        <source>Download: %1</source>
+        <translation>Download: %1</translation>
+    </message>
+    <message>
+        <source>Upload: %1</source>
+        <translation>Upload: %1</translation>
+    </message>
+    <message>
+        <source>Round-trip time: %1</source>
+        <translation>Antwortzeit: %1</translation>
+    </message>
+</context>
+<context>
+    <name>TestServerTable</name>
+    <message>
+        <source>Zürich</source>
+        <translation>Zürich</translation>
+    </message>
+    <message>
+        <source>Bern</source>
+        <translation>Bern</translation>
+    </message>
+    <message>
+        <source>Rapperswil</source>
+        <translation>Rapperswil</translation>
+    </message>
+    <message>
+        <source>St. Gallen</source>
+        <translation>St. Gallen</translation>
+    </message>
+    <message>
+        <source>IP-Plus Germany</source>
+        <translation>IP-Plus Deutschland</translation>
+    </message>
+    <message>
+        <source>Frankfurt</source>
+        <translation>Frankfurt</translation>
+    </message>
+    <message>
+        <source>IP-Plus Italy</source>
+        <translation>IP-Plus Italien</translation>
+    </message>
+    <message>
+        <source>Mailand</source>
+        <translation>Mailand</translation>
+    </message>
+    <message>
+        <source>IP-Plus New York</source>
+        <translation>IP-Plus New York</translation>
+    </message>
+    <message>
+        <source>New York</source>
+        <translation>New York</translation>
+    </message>
+</context>
+<context>
+    <name>TextFormat</name>
+    <message>
+        <source>signal %1 %</source>
+        <translation>Signal %1 %</translation>
+    </message>
+    <message>
+        <source>cell %1</source>
+        <translation>Zelle %1</translation>
+    </message>
+    <message>
+        <source>roaming</source>
+        <translation>Roaming</translation>
+    </message>
+    <message>
+        <source>within %1 m</source>
+        <translation>auf %1 m</translation>
+    </message>
+    <message>
+        <source>altitude %1 m</source>
+        <translation>Höhe %1 m</translation>
+    </message>
+    <message>
+        <source>%1 km/h</source>
+        <translation>%1 km/h</translation>
+    </message>
+    <message>
+        <source>delivered</source>
+        <translation>abgeliefert</translation>
+    </message>
+    <message>
+        <source>waits in the queue</source>
+        <translation>wartet</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keiner</translation>
+    </message>
+    <message>
+        <source>earlier ones delivered: %1</source>
+        <translation>frühere abgeliefert: %1</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>not valid</source>
+        <translation>nicht gültig</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>Round trip</source>
+        <translation>Antwortzeit</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Netz</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Location</source>
+        <translation>Ort</translation>
+    </message>
+    <message>
+        <source>Report</source>
+        <translation>Bericht</translation>
+    </message>
+    <message>
+        <source>All tests</source>
+        <translation>Alle Tests</translation>
+    </message>
+    <message>
+        <source>Test %1 of series %2, %3</source>
+        <translation>Test %1 der Serie %2, %3</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation>Test</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+</context>
+<context>
+    <name>Utils</name>
+    <message>
+        <source>conntypeMobile</source>
+        <translation>Mobile</translation>
+    </message>
+    <message>
+        <source>conntypeWLAN</source>
+        <translation>WLAN</translation>
+    </message>
+    <message>
+        <source>conntypeother</source>
+        <translation>Andere</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Unbekannt</translation>
+    </message>
+    <message>
+        <source>Mobile(GSM)</source>
+        <translation>Mobile(GSM)</translation>
+    </message>
+    <message>
+        <source>Mobile(CDMA)</source>
+        <translation>Mobile(CDMA)</translation>
+    </message>
+    <message>
+        <source>Mobile(UMTS)</source>
+        <translation>Mobile(UMTS)</translation>
+    </message>
+    <message>
+        <source>WLAN</source>
+        <translation>WLAN</translation>
+    </message>
+    <message>
+        <source>Ethernet</source>
+        <translation>Ethernet</translation>
+    </message>
+    <message>
+        <source>Bluetooth</source>
+        <translation>Bluetooth</translation>
+    </message>
+    <message>
+        <source>Wimax</source>
+        <translation>Wimax</translation>
+    </message>
+    <message>
+        <source>Mobile(LTE)</source>
+        <translation>Mobile(LTE)</translation>
+    </message>
+    <message>
+        <source>Mobile(5G)</source>
+        <translation>Mobile(5G)</translation>
+    </message>
+    <message>
+        <source>LocationUnknown</source>
+        <translation>Unbekannt</translation>
+    </message>
+    <message>
+        <source>LocationUnknownShort</source>
+        <translation>Unbekannt</translation>
+    </message>
+    <message>
+        <source>LocationIndoor</source>
+        <translation>In einem Gebäude</translation>
+    </message>
+    <message>
+        <source>LocationIndoorShort</source>
+        <translation>Drinnen</translation>
+    </message>
+    <message>
+        <source>LocationOutdoor</source>
+        <translation>Im Freien</translation>
+    </message>
+    <message>
+        <source>LocationOutdoorShort</source>
+        <translation>Draussen</translation>
+    </message>
+    <message>
+        <source>LocationTrain</source>
+        <translation>Im Zug</translation>
+    </message>
+    <message>
+        <source>LocationTrainShort</source>
+        <translation>Zug</translation>
+    </message>
+    <message>
+        <source>LocationCar</source>
+        <translation>Im Auto/Bus/Tram</translation>
+    </message>
+    <message>
+        <source>LocationCarShort</source>
+        <translation>Auto</translation>
+    </message>
+    <message>
+        <source>LocationOther</source>
+        <translation>Sonstwo</translation>
+    </message>
+    <message>
+        <source>LocationOtherShort</source>
+        <translation>Sonstwo</translation>
+    </message>
+</context>
+</TS>

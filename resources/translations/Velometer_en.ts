@@ -1,0 +1,844 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="en">
+<context>
+    <name>CommandLine</name>
+    <message>
+        <source>%1 or %2</source>
+        <translation>%1 or %2</translation>
+    </message>
+    <message>
+        <source>There is no option %1; --help lists them.</source>
+        <translation>There is no option %1; --help lists them.</translation>
+    </message>
+    <message>
+        <source>%1 takes no value.</source>
+        <translation>%1 takes no value.</translation>
+    </message>
+    <message>
+        <source>%1 needs a value.</source>
+        <translation>%1 needs a value.</translation>
+    </message>
+    <message>
+        <source>There is no command %1; use %2.</source>
+        <translation>There is no command %1; use %2.</translation>
+    </message>
+    <message>
+        <source>show needs the ID of a test, as results lists it.</source>
+        <translation>show needs the ID of a test, as results lists it.</translation>
+    </message>
+    <message>
+        <source>%1 does not know what to do with %2.</source>
+        <translation>%1 does not know what to do with %2.</translation>
+    </message>
+    <message>
+        <source>%1 is no option of %2.</source>
+        <translation>%1 is no option of %2.</translation>
+    </message>
+    <message>
+        <source>--interval needs --count with at least 2 tests.</source>
+        <translation>--interval needs --count with at least 2 tests.</translation>
+    </message>
+    <message>
+        <source>export needs --format with %1.</source>
+        <translation>export needs --format with %1.</translation>
+    </message>
+    <message>
+        <source>%1 takes a whole number from %2 to %3, not %4.</source>
+        <translation>%1 takes a whole number from %2 to %3, not %4.</translation>
+    </message>
+    <message>
+        <source>%1 and %2 contradict each other.</source>
+        <translation>%1 and %2 contradict each other.</translation>
+    </message>
+    <message>
+        <source>--format of %1 takes %2, not %3.</source>
+        <translation>--format of %1 takes %2, not %3.</translation>
+    </message>
+    <message>
+        <source>--location takes %1, not %2.</source>
+        <translation>--location takes %1, not %2.</translation>
+    </message>
+    <message>
+        <source>--progress takes auto, yes or no, not %1.</source>
+        <translation>--progress takes auto, yes or no, not %1.</translation>
+    </message>
+    <message>
+        <source>show takes an ID such as 17, or SERIES/TEST such as 3/12, not %1.</source>
+        <translation>show takes an ID such as 17, or SERIES/TEST such as 3/12, not %1.</translation>
+    </message>
+    <message>
+        <source>Everywhere:
+  --config FILE     where the service lives (else VELOMETER_CONFIG, else
+                    velometer/deployment.conf)
+  --data-dir DIR    keep the results there
+  --verbose         the diagnostic log, to standard error
+  --version, --help
+</source>
+        <translation>Everywhere:
+  --config FILE     where the service lives (else VELOMETER_CONFIG, else
+                    velometer/deployment.conf)
+  --data-dir DIR    keep the results there
+  --verbose         the diagnostic log, to standard error
+  --version, --help
+</translation>
+    </message>
+    <message>
+        <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
+3 the store cannot be opened or written, 4 roaming, 5 no network or no server,
+130 interrupted, 143 terminated.
+</source>
+        <translation>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
+3 the store cannot be opened or written, 4 roaming, 5 no network or no server,
+130 interrupted, 143 terminated.
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli measures download, upload and round-trip time of this connection.
+
+  velometer-cli [test]       run a test, or a series of them
+  velometer-cli results      list the stored tests
+  velometer-cli show ID      one stored test
+  velometer-cli export       all stored tests for other programs
+  velometer-cli servers      the servers to test against
+  velometer-cli context      what the device tells about itself right now
+  velometer-cli resend       deliver the reports that wait
+  velometer-cli new-series   start a new series of tests
+  velometer-cli clear        delete all stored tests and waiting reports
+
+COMMAND --help tells more about each.
+</source>
+        <translation>velometer-cli measures download, upload and round-trip time of this connection.
+
+  velometer-cli [test]       run a test, or a series of them
+  velometer-cli results      list the stored tests
+  velometer-cli show ID      one stored test
+  velometer-cli export       all stored tests for other programs
+  velometer-cli servers      the servers to test against
+  velometer-cli context      what the device tells about itself right now
+  velometer-cli resend       deliver the reports that wait
+  velometer-cli new-series   start a new series of tests
+  velometer-cli clear        delete all stored tests and waiting reports
+
+COMMAND --help tells more about each.
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli [test] [options]
+
+  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
+  --count N                  so many tests (1 to 100000)
+  --interval SECONDS         from start to start (0 to 604800)
+  --format text|json|csv     also --json, --csv
+  --json-stream              events as they happen, one JSON object a line
+  --progress auto|yes|no     to standard error; auto: on a terminal
+  --allow-roaming            test even when it may be expensive
+  -4, -6                     only IPv4, only IPv6
+  --script FILE              replay a recorded device
+
+Examples:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --json | jq .download.avg_bps
+</source>
+        <translation>velometer-cli [test] [options]
+
+  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
+  --count N                  so many tests (1 to 100000)
+  --interval SECONDS         from start to start (0 to 604800)
+  --format text|json|csv     also --json, --csv
+  --json-stream              events as they happen, one JSON object a line
+  --progress auto|yes|no     to standard error; auto: on a terminal
+  --allow-roaming            test even when it may be expensive
+  -4, -6                     only IPv4, only IPv6
+  --script FILE              replay a recorded device
+
+Examples:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --json | jq .download.avg_bps
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli results [--format text|json|csv] [--limit N]
+
+Lists the stored tests, the newest first.
+
+Examples:
+  velometer-cli results --limit 10
+  velometer-cli results --json
+</source>
+        <translation>velometer-cli results [--format text|json|csv] [--limit N]
+
+Lists the stored tests, the newest first.
+
+Examples:
+  velometer-cli results --limit 10
+  velometer-cli results --json
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli show ID [--format text|json|csv]
+
+One stored test: ID as results lists it, or SERIES/TEST.
+
+Examples:
+  velometer-cli show 17
+  velometer-cli show 3/12 --json
+</source>
+        <translation>velometer-cli show ID [--format text|json|csv]
+
+One stored test: ID as results lists it, or SERIES/TEST.
+
+Examples:
+  velometer-cli show 17
+  velometer-cli show 3/12 --json
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli export --format csv|json|geojson|gpx
+
+All stored tests, the newest first: a table, a JSON object a line, a GeoJSON
+collection, or a GPX waypoint for each test whose position is known.
+
+Examples:
+  velometer-cli export --format csv &gt; tests.csv
+  velometer-cli export --format gpx &gt; tests.gpx
+</source>
+        <translation>velometer-cli export --format csv|json|geojson|gpx
+
+All stored tests, the newest first: a table, a JSON object a line, a GeoJSON
+collection, or a GPX waypoint for each test whose position is known.
+
+Examples:
+  velometer-cli export --format csv &gt; tests.csv
+  velometer-cli export --format gpx &gt; tests.gpx
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli servers [--format text|json|csv]
+
+The servers to test against; a star marks the one used last.
+
+Example:
+  velometer-cli servers
+</source>
+        <translation>velometer-cli servers [--format text|json|csv]
+
+The servers to test against; a star marks the one used last.
+
+Example:
+  velometer-cli servers
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli context [--format text|json|csv] [--script FILE]
+
+What the device tells about network, position and itself, and what it does not.
+
+Example:
+  velometer-cli context --json
+</source>
+        <translation>velometer-cli context [--format text|json|csv] [--script FILE]
+
+What the device tells about network, position and itself, and what it does not.
+
+Example:
+  velometer-cli context --json
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]
+
+Offers the waiting reports to the service once. Exit status 0: none waits any
+more, 1: the service did not take them all, 5: it cannot be reached.
+
+Example:
+  velometer-cli resend
+</source>
+        <translation>velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]
+
+Offers the waiting reports to the service once. Exit status 0: none waits any
+more, 1: the service did not take them all, 5: it cannot be reached.
+
+Example:
+  velometer-cli resend
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli new-series
+
+The tests from now on belong to a new series and are counted from 1.
+
+Example:
+  velometer-cli new-series &amp;&amp; velometer-cli --count 5 --interval 60
+</source>
+        <translation>velometer-cli new-series
+
+The tests from now on belong to a new series and are counted from 1.
+
+Example:
+  velometer-cli new-series &amp;&amp; velometer-cli --count 5 --interval 60
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli clear --yes
+
+Deletes all stored tests and all waiting reports. Without --yes it only says
+what it would delete.
+
+Example:
+  velometer-cli clear --yes
+</source>
+        <translation>velometer-cli clear --yes
+
+Deletes all stored tests and all waiting reports. Without --yes it only says
+what it would delete.
+
+Example:
+  velometer-cli clear --yes
+</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceContext</name>
+    <message>
+        <source>Network mode</source>
+        <translation>Network mode</translation>
+    </message>
+    <message>
+        <source>Network status</source>
+        <translation>Network status</translation>
+    </message>
+    <message>
+        <source>Network name</source>
+        <translation>Network name</translation>
+    </message>
+    <message>
+        <source>Signal, %</source>
+        <translation>Signal, %</translation>
+    </message>
+    <message>
+        <source>WLAN signal, %</source>
+        <translation>WLAN signal, %</translation>
+    </message>
+    <message>
+        <source>Country code</source>
+        <translation>Country code</translation>
+    </message>
+    <message>
+        <source>Operator code</source>
+        <translation>Operator code</translation>
+    </message>
+    <message>
+        <source>Home country code</source>
+        <translation>Home country code</translation>
+    </message>
+    <message>
+        <source>Home operator code</source>
+        <translation>Home operator code</translation>
+    </message>
+    <message>
+        <source>Location area</source>
+        <translation>Location area</translation>
+    </message>
+    <message>
+        <source>Cell</source>
+        <translation>Cell</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Kind of position</source>
+        <translation>Kind of position</translation>
+    </message>
+    <message>
+        <source>Latitude</source>
+        <translation>Latitude</translation>
+    </message>
+    <message>
+        <source>Longitude</source>
+        <translation>Longitude</translation>
+    </message>
+    <message>
+        <source>Altitude, m</source>
+        <translation>Altitude, m</translation>
+    </message>
+    <message>
+        <source>Horizontal accuracy, m</source>
+        <translation>Horizontal accuracy, m</translation>
+    </message>
+    <message>
+        <source>Vertical accuracy, m</source>
+        <translation>Vertical accuracy, m</translation>
+    </message>
+    <message>
+        <source>Speed, m/s</source>
+        <translation>Speed, m/s</translation>
+    </message>
+    <message>
+        <source>Direction, degrees</source>
+        <translation>Direction, degrees</translation>
+    </message>
+    <message>
+        <source>Satellites in use</source>
+        <translation>Satellites in use</translation>
+    </message>
+    <message>
+        <source>Satellites in view</source>
+        <translation>Satellites in view</translation>
+    </message>
+    <message>
+        <source>Manufacturer</source>
+        <translation>Manufacturer</translation>
+    </message>
+    <message>
+        <source>Product</source>
+        <translation>Product</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>Model</translation>
+    </message>
+    <message>
+        <source>Platform</source>
+        <translation>Platform</translation>
+    </message>
+    <message>
+        <source>Device id</source>
+        <translation>Device id</translation>
+    </message>
+    <message>
+        <source>Subscriber id</source>
+        <translation>Subscriber id</translation>
+    </message>
+</context>
+<context>
+    <name>Program</name>
+    <message>
+        <source>Standard output cannot be written: %1.</source>
+        <translation>Standard output cannot be written: %1.</translation>
+    </message>
+    <message>
+        <source>The settings cannot be written.</source>
+        <translation>The settings cannot be written.</translation>
+    </message>
+    <message>
+        <source>No report waits.</source>
+        <translation>No report waits.</translation>
+    </message>
+    <message>
+        <source>Reports delivered: %1, still waiting: %2.</source>
+        <translation>Reports delivered: %1, still waiting: %2.</translation>
+    </message>
+    <message>
+        <source>Series %1</source>
+        <translation>Series %1</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be opened or written.</source>
+        <translation>The results in %1 cannot be opened or written.</translation>
+    </message>
+    <message>
+        <source>There is no stored test %1.</source>
+        <translation>There is no stored test %1.</translation>
+    </message>
+    <message>
+        <source>This would delete %1 stored tests and %2 waiting reports in %3; say --yes to do it.</source>
+        <translation>This would delete %1 stored tests and %2 waiting reports in %3; say --yes to do it.</translation>
+    </message>
+    <message>
+        <source>Deleted %1 stored tests and %2 waiting reports.</source>
+        <translation>Deleted %1 stored tests and %2 waiting reports.</translation>
+    </message>
+</context>
+<context>
+    <name>ServerChoice</name>
+    <message>
+        <source>There is no server "%1"; use HOST[:PORT] or one of: %2.</source>
+        <translation>There is no server "%1"; use HOST[:PORT] or one of: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>TestController</name>
+    <message>
+        <source>testphase_init</source>
+        <translation>Preparing the test</translation>
+    </message>
+    <message>
+        <source>noConnectionText</source>
+        <translation>There is no connection to the network.</translation>
+    </message>
+    <message>
+        <source>noConnectionToServer</source>
+        <translation>The test server cannot be reached.</translation>
+    </message>
+    <message>
+        <source>errorInit</source>
+        <translation>The test server did not accept the test.</translation>
+    </message>
+    <message>
+        <source>testphase_download</source>
+        <translation>Measuring the download</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>n/a</translation>
+    </message>
+    <message>
+        <source>testphase_wait</source>
+        <translation>Please wait</translation>
+    </message>
+    <message>
+        <source>testphase_upload</source>
+        <translation>Measuring the upload</translation>
+    </message>
+    <message>
+        <source>testphase_rtt</source>
+        <translation>Measuring the round-trip time</translation>
+    </message>
+    <message>
+        <source>testphase_sendresults</source>
+        <translation>Sending the results</translation>
+    </message>
+    <message>
+        <source>DataTransferred</source>
+        <translation>Data transferred </translation>
+    </message>
+    <message>
+        <source>positionunknown</source>
+        <translation>Position unknown</translation>
+    </message>
+    <message>
+        <source>positionknown</source>
+        <translation>Position known to %1 m, altitude %2 m</translation>
+    </message>
+    <message>
+        <source>positionabout</source>
+        <translation>Position roughly known</translation>
+    </message>
+</context>
+<context>
+    <name>TestDetails</name>
+    <message>
+        <source>n/a</source>
+        <translation>n/a</translation>
+    </message>
+</context>
+<context>
+    <name>TestRunner</name>
+    <message>
+        <source>download</source>
+        <translation>download</translation>
+    </message>
+    <message>
+        <source>upload</source>
+        <translation>upload</translation>
+    </message>
+    <message>
+        <source>round-trip time</source>
+        <translation>round-trip time</translation>
+    </message>
+    <message>
+        <source>The service did not take every report.</source>
+        <translation>The service did not take every report.</translation>
+    </message>
+    <message>
+        <source>The service cannot be reached.</source>
+        <translation>The service cannot be reached.</translation>
+    </message>
+    <message>
+        <source>The device is roaming; a test may be expensive. --allow-roaming tests all the same.</source>
+        <translation>The device is roaming; a test may be expensive. --allow-roaming tests all the same.</translation>
+    </message>
+    <message>
+        <source>The test was stopped.</source>
+        <translation>The test was stopped.</translation>
+    </message>
+    <message>
+        <source>The test could not be stored in %1.</source>
+        <translation>The test could not be stored in %1.</translation>
+    </message>
+    <message>
+        <source>The test is incomplete; missing or cut short: %1.</source>
+        <translation>The test is incomplete; missing or cut short: %1.</translation>
+    </message>
+    <message>
+        <source>The test failed.</source>
+        <translation>The test failed.</translation>
+    </message>
+    <message>
+        <source>The report waits in the queue and goes out with the next test.</source>
+        <translation>The report waits in the queue and goes out with the next test.</translation>
+    </message>
+    <message>
+        <source>Download: %1</source>
+        <translation>Download: %1</translation>
+    </message>
+    <message>
+        <source>Upload: %1</source>
+        <translation>Upload: %1</translation>
+    </message>
+    <message>
+        <source>Round-trip time: %1</source>
+        <translation>Round-trip time: %1</translation>
+    </message>
+</context>
+<context>
+    <name>TestServerTable</name>
+    <message>
+        <source>Zürich</source>
+        <translation>Zurich</translation>
+    </message>
+    <message>
+        <source>Bern</source>
+        <translation>Bern</translation>
+    </message>
+    <message>
+        <source>Rapperswil</source>
+        <translation>Rapperswil</translation>
+    </message>
+    <message>
+        <source>St. Gallen</source>
+        <translation>St. Gallen</translation>
+    </message>
+    <message>
+        <source>IP-Plus Germany</source>
+        <translation>IP-Plus Germany</translation>
+    </message>
+    <message>
+        <source>Frankfurt</source>
+        <translation>Frankfurt</translation>
+    </message>
+    <message>
+        <source>IP-Plus Italy</source>
+        <translation>IP-Plus Italy</translation>
+    </message>
+    <message>
+        <source>Mailand</source>
+        <translation>Milan</translation>
+    </message>
+    <message>
+        <source>IP-Plus New York</source>
+        <translation>IP-Plus New York</translation>
+    </message>
+    <message>
+        <source>New York</source>
+        <translation>New York</translation>
+    </message>
+</context>
+<context>
+    <name>TextFormat</name>
+    <message>
+        <source>signal %1 %</source>
+        <translation>signal %1 %</translation>
+    </message>
+    <message>
+        <source>cell %1</source>
+        <translation>cell %1</translation>
+    </message>
+    <message>
+        <source>roaming</source>
+        <translation>roaming</translation>
+    </message>
+    <message>
+        <source>within %1 m</source>
+        <translation>within %1 m</translation>
+    </message>
+    <message>
+        <source>altitude %1 m</source>
+        <translation>altitude %1 m</translation>
+    </message>
+    <message>
+        <source>%1 km/h</source>
+        <translation>%1 km/h</translation>
+    </message>
+    <message>
+        <source>delivered</source>
+        <translation>delivered</translation>
+    </message>
+    <message>
+        <source>waits in the queue</source>
+        <translation>waits in the queue</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>none</translation>
+    </message>
+    <message>
+        <source>earlier ones delivered: %1</source>
+        <translation>earlier ones delivered: %1</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 to %2</translation>
+    </message>
+    <message>
+        <source>not valid</source>
+        <translation>not valid</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>Round trip</source>
+        <translation>Round trip</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Network</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Location</source>
+        <translation>Location</translation>
+    </message>
+    <message>
+        <source>Report</source>
+        <translation>Report</translation>
+    </message>
+    <message>
+        <source>All tests</source>
+        <translation>All tests</translation>
+    </message>
+    <message>
+        <source>Test %1 of series %2, %3</source>
+        <translation>Test %1 of series %2, %3</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation>Test</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unknown</translation>
+    </message>
+</context>
+<context>
+    <name>Utils</name>
+    <message>
+        <source>conntypeMobile</source>
+        <translation>Mobile</translation>
+    </message>
+    <message>
+        <source>conntypeWLAN</source>
+        <translation>WLAN</translation>
+    </message>
+    <message>
+        <source>conntypeother</source>
+        <translation>Other</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Unknown</translation>
+    </message>
+    <message>
+        <source>Mobile(GSM)</source>
+        <translation>Mobile(GSM)</translation>
+    </message>
+    <message>
+        <source>Mobile(CDMA)</source>
+        <translation>Mobile(CDMA)</translation>
+    </message>
+    <message>
+        <source>Mobile(UMTS)</source>
+        <translation>Mobile(UMTS)</translation>
+    </message>
+    <message>
+        <source>WLAN</source>
+        <translation>WLAN</translation>
+    </message>
+    <message>
+        <source>Ethernet</source>
+        <translation>Ethernet</translation>
+    </message>
+    <message>
+        <source>Bluetooth</source>
+        <translation>Bluetooth</translation>
+    </message>
+    <message>
+        <source>Wimax</source>
+        <translation>Wimax</translation>
+    </message>
+    <message>
+        <source>Mobile(LTE)</source>
+        <translation>Mobile(LTE)</translation>
+    </message>
+    <message>
+        <source>Mobile(5G)</source>
+        <translation>Mobile(5G)</translation>
+    </message>
+    <message>
+        <source>LocationUnknown</source>
+        <translation>Unknown</translation>
+    </message>
+    <message>
+        <source>LocationUnknownShort</source>
+        <translation>Unknown</translation>
+    </message>
+    <message>
+        <source>LocationIndoor</source>
+        <translation>Indoor</translation>
+    </message>
+    <message>
+        <source>LocationIndoorShort</source>
+        <translation>Indoor</translation>
+    </message>
+    <message>
+        <source>LocationOutdoor</source>
+        <translation>Outdoor</translation>
+    </message>
+    <message>
+        <source>LocationOutdoorShort</source>
+        <translation>Outdoor</translation>
+    </message>
+    <message>
+        <source>LocationTrain</source>
+        <translation>Train</translation>
+    </message>
+    <message>
+        <source>LocationTrainShort</source>
+        <translation>Train</translation>
+    </message>
+    <message>
+        <source>LocationCar</source>
+        <translation>Car</translation>
+    </message>
+    <message>
+        <source>LocationCarShort</source>
+        <translation>Car</translation>
+    </message>
+    <message>
+        <source>LocationOther</source>
+        <translation>Other</translation>
+    </message>
+    <message>
+        <source>LocationOtherShort</source>
+        <translation>Other</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,40 @@
+#include "http/answer.h"
+
+#include <string_view>
+#include <utility>
+
+namespace {
+
+std::string_view reason(int status)
+{
+    switch (status) {
+    case 200: return "OK";
+    case 400: return "Bad Request";
+    case 403: return "Forbidden";
+    case 404: return "Not Found";
+    case 405: return "Method Not Allowed";
+    case 408: return "Request Timeout";
+    case 413: return "Content Too Large";
+    case 431: return "Request Header Fields Too Large";
+    case 503: return "Service Unavailable";
+    default: return "Internal Server Error";
+    }
+}
+
+} // namespace
+
+Answer Answer::sentence(int status, std::string text)
+{
+    text += '\n';
+    return Answer{.status = status, .body = std::move(text), .headers = {}};
+}
+
+std::string Answer::toBytes() const
+{
+    std::string bytes = "HTTP/1.1 " + std::to_string(status) + ' ';
+    bytes += reason(status);
+    bytes +=
+        "\r\nContent-Type: " + contentType + "\r\nContent-Length: " + std::to_string(body.size()) +
+        "\r\nX-Content-Type-Options: nosniff\r\nConnection: close\r\n" + headers + "\r\n" + body;
+    return bytes;
+}

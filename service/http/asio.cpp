@@ -1,0 +1,1 @@
+#include <boost/asio/impl/src.hpp>

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <boost/asio/ip/address.hpp>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <unordered_set>
+
+class Connection;
+
+/// All open connections, counted per address. Safe from every thread.
+class Connections
+{
+public:
+    /// @p perAddress connections of one address are served; an IPv6 /64, which one subscriber owns,
+    /// counts as one address.
+    explicit Connections(int perAddress);
+
+    enum class Entry {
+        Served,
+        Refused, ///< over the limit, to be told so
+        Dropped, ///< far over the limit: not even worth an answer, and not entered
+    };
+
+    Entry enter(const std::shared_ptr<Connection> &connection);
+    void leave(const std::shared_ptr<Connection> &connection);
+
+    void abortIdle();
+    void abortAll();
+
+    /// False when there were still connections after @p time.
+    bool waitUntilEmpty(std::chrono::milliseconds time);
+
+private:
+    using Address =
+        std::pair<std::uint64_t, bool>; ///< the part that counts, and whether it is IPv6
+    static Address counted(const boost::asio::ip::address &address);
+
+    const int m_perAddress;
+    std::mutex m_mutex;
+    std::condition_variable m_empty;
+    std::unordered_set<std::shared_ptr<Connection>> m_connections;
+    std::map<Address, int> m_counts;
+};

@@ -1,0 +1,313 @@
+#include "http/endpoints.h"
+
+#include "http/handler.h"
+#include "http/held.h"
+#include "http/oneshot.h"
+#include "http/reportsubmission.h"
+#include "measure/tcpfacts.h"
+#include "measure/uploadstream.h"
+#include "web/userreportpage.h"
+
+#include <algorithm>
+
+namespace asio = boost::asio;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// An answer is small; a peer that does not take it in that time does not want it.
+constexpr auto answerTime = 10s;
+
+/// What a stream's result may be late behind the question for it.
+constexpr auto resultTime = 2s;
+constexpr auto resultPause = 20ms;
+
+/// A stream asks for its duration; its client's clock starts later, and may run longer.
+constexpr std::int64_t maxStreamSeconds = 60;
+constexpr auto downloadSurplus = 2s;
+constexpr auto uploadSurplus = 3s;
+
+constexpr int maxRows = 1000;
+
+using Handler = asio::awaitable<MaybeAnswer> (*)(Connection &, const Request &, Service &);
+
+std::optional<StreamKey> streamKey(const Request &request)
+{
+    const auto user = request.number("testuserid");
+    const auto series = request.number("seriesid");
+    const auto test = request.number("testid");
+    if (!user || !series || !test) {
+        return std::nullopt;
+    }
+    return StreamKey{.user = *user, .series = *series, .test = *test};
+}
+
+std::optional<std::chrono::seconds> streamTime(const Request &request)
+{
+    const auto seconds = request.number("logtraffic");
+    if (!seconds) {
+        return std::nullopt;
+    }
+    return std::chrono::seconds(std::clamp(*seconds, std::int64_t{1}, maxStreamSeconds));
+}
+
+Answer badParameters()
+{
+    return Answer::sentence(400, "A parameter is missing or is not a number.");
+}
+
+asio::awaitable<MaybeAnswer> userId(Connection &connection, const Request &request,
+                                    Service &service)
+{
+    const auto uuid = request.parameter("UUID");
+    if (!uuid || uuid->empty() || uuid->size() > 64 || !std::ranges::all_of(*uuid, [](char c) {
+            return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                   c == '-';
+        })) {
+        co_return Answer::sentence(400, "UUID must be 1 to 64 letters, digits or hyphens.");
+    }
+    OneShot<std::optional<ReportStore::User>> user(connection.executor(), storeTime);
+    service.store->findOrCreateUser(QString::fromLatin1(uuid->data(), qsizetype(uuid->size())),
+                                    user.setter());
+    const auto found = co_await user.wait();
+    if (!found || !*found) {
+        co_return storeFailed(service, 500);
+    }
+    Answer answer;
+    answer.body = std::to_string((*found)->id) + ';' + std::to_string((*found)->lastSeries);
+    answer.headers = "Cache-Control: no-store\r\n";
+    co_return answer;
+}
+
+asio::awaitable<MaybeAnswer> initialise(Connection &connection, const Request &, Service &service)
+{
+    const auto facts = TcpFacts::of(connection.socket().native_handle());
+    std::string body = "Client-Hostname:" + co_await hostName(connection, service);
+    body += ";Server-IP:" + connection.local().to_string();
+    body += ";Remote-IP:" + connection.peer().to_string();
+    if (facts) {
+        body += ";MSS:" + std::to_string(facts->mss);
+        body += ";WinScaleRcvd:" + std::to_string(facts->windowScale);
+        body += ";MaxRwinRcvd:" + std::to_string(facts->receiveWindow);
+        body += facts->selectiveAck ? ";SACK:1" : ";SACK:0";
+        body += facts->timestamps ? ";Timestamp:1;" : ";Timestamp:0;";
+    } else {
+        body += ";Web100:unavailable;";
+    }
+    Answer answer;
+    answer.body = std::move(body);
+    co_return answer;
+}
+
+/// Nothing when there is no room for one more stream.
+std::unique_ptr<Held<std::atomic<int>>> streamRoom(Service &service)
+{
+    auto room = std::make_unique<Held<std::atomic<int>>>(service.streams);
+    if (service.streams.load() > service.options.maxStreams) {
+        room.reset();
+    }
+    return room;
+}
+
+Answer noRoom()
+{
+    return Answer::sentence(503, "Too many measurements are running. Please try again later.");
+}
+
+asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &request,
+                                      Service &service)
+{
+    const auto seconds = streamTime(request);
+    if (!seconds) {
+        co_return badParameters();
+    }
+    const auto room = streamRoom(service);
+    if (!room) {
+        co_return noRoom();
+    }
+    const Held running(service.metrics.downloads);
+    ++service.metrics.downloadsTotal;
+    // A download can be had without ids; then nobody asks for its result.
+    const auto key = streamKey(request);
+    const auto ticket = key ? service.downloads.begin(*key) : 0;
+    const auto totals = co_await sendStream(connection, service.block, *seconds + downloadSurplus,
+                                            service.metrics.bytesDown);
+    if (key) {
+        service.downloads.end(*key, ticket, totals);
+    }
+    co_return std::nullopt;
+}
+
+asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &request,
+                                    Service &service)
+{
+    const auto seconds = streamTime(request);
+    const auto key = streamKey(request);
+    if (!seconds || !key) {
+        co_return badParameters();
+    }
+    const auto room = streamRoom(service);
+    if (!room) {
+        co_return noRoom();
+    }
+    const Held running(service.metrics.uploads);
+    ++service.metrics.uploadsTotal;
+    const auto ticket = service.uploads.begin(*key);
+    const std::string answer = Answer::sentence(200, "received").toBytes();
+    const auto meter = co_await receiveStream(connection, request.contentLength, answer,
+                                              *seconds + uploadSurplus, service.metrics.bytesUp);
+    service.uploads.end(*key, ticket, meter.figures());
+    co_return std::nullopt;
+}
+
+asio::awaitable<MaybeAnswer> uploadResult(Connection &connection, const Request &request,
+                                          Service &service)
+{
+    const auto key = streamKey(request);
+    if (!key) {
+        co_return badParameters();
+    }
+    const auto deadline = Connection::Clock::now() + resultTime;
+    auto found = service.uploads.find(*key);
+    asio::steady_timer timer(connection.executor());
+    while (found.running && Connection::Clock::now() < deadline) {
+        timer.expires_after(resultPause);
+        co_await timer.async_wait(quietly);
+        found = service.uploads.find(*key);
+    }
+    if (!found.result) {
+        co_return Answer::sentence(404, "There is no result of such an upload.");
+    }
+    Answer answer;
+    answer.body = found.result->toText();
+    co_return answer;
+}
+
+Answer html(int status, const QByteArray &page)
+{
+    return Answer{.status = status,
+                  .body = page.toStdString(),
+                  .contentType = "text/html; charset=utf-8",
+                  .headers = UserReportPage::headers()};
+}
+
+asio::awaitable<MaybeAnswer> userReport(Connection &connection, const Request &request,
+                                        Service &service)
+{
+    if (request.parameter("page") != "UserReport") {
+        co_return Answer::sentence(404, "There is no such page.");
+    }
+    const auto language =
+        UserReportPage::choose(request.parameter("language").value_or(""), request.acceptLanguage);
+    const auto user = request.number("userid");
+    if (!user) {
+        co_return html(404, UserReportPage::unknownUser(language));
+    }
+    OneShot<std::optional<ReportStore::UserReports>> reports(connection.executor(), storeTime);
+    service.store->reportsOfUser(*user, maxRows, reports.setter());
+    const auto found = co_await reports.wait();
+    if (!found || !*found) {
+        co_return storeFailed(service, 500);
+    }
+    if (!(*found)->userKnown) {
+        co_return html(404, UserReportPage::unknownUser(language));
+    }
+    co_return html(200, UserReportPage::measurements(**found, language));
+}
+
+asio::awaitable<MaybeAnswer> healthz(Connection &connection, const Request &, Service &service)
+{
+    OneShot<bool> alive(connection.executor(), 2s);
+    service.store->ping(alive.setter());
+    const auto answered = co_await alive.wait();
+    if (!answered.value_or(false)) {
+        co_return storeFailed(service, 503);
+    }
+    co_return Answer::sentence(200, "ok");
+}
+
+asio::awaitable<MaybeAnswer> metrics(Connection &, const Request &, Service &service)
+{
+    Answer answer;
+    answer.contentType = "text/plain; version=0.0.4; charset=utf-8";
+    answer.body = service.metrics.toText();
+    co_return answer;
+}
+
+struct Endpoint
+{
+    std::string_view path;
+    std::string_view method;
+    Handler handler;
+};
+
+/// In the order of Metrics::endpoints, which counts what is found nowhere last.
+constexpr std::array<Endpoint, Metrics::endpoints.size() - 1> endpoints{{
+    {"/velometer/getIDwithUUID.jsp", "GET", userId},
+    {"/velometer/initialise.php", "GET", initialise},
+    {"/velometer/downloadtest.php", "GET", download},
+    {"/velometer/uploadtest.php", "POST", upload},
+    {"/velometer/getuploadresult.php", "GET", uploadResult},
+    {"/velometer/redirect_iphone.php", "POST", submitReport},
+    {"/velometer/Controller", "GET", userReport},
+    {"/healthz", "GET", healthz},
+    {"/metrics", "GET", metrics},
+}};
+
+asio::awaitable<void> send(Connection &connection, Service &service, std::size_t endpoint,
+                           const Answer &answer)
+{
+    service.metrics.countRequest(endpoint, answer.status);
+    connection.expireAt(Connection::Clock::now() + answerTime);
+    const std::string bytes = answer.toBytes();
+    co_await connection.write(bytes);
+}
+
+} // namespace
+
+asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Service &service)
+{
+    constexpr std::size_t other = endpoints.size();
+    connection->expireAt(Connection::Clock::now() + service.options.headTimeout);
+    const auto head = co_await connection->readHead();
+    if (head == Connection::Head::Gone) {
+        co_return;
+    }
+    std::optional<Request> request;
+    if (head == Connection::Head::Complete) {
+        request = Request::parse(connection->head());
+    }
+    if (head == Connection::Head::TooLarge) {
+        const auto answer = Answer::sentence(431, "The request's head is too large.");
+        co_await send(*connection, service, other, answer);
+    } else if (!request) {
+        const auto answer = Answer::sentence(400, "This is no HTTP request.");
+        co_await send(*connection, service, other, answer);
+    } else {
+        const auto endpoint =
+            std::ranges::find(endpoints, std::string_view(request->path), &Endpoint::path);
+        const auto index = static_cast<std::size_t>(endpoint - endpoints.begin());
+        MaybeAnswer answer;
+        if (endpoint == endpoints.end()) {
+            answer = Answer::sentence(404, "There is nothing here.");
+        } else if (endpoint->method != request->method) {
+            answer = Answer::sentence(405, "This path takes another method.");
+            answer->headers = "Allow: " + std::string(endpoint->method) + "\r\n";
+        } else {
+            answer = co_await endpoint->handler(*connection, *request, service);
+        }
+        if (answer) {
+            co_await send(*connection, service, index, *answer);
+        } else {
+            service.metrics.countRequest(index, 200);
+        }
+    }
+    co_await connection->finish();
+}
+
+asio::awaitable<void> refuseRequest(std::shared_ptr<Connection> connection, Service &service)
+{
+    const auto answer = Answer::sentence(503, "Too many connections from this address.");
+    co_await send(*connection, service, endpoints.size(), answer);
+    co_await connection->finish();
+}

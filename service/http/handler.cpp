@@ -1,0 +1,20 @@
+#include "http/handler.h"
+
+#include "http/oneshot.h"
+
+namespace asio = boost::asio;
+
+Answer storeFailed(Service &service, int status)
+{
+    ++service.metrics.storeErrors;
+    return Answer::sentence(status, "The store does not answer.");
+}
+
+asio::awaitable<std::string> hostName(Connection &connection, Service &service)
+{
+    const std::string address = connection.peer().to_string();
+    OneShot<std::string> name(connection.executor(), service.options.nameTimeout);
+    service.hostNames.lookUp(address, name.setter());
+    auto found = co_await name.wait();
+    co_return found ? *std::move(found) : address;
+}

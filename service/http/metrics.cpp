@@ -1,0 +1,57 @@
+#include "http/metrics.h"
+
+void Metrics::countRequest(std::size_t endpoint, int status)
+{
+    ++m_requests.at(endpoint).at(static_cast<std::size_t>(status / 100));
+}
+
+std::string Metrics::toText() const
+{
+    std::string text;
+    const auto head = [&text](std::string_view name, std::string_view type, std::string_view help) {
+        text.append("# HELP velometer_").append(name).append(1, ' ').append(help);
+        text.append("\n# TYPE velometer_").append(name).append(1, ' ').append(type).append("\n");
+    };
+    const auto value = [&text](std::string_view name, const std::string &labels,
+                               const Counter &counter) {
+        text.append("velometer_").append(name).append(labels).append(1, ' ');
+        text.append(std::to_string(counter.load())).append("\n");
+    };
+    head("connections", "gauge", "Connections open now.");
+    value("connections", {}, connections);
+    head("connections_total", "counter", "Connections accepted.");
+    value("connections_total", {}, connectionsTotal);
+    head("streams", "gauge", "Measurement streams running now.");
+    value("streams", "{direction=\"download\"}", downloads);
+    value("streams", "{direction=\"upload\"}", uploads);
+    head("streams_total", "counter", "Measurement streams started.");
+    value("streams_total", "{direction=\"download\"}", downloadsTotal);
+    value("streams_total", "{direction=\"upload\"}", uploadsTotal);
+    head("stream_bytes_total", "counter", "Payload moved by measurement streams.");
+    value("stream_bytes_total", "{direction=\"download\"}", bytesDown);
+    value("stream_bytes_total", "{direction=\"upload\"}", bytesUp);
+    head("reports_stored_total", "counter", "Reports stored.");
+    value("reports_stored_total", {}, reportsStored);
+    head("reports_repeated_total", "counter", "Reports that were stored before.");
+    value("reports_repeated_total", {}, reportsRepeated);
+    head("reports_rejected_total", "counter", "Reports not taken.");
+    for (std::size_t i = 0; i < rejections.size(); ++i) {
+        value("reports_rejected_total", "{reason=\"" + std::string(rejections.at(i)) + "\"}",
+              reportsRejected.at(i));
+    }
+    head("store_errors_total", "counter", "Operations that the report store failed.");
+    value("store_errors_total", {}, storeErrors);
+    head("requests_total", "counter", "Requests answered.");
+    for (std::size_t endpoint = 0; endpoint < endpoints.size(); ++endpoint) {
+        for (std::size_t status = 2; status < 6; ++status) {
+            const auto &counter = m_requests.at(endpoint).at(status);
+            if (counter.load() != 0) {
+                value("requests_total",
+                      "{endpoint=\"" + std::string(endpoints.at(endpoint)) + "\",status=\"" +
+                          std::to_string(status) + "xx\"}",
+                      counter);
+            }
+        }
+    }
+    return text;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// What the service counts about itself. Safe from every thread.
+class Metrics
+{
+public:
+    static constexpr std::array<std::string_view, 10> endpoints{
+        "user_id",       "initialise",  "download", "upload",  "upload_result",
+        "submit_report", "user_report", "healthz",  "metrics", "other"};
+    static constexpr std::array<std::string_view, 5> rejections{"damaged", "hash", "too_large",
+                                                                "timeout", "busy"};
+    using Counter = std::atomic<std::int64_t>;
+
+    Counter connections{0}; ///< open now
+    Counter connectionsTotal{0};
+    Counter downloads{0}; ///< streams running now
+    Counter downloadsTotal{0};
+    Counter uploads{0};
+    Counter uploadsTotal{0};
+    Counter bytesDown{0};
+    Counter bytesUp{0};
+    Counter reportsStored{0};
+    Counter reportsRepeated{0};
+    std::array<Counter, rejections.size()> reportsRejected{}; ///< as rejections
+    Counter storeErrors{0};
+
+    /// Counts one answer; @p endpoint is an index into endpoints.
+    void countRequest(std::size_t endpoint, int status);
+
+    /// Prometheus' text format.
+    std::string toText() const;
+
+private:
+    std::array<std::array<Counter, 6>, endpoints.size()> m_requests{}; ///< by status / 100
+};

@@ -1,0 +1,167 @@
+#include "http/reportsubmission.h"
+
+#include "http/held.h"
+#include "http/log.h"
+#include "http/oneshot.h"
+#include "reports/placeholders.h"
+#include "reports/reportparser.h"
+
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/post.hpp>
+
+#include <QDateTime>
+
+#include <algorithm>
+
+namespace asio = boost::asio;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What reports on their way may hold of memory, all together; one of the largest size always fits.
+constexpr std::size_t maxMemory = std::size_t{256} << 20;
+
+/// Why a report was not taken.
+enum class Rejection : std::size_t { Damaged, Hash, TooLarge, Timeout, Busy };
+
+Answer reject(Service &service, Rejection reason)
+{
+    ++service.metrics.reportsRejected.at(static_cast<std::size_t>(reason));
+    switch (reason) {
+    case Rejection::Damaged: return Answer::sentence(400, "The report is damaged.");
+    case Rejection::Hash: return Answer::sentence(403, "The report's hash is wrong.");
+    case Rejection::TooLarge: return Answer::sentence(413, "The report is too large.");
+    case Rejection::Timeout: return Answer::sentence(408, "The report did not arrive in time.");
+    case Rejection::Busy: break;
+    }
+    return Answer::sentence(503, "Too many reports are being received. Please try again later.");
+}
+
+using Body = std::variant<QByteArray, Rejection>;
+using Memory = Held<std::atomic<std::size_t>>;
+
+/// Reads a report up to its closing tag, whatever length was announced: text encoded twice is
+/// longer.
+asio::awaitable<Body> readReport(Connection &connection, const Request &request, Service &service,
+                                 Memory &memory)
+{
+    const auto &options = service.options;
+    if (request.contentLength && *request.contentLength > options.maxReportBytes) {
+        co_return Rejection::TooLarge;
+    }
+    const auto deadline = Connection::Clock::now() + options.reportTimeout;
+    std::string body;
+    bool ascii = true;
+    std::string_view added = connection.rest();
+    while (true) {
+        const auto searchFrom = std::max(body.size(), ReportParser::closingTag.size()) -
+                                ReportParser::closingTag.size();
+        memory.add(added.size());
+        body += added;
+        ascii = ascii && std::ranges::all_of(added, [](char c) { return c >= 0; });
+        const auto tag = body.find(ReportParser::closingTag, searchFrom);
+        if (tag != std::string::npos) {
+            body.resize(tag + ReportParser::closingTag.size());
+        }
+        if (body.size() > options.maxReportBytes) {
+            co_return Rejection::TooLarge;
+        }
+        if (service.reportBytes > std::max(maxMemory, 2 * options.maxReportBytes)) {
+            co_return Rejection::Busy;
+        }
+        if (tag != std::string::npos) {
+            break;
+        }
+        if (ascii && request.contentLength && body.size() >= *request.contentLength) {
+            // Only other letters than ASCII's make a report longer than it said.
+            co_return Rejection::Damaged;
+        }
+        connection.expireAt(std::min(Connection::Clock::now() + options.reportPause, deadline));
+        const auto scratch = connection.scratch();
+        const auto [error, count] = co_await connection.socket().async_read_some(
+            asio::buffer(scratch.data(), scratch.size()), quietly);
+        if (connection.expired()) {
+            co_return Rejection::Timeout;
+        }
+        if (error) {
+            co_return Rejection::Damaged;
+        }
+        added = std::string_view(scratch.data(), count);
+    }
+    co_return QByteArray(body.data(), qsizetype(body.size()));
+}
+
+/// The places in the document that only the service can fill in.
+QHash<QString, QString> serverValues(const Connection &connection, const Report &report,
+                                     const std::string &name, Service &service)
+{
+    // The streams' test ids are told apart by their millions. A report may hold any number.
+    const auto key = [&report](std::uint64_t offset) {
+        return StreamKey{
+            .user = report.userId,
+            .series = report.seriesId,
+            .test = static_cast<qint64>(static_cast<std::uint64_t>(report.testId) + offset)};
+    };
+    const auto down = service.downloads.find(key(2'000'000));
+    const auto up = service.uploads.find(key(3'000'000));
+    const QString nothing = u"no stream recorded"_s;
+    return {
+        {u"PUBLICIP"_s, report.publicIp},
+        {u"CLIENTNAME"_s, QString::fromStdString(name)},
+        {u"TIME"_s, QString::number(report.serverTime)},
+        {u"DOWNLOADFILE"_s,
+         down.result
+             ? u"sent %1 bytes in %2 ms"_s.arg(down.result->bytes).arg(down.result->lasted.count())
+             : nothing},
+        {u"UPLOADFILE"_s, up.result ? u"received min %1, avg %2, max %3 bit/s"_s.arg(up.result->min)
+                                          .arg(up.result->avg)
+                                          .arg(up.result->max)
+                                    : nothing},
+        {u"ACCESSINFO"_s,
+         u"received over %1"_s.arg(connection.peer().is_v6() ? u"IPv6"_s : u"IPv4"_s)},
+    };
+}
+
+} // namespace
+
+asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request &request,
+                                          Service &service)
+{
+    Memory memory(service.reportBytes, 0);
+    auto body = co_await readReport(connection, request, service, memory);
+    if (const auto *reason = std::get_if<Rejection>(&body)) {
+        co_return reject(service, *reason);
+    }
+    using Parsed = std::variant<Report, ReportParser::Problem>;
+    OneShot<Parsed> parsed(connection.executor(), service.options.reportTimeout);
+    const auto bytes = std::get<QByteArray>(std::move(body));
+    asio::post(service.parsers, [bytes, done = parsed.setter(), salt = service.options.salt] {
+        done(ReportParser::parse(bytes, salt));
+    });
+    auto result = co_await parsed.wait();
+    if (!result) {
+        co_return reject(service, Rejection::Busy);
+    }
+    if (const auto *problem = std::get_if<ReportParser::Problem>(&*result)) {
+        co_return reject(service, *problem == ReportParser::Problem::WrongHash
+                                      ? Rejection::Hash
+                                      : Rejection::Damaged);
+    }
+    Report report = std::get<Report>(*std::move(result));
+    const std::string name = co_await hostName(connection, service);
+    report.publicIp = QString::fromStdString(connection.peer().to_string());
+    report.serverTime = QDateTime::currentMSecsSinceEpoch();
+    report.document =
+        Placeholders::fill(report.document, serverValues(connection, report, name, service));
+
+    OneShot<ReportStore::Outcome> outcome(connection.executor(), storeTime);
+    service.store->storeReport(std::move(report), outcome.setter());
+    const auto stored = co_await outcome.wait();
+    if (!stored || *stored == ReportStore::Outcome::Failed) {
+        Log::write(Log::Level::Error, "a report could not be stored");
+        co_return storeFailed(service, 500);
+    }
+    ++(*stored == ReportStore::Outcome::Stored ? service.metrics.reportsStored
+                                               : service.metrics.reportsRepeated);
+    co_return Answer::sentence(200, "stored");
+}

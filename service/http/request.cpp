@@ -1,0 +1,68 @@
+#include "http/request.h"
+
+#include <boost/asio/buffer.hpp>
+#include <boost/beast/http/empty_body.hpp>
+#include <boost/beast/http/parser.hpp>
+
+#include <algorithm>
+#include <charconv>
+
+namespace http = boost::beast::http;
+
+std::optional<Request> Request::parse(std::string_view head)
+{
+    http::request_parser<http::empty_body> parser;
+    parser.header_limit(static_cast<std::uint32_t>(maxHeadBytes));
+    // The length of the body is judged by whoever reads it.
+    parser.body_limit(boost::none);
+    boost::beast::error_code error;
+    parser.put(boost::asio::buffer(head), error);
+    if ((error && error != http::error::need_more) || !parser.is_header_done()) {
+        return std::nullopt;
+    }
+    const auto &message = parser.get();
+    const auto view = [](auto text) { return std::string_view(text.data(), text.size()); };
+    const auto target = view(message.target());
+    const auto question = target.find('?');
+
+    Request request;
+    request.method = view(message.method_string());
+    request.path = target.substr(0, question);
+    if (question != std::string_view::npos) {
+        request.query = target.substr(question + 1);
+    }
+    request.acceptLanguage = view(message[http::field::accept_language]);
+    if (const auto length = parser.content_length()) {
+        request.contentLength = *length;
+    }
+    return request;
+}
+
+std::optional<std::string_view> Request::parameter(std::string_view key) const
+{
+    std::string_view rest = query;
+    while (!rest.empty()) {
+        const auto end = std::min(rest.find('&'), rest.size());
+        const auto item = rest.substr(0, end);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        const auto equals = item.find('=');
+        if (item.substr(0, equals) == key) {
+            return equals == std::string_view::npos ? std::string_view() : item.substr(equals + 1);
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::int64_t> Request::number(std::string_view key) const
+{
+    const auto text = parameter(key);
+    if (!text || text->empty() || text->front() == '-') {
+        return std::nullopt;
+    }
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), value);
+    if (error != std::errc() || end != text->data() + text->size()) {
+        return std::nullopt;
+    }
+    return value;
+}

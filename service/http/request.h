@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Size of the buffer that a request's head must fit into, in bytes.
+inline constexpr std::size_t maxHeadBytes = 8192;
+
+/// The head of one request, parsed. Nothing in it is trusted beyond its syntax.
+struct Request
+{
+    std::string method;
+    std::string path;  ///< without the query
+    std::string query; ///< what follows the first '?', undecoded
+    std::string acceptLanguage;
+    std::optional<std::uint64_t> contentLength; ///< bytes
+
+    /// Parses @p head, which ends with its empty line. Nothing comes back when it is malformed.
+    static std::optional<Request> parse(std::string_view head);
+
+    /// The value of the first @p key in the query, undecoded: no value that the service knows needs
+    /// an escape. Nothing comes back when the key is absent.
+    std::optional<std::string_view> parameter(std::string_view key) const;
+
+    /// The parameter @p key when it consists of digits alone and fits into 63 bits.
+    std::optional<std::int64_t> number(std::string_view key) const;
+};

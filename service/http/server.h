@@ -1,0 +1,31 @@
+#pragma once
+
+#include "http/serveroptions.h"
+
+#include <memory>
+
+/// The measurement service: listeners, the threads that serve them, and the store behind. start()
+/// and stop() belong to one thread; nothing here needs an event loop.
+class Server
+{
+public:
+    explicit Server(ServerOptions options);
+    ~Server(); ///< stops
+
+    Server(const Server &) = delete;
+    Server &operator=(const Server &) = delete;
+
+    /// Opens the store, listens, and serves from then on. False when that cannot be; @p error then
+    /// says in a sentence why. Makes the process ignore SIGPIPE.
+    bool start(QString *error);
+
+    /// "127.0.0.1:41234", "[::1]:8080": one for each address of the options, in their order.
+    std::vector<std::string> addresses() const;
+
+    /// Takes no new connections, gives the running ones their grace, writes the store out.
+    void stop();
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};

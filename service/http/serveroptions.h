@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+/// What a server is started with. The limits keep one client, or a thousand bad ones, from taking
+/// the service away from the others.
+struct ServerOptions
+{
+    struct Endpoint
+    {
+        std::string address = "127.0.0.1"; ///< IPv4 or IPv6 in figures, without brackets
+        std::uint16_t port = 8080;         ///< 0: any free one
+    };
+
+    std::vector<Endpoint> listen{Endpoint{}};
+    QString databaseFile;
+    QString salt; ///< shared with the clients, see the hash of a report
+    int threads = 1;
+    int maxStreams = 128;
+    int maxConnectionsPerAddress = 512;
+    std::size_t maxReportBytes = std::size_t{4} << 20;
+
+    /// A head is one segment; whoever needs longer holds a connection for nothing.
+    std::chrono::milliseconds headTimeout{10'000};
+    /// Longest pause inside a report, and longest time for all of it.
+    std::chrono::milliseconds reportPause{10'000};
+    std::chrono::milliseconds reportTimeout{60'000};
+    /// What running streams and reports get when the service ends.
+    std::chrono::milliseconds shutdownGrace{5'000};
+    /// Longest wait for the name of an address, and who finds it; empty: the system's resolver.
+    std::chrono::milliseconds nameTimeout{500};
+    std::function<std::string(const std::string &address)> resolver;
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "http/hostnames.h"
+#include "http/metrics.h"
+#include "http/serveroptions.h"
+#include "measure/downloadstream.h"
+#include "measure/randomblock.h"
+#include "measure/recentresults.h"
+#include "measure/uploadmeter.h"
+#include "reports/reportstore.h"
+
+#include <boost/asio/thread_pool.hpp>
+
+#include <atomic>
+#include <memory>
+
+/// What all requests share. Every member is safe from every thread; options and block do not change
+/// once requests are served.
+struct Service
+{
+    explicit Service(ServerOptions serverOptions)
+        : options(std::move(serverOptions))
+        , hostNames(options.resolver)
+    {}
+
+    /// How many results of streams are kept for their clients, and how long.
+    static constexpr std::size_t resultCount = 10'000;
+    static constexpr std::chrono::minutes resultAge{10};
+
+    const ServerOptions options;
+    Metrics metrics;
+    HostNames hostNames;
+    RandomBlock block;
+    RecentResults<UploadFigures> uploads{resultCount, resultAge};
+    RecentResults<DownloadTotals> downloads{resultCount, resultAge};
+    std::unique_ptr<ReportStore> store;
+
+    /// Reports are parsed here, because a large one takes long enough to be seen in a measurement.
+    boost::asio::thread_pool parsers{1};
+    std::atomic<int> streams{0};
+    std::atomic<std::size_t> reportBytes{0}; ///< memory that unfinished reports hold
+};

@@ -1,0 +1,49 @@
+#include "commandline.h"
+#include "http/log.h"
+#include "http/server.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+#include <cstdio>
+
+#include <pthread.h>
+
+int main(int argc, char *argv[])
+{
+    // Blocked before any thread exists: all of them inherit it, and sigwait below is the one
+    // place that learns of the end.
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+
+    const QCoreApplication application(argc, argv);
+    const auto parsed = CommandLine::parse(QCoreApplication::arguments());
+    if (const auto *end = std::get_if<CommandLine::End>(&parsed)) {
+        std::fputs(qUtf8Printable(end->text), end->status == 0 ? stdout : stderr);
+        return end->status;
+    }
+    const auto &start = std::get<CommandLine::Start>(parsed);
+    Log::setLevel(start.logLevel);
+
+    Server server(start.options);
+    QString error;
+    if (!server.start(&error)) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(error));
+        return 1;
+    }
+    for (const auto &address : server.addresses()) {
+        std::printf("listening on %s\n", address.c_str());
+    }
+    std::fflush(stdout);
+
+    int signal = 0;
+    sigwait(&signals, &signal);
+    Log::write(Log::Level::Info, "ending");
+    // A second signal finds its default action and ends the process at once.
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+    server.stop();
+    return 0;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "http/connection.h"
+#include "http/metrics.h"
+#include "measure/randomblock.h"
+
+#include <boost/asio/awaitable.hpp>
+
+#include <chrono>
+#include <cstdint>
+
+/// What one download stream sent, to the client's kernel at least.
+struct DownloadTotals
+{
+    std::int64_t bytes = 0;
+    std::chrono::milliseconds lasted{0};
+};
+
+/// Sends @p block over and over, as fast as @p connection takes it, until the peer closes or
+/// @p duration has passed. Counts into @p bytes as it goes. The connection is not closed.
+boost::asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomBlock &block,
+                                                  std::chrono::milliseconds duration,
+                                                  Metrics::Counter &bytes);

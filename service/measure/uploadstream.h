@@ -1,0 +1,21 @@
+#pragma once
+
+#include "http/connection.h"
+#include "http/metrics.h"
+#include "measure/uploadmeter.h"
+
+#include <boost/asio/awaitable.hpp>
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+/// Reads and forgets what @p connection sends, the rest behind its head included, until the peer
+/// ends or @p duration has passed. When @p announced bytes have come it writes @p answer at once
+/// and goes on while bytes keep coming: clients on fast links send until their time is up. Counts
+/// into
+/// @p bytes as it goes. The connection is not closed.
+boost::asio::awaitable<UploadMeter>
+receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
+              std::string_view answer, std::chrono::milliseconds duration, Metrics::Counter &bytes);

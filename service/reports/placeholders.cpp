@@ -1,0 +1,46 @@
+#include "reports/placeholders.h"
+
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace Placeholders {
+
+namespace {
+
+constexpr qsizetype maxValue = 128;
+
+/// A client has eight of them; a document of nothing but placeholders must not grow.
+constexpr int maxCount = 64;
+
+QString harmless(const QString &value)
+{
+    static const QRegularExpression others(u"[^A-Za-z0-9 .:;,_/=()+-]"_s);
+    return value.left(maxValue).replace(others, u"_"_s);
+}
+
+} // namespace
+
+QString fill(const QString &document, const QHash<QString, QString> &values)
+{
+    static const QRegularExpression place(u"###SERVER_([A-Z]{1,20})###"_s);
+    QString result;
+    result.reserve(document.size());
+    qsizetype taken = 0;
+    auto matches = place.globalMatch(document);
+    for (int count = 0; matches.hasNext() && count < maxCount;) {
+        const auto match = matches.next();
+        const auto value = values.constFind(match.captured(1));
+        if (value == values.constEnd()) {
+            continue;
+        }
+        result += QStringView(document).sliced(taken, match.capturedStart() - taken);
+        result += harmless(*value);
+        taken = match.capturedEnd();
+        ++count;
+    }
+    result += QStringView(document).sliced(taken);
+    return result;
+}
+
+} // namespace Placeholders

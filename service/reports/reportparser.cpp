@@ -1,0 +1,327 @@
+#include "reports/reportparser.h"
+
+#include <QCryptographicHash>
+#include <QHash>
+#include <QRegularExpression>
+#include <QStringDecoder>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Reports are five levels deep; more is an attack on whoever reads them later.
+constexpr qsizetype maxDepth = 32;
+
+/// Longest text kept in a column; the document keeps all of it.
+constexpr qsizetype maxColumn = 256;
+
+std::optional<QString> decodeUtf8(QByteArrayView bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError()) {
+        return std::nullopt;
+    }
+    return text;
+}
+
+/// Clients encode the text twice when they send it; without other letters than ASCII's it shows no
+/// difference.
+std::optional<QString> decode(const QByteArray &received)
+{
+    auto once = decodeUtf8(received);
+    if (!once) {
+        return std::nullopt;
+    }
+    const bool latin1 = std::ranges::all_of(*once, [](QChar c) { return c.unicode() <= 0xff; });
+    const bool ascii = std::ranges::all_of(*once, [](QChar c) { return c.unicode() < 0x80; });
+    if (latin1 && !ascii) {
+        if (auto twice = decodeUtf8(once->toLatin1())) {
+            return twice;
+        }
+    }
+    return once;
+}
+
+/// Whether every tag is of a sane length. XML readers compare each attribute of a tag with all
+/// others, so one tag of a million attributes would keep them busy for minutes. A document type
+/// that declares something holds tags of its own and is refused as well.
+bool hasPlainTags(QStringView document)
+{
+    constexpr qsizetype maxTag = 1024;
+    for (qsizetype at = document.indexOf(u'<'); at >= 0; at = document.indexOf(u'<', at)) {
+        const auto rest = document.sliced(at);
+        const auto skip = [&](QStringView opening, QStringView closing) {
+            if (!rest.startsWith(opening)) {
+                return false;
+            }
+            const auto end = rest.indexOf(closing, opening.size());
+            at += end < 0 ? rest.size() : end + closing.size();
+            return true;
+        };
+        if (skip(u"<![CDATA[", u"]]>") || skip(u"<!--", u"-->")) {
+            continue;
+        }
+        QChar quote;
+        qsizetype length = 1;
+        for (; length < rest.size() && (rest.at(length) != u'>' || !quote.isNull()); ++length) {
+            const QChar c = rest.at(length);
+            if (length > maxTag || c == u'<') {
+                return false;
+            }
+            if (c == quote) {
+                quote = QChar();
+            } else if (quote.isNull() && (c == u'"' || c == u'\'')) {
+                quote = c;
+            }
+        }
+        at += length;
+    }
+    return true;
+}
+
+/// The elements the service looks at, by their path below the root; texts of all others pass.
+enum class Need { Number, Text, Optional };
+const QHash<QString, Need> &knownElements()
+{
+    static const QHash<QString, Need> elements{
+        {u"UserData/UserID"_s, Need::Number},
+        {u"UserData/ConnectionType"_s, Need::Text},
+        {u"UserInstallation/AppletVersion"_s, Need::Optional},
+        {u"UserInstallation/OS"_s, Need::Optional},
+        {u"TestResult/TestID"_s, Need::Number},
+        {u"TestResult/SeriesID"_s, Need::Number},
+        {u"TestResult/TestServer"_s, Need::Text},
+        {u"TestResult/ClientTime"_s, Need::Number},
+        {u"TestResult/Download/Valid"_s, Need::Number},
+        {u"TestResult/Download/Min"_s, Need::Number},
+        {u"TestResult/Download/Avg"_s, Need::Number},
+        {u"TestResult/Download/Max"_s, Need::Number},
+        {u"TestResult/Download/StartLocation"_s, Need::Optional},
+        {u"TestResult/Download/EndLocation"_s, Need::Optional},
+        {u"TestResult/Upload/Valid"_s, Need::Number},
+        {u"TestResult/Upload/Min"_s, Need::Number},
+        {u"TestResult/Upload/Avg"_s, Need::Number},
+        {u"TestResult/Upload/Max"_s, Need::Number},
+        {u"TestResult/Upload/ClientMin"_s, Need::Number},
+        {u"TestResult/Upload/ClientAvg"_s, Need::Number},
+        {u"TestResult/Upload/ClientMax"_s, Need::Number},
+        {u"TestResult/Upload/StartLocation"_s, Need::Optional},
+        {u"TestResult/Upload/EndLocation"_s, Need::Optional},
+        {u"TestResult/ResponseTime/Valid"_s, Need::Number},
+        {u"TestResult/ResponseTime/Min"_s, Need::Number},
+        {u"TestResult/ResponseTime/Avg"_s, Need::Number},
+        {u"TestResult/ResponseTime/Max"_s, Need::Number},
+        {u"TestResult/ResponseTime/StartLocation"_s, Need::Optional},
+        {u"TestResult/ResponseTime/EndLocation"_s, Need::Optional},
+        {u"Mobile/Platform"_s, Need::Optional},
+        {u"Mobile/Model"_s, Need::Optional},
+        {u"Mobile/Manufacturer"_s, Need::Optional},
+        {u"Mobile/Location"_s, Need::Optional},
+        {u"Mobile/Network"_s, Need::Optional},
+        {u"Mobile/MNC"_s, Need::Optional},
+        {u"Mobile/MCC"_s, Need::Optional},
+    };
+    return elements;
+}
+
+/// Plain decimals only: QString::toLongLong would also take blanks and a plus sign.
+std::optional<qint64> decimal(const QString &text)
+{
+    static const QRegularExpression digits(u"\\A-?[0-9]{1,19}\\z"_s);
+    bool fits = false;
+    const qint64 value = text.toLongLong(&fits, 10);
+    return fits && digits.match(text).hasMatch() ? std::optional(value) : std::nullopt;
+}
+
+/// Walks one document and keeps the texts of the known elements.
+class Walk
+{
+public:
+    explicit Walk(const QString &document)
+        : m_reader(document)
+    {}
+
+    bool run();
+    QString text(const QString &path) const { return m_texts.value(path); }
+    qint64 number(const QString &path) const { return *decimal(m_texts.value(path)); }
+    QString hash() const { return m_hash; }
+
+private:
+    bool enter();
+    bool leave();
+    bool complete() const;
+
+    QXmlStreamReader m_reader;
+    QStringList m_path; ///< names below the root
+    QString m_text;     ///< of the known element that is open
+    bool m_inRoot = false;
+    QHash<QString, QString> m_texts;
+    QString m_hash;
+};
+
+bool Walk::run()
+{
+    while (!m_reader.atEnd()) {
+        switch (m_reader.readNext()) {
+        case QXmlStreamReader::StartElement:
+            if (!enter()) {
+                return false;
+            }
+            break;
+        case QXmlStreamReader::EndElement:
+            if (!leave()) {
+                return false;
+            }
+            break;
+        case QXmlStreamReader::Characters: m_text += m_reader.text(); break;
+        case QXmlStreamReader::EntityReference: return false;
+        default: break;
+        }
+    }
+    return !m_reader.hasError() && complete();
+}
+
+bool Walk::enter()
+{
+    m_text.clear();
+    if (!m_inRoot) {
+        m_inRoot = true;
+        m_hash = m_reader.attributes().value(u"Hash"_s).toString();
+        return m_reader.name() == u"PerformanceIPhone"_s;
+    }
+    m_path += m_reader.name().toString();
+    // A known element holds text, no elements.
+    return m_path.size() <= maxDepth &&
+           !knownElements().contains(m_path.mid(0, m_path.size() - 1).join(u'/'));
+}
+
+bool Walk::leave()
+{
+    const QString path = m_path.join(u'/');
+    const auto known = knownElements().constFind(path);
+    if (known != knownElements().constEnd()) {
+        if (m_texts.contains(path) || (*known == Need::Number && !decimal(m_text))) {
+            return false;
+        }
+        m_texts.insert(path, m_text);
+    }
+    m_text.clear();
+    if (!m_path.isEmpty()) {
+        m_path.removeLast();
+    }
+    return true;
+}
+
+bool Walk::complete() const
+{
+    for (auto element = knownElements().cbegin(); element != knownElements().cend(); ++element) {
+        if (*element != Need::Optional && !m_texts.contains(element.key())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+QString expectedHash(const Walk &walk, const QString &salt)
+{
+    const QStringList parts{salt,
+                            walk.text(u"UserData/UserID"_s),
+                            walk.text(u"TestResult/TestServer"_s),
+                            walk.text(u"TestResult/TestID"_s),
+                            walk.text(u"TestResult/SeriesID"_s),
+                            walk.text(u"TestResult/Download/Avg"_s),
+                            walk.text(u"TestResult/Upload/Avg"_s),
+                            QString::number(walk.number(u"TestResult/ResponseTime/Avg"_s) / 1000),
+                            walk.text(u"TestResult/ClientTime"_s),
+                            salt};
+    const QByteArray digest =
+        QCryptographicHash::hash(parts.join(u'|').toUtf8(), QCryptographicHash::Md5);
+    return QString::fromLatin1(digest.toBase64());
+}
+
+/// What a phase that was skipped or failed reports is no figure: 0 or -1.
+std::optional<qint64> figure(const Walk &walk, const QString &path)
+{
+    const qint64 value = walk.number(path);
+    return value > 0 ? std::optional(value) : std::nullopt;
+}
+
+Report::Rate rate(const Walk &walk, const QString &prefix)
+{
+    return {.min = figure(walk, prefix + u"Min"_s),
+            .avg = figure(walk, prefix + u"Avg"_s),
+            .max = figure(walk, prefix + u"Max"_s)};
+}
+
+/// "time latitude longitude altitude" of the first phase that knew its place.
+void takePosition(const Walk &walk, Report &report)
+{
+    for (const auto &phase : {u"Download"_s, u"Upload"_s, u"ResponseTime"_s}) {
+        for (const auto &end : {u"StartLocation"_s, u"EndLocation"_s}) {
+            const QStringList parts =
+                walk.text(u"TestResult/%1/%2"_s.arg(phase, end)).split(u' ', Qt::SkipEmptyParts);
+            bool latitudeOk = false;
+            bool longitudeOk = false;
+            const double latitude = parts.value(1).toDouble(&latitudeOk);
+            const double longitude = parts.value(2).toDouble(&longitudeOk);
+            if (latitudeOk && longitudeOk && std::abs(latitude) <= 90 &&
+                std::abs(longitude) <= 180) {
+                report.latitude = latitude;
+                report.longitude = longitude;
+                return;
+            }
+        }
+    }
+}
+
+} // namespace
+
+std::variant<Report, ReportParser::Problem> ReportParser::parse(const QByteArray &received,
+                                                                const QString &salt)
+{
+    auto document = decode(received);
+    if (!document) {
+        return Problem::Damaged;
+    }
+    Walk walk(*document);
+    if (!hasPlainTags(*document) || !walk.run()) {
+        return Problem::Damaged;
+    }
+    Report report;
+    report.userId = walk.number(u"UserData/UserID"_s);
+    if (report.userId <= 0) {
+        return Problem::Damaged;
+    }
+    if (walk.hash() != expectedHash(walk, salt)) {
+        return Problem::WrongHash;
+    }
+    const auto column = [&walk](const QString &path) { return walk.text(path).left(maxColumn); };
+    report.seriesId = walk.number(u"TestResult/SeriesID"_s);
+    report.testId = walk.number(u"TestResult/TestID"_s);
+    report.clientTime = walk.number(u"TestResult/ClientTime"_s);
+    report.testServer = column(u"TestResult/TestServer"_s);
+    report.connectionType = column(u"UserData/ConnectionType"_s);
+    report.location = column(u"Mobile/Location"_s);
+    report.networkName = column(u"Mobile/Network"_s);
+    report.mcc = column(u"Mobile/MCC"_s);
+    report.mnc = column(u"Mobile/MNC"_s);
+    report.platform = column(u"Mobile/Platform"_s);
+    report.model = column(u"Mobile/Model"_s);
+    report.manufacturer = column(u"Mobile/Manufacturer"_s);
+    report.appletVersion = column(u"UserInstallation/AppletVersion"_s);
+    report.download = rate(walk, u"TestResult/Download/"_s);
+    report.upload = rate(walk, u"TestResult/Upload/"_s);
+    report.uploadClient = rate(walk, u"TestResult/Upload/Client"_s);
+    report.rttMin = figure(walk, u"TestResult/ResponseTime/Min"_s);
+    report.rttAvg = figure(walk, u"TestResult/ResponseTime/Avg"_s);
+    report.rttMax = figure(walk, u"TestResult/ResponseTime/Max"_s);
+    takePosition(walk, report);
+    report.document = *std::move(document);
+    return report;
+}

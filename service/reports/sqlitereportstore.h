@@ -1,0 +1,57 @@
+#pragma once
+
+#include "reports/reportstore.h"
+
+#include <QSqlDatabase>
+#include <QStringList>
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+/// The reports in one SQLite file, written and read by one thread of its own. Writes that wait at
+/// the same time share a transaction, and a callback comes after its commit: a report that was
+/// acknowledged survives a power cut. One process per file.
+class SqliteReportStore : public ReportStore
+{
+public:
+    /// Operations that may wait; beyond them the store fails them at once.
+    static constexpr std::size_t queueLength = 1000;
+
+    /// Opens @p file, makes it and its directory when missing, and brings an older schema forward.
+    /// Nothing on failure; @p error then says in a sentence why.
+    static std::unique_ptr<SqliteReportStore> open(const QString &file, QString *error);
+
+    /// Finishes what is in the queue, then closes the file.
+    ~SqliteReportStore() override;
+
+    void findOrCreateUser(const QString &uuid,
+                          std::function<void(std::optional<User>)> done) override;
+    void storeReport(Report report, std::function<void(Outcome)> done) override;
+    void reportsOfUser(qint64 userId, int limit,
+                       std::function<void(std::optional<UserReports>)> done) override;
+    void ping(std::function<void(bool)> done) override;
+
+private:
+    /// One operation: runs inside the transaction, true on success; then, or instead, it is told
+    /// how the whole went and calls its callback.
+    struct Job
+    {
+        std::function<bool(QSqlDatabase &)> run;
+        std::function<void(bool committed)> finish;
+    };
+
+    SqliteReportStore() = default;
+    void enqueue(Job job);
+    void work(const QString &file, QString *error, bool *opened);
+    static void runBatch(QSqlDatabase &database, std::deque<Job> &batch);
+
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    std::deque<Job> m_queue;
+    bool m_closing = false;
+    bool m_started = false;
+    std::thread m_thread;
+};

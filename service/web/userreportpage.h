@@ -1,0 +1,25 @@
+#pragma once
+
+#include "reports/reportstore.h"
+
+#include <QByteArray>
+
+#include <string_view>
+
+/// The page that shows a user his measurements. Static HTML without scripts; every text that came
+/// from a client is escaped. Pure functions, callable from every thread.
+class UserReportPage
+{
+public:
+    enum class Language { English, German };
+
+    /// What @p parameter asks for ("de" or "en"), else what the browser prefers.
+    static Language choose(std::string_view parameter, std::string_view acceptLanguage);
+
+    /// The header lines that the page needs: nothing is loaded, stored or told to other sites,
+    /// because the page's address is the key to the measurements.
+    static std::string headers();
+
+    static QByteArray measurements(const ReportStore::UserReports &reports, Language language);
+    static QByteArray unknownUser(Language language);
+};

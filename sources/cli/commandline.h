@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QAbstractSocket>
+#include <QCoreApplication>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// What the user asks for: a plain value, complete and in range once parse() has returned it.
+struct CommandLine
+{
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+
+public:
+    enum class Command {
+        Test,
+        Results,
+        Show,
+        Export,
+        Servers,
+        Context,
+        Resend,
+        NewSeries,
+        Clear,
+    };
+    enum class Format { Text, Json, JsonStream, Csv, GeoJson, Gpx };
+    enum class Progress { Auto, Yes, No };
+
+    /// A stored test by its row, or by its number in a series.
+    struct StoredTest
+    {
+        qulonglong row = 0; ///< 0 when series and test say it
+        qlonglong series = 0;
+        qlonglong test = 0;
+    };
+
+    Command command = Command::Test;
+    bool commandGiven = false; ///< false: test, because no word said otherwise
+    Format format = Format::Text;
+    Progress progress = Progress::Auto;
+    QString server; ///< name or endpoint, empty for the remembered one
+    QString location = QStringLiteral("Unknown"); ///< location code
+    int count = 1;                                ///< tests, 1 to 100000
+    int interval = 0;                             ///< s from start to start, 0 to 604800
+    int limit = 0;                                ///< most results to list, 0 for all
+    bool allowRoaming = false;
+    bool yes = false;
+    QAbstractSocket::NetworkLayerProtocol protocol = QAbstractSocket::AnyIPProtocol;
+    StoredTest storedTest;
+    QString configFile; ///< empty for the usual places
+    QString dataDir;    ///< empty for the usual place
+    QString script;     ///< replay this instead of asking the device; empty for the device
+    bool verbose = false;
+    bool help = false;
+    bool version = false;
+
+    /// Reads @p arguments (without the program's name). At the first word that makes no sense
+    /// nothing comes back and @p error says in one sentence what is wrong.
+    static std::optional<CommandLine> parse(const QStringList &arguments, QString *error);
+
+    static QString name(Command command);
+
+    /// The help page of @p command; @p overview is the page of the program itself.
+    static QString helpText(Command command, bool overview);
+};

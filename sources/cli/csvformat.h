@@ -1,0 +1,27 @@
+#pragma once
+
+#include "cli/testsummary.h"
+
+#include <QByteArray>
+#include <QStringList>
+
+class TestServer;
+
+/// Tables for spreadsheets: a header line, then one line a row, ended by CR LF. Never translated. A
+/// cell that nothing is known about is empty.
+namespace CsvFormat {
+
+QByteArray testHeader();
+QByteArray test(const TestSummary &summary);
+
+QByteArray serverHeader();
+QByteArray server(const TestServer &server, bool selected);
+
+/// A text cell. A text that a spreadsheet would run as a formula gets a leading apostrophe; quotes
+/// go around what would break the table.
+QString cell(const QString &text);
+
+/// A line of cells that are ready.
+QByteArray line(const QStringList &cells);
+
+} // namespace CsvFormat

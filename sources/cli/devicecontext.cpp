@@ -1,0 +1,132 @@
+#include "cli/devicecontext.h"
+
+#include "cli/csvformat.h"
+#include "cli/jsonformat.h"
+#include "cli/textformat.h"
+#include "context/cleantext.h"
+#include "context/deviceinfohelper.h"
+#include "context/locationhelper.h"
+#include "context/networkinfohelper.h"
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto pollInterval = 100ms;
+/// A modem answers within a second; a first position may take minutes and is not waited for.
+constexpr int maxPolls = 3s / pollInterval;
+
+TestSummary::Text known(const QString &value)
+{
+    const QString clean = cleanText(value).trimmed();
+    return clean.isEmpty() || clean == "-1"_L1 ? TestSummary::Text() : TestSummary::Text(clean);
+}
+
+QJsonValue orNull(const TestSummary::Text &value)
+{
+    return value ? QJsonValue(*value) : QJsonValue(QJsonValue::Null);
+}
+
+} // namespace
+
+DeviceContext::DeviceContext(Platform &platform)
+    : location(std::make_unique<LocationHelper>(platform, nullptr))
+    , network(std::make_unique<NetworkInfoHelper>(platform, nullptr))
+    , device(std::make_unique<DeviceInfoHelper>(platform, nullptr))
+{
+    connect(&timer, &QTimer::timeout, this, &DeviceContext::poll);
+}
+
+DeviceContext::~DeviceContext() = default;
+
+void DeviceContext::look()
+{
+    timer.start(pollInterval);
+}
+
+void DeviceContext::poll()
+{
+    const QString mode = network->getNetworkmode();
+    const bool complete =
+        location->getLocationStatus() != 0 && !mode.isEmpty() && mode != "Unknown"_L1;
+    if (++polls < maxPolls && !complete)
+        return;
+    timer.stop();
+    Q_EMIT ready();
+}
+
+QList<DeviceContext::Fact> DeviceContext::facts() const
+{
+    const bool located = location->getLocationStatus() != 0;
+    const auto ofPosition = [&](const QString &value) {
+        return located ? known(value) : TestSummary::Text();
+    };
+    return {
+        {u"network_mode"_s, tr("Network mode"), known(network->getNetworkmode())},
+        {u"network_status"_s, tr("Network status"), known(network->getNetworkstatus())},
+        {u"network_name"_s, tr("Network name"), known(network->getNetworkname())},
+        {u"signal"_s, tr("Signal, %"), known(network->getNetworksignal())},
+        {u"wlan_signal"_s, tr("WLAN signal, %"), known(network->getWlansignal())},
+        {u"mcc"_s, tr("Country code"), known(network->getMcc())},
+        {u"mnc"_s, tr("Operator code"), known(network->getMnc())},
+        {u"home_mcc"_s, tr("Home country code"), known(network->getHomemcc())},
+        {u"home_mnc"_s, tr("Home operator code"), known(network->getHomemnc())},
+        {u"lac"_s, tr("Location area"), known(network->getNetworklac())},
+        {u"cell"_s, tr("Cell"), known(network->getNetworkcell())},
+        {u"position_valid"_s, tr("Position"), known(location->getCordValid())},
+        {u"position_type"_s, tr("Kind of position"), ofPosition(location->getPosType())},
+        {u"latitude"_s, tr("Latitude"), ofPosition(location->getLatitude())},
+        {u"longitude"_s, tr("Longitude"), ofPosition(location->getLongitude())},
+        {u"altitude_m"_s, tr("Altitude, m"), ofPosition(location->getAltitude())},
+        {u"accuracy_h_m"_s, tr("Horizontal accuracy, m"), ofPosition(location->getAccuracyHor())},
+        {u"accuracy_v_m"_s, tr("Vertical accuracy, m"), ofPosition(location->getAccuracyVert())},
+        {u"ground_speed_mps"_s, tr("Speed, m/s"), ofPosition(location->getGroundSpeed())},
+        {u"direction_deg"_s, tr("Direction, degrees"), ofPosition(location->getDirection())},
+        {u"satellites_in_use"_s, tr("Satellites in use"), known(location->getSatInUse())},
+        {u"satellites_in_view"_s, tr("Satellites in view"), known(location->getSatInView())},
+        {u"manufacturer"_s, tr("Manufacturer"), known(device->getManufacturer())},
+        {u"product"_s, tr("Product"), known(device->getProductName())},
+        {u"model"_s, tr("Model"), known(device->getModel())},
+        {u"platform"_s, tr("Platform"), known(device->getPlattform())},
+        {u"imei"_s, tr("Device id"), known(device->getImei())},
+        {u"imsi"_s, tr("Subscriber id"), known(device->getImsi())},
+    };
+}
+
+QString DeviceContext::text() const
+{
+    QList<std::pair<QString, TestSummary::Text>> rows;
+    for (const Fact &fact : facts())
+        rows.append({fact.label, fact.value});
+    return TextFormat::facts(rows);
+}
+
+QByteArray DeviceContext::json() const
+{
+    QJsonObject net = JsonFormat::network(TestSummary::networkOf(*network));
+    net.insert("status"_L1, orNull(known(network->getNetworkstatus())));
+    net.insert("wlan_signal"_L1, orNull(known(network->getWlansignal())));
+    QJsonObject dev = JsonFormat::device(TestSummary::deviceOf(*device));
+    dev.insert("imei"_L1, orNull(known(device->getImei())));
+    dev.insert("imsi"_L1, orNull(known(device->getImsi())));
+    const QJsonValue position = JsonFormat::position(TestSummary::positionOf(*location));
+    const QJsonObject satellites{
+        {u"in_use"_s, orNull(known(location->getSatInUse()))},
+        {u"in_view"_s, orNull(known(location->getSatInView()))},
+    };
+    return JsonFormat::line({{u"network"_s, net},
+                             {u"position"_s, position},
+                             {u"satellites"_s, satellites},
+                             {u"device"_s, dev}});
+}
+
+QByteArray DeviceContext::csv() const
+{
+    QByteArray table = CsvFormat::line({u"name"_s, u"value"_s});
+    for (const Fact &fact : facts())
+        table += CsvFormat::line({fact.name, CsvFormat::cell(fact.value.value_or(QString()))});
+    return table;
+}

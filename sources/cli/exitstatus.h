@@ -1,0 +1,13 @@
+#pragma once
+
+/// What the program says to the shell that called it; the numbers are fixed.
+enum class ExitStatus {
+    Done = 0,          ///< a report that could not be delivered waits in the queue
+    Broken = 1,        ///< the service refused or broke the test
+    Usage = 2,         ///< wrong usage
+    Store = 3,         ///< something that must be kept cannot be read or written
+    Refused = 4,       ///< roaming, and nobody allowed it
+    Unreachable = 5,   ///< no network, or the test server cannot be reached
+    Interrupted = 130, ///< SIGINT
+    Terminated = 143,  ///< SIGTERM
+};

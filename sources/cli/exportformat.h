@@ -1,0 +1,22 @@
+#pragma once
+
+#include "cli/testsummary.h"
+
+#include <QByteArray>
+
+/// Documents for maps, in three pieces so that no collection needs to fit into memory: begin, one
+/// piece a test, end.
+namespace ExportFormat {
+
+QByteArray geoJsonBegin();
+/// A feature with the test's JSON object as its properties; without a position its geometry is
+/// null.
+QByteArray geoJsonFeature(const TestSummary &summary, bool first);
+QByteArray geoJsonEnd();
+
+QByteArray gpxBegin();
+/// A waypoint; empty for a test without a position.
+QByteArray gpxWaypoint(const TestSummary &summary);
+QByteArray gpxEnd();
+
+} // namespace ExportFormat

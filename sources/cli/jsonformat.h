@@ -1,0 +1,38 @@
+#pragma once
+
+#include "cli/testsummary.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+
+class TestServer;
+
+/// The program's JSON: never translated, every field always there, null where nothing is known.
+/// Names carry the units. Series, test, user and queue ids are texts, so that no reader rounds
+/// them.
+namespace JsonFormat {
+
+/// Version of test()'s fields.
+inline constexpr int schemaVersion = 1;
+
+QJsonObject test(const TestSummary &summary);
+QJsonObject network(const TestSummary::Network &network);
+/// Null when there is no position.
+QJsonValue position(const std::optional<TestSummary::Position> &position);
+QJsonObject device(const TestSummary::Device &device);
+QJsonObject server(const TestServer &server, bool selected);
+
+/// The events of a stream.
+QJsonObject phaseEvent(const QString &phase, int test, int count);
+/// @p value of @p max: ms while data flows, connects in the round-trip phase.
+QJsonObject progressEvent(int value, int max);
+QJsonObject resultEvent(const TestSummary &summary);
+QJsonObject errorEvent(const QString &message, int status);
+
+/// @p object on one line, with its line end.
+QByteArray line(const QJsonObject &object);
+
+/// A moment as ISO 8601 in UTC with milliseconds.
+QString timestamp(qint64 ms);
+
+} // namespace JsonFormat

@@ -1,0 +1,388 @@
+#include "cli/program.h"
+
+#include "cli/csvformat.h"
+#include "cli/devicecontext.h"
+#include "cli/exportformat.h"
+#include "cli/jsonformat.h"
+#include "cli/serverchoice.h"
+#include "cli/testprinter.h"
+#include "cli/testrunner.h"
+#include "cli/testsummary.h"
+#include "cli/textformat.h"
+#include "data/testdetails.h"
+#include "data/testservertable.h"
+#include "db/databasemanager.h"
+#include "platform/platform.h"
+#include "utils/deployment.h"
+#include "utils/sockets.h"
+#include "utils/utils.h"
+
+#include <QFileInfo>
+#include <QSettings>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+using Command = CommandLine::Command;
+using Format = CommandLine::Format;
+
+namespace {
+
+ProgressLine::Mode progressMode(const CommandLine &options, const Output &err)
+{
+    // Log lines would tear a line that rewrites itself.
+    const bool rewritable =
+        err.isTerminal() && !options.verbose && qEnvironmentVariable("TERM") != "dumb"_L1;
+    const auto shown = rewritable ? ProgressLine::Mode::Rewriting : ProgressLine::Mode::Lines;
+    switch (options.progress) {
+    case CommandLine::Progress::No:
+        return ProgressLine::Mode::Silent;
+    case CommandLine::Progress::Yes:
+        return shown;
+    case CommandLine::Progress::Auto:
+        break;
+    }
+    // The events of a stream are its progress.
+    const bool wanted = err.isTerminal() && options.format != Format::JsonStream;
+    return wanted ? shown : ProgressLine::Mode::Silent;
+}
+
+bool settingsWritable()
+{
+    // The ids of user, series and test stand there: without them tests could not be told apart.
+    return QSettings(u"orvak"_s, u"Velometer"_s).isWritable() &&
+           QSettings(u"orvak"_s, u"VelometerCommon"_s).isWritable();
+}
+
+} // namespace
+
+Program::Program(CommandLine commandLine, Output &standardOutput, Output &standardError,
+                 QString languageOfPages)
+    : options(std::move(commandLine))
+    , out(standardOutput)
+    , err(standardError)
+    , language(std::move(languageOfPages))
+    , progress(err, progressMode(options, err))
+    , table(std::make_unique<TestServerTable>(Deployment::current(), nullptr))
+{}
+
+Program::~Program() = default;
+
+void Program::start()
+{
+    switch (options.command) {
+    case Command::Test:
+        return runTests();
+    case Command::Results:
+        return end(listResults());
+    case Command::Show:
+        return end(showTest());
+    case Command::Export:
+        return end(exportTests());
+    case Command::Servers:
+        return end(listServers());
+    case Command::Context:
+        return describeContext();
+    case Command::Resend:
+        return resendReports();
+    case Command::NewSeries:
+        return end(startSeries());
+    case Command::Clear:
+        return end(clearStore());
+    }
+}
+
+void Program::stop(ExitStatus status)
+{
+    if (runner)
+        return runner->stop(status);
+    end(status);
+}
+
+void Program::end(ExitStatus status)
+{
+    if (!out.error().isEmpty() && status == ExitStatus::Done)
+        status = refuse(ExitStatus::Store,
+                        tr("Standard output cannot be written: %1.").arg(out.error()));
+    Q_EMIT finished(status);
+}
+
+ExitStatus Program::refuse(ExitStatus status, const QString &sentence)
+{
+    progress.message(sentence);
+    return status;
+}
+
+// ---- Tests and reports
+
+bool Program::createPlatform()
+{
+    QString error;
+    platform =
+        options.script.isEmpty() ? Platform::system() : Platform::scripted(options.script, &error);
+    if (!platform)
+        refuse(ExitStatus::Usage, error);
+    return platform != nullptr;
+}
+
+bool Program::createRunner()
+{
+    if (!options.server.isEmpty()) {
+        choice = std::make_unique<ServerChoice>(options.server, *table);
+        if (!choice->server()) {
+            end(refuse(ExitStatus::Usage, choice->error()));
+            return false;
+        }
+    }
+    if (!createPlatform()) {
+        end(ExitStatus::Usage);
+        return false;
+    }
+    if (!settingsWritable()) {
+        end(refuse(ExitStatus::Store, tr("The settings cannot be written.")));
+        return false;
+    }
+    if (!openStore()) {
+        end(storeFailure());
+        return false;
+    }
+    Sockets::setProtocol(options.protocol);
+    printer = std::make_unique<TestPrinter>(options.format, out, language);
+    const TestRunner::Plan plan{options.location, options.count, options.interval,
+                                options.allowRoaming};
+    runner = std::make_unique<TestRunner>(plan, *table, *printer, progress, *platform);
+    connect(runner.get(), &TestRunner::finished, this, &Program::end);
+    if (choice)
+        runner->getController().setTestServer(choice->server());
+    return true;
+}
+
+void Program::runTests()
+{
+    if (createRunner())
+        runner->start();
+}
+
+void Program::resendReports()
+{
+    if (storeExists() && !openStore())
+        return end(storeFailure());
+    if (!gDB->isOpen() || gDB->countUnsentXMLFiles() == 0) {
+        out.line(tr("No report waits."));
+        return end(ExitStatus::Done);
+    }
+    if (!createRunner())
+        return;
+    const auto print = [this](ExitStatus) {
+        const TestOutcome &outcome = runner->getController().getOutcome();
+        out.line(tr("Reports delivered: %1, still waiting: %2.")
+                     .arg(outcome.resent)
+                     .arg(outcome.waiting));
+    };
+    disconnect(runner.get(), &TestRunner::finished, this, &Program::end);
+    connect(runner.get(), &TestRunner::finished, this, print);
+    connect(runner.get(), &TestRunner::finished, this, &Program::end);
+    runner->resend();
+}
+
+ExitStatus Program::startSeries()
+{
+    if (!createPlatform())
+        return ExitStatus::Usage;
+    if (!settingsWritable())
+        return refuse(ExitStatus::Store, tr("The settings cannot be written."));
+    printer = std::make_unique<TestPrinter>(options.format, out, language);
+    TestRunner idle({}, *table, *printer, progress, *platform);
+    idle.getController().startNewSeries();
+    out.line(tr("Series %1").arg(idle.getController().getSeriesId()));
+    return ExitStatus::Done;
+}
+
+// ---- The store
+
+bool Program::storeExists() const
+{
+    return QFileInfo::exists(DatabaseManager::databaseFile());
+}
+
+bool Program::openStore()
+{
+    return gDB->isOpen() || gDB->openDB();
+}
+
+ExitStatus Program::storeFailure()
+{
+    return refuse(
+        ExitStatus::Store,
+        tr("The results in %1 cannot be opened or written.").arg(DatabaseManager::databaseFile()));
+}
+
+std::vector<std::unique_ptr<DBTestResults>> Program::storedTests(int limit, bool *ok)
+{
+    // Who only looks leaves no empty store behind.
+    *ok = !storeExists() || openStore();
+    if (!gDB->isOpen())
+        return {};
+    auto rows = gDB->getAllResults();
+    if (limit > 0 && rows.size() > static_cast<size_t>(limit))
+        rows.resize(static_cast<size_t>(limit));
+    return rows;
+}
+
+TestSummary Program::summaryOf(const DBTestResults &row) const
+{
+    return TestSummary::ofStored(row, gDB->getDetailsById(row.myTestId).get(), *table);
+}
+
+ExitStatus Program::listResults()
+{
+    bool ok = false;
+    const auto rows = storedTests(options.limit, &ok);
+    if (!ok)
+        return storeFailure();
+    QList<TestSummary> tests;
+    if (options.format == Format::Csv)
+        out.write(CsvFormat::testHeader());
+    for (const auto &row : rows) {
+        const TestSummary test = summaryOf(*row);
+        if (options.format == Format::Json)
+            out.write(JsonFormat::line(JsonFormat::test(test)));
+        else if (options.format == Format::Csv)
+            out.write(CsvFormat::test(test));
+        else
+            tests.append(test);
+    }
+    if (options.format == Format::Text)
+        out.write(TextFormat::table(tests).toUtf8());
+    return ExitStatus::Done;
+}
+
+ExitStatus Program::showTest()
+{
+    bool ok = false;
+    const auto rows = storedTests(0, &ok);
+    if (!ok)
+        return storeFailure();
+    const auto &wanted = options.storedTest;
+    const auto isWanted = [&](const std::unique_ptr<DBTestResults> &row) {
+        if (wanted.row != 0)
+            return row->myTestId == wanted.row;
+        return row->seriesId == wanted.series && row->testId == wanted.test;
+    };
+    const auto row = std::find_if(rows.begin(), rows.end(), isWanted);
+    if (row == rows.end()) {
+        const QString name = wanted.row != 0 ? QString::number(wanted.row)
+                                             : u"%1/%2"_s.arg(wanted.series).arg(wanted.test);
+        return refuse(ExitStatus::Usage, tr("There is no stored test %1.").arg(name));
+    }
+    const TestSummary test = summaryOf(**row);
+    if (options.format == Format::Json)
+        out.write(JsonFormat::line(JsonFormat::test(test)));
+    else if (options.format == Format::Csv)
+        out.write(CsvFormat::testHeader() + CsvFormat::test(test));
+    else
+        out.write(TextFormat::test(test, QString()).toUtf8());
+    return ExitStatus::Done;
+}
+
+ExitStatus Program::exportTests()
+{
+    bool ok = false;
+    const auto rows = storedTests(0, &ok);
+    if (!ok)
+        return storeFailure();
+    if (options.format == Format::Csv)
+        out.write(CsvFormat::testHeader());
+    else if (options.format == Format::GeoJson)
+        out.write(ExportFormat::geoJsonBegin());
+    else if (options.format == Format::Gpx)
+        out.write(ExportFormat::gpxBegin());
+    bool first = true;
+    for (const auto &row : rows) {
+        const TestSummary test = summaryOf(*row);
+        if (options.format == Format::Csv)
+            out.write(CsvFormat::test(test));
+        else if (options.format == Format::GeoJson)
+            out.write(ExportFormat::geoJsonFeature(test, first));
+        else if (options.format == Format::Gpx)
+            out.write(ExportFormat::gpxWaypoint(test));
+        else
+            out.write(JsonFormat::line(JsonFormat::test(test)));
+        first = false;
+    }
+    if (options.format == Format::GeoJson)
+        out.write(ExportFormat::geoJsonEnd());
+    else if (options.format == Format::Gpx)
+        out.write(ExportFormat::gpxEnd());
+    return ExitStatus::Done;
+}
+
+ExitStatus Program::clearStore()
+{
+    bool ok = false;
+    const auto tests = storedTests(0, &ok).size();
+    if (!ok)
+        return storeFailure();
+    const int reports = gDB->isOpen() ? gDB->countUnsentXMLFiles() : 0;
+    if (!options.yes) {
+        return refuse(ExitStatus::Usage,
+                      tr("This would delete %1 stored tests and %2 waiting reports in %3; say "
+                         "--yes to do it.")
+                          .arg(QString::number(tests), QString::number(reports),
+                               DatabaseManager::databaseFile()));
+    }
+    if (gDB->isOpen()) {
+        gDB->resetDB();
+        if (!gDB->getAllResults().empty() || gDB->countUnsentXMLFiles() != 0)
+            return storeFailure();
+    }
+    out.line(tr("Deleted %1 stored tests and %2 waiting reports.")
+                 .arg(QString::number(tests), QString::number(reports)));
+    return ExitStatus::Done;
+}
+
+// ---- Servers and device
+
+const TestServer *Program::selectedServer() const
+{
+    return table->find(Utils::getSettingsValue(u"TestServer.Hostname"_s),
+                       Utils::getSettingsValue(u"TestServer.Port"_s).toInt());
+}
+
+ExitStatus Program::listServers()
+{
+    const TestServer *selected = selectedServer();
+    if (options.format == Format::Csv)
+        out.write(CsvFormat::serverHeader());
+    for (const TestServer *server : table->servers()) {
+        if (options.format == Format::Json)
+            out.write(JsonFormat::line(JsonFormat::server(*server, server == selected)));
+        else if (options.format == Format::Csv)
+            out.write(CsvFormat::server(*server, server == selected));
+    }
+    if (options.format == Format::Text)
+        out.write(TextFormat::servers(table->servers(), selected).toUtf8());
+    return ExitStatus::Done;
+}
+
+void Program::describeContext()
+{
+    if (!createPlatform())
+        return end(ExitStatus::Usage);
+    context = std::make_unique<DeviceContext>(*platform);
+    connect(context.get(), &DeviceContext::ready, this, &Program::printContext);
+    context->look();
+}
+
+void Program::printContext()
+{
+    if (options.format == Format::Json)
+        out.write(context->json());
+    else if (options.format == Format::Csv)
+        out.write(context->csv());
+    else
+        out.write(context->text().toUtf8());
+    end(ExitStatus::Done);
+}

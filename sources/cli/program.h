@@ -1,0 +1,78 @@
+#pragma once
+
+#include "cli/commandline.h"
+#include "cli/exitstatus.h"
+#include "cli/output.h"
+#include "cli/progressline.h"
+
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+class DBTestResults;
+class Platform;
+class ServerChoice;
+class TestPrinter;
+class TestRunner;
+class TestServer;
+class TestServerTable;
+struct TestSummary;
+
+/// One call of the program: the command of a command line, from start() to finished(). The
+/// deployment and the database's directory are set. Main thread only, needs an event loop.
+class Program : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The outputs are borrowed. @p language of pages on the web: "de" or "en".
+    Program(CommandLine options, Output &standardOutput, Output &standardError, QString language);
+    ~Program() override;
+
+    /// Does the command; ends in exactly one finished(), which may come before this returns.
+    void start();
+    /// Ends the running command with @p status as soon as what it has is kept.
+    void stop(ExitStatus status);
+
+Q_SIGNALS:
+    void finished(ExitStatus status);
+
+private:
+    // Commands that are done when they return.
+    ExitStatus listResults();
+    ExitStatus showTest();
+    ExitStatus exportTests();
+    ExitStatus listServers();
+    ExitStatus clearStore();
+    ExitStatus startSeries();
+    // Commands that take their time, and end in end().
+    void runTests();
+    void resendReports();
+    void describeContext();
+
+    void printContext();
+    void end(ExitStatus status);
+    ExitStatus refuse(ExitStatus status, const QString &sentence);
+    bool createPlatform();
+    bool createRunner();
+    bool openStore();
+    ExitStatus storeFailure();
+    bool storeExists() const;
+    /// The newest first; at most @p limit, 0 for all.
+    std::vector<std::unique_ptr<DBTestResults>> storedTests(int limit, bool *ok);
+    TestSummary summaryOf(const DBTestResults &row) const;
+    const TestServer *selectedServer() const;
+
+    const CommandLine options;
+    Output &out;
+    Output &err;
+    const QString language;
+    ProgressLine progress;
+    std::unique_ptr<TestServerTable> table;
+    std::unique_ptr<ServerChoice> choice;
+    std::unique_ptr<TestPrinter> printer;
+    std::unique_ptr<Platform> platform;
+    std::unique_ptr<TestRunner> runner;
+    std::unique_ptr<class DeviceContext> context;
+};

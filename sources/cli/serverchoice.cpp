@@ -1,0 +1,47 @@
+#include "cli/serverchoice.h"
+
+#include "data/testservertable.h"
+#include "utils/endpoint.h"
+
+#include <QStringList>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int defaultPort = 80;
+
+/// A single plain word is rather a misspelt name of the table than a host in the local domain.
+bool looksLikeHost(const QString &text)
+{
+    const auto isHostLike = [](QChar c) { return c == u'.' || c == u':' || c.isDigit(); };
+    return text.compare("localhost"_L1, Qt::CaseInsensitive) == 0 ||
+           std::any_of(text.begin(), text.end(), isHostLike);
+}
+
+} // namespace
+
+ServerChoice::ServerChoice(const QString &text, const TestServerTable &table)
+    : chosen(table.findByName(text))
+{
+    if (chosen)
+        return;
+    const auto endpoint = looksLikeHost(text) ? Endpoint::parse(text, defaultPort) : std::nullopt;
+    if (!endpoint) {
+        QStringList names;
+        for (const TestServer *server : table.servers())
+            names.append(server->getName());
+        failure = tr("There is no server \"%1\"; use HOST[:PORT] or one of: %2.")
+                      .arg(text.left(100).simplified(), names.join(", "_L1));
+        return;
+    }
+    chosen = table.find(endpoint->host, endpoint->port);
+    if (chosen)
+        return;
+    own = std::make_unique<TestServer>(nullptr);
+    own->setHostname(endpoint->host);
+    own->setPort(endpoint->port);
+    chosen = own.get();
+}
+
+ServerChoice::~ServerChoice() = default;

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+
+/// Turns the first SIGINT or SIGTERM into a Qt signal, from its construction on; a second one ends
+/// the program at once, for a user who has lost patience. One in a process, main thread.
+class SignalWatcher : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit SignalWatcher(QObject *parent = nullptr);
+    /// Restores the default actions.
+    ~SignalWatcher() override;
+    Q_DISABLE_COPY_MOVE(SignalWatcher)
+
+Q_SIGNALS:
+    void caught(int signalNumber);
+
+private:
+    void read();
+
+    QSocketNotifier notifier;
+};

@@ -1,0 +1,62 @@
+#include "cli/testprinter.h"
+
+#include "cli/csvformat.h"
+#include "cli/jsonformat.h"
+#include "cli/output.h"
+#include "cli/textformat.h"
+#include "utils/deployment.h"
+
+#include <utility>
+
+using Format = CommandLine::Format;
+
+TestPrinter::TestPrinter(Format howToPrint, Output &to, QString languageOfPages)
+    : format(howToPrint)
+    , output(to)
+    , language(std::move(languageOfPages))
+{}
+
+void TestPrinter::phase(const QString &name, int test, int count)
+{
+    if (format == Format::JsonStream)
+        output.post(JsonFormat::line(JsonFormat::phaseEvent(name, test, count)));
+}
+
+void TestPrinter::progress(int value, int max)
+{
+    if (format == Format::JsonStream)
+        output.offer(JsonFormat::line(JsonFormat::progressEvent(value, max)));
+}
+
+void TestPrinter::ended(const TestSummary &summary, ExitStatus status, const QString &message)
+{
+    switch (format) {
+    case Format::Text:
+        // Without a test number there was no test to speak of; the message says why.
+        if (summary.testId)
+            output.write(TextFormat::test(summary, pageAddress(summary)).toUtf8());
+        break;
+    case Format::Json:
+        output.write(JsonFormat::line(JsonFormat::test(summary)));
+        break;
+    case Format::JsonStream:
+        output.write(JsonFormat::line(
+            summary.storedId ? JsonFormat::resultEvent(summary)
+                             : JsonFormat::errorEvent(message, static_cast<int>(status))));
+        break;
+    case Format::Csv:
+        if (!std::exchange(headerPrinted, true))
+            output.write(CsvFormat::testHeader());
+        output.write(CsvFormat::test(summary));
+        break;
+    case Format::GeoJson:
+    case Format::Gpx:
+        break; // documents of many tests, see export
+    }
+}
+
+QString TestPrinter::pageAddress(const TestSummary &summary) const
+{
+    return summary.userId ? Deployment::current().userPageAddress(*summary.userId, language)
+                          : QString();
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "cli/commandline.h"
+#include "cli/exitstatus.h"
+#include "cli/testsummary.h"
+
+class Output;
+
+/// Prints tests to standard output as they happen and end, in the user's format.
+class TestPrinter
+{
+public:
+    /// @p output is borrowed. @p language of the page address: "de" or "en".
+    TestPrinter(CommandLine::Format format, Output &output, QString language);
+
+    void phase(const QString &name, int test, int count);
+    void progress(int value, int max);
+    /// Called once for each test. @p message says what went wrong, empty when nothing did. A text
+    /// or a table shows what was measured; JSON has an object in any case; a stream ends with a
+    /// result when the test is stored, else with an error.
+    void ended(const TestSummary &summary, ExitStatus status, const QString &message);
+
+    /// The address of the page with all tests of this user.
+    QString pageAddress(const TestSummary &summary) const;
+
+private:
+    CommandLine::Format format;
+    Output &output;
+    QString language;
+    bool headerPrinted = false;
+};

@@ -1,0 +1,304 @@
+#include "cli/testrunner.h"
+
+#include "cli/progressline.h"
+#include "cli/testprinter.h"
+#include "data/result.h"
+#include "data/testresults.h"
+#include "data/testservertable.h"
+#include "db/databasemanager.h"
+#include "utils/utils.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Phase = TestController::Phase;
+
+constexpr qint64 nsPerSecond = 1'000'000'000;
+constexpr qint64 nsPerMs = 1'000'000;
+constexpr int secondsPerMinute = 60;
+/// A fast link reports progress thousands of times a second.
+constexpr qint64 progressInterval = 100 * nsPerMs;
+
+QString nameOf(Phase phase)
+{
+    switch (phase) {
+    case Phase::Init: return u"init"_s;
+    case Phase::NetworkSession: return u"network_session"_s;
+    case Phase::Reachability: return u"reachability"_s;
+    case Phase::UserId: return u"user_id"_s;
+    case Phase::Initialise: return u"initialise"_s;
+    case Phase::DownloadStartMarker: return u"download_start"_s;
+    case Phase::Download: return u"download"_s;
+    case Phase::DownloadEndMarker: return u"download_end"_s;
+    case Phase::UploadStartMarker: return u"upload_start"_s;
+    case Phase::Upload: return u"upload"_s;
+    case Phase::UploadResult: return u"upload_result"_s;
+    case Phase::UploadEndMarker: return u"upload_end"_s;
+    case Phase::RttStartMarker: return u"rtt_start"_s;
+    case Phase::Rtt: return u"rtt"_s;
+    case Phase::RttEndMarker: return u"rtt_end"_s;
+    case Phase::Submit: return u"submit"_s;
+    case Phase::StoreAndResubmit: return u"store"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+/// A stream that ends early tells of the server or the link, not of the rate.
+bool ranItsTime(const Result *result)
+{
+    return result && result->isValid() &&
+           result->getRealDuration() >= result->getDuration() * nsPerSecond / 10 * 9;
+}
+
+QStringList brokenPhases(const TestResults *record)
+{
+    QStringList broken;
+    if (!record || !ranItsTime(record->getDownloadResult()))
+        broken.append(TestRunner::tr("download"));
+    if (!record || !ranItsTime(record->getUploadResult()))
+        broken.append(TestRunner::tr("upload"));
+    if (!record || !record->getRTTResult() || !record->getRTTResult()->isValid())
+        broken.append(TestRunner::tr("round-trip time"));
+    return broken;
+}
+
+} // namespace
+
+TestRunner::TestRunner(Plan whatToRun, const TestServerTable &servers, TestPrinter &results,
+                       ProgressLine &progressLine, Platform &platform)
+    : plan(std::move(whatToRun))
+    , table(servers)
+    , printer(results)
+    , progress(progressLine)
+    , controller(std::make_unique<TestController>(nullptr, this, this, platform))
+{
+    nextTimer.setSingleShot(true);
+    nextTimer.setTimerType(Qt::PreciseTimer);
+    connect(&nextTimer, &QTimer::timeout, this, &TestRunner::startNext);
+    connect(controller.get(), &TestController::phaseEntered, this, &TestRunner::phaseEntered);
+    connect(controller.get(), &TestController::testEnded, this, &TestRunner::testEnded);
+}
+
+TestRunner::~TestRunner() = default;
+
+// ---- Series
+
+void TestRunner::start()
+{
+    nextTimer.start(0);
+}
+
+void TestRunner::startNext()
+{
+    ++current;
+    startedAt = Utils::getTimeInNs();
+    errorText.clear();
+    stopStatus.reset();
+    shownPhase.reset();
+    if (plan.count > 1)
+        progress.setTest(u"%1/%2"_s.arg(current).arg(plan.count));
+    controller->runTests(plan.location);
+}
+
+void TestRunner::resend()
+{
+    resending = true;
+    waitingBefore = gDB->countUnsentXMLFiles();
+    controller->resendReports();
+}
+
+void TestRunner::stop(ExitStatus reason)
+{
+    stopStatus = reason;
+    seriesStopped = true;
+    if (controller->isRunning())
+        return controller->abortTest();
+    status = reason;
+    finish();
+}
+
+void TestRunner::testEnded(const TestOutcome &outcome)
+{
+    progress.clear();
+    if (resending)
+        return resendEnded(outcome);
+
+    const TestResults *record = controller->getTestResults();
+    ExitStatus ended = statusOf(outcome, record);
+    if (outcome.end == TestOutcome::End::Stopped && stopStatus)
+        ended = *stopStatus;
+    const QString message = failureText(outcome, ended);
+    printer.ended(TestSummary::ofTest(*controller, record), ended, message);
+    if (!message.isEmpty())
+        progress.message(message);
+    warnOfUndelivered(outcome);
+
+    if (status == ExitStatus::Done || seriesStopped)
+        status = ended;
+    if (seriesStopped || current == plan.count)
+        return finish();
+    const qint64 due = startedAt + plan.interval * nsPerSecond - Utils::getTimeInNs();
+    // Rounded up: a series is never faster than it was asked to be.
+    nextTimer.start(static_cast<int>(std::max<qint64>(0, (due + nsPerMs - 1) / nsPerMs)));
+}
+
+void TestRunner::resendEnded(const TestOutcome &outcome)
+{
+    using End = TestOutcome::End;
+    if (outcome.end == End::Stopped && stopStatus)
+        status = *stopStatus;
+    else if (outcome.resent >= waitingBefore)
+        status = ExitStatus::Done;
+    else
+        status = outcome.answered ? ExitStatus::Broken : ExitStatus::Unreachable;
+
+    if (status == ExitStatus::Broken)
+        progress.message(tr("The service did not take every report."));
+    else if (status == ExitStatus::Unreachable)
+        progress.message(tr("The service cannot be reached."));
+    finish();
+}
+
+void TestRunner::finish()
+{
+    nextTimer.stop();
+    Q_EMIT finished(status);
+}
+
+ExitStatus TestRunner::statusOf(const TestOutcome &outcome, const TestResults *record)
+{
+    if (outcome.storeFailed)
+        return ExitStatus::Store;
+    switch (outcome.end) {
+    case TestOutcome::End::Completed:
+        return brokenPhases(record).isEmpty() ? ExitStatus::Done : ExitStatus::Broken;
+    case TestOutcome::End::Stopped: return ExitStatus::Interrupted;
+    case TestOutcome::End::NoNetwork:
+    case TestOutcome::End::ServerUnreachable: return ExitStatus::Unreachable;
+    case TestOutcome::End::Refused: return ExitStatus::Broken;
+    }
+    Q_UNREACHABLE();
+}
+
+QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) const
+{
+    switch (ended) {
+    case ExitStatus::Done: return {};
+    case ExitStatus::Refused:
+        return tr("The device is roaming; a test may be expensive. --allow-roaming tests all the "
+                  "same.");
+    case ExitStatus::Interrupted:
+    case ExitStatus::Terminated: return tr("The test was stopped.");
+    case ExitStatus::Store:
+        return tr("The test could not be stored in %1.").arg(DatabaseManager::databaseFile());
+    case ExitStatus::Broken:
+    case ExitStatus::Unreachable:
+    case ExitStatus::Usage: break;
+    }
+    if (!errorText.isEmpty())
+        return errorText;
+    if (outcome.end == TestOutcome::End::Completed) {
+        return tr("The test is incomplete; missing or cut short: %1.")
+            .arg(brokenPhases(controller->getTestResults()).join(", "_L1));
+    }
+    return tr("The test failed.");
+}
+
+void TestRunner::warnOfUndelivered(const TestOutcome &outcome)
+{
+    if (!outcome.reportDelivered && outcome.queueId >= 0)
+        progress.message(tr("The report waits in the queue and goes out with the next test."));
+}
+
+// ---- TestObserver and TestHost
+
+bool TestRunner::stopRequested()
+{
+    // A network may tell only after the start that it roams; once data flows it is too late.
+    const Phase phase = controller->getPhase();
+    const bool beforeTraffic = phase == Phase::Init || phase == Phase::DownloadStartMarker;
+    if (!resending && !stopStatus && !plan.allowRoaming && beforeTraffic &&
+        controller->checkRoaming())
+        stopStatus = ExitStatus::Refused;
+    return stopStatus.has_value();
+}
+
+void TestRunner::phaseEntered(Phase phase)
+{
+    if (resending || shownPhase == phase)
+        return;
+    shownPhase = phase;
+    printer.phase(nameOf(phase), current, plan.count);
+}
+
+void TestRunner::setStatus(QString text)
+{
+    progress.setStatus(text);
+}
+
+void TestRunner::setProgressMax(int max)
+{
+    progressMax = max;
+}
+
+void TestRunner::setProgressValue(int value)
+{
+    progressValue = value;
+    if (Utils::getTimeInNs() - shownAt >= progressInterval)
+        showProgress();
+}
+
+void TestRunner::setProgress(int value, int max)
+{
+    // "1 of 1" is the end of a phase, in whatever unit it counted.
+    const bool ended = value == 1 && max == 1;
+    progressMax = ended ? progressMax : max;
+    progressValue = ended ? progressMax : value;
+    showProgress();
+}
+
+void TestRunner::showProgress()
+{
+    shownAt = Utils::getTimeInNs();
+    progress.setProgress(progressValue, progressMax);
+    printer.progress(std::min(progressValue, progressMax), progressMax);
+}
+
+void TestRunner::setDownloadText(QString text)
+{
+    progress.setFigure(tr("Download: %1").arg(text));
+}
+
+void TestRunner::setUploadText(QString text)
+{
+    progress.setFigure(tr("Upload: %1").arg(text));
+}
+
+void TestRunner::setRTTText(QString text)
+{
+    progress.setFigure(tr("Round-trip time: %1").arg(text));
+}
+
+void TestRunner::setDataTransferred(QString text)
+{
+    progress.setFigure(text);
+}
+
+TestServer *TestRunner::getTestServer(const QString &hostname, int port)
+{
+    return table.find(hostname, port);
+}
+
+QString TestRunner::getScheduleInfo() const
+{
+    if (plan.count <= 1)
+        return {};
+    const qint64 minutes = qint64(plan.count) * plan.interval / secondsPerMinute;
+    return u"%1,%2,%3"_s.arg(current).arg(plan.count).arg(minutes);
+}

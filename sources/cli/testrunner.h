@@ -1,0 +1,106 @@
+#pragma once
+
+#include "cli/exitstatus.h"
+#include "cli/testsummary.h"
+#include "measurement/testcontroller.h"
+#include "measurement/testhost.h"
+#include "measurement/testobserver.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <memory>
+#include <optional>
+
+class Platform;
+class ProgressLine;
+class TestPrinter;
+class TestServerTable;
+
+/// Runs the tests of one call of the program: a single one, or a series from start to start. A test
+/// that outlasts the interval delays the next one, which then starts at once; a test that fails
+/// does not end the series. Main thread only. gDB is open.
+class TestRunner : public QObject, public TestObserver, public TestHost
+{
+    Q_OBJECT
+
+public:
+    struct Plan
+    {
+        QString location = QStringLiteral("Unknown"); ///< location code
+        int count = 1;                                ///< tests, at least 1
+        int interval = 0;                             ///< s, start to start
+        bool allowRoaming = false;
+    };
+
+    /// Everything but the plan is borrowed and outlives the runner.
+    TestRunner(Plan plan, const TestServerTable &table, TestPrinter &printer,
+               ProgressLine &progress, Platform &platform);
+    ~TestRunner() override;
+
+    TestController &getController() { return *controller; }
+
+    /// Starts the first test. Ends in one finished().
+    void start();
+    /// Offers the waiting reports once. Ends in one finished().
+    void resend();
+    /// Ends the running test and the series now; finished() says @p status.
+    void stop(ExitStatus status);
+
+    // TestObserver
+    void setStatus(QString text) override;
+    void setProgressMax(int max) override;
+    void setProgressValue(int value) override;
+    void setProgress(int value, int max) override;
+    void startTest() override {}
+    void stopTest() override {}
+    void setDownloadText(QString text) override;
+    void setUploadText(QString text) override;
+    void setRTTText(QString text) override;
+    void setDataTransferred(QString text) override;
+    void setErrorText(QString text) override { errorText = text; }
+    bool stopRequested() override;
+    void setInformation(QString, QString, QString, QString) override {}
+
+    // TestHost
+    TestServer *getTestServer(const QString &hostname, int port) override;
+    QString getScheduleInfo() const override;
+
+    /// What became of a test in terms of the program's exit status; a stop counts as interrupted.
+    static ExitStatus statusOf(const TestOutcome &outcome, const TestResults *record);
+
+Q_SIGNALS:
+    /// Of several tests the status of the first one that was not done.
+    void finished(ExitStatus status);
+
+private:
+    void startNext();
+    void phaseEntered(TestController::Phase phase);
+    void testEnded(const TestOutcome &outcome);
+    void resendEnded(const TestOutcome &outcome);
+    QString failureText(const TestOutcome &outcome, ExitStatus status) const;
+    void warnOfUndelivered(const TestOutcome &outcome);
+    void showProgress();
+    void finish();
+
+    const Plan plan;
+    const TestServerTable &table;
+    TestPrinter &printer;
+    ProgressLine &progress;
+
+    int current = 0; ///< number of the test, from 1 on
+    qint64 startedAt = 0;
+    bool resending = false;
+    int waitingBefore = 0;
+    std::optional<ExitStatus> stopStatus; ///< the user's, or that of a refusal
+    bool seriesStopped = false;
+    ExitStatus status = ExitStatus::Done;
+    QString errorText;
+    std::optional<TestController::Phase> shownPhase;
+    int progressValue = 0;
+    int progressMax = 0;
+    qint64 shownAt = 0;
+    QTimer nextTimer;
+    std::unique_ptr<TestController> controller;
+};
