@@ -270,7 +270,9 @@ void takePosition(const Walk &walk, Report &report)
             bool longitudeOk = false;
             const double latitude = parts.value(1).toDouble(&latitudeOk);
             const double longitude = parts.value(2).toDouble(&longitudeOk);
-            if (latitudeOk && longitudeOk && std::abs(latitude) <= 90 &&
+            // A client that does not know its place writes zeros.
+            const bool known = latitude != 0 || longitude != 0;
+            if (latitudeOk && longitudeOk && known && std::abs(latitude) <= 90 &&
                 std::abs(longitude) <= 180) {
                 report.latitude = latitude;
                 report.longitude = longitude;

@@ -1,5 +1,7 @@
 #include "web/userreportpage.h"
 
+#include "utils/utils.h"
+
 #include <QDateTime>
 #include <QLocale>
 #include <QTimeZone>
@@ -12,6 +14,7 @@ struct Texts
 {
     QString code;
     QString title;
+    QString one;
     QString count;
     QString newestOnly;
     QString none;
@@ -25,6 +28,7 @@ const Texts &textsOf(UserReportPage::Language language)
     static const Texts english{
         u"en"_s,
         u"Your measurements"_s,
+        u"One measurement. Times are UTC."_s,
         u"%1 measurements, the newest first. Times are UTC."_s,
         u"Only the newest %1 measurements are shown."_s,
         u"There are no measurements yet. Start one on your device; it appears here at once."_s,
@@ -36,6 +40,7 @@ const Texts &textsOf(UserReportPage::Language language)
     static const Texts german{
         u"de"_s,
         u"Ihre Messungen"_s,
+        u"Eine Messung. Zeiten in UTC."_s,
         u"%1 Messungen, die neueste zuerst. Zeiten in UTC."_s,
         u"Nur die neuesten %1 Messungen werden gezeigt."_s,
         u"Noch keine Messungen. Starten Sie eine auf Ihrem Gerät; sie erscheint sofort hier."_s,
@@ -69,10 +74,17 @@ QString rttText(const std::optional<qint64> &nanoseconds, const QLocale &locale)
                        : dash;
 }
 
+/// A mode code by its name; what is no code (several modes) as it came.
+QString connectionText(const QString &type)
+{
+    const QString name = Utils::connectionTypeKey(type);
+    return name.isEmpty() ? type : name;
+}
+
 QString placeText(const Report &report, const QLocale &locale)
 {
     QStringList parts;
-    if (!report.location.isEmpty()) {
+    if (!report.location.isEmpty() && report.location != u"Unknown"_s) {
         parts += report.location;
     }
     if (report.latitude && report.longitude) {
@@ -138,11 +150,12 @@ QByteArray UserReportPage::measurements(const ReportStore::UserReports &reports,
         return page(texts, texts.title, u"<p>"_s + texts.none.toHtmlEscaped() + u"</p>\n"_s)
             .toUtf8();
     }
-    QString body = u"<p>"_s +
-                   (reports.more ? texts.newestOnly : texts.count)
-                       .arg(reports.reports.size())
-                       .toHtmlEscaped() +
-                   u"</p>\n<div class=\"wide\"><table>\n<thead><tr>"_s;
+    const auto shown = reports.reports.size();
+    const QString summary = shown == 1     ? texts.one
+                            : reports.more ? texts.newestOnly.arg(shown)
+                                           : texts.count.arg(shown);
+    QString body =
+        u"<p>"_s + summary.toHtmlEscaped() + u"</p>\n<div class=\"wide\"><table>\n<thead><tr>"_s;
     for (qsizetype i = 0; i < texts.columns.size(); ++i) {
         // Download, upload and RTT stand to the right, as their figures do.
         body += (i >= 3 && i <= 5 ? u"<th class=\"n\">"_s : u"<th>"_s) +
@@ -155,8 +168,9 @@ QByteArray UserReportPage::measurements(const ReportStore::UserReports &reports,
                 cell(u"%1 / %2"_s.arg(report.seriesId).arg(report.testId)) +
                 cell(report.testServer) + cell(rateText(report.download.avg, locale), true) +
                 cell(rateText(report.bestUpload().avg, locale), true) +
-                cell(rttText(report.rttAvg, locale), true) + cell(report.connectionType) +
-                cell(placeText(report, locale)) + u"</tr>\n"_s;
+                cell(rttText(report.rttAvg, locale), true) +
+                cell(connectionText(report.connectionType)) + cell(placeText(report, locale)) +
+                u"</tr>\n"_s;
     }
     body += u"</tbody>\n</table></div>\n"_s;
     return page(texts, texts.title, body).toUtf8();

@@ -37,12 +37,9 @@ ProgressLine::Mode progressMode(const CommandLine &options, const Output &err)
         err.isTerminal() && !options.verbose && qEnvironmentVariable("TERM") != "dumb"_L1;
     const auto shown = rewritable ? ProgressLine::Mode::Rewriting : ProgressLine::Mode::Lines;
     switch (options.progress) {
-    case CommandLine::Progress::No:
-        return ProgressLine::Mode::Silent;
-    case CommandLine::Progress::Yes:
-        return shown;
-    case CommandLine::Progress::Auto:
-        break;
+    case CommandLine::Progress::No: return ProgressLine::Mode::Silent;
+    case CommandLine::Progress::Yes: return shown;
+    case CommandLine::Progress::Auto: break;
     }
     // The events of a stream are its progress.
     const bool wanted = err.isTerminal() && options.format != Format::JsonStream;
@@ -73,24 +70,15 @@ Program::~Program() = default;
 void Program::start()
 {
     switch (options.command) {
-    case Command::Test:
-        return runTests();
-    case Command::Results:
-        return end(listResults());
-    case Command::Show:
-        return end(showTest());
-    case Command::Export:
-        return end(exportTests());
-    case Command::Servers:
-        return end(listServers());
-    case Command::Context:
-        return describeContext();
-    case Command::Resend:
-        return resendReports();
-    case Command::NewSeries:
-        return end(startSeries());
-    case Command::Clear:
-        return end(clearStore());
+    case Command::Test: return runTests();
+    case Command::Results: return end(listResults());
+    case Command::Show: return end(showTest());
+    case Command::Export: return end(exportTests());
+    case Command::Servers: return end(listServers());
+    case Command::Context: return describeContext();
+    case Command::Resend: return resendReports();
+    case Command::NewSeries: return end(startSeries());
+    case Command::Clear: return end(clearStore());
     }
 }
 

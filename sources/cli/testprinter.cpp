@@ -36,9 +36,7 @@ void TestPrinter::ended(const TestSummary &summary, ExitStatus status, const QSt
         if (summary.testId)
             output.write(TextFormat::test(summary, pageAddress(summary)).toUtf8());
         break;
-    case Format::Json:
-        output.write(JsonFormat::line(JsonFormat::test(summary)));
-        break;
+    case Format::Json: output.write(JsonFormat::line(JsonFormat::test(summary))); break;
     case Format::JsonStream:
         output.write(JsonFormat::line(
             summary.storedId ? JsonFormat::resultEvent(summary)
@@ -50,8 +48,7 @@ void TestPrinter::ended(const TestSummary &summary, ExitStatus status, const QSt
         output.write(CsvFormat::test(summary));
         break;
     case Format::GeoJson:
-    case Format::Gpx:
-        break; // documents of many tests, see export
+    case Format::Gpx: break; // documents of many tests, see export
     }
 }
 

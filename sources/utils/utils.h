@@ -49,7 +49,7 @@ public:
     static QString trConnectionType(QString code);
     /// Short display text of a network mode code: mobile, WLAN or other.
     static QString trConnectionTypeShort(QString code);
-    /// The untranslated key behind trConnectionType, which is what results store.
+    /// The untranslated key behind trConnectionType, which is what results store. From any thread.
     static QString connectionTypeKey(const QString &code);
 
     /// Display texts of a location code ("Indoor" ...); empty for an unknown code.
