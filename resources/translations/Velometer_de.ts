@@ -462,6 +462,10 @@ Beispiel:
         <source>There is no server "%1"; use HOST[:PORT] or one of: %2.</source>
         <translation>Den Server «%1» gibt es nicht; möglich sind HOST[:PORT] oder: %2.</translation>
     </message>
+    <message>
+        <source>"%1" is no server address; write HOST[:PORT] with a port from 1 to 65535, an IPv6 address in brackets.</source>
+        <translation>«%1» ist keine Serveradresse; schreiben Sie HOST[:PORT] mit einem Port von 1 bis 65535, eine IPv6-Adresse in Klammern.</translation>
+    </message>
 </context>
 <context>
     <name>TestController</name>

@@ -462,6 +462,10 @@ Example:
         <source>There is no server "%1"; use HOST[:PORT] or one of: %2.</source>
         <translation>There is no server "%1"; use HOST[:PORT] or one of: %2.</translation>
     </message>
+    <message>
+        <source>"%1" is no server address; write HOST[:PORT] with a port from 1 to 65535, an IPv6 address in brackets.</source>
+        <translation>"%1" is no server address; write HOST[:PORT] with a port from 1 to 65535, an IPv6 address in brackets.</translation>
+    </message>
 </context>
 <context>
     <name>TestController</name>

@@ -26,8 +26,8 @@ constexpr std::chrono::milliseconds silence{250};
 /// one.
 int wakeUpBytes(std::int64_t bytesPerInterval, std::int64_t missing)
 {
-    constexpr std::int64_t most = 256 * 1024;
-    constexpr std::int64_t fast = 16 * 1024;
+    constexpr std::int64_t most = 262'144;
+    constexpr std::int64_t fast = 16'384;
     const auto perMs = std::min(bytesPerInterval / UploadMeter::interval.count(), most);
     // The answer must not wait for bytes that nobody sends.
     return static_cast<int>(perMs < fast || missing < perMs ? 1 : perMs);

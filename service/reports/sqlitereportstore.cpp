@@ -105,7 +105,7 @@ QString prepare(QSqlDatabase &database, const QString &file)
         !execute(database, u"PRAGMA foreign_keys=ON"_s)) {
         return database.lastError().text();
     }
-    if (const QString problem = migrate(database); !problem.isEmpty()) {
+    if (QString problem = migrate(database); !problem.isEmpty()) {
         return problem;
     }
     // A file on a read-only medium opens and fails at the first report; better now.

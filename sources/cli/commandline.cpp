@@ -260,7 +260,7 @@ QString Parser::takeWords()
     if (line.command == Command::Show) {
         if (words.isEmpty())
             return CommandLine::tr("show needs the ID of a test, as results lists it.");
-        const QString error = takeStoredTest(words.takeFirst());
+        QString error = takeStoredTest(words.takeFirst());
         if (!error.isEmpty())
             return error;
     }

@@ -26,13 +26,20 @@ ServerChoice::ServerChoice(const QString &text, const TestServerTable &table)
 {
     if (chosen)
         return;
-    const auto endpoint = looksLikeHost(text) ? Endpoint::parse(text, defaultPort) : std::nullopt;
-    if (!endpoint) {
+    const QString shortened = text.left(100).simplified();
+    if (!looksLikeHost(text)) {
         QStringList names;
         for (const TestServer *server : table.servers())
             names.append(server->getName());
         failure = tr("There is no server \"%1\"; use HOST[:PORT] or one of: %2.")
-                      .arg(text.left(100).simplified(), names.join(", "_L1));
+                      .arg(shortened, names.join(", "_L1));
+        return;
+    }
+    const auto endpoint = Endpoint::parse(text, defaultPort);
+    if (!endpoint) {
+        failure = tr("\"%1\" is no server address; write HOST[:PORT] with a port from 1 to 65535, "
+                     "an IPv6 address in brackets.")
+                      .arg(shortened);
         return;
     }
     chosen = table.find(endpoint->host, endpoint->port);
