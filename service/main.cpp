@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include <pthread.h>
+#include <sys/stat.h>
 
 int main(int argc, char *argv[])
 {
@@ -18,6 +19,9 @@ int main(int argc, char *argv[])
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGINT);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+
+    // Whoever knows a user id sees that user's measurements: the files are for the owner alone.
+    umask(077);
 
     const QCoreApplication application(argc, argv);
     const auto parsed = CommandLine::parse(QCoreApplication::arguments());

@@ -548,6 +548,10 @@ Beispiel:
         <translation>Antwortzeit</translation>
     </message>
     <message>
+        <source>The reports in %1 cannot be written.</source>
+        <translation>Die Berichte in %1 lassen sich nicht schreiben.</translation>
+    </message>
+    <message>
         <source>The service did not take every report.</source>
         <translation>Der Dienst hat nicht alle Berichte angenommen.</translation>
     </message>
@@ -682,8 +686,8 @@ Beispiel:
         <translation>%1 bis %2</translation>
     </message>
     <message>
-        <source>not valid</source>
-        <translation>nicht gültig</translation>
+        <source>not measured</source>
+        <translation>nicht gemessen</translation>
     </message>
     <message>
         <source>Server</source>

@@ -548,6 +548,10 @@ Example:
         <translation>round-trip time</translation>
     </message>
     <message>
+        <source>The reports in %1 cannot be written.</source>
+        <translation>The reports in %1 cannot be written.</translation>
+    </message>
+    <message>
         <source>The service did not take every report.</source>
         <translation>The service did not take every report.</translation>
     </message>
@@ -682,8 +686,8 @@ Example:
         <translation>%1 to %2</translation>
     </message>
     <message>
-        <source>not valid</source>
-        <translation>not valid</translation>
+        <source>not measured</source>
+        <translation>not measured</translation>
     </message>
     <message>
         <source>Server</source>

@@ -6,23 +6,10 @@ Connections::Connections(int perAddress)
     : m_perAddress(perAddress)
 {}
 
-Connections::Address Connections::counted(const boost::asio::ip::address &address)
-{
-    if (address.is_v4()) {
-        return {address.to_v4().to_uint(), false};
-    }
-    const auto bytes = address.to_v6().to_bytes();
-    std::uint64_t network = 0;
-    for (std::size_t i = 0; i < 8; ++i) {
-        network = network << 8 | bytes.at(i);
-    }
-    return {network, true};
-}
-
 Connections::Entry Connections::enter(const std::shared_ptr<Connection> &connection)
 {
     const std::lock_guard lock(m_mutex);
-    int &count = m_counts[counted(connection->peer())];
+    int &count = m_counts[Subscriber::of(connection->peer())];
     if (count >= 2 * m_perAddress) {
         return Entry::Dropped;
     }
@@ -36,7 +23,7 @@ void Connections::leave(const std::shared_ptr<Connection> &connection)
     if (m_connections.erase(connection) == 0) {
         return;
     }
-    const auto count = m_counts.find(counted(connection->peer()));
+    const auto count = m_counts.find(Subscriber::of(connection->peer()));
     if (--count->second == 0) {
         m_counts.erase(count);
     }

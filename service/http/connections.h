@@ -1,10 +1,9 @@
 #pragma once
 
-#include <boost/asio/ip/address.hpp>
+#include "http/subscriber.h"
 
 #include <chrono>
 #include <condition_variable>
-#include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -16,8 +15,7 @@ class Connection;
 class Connections
 {
 public:
-    /// @p perAddress connections of one address are served; an IPv6 /64, which one subscriber owns,
-    /// counts as one address.
+    /// @p perAddress connections of one subscriber are served.
     explicit Connections(int perAddress);
 
     enum class Entry {
@@ -36,13 +34,9 @@ public:
     bool waitUntilEmpty(std::chrono::milliseconds time);
 
 private:
-    using Address =
-        std::pair<std::uint64_t, bool>; ///< the part that counts, and whether it is IPv6
-    static Address counted(const boost::asio::ip::address &address);
-
     const int m_perAddress;
     std::mutex m_mutex;
     std::condition_variable m_empty;
     std::unordered_set<std::shared_ptr<Connection>> m_connections;
-    std::map<Address, int> m_counts;
+    std::map<Subscriber, int> m_counts;
 };

@@ -99,16 +99,6 @@ asio::awaitable<MaybeAnswer> initialise(Connection &connection, const Request &,
     co_return answer;
 }
 
-/// Nothing when there is no room for one more stream.
-std::unique_ptr<Held<std::atomic<int>>> streamRoom(Service &service)
-{
-    auto room = std::make_unique<Held<std::atomic<int>>>(service.streams);
-    if (service.streams.load() > service.options.maxStreams) {
-        room.reset();
-    }
-    return room;
-}
-
 Answer noRoom()
 {
     return Answer::sentence(503, "Too many measurements are running. Please try again later.");
@@ -121,8 +111,8 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
     if (!seconds) {
         co_return badParameters();
     }
-    const auto room = streamRoom(service);
-    if (!room) {
+    const auto place = service.streams.take(connection.peer());
+    if (!place) {
         co_return noRoom();
     }
     const Held running(service.metrics.downloads);
@@ -146,8 +136,8 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
     if (!seconds || !key) {
         co_return badParameters();
     }
-    const auto room = streamRoom(service);
-    if (!room) {
+    const auto place = service.streams.take(connection.peer());
+    if (!place) {
         co_return noRoom();
     }
     const Held running(service.metrics.uploads);
@@ -295,6 +285,9 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
             answer->headers = "Allow: " + std::string(endpoint->method) + "\r\n";
         } else {
             answer = co_await endpoint->handler(*connection, *request, service);
+        }
+        if (answer && request->method == "HEAD") {
+            answer->body.clear();
         }
         if (answer) {
             co_await send(*connection, service, index, *answer);

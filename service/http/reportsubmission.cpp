@@ -135,17 +135,19 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
     using Parsed = std::variant<Report, ReportParser::Problem>;
     OneShot<Parsed> parsed(connection.executor(), service.options.reportTimeout);
     const auto bytes = std::get<QByteArray>(std::move(body));
-    asio::post(service.parsers, [bytes, done = parsed.setter(), salt = service.options.salt] {
-        done(ReportParser::parse(bytes, salt));
+    asio::post(service.parsers, [bytes, done = parsed.setter(), &service] {
+        done(ReportParser::parse(bytes, service.options.salt, service.stopping));
     });
     auto result = co_await parsed.wait();
     if (!result) {
         co_return reject(service, Rejection::Busy);
     }
     if (const auto *problem = std::get_if<ReportParser::Problem>(&*result)) {
-        co_return reject(service, *problem == ReportParser::Problem::WrongHash
-                                      ? Rejection::Hash
-                                      : Rejection::Damaged);
+        switch (*problem) {
+        case ReportParser::Problem::Damaged: co_return reject(service, Rejection::Damaged);
+        case ReportParser::Problem::WrongHash: co_return reject(service, Rejection::Hash);
+        case ReportParser::Problem::Stopped: co_return reject(service, Rejection::Busy);
+        }
     }
     Report report = std::get<Report>(*std::move(result));
     const std::string name = co_await hostName(connection, service);

@@ -1,6 +1,7 @@
 #include "http/request.h"
 
 #include <boost/asio/buffer.hpp>
+#include <boost/beast/core/string.hpp>
 #include <boost/beast/http/empty_body.hpp>
 #include <boost/beast/http/parser.hpp>
 
@@ -8,6 +9,22 @@
 #include <charconv>
 
 namespace http = boost::beast::http;
+
+namespace {
+
+/// Clients that take the service for a proxy send the whole address; what counts is its path.
+std::string_view withoutAuthority(std::string_view target)
+{
+    constexpr std::string_view scheme = "http://";
+    if (!boost::beast::iequals(target.substr(0, scheme.size()), scheme)) {
+        return target;
+    }
+    target.remove_prefix(scheme.size());
+    target.remove_prefix(std::min(target.find_first_of("/?"), target.size()));
+    return target;
+}
+
+} // namespace
 
 std::optional<Request> Request::parse(std::string_view head)
 {
@@ -22,7 +39,7 @@ std::optional<Request> Request::parse(std::string_view head)
     }
     const auto &message = parser.get();
     const auto view = [](auto text) { return std::string_view(text.data(), text.size()); };
-    const auto target = view(message.target());
+    const auto target = withoutAuthority(view(message.target()));
     const auto question = target.find('?');
 
     Request request;

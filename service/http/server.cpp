@@ -202,7 +202,9 @@ void Server::stop()
     }
     if (!d->threads.empty()) {
         d->connections.abortIdle();
-        if (!d->connections.waitUntilEmpty(d->service->options.shutdownGrace)) {
+        const bool empty = d->connections.waitUntilEmpty(d->service->options.shutdownGrace);
+        d->service->stopping = true;
+        if (!empty) {
             d->connections.abortAll();
             // What is left waits for the store or a name, both bounded.
             d->connections.waitUntilEmpty(10s);

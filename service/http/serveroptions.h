@@ -23,6 +23,8 @@ struct ServerOptions
     QString salt; ///< shared with the clients, see the hash of a report
     int threads = 1;
     int maxStreams = 128;
+    /// One client runs one stream at a time; so many share an address in a household or an office.
+    int maxStreamsPerAddress = 16;
     int maxConnectionsPerAddress = 512;
     std::size_t maxReportBytes = std::size_t{4} << 20;
 

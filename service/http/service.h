@@ -3,6 +3,7 @@
 #include "http/hostnames.h"
 #include "http/metrics.h"
 #include "http/serveroptions.h"
+#include "http/streams.h"
 #include "measure/downloadstream.h"
 #include "measure/randomblock.h"
 #include "measure/recentresults.h"
@@ -21,6 +22,7 @@ struct Service
     explicit Service(ServerOptions serverOptions)
         : options(std::move(serverOptions))
         , hostNames(options.resolver)
+        , streams(options.maxStreams, options.maxStreamsPerAddress)
     {}
 
     /// How many results of streams are kept for their clients, and how long.
@@ -30,6 +32,7 @@ struct Service
     const ServerOptions options;
     Metrics metrics;
     HostNames hostNames;
+    Streams streams;
     RandomBlock block;
     RecentResults<UploadFigures> uploads{resultCount, resultAge};
     RecentResults<DownloadTotals> downloads{resultCount, resultAge};
@@ -37,6 +40,6 @@ struct Service
 
     /// Reports are parsed here, because a large one takes long enough to be seen in a measurement.
     boost::asio::thread_pool parsers{1};
-    std::atomic<int> streams{0};
+    std::atomic<bool> stopping{false};       ///< the grace is over: what is parsed now is dropped
     std::atomic<std::size_t> reportBytes{0}; ///< memory that unfinished reports hold
 };

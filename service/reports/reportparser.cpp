@@ -8,13 +8,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// Reports are five levels deep; more is an attack on whoever reads them later.
-constexpr qsizetype maxDepth = 32;
+constexpr std::size_t maxDepth = 16;
+
+/// A report of a long measurement has fewer than half as many.
+constexpr int maxElements = 40'000;
 
 /// Longest text kept in a column; the document keeps all of it.
 constexpr qsizetype maxColumn = 256;
@@ -130,6 +135,32 @@ const QHash<QString, Need> &knownElements()
     return elements;
 }
 
+/// The known elements and those around them, by name.
+struct Node
+{
+    std::map<QString, Node, std::less<>> children;
+    QString path;
+    std::optional<Need> need; ///< of a known element
+};
+
+const Node &knownTree()
+{
+    static const Node tree = [] {
+        Node root;
+        for (auto element = knownElements().cbegin(); element != knownElements().cend();
+             ++element) {
+            Node *node = &root;
+            for (const auto &name : element.key().split(u'/')) {
+                node = &node->children[name];
+            }
+            node->path = element.key();
+            node->need = *element;
+        }
+        return root;
+    }();
+    return tree;
+}
+
 /// Plain decimals only: QString::toLongLong would also take blanks and a plus sign.
 std::optional<qint64> decimal(const QString &text)
 {
@@ -143,8 +174,9 @@ std::optional<qint64> decimal(const QString &text)
 class Walk
 {
 public:
-    explicit Walk(const QString &document)
-        : m_reader(document)
+    Walk(const QString &document, const std::atomic<bool> &stop)
+        : m_stop(stop)
+        , m_reader(document)
     {}
 
     bool run();
@@ -157,10 +189,11 @@ private:
     bool leave();
     bool complete() const;
 
+    const std::atomic<bool> &m_stop;
     QXmlStreamReader m_reader;
-    QStringList m_path; ///< names below the root
-    QString m_text;     ///< of the known element that is open
-    bool m_inRoot = false;
+    std::vector<const Node *> m_open; ///< from the root on; null beyond the known tree
+    QString m_text;                   ///< of the known element that is open
+    int m_elements = 0;
     QHash<QString, QString> m_texts;
     QString m_hash;
 };
@@ -168,6 +201,9 @@ private:
 bool Walk::run()
 {
     while (!m_reader.atEnd()) {
+        if (m_stop) {
+            return false;
+        }
         switch (m_reader.readNext()) {
         case QXmlStreamReader::StartElement:
             if (!enter()) {
@@ -190,31 +226,36 @@ bool Walk::run()
 bool Walk::enter()
 {
     m_text.clear();
-    if (!m_inRoot) {
-        m_inRoot = true;
+    if (m_open.empty()) {
+        m_open.push_back(&knownTree());
         m_hash = m_reader.attributes().value(u"Hash"_s).toString();
         return m_reader.name() == u"PerformanceIPhone"_s;
     }
-    m_path += m_reader.name().toString();
-    // A known element holds text, no elements.
-    return m_path.size() <= maxDepth &&
-           !knownElements().contains(m_path.mid(0, m_path.size() - 1).join(u'/'));
+    const Node *parent = m_open.back();
+    if (parent && parent->need) {
+        // A known element holds text, no elements.
+        return false;
+    }
+    const Node *node = nullptr;
+    if (parent) {
+        const auto child = parent->children.find(m_reader.name());
+        node = child == parent->children.end() ? nullptr : &child->second;
+    }
+    m_open.push_back(node);
+    return m_open.size() <= maxDepth && ++m_elements <= maxElements;
 }
 
 bool Walk::leave()
 {
-    const QString path = m_path.join(u'/');
-    const auto known = knownElements().constFind(path);
-    if (known != knownElements().constEnd()) {
-        if (m_texts.contains(path) || (*known == Need::Number && !decimal(m_text))) {
+    const Node *node = m_open.back();
+    m_open.pop_back();
+    if (node && node->need) {
+        if (m_texts.contains(node->path) || (*node->need == Need::Number && !decimal(m_text))) {
             return false;
         }
-        m_texts.insert(path, m_text);
+        m_texts.insert(node->path, m_text);
     }
     m_text.clear();
-    if (!m_path.isEmpty()) {
-        m_path.removeLast();
-    }
     return true;
 }
 
@@ -284,16 +325,19 @@ void takePosition(const Walk &walk, Report &report)
 
 } // namespace
 
-std::variant<Report, ReportParser::Problem> ReportParser::parse(const QByteArray &received,
-                                                                const QString &salt)
+std::variant<Report, ReportParser::Problem>
+ReportParser::parse(const QByteArray &received, const QString &salt, const std::atomic<bool> &stop)
 {
+    if (stop) {
+        return Problem::Stopped;
+    }
     auto document = decode(received);
     if (!document) {
         return Problem::Damaged;
     }
-    Walk walk(*document);
+    Walk walk(*document, stop);
     if (!hasPlainTags(*document) || !walk.run()) {
-        return Problem::Damaged;
+        return stop ? Problem::Stopped : Problem::Damaged;
     }
     Report report;
     report.userId = walk.number(u"UserData/UserID"_s);

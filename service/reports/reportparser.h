@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 
+#include <atomic>
 #include <variant>
 
 /// Reads and checks what a client posted as its report. Pure functions, callable from every thread.
@@ -11,14 +12,16 @@ class ReportParser
 {
 public:
     enum class Problem {
-        Damaged,  ///< not well-formed, or an element missing, doubled or not what it must be
-        WrongHash ///< not made by a client that knows the salt
+        Damaged,   ///< not well-formed, or an element missing, doubled or not what it must be
+        WrongHash, ///< not made by a client that knows the salt
+        Stopped,   ///< nobody waits for the outcome any more
     };
 
     /// The tag that ends every report.
     static constexpr std::string_view closingTag = "</PerformanceIPhone>";
 
     /// @p received may be encoded twice. The document comes back decoded and otherwise as it was;
-    /// serverTime and publicIp are left to the caller.
-    static std::variant<Report, Problem> parse(const QByteArray &received, const QString &salt);
+    /// serverTime and publicIp are left to the caller. Ends soon after another thread set @p stop.
+    static std::variant<Report, Problem> parse(const QByteArray &received, const QString &salt,
+                                               const std::atomic<bool> &stop);
 };

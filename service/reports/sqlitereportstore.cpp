@@ -2,14 +2,15 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
+#include <algorithm>
 #include <array>
-#include <span>
 
 using namespace Qt::StringLiterals;
 
@@ -87,6 +88,15 @@ QString migrate(QSqlDatabase &database)
     return {};
 }
 
+/// Takes the file, and what SQLite keeps beside it, from the eyes of other users.
+bool keepPrivate(const QString &file)
+{
+    const auto owner = QFile::ReadOwner | QFile::WriteOwner;
+    return std::ranges::all_of(std::array{u""_s, u"-wal"_s, u"-shm"_s}, [&](const auto &suffix) {
+        return !QFile::exists(file + suffix) || QFile::setPermissions(file + suffix, owner);
+    });
+}
+
 /// Empty on success.
 QString prepare(QSqlDatabase &database, const QString &file)
 {
@@ -107,6 +117,9 @@ QString prepare(QSqlDatabase &database, const QString &file)
     }
     if (QString problem = migrate(database); !problem.isEmpty()) {
         return problem;
+    }
+    if (!keepPrivate(file)) {
+        return u"it cannot be hidden from other users"_s;
     }
     // A file on a read-only medium opens and fails at the first report; better now.
     if (!execute(database, u"BEGIN IMMEDIATE"_s) || !execute(database, u"ROLLBACK"_s)) {
@@ -304,7 +317,7 @@ void SqliteReportStore::work(const QString &file, QString *error, bool *opened)
             if (m_queue.empty()) {
                 break;
             }
-            std::deque<Job> batch;
+            std::vector<Job> batch;
             while (!m_queue.empty() && batch.size() < batchSize) {
                 batch.push_back(std::move(m_queue.front()));
                 m_queue.pop_front();
@@ -318,17 +331,34 @@ void SqliteReportStore::work(const QString &file, QString *error, bool *opened)
     QSqlDatabase::removeDatabase(name);
 }
 
-void SqliteReportStore::runBatch(QSqlDatabase &database, std::deque<Job> &batch)
+SqliteReportStore::Attempt SqliteReportStore::tryOnce(QSqlDatabase &database,
+                                                      std::span<const Job> jobs)
 {
-    bool good = execute(database, u"BEGIN"_s);
-    for (const auto &job : batch) {
-        good = good && job.run(database);
+    // Who reads first and wants to write then is refused at once when another has written.
+    const bool writes = std::ranges::any_of(jobs, &Job::writes);
+    if (!execute(database, writes ? u"BEGIN IMMEDIATE"_s : u"BEGIN"_s)) {
+        return Attempt::Held;
     }
-    good = good && execute(database, u"COMMIT"_s);
-    if (!good) {
-        execute(database, u"ROLLBACK"_s);
+    if (std::ranges::all_of(jobs, [&](const Job &job) { return job.run(database); }) &&
+        execute(database, u"COMMIT"_s)) {
+        return Attempt::Committed;
     }
+    execute(database, u"ROLLBACK"_s);
+    return Attempt::Failed;
+}
+
+void SqliteReportStore::runBatch(QSqlDatabase &database, std::span<const Job> batch)
+{
+    const bool together = tryOnce(database, batch) == Attempt::Committed;
+    bool held = false;
     for (const auto &job : batch) {
+        bool good = together;
+        // Another program that holds the file for so long is not waited for once per job.
+        if (!good && !(held && job.writes)) {
+            const auto attempt = tryOnce(database, {&job, 1});
+            good = attempt == Attempt::Committed;
+            held = held || attempt == Attempt::Held;
+        }
         job.finish(good);
     }
 }
@@ -350,7 +380,8 @@ void SqliteReportStore::findOrCreateUser(const QString &uuid,
                                          std::function<void(std::optional<User>)> done)
 {
     auto user = std::make_shared<std::optional<User>>();
-    enqueue({[uuid, user](QSqlDatabase &database) {
+    enqueue({true,
+             [uuid, user](QSqlDatabase &database) {
                  *user = findOrCreate(database, uuid);
                  return user->has_value();
              },
@@ -362,7 +393,8 @@ void SqliteReportStore::findOrCreateUser(const QString &uuid,
 void SqliteReportStore::storeReport(Report report, std::function<void(Outcome)> done)
 {
     auto outcome = std::make_shared<Outcome>(Outcome::Failed);
-    enqueue({[report = std::move(report), outcome](QSqlDatabase &database) {
+    enqueue({true,
+             [report = std::move(report), outcome](QSqlDatabase &database) {
                  *outcome = insert(database, report);
                  return *outcome != Outcome::Failed;
              },
@@ -375,7 +407,8 @@ void SqliteReportStore::reportsOfUser(qint64 userId, int limit,
                                       std::function<void(std::optional<UserReports>)> done)
 {
     auto reports = std::make_shared<std::optional<UserReports>>();
-    enqueue({[userId, limit, reports](QSqlDatabase &database) {
+    enqueue({false,
+             [userId, limit, reports](QSqlDatabase &database) {
                  *reports = select(database, userId, limit);
                  return reports->has_value();
              },
@@ -386,7 +419,8 @@ void SqliteReportStore::reportsOfUser(qint64 userId, int limit,
 
 void SqliteReportStore::ping(std::function<void(bool)> done)
 {
-    enqueue({[](QSqlDatabase &database) {
+    enqueue({false,
+             [](QSqlDatabase &database) {
                  return single(database, u"SELECT count(*) FROM users WHERE id = 0"_s).has_value();
              },
              std::move(done)});

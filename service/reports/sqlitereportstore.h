@@ -9,7 +9,9 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <span>
 #include <thread>
+#include <vector>
 
 /// The reports in one SQLite file, written and read by one thread of its own. Writes that wait at
 /// the same time share a transaction, and a callback comes after its commit: a report that was
@@ -35,10 +37,11 @@ public:
     void ping(std::function<void(bool)> done) override;
 
 private:
-    /// One operation: runs inside the transaction, true on success; then, or instead, it is told
-    /// how the whole went and calls its callback.
+    /// One operation: runs inside the transaction, true on success, and again when the transaction
+    /// it shared failed; in the end it is told how it went and calls its callback.
     struct Job
     {
+        bool writes;
         std::function<bool(QSqlDatabase &)> run;
         std::function<void(bool committed)> finish;
     };
@@ -46,7 +49,11 @@ private:
     SqliteReportStore() = default;
     void enqueue(Job job);
     void work(const QString &file, QString *error, bool *opened);
-    static void runBatch(QSqlDatabase &database, std::deque<Job> &batch);
+    enum class Attempt { Committed, Failed, Held /**< by another program */ };
+    static Attempt tryOnce(QSqlDatabase &database, std::span<const Job> jobs);
+
+    /// All in one transaction, or, when that fails, each in its own: one bad job fails alone.
+    static void runBatch(QSqlDatabase &database, std::span<const Job> batch);
 
     std::mutex m_mutex;
     std::condition_variable m_wake;

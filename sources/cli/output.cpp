@@ -24,6 +24,16 @@ void Output::write(const QByteArray &data)
     drain(Wait::Yes);
 }
 
+void Output::line(const QString &text)
+{
+    QString printable = text;
+    printable.removeIf([](QChar character) {
+        return character.category() == QChar::Other_Control && character != u'\t' &&
+               character != u'\n';
+    });
+    write(printable.toUtf8() + '\n');
+}
+
 void Output::post(const QByteArray &data)
 {
     pending += data;

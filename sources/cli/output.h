@@ -18,8 +18,9 @@ public:
     /// As post(), but drops @p data when it could not be written at once.
     void offer(const QByteArray &data);
 
-    /// One line of text.
-    void line(const QString &text) { write(text.toUtf8() + '\n'); }
+    /// Writes @p text as a line, without its control characters: a text from outside must not
+    /// steer the terminal. Tabulators and line feeds stay.
+    void line(const QString &text);
 
     /// What went wrong in one sentence, empty when nothing did. A reader that has gone is not
     /// wrong.

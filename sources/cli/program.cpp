@@ -17,11 +17,14 @@
 #include "utils/sockets.h"
 #include "utils/utils.h"
 
-#include <QFileInfo>
+#include <QFile>
 #include <QSettings>
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
+
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -155,7 +158,7 @@ void Program::runTests()
 
 void Program::resendReports()
 {
-    if (storeExists() && !openStore())
+    if (!openStoreIfThere())
         return end(storeFailure());
     if (!gDB->isOpen() || gDB->countUnsentXMLFiles() == 0) {
         out.line(tr("No report waits."));
@@ -190,14 +193,19 @@ ExitStatus Program::startSeries()
 
 // ---- The store
 
-bool Program::storeExists() const
-{
-    return QFileInfo::exists(DatabaseManager::databaseFile());
-}
-
 bool Program::openStore()
 {
     return gDB->isOpen() || gDB->openDB();
+}
+
+bool Program::openStoreIfThere()
+{
+    // Who only looks leaves no empty store behind. Only a missing file is an empty store: a path
+    // that leads through a file or a closed directory is a mistake.
+    const QByteArray file = QFile::encodeName(DatabaseManager::databaseFile());
+    if (::access(file.constData(), F_OK) != 0)
+        return errno == ENOENT;
+    return openStore();
 }
 
 ExitStatus Program::storeFailure()
@@ -209,8 +217,7 @@ ExitStatus Program::storeFailure()
 
 std::vector<std::unique_ptr<DBTestResults>> Program::storedTests(int limit, bool *ok)
 {
-    // Who only looks leaves no empty store behind.
-    *ok = !storeExists() || openStore();
+    *ok = openStoreIfThere();
     if (!gDB->isOpen())
         return {};
     auto rows = gDB->getAllResults();

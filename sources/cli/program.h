@@ -58,7 +58,8 @@ private:
     bool createRunner();
     bool openStore();
     ExitStatus storeFailure();
-    bool storeExists() const;
+    /// False when there is a store that cannot be opened, or can be none; see gDB->isOpen().
+    bool openStoreIfThere();
     /// The newest first; at most @p limit, 0 for all.
     std::vector<std::unique_ptr<DBTestResults>> storedTests(int limit, bool *ok);
     TestSummary summaryOf(const DBTestResults &row) const;

@@ -137,6 +137,9 @@ void TestRunner::testEnded(const TestOutcome &outcome)
     printer.ended(TestSummary::ofTest(*controller, record), ended, message);
     if (!message.isEmpty())
         progress.message(message);
+    // A stop keeps its status; that what the test had is lost must be said all the same.
+    if (outcome.storeFailed && ended != ExitStatus::Store)
+        progress.message(storeFailure());
     warnOfUndelivered(outcome);
 
     if (status == ExitStatus::Done || seriesStopped)
@@ -151,14 +154,19 @@ void TestRunner::testEnded(const TestOutcome &outcome)
 void TestRunner::resendEnded(const TestOutcome &outcome)
 {
     using End = TestOutcome::End;
-    if (outcome.end == End::Stopped && stopStatus)
+    if (outcome.storeFailed)
+        status = ExitStatus::Store;
+    else if (outcome.end == End::Stopped && stopStatus)
         status = *stopStatus;
     else if (outcome.resent >= waitingBefore)
         status = ExitStatus::Done;
     else
         status = outcome.answered ? ExitStatus::Broken : ExitStatus::Unreachable;
 
-    if (status == ExitStatus::Broken)
+    if (status == ExitStatus::Store)
+        progress.message(
+            tr("The reports in %1 cannot be written.").arg(DatabaseManager::databaseFile()));
+    else if (status == ExitStatus::Broken)
         progress.message(tr("The service did not take every report."));
     else if (status == ExitStatus::Unreachable)
         progress.message(tr("The service cannot be reached."));
@@ -186,6 +194,11 @@ ExitStatus TestRunner::statusOf(const TestOutcome &outcome, const TestResults *r
     Q_UNREACHABLE();
 }
 
+QString TestRunner::storeFailure()
+{
+    return tr("The test could not be stored in %1.").arg(DatabaseManager::databaseFile());
+}
+
 QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) const
 {
     switch (ended) {
@@ -195,8 +208,7 @@ QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) co
                   "same.");
     case ExitStatus::Interrupted:
     case ExitStatus::Terminated: return tr("The test was stopped.");
-    case ExitStatus::Store:
-        return tr("The test could not be stored in %1.").arg(DatabaseManager::databaseFile());
+    case ExitStatus::Store: return storeFailure();
     case ExitStatus::Broken:
     case ExitStatus::Unreachable:
     case ExitStatus::Usage: break;

@@ -79,6 +79,7 @@ private:
     void phaseEntered(TestController::Phase phase);
     void testEnded(const TestOutcome &outcome);
     void resendEnded(const TestOutcome &outcome);
+    static QString storeFailure();
     QString failureText(const TestOutcome &outcome, ExitStatus status) const;
     void warnOfUndelivered(const TestOutcome &outcome);
     void showProgress();

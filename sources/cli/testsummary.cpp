@@ -56,15 +56,18 @@ TestSummary::Throughput throughput(const Result *result)
     TestSummary::Throughput phase;
     if (!result)
         return phase;
-    phase.averageRate = atLeast(0, result->getRateAvg());
-    phase.minimumRate = atLeast(0, result->getRateMin());
-    phase.maximumRate = atLeast(0, result->getRateMax());
+    phase.valid = result->isValid();
+    // Bytes over time are no rate of the link when the stream was refused: they are an error page.
+    if (result->isValid()) {
+        phase.averageRate = atLeast(0, result->getRateAvg());
+        phase.minimumRate = atLeast(0, result->getRateMin());
+        phase.maximumRate = atLeast(0, result->getRateMax());
+    }
     phase.bytes = result->getAllBytesTransfered();
     phase.duration = atLeast(0, result->getRealDuration());
     phase.connectTime = atLeast(0, result->getConnectTime());
     phase.firstByteTime = atLeast(0, result->getGetTime());
     phase.longestPause = atLeast(0, result->getMaxPause());
-    phase.valid = result->isValid();
 
     const IntervalTable &table = result->getIntervallValuesByte();
     const auto intervals = std::min<qsizetype>(table.size(), maxIntervals);
@@ -120,6 +123,12 @@ TestSummary::Server server(const TestServer &from)
             from.getPort()};
 }
 
+/// No receiver is exact: 0 and below say that the accuracy is not known.
+Real accuracy(double metres)
+{
+    return metres > 0 ? realAtLeast(0, metres) : Real();
+}
+
 /// The details of a stored test, asked with the unknown in mind.
 class Details
 {
@@ -160,20 +169,14 @@ public:
         const double altitude = details->getDouble(u"deviceAltitude"_s);
         if (altitude != -1.0 && std::isfinite(altitude))
             where.altitude = altitude;
-        where.horizontalAccuracy = aboveZero(u"deviceAccuracyHor"_s);
-        where.verticalAccuracy = aboveZero(u"deviceAccuracyVert"_s);
+        where.horizontalAccuracy = accuracy(details->getDouble(u"deviceAccuracyHor"_s));
+        where.verticalAccuracy = accuracy(details->getDouble(u"deviceAccuracyVert"_s));
         where.velocity = real(u"deviceVelocity"_s, 0);
         where.distance = real(u"deviceDistance"_s, 0);
         return where;
     }
 
 private:
-    Real aboveZero(const QString &key) const
-    {
-        const Real value = real(key, 0);
-        return value && *value > 0 ? value : Real();
-    }
-
     const TestDetails *details;
 };
 
@@ -303,8 +306,8 @@ std::optional<TestSummary::Position> TestSummary::positionOf(const LocationHelpe
     position.longitude = helper.getLongitude().toDouble();
     if (helper.getLocationStatus() == 2)
         position.altitude = helper.getAltitude().toDouble();
-    position.horizontalAccuracy = realAtLeast(0, helper.getAccuracyHor().toDouble());
-    position.verticalAccuracy = realAtLeast(0, helper.getAccuracyVert().toDouble());
+    position.horizontalAccuracy = accuracy(helper.getAccuracyHor().toDouble());
+    position.verticalAccuracy = accuracy(helper.getAccuracyVert().toDouble());
     return position;
 }
 

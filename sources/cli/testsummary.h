@@ -26,7 +26,7 @@ struct TestSummary
 
     struct Throughput
     {
-        Number averageRate, minimumRate, maximumRate;
+        Number averageRate, minimumRate, maximumRate; ///< none of a phase that is not valid
         Number bytes;
         Number duration, connectTime, firstByteTime, longestPause;
         Flag valid;

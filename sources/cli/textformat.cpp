@@ -128,7 +128,8 @@ QString reportText(const TestSummary::Report &report)
 /// "93.2 Mbit/s (80.1 Mbit/s to 99.0 Mbit/s), 81.50 MB"
 QString throughputText(const TestSummary::Number &average, const TestSummary::Throughput &phase)
 {
-    QString text = TextFormat::rate(average);
+    const bool measured = phase.valid.value_or(true);
+    QString text = measured ? TextFormat::rate(average) : TextFormat::tr("not measured");
     if (phase.minimumRate && phase.maximumRate) {
         text += u" (%1)"_s.arg(
             TextFormat::tr("%1 to %2")
@@ -136,8 +137,6 @@ QString throughputText(const TestSummary::Number &average, const TestSummary::Th
     }
     if (phase.bytes)
         text += ", "_L1 + TextFormat::megabytes(phase.bytes);
-    if (phase.valid && !*phase.valid)
-        text += ", "_L1 + TextFormat::tr("not valid");
     return text;
 }
 

@@ -24,20 +24,46 @@ namespace {
 const QString fileName = u"orvakVelometer.db.sqlite"_s;
 constexpr double mebiPerKibi = 0.0009765625;
 
-/// A transaction that a failed statement does not end: what was stored stays, as without it.
+/// A transaction that a failed statement does not end: what the others stored is kept by commit().
+/// Without commit() all of it is undone.
 class Transaction
 {
 public:
     explicit Transaction(QSqlDatabase &connection)
         : db(connection)
+        , open(run(u"BEGIN IMMEDIATE"_s))
+    {}
+    ~Transaction()
     {
-        QSqlQuery(db).exec(u"BEGIN IMMEDIATE"_s);
+        if (open)
+            run(u"ROLLBACK"_s);
     }
-    ~Transaction() { QSqlQuery(db).exec(u"COMMIT"_s); }
     Q_DISABLE_COPY_MOVE(Transaction)
 
+    bool isOpen() const { return open; }
+
+    /// True once everything is on the disk.
+    bool commit()
+    {
+        const bool committed = open && run(u"COMMIT"_s);
+        if (committed)
+            open = false;
+        return committed;
+    }
+
 private:
+    bool run(const QString &statement)
+    {
+        QSqlQuery query(db);
+        const bool done = query.exec(statement);
+        if (!done)
+            Utils::addLogEntry(u"ERROR: %1 %2"_s.arg(query.lastError().databaseText(),
+                                                     query.lastError().driverText()));
+        return done;
+    }
+
     QSqlDatabase &db;
+    bool open;
 };
 
 QString wholeNumber(double value)
@@ -125,8 +151,10 @@ bool DatabaseManager::openDB()
     // Readers of another program do not stop a writer, and what is committed survives a power cut.
     execute(u"PRAGMA journal_mode=WAL"_s);
     execute(u"PRAGMA synchronous=FULL"_s);
-    checkDatabase();
-    return true;
+    if (checkDatabase())
+        return true;
+    db.close();
+    return false;
 }
 
 bool DatabaseManager::isOpen() const
@@ -137,13 +165,18 @@ bool DatabaseManager::isOpen() const
 bool DatabaseManager::deleteDB()
 {
     db.close();
-    return QFile::remove(databaseFile());
+    const QString file = databaseFile();
+    // What another program's connection has left beside it would come back in the next database.
+    QFile::remove(file + "-wal"_L1);
+    QFile::remove(file + "-shm"_L1);
+    return QFile::remove(file);
 }
 
 void DatabaseManager::resetDB()
 {
-    const Transaction transaction(db);
+    Transaction transaction(db);
     recreateTables();
+    transaction.commit();
 }
 
 QSqlError DatabaseManager::lastError() const
@@ -157,26 +190,34 @@ bool DatabaseManager::execute(const QString &statement)
 }
 
 // One transaction: a program that starts at the same moment, or a kill, sees all of it or nothing.
-void DatabaseManager::checkDatabase()
+// A version that cannot be read is no other version: only one that was read may wipe.
+bool DatabaseManager::checkDatabase()
 {
-    const Transaction transaction(db);
+    Transaction transaction(db);
     Utils::addLogEntry(u"checkDatabase()"_s);
-    if (db.tables().filter(u"version"_s).isEmpty()) {
+    QSqlQuery query(db);
+    if (!transaction.isOpen() || !query.exec(COUNT_VERSION_TABLES) || !query.next())
+        return false;
+    if (query.value(0).toInt() == 0) {
+        query.finish();
         Utils::addLogEntry(u"Create Version Table..."_s);
         execute(CREATE_TABLE_VERSION);
         updateVersion();
         recreateTables();
-        return;
+        return transaction.commit();
     }
-    QSqlQuery query(db);
-    query.exec(SELECT_VERSION);
+    if (!query.exec(SELECT_VERSION))
+        return false;
     const int version = query.next() ? query.value(0).toInt() : -1;
+    if (query.lastError().isValid())
+        return false;
     query.finish();
     Utils::addLogEntry(u"Database Version: %1"_s.arg(version));
     if (version != schemaVersion) {
         updateVersion();
         recreateTables();
     }
+    return transaction.commit();
 }
 
 void DatabaseManager::updateVersion()
@@ -241,7 +282,7 @@ qulonglong DatabaseManager::storeTestResults(const TestResults *results)
 bool DatabaseManager::storeTestDetails(const TestDetails *details)
 {
     Utils::addLogEntry(u"storeTestDetails()"_s);
-    const Transaction transaction(db);
+    Transaction transaction(db);
     const QString id = QString::number(details->getMyTestId());
     execute(QString(DELETE_FROM_TESTDETAILS).arg(id));
 
@@ -280,7 +321,7 @@ bool DatabaseManager::storeTestDetails(const TestDetails *details)
             stored = false;
         }
     }
-    return stored;
+    return transaction.commit() && stored;
 }
 
 std::unique_ptr<DBTestResults> DatabaseManager::getResultsById(qulonglong id)

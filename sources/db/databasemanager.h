@@ -45,7 +45,7 @@ public:
     static QString databaseFile();
 
     /// Opens the file, creating directory and tables as needed. Tables of another version are
-    /// wiped. False when the file cannot be opened or written.
+    /// wiped. False, and nothing is wiped, when the file cannot be opened, read or written.
     bool openDB();
     bool isOpen() const;
     /// Closes the database and removes its file.
@@ -84,7 +84,7 @@ public:
     int countUnsentXMLFiles();
 
 private:
-    void checkDatabase();
+    bool checkDatabase();
     void updateVersion();
     void recreateTables();
     bool execute(const QString &statement);

@@ -9,6 +9,8 @@ using namespace Qt::StringLiterals;
 
 inline constexpr int schemaVersion = 6;
 
+inline constexpr auto COUNT_VERSION_TABLES =
+    "SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name LIKE '%version%'"_L1;
 inline constexpr auto CREATE_TABLE_VERSION = "CREATE TABLE version (v integer)"_L1;
 inline constexpr auto DELETE_FROM_VERSION = "DELETE FROM version"_L1;
 inline constexpr auto INSERT_INTO_VERSION = "INSERT INTO version VALUES(%1)"_L1;

@@ -19,6 +19,8 @@
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
+#include <QLockFile>
+#include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
 
@@ -32,6 +34,8 @@ constexpr int testduration = 7; ///< s, of the download and of the upload
 constexpr int requestTimeout = 10000;
 constexpr int reachabilityTimeout = 10000;
 constexpr int logEntryTimeout = 3000;
+/// Ids are drawn in a moment; a program that hangs while it does must not keep the others.
+constexpr int idLockTimeout = 200;
 /// The check that follows the fifth is not looked at any more.
 constexpr int maxReachabilityRetries = 5;
 
@@ -41,6 +45,13 @@ constexpr qlonglong maxId = qlonglong(1) << 53;
 qlonglong plausibleId(qlonglong id, qlonglong minimum)
 {
     return id < minimum || id > maxId ? minimum : id;
+}
+
+/// Beside the settings it guards.
+QString idLockFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           "/orvak/ids.lock"_L1;
 }
 
 QString described(const NetworkConfiguration &configuration)
@@ -95,6 +106,8 @@ void TestController::initializeTestServer()
     // The settings are a file that anyone may edit, and the host goes into requests as it is.
     if (!Endpoint::parse(Endpoint::bracketed(hostname), 0))
         hostname.clear();
+    if (port.toInt() > 65535)
+        port = u"0"_s;
 
     if (hostname.isEmpty() || port.isEmpty()) {
         const int mcc = networkinfohelper->getMcc().trimmed().toInt();
@@ -203,6 +216,7 @@ void TestController::prepare()
     testResults = nullptr;
     xmldata.reset();
     outcome = TestOutcome();
+    concluded = false;
     testScope = std::make_unique<QObject>();
     running = true;
 }
@@ -306,7 +320,10 @@ void TestController::connectionError(NetworkSession::SessionError error)
             queuePartialReport();
         }
     }
-    endTest(TestOutcome::End::NoNetwork, tr("noConnectionText"));
+    if (concluded)
+        endTest(TestOutcome::End::Completed);
+    else
+        endTest(TestOutcome::End::NoNetwork, tr("noConnectionText"));
 }
 
 void TestController::checkReachability()
@@ -360,9 +377,16 @@ void TestController::userIdAnswered(bool ok, const QString &body)
 
 void TestController::requestInitialise()
 {
-    createRecord();
-    setObserverInformation();
-    saveUserSettings();
+    {
+        // Another program of the family may draw its ids at this moment, from the same settings.
+        QLockFile lock(idLockFile());
+        lock.tryLock(idLockTimeout);
+        if (Utils::getSettingsCommonValue(u"UserId"_s).toLongLong() == userid)
+            loadIds();
+        createRecord();
+        setObserverInformation();
+        saveUserSettings();
+    }
     request("GET /velometer/initialise.php?logtraffic=0.1&"_L1 +
             testParameters(*this, TestIdOffset::initialise) + " HTTP/1.1\r\nHost: "_L1 +
             testServer->getHostHeader() + "\r\nConnection: Close\r\n\r\n"_L1);
@@ -531,6 +555,7 @@ void TestController::storeAndResubmit()
 
 void TestController::storeTest()
 {
+    concluded = true;
     const auto details = testResults->getDetailsResults(this);
     const qulonglong id = gDB->storeTestResults(testResults);
     testResults->setMyTestId(static_cast<qlonglong>(id));
@@ -630,7 +655,7 @@ void TestController::keepUnfinishedTest()
         if (teststatus == Phase::Submit)
             queueReport(); // its answer is not waited for any more; the service takes a report once
         storeTest();
-    } else if (testResults->getMyTestId() == 0) {
+    } else if (!concluded) {
         queuePartialReport();
     }
 }

@@ -191,6 +191,8 @@ private:
     Phase teststatus = Phase::Init;
 
     bool running = false;
+    /// The record is complete: stored, its report delivered or queued.
+    bool concluded = false;
     /// Where the log entry that is being taken leads.
     Phase afterLogEntry = Phase::Init;
     /// Silences what the current phase has under way.

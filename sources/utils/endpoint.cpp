@@ -19,7 +19,10 @@ std::optional<int> parsePort(QStringView text)
 
 bool isIpv6(const QString &text)
 {
-    return QHostAddress(text).protocol() == QAbstractSocket::IPv6Protocol;
+    // A scope id may be anything to QHostAddress; it goes into requests and statements.
+    static const QRegularExpression literal(u"^[0-9A-Fa-f:.]+(%[A-Za-z0-9._-]{1,16})?$"_s);
+    return literal.match(text).hasMatch() &&
+           QHostAddress(text).protocol() == QAbstractSocket::IPv6Protocol;
 }
 
 std::optional<Endpoint> checked(const QString &host, std::optional<int> port)

@@ -1,5 +1,6 @@
 #include "utils/sockets.h"
 
+#include <QNetworkProxy>
 #include <QTcpSocket>
 
 #include <netinet/in.h>
@@ -27,7 +28,11 @@ void Sockets::setProtocol(QAbstractSocket::NetworkLayerProtocol protocol)
 
 void Sockets::connectToHost(QTcpSocket &socket, const QString &host, int port)
 {
-    socket.connectToHost(host, static_cast<quint16>(port), QIODevice::ReadWrite, chosenProtocol);
+    // Through a proxy we would measure the proxy.
+    socket.setProxy(QNetworkProxy::NoProxy);
+    const bool possible = port >= 1 && port <= 65535;
+    socket.connectToHost(host, static_cast<quint16>(possible ? port : 0), QIODevice::ReadWrite,
+                         chosenProtocol);
 }
 
 void Sockets::release(QTcpSocket *&socket, const QObject *receiver)

@@ -13,8 +13,9 @@ namespace Sockets {
 /// Restricts every later connectToHost to IPv4 or IPv6; AnyIPProtocol lifts the restriction.
 void setProtocol(QAbstractSocket::NetworkLayerProtocol protocol);
 
-/// Connects for reading and writing with the protocol chosen by setProtocol; names resolve
-/// asynchronously. A port outside 1 to 65535 ends in the socket's error signal like a dead port.
+/// Connects for reading and writing, directly and with the protocol chosen by setProtocol; names
+/// resolve asynchronously. A port outside 1 to 65535 ends in the socket's error signal like a dead
+/// port.
 void connectToHost(QTcpSocket &socket, const QString &host, int port);
 
 /// Drops @p socket at once: it signals @p receiver no more, and may itself be the sender of the

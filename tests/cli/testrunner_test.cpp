@@ -7,6 +7,7 @@
 #include "data/testservertable.h"
 #include "db/databasemanager.h"
 #include "support/fakeplatform.h"
+#include "support/rows.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
@@ -25,7 +26,6 @@ using End = TestOutcome::End;
 using Format = CommandLine::Format;
 
 Q_DECLARE_METATYPE(ExitStatus)
-Q_DECLARE_METATYPE(TestOutcome)
 
 /// A runner on a device without a network: its tests end at once, without any traffic.
 class Run
@@ -99,119 +99,98 @@ private Q_SLOTS:
     void init() { Utils::setSettingsCommonValue(u"UserId"_s, QString()); }
     void cleanupTestCase() { delete std::exchange(gDB, nullptr); }
 
-    void goesOnAfterAFailedTest();
-    void streamsOneEndForEachTest();
-    void refusesToRoam();
-    void endsAtOnceBetweenTests();
-    void judgesATest_data();
-    void judgesATest();
+    void goesOnAfterAFailedTest()
+    {
+        Run run({u"Train"_s, 3, 0, false}, Format::Json);
+        run.runner->start();
+        QVERIFY(run.endsWith(ExitStatus::Unreachable));
+        QCOMPARE(run.platform.session.openCalls, 3);
+        const auto lines = run.lines();
+        QCOMPARE(lines.size(), 3);
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(lines[i].value("schedule"_L1), u"%1,3,0"_s.arg(i + 1));
+            QCOMPARE(lines[i].value("location"_L1), u"Train"_s);
+        }
+    }
+
+    void streamsOneEndForEachTest()
+    {
+        Run run({u"Unknown"_s, 2, 0, false}, Format::JsonStream);
+        run.runner->start();
+        QVERIFY(run.endsWith(ExitStatus::Unreachable));
+        QStringList events;
+        for (const QJsonObject &line : run.lines())
+            events += line.value("event"_L1).toString() + line.value("phase"_L1).toString();
+        const QStringList one{u"phaseinit"_s, u"phasenetwork_session"_s, u"error"_s};
+        QCOMPARE(events, one + one);
+        QCOMPARE(run.lines().last().value("status"_L1), 5);
+    }
+
+    void refusesToRoam()
+    {
+        for (const bool allowed : {false, true}) {
+            Run run({u"Unknown"_s, 1, 0, allowed}, Format::Json);
+            run.platform.network.setMode(NetworkMode::Lte);
+            run.platform.network.setStatus(NetworkMode::Lte, NetworkStatus::Roaming);
+            run.runner->start();
+            QVERIFY(run.endsWith(allowed ? ExitStatus::Unreachable : ExitStatus::Refused));
+            QCOMPARE(run.platform.session.openCalls, allowed ? 1 : 0);
+            QCOMPARE(run.messages().contains("--allow-roaming"), !allowed);
+        }
+    }
+
+    void endsAtOnceBetweenTests()
+    {
+        Run run({u"Unknown"_s, 2, 604'800, false}, Format::Json);
+        run.runner->start();
+        QTRY_COMPARE(run.lines().size(), 1);
+        QVERIFY(run.finished->isEmpty());
+        run.runner->stop(ExitStatus::Terminated);
+        QVERIFY(run.endsWith(ExitStatus::Terminated));
+        QCOMPARE(run.platform.session.openCalls, 1);
+    }
+
+    void judgesATest_data()
+    {
+        const Rows<End, bool, int, int, ExitStatus> row("end", "storeFailed", "downloadMs",
+                                                        "responseTime", "status");
+        row("nine tenths of the time", End::Completed, false, 6300, 5, ExitStatus::Done);
+        row("cut short", End::Completed, false, 6299, 5, ExitStatus::Broken);
+        row("no download", End::Completed, false, 0, 5, ExitStatus::Broken);
+        row("no round trip", End::Completed, false, 7000, -1, ExitStatus::Broken);
+        row("not stored", End::Completed, true, 7000, 5, ExitStatus::Store);
+        row("refused", End::Refused, false, 7000, 5, ExitStatus::Broken);
+        row("no network", End::NoNetwork, false, 0, -1, ExitStatus::Unreachable);
+        row("no server", End::ServerUnreachable, false, 0, -1, ExitStatus::Unreachable);
+    }
+    void judgesATest()
+    {
+        QFETCH(End, end);
+        QFETCH(bool, storeFailed);
+        QFETCH(int, downloadMs);
+        QFETCH(int, responseTime);
+        QFETCH(ExitStatus, status);
+        IntervalTable values;
+        for (int i = 0; i < 70; ++i)
+            values.insert(i, 1000);
+        const auto throughput = [&](int ms, Result::Type type, QObject *parent) {
+            return new Result(80, 7, ms * 1'000'000LL, 70'000, values, values, 0, 0, 0, type,
+                              parent);
+        };
+        TestOutcome outcome;
+        outcome.end = end;
+        outcome.storeFailed = storeFailed;
+        TestResults record(1, 1, nullptr);
+        if (downloadMs > 0)
+            record.setDownloadResult(throughput(downloadMs, Result::Download, &record));
+        record.setUploadResult(throughput(7100, Result::Upload, &record));
+        record.setRTTResult(new Result(80, QHash<int, int>{{1, responseTime}}, &record));
+        QCOMPARE(TestRunner::statusOf(outcome, &record), status);
+    }
 
 private:
     QTemporaryDir directory;
 };
-
-void TestRunnerTest::goesOnAfterAFailedTest()
-{
-    Run run({u"Train"_s, 3, 0, false}, Format::Json);
-    run.runner->start();
-    QVERIFY(run.endsWith(ExitStatus::Unreachable));
-    QCOMPARE(run.platform.session.openCalls, 3);
-    const auto lines = run.lines();
-    QCOMPARE(lines.size(), 3);
-    for (int i = 0; i < 3; ++i) {
-        QCOMPARE(lines[i].value("schedule"_L1), u"%1,3,0"_s.arg(i + 1));
-        QCOMPARE(lines[i].value("location"_L1), u"Train"_s);
-        QVERIFY(lines[i].value("test_id"_L1).isNull());
-    }
-}
-
-void TestRunnerTest::streamsOneEndForEachTest()
-{
-    Run run({u"Unknown"_s, 2, 0, false}, Format::JsonStream);
-    run.runner->start();
-    QVERIFY(run.endsWith(ExitStatus::Unreachable));
-    QStringList events;
-    for (const QJsonObject &line : run.lines()) {
-        const QString event = line.value("event"_L1).toString();
-        events.append(event == "phase"_L1 ? line.value("phase"_L1).toString() : event);
-        if (event == "error"_L1) {
-            QCOMPARE(line.value("status"_L1), 5);
-            QVERIFY(!line.value("message"_L1).toString().isEmpty());
-        }
-    }
-    const QStringList one{u"init"_s, u"network_session"_s, u"error"_s};
-    QCOMPARE(events, one + one);
-}
-
-void TestRunnerTest::refusesToRoam()
-{
-    for (const bool allowed : {false, true}) {
-        Run run({u"Unknown"_s, 1, 0, allowed}, Format::Json);
-        run.platform.network.setMode(NetworkMode::Lte);
-        run.platform.network.setStatus(NetworkMode::Lte, NetworkStatus::Roaming);
-        run.runner->start();
-        QVERIFY(run.endsWith(allowed ? ExitStatus::Unreachable : ExitStatus::Refused));
-        QCOMPARE(run.platform.session.openCalls, allowed ? 1 : 0);
-        QCOMPARE(run.messages().contains("--allow-roaming"), !allowed);
-    }
-}
-
-void TestRunnerTest::endsAtOnceBetweenTests()
-{
-    Run run({u"Unknown"_s, 2, 604'800, false}, Format::Json);
-    run.runner->start();
-    QTRY_COMPARE(run.lines().size(), 1);
-    QVERIFY(run.finished->isEmpty());
-    run.runner->stop(ExitStatus::Terminated);
-    QVERIFY(run.endsWith(ExitStatus::Terminated));
-    QCOMPARE(run.platform.session.openCalls, 1);
-}
-
-void TestRunnerTest::judgesATest_data()
-{
-    QTest::addColumn<TestOutcome>("outcome");
-    QTest::addColumn<int>("downloadMs");
-    QTest::addColumn<int>("responseTime");
-    QTest::addColumn<ExitStatus>("status");
-
-    const auto ended = [](End end, bool storeFailed = false) {
-        TestOutcome outcome;
-        outcome.end = end;
-        outcome.storeFailed = storeFailed;
-        return outcome;
-    };
-    const auto complete = ended(End::Completed);
-    QTest::newRow("whole") << complete << 7000 << 5 << ExitStatus::Done;
-    QTest::newRow("nine tenths of the time") << complete << 6300 << 5 << ExitStatus::Done;
-    QTest::newRow("cut short") << complete << 6299 << 5 << ExitStatus::Broken;
-    QTest::newRow("no download") << complete << 0 << 5 << ExitStatus::Broken;
-    QTest::newRow("no round trip") << complete << 7000 << -1 << ExitStatus::Broken;
-    QTest::newRow("not stored") << ended(End::Completed, true) << 7000 << 5 << ExitStatus::Store;
-    QTest::newRow("refused") << ended(End::Refused) << 7000 << 5 << ExitStatus::Broken;
-    QTest::newRow("no network") << ended(End::NoNetwork) << 0 << -1 << ExitStatus::Unreachable;
-    QTest::newRow("no server") << ended(End::ServerUnreachable) << 0 << -1
-                               << ExitStatus::Unreachable;
-}
-
-void TestRunnerTest::judgesATest()
-{
-    QFETCH(TestOutcome, outcome);
-    QFETCH(int, downloadMs);
-    QFETCH(int, responseTime);
-    QFETCH(ExitStatus, status);
-    IntervalTable values;
-    for (int i = 0; i < 70; ++i)
-        values.insert(i, 1000);
-    const auto throughput = [&](int ms, Result::Type type, QObject *parent) {
-        return new Result(80, 7, ms * 1'000'000LL, 70'000, values, values, 0, 0, 0, type, parent);
-    };
-    TestResults record(1, 1, nullptr);
-    if (downloadMs > 0)
-        record.setDownloadResult(throughput(downloadMs, Result::Download, &record));
-    record.setUploadResult(throughput(7100, Result::Upload, &record));
-    record.setRTTResult(new Result(80, QHash<int, int>{{1, responseTime}}, &record));
-    QCOMPARE(TestRunner::statusOf(outcome, &record), status);
-}
 
 QTEST_GUILESS_MAIN(TestRunnerTest)
 #include "testrunner_test.moc"

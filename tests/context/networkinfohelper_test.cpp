@@ -1,245 +1,126 @@
 #include "context/networkinfohelper.h"
 
-#include "platform/scriptedplatform.h"
 #include "support/fakeplatform.h"
-#include "utils/utils.h"
+#include "support/rows.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
-namespace {
-
-qsizetype logged(const QString &text)
-{
-    return Utils::getLogEntries().count(u": %1\r\n"_s.arg(text));
-}
-
-void poll(NetworkInfoHelper &helper)
-{
-    QMetaObject::invokeMethod(helper.findChild<QTimer *>(), "timeout", Qt::DirectConnection);
-}
-
-} // namespace
 
 class NetworkInfoHelperTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void namesTheMode_data();
-    void namesTheMode();
-    void fillsEveryFieldAtOnce();
-    void wlanOverridesTheMobileMode();
-    void roamsByStatusAlone_data();
-    void roamsByStatusAlone();
-    void keepsSignalsApart();
-    void pollsCellAndArea();
-    void cleansTextsFromOutside();
-    void followsAScript();
-};
-
-void NetworkInfoHelperTest::namesTheMode_data()
-{
-    QTest::addColumn<NetworkMode>("mode");
-    QTest::addColumn<int>("cell");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("Unknown") << NetworkMode::Unknown << 123456 << u"Unknown"_s;
-    QTest::newRow("GSM, no cell") << NetworkMode::Gsm << -1 << u"GsmMode"_s;
-    QTest::newRow("GSM, 5 digits") << NetworkMode::Gsm << 65535 << u"GsmMode"_s;
-    QTest::newRow("GSM, 6 digits") << NetworkMode::Gsm << 100000 << u"WcdmaMode"_s;
-    QTest::newRow("WCDMA, no cell") << NetworkMode::Wcdma << -1 << u"GsmMode"_s;
-    QTest::newRow("WCDMA, 5 digits") << NetworkMode::Wcdma << 12345 << u"GsmMode"_s;
-    QTest::newRow("WCDMA, 6 digits") << NetworkMode::Wcdma << 123456 << u"WcdmaMode"_s;
-    QTest::newRow("CDMA") << NetworkMode::Cdma << 123456 << u"CdmaMode"_s;
-    QTest::newRow("WLAN without connection") << NetworkMode::Wlan << 1 << u"WlanMode"_s;
-    QTest::newRow("Ethernet") << NetworkMode::Ethernet << -1 << u"EthernetMode"_s;
-    QTest::newRow("Bluetooth") << NetworkMode::Bluetooth << -1 << u"BluetoothMode"_s;
-    QTest::newRow("WiMAX") << NetworkMode::Wimax << 1 << u"WimaxMode"_s;
-    QTest::newRow("LTE, short cell") << NetworkMode::Lte << 12345 << u"LteMode"_s;
-    QTest::newRow("NR, short cell") << NetworkMode::Nr << 1 << u"NrMode"_s;
-    QTest::newRow("no such mode") << static_cast<NetworkMode>(77) << 123456 << u"Unknown"_s;
-}
-
-void NetworkInfoHelperTest::namesTheMode()
-{
-    QFETCH(NetworkMode, mode);
-    QFETCH(int, cell);
-    FakePlatform platform;
-    platform.network.cell = cell;
-    NetworkInfoHelper helper(platform, nullptr);
-    platform.network.setMode(mode);
-    QTEST(helper.getNetworkmode(), "name");
-}
-
-void NetworkInfoHelperTest::fillsEveryFieldAtOnce()
-{
-    FakePlatform platform;
-    platform.network.mode = NetworkMode::Lte;
-    platform.network.status[NetworkMode::Lte] = NetworkStatus::HomeNetwork;
-    platform.network.signal[NetworkMode::Lte] = 71;
-    platform.network.name[NetworkMode::Lte] = u"Demo"_s;
-    platform.network.mcc = u"228"_s;
-    platform.network.mnc = u"01"_s;
-    platform.network.homeMcc = u"262"_s;
-    platform.network.homeMnc = u"02"_s;
-    platform.network.cell = 2814211;
-    platform.network.lac = 512;
-    NetworkInfoHelper helper(platform, nullptr);
-    QCOMPARE(helper.getNetworkmode(), u"LteMode"_s);
-    QCOMPARE(helper.getNetworkstatus(), u"HomeNetwork"_s);
-    QCOMPARE(helper.getNetworksignal(), u"71"_s);
-    QCOMPARE(helper.getNetworkname(), u"Demo"_s);
-    QCOMPARE(helper.getMcc(), u"228"_s);
-    QCOMPARE(helper.getMnc(), u"01"_s);
-    QCOMPARE(helper.getHomemcc(), u"262"_s);
-    QCOMPARE(helper.getHomemnc(), u"02"_s);
-    QCOMPARE(helper.getNetworkcell(), u"2814211"_s);
-    QCOMPARE(helper.getNetworklac(), u"512"_s);
-    QCOMPARE(helper.findChild<QTimer *>()->intervalAsDuration(), 1000ms);
-
-    platform.network.setMcc(u"208"_s);
-    platform.network.setMnc(u"10"_s);
-    platform.network.setName(NetworkMode::Wlan, u"Home"_s);
-    QCOMPARE(helper.getMcc(), u"208"_s);
-    QCOMPARE(helper.getMnc(), u"10"_s);
-    QCOMPARE(helper.getNetworkname(), u"Demo"_s);
-    QCOMPARE(logged(u"networkMCCChanged 208"_s), 1);
-    QCOMPARE(logged(u"networkMNCChanged 10"_s), 1);
-}
-
-void NetworkInfoHelperTest::wlanOverridesTheMobileMode()
-{
-    FakePlatform platform;
-    platform.network.mode = NetworkMode::Wcdma;
-    platform.network.cell = 123456;
-    platform.network.status[NetworkMode::Wlan] = NetworkStatus::Connected;
-    NetworkInfoHelper helper(platform, nullptr);
-    QCOMPARE(helper.getNetworkmode(), u"WlanMode"_s);
-    QCOMPARE(logged(u"WLAN mode detected"_s), 1);
-    platform.network.setStatus(NetworkMode::Wlan, NetworkStatus::Searching);
-    QCOMPARE(helper.getNetworkmode(), u"WcdmaMode"_s);
-    platform.network.setStatus(NetworkMode::Wlan, NetworkStatus::Connected);
-    platform.network.setStatus(NetworkMode::Wlan, NetworkStatus::Connected);
-    QCOMPARE(helper.getNetworkmode(), u"WlanMode"_s);
-    QCOMPARE(logged(u"WLAN mode detected"_s), 2);
-    // The status of another mode is noted once and is not the status of the current one.
-    QCOMPARE(logged(u"Network status change: mode 4 : status 3"_s), 1);
-    QCOMPARE(logged(u"Network status change: mode 4 : status 5"_s), 0);
-    QCOMPARE(helper.getNetworkstatus(), u"UndefinedStatus"_s);
-}
-
-void NetworkInfoHelperTest::roamsByStatusAlone_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("name");
-    const char *names[] = {
-        "UndefinedStatus", "NoNetworkAvailable", "EmergencyOnly", "Searching", "Busy",
-        "Connected",       "HomeNetwork",        "Denied",        "Roaming"};
-    for (int status = 0; status < 9; ++status)
-        QTest::newRow(names[status]) << status << QString::fromLatin1(names[status]);
-    QTest::newRow("no such status") << 99 << u"UndefinedStatus"_s;
-}
-
-void NetworkInfoHelperTest::roamsByStatusAlone()
-{
-    QFETCH(int, status);
-    FakePlatform platform;
-    platform.network.mode = NetworkMode::Gsm;
-    platform.network.homeMcc = u"228"_s;
-    platform.network.mcc = u"262"_s;
-    NetworkInfoHelper helper(platform, nullptr);
-    platform.network.setStatus(NetworkMode::Gsm, static_cast<NetworkStatus>(status));
-    QTEST(helper.getNetworkstatus(), "name");
-    QCOMPARE(helper.roaming(), status == 8);
-    QVERIFY(logged(u"RoamingCheck: HomeMCC: 228 MCC: 262"_s) > 0);
-}
-
-void NetworkInfoHelperTest::keepsSignalsApart()
-{
-    FakePlatform platform;
-    platform.network.mode = NetworkMode::Ethernet;
-    NetworkInfoHelper helper(platform, nullptr);
-    int percent = 10;
-    for (const NetworkMode cellular : {NetworkMode::Gsm, NetworkMode::Cdma, NetworkMode::Wcdma,
-                                       NetworkMode::Lte, NetworkMode::Nr}) {
-        platform.network.setSignal(cellular, ++percent);
-        QCOMPARE(helper.getNetworksignal(), QString::number(percent));
+    void namesTheMode_data()
+    {
+        const Rows<NetworkMode, int, QString> row("mode", "cell", "name");
+        row("GSM, no cell", NetworkMode::Gsm, -1, "GsmMode");
+        row("GSM, 5 digits", NetworkMode::Gsm, 65535, "GsmMode");
+        row("GSM, 6 digits", NetworkMode::Gsm, 100000, "WcdmaMode");
+        row("WCDMA, 5 digits", NetworkMode::Wcdma, 12345, "GsmMode");
+        row("WCDMA, 6 digits", NetworkMode::Wcdma, 123456, "WcdmaMode");
+        row("Ethernet", NetworkMode::Ethernet, -1, "EthernetMode");
+        row("LTE, short cell", NetworkMode::Lte, 12345, "LteMode");
+        row("NR, short cell", NetworkMode::Nr, 1, "NrMode");
+        row("no such mode", static_cast<NetworkMode>(77), 123456, "Unknown");
     }
-    platform.network.setSignal(NetworkMode::Wlan, 90);
-    platform.network.setSignal(NetworkMode::Bluetooth, 50);
-    QCOMPARE(helper.getNetworksignal(), u"15"_s);
-    QCOMPARE(helper.getWlansignal(), u"90"_s);
-    platform.network.setSignal(NetworkMode::Ethernet, 100);
-    QCOMPARE(helper.getNetworksignal(), u"100"_s);
-}
+    void namesTheMode()
+    {
+        QFETCH(NetworkMode, mode);
+        QFETCH(int, cell);
+        FakePlatform platform;
+        platform.network.cell = cell;
+        NetworkInfoHelper helper(platform, nullptr);
+        platform.network.setMode(mode);
+        QTEST(helper.getNetworkmode(), "name");
+    }
 
-void NetworkInfoHelperTest::pollsCellAndArea()
-{
-    FakePlatform platform;
-    platform.network.cell = 901;
-    platform.network.lac = 801;
-    NetworkInfoHelper helper(platform, nullptr);
-    platform.network.cell = 902;
-    platform.network.lac = 802;
-    QCOMPARE(helper.getNetworkcell(), u"901"_s);
-    poll(helper);
-    poll(helper);
-    QCOMPARE(helper.getNetworkcell(), u"902"_s);
-    QCOMPARE(helper.getNetworklac(), u"802"_s);
-    QCOMPARE(logged(u"networkCellChanged 902"_s), 1);
-    QCOMPARE(logged(u"networkLACChanged 802"_s), 1);
-    platform.network.cell = -1;
-    platform.network.lac = -1;
-    poll(helper);
-    QCOMPARE(helper.getNetworkcell(), QString());
-    QCOMPARE(helper.getNetworklac(), QString());
-    QCOMPARE(Utils::getLogEntries().count(u"networkCellChanged"_s), 1);
-    QCOMPARE(logged(u"networkLACChanged "_s), 1);
-}
+    void fillsEveryFieldAtOnce()
+    {
+        FakePlatform platform;
+        platform.network.mode = NetworkMode::Lte;
+        platform.network.status[NetworkMode::Lte] = NetworkStatus::HomeNetwork;
+        platform.network.signal[NetworkMode::Lte] = 71;
+        platform.network.name[NetworkMode::Lte] = u"De\nmo"_s;
+        platform.network.mcc = u"228"_s;
+        platform.network.mnc = u"01"_s;
+        platform.network.homeMcc = u"262"_s;
+        platform.network.homeMnc = u"02"_s;
+        platform.network.cell = 901;
+        platform.network.lac = 512;
+        NetworkInfoHelper helper(platform, nullptr);
+        QCOMPARE(helper.getNetworkmode(), u"LteMode"_s);
+        QCOMPARE(helper.getNetworkstatus(), u"HomeNetwork"_s);
+        QCOMPARE(helper.getNetworksignal(), u"71"_s);
+        QCOMPARE((QStringList{helper.getHomemcc(), helper.getHomemnc()}),
+                 (QStringList{u"262"_s, u"02"_s}));
+        QCOMPARE(changing(helper), (QStringList{u"Demo"_s, u"228"_s, u"01"_s, u"901"_s, u"512"_s}));
 
-void NetworkInfoHelperTest::cleansTextsFromOutside()
-{
-    FakePlatform platform;
-    platform.network.homeMcc = u"2\u001b28"_s;
-    platform.network.homeMnc = QString(1000, u'%');
-    NetworkInfoHelper helper(platform, nullptr);
-    platform.network.setName(NetworkMode::Unknown, u"a\nb%1"_s + QString(1000, u'c'));
-    platform.network.setMcc(u"%2\r"_s);
-    platform.network.setMnc(u"%1"_s);
-    QCOMPARE(helper.getHomemcc(), u"228"_s);
-    QCOMPARE(helper.getHomemnc().size(), 256);
-    QCOMPARE(helper.getNetworkname(), u"ab%1"_s + QString(252, u'c'));
-    helper.roaming();
-    QCOMPARE(logged(u"RoamingCheck: HomeMCC: 228 MCC: %2"_s), 1);
-}
+        platform.network.setMcc(u"2\u001b08"_s);
+        platform.network.setMnc(u"10\n"_s);
+        platform.network.setName(NetworkMode::Wlan, u"Home"_s);
+        platform.network.cell = 902;
+        platform.network.lac = -1;
+        QCOMPARE(changing(helper), (QStringList{u"Demo"_s, u"208"_s, u"10"_s, u"901"_s, u"512"_s}));
+        // Cell and area have no signal: they are asked for.
+        QMetaObject::invokeMethod(helper.findChild<QTimer *>(), "timeout", Qt::DirectConnection);
+        QCOMPARE(changing(helper),
+                 (QStringList{u"Demo"_s, u"208"_s, u"10"_s, u"902"_s, QString()}));
+    }
 
-void NetworkInfoHelperTest::followsAScript()
-{
-    QString error;
-    const auto script = PlatformScript::parse(
-        R"({"mode": "WlanMode", "status": "Connected", "signal": 90, "name": "Home", "cell": 5}
-{"at_ms": 3600001, "mode": "NrMode", "status": "Roaming", "signal": 33, "name": "Far", "cell": 7}
-{"at_ms": 3600002, "mode": "WlanMode", "status": "Searching"})",
-        u"script"_s, &error);
-    QVERIFY2(script, qPrintable(error));
-    ScriptedPlatform platform(*script);
-    NetworkInfoHelper helper(platform, nullptr);
-    QCOMPARE(helper.getNetworkmode(), u"WlanMode"_s);
-    QCOMPARE(helper.getWlansignal(), u"90"_s);
-    QVERIFY(!helper.roaming());
-    platform.advanceTo(3600001ms);
-    poll(helper);
-    QCOMPARE(helper.getNetworkmode(), u"NrMode"_s);
-    QCOMPARE(helper.getNetworksignal(), u"33"_s);
-    QCOMPARE(helper.getNetworkname(), u"Far"_s);
-    QCOMPARE(helper.getNetworkcell(), u"7"_s);
-    QVERIFY(helper.roaming());
-    platform.advanceTo(3600002ms);
-    QCOMPARE(helper.getNetworkstatus(), u"Searching"_s);
-    QVERIFY(!helper.roaming());
-}
+    void wlanOverridesTheMobileMode()
+    {
+        FakePlatform platform;
+        platform.network.mode = NetworkMode::Wcdma;
+        platform.network.cell = 123456;
+        platform.network.status[NetworkMode::Wlan] = NetworkStatus::Connected;
+        NetworkInfoHelper helper(platform, nullptr);
+        QCOMPARE(helper.getNetworkmode(), u"WlanMode"_s);
+        platform.network.setStatus(NetworkMode::Wlan, NetworkStatus::Searching);
+        QCOMPARE(helper.getNetworkmode(), u"WcdmaMode"_s);
+        platform.network.setStatus(NetworkMode::Wlan, NetworkStatus::Connected);
+        QCOMPARE(helper.getNetworkmode(), u"WlanMode"_s);
+        // The status of another mode is not the status of the current one.
+        QCOMPARE(helper.getNetworkstatus(), u"UndefinedStatus"_s);
+    }
+
+    void roamsByStatusAlone()
+    {
+        FakePlatform platform;
+        platform.network.mode = NetworkMode::Gsm;
+        platform.network.homeMcc = u"228"_s;
+        platform.network.mcc = u"262"_s;
+        NetworkInfoHelper helper(platform, nullptr);
+        for (const auto status : {NetworkStatus::HomeNetwork, NetworkStatus::Denied,
+                                  NetworkStatus::Roaming, static_cast<NetworkStatus>(99)}) {
+            platform.network.setStatus(NetworkMode::Gsm, status);
+            QCOMPARE(helper.roaming(), status == NetworkStatus::Roaming);
+            QCOMPARE(helper.getNetworkstatus() == u"Roaming"_s, helper.roaming());
+        }
+    }
+
+    void keepsSignalsApart()
+    {
+        FakePlatform platform;
+        platform.network.mode = NetworkMode::Ethernet;
+        NetworkInfoHelper helper(platform, nullptr);
+        platform.network.setSignal(NetworkMode::Lte, 15); // cellular, current or not
+        platform.network.setSignal(NetworkMode::Wlan, 90);
+        platform.network.setSignal(NetworkMode::Bluetooth, 50);
+        QCOMPARE(helper.getNetworksignal(), u"15"_s);
+        QCOMPARE(helper.getWlansignal(), u"90"_s);
+        platform.network.setSignal(NetworkMode::Ethernet, 100);
+        QCOMPARE(helper.getNetworksignal(), u"100"_s);
+    }
+
+private:
+    static QStringList changing(const NetworkInfoHelper &helper)
+    {
+        return {helper.getNetworkname(), helper.getMcc(), helper.getMnc(), helper.getNetworkcell(),
+                helper.getNetworklac()};
+    }
+};
 
 QTEST_GUILESS_MAIN(NetworkInfoHelperTest)
 #include "networkinfohelper_test.moc"

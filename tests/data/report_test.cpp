@@ -93,12 +93,6 @@ private Q_SLOTS:
         QVERIFY(!document.contains(u'\'')); // the queue could not hold it
     }
 
-    void writesARatingOnlyWhenThereIsOne()
-    {
-        record()->setUserRating(-1.0F);
-        QVERIFY(record()->toXML(context())->xml.contains(u"<Rating>-1.000000</Rating>"_s));
-    }
-
 private:
     FakeContext *context() const { return made.get(); }
     TestResults *record() const { return madeRecord.get(); }

@@ -1,8 +1,10 @@
 #include "data/testresults.h"
 
+#include "data/remoteinitialvalues.h"
 #include "data/testresultlog.h"
 
 #include "support/fakecontext.h"
+#include "support/rows.h"
 
 #include <QTest>
 
@@ -40,26 +42,53 @@ class TestResultsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void findsTheServicesFactsAnywhere()
+    {
+        RemoteInitialValues values(nullptr);
+        values.remoteInitialValuesLoaded(
+            u"HTTP noise Timestamp:1;SACK:1;MaxRwinRcvd:65535;WinScaleRcvd:7;MSS:1460;\r\n"
+            "Client-Hostname:host1;Server-IP:10.0.0.1;Remote-IP:10.0.0.2;Local-IP:/10.0.0.3"_s);
+        QCOMPARE((QStringList{values.getClientHostname(), values.getRemoteIP(), values.getLocalIP(),
+                              values.getInternalIP()}),
+                 (QStringList{u"host1"_s, u"10.0.0.1"_s, u"10.0.0.2"_s, u"10.0.0.3"_s}));
+        QCOMPARE((QList<int>{values.getMss(), values.getWscale(), values.getRwin(),
+                             values.getSack(), values.getTimestamp()}),
+                 (QList<int>{1460, 7, 65535, 1, 1}));
+        QVERIFY(!values.isWeb100Error());
+    }
+
+    void malformedFactsBecomeZero_data()
+    {
+        const Rows<QString, int, bool> row("answer", "mss", "error");
+        row("text", "MSS:abc;", 0, true);
+        row("beyond 32 bits", "MSS:99999999999;", 0, true);
+        row("negative stays", "MSS:-5;", -5, false);
+        row("service says so", "MSS:1460;Web100:failed;", 1460, true);
+        row("no semicolon", "MSS:1460\r\n", 1460, false);
+    }
+    void malformedFactsBecomeZero()
+    {
+        QFETCH(QString, answer);
+        RemoteInitialValues values(nullptr);
+        values.remoteInitialValuesLoaded(answer);
+        QTEST(values.getMss(), "mss");
+        QTEST(values.isWeb100Error(), "error");
+    }
+
     void derivesVelocityAndDistance_data()
     {
-        QTest::addColumn<Fix>("start");
-        QTest::addColumn<Fix>("end");
-        QTest::addColumn<QList<double>>("figures"); // velocity, distance in m, duration, accuracy
+        // figures: velocity, distance in m, duration, accuracy
+        const Rows<Fix, Fix, QList<double>> row("start", "end", "figures");
         const Fix origin{47.0, 400, 10, 1'000'000};
         const auto after = [&](double km, qint64 ms) {
             return Fix{47.0 + km * kilometre, 400, 20, 1'000'000 + ms};
         };
-        using Figures = QList<double>;
-        QTest::newRow("a kilometre a minute")
-            << origin << after(1.001, 60'000) << Figures{60, 1001, 60, 15};
-        QTest::newRow("truncated to fives")
-            << origin << after(1, 50'000) << Figures{70, 1000, 50, 15};
-        QTest::newRow("no fix at the end")
-            << origin << Fix{48.0, -1, 20, 1'060'000} << Figures{-1, -1, -1, 15};
-        QTest::newRow("no accuracy")
-            << Fix{47.0, 400, 0, 1'000'000} << after(1, 50'000) << Figures{-1001, -1, -1, 0};
-        QTest::newRow("the same moment") << origin << after(1, 0) << Figures{-1, 1000, 0, 15};
-        QTest::newRow("time goes back") << origin << after(1, -5000) << Figures{-1, 1000, -5, 15};
+        row("a kilometre a minute", origin, after(1.001, 60'000), {60, 1001, 60, 15});
+        row("truncated to fives", origin, after(1, 50'000), {70, 1000, 50, 15});
+        row("no fix at the end", origin, {48.0, -1, 20, 1'060'000}, {-1, -1, -1, 15});
+        row("no accuracy", {47.0, 400, 0, 1'000'000}, after(1, 50'000), {-1001, -1, -1, 0});
+        row("the same moment", origin, after(1, 0), {-1, 1000, 0, 15});
+        row("time goes back", origin, after(1, -5000), {-1, 1000, -5, 15});
     }
     void derivesVelocityAndDistance()
     {
@@ -79,28 +108,21 @@ private Q_SLOTS:
 
     void namesTheConnectionTypeOfTheWholeTest_data()
     {
-        QTest::addColumn<QList<NetworkMode>>("modes");
-        QTest::addColumn<QString>("reported");
-        QTest::addColumn<QString>("stored");
-        using Modes = QList<NetworkMode>;
-        QTest::newRow("one") << Modes{NetworkMode::Lte, NetworkMode::Lte} << "LteMode"
-                             << "Mobile(LTE)";
-        QTest::newRow("WLAN alone") << Modes{NetworkMode::Wlan} << "WlanMode"
-                                    << "WLAN";
-        QTest::newRow("WLAN among several")
-            << Modes{NetworkMode::Lte, NetworkMode::Wlan} << "Mixed(WLAN,Mobile)"
-            << "Mixed(WLAN,Mobile)";
-        QTest::newRow("mobile mixed") << Modes{NetworkMode::Nr, NetworkMode::Lte} << "Mobile(mixed)"
-                                      << "Mobile(mixed)";
-        QTest::newRow("no log") << Modes{} << "Mobile(mixed)"
-                                << "Mobile(mixed)";
+        const Rows<QList<NetworkMode>, QString, QString> row("modes", "reported", "stored");
+        using enum NetworkMode;
+        const auto mobile = u"Mobile(mixed)"_s;
+        const auto mixed = u"Mixed(WLAN,Mobile)"_s;
+        row("one", {Lte, Lte}, "LteMode", "Mobile(LTE)");
+        row("WLAN alone", {Wlan}, "WlanMode", "WLAN");
+        row("WLAN among several", {Lte, Wlan}, mixed, mixed);
+        row("mobile mixed", {Nr, Lte}, mobile, mobile);
+        row("no log", {}, mobile, mobile);
     }
     void namesTheConnectionTypeOfTheWholeTest()
     {
         QFETCH(QList<NetworkMode>, modes);
         FakeContext context;
         TestResults results(13, 3, nullptr);
-        QString cells;
         for (const NetworkMode mode : modes) {
             context.platform.network.setMode(mode);
             auto *entry = new TestResultLog(context.network.get(), context.location.get(), u"x"_s,
@@ -113,24 +135,17 @@ private Q_SLOTS:
         QTEST(results.storedConnectionType(), "stored");
     }
 
-    void takesTheServersUploadFigures_data()
-    {
-        QTest::addColumn<QString>("answer");
-        QTest::addColumn<QList<qint64>>("speeds");
-        using Speeds = QList<qint64>;
-        QTest::newRow("three parts") << "120;350;9000000000" << Speeds{120, 350, 9'000'000'000};
-        QTest::newRow("not a number") << "120;x;900" << Speeds{120, 0, 900};
-        QTest::newRow("two parts") << "120;350" << Speeds{0, 0, 0};
-        QTest::newRow("nothing") << "" << Speeds{0, 0, 0};
-    }
     void takesTheServersUploadFigures()
     {
-        QFETCH(QString, answer);
         TestResults results(nullptr);
-        results.setServerSideUpload(answer);
-        const QList<qint64> speeds{results.getServerUploadMin(), results.getServerUploadAvg(),
-                                   results.getServerUploadMax()};
-        QTEST(speeds, "speeds");
+        const auto speeds = [&](const QString &answer) {
+            results.setServerSideUpload(answer);
+            return QList<qint64>{results.getServerUploadMin(), results.getServerUploadAvg(),
+                                 results.getServerUploadMax()};
+        };
+        QCOMPARE(speeds(u"120;350"_s), (QList<qint64>{0, 0, 0}));
+        QCOMPARE(speeds(u"120;350;9000000000"_s), (QList<qint64>{120, 350, 9'000'000'000}));
+        QCOMPARE(speeds(u"120;x;900"_s), (QList<qint64>{120, 0, 900}));
     }
 };
 

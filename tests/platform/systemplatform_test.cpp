@@ -1,12 +1,11 @@
 #include "platform/deviceinfosource.h"
-#include "platform/networkinfosource.h"
-#include "platform/networksession.h"
 #include "platform/platform.h"
-#include "platform/positionsource.h"
+#include "platform/systeminterfaces.h"
 #include "platform/systemnetworkinfosource.h"
 #include "platform/systemnetworksession.h"
+#include "support/rows.h"
 
-#include <QLoggingCategory>
+#include <QHostAddress>
 #include <QSignalSpy>
 #include <QSysInfo>
 #include <QTest>
@@ -14,20 +13,13 @@
 
 using namespace Qt::StringLiterals;
 
+using Interface = QNetworkInterface;
+
 namespace {
 
-const SystemInterface loopbackInterface{u"lo"_s, u"Loopback"_s, NetworkMode::Unknown,
-                                        true,    true,          false};
+const SystemInterface loopback{u"lo"_s, u"Loopback"_s, NetworkMode::Unknown, true, true, false};
 const SystemInterface cable{u"eth0"_s, u"Ethernet"_s, NetworkMode::Ethernet, false, true, true};
 const SystemInterface wlan{u"wlan0"_s, u"WLAN"_s, NetworkMode::Wlan, false, true, true};
-
-QStringList warnings;
-
-void record(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text)
-{
-    if (type == QtWarningMsg)
-        warnings += text;
-}
 
 void fireTimer(const QObject &source)
 {
@@ -36,156 +28,154 @@ void fireTimer(const QObject &source)
 
 } // namespace
 
-/// On whatever machine this runs: only what holds on every one that has its loopback up.
 class SystemPlatformTest : public QObject
 {
     Q_OBJECT
 
-public:
-    SystemPlatformTest();
-
 private Q_SLOTS:
-    void startsQuietlyWithoutReceivers();
-    void opensLaterAndOnLoopbackToo();
-    void keepsTheHostNameToItself();
-    void noticesAnotherNetwork();
-    void losesASession_data();
-    void losesASession();
+    void describes_data()
+    {
+        const Rows<int, QString, QString, NetworkMode, bool> row("type", "address", "bearer",
+                                                                 "mode", "routable");
+        using enum NetworkMode;
+        row("wlp3s0", Interface::Wifi, "10.0.0.1", "WLAN", Wlan, true);
+        row("br0", Interface::Virtual, "fd00::2", "Ethernet", Ethernet, true);
+        row("eth4", Interface::Ethernet, "169.254.7.7", "Ethernet", Ethernet, false);
+        row("eth6", Interface::Ethernet, "fe80::1", "Ethernet", Ethernet, false);
+        // A modem that poses as a cable.
+        row("wwan0", Interface::Ethernet, "10.0.0.1", "Mobile", Unknown, true);
+    }
+    void describes()
+    {
+        QFETCH(int, type);
+        QFETCH(QString, address);
+        const SystemInterface described =
+            describeInterface(QString::fromLatin1(QTest::currentDataTag()),
+                              static_cast<Interface::InterfaceType>(type),
+                              Interface::IsUp | Interface::IsRunning, {QHostAddress(address)});
+        QTEST(described.bearer, "bearer");
+        QTEST(described.mode, "mode");
+        QTEST(described.routable, "routable");
+        QVERIFY(described.up && !described.loopback);
+    }
 
-private:
-    const std::unique_ptr<Platform> platform = Platform::system();
+    void findsTheDefaultRoute_data()
+    {
+        const Rows<QByteArray, QByteArray, QString> row("ipv4", "ipv6", "interface");
+        // Interface, destination, gateway, flags, references, use, metric, mask.
+        const QByteArray head = "Iface Destination Gateway Flags RefCnt Use Metric Mask\n";
+        const QByteArray wlan = "wlan0\t00000000\t0101A8C0\t0003\t0\t0\t600\t00000000\t0\t0\t0\n";
+        const QByteArray cable = "eth0\t00000000\t0102A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0\n";
+        const QByteArray network = "br0\t000011AC\t00000000\t0001\t0\t0\t0\t0000FFFF\t0\t0\t0\n";
+        const QByteArray half = "tun0\t00000000\t00000000\t0001\t0\t0\t0\t00000080\t0\t0\t0\n";
+        const QByteArray rejected = "*\t00000000\t00000000\t0201\t0\t0\t0\t00000000\t0\t0\t0\n";
+        const QByteArray zeros(32, '0');
+        const QByteArray v6 =
+            zeros + " 00 " + zeros + " 00 " + zeros + " 00000400 00000001 00000000 00000003 eth1\n";
+        const QByteArray v6Reject =
+            zeros + " 00 " + zeros + " 00 " + zeros + " ffffffff 00000001 00000000 00200200 lo\n";
+        row("lowest metric", head + network + wlan + cable, v6, "eth0");
+        row("half of the world", head + half + wlan, v6Reject, "wlan0");
+        row("IPv6 only", head + network, v6Reject + v6, "eth1");
+        row("rejected", head + rejected, v6Reject, "");
+        row("nonsense", QByteArray("\n\0x y\n 00000000 \t\n", 16), zeros + " 00 x\n", "");
+    }
+    void findsTheDefaultRoute()
+    {
+        QFETCH(QByteArray, ipv4);
+        QFETCH(QByteArray, ipv6);
+        QTEST(defaultRouteInterface(ipv4, ipv6), "interface");
+    }
+
+    void choosesWhereTrafficLeaves()
+    {
+        const SystemInterface unplugged{u"eth1"_s, u"Ethernet"_s, NetworkMode::Ethernet,
+                                        false,     false,         true};
+        const SystemNetwork all{{loopback, unplugged, cable, wlan}, u"wlan0"_s};
+        QCOMPARE(all.outgoing()->name, u"wlan0"_s);
+        QCOMPARE((SystemNetwork{all.interfaces, QString()}.outgoing()->name), u"eth0"_s);
+        QVERIFY(!(SystemNetwork{{loopback, unplugged}, u"eth1"_s}.outgoing()));
+    }
+
+    void hidesHardwareAddresses()
+    {
+        QCOMPARE(anonymousInterfaceName(u"wlx0050b6123abc"_s), u"wlx"_s);
+        QCOMPARE(anonymousInterfaceName(u"enp0s31f6"_s), u"enp0s31f6"_s);
+    }
+
+    void keepsTheHostNameToItself()
+    {
+        const auto device = Platform::system()->createDeviceInfoSource();
+        QVERIFY(device->imei().isEmpty() && device->imsi().isEmpty());
+        QVERIFY(!device->productName().isEmpty() && !device->model().isEmpty());
+        QVERIFY(device->productName() != QSysInfo::machineHostName());
+        QVERIFY(device->model() != QSysInfo::machineHostName());
+    }
+
+    void noticesAnotherNetwork()
+    {
+        SystemNetwork network{{loopback, wlan}, u"wlan0"_s};
+        SystemNetworkInfoSource source([&] { return network; });
+        QCOMPARE(source.currentMode(), NetworkMode::Wlan);
+        QCOMPARE(source.networkStatus(NetworkMode::Wlan), NetworkStatus::Connected);
+        QStringList heard;
+        connect(&source, &NetworkInfoSource::networkModeChanged, this,
+                [&](NetworkMode mode) { heard += u"mode %1"_s.arg(int(mode)); });
+        connect(&source, &NetworkInfoSource::networkStatusChanged, this,
+                [&](NetworkMode mode, NetworkStatus status) {
+                    heard += u"status %1 %2"_s.arg(int(mode)).arg(int(status));
+                });
+        fireTimer(source);
+        QVERIFY(heard.isEmpty());
+        network = {{loopback, cable, wlan}, u"eth0"_s};
+        fireTimer(source);
+        QCOMPARE(heard, (QStringList{u"mode 5"_s, u"status 4 1"_s, u"status 5 5"_s}));
+        network = {{loopback}, QString()};
+        fireTimer(source);
+        QCOMPARE(source.networkStatus(NetworkMode::Ethernet), NetworkStatus::NoNetworkAvailable);
+    }
+
+    void losesASession_data()
+    {
+        const Rows<QList<SystemInterface>, QList<SystemInterface>, bool, bool> row(
+            "before", "after", "opens", "stays");
+        row("nothing up", {}, {}, false, false);
+        row("network gone", {loopback, wlan}, {loopback}, true, false);
+        row("other network", {loopback, wlan}, {loopback, cable}, true, true);
+        row("loopback all along", {loopback}, {loopback}, true, true);
+        row("loopback gone", {loopback}, {}, true, false);
+    }
+    void losesASession()
+    {
+        QFETCH(QList<SystemInterface>, before);
+        QFETCH(QList<SystemInterface>, after);
+        QFETCH(bool, opens);
+        QFETCH(bool, stays);
+        SystemNetwork network{before, QString()};
+        SystemNetworkSession session([&] { return network; });
+        QCOMPARE(session.defaultConfiguration().valid, opens);
+        QSignalSpy failed(&session, &NetworkSession::error);
+        session.open();
+        QVERIFY(!session.isOpen() && failed.isEmpty());
+        QCoreApplication::processEvents();
+        QCOMPARE(session.isOpen(), opens);
+        QCOMPARE(failed.size(), opens ? 0 : 1);
+        if (!opens)
+            return;
+        // One look without a network is a hand-over, two in a row are a loss.
+        network.interfaces = after;
+        fireTimer(session);
+        QVERIFY(session.isOpen());
+        network.interfaces = before;
+        fireTimer(session);
+        network.interfaces = after;
+        fireTimer(session);
+        QVERIFY(session.isOpen());
+        fireTimer(session);
+        QCOMPARE(session.isOpen(), stays);
+        QCOMPARE(failed.size(), stays ? 0 : 1);
+    }
 };
-
-// While Qt Test runs, Qt hides the real positioning plug-ins: they are tried before.
-SystemPlatformTest::SystemPlatformTest()
-{
-    const QLoggingCategory earlier("qt.positioning.earlier");
-    const QLoggingCategory other("qt.other");
-    const QtMessageHandler previous = qInstallMessageHandler(record);
-    const auto position = platform->createPositionSource();
-    position->setUpdateInterval(1000);
-    position->startPosition();
-    position->startSatellites();
-    QCoreApplication::processEvents();
-    position->stopPosition();
-    position->stopSatellites();
-    qCWarning(earlier, "not heard");
-    qCWarning(other, "still heard");
-    qWarning("still heard");
-    qInstallMessageHandler(previous);
-}
-
-void SystemPlatformTest::startsQuietlyWithoutReceivers()
-{
-    QCOMPARE(warnings, QStringList(2, u"still heard"_s));
-}
-
-void SystemPlatformTest::opensLaterAndOnLoopbackToo()
-{
-    const auto session = platform->createNetworkSession();
-    const QList<NetworkConfiguration> configurations = session->allConfigurations();
-    const auto loopback = std::find_if(configurations.begin(), configurations.end(),
-                                       [](const NetworkConfiguration &configuration) {
-                                           return configuration.bearer == u"Loopback"_s;
-                                       });
-    QVERIFY(loopback != configurations.end());
-    QCOMPARE(loopback->state, int(NetworkConfiguration::Active));
-    QVERIFY(loopback->valid && session->defaultConfiguration().valid);
-    QCOMPARE(session->defaultConfiguration().state, int(NetworkConfiguration::Active));
-
-    QSignalSpy opened(session.get(), &NetworkSession::opened);
-    QSignalSpy failed(session.get(), &NetworkSession::error);
-    session->open();
-    QVERIFY(opened.isEmpty() && !session->isOpen());
-    QCoreApplication::processEvents();
-    QCOMPARE(opened.size(), 1);
-    QVERIFY(session->isOpen() && failed.isEmpty());
-
-    // Both look at the same interfaces.
-    const auto network = platform->createNetworkInfoSource();
-    const bool loopbackOnly = session->defaultConfiguration().bearer == u"Loopback"_s;
-    QCOMPARE(network->networkStatus(network->currentMode()) == NetworkStatus::Connected,
-             !loopbackOnly);
-}
-
-void SystemPlatformTest::keepsTheHostNameToItself()
-{
-    const auto device = platform->createDeviceInfoSource();
-    QVERIFY(device->imei().isEmpty() && device->imsi().isEmpty());
-    QVERIFY(!device->productName().isEmpty() && !device->model().isEmpty());
-    QVERIFY(device->productName() != QSysInfo::machineHostName());
-    QVERIFY(device->model() != QSysInfo::machineHostName());
-}
-
-void SystemPlatformTest::noticesAnotherNetwork()
-{
-    SystemNetwork network{{loopbackInterface, wlan}, u"wlan0"_s};
-    SystemNetworkInfoSource source([&] { return network; });
-    QCOMPARE(source.currentMode(), NetworkMode::Wlan);
-    QCOMPARE(source.networkStatus(NetworkMode::Wlan), NetworkStatus::Connected);
-    QStringList heard;
-    connect(&source, &NetworkInfoSource::networkModeChanged, this,
-            [&](NetworkMode mode) { heard += u"mode %1"_s.arg(int(mode)); });
-    connect(&source, &NetworkInfoSource::networkStatusChanged, this,
-            [&](NetworkMode mode, NetworkStatus status) {
-                heard += u"status %1 %2"_s.arg(int(mode)).arg(int(status));
-            });
-    fireTimer(source);
-    QVERIFY(heard.isEmpty());
-    network = {{loopbackInterface, cable, wlan}, u"eth0"_s};
-    fireTimer(source);
-    QCOMPARE(heard, (QStringList{u"mode 5"_s, u"status 4 1"_s, u"status 5 5"_s}));
-    heard.clear();
-    network = {{loopbackInterface}, QString()};
-    fireTimer(source);
-    QCOMPARE(heard, (QStringList{u"mode 0"_s, u"status 5 1"_s, u"status 0 1"_s}));
-}
-
-void SystemPlatformTest::losesASession_data()
-{
-    QTest::addColumn<QList<SystemInterface>>("before");
-    QTest::addColumn<QList<SystemInterface>>("after");
-    QTest::addColumn<bool>("opens");
-    QTest::addColumn<bool>("stays");
-    using List = QList<SystemInterface>;
-    QTest::newRow("nothing up") << List() << List() << false << false;
-    QTest::newRow("network gone") << List{loopbackInterface, wlan} << List{loopbackInterface}
-                                  << true << false;
-    QTest::newRow("other network")
-        << List{loopbackInterface, wlan} << List{loopbackInterface, cable} << true << true;
-    QTest::newRow("loopback all along")
-        << List{loopbackInterface} << List{loopbackInterface} << true << true;
-    QTest::newRow("loopback gone") << List{loopbackInterface} << List() << true << false;
-}
-
-void SystemPlatformTest::losesASession()
-{
-    QFETCH(QList<SystemInterface>, before);
-    QFETCH(QList<SystemInterface>, after);
-    QFETCH(bool, opens);
-    QFETCH(bool, stays);
-    SystemNetwork network{before, QString()};
-    SystemNetworkSession session([&] { return network; });
-    QSignalSpy failed(&session, &NetworkSession::error);
-    session.open();
-    QCoreApplication::processEvents();
-    QCOMPARE(session.isOpen(), opens);
-    QCOMPARE(failed.size(), opens ? 0 : 1);
-    if (!opens)
-        return;
-    // One look without a network is a hand-over, two in a row are a loss.
-    network.interfaces = after;
-    fireTimer(session);
-    QVERIFY(session.isOpen());
-    network.interfaces = before;
-    fireTimer(session);
-    network.interfaces = after;
-    fireTimer(session);
-    QVERIFY(session.isOpen());
-    fireTimer(session);
-    QCOMPARE(session.isOpen(), stays);
-    QCOMPARE(failed.size(), stays ? 0 : 1);
-}
 
 QTEST_GUILESS_MAIN(SystemPlatformTest)
 #include "systemplatform_test.moc"

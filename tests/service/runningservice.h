@@ -1,30 +1,84 @@
 #pragma once
 
 #include "http/server.h"
+#include "socketclient.h"
 
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QVariant>
 
 /// The real service on any free port of loopback, with a database of its own that goes with it.
 class RunningService
 {
 public:
     /// Two threads, short time-outs, and no look-ups of names; tests change what they need.
-    static ServerOptions defaults();
+    static ServerOptions defaults()
+    {
+        ServerOptions options;
+        options.listen = {{.address = "127.0.0.1", .port = 0}};
+        options.salt = QStringLiteral("8352");
+        options.threads = 2;
+        options.shutdownGrace = std::chrono::milliseconds(100);
+        options.reportPause = std::chrono::milliseconds(300);
+        options.resolver = [](const std::string &) { return std::string(); };
+        return options;
+    }
 
-    explicit RunningService(ServerOptions options = defaults());
+    explicit RunningService(ServerOptions options = defaults())
+    {
+        options.databaseFile = databaseFile();
+        m_server = std::make_unique<Server>(std::move(options));
+        QString error;
+        if (m_server->start(&error)) {
+            const std::string address = m_server->addresses().front();
+            m_port = static_cast<quint16>(std::stoi(address.substr(address.rfind(':') + 1)));
+        } else {
+            qWarning("%s", qUtf8Printable(error));
+        }
+    }
 
     quint16 port() const { return m_port; } ///< 0 when it could not start
     QString databaseFile() const { return m_directory.filePath(QStringLiteral("dir/reports.db")); }
-    Server &server() { return *m_server; }
 
     /// A figure of the metrics page, -1 when it is not there.
-    qint64 metric(const QByteArray &name) const;
+    qint64 metric(const QByteArray &name) const
+    {
+        const QByteArray key = "\nvelometer_" + name + ' ';
+        const QByteArray text = SocketClient::get(m_port, "/metrics");
+        const auto at = text.indexOf(key);
+        return at < 0 ? -1 : text.mid(at + key.size()).split('\n').constFirst().toLongLong();
+    }
 
     /// Whether the figure becomes @p value within ten seconds.
-    bool waitForMetric(const QByteArray &name, qint64 value) const;
+    bool waitForMetric(const QByteArray &name, qint64 value) const
+    {
+        return QTest::qWaitFor([&] { return metric(name) == value; }, 10'000);
+    }
 
 private:
     QTemporaryDir m_directory;
     std::unique_ptr<Server> m_server;
     quint16 m_port = 0;
 };
+
+/// Runs statements on a database file; gives the first value of the last one.
+inline QVariant sql(const QString &file, const QStringList &statements)
+{
+    QVariant value;
+    {
+        auto database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("raw"));
+        database.setDatabaseName(file);
+        database.open();
+        QSqlQuery query(database);
+        for (const QString &statement : statements) {
+            if (!query.exec(statement)) {
+                qWarning("%s", qUtf8Printable(statement));
+            }
+        }
+        value = query.next() ? query.value(0) : QVariant();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("raw"));
+    return value;
+}

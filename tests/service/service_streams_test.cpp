@@ -1,27 +1,11 @@
 #include "measure/uploadmeter.h"
 #include "runningservice.h"
 #include "socketclient.h"
+#include "support/rows.h"
 
 #include <QTest>
 
 using namespace std::chrono_literals;
-
-/// The two measurement streams, and the figures of the upload.
-class ServiceStreamsTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void countsIntervals_data();
-    void countsIntervals();
-    void countsBytesInTheIntervalOfTheirArrival();
-    void downloadIsIncompressibleAndEndsWithTheClient();
-    void uploadGivesFiguresHoweverItEnds_data();
-    void uploadGivesFiguresHoweverItEnds();
-    void uploadGoesOnPastItsLength();
-    void stalledStreamsEnd();
-    void tooManyStreamsAreRefused();
-};
 
 namespace {
 
@@ -37,156 +21,160 @@ QByteArray uploadHead(int seconds, qint64 length)
 
 } // namespace
 
-void ServiceStreamsTest::countsIntervals_data()
+/// The two measurement streams, and the figures of the upload.
+class ServiceStreamsTest : public QObject
 {
-    QTest::addColumn<QList<qint64>>("bytes"); // of each interval; the last one is not full
-    QTest::addColumn<QByteArray>("figures");
-    using Bytes = QList<qint64>;
-    QTest::newRow("nothing") << Bytes{} << QByteArray("none");
-    QTest::newRow("only the ramp-up") << Bytes{1000, 3000, 7} << QByteArray("160000;160000;160000");
-    QTest::newRow("ramp-up and last left out")
-        << Bytes{9999, 9999, 1000, 2000, 9999} << QByteArray("120000;120000;120000");
-    QTest::newRow("pause counts as nothing sent")
-        << Bytes{500, 500, 1000, 0, 2000, 9999} << QByteArray("80000;80000;80000");
-    QTest::newRow("eleven have no window")
-        << Bytes{5, 5, 10, 10, 10, 10, 10, 10, 10, 10, 100, 1} << QByteArray("1600;1600;1600");
-    QTest::newRow("twelve are one window")
-        << Bytes{5, 5, 10, 10, 10, 10, 10, 10, 10, 10, 10, 110, 1} << QByteArray("1600;1600;1600");
-    QTest::newRow("thirteen are two windows")
-        << Bytes{5, 5, 21, 10, 10, 10, 10, 10, 10, 10, 10, 10, 120, 1}
-        << QByteArray("888;1680;1680");
-    QTest::newRow("beyond 32 bits")
-        << Bytes{1, 1, 1'250'000'000, 1} << QByteArray("100000000000;100000000000;100000000000");
-}
+    Q_OBJECT
 
-void ServiceStreamsTest::countsIntervals()
-{
-    QFETCH(const QList<qint64>, bytes);
-    QFETCH(const QByteArray, figures);
-    UploadMeter meter;
-    auto time = UploadMeter::TimePoint() + 5s;
-    for (const qint64 count : bytes) {
-        if (count > 0) {
-            meter.add(time, count);
+private Q_SLOTS:
+    void countsIntervals_data()
+    {
+        // bytes: of each interval; the last one is not full
+        const Rows<QList<qint64>, QByteArray> row("bytes", "figures");
+        row("nothing", {}, "none");
+        row("only the ramp-up", {1000, 3000, 7}, "160000;160000;160000");
+        row("ramp-up and last left out", {9999, 9999, 1000, 2000, 9999}, "120000;120000;120000");
+        row("pause counts as nothing sent", {500, 500, 1000, 0, 2000, 9999}, "80000;80000;80000");
+        row("eleven have no window", {5, 5, 10, 10, 10, 10, 10, 10, 10, 10, 100, 1},
+            "1600;1600;1600");
+        row("thirteen are two windows", {5, 5, 21, 10, 10, 10, 10, 10, 10, 10, 10, 10, 120, 1},
+            "888;1680;1680");
+        row("beyond 32 bits", {1, 1, 1'250'000'000, 1}, "100000000000;100000000000;100000000000");
+    }
+    void countsIntervals()
+    {
+        QFETCH(const QList<qint64>, bytes);
+        QFETCH(const QByteArray, figures);
+        UploadMeter meter;
+        auto time = UploadMeter::TimePoint() + 5s;
+        for (const qint64 count : bytes) {
+            if (count > 0) {
+                meter.add(time, count);
+            }
+            time += 100ms;
         }
-        time += 100ms;
+        if (!bytes.isEmpty()) {
+            meter.end(time - 1ms);
+        }
+        const auto result = meter.figures();
+        QCOMPARE(result ? QByteArray::fromStdString(result->toText()) : QByteArray("none"),
+                 figures);
     }
-    if (!bytes.isEmpty()) {
-        meter.end(time - 1ms);
+
+    void countsBytesInTheIntervalOfTheirArrival()
+    {
+        UploadMeter meter;
+        const auto start = UploadMeter::TimePoint() + 5s;
+        meter.add(start, 1);
+        meter.add(start + 200ms - 1ns, 1); // still interval 1
+        meter.add(start + 200ms, 100);     // interval 2 begins
+        meter.add(start + 299ms, 100);
+        meter.end(start + 310ms);
+        QCOMPARE(meter.figures()->avg, 16000);
     }
-    const auto result = meter.figures();
-    QCOMPARE(result ? QByteArray::fromStdString(result->toText()) : QByteArray("none"), figures);
-}
 
-void ServiceStreamsTest::countsBytesInTheIntervalOfTheirArrival()
-{
-    UploadMeter meter;
-    const auto start = UploadMeter::TimePoint() + 5s;
-    meter.add(start, 1);
-    meter.add(start + 200ms - 1ns, 1); // still interval 1
-    meter.add(start + 200ms, 100);     // interval 2 begins
-    meter.add(start + 299ms, 100);
-    meter.end(start + 310ms);
-    QCOMPARE(meter.figures()->avg, 16000);
-
-    UploadMeter brief;
-    brief.add(start, 500);
-    brief.add(start + 40ms, 500);
-    QCOMPARE(brief.figures()->avg, 200'000);
-}
-
-void ServiceStreamsTest::downloadIsIncompressibleAndEndsWithTheClient()
-{
-    RunningService service;
-    SocketClient client(service.port());
-    QVERIFY(client.send("GET /velometer/downloadtest.php?mss=1460&logtraffic=30" + ids +
-                        " HTTP/1.0\r\nHost: x\r\nConnection: Close\r\n\r\n"));
-    const QByteArray answer = client.receive(6'000'000);
-    const QByteArray head = answer.left(answer.indexOf("\r\n\r\n"));
-    QVERIFY2(head.startsWith("HTTP/1.0 200 OK\r\n"), head.constData());
-    QVERIFY(!head.contains("Content-Length"));
-    const QByteArray body = bodyOf(answer).left(3'000'000);
-    QVERIFY(qCompress(body).size() > body.size() * 99 / 100);
-    QCOMPARE(service.metric("streams{direction=\"download\"}"), 1);
-    client.close();
-    QVERIFY(service.waitForMetric("streams{direction=\"download\"}", 0));
-}
-
-void ServiceStreamsTest::uploadGivesFiguresHoweverItEnds_data()
-{
-    QTest::addColumn<bool>("reset");
-    QTest::newRow("closed") << false;
-    QTest::newRow("reset") << true;
-}
-
-void ServiceStreamsTest::uploadGivesFiguresHoweverItEnds()
-{
-    QFETCH(const bool, reset);
-    RunningService service;
-    SocketClient client(service.port());
-    QVERIFY(client.send(uploadHead(10, 163'840'000) + QByteArray(2'000'000, '7')));
-    QVERIFY(service.waitForMetric("stream_bytes_total{direction=\"upload\"}", 2'000'000));
-    reset ? client.reset() : client.close();
-    const QByteArray answer =
-        SocketClient::get(service.port(), "/velometer/getuploadresult.php?x=1" + ids);
-    QCOMPARE(statusOf(answer), 200);
-    const auto figures = bodyOf(answer).split(';');
-    QCOMPARE(figures.size(), 3);
-    for (const QByteArray &figure : figures) {
-        QVERIFY2(figure.toLongLong() > 0, answer.constData());
+    void downloadIsIncompressibleAndEndsWithTheClient()
+    {
+        RunningService service;
+        SocketClient client(service.port());
+        QVERIFY(client.send("GET /velometer/downloadtest.php?mss=1460&logtraffic=30" + ids +
+                            " HTTP/1.0\r\nHost: x\r\nConnection: Close\r\n\r\n"));
+        const QByteArray answer = client.receive(6'000'000);
+        const QByteArray head = answer.left(answer.indexOf("\r\n\r\n"));
+        QVERIFY2(head.startsWith("HTTP/1.0 200 OK\r\n"), head.constData());
+        QVERIFY(!head.contains("Content-Length"));
+        const QByteArray body = bodyOf(answer).left(3'000'000);
+        QVERIFY(qCompress(body).size() > body.size() * 99 / 100);
+        QCOMPARE(service.metric("streams{direction=\"download\"}"), 1);
+        client.close();
+        QVERIFY(service.waitForMetric("streams{direction=\"download\"}", 0));
     }
-    // Asked for again it is still there.
-    QCOMPARE(SocketClient::get(service.port(), "/velometer/getuploadresult.php?x=1" + ids), answer);
-}
 
-void ServiceStreamsTest::uploadGoesOnPastItsLength()
-{
-    RunningService service;
-    SocketClient client(service.port());
-    QVERIFY(client.send(uploadHead(10, 300'000) + QByteArray(300'000, '7')));
-    QVERIFY(client.receive(1).startsWith("HTTP/1.1 200 OK\r\n"));
-    for (int i = 0; i < 8; ++i) {
-        QVERIFY(client.send(QByteArray(500'000, '7')));
-        QTest::qWait(50); // longer, all together, than the silence that ends it
+    void uploadGivesFiguresHoweverItEnds_data()
+    {
+        const Rows<bool> row("reset");
+        row("closed", false);
+        row("reset", true);
     }
-    bool ended = false;
-    client.receiveAll(&ended);
-    QVERIFY(ended);
-    QCOMPARE(service.metric("stream_bytes_total{direction=\"upload\"}"), 4'300'000);
-    QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 0));
-}
+    void uploadGivesFiguresHoweverItEnds()
+    {
+        QFETCH(const bool, reset);
+        RunningService service;
+        SocketClient client(service.port());
+        QVERIFY(client.send(uploadHead(10, 163'840'000) + QByteArray(2'000'000, '7')));
+        QVERIFY(service.waitForMetric("stream_bytes_total{direction=\"upload\"}", 2'000'000));
+        reset ? client.reset() : client.close();
+        const QByteArray answer =
+            SocketClient::get(service.port(), "/velometer/getuploadresult.php?x=1" + ids);
+        QCOMPARE(statusOf(answer), 200);
+        const auto figures = bodyOf(answer).split(';');
+        QCOMPARE(figures.size(), 3);
+        for (const QByteArray &figure : figures) {
+            QVERIFY2(figure.toLongLong() > 0, answer.constData());
+        }
+        // Asked for again it is still there.
+        QCOMPARE(SocketClient::get(service.port(), "/velometer/getuploadresult.php?x=1" + ids),
+                 answer);
+    }
 
-void ServiceStreamsTest::stalledStreamsEnd()
-{
-    RunningService service;
-    SocketClient reader(service.port());
-    SocketClient sender(service.port());
-    QVERIFY(reader.send("GET /velometer/downloadtest.php?logtraffic=1 HTTP/1.0\r\n\r\n"));
-    QVERIFY(sender.send(uploadHead(0, 163'840'000)));
-    QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 1));
-    QVERIFY(service.waitForMetric("streams{direction=\"download\"}", 0));
-    QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 0));
-    const QByteArray none =
-        SocketClient::get(service.port(), "/velometer/getuploadresult.php?x=1" + ids);
-    QCOMPARE(statusOf(none), 404);
-}
+    void uploadGoesOnPastItsLength()
+    {
+        RunningService service;
+        SocketClient client(service.port());
+        QVERIFY(client.send(uploadHead(10, 300'000) + QByteArray(300'000, '7')));
+        QVERIFY(client.receive(1).startsWith("HTTP/1.1 200 OK\r\n"));
+        for (int i = 0; i < 8; ++i) {
+            QVERIFY(client.send(QByteArray(500'000, '7')));
+            QTest::qWait(50); // longer, all together, than the silence that ends it
+        }
+        bool ended = false;
+        client.receiveAll(&ended);
+        QVERIFY(ended);
+        QCOMPARE(service.metric("stream_bytes_total{direction=\"upload\"}"), 4'300'000);
+        QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 0));
+    }
 
-void ServiceStreamsTest::tooManyStreamsAreRefused()
-{
-    auto options = RunningService::defaults();
-    options.maxStreams = 1;
-    RunningService service(options);
-    SocketClient first(service.port());
-    QVERIFY(first.send(uploadHead(10, 163'840'000)));
-    QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 1));
-    const QByteArray download = "/velometer/downloadtest.php?logtraffic=1";
-    QCOMPARE(statusOf(SocketClient::get(service.port(), download)), 503);
-    first.close();
-    QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 0));
-    SocketClient next(service.port());
-    QVERIFY(next.send("GET " + download + " HTTP/1.0\r\n\r\n"));
-    QCOMPARE(statusOf(next.receive(100)), 200);
-}
+    void stalledStreamsEnd()
+    {
+        RunningService service;
+        SocketClient reader(service.port());
+        SocketClient sender(service.port());
+        QVERIFY(reader.send("GET /velometer/downloadtest.php?logtraffic=1 HTTP/1.0\r\n\r\n"));
+        QVERIFY(sender.send(uploadHead(0, 163'840'000)));
+        QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 1));
+        QVERIFY(service.waitForMetric("streams{direction=\"download\"}", 0));
+        QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 0));
+        const QByteArray none =
+            SocketClient::get(service.port(), "/velometer/getuploadresult.php?x=1" + ids);
+        QCOMPARE(statusOf(none), 404);
+    }
+
+    void tooManyStreamsAreRefused_data()
+    {
+        const Rows<int, int> row("all", "perAddress");
+        row("of all", 1, 2);
+        row("of one address", 2, 1);
+    }
+    void tooManyStreamsAreRefused()
+    {
+        QFETCH(const int, all);
+        QFETCH(const int, perAddress);
+        auto options = RunningService::defaults();
+        options.maxStreams = all;
+        options.maxStreamsPerAddress = perAddress;
+        RunningService service(options);
+        SocketClient first(service.port());
+        QVERIFY(first.send(uploadHead(10, 163'840'000)));
+        QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 1));
+        const QByteArray download = "/velometer/downloadtest.php?logtraffic=1";
+        QCOMPARE(statusOf(SocketClient::get(service.port(), download)), 503);
+        first.close();
+        QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 0));
+        SocketClient next(service.port());
+        QVERIFY(next.send("GET " + download + " HTTP/1.0\r\n\r\n"));
+        QCOMPARE(statusOf(next.receive(100)), 200);
+    }
+};
 
 QTEST_GUILESS_MAIN(ServiceStreamsTest)
 #include "service_streams_test.moc"

@@ -2,34 +2,118 @@
 
 #include <QByteArray>
 
+#include <array>
+#include <limits>
+#include <utility>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
 /// A blocking TCP client on loopback that does exactly what it is told. Waits ten seconds at most,
 /// then everything fails.
 class SocketClient
 {
 public:
-    explicit SocketClient(quint16 port);
-    ~SocketClient();
-    SocketClient(SocketClient &&other) noexcept;
+    explicit SocketClient(quint16 port)
+        : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        const timeval patience{.tv_sec = 10, .tv_usec = 0};
+        setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+        setsockopt(m_socket, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(port);
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        if (::connect(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) !=
+            0) {
+            close();
+        }
+    }
+    ~SocketClient() { close(); }
+    SocketClient(SocketClient &&other) noexcept
+        : m_socket(std::exchange(other.m_socket, -1))
+    {}
     SocketClient(const SocketClient &) = delete;
     SocketClient &operator=(const SocketClient &) = delete;
 
-    bool send(const QByteArray &bytes);
+    bool send(const QByteArray &bytes)
+    {
+        qsizetype sent = 0;
+        while (sent < bytes.size()) {
+            const auto count = ::send(m_socket, bytes.constData() + sent,
+                                      static_cast<size_t>(bytes.size() - sent), MSG_NOSIGNAL);
+            if (count <= 0) {
+                return false;
+            }
+            sent += count;
+        }
+        return true;
+    }
 
     /// At least @p count bytes, fewer when the peer ended before; @p ended is set then, and tells
     /// whether it ended properly: not by a reset, and not by keeping silent.
-    QByteArray receive(qsizetype count, bool *ended = nullptr);
-    QByteArray receiveAll(bool *ended = nullptr);
+    QByteArray receive(qsizetype count, bool *ended = nullptr)
+    {
+        QByteArray all;
+        std::array<char, 65536> buffer{};
+        while (all.size() < count) {
+            const auto got = ::recv(m_socket, buffer.data(), buffer.size(), 0);
+            if (got <= 0) {
+                if (ended) {
+                    *ended = got == 0;
+                }
+                break;
+            }
+            all.append(buffer.data(), got);
+        }
+        return all;
+    }
+    QByteArray receiveAll(bool *ended = nullptr)
+    {
+        return receive(std::numeric_limits<qsizetype>::max(), ended);
+    }
 
-    void close();
-    void reset();
+    void close()
+    {
+        if (m_socket >= 0) {
+            ::close(std::exchange(m_socket, -1));
+        }
+    }
+    void reset()
+    {
+        const linger hard{.l_onoff = 1, .l_linger = 0};
+        setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
+        close();
+    }
 
     /// Everything the service answers to @p request.
-    static QByteArray exchange(quint16 port, const QByteArray &request);
-    static QByteArray get(quint16 port, const QByteArray &target);
+    static QByteArray exchange(quint16 port, const QByteArray &request)
+    {
+        SocketClient client(port);
+        client.send(request);
+        return client.receiveAll();
+    }
+    static QByteArray get(quint16 port, const QByteArray &target)
+    {
+        return exchange(port,
+                        "GET " + target + " HTTP/1.1\r\nHost: x\r\nConnection: Close\r\n\r\n");
+    }
 
 private:
     int m_socket;
 };
 
-int statusOf(const QByteArray &answer); ///< 0 when it is none
-QByteArray bodyOf(const QByteArray &answer);
+/// 0 when it is none.
+inline int statusOf(const QByteArray &answer)
+{
+    return answer.startsWith("HTTP/1.") ? answer.mid(9, 3).toInt() : 0;
+}
+
+inline QByteArray bodyOf(const QByteArray &answer)
+{
+    const auto end = answer.indexOf("\r\n\r\n");
+    return end < 0 ? QByteArray() : answer.mid(end + 4);
+}

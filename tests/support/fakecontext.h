@@ -24,7 +24,7 @@ public:
     DeviceInfoHelper *getDeviceInfoHelper() const override { return device.get(); }
     TestObserver *getTestObserver() const override { return &observer; }
     int getMSS() const override { return mss; }
-    void testResultLogReady(TestResultLog *log) override { logs.append(log); }
+    void testResultLogReady(TestResultLog * /*log*/) override {}
     void measurementDone(Result *result) override { results.append(result); }
     void httpRequestDone(bool ok, QString header, QString body) override
     {
@@ -48,7 +48,6 @@ public:
     mutable FakeObserver observer;
     QString schedule;
     int mss = 1460;
-    QList<TestResultLog *> logs;
     QList<Result *> results;
     QList<Answer> answers;
 };

@@ -13,26 +13,35 @@
 #include <memory>
 #include <optional>
 
-// Each part signals through the source that was made last, as long as it lives.
+/// A part of the fake device: makes sources and signals through the one that was made last, as long
+/// as it lives.
+template <typename Part, typename Interface>
+class FakePart
+{
+public:
+    std::unique_ptr<Interface> create()
+    {
+        auto made = std::make_unique<typename Part::Source>(static_cast<Part &>(*this));
+        source = made.get();
+        return made;
+    }
+
+protected:
+    QPointer<Interface> source;
+};
 
 /// Position and satellites. emit...() signals at once, also when nobody has started the updates: a
 /// source may be that broken.
-class FakePosition
+class FakePosition : public FakePart<FakePosition, PositionSource>
 {
 public:
-    bool hasPosition = true;
-    bool hasSatellites = true;
-    QGeoPositionInfo lastKnown;
-
     // What was asked for.
-    int updateInterval = 0;
     bool positionRunning = false;
     bool satellitesRunning = false;
     int positionStarts = 0;
 
     void emitPosition(const QGeoPositionInfo &info)
     {
-        lastKnown = info;
         if (source)
             Q_EMIT source->positionUpdated(info);
     }
@@ -46,34 +55,18 @@ public:
         emitPosition({coordinate, QDateTime::fromSecsSinceEpoch(1'700'000'000)});
     }
     void emitTimeout() { Q_EMIT source->updateTimeout(); }
-    void emitSatellitesInUse(const QList<int> &ids)
-    {
-        Q_EMIT source->satellitesInUseUpdated(satellites(ids));
-    }
-    void emitSatellitesInView(const QList<int> &ids)
-    {
-        Q_EMIT source->satellitesInViewUpdated(satellites(ids));
-    }
 
-    std::unique_ptr<PositionSource> create()
-    {
-        auto made = std::make_unique<Source>(*this);
-        source = made.get();
-        return made;
-    }
-
-private:
     class Source : public PositionSource
     {
     public:
         explicit Source(FakePosition &control)
             : fake(control)
         {}
-        bool hasPosition() const override { return fake.hasPosition; }
-        bool hasSatellites() const override { return fake.hasSatellites; }
-        QGeoPositionInfo lastKnownPosition() const override { return fake.lastKnown; }
+        bool hasPosition() const override { return true; }
+        bool hasSatellites() const override { return true; }
+        QGeoPositionInfo lastKnownPosition() const override { return {}; }
         int minimumUpdateInterval() const override { return 0; }
-        void setUpdateInterval(int ms) override { fake.updateInterval = ms; }
+        void setUpdateInterval(int /*ms*/) override {}
         void startPosition() override
         {
             fake.positionRunning = true;
@@ -86,24 +79,11 @@ private:
     private:
         FakePosition &fake;
     };
-
-    static QList<QGeoSatelliteInfo> satellites(const QList<int> &ids)
-    {
-        QList<QGeoSatelliteInfo> list;
-        for (int id : ids) {
-            QGeoSatelliteInfo satellite;
-            satellite.setSatelliteIdentifier(id);
-            list.append(satellite);
-        }
-        return list;
-    }
-
-    QPointer<Source> source;
 };
 
 /// Network information. Set the members before the code under test is made; set...() signals at
 /// once.
-class FakeNetwork
+class FakeNetwork : public FakePart<FakeNetwork, NetworkInfoSource>
 {
 public:
     void setMode(NetworkMode value)
@@ -129,13 +109,6 @@ public:
     void setMcc(const QString &code) { Q_EMIT source->currentMobileCountryCodeChanged(code); }
     void setMnc(const QString &code) { Q_EMIT source->currentMobileNetworkCodeChanged(code); }
 
-    std::unique_ptr<NetworkInfoSource> create()
-    {
-        auto made = std::make_unique<Source>(*this);
-        source = made.get();
-        return made;
-    }
-
     NetworkMode mode = NetworkMode::Unknown;
     QMap<NetworkMode, NetworkStatus> status;
     QMap<NetworkMode, int> signal;
@@ -147,7 +120,6 @@ public:
     int cell = -1; ///< polled
     int lac = -1;  ///< polled
 
-private:
     class Source : public NetworkInfoSource
     {
     public:
@@ -171,12 +143,10 @@ private:
     private:
         FakeNetwork &fake;
     };
-
-    QPointer<Source> source;
 };
 
 /// Answers open() from the event loop; opens unless told otherwise.
-class FakeSession
+class FakeSession : public FakePart<FakeSession, NetworkSession>
 {
 public:
     void fails(NetworkSession::SessionError with) { failure = with; }
@@ -184,20 +154,12 @@ public:
     /// The network goes away under the open session.
     void lose()
     {
-        source->sessionOpen = false;
+        sessionOpen = false;
         Q_EMIT source->error(NetworkSession::SessionAbortedError);
     }
 
     int openCalls = 0;
 
-    std::unique_ptr<NetworkSession> create()
-    {
-        auto made = std::make_unique<Source>(*this);
-        source = made.get();
-        return made;
-    }
-
-private:
     class Source : public NetworkSession
     {
     public:
@@ -214,27 +176,29 @@ private:
                     NetworkConfiguration::UnknownPurpose, NetworkConfiguration::Active, true};
         }
         bool canStartAndStopInterfaces() const override { return false; }
-        bool isOpen() const override { return sessionOpen; }
+        bool isOpen() const override { return fake.sessionOpen; }
         void open() override
         {
             ++fake.openCalls;
+            fake.sessionOpen = false;
             QMetaObject::invokeMethod(this, &Source::reply, Qt::QueuedConnection);
         }
         void reply()
         {
-            sessionOpen = !fake.failure;
-            if (sessionOpen)
+            fake.sessionOpen = !fake.failure;
+            if (fake.sessionOpen)
                 Q_EMIT opened();
             else
                 Q_EMIT error(*fake.failure);
         }
 
+    private:
         FakeSession &fake;
-        bool sessionOpen = false;
     };
 
+private:
     std::optional<NetworkSession::SessionError> failure;
-    QPointer<Source> source;
+    bool sessionOpen = false;
 };
 
 class FakeDevice

@@ -48,7 +48,6 @@ public:
 
     /// From now on connections are refused.
     void refuse() { server.close(); }
-    void listenAgain() { server.listen(QHostAddress::LocalHost, listenedPort); }
 
     /// The requests whose first line contains @p path, in order of their connections.
     QList<QByteArray> requests(const QByteArray &path) const

@@ -1,5 +1,7 @@
 #include "utils/deployment.h"
 
+#include "support/rows.h"
+
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -12,33 +14,22 @@ class DeploymentTest : public QObject
 private Q_SLOTS:
     void readsEndpoints_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("host"); // empty: not an endpoint
-        QTest::addColumn<int>("port");
-        QTest::newRow("name") << "host.example"
-                              << "host.example" << 80;
-        QTest::newRow("name and port") << "host.example:8080"
-                                       << "host.example" << 8080;
-        QTest::newRow("address") << "192.0.2.1:65535"
-                                 << "192.0.2.1" << 65535;
-        QTest::newRow("bracketed literal") << "[::1]:8080"
-                                           << "::1" << 8080;
-        QTest::newRow("bracketed without port") << "[::1]"
-                                                << "::1" << 80;
-        QTest::newRow("bare literal") << "2001:db8::1"
-                                      << "2001:db8::1" << 80;
-        QTest::newRow("international name")
-            << u"b\u00fccher.example:1"_s << "xn--bcher-kva.example" << 1;
-        for (const char *bad : {"", ":80", "host:", "host:0", "host:65536", "host:-1", "host:8x",
-                                "host: 80", "[::1", "[::1]80", "[host]:80", "1:2:3", "a b",
-                                "a\r\nX: y", "a'b", "-host", "host/path", "user@host"})
-            QTest::newRow(bad) << QString::fromLatin1(bad) << QString() << 0;
+        const Rows<QString, int> row("host", "port");
+        row("host.example", "host.example", 80);
+        row("192.0.2.1:65535", "192.0.2.1", 65535);
+        row("[::1]:8080", "::1", 8080);
+        row("[::1]", "::1", 80);
+        row("2001:db8::1", "2001:db8::1", 80);
+        row("b\u00fccher.example:1", "xn--bcher-kva.example", 1);
+        for (const char *bad :
+             {":80", "host:", "host:0", "host:65536", "host:8x", "[::1", "[::1]80", "[host]:80",
+              "1:2:3", "a b", "a\r\nX: y", "a'b", "-host", "host/path", "user@host"})
+            row(bad, {}, 0);
     }
     void readsEndpoints()
     {
-        QFETCH(QString, text);
         QFETCH(QString, host);
-        const auto endpoint = Endpoint::parse(text, 80);
+        const auto endpoint = Endpoint::parse(QString::fromUtf8(QTest::currentDataTag()), 80);
         QCOMPARE(endpoint.has_value(), !host.isEmpty());
         if (endpoint) {
             QCOMPARE(endpoint->host, host);
@@ -67,12 +58,11 @@ private Q_SLOTS:
 
     void namesWhatMakesNoSense_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("named");
-        QTest::newRow("port") << QByteArray("[Service]\nWebPort=70000\n") << "WebPort=70000";
-        QTest::newRow("host") << QByteArray("[Service]\nWebHost=a b\n") << "WebHost=a b";
-        QTest::newRow("server") << QByteArray("[TestServers]\nHSR=x:y\n") << "HSR=x:y";
-        QTest::newRow("missing file") << QByteArray() << "cannot be read";
+        const Rows<QByteArray, QString> row("content", "named");
+        row("port", "[Service]\nWebPort=70000\n", "WebPort=70000");
+        row("host", "[Service]\nWebHost=a b\n", "WebHost=a b");
+        row("server", "[TestServers]\nHSR=x:y\n", "HSR=x:y");
+        row("missing file", "", "cannot be read");
     }
     void namesWhatMakesNoSense()
     {

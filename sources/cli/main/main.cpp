@@ -16,6 +16,7 @@
 #include <csignal>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -68,6 +69,8 @@ int run(const CommandLine &options, Output &out, Output &err, const QString &lan
 
 int main(int argc, char *argv[])
 {
+    // Settings, store and their directories tell where the device was, and which one it is.
+    ::umask(S_IRWXG | S_IRWXO);
     openStandardDescriptors();
     // A reader that goes away must not end a test; Output notices it.
     std::signal(SIGPIPE, SIG_IGN);

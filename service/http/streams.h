@@ -1,0 +1,29 @@
+#pragma once
+
+#include "http/subscriber.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+
+/// The places for measurement streams, counted in all and per subscriber. Safe from every thread.
+class Streams
+{
+public:
+    Streams(int most, int mostPerAddress);
+
+    /// Gives its place back when it is destroyed; the streams outlive it.
+    using Place = std::shared_ptr<void>;
+
+    /// Nothing when there is no room for one more stream to @p address.
+    Place take(const boost::asio::ip::address &address);
+
+private:
+    void leave(const Subscriber &subscriber);
+
+    const int m_most;
+    const int m_mostPerAddress;
+    std::mutex m_mutex;
+    int m_running = 0;
+    std::map<Subscriber, int> m_counts; ///< without zeros
+};
