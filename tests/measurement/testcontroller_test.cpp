@@ -216,6 +216,7 @@ private Q_SLOTS:
         row("other operator", none, none, "228", "3", "127.0.0.1:8080");
         row("saved", "127.0.0.3", "8080", "228", "2", "127.0.0.3:8080");
         row("saved port of no entry", "127.0.0.3", "81", none, none, "127.0.0.3:81");
+        row("saved port that would wrap", "127.0.0.3", "73616", none, none, "127.0.0.3:0");
         row("saved port missing", "127.0.0.3", none, "228", "2", "127.0.0.2:8080");
         row("saved literal", "::1", "8080", none, none, "[::1]:8080");
         row("saved host that would write a header", "a\r\nX: y", "8080", "228", "2",

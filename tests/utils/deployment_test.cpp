@@ -23,7 +23,7 @@ private Q_SLOTS:
         row("b\u00fccher.example:1", "xn--bcher-kva.example", 1);
         for (const char *bad :
              {":80", "host:", "host:0", "host:65536", "host:8x", "[::1", "[::1]80", "[host]:80",
-              "1:2:3", "a b", "a\r\nX: y", "a'b", "-host", "host/path", "user@host"})
+              "1:2:3", "a b", "a\r\nX: y", "a'b", "[::1%it's]", "-host", "host/path", "user@host"})
             row(bad, {}, 0);
     }
     void readsEndpoints()
