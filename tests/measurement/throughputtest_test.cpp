@@ -7,7 +7,6 @@
 #include "support/rows.h"
 #include "utils/utils.h"
 
-#include <QNetworkProxy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -142,12 +141,6 @@ private Q_SLOTS:
         QVERIFY(result->getRealDuration() >= 1'000'000'000);
     }
 
-    // A measurement through the system's proxy would measure the proxy; nothing answers at this
-    // one.
-    void initTestCase()
-    {
-        QNetworkProxy::setApplicationProxy({QNetworkProxy::HttpProxy, u"127.0.0.1"_s, 1});
-    }
     void init()
     {
         context.results.clear();

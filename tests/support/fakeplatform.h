@@ -13,15 +13,15 @@
 #include <memory>
 #include <optional>
 
-/// A part of the fake device: makes sources and signals through the one that was made last, as long
-/// as it lives.
-template <typename Part, typename Interface>
-class FakePart
+/// A component of the fake device: makes sources and signals through the one that was made last, as
+/// long as it lives.
+template <typename Component, typename Interface>
+class FakeComponent
 {
 public:
     std::unique_ptr<Interface> create()
     {
-        auto made = std::make_unique<typename Part::Source>(static_cast<Part &>(*this));
+        auto made = std::make_unique<typename Component::Source>(static_cast<Component &>(*this));
         source = made.get();
         return made;
     }
@@ -32,7 +32,7 @@ protected:
 
 /// Position and satellites. emit...() signals at once, also when nobody has started the updates: a
 /// source may be that broken.
-class FakePosition : public FakePart<FakePosition, PositionSource>
+class FakePosition : public FakeComponent<FakePosition, PositionSource>
 {
 public:
     // What was asked for.
@@ -83,7 +83,7 @@ public:
 
 /// Network information. Set the members before the code under test is made; set...() signals at
 /// once.
-class FakeNetwork : public FakePart<FakeNetwork, NetworkInfoSource>
+class FakeNetwork : public FakeComponent<FakeNetwork, NetworkInfoSource>
 {
 public:
     void setMode(NetworkMode value)
@@ -146,7 +146,7 @@ public:
 };
 
 /// Answers open() from the event loop; opens unless told otherwise.
-class FakeSession : public FakePart<FakeSession, NetworkSession>
+class FakeSession : public FakeComponent<FakeSession, NetworkSession>
 {
 public:
     void fails(NetworkSession::SessionError with) { failure = with; }
