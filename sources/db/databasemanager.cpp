@@ -24,6 +24,11 @@ namespace {
 const QString fileName = u"orvakVelometer.db.sqlite"_s;
 constexpr double mebiPerKibi = 0.0009765625;
 
+void logError(const QString &text, const QSqlError &error)
+{
+    Utils::addLogEntry(text.arg(error.databaseText(), error.driverText()));
+}
+
 /// A transaction that a failed statement does not end: what the others stored is kept by commit().
 /// Without commit() all of it is undone.
 class Transaction
@@ -57,8 +62,7 @@ private:
         QSqlQuery query(db);
         const bool done = query.exec(statement);
         if (!done)
-            Utils::addLogEntry(u"ERROR: %1 %2"_s.arg(query.lastError().databaseText(),
-                                                     query.lastError().driverText()));
+            logError(u"ERROR: %1 %2"_s, query.lastError());
         return done;
     }
 
@@ -69,11 +73,6 @@ private:
 QString wholeNumber(double value)
 {
     return QString::number(value, 'f', 0);
-}
-
-void logError(const QString &text, const QSqlError &error)
-{
-    Utils::addLogEntry(text.arg(error.databaseText(), error.driverText()));
 }
 
 std::unique_ptr<DBTestResults> fromRow(const QSqlQuery &row)
