@@ -519,7 +519,7 @@ Beispiel:
     </message>
     <message>
         <source>positionknown</source>
-        <translation>Position auf %1 m bekannt, Höhe %2 m</translation>
+        <translation>Genauigkeit %1 m, Höhe %2 m</translation>
     </message>
     <message>
         <source>positionabout</source>

@@ -519,7 +519,7 @@ Example:
     </message>
     <message>
         <source>positionknown</source>
-        <translation>Position known to %1 m, altitude %2 m</translation>
+        <translation>Accuracy %1 m, altitude %2 m</translation>
     </message>
     <message>
         <source>positionabout</source>

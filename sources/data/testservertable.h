@@ -8,7 +8,7 @@
 struct Deployment;
 
 /// The six servers that this deployment offers, in the order in which they are shown and looked up.
-/// Owns its servers. Display texts are translated when the table is built.
+/// Owns its servers. Display texts are in the language of the last construction or retranslate().
 class TestServerTable : public QObject
 {
     Q_OBJECT
@@ -25,10 +25,20 @@ public:
     /// when there is none.
     TestServer *findByName(const QString &name) const;
 
+    /// Sets the display texts of the same servers in the language that is installed now.
+    void retranslate();
+
 private:
-    void add(const char *name, const struct Endpoint &endpoint, const char *city, const char *state,
-             const char *country);
+    /// Display texts before translation.
+    struct Texts
+    {
+        const char *name;
+        const char *city;
+        const char *state;
+    };
+
+    void add(const Texts &texts, const struct Endpoint &endpoint, const char *country);
 
     QList<TestServer *> table;
-    QStringList ownNames;
+    QList<Texts> ownTexts; ///< as long as the table
 };

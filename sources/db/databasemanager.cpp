@@ -12,6 +12,8 @@
 #include <QStandardPaths>
 #include <QVariant>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace DatabaseStatements;
 
@@ -22,6 +24,8 @@ QString DatabaseManager::database_path;
 namespace {
 
 const QString fileName = u"orvakVelometer.db.sqlite"_s;
+/// Far more than a test has; the file may come from anywhere.
+constexpr int maxIntervalsText = 10'000;
 constexpr double mebiPerKibi = 0.0009765625;
 
 void logError(const QString &text, const QSqlError &error)
@@ -75,25 +79,46 @@ QString wholeNumber(double value)
     return QString::number(value, 'f', 0);
 }
 
+/// The columns of the results table in the order in which it is created: looking them up by name
+/// would take longer than reading them.
+enum ResultColumn {
+    IdColumn,
+    TimestampColumn,
+    SeriesIdColumn,
+    TestIdColumn,
+    DownloadSpeedColumn,
+    UploadSpeedColumn,
+    UploadSpeedClientColumn,
+    RttColumn,
+    ConnectionTypeColumn,
+    LocationColumn,
+    ServerColumn,
+    VelocityColumn,
+    DistanceColumn,
+    AccuracyVertColumn,
+    AccuracyHorColumn,
+    DistanceDurationColumn,
+};
+
 std::unique_ptr<DBTestResults> fromRow(const QSqlQuery &row)
 {
     auto result = std::make_unique<DBTestResults>();
-    result->myTestId = row.value(u"id"_s).toULongLong();
-    result->timestamp = row.value(u"timestamp"_s).toDouble();
-    result->seriesId = row.value(u"seriesid"_s).toLongLong();
-    result->testId = row.value(u"testid"_s).toLongLong();
-    result->downloadSpeed = row.value(u"downloadSpeed"_s).toDouble();
-    result->uploadSpeed = row.value(u"uploadSpeed"_s).toDouble();
-    result->uploadSpeedClient = row.value(u"uploadSpeedClient"_s).toDouble();
-    result->rtt = row.value(u"rtt"_s).toLongLong();
-    result->connectionType = row.value(u"connectionType"_s).toString();
-    result->location = row.value(u"location"_s).toString();
-    result->testServer = row.value(u"server"_s).toString();
-    result->velocity = row.value(u"velocity"_s).toDouble();
-    result->distance = row.value(u"distance"_s).toDouble();
-    result->accuracyvert = row.value(u"accuracyvert"_s).toDouble();
-    result->accuracyhor = row.value(u"accuracyhor"_s).toDouble();
-    result->distanceDurationInSeconds = row.value(u"distanceDurationInSeconds"_s).toDouble();
+    result->myTestId = row.value(IdColumn).toULongLong();
+    result->timestamp = row.value(TimestampColumn).toDouble();
+    result->seriesId = row.value(SeriesIdColumn).toLongLong();
+    result->testId = row.value(TestIdColumn).toLongLong();
+    result->downloadSpeed = row.value(DownloadSpeedColumn).toDouble();
+    result->uploadSpeed = row.value(UploadSpeedColumn).toDouble();
+    result->uploadSpeedClient = row.value(UploadSpeedClientColumn).toDouble();
+    result->rtt = row.value(RttColumn).toLongLong();
+    result->connectionType = row.value(ConnectionTypeColumn).toString();
+    result->location = row.value(LocationColumn).toString();
+    result->testServer = row.value(ServerColumn).toString();
+    result->velocity = row.value(VelocityColumn).toDouble();
+    result->distance = row.value(DistanceColumn).toDouble();
+    result->accuracyvert = row.value(AccuracyVertColumn).toDouble();
+    result->accuracyhor = row.value(AccuracyHorColumn).toDouble();
+    result->distanceDurationInSeconds = row.value(DistanceDurationColumn).toDouble();
     return result;
 }
 
@@ -212,9 +237,12 @@ bool DatabaseManager::checkDatabase()
         return false;
     query.finish();
     Utils::addLogEntry(u"Database Version: %1"_s.arg(version));
+    execute(CREATE_TABLE_TESTINTERVALS);
     if (version != schemaVersion) {
         updateVersion();
         recreateTables();
+    } else {
+        execute(CREATE_INDEX_TOTALBYTES); // a file from before there was one
     }
     return transaction.commit();
 }
@@ -239,12 +267,15 @@ void DatabaseManager::recreateTables()
         {"CREATE_TABLE_TESTDETAILS"_L1, CREATE_TABLE_TESTDETAILS},
         {"DROP_TABLE_XMLFILES"_L1, DROP_TABLE_XMLFILES},
         {"CREATE_TABLE_XMLFILES"_L1, CREATE_TABLE_XMLFILES},
+        {"CREATE_TABLE_TESTINTERVALS"_L1, CREATE_TABLE_TESTINTERVALS},
+        {"DELETE_ALL_TESTINTERVALS"_L1, DELETE_ALL_TESTINTERVALS},
     };
     for (const auto &step : steps) {
         QSqlQuery query(db);
         if (!query.exec(step.statement))
             logError("SQLError-"_L1 + step.name + ": %1 %2"_L1, query.lastError());
     }
+    execute(CREATE_INDEX_TOTALBYTES);
 }
 
 qulonglong DatabaseManager::storeTestResults(const TestResults *results)
@@ -334,6 +365,7 @@ std::vector<std::unique_ptr<DBTestResults>> DatabaseManager::getAllResults()
 {
     std::vector<std::unique_ptr<DBTestResults>> results;
     QSqlQuery query(db);
+    query.setForwardOnly(true);
     query.exec(SELECT_ALL_TESTRESULTS);
     while (query.next())
         results.push_back(fromRow(query));
@@ -362,6 +394,33 @@ std::unique_ptr<TestDetails> DatabaseManager::getDetailsById(qulonglong id)
             details->putDouble(key, query.value(u"double"_s).toDouble());
     }
     return details;
+}
+
+bool DatabaseManager::storeIntervals(qulonglong id, int resulttype, const IntervalTable &bytes)
+{
+    QStringList values;
+    for (int i = 0; i < bytes.size(); ++i)
+        values.append(QString::number(bytes.value(i)));
+    QSqlQuery query(db);
+    const bool stored =
+        query.exec(QString(REPLACE_TESTINTERVALS)
+                       .arg(QString::number(id), QString::number(resulttype), values.join(u',')));
+    if (!stored)
+        logError(u"ERROR: %1 %2"_s, query.lastError());
+    return stored;
+}
+
+IntervalTable DatabaseManager::getIntervals(qulonglong id, int resulttype)
+{
+    IntervalTable bytes;
+    QSqlQuery query(db);
+    query.exec(QString(SELECT_TESTINTERVALS).arg(QString::number(id), QString::number(resulttype)));
+    if (!query.next())
+        return bytes;
+    const QStringList values = query.value(0).toString().left(maxIntervalsText).split(u',');
+    for (int i = 0; i < values.size(); ++i)
+        bytes.insert(i, std::max<qint64>(0, values.at(i).toLongLong()));
+    return bytes;
 }
 
 double DatabaseManager::getTotalMegabytesInDB()

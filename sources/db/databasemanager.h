@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/result.h"
 #include "data/xmldata.h"
 #include "db/dbtestresults.h"
 
@@ -64,6 +65,12 @@ public:
     std::vector<std::unique_ptr<DBTestResults>> getAllResults();
     /// Null when the test has no details.
     std::unique_ptr<TestDetails> getDetailsById(qulonglong id);
+
+    /// Keeps the bytes per 100 ms of one phase of a test, in place of those it had; false when they
+    /// were not stored.
+    bool storeIntervals(qulonglong id, int resulttype, const IntervalTable &bytes);
+    /// Empty when the test has none.
+    IntervalTable getIntervals(qulonglong id, int resulttype);
 
     double getTotalMegabytesInDB();
     double getTotalMegabytesOverMobileInDB();

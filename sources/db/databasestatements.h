@@ -30,6 +30,19 @@ inline constexpr auto CREATE_TABLE_XMLFILES =
 inline constexpr auto CREATE_TABLE_TESTDETAILS =
     "CREATE TABLE testdetails (id integer,key varchar(128), type varchar(1), string varchar(255), "
     "long long, double double, PRIMARY KEY (id, key))"_L1;
+/// Both totals read this alone instead of every detail of every test.
+inline constexpr auto CREATE_INDEX_TOTALBYTES =
+    "CREATE INDEX IF NOT EXISTS testdetails_totalbytes ON testdetails(key, id, long) WHERE key = "
+    "'totalBytes'"_L1;
+/// Bytes per 100 ms, separated by commas: a row for each phase of a test that has them.
+inline constexpr auto CREATE_TABLE_TESTINTERVALS =
+    "CREATE TABLE IF NOT EXISTS testintervals (id integer, resulttype integer, bytes text, PRIMARY "
+    "KEY (id, resulttype))"_L1;
+inline constexpr auto DELETE_ALL_TESTINTERVALS = "DELETE FROM testintervals"_L1;
+inline constexpr auto REPLACE_TESTINTERVALS =
+    "INSERT OR REPLACE INTO testintervals(id,resulttype,bytes) VALUES(%1,%2,'%3')"_L1;
+inline constexpr auto SELECT_TESTINTERVALS =
+    "SELECT bytes FROM testintervals WHERE id = %1 AND resulttype = %2"_L1;
 
 inline constexpr auto INSERT_INTO_TESTRESULTS =
     "INSERT INTO "

@@ -134,19 +134,22 @@ void TestController::initializeTestServer()
         testServer->setPort(port.toInt());
         Utils::addLogEntry(u"Test Server not found"_s);
     }
+    selectedServer = testServer;
     Utils::addLogEntry(u"Selected TestServer: %1:%2"_s.arg(testServer->getHostname(),
                                                            QString::number(testServer->getPort())));
 }
 
 void TestController::setTestServer(TestServer *server)
 {
-    testServer = server;
-    if (!testServer) {
+    selectedServer = server;
+    if (!running)
+        testServer = server;
+    if (!server) {
         Utils::addLogEntry(u"TestController::setTestServer -- called with NULL testServer"_s);
         return;
     }
-    Utils::setSettingsValue(u"TestServer.Hostname"_s, testServer->getHostname());
-    Utils::setSettingsValue(u"TestServer.Port"_s, QString::number(testServer->getPort()));
+    Utils::setSettingsValue(u"TestServer.Hostname"_s, server->getHostname());
+    Utils::setSettingsValue(u"TestServer.Port"_s, QString::number(server->getPort()));
 }
 
 void TestController::loadIds()
@@ -163,8 +166,8 @@ void TestController::saveUserSettings()
     Utils::setSettingsCommonValue(u"UserId"_s, QString::number(userid));
     Utils::setSettingsCommonValue(u"SeriesId"_s, QString::number(seriesid));
     Utils::setSettingsCommonValue(u"TestId"_s, QString::number(testid));
-    Utils::setSettingsValue(u"TestServer.Hostname"_s, testServer->getHostname());
-    Utils::setSettingsValue(u"TestServer.Port"_s, QString::number(testServer->getPort()));
+    Utils::setSettingsValue(u"TestServer.Hostname"_s, selectedServer->getHostname());
+    Utils::setSettingsValue(u"TestServer.Port"_s, QString::number(selectedServer->getPort()));
 }
 
 void TestController::startNewSeries()
@@ -215,6 +218,7 @@ void TestController::prepare()
         testResults->deleteLater();
     testResults = nullptr;
     xmldata.reset();
+    testServer = selectedServer;
     outcome = TestOutcome();
     concluded = false;
     testScope = std::make_unique<QObject>();
@@ -316,7 +320,7 @@ void TestController::connectionError(NetworkSession::SessionError error)
         if (!getScheduleInfo().isEmpty() && userid >= 1) {
             createRecord();
             addInitFailedEntry();
-            setObserverInformation();
+            showInformation();
             queuePartialReport();
         }
     }
@@ -384,7 +388,7 @@ void TestController::requestInitialise()
         if (Utils::getSettingsCommonValue(u"UserId"_s).toLongLong() == userid)
             loadIds();
         createRecord();
-        setObserverInformation();
+        showInformation();
         saveUserSettings();
     }
     request("GET /velometer/initialise.php?logtraffic=0.1&"_L1 +
@@ -426,7 +430,7 @@ void TestController::markDownloadEnd()
 {
     const qint64 rate = testResults->getDownloadResult()->getRateAvg();
     observer->setDownloadText(rate > 0 ? kiloBitsPerSecond(rate) : tr("na"));
-    setObserverInformation();
+    showInformation();
     observer->setStatus(tr("testphase_wait"));
     testResults->setDownloadLocationEnd(locationhelper->getDoubleLocation());
     takeLogEntry(u"DownloadEnd"_s, Phase::UploadStartMarker);
@@ -469,7 +473,7 @@ void TestController::markUploadEnd()
         observer->setUploadText(kiloBitsPerSecond(serverRate));
     else
         observer->setUploadText(clientRate > 0 ? kiloBitsPerSecond(clientRate) : tr("na"));
-    setObserverInformation();
+    showInformation();
     observer->setStatus(tr("testphase_wait"));
     testResults->setUploadLocationEnd(locationhelper->getDoubleLocation());
     takeLogEntry(u"UploadEnd"_s, Phase::RttStartMarker);
@@ -493,7 +497,7 @@ void TestController::markRttEnd()
 {
     const int average = testResults->getRTTResult()->getResponseAvg();
     observer->setRTTText(average >= 1 ? u"%1 ms"_s.arg(average / 1000000) : tr("na"));
-    setObserverInformation();
+    showInformation();
     observer->setStatus(tr("testphase_wait"));
     testResults->setRttLocationEnd(locationhelper->getDoubleLocation());
     takeLogEntry(u"RttEnd"_s, Phase::Submit);
@@ -542,7 +546,7 @@ void TestController::storeAndResubmit()
         const QString mode = networkinfohelper->getNetworkmode();
         const QString prefix =
             mode.isEmpty() ? QString() : Utils::trConnectionTypeShort(mode) + u' ';
-        setObserverInformation();
+        showInformation();
         observer->setDataTransferred(
             tr("DataTransferred") + prefix + ": "_L1 +
             testResults->getDetailsResults(this)->getFormatedStringByKey(u"totalBytes"_s));
@@ -563,6 +567,11 @@ void TestController::storeTest()
     outcome.storedId = id;
     if (id == 0 || !gDB->storeTestDetails(details.get()))
         outcome.storeFailed = true;
+    for (const Result *phase : {testResults->getDownloadResult(), testResults->getUploadResult()}) {
+        if (id != 0 && phase &&
+            !gDB->storeIntervals(id, phase->getResultType(), phase->getIntervallValuesByte()))
+            outcome.storeFailed = true;
+    }
 }
 
 void TestController::resubmit()
@@ -731,7 +740,7 @@ void TestController::stopServices()
     networkinfohelper->stopService();
 }
 
-void TestController::setObserverInformation()
+void TestController::showInformation()
 {
     QString position;
     switch (locationhelper->getLocationStatus()) {

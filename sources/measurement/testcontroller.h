@@ -85,8 +85,13 @@ public:
 
     void startNewSeries();
     void saveUserSettings();
-    /// Chooses the server (borrowed, outlives its use) and remembers the choice.
+    /// Chooses the server (borrowed, outlives its use) and remembers the choice. A test that runs
+    /// ends with the server it began with.
     void setTestServer(TestServer *server);
+    /// The server of the next test.
+    TestServer *getSelectedServer() const { return selectedServer; }
+    /// Shows the observer server, ids and position as they are now.
+    void showInformation();
     void loadUserId();
     bool checkRoaming() const;
 
@@ -169,9 +174,9 @@ private:
     void endTest(TestOutcome::End end, const QString &errorText = QString());
     void startServices();
     void stopServices();
-    void setObserverInformation();
 
-    TestServer *testServer = nullptr;
+    TestServer *selectedServer = nullptr;
+    TestServer *testServer = nullptr; ///< of the running or the last test
     QString userLocation;
     qlonglong userid = 0;
     qlonglong testid = 0;

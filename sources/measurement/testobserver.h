@@ -25,6 +25,14 @@ public:
     virtual bool stopRequested() = 0;
     virtual void setInformation(QString server, QString seriesId, QString testId,
                                 QString position) = 0;
+    /// Bytes of one closed interval of 100 ms, by its number from 0 on; @p resulttype as in Result.
+    /// Intervals in which nothing came are left out. For observers that draw.
+    virtual void setThroughput(int resulttype, int interval, qint64 bytes)
+    {
+        Q_UNUSED(resulttype)
+        Q_UNUSED(interval)
+        Q_UNUSED(bytes)
+    }
 
 protected:
     TestObserver() = default;

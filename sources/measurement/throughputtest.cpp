@@ -117,6 +117,7 @@ void ThroughputTest::recordInterval(qint64 total, qint64 &oldTotal)
             const qint64 delta = total - oldTotal;
             valuesrate[aktinterval] = delta * bitsPerSecondFactor;
             valuesbyte[aktinterval] = delta;
+            controller->getTestObserver()->setThroughput(resulttype, aktinterval, delta);
             oldTotal = total;
             old_mseconds = mseconds;
         }

@@ -45,14 +45,35 @@ private Q_SLOTS:
         QVERIFY(store(13, 3) > 0);
         XMLData report;
         QVERIFY(db->insertOrUpdateXMLFile(&report) > 0);
+        QVERIFY(db->storeIntervals(1, Result::Download, {{0, 7}}));
         QVERIFY(sql(statement));
         db = std::make_unique<DatabaseManager>(nullptr);
         QVERIFY(db->openDB());
         QCOMPARE(static_cast<int>(db->getAllResults().size()), kept);
         QCOMPARE(db->countUnsentXMLFiles(), kept);
+        // Row ids start again: what a wiped test left would become the next one's.
+        QCOMPARE(static_cast<int>(db->getIntervals(1, Result::Download).size()), kept);
         QSqlQuery version(u"SELECT * FROM version"_s);
         QVERIFY(version.next());
         QCOMPARE(version.value(0).toInt(), 6);
+    }
+
+    void aFileFromBeforeTheIntervalsKeepsItsTests()
+    {
+        QVERIFY(store(13, 3) > 0);
+        QVERIFY(sql(u"DROP TABLE testintervals"_s));
+        db = std::make_unique<DatabaseManager>(nullptr);
+        QVERIFY(db->openDB());
+        QCOMPARE(static_cast<int>(db->getAllResults().size()), 1);
+        QVERIFY(db->getIntervals(1, Result::Upload).isEmpty());
+        const IntervalTable bytes{{0, 0}, {1, 12'500'000'000}, {2, 3}};
+        QVERIFY(db->storeIntervals(1, Result::Upload, {{0, 9}, {1, 9}, {2, 9}, {3, 9}}));
+        QVERIFY(db->storeIntervals(1, Result::Upload, bytes));
+        QCOMPARE(db->getIntervals(1, Result::Upload), bytes);
+        QVERIFY(sql(u"UPDATE testintervals SET bytes = '5,,-3,x,' || hex(zeroblob(100000))"_s));
+        QCOMPARE(db->getIntervals(1, Result::Upload).value(0), 5);
+        QCOMPARE(db->getIntervals(1, Result::Upload).value(2), 0);
+        QVERIFY(db->getIntervals(1, Result::Upload).size() < 10'000);
     }
 
     void storesARowOfRoundedFigures()

@@ -317,6 +317,20 @@ private Q_SLOTS:
         QCOMPARE(resent.count("</ClientTime><ClientRetryTime>"), 1);
     }
 
+    void aServerChosenDuringATestIsTheNextOnes()
+    {
+        create();
+        TestServer other(u"Other"_s, u"127.0.0.9"_s, 1, {}, {}, {}, {}, nullptr);
+        controller->runTests(u"Train"_s);
+        controller->setTestServer(&other);
+        waitForEnd();
+        QVERIFY(ended.reportDelivered);
+        QCOMPARE(Utils::getSettingsValue(u"TestServer.Hostname"_s), u"127.0.0.9"_s);
+        controller->runTests(u"Train"_s);
+        QCOMPARE(controller->getTestServer(), &other);
+        controller->abortTest();
+    }
+
     void oneTestWalksThroughTheWholeQueueOnce()
     {
         for (int i = 0; i < 3; ++i) {

@@ -49,6 +49,7 @@ private Q_SLOTS:
         QVERIFY(server.listen(QHostAddress::LocalHost));
         context.server->setPort(server.serverPort());
         context.observer.progress.clear();
+        context.observer.throughput.clear();
         FakeClock clock;
         DownloadTest test(&context, &record);
         clock.advance(1s);
@@ -73,6 +74,7 @@ private Q_SLOTS:
         for (int i = 0; i < 10; ++i) {
             QCOMPARE(result->getIntervallValuesByte().value(i), bytes.value(i));
             QCOMPARE(result->getIntervallValuesRate().value(i), bytes.value(i) * 80);
+            QCOMPARE(context.observer.throughput.value({Result::Download, i}), bytes.value(i));
         }
         QCOMPARE(result->getConnectTime(), 0);
         QCOMPARE(result->getGetTime(), static_cast<qlonglong>(arrivals[0].after.count()));

@@ -2,7 +2,10 @@
 
 #include "measurement/testobserver.h"
 
+#include <QMap>
 #include <QStringList>
+
+#include <utility>
 
 /// Keeps what a test reports, each call as one line.
 class FakeObserver : public TestObserver
@@ -35,7 +38,13 @@ public:
         information = {server, seriesId, testId, position};
     }
 
+    void setThroughput(int resulttype, int interval, qint64 bytes) override
+    {
+        throughput[{resulttype, interval}] = bytes;
+    }
+
     QStringList calls;
+    QMap<std::pair<int, int>, qint64> throughput;
     QStringList information;
     QList<int> progress;
     int max = 0;

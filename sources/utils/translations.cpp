@@ -1,4 +1,4 @@
-#include "cli/translations.h"
+#include "utils/translations.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -8,16 +8,22 @@ using namespace Qt::StringLiterals;
 
 namespace {
 QTranslator *installed = nullptr;
+QString current;
 }
 
 QString Translations::systemLanguage()
 {
-    const QString first = QLocale::system().uiLanguages().value(0);
-    return first.startsWith("de"_L1) ? u"de"_s : u"en"_s;
+    return QLocale::system().name().startsWith("de"_L1) ? u"de"_s : u"en"_s;
+}
+
+QString Translations::language()
+{
+    return current.isEmpty() ? systemLanguage() : current;
 }
 
 void Translations::install(const QString &language)
 {
+    current = language;
     delete installed;
     installed = new QTranslator(QCoreApplication::instance());
     if (installed->load(u":/velometerres/Velometer_%1"_s.arg(language)))

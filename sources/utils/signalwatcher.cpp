@@ -1,4 +1,4 @@
-#include "cli/signalwatcher.h"
+#include "utils/signalwatcher.h"
 
 #include <array>
 #include <csignal>
