@@ -20,12 +20,18 @@ function(velometer_warnings target)
     endif()
 endfunction()
 
-# velometer_library(context LINKS velometer_platform): all sources of this folder become
-# velometer_context. Includes are folder-qualified ("context/locationhelper.h"); a folder sees only
+# velometer_library(context LINKS velometer_platform): all sources of this folder, and of those named
+# after FOLDERS, become velometer_context. Includes are folder-qualified ("context/locationhelper.h"); a folder sees only
 # what it links, because every folder's headers are handed on through a directory of its own.
 function(velometer_library folder)
-    cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+    cmake_parse_arguments(arg "" "" "LINKS;FOLDERS" ${ARGN})
+    set(patterns)
+    foreach(place . ${arg_FOLDERS})
+        foreach(suffix cpp h ui)
+            list(APPEND patterns ${CMAKE_CURRENT_SOURCE_DIR}/${place}/*.${suffix})
+        endforeach()
+    endforeach()
+    file(GLOB sources CONFIGURE_DEPENDS ${patterns})
     add_library(velometer_${folder} STATIC ${sources})
     set(view ${CMAKE_BINARY_DIR}/include/${folder})
     file(MAKE_DIRECTORY ${view})

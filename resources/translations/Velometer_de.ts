@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_CH" sourcelanguage="en">
 <context>
+    <name>AboutTab</name>
+    <message>
+        <source>About this program</source>
+        <translation>Über dieses Programm</translation>
+    </message>
+</context>
+<context>
     <name>CommandLine</name>
     <message>
         <source>%1 or %2</source>
@@ -303,6 +310,205 @@ Beispiel:
     </message>
 </context>
 <context>
+    <name>DetailsWindow</name>
+    <message>
+        <source>Please Wait ...</source>
+        <translation>Bitte warten ...</translation>
+    </message>
+    <message>
+        <source>Resultat als E-Mail versenden</source>
+        <translation>Resultat als E-Mail versenden</translation>
+    </message>
+    <message>
+        <source>Performance Data</source>
+        <translation>Leistungsdaten</translation>
+    </message>
+    <message>
+        <source>Download Average</source>
+        <translation>Download Durchschnitt</translation>
+    </message>
+    <message>
+        <source>over 5 seconds</source>
+        <translation>über 5 Sekunden</translation>
+    </message>
+    <message>
+        <source>Download Maximum</source>
+        <translation>Download Maximum</translation>
+    </message>
+    <message>
+        <source>fastest second</source>
+        <translation>schnellste Sekunde</translation>
+    </message>
+    <message>
+        <source>Upload Average</source>
+        <translation>Upload Durchschnitt</translation>
+    </message>
+    <message>
+        <source>Upload Maximum</source>
+        <translation>Upload Maximum</translation>
+    </message>
+    <message>
+        <source>RTT Average</source>
+        <translation>RTT Durchschnitt</translation>
+    </message>
+    <message>
+        <source>over 3 &quot;TCP Connect Time&quot;</source>
+        <translation>über 3 «TCP Connect Time»</translation>
+    </message>
+    <message>
+        <source>RTT Minimum</source>
+        <translation>RTT Minimum</translation>
+    </message>
+    <message>
+        <source>min &quot;TCP Connect Time&quot;</source>
+        <translation>kleinste «TCP Connect Time»</translation>
+    </message>
+    <message>
+        <source>Downloaded Bytes</source>
+        <translation>Empfangene Bytes</translation>
+    </message>
+    <message>
+        <source>whole test</source>
+        <translation>ganzer Test</translation>
+    </message>
+    <message>
+        <source>Uploaded Bytes</source>
+        <translation>Gesendete Bytes</translation>
+    </message>
+    <message>
+        <source>Total transferred Bytes</source>
+        <translation>Übertragene Bytes total</translation>
+    </message>
+    <message>
+        <source>Device Information</source>
+        <translation>Geräteinformationen</translation>
+    </message>
+    <message>
+        <source>Connectiontype(s)</source>
+        <translation>Verbindungsart(en)</translation>
+    </message>
+    <message>
+        <source>during test cycle</source>
+        <translation>während des Tests</translation>
+    </message>
+    <message>
+        <source>NetworkCell</source>
+        <translation>Netzzelle</translation>
+    </message>
+    <message>
+        <source>at the end of the test</source>
+        <translation>am Ende des Tests</translation>
+    </message>
+    <message>
+        <source>GSM Signalstrength</source>
+        <translation>GSM-Signalstärke</translation>
+    </message>
+    <message>
+        <source>External IP</source>
+        <translation>Externe IP</translation>
+    </message>
+    <message>
+        <source>Device IP</source>
+        <translation>IP des Geräts</translation>
+    </message>
+    <message>
+        <source>Device Latitude</source>
+        <translation>Breitengrad</translation>
+    </message>
+    <message>
+        <source>Device Longitude</source>
+        <translation>Längengrad</translation>
+    </message>
+    <message>
+        <source>Device Altitude</source>
+        <translation>Höhe</translation>
+    </message>
+    <message>
+        <source>Distance Traveled</source>
+        <translation>Zurückgelegte Strecke</translation>
+    </message>
+    <message>
+        <source>during test, in meters</source>
+        <translation>während des Tests, in Metern</translation>
+    </message>
+    <message>
+        <source>Average Velocity</source>
+        <translation>Durchschnittsgeschwindigkeit</translation>
+    </message>
+    <message>
+        <source>Vert. Accuracy of GPS/Network</source>
+        <translation>Vert. Genauigkeit GPS/Netz</translation>
+    </message>
+    <message>
+        <source>Hor. Accuracy of GPS/Network</source>
+        <translation>Hor. Genauigkeit GPS/Netz</translation>
+    </message>
+    <message>
+        <source>Test Server Info</source>
+        <translation>Testserver</translation>
+    </message>
+    <message>
+        <source>Server Name</source>
+        <translation>Servername</translation>
+    </message>
+    <message>
+        <source>Server Domain</source>
+        <translation>Server-Domain</translation>
+    </message>
+    <message>
+        <source>Server IP</source>
+        <translation>Server-IP</translation>
+    </message>
+    <message>
+        <source>Server Port</source>
+        <translation>Server-Port</translation>
+    </message>
+    <message>
+        <source>Server Country</source>
+        <translation>Land</translation>
+    </message>
+    <message>
+        <source>Server State</source>
+        <translation>Kanton/Staat</translation>
+    </message>
+    <message>
+        <source>Server City</source>
+        <translation>Ort</translation>
+    </message>
+    <message>
+        <source>Test Info</source>
+        <translation>Test</translation>
+    </message>
+    <message>
+        <source>Date of Test</source>
+        <translation>Datum des Tests</translation>
+    </message>
+    <message>
+        <source>Time of Test</source>
+        <translation>Zeit des Tests</translation>
+    </message>
+    <message>
+        <source>Test Series ID</source>
+        <translation>Seriennummer</translation>
+    </message>
+    <message>
+        <source>Test ID</source>
+        <translation>Testnummer</translation>
+    </message>
+    <message>
+        <source>Summary for the current measurement:</source>
+        <translation>Zusammenfassung der Messung:</translation>
+    </message>
+    <message>
+        <source>Link to the measurements:</source>
+        <translation>Link zu den Messungen:</translation>
+    </message>
+    <message>
+        <source>orvak Velometer for Zenta (UserId:%1 Version:%2)</source>
+        <translation>orvak Velometer für Zenta (UserId:%1 Version:%2)</translation>
+    </message>
+</context>
+<context>
     <name>DeviceContext</name>
     <message>
         <source>Network mode</source>
@@ -418,6 +624,353 @@ Beispiel:
     </message>
 </context>
 <context>
+    <name>ErrorPopup</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>GeoMap</name>
+    <message>
+        <source>(c) OpenStreetMap contributors</source>
+        <translation>© OpenStreetMap-Mitwirkende</translation>
+    </message>
+</context>
+<context>
+    <name>GeoMapTab</name>
+    <message>
+        <source>No test has a position yet.</source>
+        <translation>Noch kein Test hat eine Position.</translation>
+    </message>
+    <message>
+        <source>Map of the tests</source>
+        <translation>Karte der Tests</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n position(s) on the map</source>
+        <translation>
+            <numerusform>%n Position auf der Karte</numerusform>
+            <numerusform>%n Positionen auf der Karte</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>ConnectionTyp:</source>
+        <translation>Verbindungsart: </translation>
+    </message>
+    <message>
+        <source>DownloadSpeed:</source>
+        <translation>Download: </translation>
+    </message>
+    <message>
+        <source>UploadSpeed:</source>
+        <translation>Upload: </translation>
+    </message>
+</context>
+<context>
+    <name>LinksTab</name>
+    <message>
+        <source>Webseite mit Details zu 
+meinen Resultaten öffnen</source>
+        <translation>Webseite mit Details zu
+meinen Resultaten öffnen</translation>
+    </message>
+    <message>
+        <source>You get your own page with the first test.</source>
+        <translation>Ihre eigene Seite erhalten Sie mit dem ersten Test.</translation>
+    </message>
+    <message>
+        <source>Feedback an 
+orvak verfassen</source>
+        <translation>Feedback an
+orvak verfassen</translation>
+    </message>
+    <message>
+        <source>No browser could be opened. Copy this address into the browser of another device:</source>
+        <translation>Es liess sich kein Browser öffnen. Geben Sie diese Adresse im Browser eines anderen Geräts ein:</translation>
+    </message>
+    <message>
+        <source>No mail program could be opened. Write to this address:</source>
+        <translation>Es liess sich kein Mailprogramm öffnen. Schreiben Sie an diese Adresse:</translation>
+    </message>
+</context>
+<context>
+    <name>LocationPopup</name>
+    <message>
+        <source>Your current Location:</source>
+        <translation>Wo sind Sie?</translation>
+    </message>
+    <message>
+        <source>Indoor</source>
+        <translation>In einem Gebäude</translation>
+    </message>
+    <message>
+        <source>Outdoor</source>
+        <translation>Im Freien</translation>
+    </message>
+    <message>
+        <source>Train</source>
+        <translation>Im Zug</translation>
+    </message>
+    <message>
+        <source>Car</source>
+        <translation>Im Auto/Bus/Tram</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>Sonstwo</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>VeloMeter</source>
+        <translation>VeloMeter</translation>
+    </message>
+    <message>
+        <source>Loading...</source>
+        <translation>Wird geladen...</translation>
+    </message>
+    <message>
+        <source>ErrorTitle</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be opened or written. Make room or correct the rights of this folder, then start again.</source>
+        <translation>Die Resultate in %1 lassen sich nicht öffnen oder schreiben. Schaffen Sie Platz oder berichtigen Sie die Rechte dieses Ordners und starten Sie neu.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Yes, start test</source>
+        <translation>Ja, Test starten</translation>
+    </message>
+    <message>
+        <source>No, don&apos;t test</source>
+        <translation>Nein, nicht testen</translation>
+    </message>
+    <message>
+        <source>aborting...</source>
+        <translation>wird abgebrochen...</translation>
+    </message>
+    <message>
+        <source>Costs</source>
+        <translation>Kosten</translation>
+    </message>
+    <message>
+        <source>CostsQuestion</source>
+        <translation>Ein Test lastet die Verbindung 14 Sekunden lang aus. In einem schnellen Netz sind das mehrere hundert Megabytes, die je nach Abo etwas kosten. Test starten?</translation>
+    </message>
+    <message>
+        <source>Roaming</source>
+        <translation>Roaming</translation>
+    </message>
+    <message>
+        <source>RoamingQuestion</source>
+        <translation>Ihr Gerät ist im Roaming. Ein Test überträgt so viele Daten, wie das Netz in 14 Sekunden trägt, und kann teuer werden. Trotzdem starten?</translation>
+    </message>
+    <message>
+        <source>Abort Test</source>
+        <translation>Test abbrechen</translation>
+    </message>
+    <message>
+        <source>Start Test</source>
+        <translation>Test starten</translation>
+    </message>
+    <message>
+        <source>Next measurement in %1:%2 minutes.</source>
+        <translation>Nächste Messung in %1:%2 Minuten.</translation>
+    </message>
+    <message>
+        <source>The test could not be stored in %1. Make room or correct the rights of this folder.</source>
+        <translation>Der Test liess sich nicht in %1 speichern. Schaffen Sie Platz oder berichtigen Sie die Rechte dieses Ordners.</translation>
+    </message>
+    <message>
+        <source>The report waits and goes out with the next test.</source>
+        <translation>Der Bericht wartet und geht mit dem nächsten Test weg.</translation>
+    </message>
+    <message>
+        <source>Please Wait</source>
+        <translation>Bitte warten</translation>
+    </message>
+    <message>
+        <source>Database is beeing reseted...</source>
+        <translation>Die Datenbank wird zurückgesetzt...</translation>
+    </message>
+    <message>
+        <source>Clear Database</source>
+        <translation>Datenbank löschen</translation>
+    </message>
+    <message>
+        <source>Database has been reseted</source>
+        <translation>Die Datenbank wurde zurückgesetzt</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>Information</translation>
+    </message>
+    <message>
+        <source>Starting new Test Series with Id:</source>
+        <translation>Neue Testserie beginnt mit der Nummer:</translation>
+    </message>
+</context>
+<context>
+    <name>NavigationBar</name>
+    <message>
+        <source>Test page</source>
+        <translation>Testseite</translation>
+    </message>
+    <message>
+        <source>Results page</source>
+        <translation>Resultatseite</translation>
+    </message>
+    <message>
+        <source>Settings page</source>
+        <translation>Einstellungsseite</translation>
+    </message>
+    <message>
+        <source>Links page</source>
+        <translation>Linkseite</translation>
+    </message>
+    <message>
+        <source>About page</source>
+        <translation>Infoseite</translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation>Test</translation>
+    </message>
+    <message>
+        <source>Resultate</source>
+        <translation>Resultate</translation>
+    </message>
+    <message>
+        <source>Einstellungen</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>About</translation>
+    </message>
+</context>
+<context>
+    <name>NumberOfMeasurementsPopup</name>
+    <message>
+        <source>Anzahl Messungen:</source>
+        <translation>Anzahl Messungen:</translation>
+    </message>
+    <message>
+        <source>Test every:</source>
+        <translation>Test alle:</translation>
+    </message>
+    <message>
+        <source>During:</source>
+        <translation>Während:</translation>
+    </message>
+    <message>
+        <source>Serienmessung starten</source>
+        <translation>Serienmessung starten</translation>
+    </message>
+    <message>
+        <source>Einzelmessung starten</source>
+        <translation>Einzelmessung starten</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>Options</name>
+    <message>
+        <source>%1; --help lists the options.</source>
+        <translation>%1; --help zählt die Optionen auf.</translation>
+    </message>
+    <message>
+        <source>There is no option %1; --help lists them.</source>
+        <translation>Die Option %1 gibt es nicht; --help zählt sie auf.</translation>
+    </message>
+    <message>
+        <source>velometer does not know what to do with %1; --help lists the options.</source>
+        <translation>velometer kann mit %1 nichts anfangen; --help zählt die Optionen auf.</translation>
+    </message>
+    <message>
+        <source>--%1 needs a value.</source>
+        <translation>--%1 braucht einen Wert.</translation>
+    </message>
+    <message>
+        <source>--language takes de or en, not %1.</source>
+        <translation>--language nimmt de oder en, nicht %1.</translation>
+    </message>
+    <message>
+        <source>--shell takes handset, phone or desktop, not %1.</source>
+        <translation>--shell nimmt handset, phone oder desktop, nicht %1.</translation>
+    </message>
+    <message>
+        <source>velometer measures a mobile data connection: download, upload and round-trip time.
+
+usage: velometer [options]
+
+  --config FILE      deployment file: where the service and the test servers are
+  --data-dir DIR     where results are kept
+  --script FILE      replays a recorded device instead of asking this one
+  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
+                     (a window); without it what fits the screen
+  --language de|en   German or English; without it as chosen on the settings page
+  --verbose          writes the diagnostic log to standard error
+  --version          prints the version
+  --help             prints this text
+
+velometer-cli does the same without a display.
+</source>
+        <translation>velometer misst eine mobile Datenverbindung: Download, Upload und Antwortzeit.
+
+Aufruf: velometer [Optionen]
+
+  --config DATEI     Installationsdatei: wo Dienst und Testserver sind
+  --data-dir ORDNER  wo die Resultate aufbewahrt werden
+  --script DATEI     spielt ein aufgezeichnetes Gerät ab, statt dieses zu fragen
+  --shell NAME       handset (gedreht, ganzer Bildschirm), phone (ganzer Bildschirm) oder
+                     desktop (ein Fenster); ohne Angabe, was zum Bildschirm passt
+  --language de|en   Deutsch oder Englisch; ohne Angabe wie auf der Einstellungsseite gewählt
+  --verbose          schreibt das Diagnoseprotokoll auf die Standardfehlerausgabe
+  --version          zeigt die Version
+  --help             zeigt diesen Text
+
+velometer-cli tut dasselbe ohne Anzeige.
+</translation>
+    </message>
+    <message>
+        <source>There is no display; velometer-cli measures without one.</source>
+        <translation>Es gibt keine Anzeige; velometer-cli misst ohne.</translation>
+    </message>
+</context>
+<context>
+    <name>PageHeader</name>
+    <message>
+        <source>Web site of the maker</source>
+        <translation>Webseite des Herstellers</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schliessen</translation>
+    </message>
+</context>
+<context>
     <name>Program</name>
     <message>
         <source>Standard output cannot be written: %1.</source>
@@ -457,14 +1010,60 @@ Beispiel:
     </message>
 </context>
 <context>
+    <name>ResultsTab</name>
+    <message>
+        <source>Please Wait ...</source>
+        <translation>Bitte warten ...</translation>
+    </message>
+    <message>
+        <source>No tests yet.</source>
+        <translation>Noch keine Tests.</translation>
+    </message>
+    <message>
+        <source>Show locations on map</source>
+        <translation>Orte auf der Karte zeigen</translation>
+    </message>
+    <message>
+        <source>Transferred Data %1 MB (%2 MB mobile)</source>
+        <translation>Übertragene Daten %1 MB (%2 MB mobil)</translation>
+    </message>
+</context>
+<context>
     <name>ServerChoice</name>
     <message>
-        <source>There is no server "%1"; use HOST[:PORT] or one of: %2.</source>
+        <source>There is no server &quot;%1&quot;; use HOST[:PORT] or one of: %2.</source>
         <translation>Den Server «%1» gibt es nicht; möglich sind HOST[:PORT] oder: %2.</translation>
     </message>
     <message>
-        <source>"%1" is no server address; write HOST[:PORT] with a port from 1 to 65535, an IPv6 address in brackets.</source>
+        <source>&quot;%1&quot; is no server address; write HOST[:PORT] with a port from 1 to 65535, an IPv6 address in brackets.</source>
         <translation>«%1» ist keine Serveradresse; schreiben Sie HOST[:PORT] mit einem Port von 1 bis 65535, eine IPv6-Adresse in Klammern.</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsTab</name>
+    <message>
+        <source>Start New Test Series</source>
+        <translation>Neue Testserie beginnen</translation>
+    </message>
+    <message>
+        <source>Clear Local Database</source>
+        <translation>Lokale Datenbank löschen</translation>
+    </message>
+    <message>
+        <source>Choose Test Server</source>
+        <translation>Testserver wählen</translation>
+    </message>
+    <message>
+        <source>Language:</source>
+        <translation>Sprache:</translation>
+    </message>
+    <message>
+        <source>Advanced mode:</source>
+        <translation>Erweiterter Modus:</translation>
+    </message>
+    <message>
+        <source>Advanced mode</source>
+        <translation>Erweiterter Modus</translation>
     </message>
 </context>
 <context>
@@ -531,6 +1130,17 @@ Beispiel:
     <message>
         <source>n/a</source>
         <translation>k. A.</translation>
+    </message>
+</context>
+<context>
+    <name>TestResultWidget</name>
+    <message>
+        <source>na</source>
+        <translation>k. A.</translation>
+    </message>
+    <message>
+        <source>%1, %2 %3, %4, %5, %6, download %7, upload %8, RTT %9</source>
+        <translation>%1, %2 %3, %4, %5, %6, Download %7, Upload %8, RTT %9</translation>
     </message>
 </context>
 <context>
@@ -637,6 +1247,45 @@ Beispiel:
     <message>
         <source>New York</source>
         <translation>New York</translation>
+    </message>
+</context>
+<context>
+    <name>TestTab</name>
+    <message>
+        <source>Location:</source>
+        <translation>Ort:</translation>
+    </message>
+    <message>
+        <source>Test Server:</source>
+        <translation>Testserver:</translation>
+    </message>
+    <message>
+        <source>Series ID / Test ID:</source>
+        <translation>Serie / Test:</translation>
+    </message>
+    <message>
+        <source>Position:</source>
+        <translation>Position:</translation>
+    </message>
+    <message>
+        <source>Download:</source>
+        <translation>Download:</translation>
+    </message>
+    <message>
+        <source>Upload:</source>
+        <translation>Upload:</translation>
+    </message>
+    <message>
+        <source>RTT:</source>
+        <translation>RTT:</translation>
+    </message>
+    <message>
+        <source>Progress of the measurement</source>
+        <translation>Fortschritt der Messung</translation>
+    </message>
+    <message>
+        <source>Start Test</source>
+        <translation>Test starten</translation>
     </message>
 </context>
 <context>
@@ -747,6 +1396,25 @@ Beispiel:
     </message>
 </context>
 <context>
+    <name>ThroughputPlot</name>
+    <message>
+        <source>Throughput over time</source>
+        <translation>Durchsatz über die Zeit</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>%1, %2 s</source>
+        <translation>%1, %2 s</translation>
+    </message>
+</context>
+<context>
     <name>Utils</name>
     <message>
         <source>conntypeMobile</source>
@@ -847,6 +1515,24 @@ Beispiel:
     <message>
         <source>LocationOtherShort</source>
         <translation>Sonstwo</translation>
+    </message>
+</context>
+<context>
+    <name>WaitingPopup</name>
+    <message>
+        <source>Please Wait ...</source>
+        <translation>Bitte warten ...</translation>
+    </message>
+</context>
+<context>
+    <name>WarningPopup</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en">
 <context>
+    <name>AboutTab</name>
+    <message>
+        <source>About this program</source>
+        <translation>About this program</translation>
+    </message>
+</context>
+<context>
     <name>CommandLine</name>
     <message>
         <source>%1 or %2</source>
@@ -303,6 +310,205 @@ Example:
     </message>
 </context>
 <context>
+    <name>DetailsWindow</name>
+    <message>
+        <source>Please Wait ...</source>
+        <translation>Please Wait ...</translation>
+    </message>
+    <message>
+        <source>Resultat als E-Mail versenden</source>
+        <translation>Send result by e-mail</translation>
+    </message>
+    <message>
+        <source>Performance Data</source>
+        <translation>Performance Data</translation>
+    </message>
+    <message>
+        <source>Download Average</source>
+        <translation>Download Average</translation>
+    </message>
+    <message>
+        <source>over 5 seconds</source>
+        <translation>over 5 seconds</translation>
+    </message>
+    <message>
+        <source>Download Maximum</source>
+        <translation>Download Maximum</translation>
+    </message>
+    <message>
+        <source>fastest second</source>
+        <translation>fastest second</translation>
+    </message>
+    <message>
+        <source>Upload Average</source>
+        <translation>Upload Average</translation>
+    </message>
+    <message>
+        <source>Upload Maximum</source>
+        <translation>Upload Maximum</translation>
+    </message>
+    <message>
+        <source>RTT Average</source>
+        <translation>RTT Average</translation>
+    </message>
+    <message>
+        <source>over 3 &quot;TCP Connect Time&quot;</source>
+        <translation>over 3 &quot;TCP Connect Time&quot;</translation>
+    </message>
+    <message>
+        <source>RTT Minimum</source>
+        <translation>RTT Minimum</translation>
+    </message>
+    <message>
+        <source>min &quot;TCP Connect Time&quot;</source>
+        <translation>min &quot;TCP Connect Time&quot;</translation>
+    </message>
+    <message>
+        <source>Downloaded Bytes</source>
+        <translation>Downloaded Bytes</translation>
+    </message>
+    <message>
+        <source>whole test</source>
+        <translation>whole test</translation>
+    </message>
+    <message>
+        <source>Uploaded Bytes</source>
+        <translation>Uploaded Bytes</translation>
+    </message>
+    <message>
+        <source>Total transferred Bytes</source>
+        <translation>Total transferred Bytes</translation>
+    </message>
+    <message>
+        <source>Device Information</source>
+        <translation>Device Information</translation>
+    </message>
+    <message>
+        <source>Connectiontype(s)</source>
+        <translation>Connectiontype(s)</translation>
+    </message>
+    <message>
+        <source>during test cycle</source>
+        <translation>during test cycle</translation>
+    </message>
+    <message>
+        <source>NetworkCell</source>
+        <translation>NetworkCell</translation>
+    </message>
+    <message>
+        <source>at the end of the test</source>
+        <translation>at the end of the test</translation>
+    </message>
+    <message>
+        <source>GSM Signalstrength</source>
+        <translation>GSM Signalstrength</translation>
+    </message>
+    <message>
+        <source>External IP</source>
+        <translation>External IP</translation>
+    </message>
+    <message>
+        <source>Device IP</source>
+        <translation>Device IP</translation>
+    </message>
+    <message>
+        <source>Device Latitude</source>
+        <translation>Device Latitude</translation>
+    </message>
+    <message>
+        <source>Device Longitude</source>
+        <translation>Device Longitude</translation>
+    </message>
+    <message>
+        <source>Device Altitude</source>
+        <translation>Device Altitude</translation>
+    </message>
+    <message>
+        <source>Distance Traveled</source>
+        <translation>Distance Traveled</translation>
+    </message>
+    <message>
+        <source>during test, in meters</source>
+        <translation>during test, in meters</translation>
+    </message>
+    <message>
+        <source>Average Velocity</source>
+        <translation>Average Velocity</translation>
+    </message>
+    <message>
+        <source>Vert. Accuracy of GPS/Network</source>
+        <translation>Vert. Accuracy of GPS/Network</translation>
+    </message>
+    <message>
+        <source>Hor. Accuracy of GPS/Network</source>
+        <translation>Hor. Accuracy of GPS/Network</translation>
+    </message>
+    <message>
+        <source>Test Server Info</source>
+        <translation>Test Server Info</translation>
+    </message>
+    <message>
+        <source>Server Name</source>
+        <translation>Server Name</translation>
+    </message>
+    <message>
+        <source>Server Domain</source>
+        <translation>Server Domain</translation>
+    </message>
+    <message>
+        <source>Server IP</source>
+        <translation>Server IP</translation>
+    </message>
+    <message>
+        <source>Server Port</source>
+        <translation>Server Port</translation>
+    </message>
+    <message>
+        <source>Server Country</source>
+        <translation>Server Country</translation>
+    </message>
+    <message>
+        <source>Server State</source>
+        <translation>Server State</translation>
+    </message>
+    <message>
+        <source>Server City</source>
+        <translation>Server City</translation>
+    </message>
+    <message>
+        <source>Test Info</source>
+        <translation>Test Info</translation>
+    </message>
+    <message>
+        <source>Date of Test</source>
+        <translation>Date of Test</translation>
+    </message>
+    <message>
+        <source>Time of Test</source>
+        <translation>Time of Test</translation>
+    </message>
+    <message>
+        <source>Test Series ID</source>
+        <translation>Test Series ID</translation>
+    </message>
+    <message>
+        <source>Test ID</source>
+        <translation>Test ID</translation>
+    </message>
+    <message>
+        <source>Summary for the current measurement:</source>
+        <translation>Summary for the current measurement:</translation>
+    </message>
+    <message>
+        <source>Link to the measurements:</source>
+        <translation>Link to the measurements:</translation>
+    </message>
+    <message>
+        <source>orvak Velometer for Zenta (UserId:%1 Version:%2)</source>
+        <translation>orvak Velometer for Zenta (UserId:%1 Version:%2)</translation>
+    </message>
+</context>
+<context>
     <name>DeviceContext</name>
     <message>
         <source>Network mode</source>
@@ -418,6 +624,353 @@ Example:
     </message>
 </context>
 <context>
+    <name>ErrorPopup</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>GeoMap</name>
+    <message>
+        <source>(c) OpenStreetMap contributors</source>
+        <translation>© OpenStreetMap contributors</translation>
+    </message>
+</context>
+<context>
+    <name>GeoMapTab</name>
+    <message>
+        <source>No test has a position yet.</source>
+        <translation>No test has a position yet.</translation>
+    </message>
+    <message>
+        <source>Map of the tests</source>
+        <translation>Map of the tests</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n position(s) on the map</source>
+        <translation>
+            <numerusform>%n position on the map</numerusform>
+            <numerusform>%n positions on the map</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>ConnectionTyp:</source>
+        <translation>ConnectionTyp: </translation>
+    </message>
+    <message>
+        <source>DownloadSpeed:</source>
+        <translation>DownloadSpeed: </translation>
+    </message>
+    <message>
+        <source>UploadSpeed:</source>
+        <translation>UploadSpeed: </translation>
+    </message>
+</context>
+<context>
+    <name>LinksTab</name>
+    <message>
+        <source>Webseite mit Details zu 
+meinen Resultaten öffnen</source>
+        <translation>Open the web page with
+details of my results</translation>
+    </message>
+    <message>
+        <source>You get your own page with the first test.</source>
+        <translation>You get your own page with the first test.</translation>
+    </message>
+    <message>
+        <source>Feedback an 
+orvak verfassen</source>
+        <translation>Write feedback
+to orvak</translation>
+    </message>
+    <message>
+        <source>No browser could be opened. Copy this address into the browser of another device:</source>
+        <translation>No browser could be opened. Copy this address into the browser of another device:</translation>
+    </message>
+    <message>
+        <source>No mail program could be opened. Write to this address:</source>
+        <translation>No mail program could be opened. Write to this address:</translation>
+    </message>
+</context>
+<context>
+    <name>LocationPopup</name>
+    <message>
+        <source>Your current Location:</source>
+        <translation>Your current Location:</translation>
+    </message>
+    <message>
+        <source>Indoor</source>
+        <translation>Indoor</translation>
+    </message>
+    <message>
+        <source>Outdoor</source>
+        <translation>Outdoor</translation>
+    </message>
+    <message>
+        <source>Train</source>
+        <translation>Train</translation>
+    </message>
+    <message>
+        <source>Car</source>
+        <translation>Car</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>Other</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>VeloMeter</source>
+        <translation>VeloMeter</translation>
+    </message>
+    <message>
+        <source>Loading...</source>
+        <translation>Loading...</translation>
+    </message>
+    <message>
+        <source>ErrorTitle</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be opened or written. Make room or correct the rights of this folder, then start again.</source>
+        <translation>The results in %1 cannot be opened or written. Make room or correct the rights of this folder, then start again.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Yes, start test</source>
+        <translation>Yes, start test</translation>
+    </message>
+    <message>
+        <source>No, don&apos;t test</source>
+        <translation>No, don&apos;t test</translation>
+    </message>
+    <message>
+        <source>aborting...</source>
+        <translation>aborting...</translation>
+    </message>
+    <message>
+        <source>Costs</source>
+        <translation>Costs</translation>
+    </message>
+    <message>
+        <source>CostsQuestion</source>
+        <translation>A test uses the connection fully for 14 seconds. On a fast network these are several hundred megabytes, which cost money with some contracts. Start the test?</translation>
+    </message>
+    <message>
+        <source>Roaming</source>
+        <translation>Roaming</translation>
+    </message>
+    <message>
+        <source>RoamingQuestion</source>
+        <translation>Your device is roaming. A test moves as much data as the network carries in 14 seconds and may be expensive. Start it anyway?</translation>
+    </message>
+    <message>
+        <source>Abort Test</source>
+        <translation>Abort Test</translation>
+    </message>
+    <message>
+        <source>Start Test</source>
+        <translation>Start Test</translation>
+    </message>
+    <message>
+        <source>Next measurement in %1:%2 minutes.</source>
+        <translation>Next measurement in %1:%2 minutes.</translation>
+    </message>
+    <message>
+        <source>The test could not be stored in %1. Make room or correct the rights of this folder.</source>
+        <translation>The test could not be stored in %1. Make room or correct the rights of this folder.</translation>
+    </message>
+    <message>
+        <source>The report waits and goes out with the next test.</source>
+        <translation>The report waits and goes out with the next test.</translation>
+    </message>
+    <message>
+        <source>Please Wait</source>
+        <translation>Please Wait</translation>
+    </message>
+    <message>
+        <source>Database is beeing reseted...</source>
+        <translation>Database is beeing reseted...</translation>
+    </message>
+    <message>
+        <source>Clear Database</source>
+        <translation>Clear Database</translation>
+    </message>
+    <message>
+        <source>Database has been reseted</source>
+        <translation>Database has been reseted</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>Information</translation>
+    </message>
+    <message>
+        <source>Starting new Test Series with Id:</source>
+        <translation>Starting new Test Series with Id:</translation>
+    </message>
+</context>
+<context>
+    <name>NavigationBar</name>
+    <message>
+        <source>Test page</source>
+        <translation>Test page</translation>
+    </message>
+    <message>
+        <source>Results page</source>
+        <translation>Results page</translation>
+    </message>
+    <message>
+        <source>Settings page</source>
+        <translation>Settings page</translation>
+    </message>
+    <message>
+        <source>Links page</source>
+        <translation>Links page</translation>
+    </message>
+    <message>
+        <source>About page</source>
+        <translation>About page</translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation>Test</translation>
+    </message>
+    <message>
+        <source>Resultate</source>
+        <translation>Results</translation>
+    </message>
+    <message>
+        <source>Einstellungen</source>
+        <translation>Settings</translation>
+    </message>
+    <message>
+        <source>Links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>About</translation>
+    </message>
+</context>
+<context>
+    <name>NumberOfMeasurementsPopup</name>
+    <message>
+        <source>Anzahl Messungen:</source>
+        <translation>Number of measurements:</translation>
+    </message>
+    <message>
+        <source>Test every:</source>
+        <translation>Test every:</translation>
+    </message>
+    <message>
+        <source>During:</source>
+        <translation>During:</translation>
+    </message>
+    <message>
+        <source>Serienmessung starten</source>
+        <translation>Start series</translation>
+    </message>
+    <message>
+        <source>Einzelmessung starten</source>
+        <translation>Start single test</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>Options</name>
+    <message>
+        <source>%1; --help lists the options.</source>
+        <translation>%1; --help lists the options.</translation>
+    </message>
+    <message>
+        <source>There is no option %1; --help lists them.</source>
+        <translation>There is no option %1; --help lists them.</translation>
+    </message>
+    <message>
+        <source>velometer does not know what to do with %1; --help lists the options.</source>
+        <translation>velometer does not know what to do with %1; --help lists the options.</translation>
+    </message>
+    <message>
+        <source>--%1 needs a value.</source>
+        <translation>--%1 needs a value.</translation>
+    </message>
+    <message>
+        <source>--language takes de or en, not %1.</source>
+        <translation>--language takes de or en, not %1.</translation>
+    </message>
+    <message>
+        <source>--shell takes handset, phone or desktop, not %1.</source>
+        <translation>--shell takes handset, phone or desktop, not %1.</translation>
+    </message>
+    <message>
+        <source>velometer measures a mobile data connection: download, upload and round-trip time.
+
+usage: velometer [options]
+
+  --config FILE      deployment file: where the service and the test servers are
+  --data-dir DIR     where results are kept
+  --script FILE      replays a recorded device instead of asking this one
+  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
+                     (a window); without it what fits the screen
+  --language de|en   German or English; without it as chosen on the settings page
+  --verbose          writes the diagnostic log to standard error
+  --version          prints the version
+  --help             prints this text
+
+velometer-cli does the same without a display.
+</source>
+        <translation>velometer measures a mobile data connection: download, upload and round-trip time.
+
+usage: velometer [options]
+
+  --config FILE      deployment file: where the service and the test servers are
+  --data-dir DIR     where results are kept
+  --script FILE      replays a recorded device instead of asking this one
+  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
+                     (a window); without it what fits the screen
+  --language de|en   German or English; without it as chosen on the settings page
+  --verbose          writes the diagnostic log to standard error
+  --version          prints the version
+  --help             prints this text
+
+velometer-cli does the same without a display.
+</translation>
+    </message>
+    <message>
+        <source>There is no display; velometer-cli measures without one.</source>
+        <translation>There is no display; velometer-cli measures without one.</translation>
+    </message>
+</context>
+<context>
+    <name>PageHeader</name>
+    <message>
+        <source>Web site of the maker</source>
+        <translation>Web site of the maker</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+</context>
+<context>
     <name>Program</name>
     <message>
         <source>Standard output cannot be written: %1.</source>
@@ -457,14 +1010,60 @@ Example:
     </message>
 </context>
 <context>
-    <name>ServerChoice</name>
+    <name>ResultsTab</name>
     <message>
-        <source>There is no server "%1"; use HOST[:PORT] or one of: %2.</source>
-        <translation>There is no server "%1"; use HOST[:PORT] or one of: %2.</translation>
+        <source>Please Wait ...</source>
+        <translation>Please Wait ...</translation>
     </message>
     <message>
-        <source>"%1" is no server address; write HOST[:PORT] with a port from 1 to 65535, an IPv6 address in brackets.</source>
-        <translation>"%1" is no server address; write HOST[:PORT] with a port from 1 to 65535, an IPv6 address in brackets.</translation>
+        <source>No tests yet.</source>
+        <translation>No tests yet.</translation>
+    </message>
+    <message>
+        <source>Show locations on map</source>
+        <translation>Show locations on map</translation>
+    </message>
+    <message>
+        <source>Transferred Data %1 MB (%2 MB mobile)</source>
+        <translation>Transferred Data %1 MB (%2 MB mobile)</translation>
+    </message>
+</context>
+<context>
+    <name>ServerChoice</name>
+    <message>
+        <source>There is no server &quot;%1&quot;; use HOST[:PORT] or one of: %2.</source>
+        <translation>There is no server &quot;%1&quot;; use HOST[:PORT] or one of: %2.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no server address; write HOST[:PORT] with a port from 1 to 65535, an IPv6 address in brackets.</source>
+        <translation>&quot;%1&quot; is no server address; write HOST[:PORT] with a port from 1 to 65535, an IPv6 address in brackets.</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsTab</name>
+    <message>
+        <source>Start New Test Series</source>
+        <translation>Start New Test Series</translation>
+    </message>
+    <message>
+        <source>Clear Local Database</source>
+        <translation>Clear Local Database</translation>
+    </message>
+    <message>
+        <source>Choose Test Server</source>
+        <translation>Choose Test Server</translation>
+    </message>
+    <message>
+        <source>Language:</source>
+        <translation>Language:</translation>
+    </message>
+    <message>
+        <source>Advanced mode:</source>
+        <translation>Advanced mode:</translation>
+    </message>
+    <message>
+        <source>Advanced mode</source>
+        <translation>Advanced mode</translation>
     </message>
 </context>
 <context>
@@ -531,6 +1130,17 @@ Example:
     <message>
         <source>n/a</source>
         <translation>n/a</translation>
+    </message>
+</context>
+<context>
+    <name>TestResultWidget</name>
+    <message>
+        <source>na</source>
+        <translation>na</translation>
+    </message>
+    <message>
+        <source>%1, %2 %3, %4, %5, %6, download %7, upload %8, RTT %9</source>
+        <translation>%1, %2 %3, %4, %5, %6, download %7, upload %8, RTT %9</translation>
     </message>
 </context>
 <context>
@@ -637,6 +1247,45 @@ Example:
     <message>
         <source>New York</source>
         <translation>New York</translation>
+    </message>
+</context>
+<context>
+    <name>TestTab</name>
+    <message>
+        <source>Location:</source>
+        <translation>Location:</translation>
+    </message>
+    <message>
+        <source>Test Server:</source>
+        <translation>Test Server:</translation>
+    </message>
+    <message>
+        <source>Series ID / Test ID:</source>
+        <translation>Series ID / Test ID:</translation>
+    </message>
+    <message>
+        <source>Position:</source>
+        <translation>Position:</translation>
+    </message>
+    <message>
+        <source>Download:</source>
+        <translation>Download:</translation>
+    </message>
+    <message>
+        <source>Upload:</source>
+        <translation>Upload:</translation>
+    </message>
+    <message>
+        <source>RTT:</source>
+        <translation>RTT:</translation>
+    </message>
+    <message>
+        <source>Progress of the measurement</source>
+        <translation>Progress of the measurement</translation>
+    </message>
+    <message>
+        <source>Start Test</source>
+        <translation>Start Test</translation>
     </message>
 </context>
 <context>
@@ -747,6 +1396,25 @@ Example:
     </message>
 </context>
 <context>
+    <name>ThroughputPlot</name>
+    <message>
+        <source>Throughput over time</source>
+        <translation>Throughput over time</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>%1, %2 s</source>
+        <translation>%1, %2 s</translation>
+    </message>
+</context>
+<context>
     <name>Utils</name>
     <message>
         <source>conntypeMobile</source>
@@ -847,6 +1515,24 @@ Example:
     <message>
         <source>LocationOtherShort</source>
         <translation>Other</translation>
+    </message>
+</context>
+<context>
+    <name>WaitingPopup</name>
+    <message>
+        <source>Please Wait ...</source>
+        <translation>Please Wait ...</translation>
+    </message>
+</context>
+<context>
+    <name>WarningPopup</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
     </message>
 </context>
 </TS>

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace {
 QTranslator *installed = nullptr;
 QString current;
-}
+} // namespace
 
 QString Translations::systemLanguage()
 {

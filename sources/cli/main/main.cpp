@@ -2,10 +2,10 @@
 #include "cli/exitstatus.h"
 #include "cli/output.h"
 #include "cli/program.h"
-#include "utils/signalwatcher.h"
-#include "utils/translations.h"
 #include "db/databasemanager.h"
 #include "utils/deployment.h"
+#include "utils/signalwatcher.h"
+#include "utils/translations.h"
 #include "utils/utils.h"
 
 #include <QCoreApplication>

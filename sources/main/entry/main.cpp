@@ -1,0 +1,143 @@
+#include "db/databasemanager.h"
+#include "main/options.h"
+#include "main/singleinstance.h"
+#include "platform/platform.h"
+#include "ui/mainwindow.h"
+#include "ui/shell.h"
+#include "utils/deployment.h"
+#include "utils/signalwatcher.h"
+#include "utils/translations.h"
+#include "utils/utils.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QIcon>
+#include <QLocale>
+#include <QMessageBox>
+#include <QStandardPaths>
+
+#include <cstdio>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int usageError = 2;
+
+/// Standard error is for the user; the diagnostic log and the toolkit's remarks are not.
+void onlyFatal(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+int fail(const QString &sentence)
+{
+    std::fprintf(stderr, "velometer: %s\n", qPrintable(sentence));
+    return usageError;
+}
+
+bool hasDisplay()
+{
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (!qEnvironmentVariableIsEmpty(name))
+            return true;
+    }
+    return false;
+}
+
+QString chosenLanguage(const Options &options)
+{
+    if (!options.language.isEmpty())
+        return options.language;
+    const QString chosen = Utils::getSettingsValue(u"Language"_s);
+    return chosen == "de"_L1 || chosen == "en"_L1 ? chosen : Translations::systemLanguage();
+}
+
+/// From the window's creation to the end of the event loop.
+int run(const Options &options, Platform &platform, SingleInstance &instance)
+{
+    MainWindow window(platform);
+    Shell shell(options.shell ? *options.shell : Shell::fitting(*QGuiApplication::primaryScreen()),
+                window);
+    QObject::connect(&instance, &SingleInstance::raiseRequested, &shell,
+                     [&shell](const QByteArray &token) {
+                         qputenv("XDG_ACTIVATION_TOKEN", token);
+                         shell.raise();
+                     });
+    SignalWatcher signalWatcher;
+    QObject::connect(&signalWatcher, &SignalWatcher::caught, &window, &QWidget::close);
+    shell.show();
+    window.showTestTab();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // Settings, store and their directories tell where the device was, and which one it is.
+    ::umask(S_IRWXG | S_IRWXO);
+    qInstallMessageHandler(onlyFatal);
+
+    // Read before there is an application: help needs no display.
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    QString error;
+    const auto options = Options::parse(arguments, &error);
+    if (!options)
+        return fail(error);
+    if (options->help) {
+        std::fputs(qPrintable(Options::helpText()), stdout);
+        return 0;
+    }
+    if (options->version) {
+        std::printf("velometer %s\n", qPrintable(Utils::getPlainVersion()));
+        return 0;
+    }
+    if (!hasDisplay())
+        return fail(Options::noDisplay());
+    if (options->verbose)
+        qInstallMessageHandler(nullptr);
+
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(true);
+    QApplication::setOrganizationName(u"orvak"_s);
+    QApplication::setApplicationName(u"Velometer"_s);
+    QApplication::setApplicationVersion(Utils::getPlainVersion());
+    QApplication::setDesktopFileName(u"velometer"_s);
+    QApplication::setWindowIcon(QIcon(u":/velometerres/velometer.png"_s));
+    QApplication::setStyle(u"Fusion"_s);
+    Utils::addLogEntry(u"Locale: %1"_s.arg(QLocale::system().name().left(2)));
+    Translations::install(chosenLanguage(*options));
+
+    const auto deployment = Deployment::load(options->configFile, &error);
+    if (!deployment) {
+        // Started from a menu, nobody sees what is printed.
+        if (options->configFile.isEmpty() && ::isatty(STDERR_FILENO) == 0)
+            QMessageBox::critical(nullptr, Utils::getAppTitle(), error);
+        return fail(error);
+    }
+    Deployment::setCurrent(*deployment);
+    DatabaseManager::database_path =
+        options->dataDir.isEmpty()
+            ? QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
+            : QFileInfo(options->dataDir).absoluteFilePath();
+    const auto platform = options->script.isEmpty() ? Platform::system()
+                                                    : Platform::scripted(options->script, &error);
+    if (!platform)
+        return fail(error);
+
+    SingleInstance instance(DatabaseManager::databaseFile());
+    if (instance.otherRaised())
+        return 0;
+    application.setStyleSheet(Utils::readFile(u":/velometerres/velometer.qss"_s));
+    const int status = run(*options, *platform, instance);
+    delete gDB;
+    gDB = nullptr;
+    return status;
+}

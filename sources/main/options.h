@@ -1,0 +1,28 @@
+#pragma once
+
+#include "ui/shell.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// The command line of velometer, checked. A plain value.
+struct Options
+{
+    QString configFile;             ///< empty: where deployment files usually are
+    QString dataDir;                ///< empty: the platform's data directory
+    QString script;                 ///< replayed in place of the device; empty: the device
+    QString language;               ///< "de" or "en"; empty: as chosen before, else the system's
+    std::optional<ShellKind> shell; ///< none: what fits the screen
+    bool verbose = false;
+    bool version = false;
+    bool help = false;
+
+    /// The options in @p arguments (without the program's name). When they make no sense, nothing
+    /// comes back and @p error says in one sentence why.
+    static std::optional<Options> parse(const QStringList &arguments, QString *error);
+    static QString helpText();
+    /// One sentence for who starts the program where nothing can be shown.
+    static QString noDisplay();
+};

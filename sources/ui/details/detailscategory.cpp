@@ -1,0 +1,11 @@
+#include "ui/details/detailscategory.h"
+
+DetailsCategory::DetailsCategory(const QString &categoryTitle)
+    : title(categoryTitle)
+{}
+
+void DetailsCategory::addItem(const QString &itemTitle, const QString &description,
+                              const QString &value)
+{
+    items.append({itemTitle, description, value});
+}

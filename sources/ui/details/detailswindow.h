@@ -1,0 +1,54 @@
+#pragma once
+
+#include "ui/pages/tabbase.h"
+
+#include <QList>
+#include <QTimer>
+
+#include <memory>
+
+class DBTestResults;
+class DetailsCategory;
+class TestDetails;
+
+namespace Ui {
+class DetailsWindow;
+}
+
+/// The page that shows everything recorded about one stored test, in four categories, and sends a
+/// summary of it by e-mail. What the store holds is text from outside: it is shown without markup,
+/// and of a long value the first 500 characters.
+class DetailsWindow : public TabBase
+{
+    Q_OBJECT
+
+public:
+    explicit DetailsWindow(MainWindow *mainWindow);
+    ~DetailsWindow() override;
+
+    /// Shows the test of @p results, which is not kept. The rows follow a moment later, so that the
+    /// page is on the screen first.
+    void setTestResults(const DBTestResults *results);
+
+public Q_SLOTS:
+    void setTestResultsImpl();
+    /// Opens the e-mail program with the summary; without details nothing happens.
+    void on_pushButton_clicked();
+
+protected:
+    void retranslate() override;
+
+private:
+    static QList<DetailsCategory *> setupDetailsCategories(const TestDetails *details);
+    static void deleteCategories(QList<DetailsCategory *> &list);
+    std::unique_ptr<TestDetails> readDetails() const;
+    void clearExistingWidgets();
+    void showPleaseWait(bool visible);
+    void addPlot();
+    void addRows();
+
+    const std::unique_ptr<Ui::DetailsWindow> ui;
+    QTimer showTimer;
+    qulonglong shownId = 0; ///< row id of the test; 0 before there is one
+    QList<DetailsCategory *> categories;
+};

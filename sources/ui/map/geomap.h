@@ -1,0 +1,120 @@
+#pragma once
+
+#include "ui/map/markercluster.h"
+#include "ui/map/outlineprovider.h"
+#include "ui/map/projection.h"
+
+#include <QGraphicsWidget>
+
+#include <memory>
+#include <vector>
+
+class MapProvider;
+class MapTextObject;
+
+/// The map itself: draws the provider's tiles over the built-in outline, the objects on it and
+/// whom it owes the pictures to. A finger pans it; plus, minus and the arrow keys work while it has
+/// the focus; a wheel zooms. Zooming keeps the centre.
+///
+/// From bottom to top lie discs, markers and labels; what is added later lies lower among markers,
+/// so that the newest test is on top. Markers that cover each other are drawn as one cluster: a tap
+/// zooms in until it opens or, where no zoom can open it, fans its markers out, six at a time.
+class GeoMap : public QGraphicsWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int markersInFan = 6;
+
+    /// Borrows @p provider, which outlives the map.
+    explicit GeoMap(MapProvider &provider);
+    ~GeoMap() override;
+
+    QGeoCoordinate center() const;
+    void setCenter(const QGeoCoordinate &coordinate);
+    int zoomLevel() const { return view.zoom; }
+    /// Held within Mercator::minimumZoom and maximumZoom.
+    void setZoomLevel(int level);
+    /// Moves the view over the ground, px: positive to the east and south.
+    void pan(int dx, int dy);
+
+    /// Borrows @p object until it is removed.
+    void addMapObject(MapObject *object);
+    void removeMapObject(MapObject *object);
+    /// What lies under the point (px of this item), topmost first. A marker that is shown by its
+    /// cluster only does not count.
+    std::vector<MapObject *> mapObjectsAt(QPointF point) const;
+    /// Point of this item that shows the place, px.
+    QPointF toScreen(const QGeoCoordinate &place) const;
+
+    /// Where controls lie over the map, px of this item: what opens on the map keeps clear of it.
+    void setControls(const QRectF &area);
+
+    /// Tiles are asked for while the map is shown and not before or after.
+    void setShown(bool on);
+
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+
+Q_SIGNALS:
+    void clicked(Marker *marker);
+    void clickedPopup(MapTextObject *label);
+    void zoomLevelChanged(int level);
+
+protected:
+    void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
+    void wheelEvent(QGraphicsSceneWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void resizeEvent(QGraphicsSceneResizeEvent *event) override;
+
+private:
+    /// Markers of one cluster, fanned out above it.
+    struct Fan
+    {
+        MarkerCluster *cluster = nullptr;
+        size_t first = 0; ///< index of the first member shown
+    };
+    /// A column and row of tiles in the view; the column runs on over the ends of the world.
+    struct Square
+    {
+        TileId tile;
+        QRectF place; ///< px of this item
+    };
+
+    void viewChanged();
+    void tileArrived(const TileId &tile);
+    std::vector<Square> squares() const;
+    void paintSquare(QPainter &painter, const Square &square);
+    void paintCredits(QPainter &painter) const;
+    void paintFan(QPainter &painter) const;
+
+    void groupMarkers() const;
+    void forgetGroups();
+    void openCluster(MarkerCluster *cluster);
+    void bringFanIntoView();
+    void closeFan();
+    std::vector<std::pair<Marker *, QPointF>> fannedOut() const;
+
+    MapProvider &provider;
+    OutlineProvider outline;
+    MapView view;
+    bool shown = false;
+    bool panActive = false;
+    bool markerPressed = false;
+    MapObject *pressed = nullptr; ///< under the finger at press time; valid while markerPressed
+    QPoint pressedAt;             ///< px of the screen
+    bool keyboardFocus = false;
+    int wheelAngle = 0; ///< eighths of a degree not yet acted on
+
+    std::vector<MapObject *> ground; ///< neither markers nor labels
+    std::vector<MapObject *> labels;
+    std::vector<Marker *> markers;
+    // Made of the markers when they are needed and forgotten when zoom or markers change.
+    mutable bool markersGrouped = false;
+    mutable std::vector<Marker *> singles;
+    mutable std::vector<std::unique_ptr<MarkerCluster>> clusters;
+    Fan fan;
+};

@@ -1,0 +1,118 @@
+#include "ui/map/geomaptab.h"
+
+#include "ui/map/geomap.h"
+#include "ui/map/mapprovider.h"
+#include "ui/map/mapswidget.h"
+#include "ui_geomaptab.h"
+#include "utils/utils.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Half round the earth; nobody's accuracy is worse.
+constexpr double worstAccuracy = 20'000'000; // m
+
+QString kiloBits(double bitsPerSecond)
+{
+    return QString::asprintf("%.1f kBit/s", bitsPerSecond / 1000.0);
+}
+
+} // namespace
+
+GeoMapTab::GeoMapTab(MainWindow *mainWindow)
+    : TabBase(mainWindow)
+    , ui(std::make_unique<Ui::GeoMapTab>())
+{
+    ui->setupUi(this);
+    ui->labelEmpty->hide();
+    fillFrame();
+}
+
+GeoMapTab::~GeoMapTab()
+{
+    delete mapwidget;
+}
+
+void GeoMapTab::showResultsOnMap()
+{
+    if (!initialised)
+        initializeMap();
+    std::vector<TestLocation> found = gDB->getLocationsOfTests();
+    // What another program put into the store may lie nowhere on earth.
+    std::erase_if(found, [](const TestLocation &location) {
+        return !QGeoCoordinate(location.latitude, location.longitude).isValid();
+    });
+    positions = static_cast<int>(found.size());
+    if (!found.empty()) {
+        QVector<Marker *> markers;
+        for (const TestLocation &location : found)
+            markers += markerOf(location).release();
+        mapwidget->showResultsOnMap(markers);
+        locations = std::move(found);
+    }
+    describe();
+}
+
+void GeoMapTab::pauseDownloads(bool on)
+{
+    downloadsPaused = on;
+    if (serviceProvider)
+        serviceProvider->setPaused(on);
+}
+
+void GeoMapTab::initializeMap()
+{
+    const QStringList providers = MapProvider::available();
+    for (qsizetype i = 0; i < providers.size(); ++i)
+        Utils::addLogEntry(u"Provider %1: %2"_s.arg(i).arg(providers[i]));
+    serviceProvider = MapProvider::create(providers.constFirst());
+    serviceProvider->setPaused(downloadsPaused);
+    mapwidget = new MapsWidget(this);
+    // The layout hands its item for the view over.
+    delete ui->body->layout()->replaceWidget(ui->graphicsView, mapwidget);
+    mapwidget->initialize(serviceProvider.get(), ui->graphicsView);
+    mapwidget->show();
+    initialised = true;
+}
+
+void GeoMapTab::describe()
+{
+    ui->labelEmpty->setVisible(initialised && positions == 0);
+    ui->graphicsView->setAccessibleDescription(
+        positions == 0 ? ui->labelEmpty->text()
+                       : tr("%n position(s) on the map", nullptr, positions));
+}
+
+void GeoMapTab::retranslate()
+{
+    ui->retranslateUi(this);
+    describe();
+    if (!mapwidget)
+        return;
+    mapwidget->closeLabel();
+    const auto &markers = mapwidget->shownMarkers();
+    for (size_t i = 0; i < markers.size(); ++i)
+        markers[i]->setPopupText(popupTextOf(locations[i]));
+    mapwidget->map()->update();
+}
+
+std::unique_ptr<Marker> GeoMapTab::markerOf(const TestLocation &location)
+{
+    auto marker = std::make_unique<Marker>(Marker::typeOf(location.connectionType));
+    marker->setPopupText(popupTextOf(location));
+    marker->setCoordinate({location.latitude, location.longitude});
+    if (std::isfinite(location.accuracy))
+        marker->setPrecision(static_cast<int>(std::clamp(location.accuracy, 0.0, worstAccuracy)));
+    return marker;
+}
+
+QString GeoMapTab::popupTextOf(const TestLocation &location)
+{
+    return tr("ConnectionTyp:") + location.connectionType + u'\n' + tr("DownloadSpeed:") +
+           kiloBits(location.downloadSpeed) + u'\n' + tr("UploadSpeed:") +
+           kiloBits(location.uploadSpeed);
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "db/databasemanager.h"
+#include "ui/pages/tabbase.h"
+
+#include <memory>
+#include <vector>
+
+class MapProvider;
+class MapsWidget;
+class Marker;
+
+namespace Ui {
+class GeoMapTab;
+}
+
+/// The page that shows where the stored tests were made: a marker a test, newest first. The map is
+/// set up when it is first shown. A test without a position is not on it; when no test has one the
+/// page says so and the map stays as it was.
+class GeoMapTab : public TabBase
+{
+    Q_OBJECT
+
+public:
+    explicit GeoMapTab(MainWindow *mainWindow);
+    ~GeoMapTab() override;
+
+    /// Reads the positions from the database and shows them.
+    void showResultsOnMap();
+
+    /// While a test is measured the map must not add traffic of its own to the figures.
+    void pauseDownloads(bool on);
+
+    /// Null until the map has been set up.
+    MapsWidget *map() const { return mapwidget; }
+
+protected:
+    void retranslate() override;
+
+private:
+    void initializeMap();
+    void describe();
+    static std::unique_ptr<Marker> markerOf(const TestLocation &location);
+    static QString popupTextOf(const TestLocation &location);
+
+    std::unique_ptr<Ui::GeoMapTab> ui;
+    std::unique_ptr<MapProvider> serviceProvider; ///< outlives mapwidget
+    MapsWidget *mapwidget = nullptr;
+    bool initialised = false;
+    bool downloadsPaused = false;
+    std::vector<TestLocation> locations; ///< of the markers, in their order
+    int positions = 0;                   ///< in the database when the page was last shown
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ui/map/tileid.h"
+
+#include <QList>
+#include <QObject>
+#include <QPixmap>
+#include <QStringList>
+
+#include <memory>
+
+/// Where a map gets its pictures from, tile by tile. tile() never blocks on a network: a picture
+/// that is not there yet is announced by tileReady() when it has come. Main thread only.
+class MapProvider : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The names of all providers, the preferred one first: "tiles" (the deployment's tile server)
+    /// and "outline" (the coast lines and borders that are built in).
+    static QStringList available();
+
+    /// Null for a name that is not available().
+    static std::unique_ptr<MapProvider> create(const QString &name);
+
+    /// The picture of @p tile, Mercator::tileSize logical px wide; null while it is not there.
+    virtual QPixmap tile(const TileId &tile) = 0;
+
+    /// What the view shows at present, most wanted first. Everything else may be forgotten.
+    virtual void setVisible(const QList<TileId> &tiles) = 0;
+
+    /// While paused a provider causes no traffic and makes do with what the device holds.
+    virtual void setPaused(bool) {}
+
+    /// Whom the map must name, in the words of the deployment; empty when nobody.
+    virtual QString attribution() const = 0;
+
+Q_SIGNALS:
+    void tileReady(const TileId &tile);
+
+protected:
+    MapProvider() = default;
+};

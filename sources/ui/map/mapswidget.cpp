@@ -1,0 +1,164 @@
+#include "ui/map/mapswidget.h"
+
+#include "ui/map/geomap.h"
+#include "ui/map/mapcircleobject.h"
+#include "ui/map/maptextobject.h"
+#include "ui/map/zoombuttonitem.h"
+#include "utils/utils.h"
+
+#include <QGraphicsScene>
+#include <QGraphicsView>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int resultsZoom = 12;
+constexpr QPoint labelOffset{-150, 20}; // px
+
+} // namespace
+
+struct MapsWidget::Private
+{
+    GeoMap *map = nullptr; ///< the scene's
+    QGraphicsView *view = nullptr;
+    ZoomButtonItem *zoomButton = nullptr; ///< the map's
+    std::unique_ptr<QGraphicsScene> scene;
+};
+
+MapsWidget::MapsWidget(QWidget *parent)
+    : QWidget(parent)
+    , d(std::make_unique<Private>())
+{}
+
+MapsWidget::~MapsWidget()
+{
+    // The map goes before the objects on it, and the view must not look at a scene that has gone.
+    if (d->view)
+        d->view->setScene(nullptr);
+    d->scene.reset();
+}
+
+GeoMap *MapsWidget::map() const
+{
+    return d->map;
+}
+
+void MapsWidget::initialize(MapProvider *provider, QGraphicsView *view)
+{
+    d->map = new GeoMap(*provider);
+    connect(d->map, &GeoMap::clicked, this, &MapsWidget::markerClicked);
+    connect(d->map, &GeoMap::clickedPopup, this, &MapsWidget::markerClickedPopup);
+
+    d->scene = std::make_unique<QGraphicsScene>();
+    // The map is the only large item: an index of items costs more than it finds.
+    d->scene->setItemIndexMethod(QGraphicsScene::NoIndex);
+    d->scene->addItem(d->map);
+    d->map->resize(view->size());
+    Utils::addLogEntry(u"Size: %1 %2"_s.arg(view->width()).arg(view->height()));
+
+    d->view = view;
+    view->setParent(this);
+    view->setScene(d->scene.get());
+    view->setInteractive(true);
+    view->setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
+    view->show();
+    d->zoomButton = new ZoomButtonItem(d->map);
+    connect(d->map, &GeoMap::zoomLevelChanged, d->map,
+            [button = d->zoomButton] { button->update(); });
+    // Until there are markers the whole world is on view.
+    d->map->setCenter({25, 10});
+    // Whenever the view has the focus, the map is what takes the keys.
+    d->map->setFocus();
+    setFocusProxy(view);
+    layOut();
+    d->map->setShown(isVisible());
+}
+
+void MapsWidget::showResultsOnMap(QVector<Marker *> markers)
+{
+    closeLabel();
+    removeMarkers();
+    for (Marker *marker : std::as_const(markers)) {
+        marks.emplace_back(marker);
+        d->map->addMapObject(marker);
+    }
+    if (!marks.empty())
+        d->map->setCenter(marks.front()->coordinate());
+    d->map->setZoomLevel(resultsZoom);
+}
+
+void MapsWidget::markerClicked(Marker *marker)
+{
+    Utils::addLogEntry(u"Marker clicked"_s);
+    closeLabel();
+
+    popupmark = std::make_unique<MapTextObject>();
+    popupmark->setText(marker->getPopupText());
+    popupmark->setCoordinate(marker->coordinate());
+    popupmark->setOffset(labelOffset);
+    d->map->addMapObject(popupmark.get());
+
+    circlemark = std::make_unique<MapCircleObject>();
+    circlemark->setRadius(marker->getPrecision());
+    circlemark->setCoordinate(marker->coordinate());
+    d->map->addMapObject(circlemark.get());
+}
+
+void MapsWidget::markerClickedPopup(MapTextObject *label)
+{
+    if (label == popupmark.get())
+        closeLabel();
+}
+
+void MapsWidget::closeLabel()
+{
+    if (popupmark)
+        d->map->removeMapObject(popupmark.get());
+    popupmark.reset();
+    if (circlemark)
+        d->map->removeMapObject(circlemark.get());
+    circlemark.reset();
+}
+
+void MapsWidget::removeMarkers()
+{
+    // From the back, where the map looks first.
+    while (!marks.empty()) {
+        d->map->removeMapObject(marks.back().get());
+        marks.pop_back();
+    }
+}
+
+void MapsWidget::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    if (d->map)
+        layOut();
+}
+
+void MapsWidget::layOut()
+{
+    d->view->resize(size());
+    d->map->resize(size());
+    d->scene->setSceneRect(d->map->boundingRect());
+    d->view->centerOn(d->map);
+    const double width = size().width() - 2;
+    const double height = size().height() - 2;
+    d->zoomButton->setRect(0.9 * width, height / 2 - height / 6, width / 10, height / 3);
+    d->map->setControls(d->zoomButton->boundingRect());
+}
+
+void MapsWidget::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (d->map)
+        d->map->setShown(true);
+}
+
+void MapsWidget::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    if (d->map)
+        d->map->setShown(false);
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "ui/map/marker.h"
+
+#include <QVector>
+#include <QWidget>
+
+#include <memory>
+
+class GeoMap;
+class MapCircleObject;
+class MapProvider;
+class MapTextObject;
+class QGraphicsView;
+
+/// The map with its zoom bar in a graphics view, the markers on it, and the label and the accuracy
+/// circle of the marker tapped last. Owns all of them but the view, which becomes its child.
+class MapsWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit MapsWidget(QWidget *parent);
+    ~MapsWidget() override;
+
+    /// The markers shown, in the order given.
+    const std::vector<std::unique_ptr<Marker>> &shownMarkers() const { return marks; }
+    const MapTextObject *openLabel() const { return popupmark.get(); }
+    const MapCircleObject *openCircle() const { return circlemark.get(); }
+    /// Null before initialize().
+    GeoMap *map() const;
+
+    /// Takes label and circle off the map.
+    void closeLabel();
+
+public Q_SLOTS:
+    /// Once. Borrows @p provider, which outlives this widget.
+    void initialize(MapProvider *provider, QGraphicsView *view);
+    /// Takes the markers over in place of those shown, the newest test first, of which there is
+    /// one at least: the map is centred on it.
+    void showResultsOnMap(QVector<Marker *> markers);
+    void markerClicked(Marker *marker);
+    void markerClickedPopup(MapTextObject *label);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    struct Private;
+
+    void layOut();
+    void removeMarkers();
+
+    std::unique_ptr<Private> d;
+    std::vector<std::unique_ptr<Marker>> marks;
+    std::unique_ptr<MapTextObject> popupmark;
+    std::unique_ptr<MapCircleObject> circlemark;
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "ui/map/mapobject.h"
+
+#include <QFont>
+#include <QString>
+
+/// A label of one or more lines in a white box beside its coordinate. It is moved rather than cut
+/// off: as long as the coordinate is in view, no part of the label leaves the view or slips under
+/// the controls on it.
+class MapTextObject : public MapObject
+{
+public:
+    MapTextObject();
+
+    void setText(const QString &lines) { text = lines; }
+    QString getText() const { return text; }
+
+    /// Of the middle of the text's left edge from the coordinate, px.
+    void setOffset(QPoint distance) { offset = distance; }
+    QPoint getOffset() const { return offset; }
+
+    QRectF boundingRect(const MapView &view) const override;
+    void paint(QPainter &painter, const MapView &view) const override;
+
+private:
+    QString text;
+    QPoint offset;
+    QFont font;
+};

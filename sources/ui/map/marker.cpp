@@ -1,0 +1,80 @@
+#include "ui/map/marker.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPixmapCache>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString iconOf(Marker::MarkerType type)
+{
+    switch (type) {
+    case Marker::LocGSM: break;
+    case Marker::LocUMTS: return u":/velometerres/loc_umts.png"_s;
+    case Marker::LocWLAN: return u":/velometerres/loc_wlan.png"_s;
+    case Marker::LocOther: return u":/velometerres/loc_other.png"_s;
+    case Marker::LocLTE: return u":/velometerres/loc_lte.png"_s;
+    case Marker::LocNR: return u":/velometerres/loc_nr.png"_s;
+    }
+    return u":/velometerres/loc_gsm.png"_s;
+}
+
+/// Thousands of markers share one picture a type.
+QPixmap scaledIcon(const QString &file)
+{
+    QPixmap icon;
+    if (QPixmapCache::find(file, &icon))
+        return icon;
+    icon = QPixmap(file);
+    if (icon.isNull())
+        return icon;
+    icon = icon.scaledToWidth(qRound(Marker::width * icon.devicePixelRatio()),
+                              Qt::SmoothTransformation);
+    QPixmapCache::insert(file, icon);
+    return icon;
+}
+
+} // namespace
+
+Marker::Marker(MarkerType markerType)
+{
+    setMarkerType(markerType);
+}
+
+Marker::MarkerType Marker::typeOf(const QString &connectionType)
+{
+    if (connectionType == "Mobile(GSM)"_L1)
+        return LocGSM;
+    if (connectionType == "Mobile(UMTS)"_L1)
+        return LocUMTS;
+    if (connectionType == "WLAN"_L1)
+        return LocWLAN;
+    if (connectionType == "Mobile(LTE)"_L1)
+        return LocLTE;
+    if (connectionType == "Mobile(5G)"_L1)
+        return LocNR;
+    return LocOther;
+}
+
+void Marker::setMarkerType(MarkerType markerType)
+{
+    type = markerType;
+    icon = scaledIcon(iconOf(type));
+}
+
+QRectF Marker::boundingRect(const MapView &view) const
+{
+    return rectAt(view.toScreen(world()));
+}
+
+void Marker::paint(QPainter &painter, const MapView &view) const
+{
+    paintAt(painter, view.toScreen(world()));
+}
+
+void Marker::paintAt(QPainter &painter, QPointF tip) const
+{
+    painter.drawPixmap(tip + offset, icon);
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ui/map/mapobject.h"
+
+#include <QPixmap>
+#include <QString>
+
+/// The drop that marks where one stored test was made; its tip is at the coordinate.
+class Marker : public MapObject
+{
+public:
+    enum MarkerType { LocGSM = 0, LocUMTS = 1, LocWLAN = 2, LocOther = 3, LocLTE = 4, LocNR = 5 };
+
+    static constexpr int width = 50;          ///< px, of the icon
+    static constexpr int height = 58;         ///< px
+    static constexpr QPoint offset{-25, -56}; ///< px, of the icon's top left from the coordinate
+
+    explicit Marker(MarkerType type = LocGSM);
+
+    /// The type that stands for a stored connection type ("Mobile(GSM)" ...).
+    static MarkerType typeOf(const QString &connectionType);
+
+    void setMarkerType(MarkerType type);
+    MarkerType markerType() const { return type; }
+
+    /// What the label says when the marker is tapped.
+    void setPopupText(const QString &popupText) { text = popupText; }
+    QString getPopupText() const { return text; }
+
+    /// Accuracy of the position in m, 0 when unknown.
+    void setPrecision(int metres) { precision = metres; }
+    int getPrecision() const { return precision; }
+
+    QPixmap pixmap() const { return icon; }
+
+    QRectF boundingRect(const MapView &view) const override;
+    void paint(QPainter &painter, const MapView &view) const override;
+    /// The same with the tip elsewhere, for markers that stand apart from their common place.
+    static QRectF rectAt(QPointF tip) { return {tip + offset, QSizeF(width, height)}; }
+    void paintAt(QPainter &painter, QPointF tip) const;
+
+private:
+    MarkerType type = LocGSM;
+    QPixmap icon;
+    QString text;
+    int precision = 0;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "ui/pages/tabbase.h"
+
+#include <memory>
+
+class QUrl;
+
+namespace Ui {
+class AboutTab;
+}
+
+/// The about page: a compiled-in text in the user's language. Its links open in the desktop's
+/// browser.
+class AboutTab : public TabBase
+{
+    Q_OBJECT
+
+public:
+    /// @p mainWindow is the parent and owns the page.
+    explicit AboutTab(MainWindow *mainWindow);
+    ~AboutTab() override;
+
+    /// Shows the text from its start.
+    void showDefaultPage();
+
+protected:
+    void retranslate() override;
+
+private:
+    void openLink(const QUrl &link);
+
+    std::unique_ptr<Ui::AboutTab> ui;
+};

@@ -1,0 +1,82 @@
+#include "ui/pages/linkstab.h"
+
+#include "utils/deployment.h"
+#include "utils/utils.h"
+
+#include "ui_linkstab.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Empty before the service has given one. The settings are a file that anyone may edit.
+QString userId()
+{
+    const qlonglong id = Utils::getSettingsCommonValue(u"UserId"_s).toLongLong();
+    return id > 0 ? QString::number(id) : QString();
+}
+
+} // namespace
+
+LinksTab::LinksTab(MainWindow *mainWindow)
+    : TabBase(mainWindow)
+    , ui(std::make_unique<Ui::LinksTab>())
+{
+    ui->setupUi(this);
+    fillFrame();
+    reset();
+}
+
+LinksTab::~LinksTab() = default;
+
+void LinksTab::retranslate()
+{
+    ui->retranslateUi(this);
+    reset();
+}
+
+void LinksTab::showEvent(QShowEvent *event)
+{
+    TabBase::showEvent(event);
+    reset();
+}
+
+void LinksTab::reset()
+{
+    ui->labelNoUserId->setVisible(userId().isEmpty());
+    ui->labelNotOpened->hide();
+    ui->labelAddress->hide();
+}
+
+void LinksTab::open(const QString &address, const QString &shown, const QString &whenNot)
+{
+    reset();
+    if (QDesktopServices::openUrl(QUrl(address)))
+        return;
+    ui->labelNotOpened->setText(whenNot);
+    ui->labelNotOpened->show();
+    ui->labelAddress->setText(shown);
+    ui->labelAddress->show();
+}
+
+void LinksTab::on_websiteButton_clicked()
+{
+    const QString address = Deployment::current().webAddress() +
+                            "/velometer/Controller?page=UserReport&userid="_L1 + userId();
+    Utils::addLogEntry("URL: "_L1 + address);
+    open(address, address,
+         tr("No browser could be opened. Copy this address into the browser of another device:"));
+}
+
+void LinksTab::on_feedbackButtun_clicked()
+{
+    const QString mailbox = Deployment::current().feedbackMailbox;
+    const QString address =
+        u"mailto:%1?subject=Zenta Velometer Feedback (UserId:%2 Version:%3)"_s.arg(
+            mailbox, userId(), Utils::getPlainVersion());
+    open(address, mailbox, tr("No mail program could be opened. Write to this address:"));
+    Utils::addLogEntry("URL (Qt): "_L1 + address);
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ui/pages/tabbase.h"
+
+#include <memory>
+
+namespace Ui {
+class LinksTab;
+}
+
+/// The links page: the user's own report on the service's web site, and a mail to the maker. An
+/// address that the desktop cannot open is shown on the page, to be copied.
+class LinksTab : public TabBase
+{
+    Q_OBJECT
+
+public:
+    /// @p mainWindow is the parent and owns the page.
+    explicit LinksTab(MainWindow *mainWindow);
+    ~LinksTab() override;
+
+protected:
+    void retranslate() override;
+    void showEvent(QShowEvent *event) override;
+
+private Q_SLOTS:
+    void on_websiteButton_clicked();
+    void on_feedbackButtun_clicked();
+
+private:
+    void open(const QString &address, const QString &shown, const QString &whenNot);
+    void reset();
+
+    std::unique_ptr<Ui::LinksTab> ui;
+};

@@ -1,0 +1,87 @@
+#include "ui/pages/resultstab.h"
+
+#include "db/databasemanager.h"
+#include "ui/mainwindow.h"
+#include "ui/pages/testresultwidget.h"
+#include "ui/scrolling/qskineticscroller.h"
+
+#include "ui_resultstab.h"
+
+#include <chrono>
+
+namespace {
+
+/// Lets the page be painted before the work begins.
+constexpr std::chrono::milliseconds paintTime{100};
+
+} // namespace
+
+ResultsTab::ResultsTab(MainWindow *mainWindow)
+    : TabBase(mainWindow)
+    , ui(std::make_unique<Ui::ResultsTab>())
+{
+    ui->setupUi(this);
+    fillFrame();
+    auto *scroller = new QsKineticScroller(this);
+    scroller->enableKineticScrollFor(ui->scrollArea);
+    connect(scroller, &QsKineticScroller::coastingStopped, this, &TestResultWidget::forgetPress);
+    updateTimer.setSingleShot(true);
+    updateTimer.setInterval(paintTime);
+    connect(&updateTimer, &QTimer::timeout, this, &ResultsTab::updateResultsImpl);
+    showList(false);
+}
+
+ResultsTab::~ResultsTab() = default;
+
+void ResultsTab::retranslate()
+{
+    ui->retranslateUi(this);
+    showTotals();
+}
+
+void ResultsTab::updateResults()
+{
+    showList(false);
+    updateTimer.start();
+}
+
+void ResultsTab::updateResultsImpl()
+{
+    clearCurrentResults();
+    auto results = gDB->getAllResults();
+    megabytes = gDB->getTotalMegabytesInDB();
+    megabytesOverMobile = gDB->getTotalMegabytesOverMobileInDB();
+    ui->labelNoTests->setVisible(results.empty());
+    showTotals();
+    showList(true);
+    ui->scrollArea->setResults(std::move(results), mw);
+}
+
+void ResultsTab::clearCurrentResults()
+{
+    ui->scrollArea->clear();
+}
+
+void ResultsTab::showList(bool visible)
+{
+    ui->labelPleaseWait->setVisible(!visible);
+    ui->scrollArea->setVisible(visible);
+    ui->labelTransferedData->setVisible(visible);
+    ui->pushButton->setVisible(visible);
+    // Without the list something else has to fill the page.
+    ui->verticalSpacer->changeSize(0, 0, QSizePolicy::Minimum,
+                                   visible ? QSizePolicy::Fixed : QSizePolicy::Expanding);
+    ui->bodyLayout->invalidate();
+}
+
+void ResultsTab::showTotals()
+{
+    ui->labelTransferedData->setText(
+        tr("Transferred Data %1 MB (%2 MB mobile)")
+            .arg(QString::number(megabytes, 'f', 1), QString::number(megabytesOverMobile, 'f', 1)));
+}
+
+void ResultsTab::on_pushButton_clicked()
+{
+    mw->showGeomapTab();
+}

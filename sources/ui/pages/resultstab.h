@@ -1,0 +1,44 @@
+#pragma once
+
+#include "ui/pages/tabbase.h"
+
+#include <QTimer>
+
+#include <memory>
+
+class TestResultWidget;
+
+namespace Ui {
+class ResultsTab;
+}
+
+/// The page that lists the stored tests, newest first, and how much data they have moved.
+class ResultsTab : public TabBase
+{
+    Q_OBJECT
+
+public:
+    explicit ResultsTab(MainWindow *mainWindow);
+    ~ResultsTab() override;
+
+    /// Says that it takes a moment, and reads the store a tenth of a second later, so that this is
+    /// on the screen.
+    void updateResults();
+
+public Q_SLOTS:
+    void updateResultsImpl();
+    void on_pushButton_clicked();
+
+protected:
+    void retranslate() override;
+
+private:
+    void clearCurrentResults();
+    void showList(bool visible);
+    void showTotals();
+
+    const std::unique_ptr<Ui::ResultsTab> ui;
+    QTimer updateTimer;
+    double megabytes = 0;
+    double megabytesOverMobile = 0;
+};

@@ -1,0 +1,53 @@
+#include "ui/pages/serverentrywidget.h"
+
+#include "data/testserver.h"
+#include "ui/pages/settingstab.h"
+
+#include "ui_serverentrywidget.h"
+
+using namespace Qt::StringLiterals;
+
+ServerEntryWidget::ServerEntryWidget(QWidget *parent, TestServer *entryServer)
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::ServerEntryWidget>())
+    , server(entryServer)
+{
+    setAttribute(Qt::WA_StyledBackground);
+    ui->setupUi(this);
+    // A button that took the press would keep the list from scrolling.
+    ui->checkBox->setAttribute(Qt::WA_TransparentForMouseEvents);
+    ui->labelServerAdress->setText(server->getHostname() + u':' +
+                                   QString::number(server->getPort()));
+    retranslate();
+}
+
+ServerEntryWidget::~ServerEntryWidget() = default;
+
+void ServerEntryWidget::setServerEnabled(bool enabled)
+{
+    ui->checkBox->setChecked(enabled);
+}
+
+void ServerEntryWidget::setLastEntry(bool last)
+{
+    ui->line->setVisible(!last);
+}
+
+void ServerEntryWidget::tap()
+{
+    ui->checkBox->click();
+}
+
+void ServerEntryWidget::retranslate()
+{
+    ui->labelServerName->setText(server->getName());
+    ui->checkBox->setAccessibleName(server->getName());
+}
+
+void ServerEntryWidget::on_checkBox_clicked()
+{
+    // A click on the chosen server has just taken its mark away.
+    setServerEnabled(true);
+    if (settingsTab)
+        settingsTab->selectServer(server);
+}

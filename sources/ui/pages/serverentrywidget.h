@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QWidget>
+
+#include <memory>
+
+class SettingsTab;
+class TestServer;
+
+namespace Ui {
+class ServerEntryWidget;
+}
+
+/// One test server in the list of the settings page: name, address and whether it is the chosen
+/// one. The mouse goes through it to the list, which may scroll and hands taps back with tap().
+class ServerEntryWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// @p server is borrowed and outlives the entry.
+    ServerEntryWidget(QWidget *parent, TestServer *server);
+    ~ServerEntryWidget() override;
+
+    /// Where a choice is reported; borrowed, outlives the entry.
+    void setSettingsTab(SettingsTab *tab) { settingsTab = tab; }
+    void setServerEnabled(bool enabled);
+    /// The last entry has no line below it.
+    void setLastEntry(bool last);
+    TestServer *getServer() const { return server; }
+    void tap();
+    /// Shows the server's name anew.
+    void retranslate();
+
+private Q_SLOTS:
+    void on_checkBox_clicked();
+
+private:
+    std::unique_ptr<Ui::ServerEntryWidget> ui;
+    TestServer *server;
+    SettingsTab *settingsTab = nullptr;
+};

@@ -1,0 +1,143 @@
+#include "ui/pages/settingstab.h"
+
+#include "data/testservertable.h"
+#include "measurement/testcontroller.h"
+#include "ui/mainwindow.h"
+#include "ui/pages/serverentrywidget.h"
+#include "ui/scrolling/qskineticscroller.h"
+#include "utils/deployment.h"
+#include "utils/translations.h"
+#include "utils/utils.h"
+
+#include "ui_settingstab.h"
+
+#include <QMouseEvent>
+
+using namespace Qt::StringLiterals;
+
+SettingsTab::SettingsTab(MainWindow *mainWindow)
+    : TabBase(mainWindow)
+    , ui(std::make_unique<Ui::SettingsTab>())
+    , table(new TestServerTable(Deployment::current(), this))
+{
+    ui->setupUi(this);
+    fillFrame();
+    initializeServerList();
+    advmode = Utils::getSettingsValue(u"AdvMode"_s) == "set"_L1;
+    showAdvMode();
+    mw->setAdvancedMode(advmode);
+    showLanguage();
+}
+
+SettingsTab::~SettingsTab() = default;
+
+void SettingsTab::initializeServerList()
+{
+    for (TestServer *server : table->servers()) {
+        auto *entry = new ServerEntryWidget(ui->scrollAreaWidgetContents, server);
+        entry->setSettingsTab(this);
+        ui->serverListLayout->addWidget(entry);
+        serverWidgets.append(entry);
+    }
+    if (!serverWidgets.isEmpty())
+        serverWidgets.last()->setLastEntry(true);
+    ui->serverListLayout->addStretch();
+    // The scroller's filter comes first and lets nothing but taps through to this one.
+    ui->scrollArea->viewport()->installEventFilter(this);
+    auto *scroller = new QsKineticScroller(this);
+    scroller->enableKineticScrollFor(ui->scrollArea);
+}
+
+bool SettingsTab::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() != QEvent::MouseButtonRelease)
+        return TabBase::eventFilter(object, event);
+    const auto *mouse = static_cast<QMouseEvent *>(event);
+    const QPoint point = ui->scrollAreaWidgetContents->mapFrom(ui->scrollArea->viewport(),
+                                                               mouse->position().toPoint());
+    for (ServerEntryWidget *entry : std::as_const(serverWidgets)) {
+        if (entry->geometry().contains(point)) {
+            entry->tap();
+            return true;
+        }
+    }
+    return false;
+}
+
+void SettingsTab::updateSettings()
+{
+    const TestController *controller = mw->getController();
+    const TestServer *current = controller ? controller->getSelectedServer() : nullptr;
+    markServer(current ? getTestServer(current->getHostname(), current->getPort()) : nullptr);
+}
+
+void SettingsTab::selectServer(TestServer *server)
+{
+    markServer(server);
+    storeTestServer(server);
+}
+
+void SettingsTab::markServer(const TestServer *server)
+{
+    for (ServerEntryWidget *entry : std::as_const(serverWidgets))
+        entry->setServerEnabled(entry->getServer() == server);
+}
+
+void SettingsTab::storeTestServer(TestServer *server)
+{
+    if (TestController *controller = mw->getController())
+        controller->setTestServer(server);
+}
+
+TestServer *SettingsTab::getTestServer(const QString &hostname, int port) const
+{
+    return table->find(hostname, port);
+}
+
+void SettingsTab::retranslate()
+{
+    ui->retranslateUi(this);
+    table->retranslate();
+    for (ServerEntryWidget *entry : std::as_const(serverWidgets))
+        entry->retranslate();
+    showLanguage();
+}
+
+void SettingsTab::showAdvMode()
+{
+    ui->buttonAdvMode->setChecked(advmode);
+}
+
+void SettingsTab::showLanguage()
+{
+    const bool german = Translations::language() == "de"_L1;
+    (german ? ui->buttonGerman : ui->buttonEnglish)->setChecked(true);
+}
+
+void SettingsTab::on_buttonNewSeries_clicked()
+{
+    mw->startNewSeries();
+}
+
+void SettingsTab::on_buttonClearDatabase_clicked()
+{
+    mw->clearLocalDatabase();
+}
+
+void SettingsTab::on_buttonAdvMode_clicked()
+{
+    advmode = !advmode;
+    showAdvMode();
+    Utils::setSettingsValue(u"AdvMode"_s, advmode ? u"set"_s : u"notset"_s);
+    mw->setAdvancedMode(advmode);
+}
+
+void SettingsTab::on_buttonGerman_clicked()
+{
+    mw->setLanguage(u"de"_s);
+}
+
+void SettingsTab::on_buttonEnglish_clicked()
+{
+    mw->setLanguage(u"en"_s);
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "ui/pages/tabbase.h"
+
+#include <QList>
+
+#include <memory>
+
+class ServerEntryWidget;
+class TestServer;
+class TestServerTable;
+
+namespace Ui {
+class SettingsTab;
+}
+
+/// The settings page: new series, clear the database, the test server, the language, series mode.
+/// Owns the table of test servers. Reads "AdvMode" when it is made and writes it with every change.
+class SettingsTab : public TabBase
+{
+    Q_OBJECT
+
+public:
+    /// @p mainWindow is the parent and owns the page; it need not have a controller yet.
+    explicit SettingsTab(MainWindow *mainWindow);
+    ~SettingsTab() override;
+
+    /// Marks the server that the next test uses; none when it is not one of the table.
+    void updateSettings();
+    /// Marks the entry of @p server (one of the table) alone and uses it from the next test on.
+    void selectServer(TestServer *server);
+    /// Hands @p server to the controller, which remembers it.
+    void storeTestServer(TestServer *server);
+    /// The server of the table with this host name and port; null when there is none. The page
+    /// keeps it.
+    TestServer *getTestServer(const QString &hostname, int port) const;
+
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+protected:
+    void retranslate() override;
+
+private Q_SLOTS:
+    void on_buttonNewSeries_clicked();
+    void on_buttonClearDatabase_clicked();
+    void on_buttonAdvMode_clicked();
+    void on_buttonGerman_clicked();
+    void on_buttonEnglish_clicked();
+
+private:
+    void initializeServerList();
+    void markServer(const TestServer *server);
+    void showAdvMode();
+    void showLanguage();
+
+    std::unique_ptr<Ui::SettingsTab> ui;
+    TestServerTable *table;
+    QList<ServerEntryWidget *> serverWidgets;
+    bool advmode = false;
+};

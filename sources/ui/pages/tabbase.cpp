@@ -1,0 +1,108 @@
+#include "ui/pages/tabbase.h"
+
+#include "ui/mainwindow.h"
+#include "ui/pages/navigationbar.h"
+#include "ui/pages/pageheader.h"
+#include "utils/utils.h"
+
+#include <QEvent>
+
+using namespace Qt::StringLiterals;
+
+TabBase::TabBase(MainWindow *mainWindow)
+    : QWidget(mainWindow)
+    , mw(mainWindow)
+{
+    setAttribute(Qt::WA_StyledBackground);
+}
+
+void TabBase::fillFrame()
+{
+    if (auto *header = findChild<PageHeader *>())
+        header->fill();
+}
+
+void TabBase::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    if (auto *header = findChild<PageHeader *>())
+        header->retranslate();
+    if (auto *navigation = findChild<NavigationBar *>())
+        navigation->retranslate();
+    retranslate();
+    fillFrame();
+}
+
+void TabBase::on_buttonTest1_clicked()
+{
+    Utils::addLogEntry(u"Test1 Clicked"_s);
+    mw->showTestTab();
+}
+
+void TabBase::on_buttonTest2_clicked()
+{
+    Utils::addLogEntry(u"Test2 Clicked"_s);
+    mw->showTestTab();
+}
+
+void TabBase::on_buttonResults1_clicked()
+{
+    Utils::addLogEntry(u"Results1 Clicked"_s);
+    mw->showResultsTab();
+}
+
+void TabBase::on_buttonResults2_clicked()
+{
+    Utils::addLogEntry(u"Results2 Clicked"_s);
+    mw->showResultsTab();
+}
+
+void TabBase::on_buttonSettings1_clicked()
+{
+    Utils::addLogEntry(u"Settings1 Clicked"_s);
+    mw->showSettingsTab();
+}
+
+void TabBase::on_buttonSettings2_clicked()
+{
+    Utils::addLogEntry(u"Settings2 Clicked"_s);
+    mw->showSettingsTab();
+}
+
+void TabBase::on_buttonLinks1_clicked()
+{
+    Utils::addLogEntry(u"Links1 Clicked"_s);
+    mw->showLinksTab();
+}
+
+void TabBase::on_buttonLinks2_clicked()
+{
+    Utils::addLogEntry(u"Links2 Clicked"_s);
+    mw->showLinksTab();
+}
+
+void TabBase::on_buttonAbout1_clicked()
+{
+    Utils::addLogEntry(u"About1 Clicked"_s);
+    mw->showAboutTab();
+}
+
+void TabBase::on_buttonAbout2_clicked()
+{
+    Utils::addLogEntry(u"About2 Clicked"_s);
+    mw->showAboutTab();
+}
+
+void TabBase::on_orvakLink_clicked()
+{
+    Utils::addLogEntry("Open URL "_L1 + MainWindow::makerAddress());
+    mw->showOrvakWebpage();
+}
+
+void TabBase::on_buttonClose_clicked()
+{
+    Utils::addLogEntry(u"Exit Clicked"_s);
+    mw->exitClicked();
+}

@@ -1,0 +1,170 @@
+#include "ui/pages/testtab.h"
+
+#include "ui/mainwindow.h"
+#include "utils/utils.h"
+
+#include "ui_testtab.h"
+
+#include <QKeyEvent>
+#include <QStyle>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Between the caption of the start button and its edges, px.
+constexpr int captionMargin = 16;
+
+} // namespace
+
+TestTab::TestTab(MainWindow *mainWindow)
+    : TabBase(mainWindow)
+    , ui(std::make_unique<Ui::TestTab>())
+{
+    ui->setupUi(this);
+    fillFrame();
+    ui->progressBar->hide();
+    ui->progressBar->setMaximum(1);
+    ui->progressBar->setValue(0);
+}
+
+TestTab::~TestTab() = default;
+
+void TestTab::retranslate()
+{
+    // The caption of a running test stays until the test writes the next one.
+    const QString caption = ui->buttonStartTest->text();
+    ui->retranslateUi(this);
+    if (mw->isTestRunning())
+        ui->buttonStartTest->setText(caption);
+    fitCaption();
+}
+
+void TestTab::setLocation(const QString &text)
+{
+    ui->labelLocation->setText(u"<a href=\"void()\" style=\"color: white;\">"_s + text + "</a>"_L1);
+}
+
+void TestTab::setTestserver(const QString &text)
+{
+    ui->labelServer->setText(text);
+}
+
+void TestTab::setTestSeries(const QString &text)
+{
+    ui->labelTestSeries->setText(text);
+}
+
+void TestTab::setPosition(const QString &text)
+{
+    ui->labelPosition->setText(text);
+}
+
+void TestTab::setDownloadText(const QString &text)
+{
+    ui->labelDownload->setText(text);
+}
+
+void TestTab::setUploadText(const QString &text)
+{
+    ui->labelUpload->setText(text);
+}
+
+void TestTab::setRTTText(const QString &text)
+{
+    ui->labelRTT->setText(text);
+}
+
+void TestTab::setDataTransferred(const QString &text)
+{
+    ui->labelDataTransfered->setText(text);
+}
+
+void TestTab::setStatusText(const QString &text)
+{
+    ui->buttonStartTest->setText(text);
+    fitCaption();
+}
+
+void TestTab::setAbortCaption(const QString &text)
+{
+    setStartState("abort");
+    setStatusText(text);
+}
+
+void TestTab::setProgressMaxValue(int max)
+{
+    ui->progressBar->setMaximum(max);
+}
+
+void TestTab::setProgressValue(int value)
+{
+    ui->progressBar->setValue(value);
+}
+
+void TestTab::showProgessBar(bool visible)
+{
+    ui->progressBar->setVisible(visible);
+}
+
+void TestTab::setGUIDisabled(bool disabled)
+{
+    ui->buttonStartTest->setDisabled(disabled);
+    setStartState("start");
+}
+
+void TestTab::clearThroughput()
+{
+    ui->plot->clear();
+}
+
+void TestTab::addThroughput(int resulttype, int interval, qint64 bytes)
+{
+    ui->plot->addValue(resulttype, interval, bytes);
+}
+
+// The style sheet has a look for each state, and one for the disabled button.
+void TestTab::setStartState(const char *state)
+{
+    ui->buttonStartTest->setProperty("state", QString::fromLatin1(state));
+    ui->buttonStartTest->style()->polish(ui->buttonStartTest);
+}
+
+// Status texts are as long as their language makes them; the button has one width.
+void TestTab::fitCaption()
+{
+    QPushButton *button = ui->buttonStartTest;
+    button->setProperty("long", false);
+    button->style()->polish(button);
+    const int wide = button->fontMetrics().horizontalAdvance(button->text());
+    if (wide <= button->width() - 2 * captionMargin)
+        return;
+    button->setProperty("long", true);
+    button->style()->polish(button);
+}
+
+void TestTab::resizeEvent(QResizeEvent *event)
+{
+    TabBase::resizeEvent(event);
+    fitCaption();
+}
+
+void TestTab::on_buttonStartTest_clicked()
+{
+    Utils::addLogEntry(u"Start Test clicked"_s);
+    mw->startTestClicked();
+}
+
+void TestTab::on_labelLocation_linkActivated(const QString &link)
+{
+    Q_UNUSED(link)
+    mw->showLocationPopup();
+}
+
+void TestTab::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        ui->buttonStartTest->click();
+    else
+        TabBase::keyPressEvent(event);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "ui/popups/popupbase.h"
+
+#include <memory>
+
+namespace Ui {
+class ErrorPopup;
+}
+
+/// An error or a notice, with one answer.
+class ErrorPopup : public PopupBase
+{
+    Q_OBJECT
+
+public:
+    /// @p mainWindow is the parent, owns the popup and takes its answer.
+    explicit ErrorPopup(MainWindow *mainWindow);
+    ~ErrorPopup() override;
+
+    void setTitel(const QString &title);
+    /// Rich text; what comes from outside is escaped by the caller.
+    void setMessage(const QString &message);
+    void setOKButtonText(const QString &text);
+
+protected:
+    void retranslate() override;
+
+private Q_SLOTS:
+    void on_buttonOk_clicked();
+
+private:
+    std::unique_ptr<Ui::ErrorPopup> ui;
+};

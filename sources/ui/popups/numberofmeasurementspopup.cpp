@@ -1,0 +1,76 @@
+#include "ui/popups/numberofmeasurementspopup.h"
+
+#include "ui/mainwindow.h"
+#include "utils/utils.h"
+
+#include "ui_numberofmeasurementspopup.h"
+
+#include <QStyledItemDelegate>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int minutesPerHour = 60;
+constexpr int secondsPerMinute = 60;
+/// A row of an opened list is as high as a finger needs, px.
+constexpr int rowHeight = 44;
+
+void fill(QComboBox *box, std::initializer_list<int> values, QLatin1StringView unit, int initial)
+{
+    for (const int value : values) {
+        box->addItem(QString::number(value) + unit, value);
+        box->setItemData(box->count() - 1, QSize(0, rowHeight), Qt::SizeHintRole);
+    }
+    box->setMaxVisibleItems(box->count());
+    // The box's own delegate draws a menu and takes no colours from the style sheet.
+    box->setItemDelegate(new QStyledItemDelegate(box));
+    box->setCurrentIndex(box->findData(initial));
+}
+
+} // namespace
+
+NumberOfMeasurementsPopup::NumberOfMeasurementsPopup(MainWindow *mainWindow)
+    : PopupBase(mainWindow)
+    , ui(std::make_unique<Ui::NumberOfMeasurementsPopup>())
+{
+    ui->setupUi(this);
+    fill(ui->comboBoxDuring, {1, 2, 3, 6, 12, 24}, "h"_L1, 1);
+    fill(ui->comboBoxTestEvery, {1, 2, 3, 5, 10, 30, 60}, "min"_L1, 3);
+}
+
+NumberOfMeasurementsPopup::~NumberOfMeasurementsPopup() = default;
+
+void NumberOfMeasurementsPopup::retranslate()
+{
+    ui->retranslateUi(this);
+}
+
+void NumberOfMeasurementsPopup::showEvent(QShowEvent *event)
+{
+    PopupBase::showEvent(event);
+    // The smaller of the two answers.
+    ui->buttonSingle->setFocus(Qt::PopupFocusReason);
+}
+
+void NumberOfMeasurementsPopup::on_buttonSingle_clicked()
+{
+    Utils::addLogEntry(u"single measurements clicked"_s);
+    mw->numberOfMeasurementsPopupNumberSelected(1, 0);
+}
+
+void NumberOfMeasurementsPopup::on_buttonMultiple_clicked()
+{
+    during = ui->comboBoxDuring->currentData().toInt();
+    testevery = ui->comboBoxTestEvery->currentData().toInt();
+    const int count = during * minutesPerHour / testevery;
+    const int interval = testevery * secondsPerMinute;
+    Utils::addLogEntry(u"multiple measurements clicked %1 %2"_s.arg(count).arg(interval));
+    mw->numberOfMeasurementsPopupNumberSelected(count, interval);
+}
+
+void NumberOfMeasurementsPopup::on_buttonCancel_clicked()
+{
+    Utils::addLogEntry(u"Number of measurements cancel clicked"_s);
+    mw->numberOfMeasurementsPopupCancelClicked();
+}

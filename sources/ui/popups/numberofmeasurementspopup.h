@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ui/popups/popupbase.h"
+
+#include <memory>
+
+namespace Ui {
+class NumberOfMeasurementsPopup;
+}
+
+/// Asks for a single test or a series, and how long and how dense that is. The choices of a series
+/// are kept from one opening to the next.
+class NumberOfMeasurementsPopup : public PopupBase
+{
+    Q_OBJECT
+
+public:
+    /// @p mainWindow is the parent, owns the popup and takes its answers.
+    explicit NumberOfMeasurementsPopup(MainWindow *mainWindow);
+    ~NumberOfMeasurementsPopup() override;
+
+protected:
+    void retranslate() override;
+    void showEvent(QShowEvent *event) override;
+
+private Q_SLOTS:
+    void on_buttonSingle_clicked();
+    void on_buttonMultiple_clicked();
+    void on_buttonCancel_clicked();
+
+private:
+    std::unique_ptr<Ui::NumberOfMeasurementsPopup> ui;
+    int testevery = 10; ///< min
+    int during = 1;     ///< h
+};

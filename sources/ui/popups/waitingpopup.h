@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ui/popups/popupbase.h"
+
+#include <memory>
+
+namespace Ui {
+class WaitingPopup;
+}
+
+/// Tells that something takes a while. Has no answer: the main window closes it.
+class WaitingPopup : public PopupBase
+{
+    Q_OBJECT
+
+public:
+    /// @p mainWindow is the parent and owns the popup.
+    explicit WaitingPopup(MainWindow *mainWindow);
+    ~WaitingPopup() override;
+
+    void setTitel(const QString &title);
+    /// Rich text; what comes from outside is escaped by the caller.
+    void setMessage(const QString &message);
+
+protected:
+    void retranslate() override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    std::unique_ptr<Ui::WaitingPopup> ui;
+};

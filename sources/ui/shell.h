@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QGraphicsView>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+class MainWindow;
+class QScreen;
+
+/// How the portrait window meets the screen.
+enum class ShellKind {
+    Handset, ///< landscape panel: rotated by 270 degrees, full screen
+    Phone,   ///< portrait panel: upright, full screen, scaled to fit
+    Desktop, ///< an upright window; scaled down where the screen is too small for it
+};
+
+/// Puts the main window on the screen. In the handset and phone shells, and on a desktop screen too
+/// small for it, the window lies in the scene of a graphics view that turns and scales it; its page
+/// then has the design's width and at least its height, so that it fills the screen without a
+/// border. Main thread only.
+class Shell : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// "handset", "phone" or "desktop".
+    static std::optional<ShellKind> fromName(const QString &name);
+    /// What fits a screen of this size in px that is @p wideMm wide (0 when unknown).
+    static ShellKind fitting(const QSize &screen, qreal wideMm);
+    static ShellKind fitting(const QScreen &screen);
+
+    /// @p window is borrowed; it outlives the shell.
+    Shell(ShellKind kind, MainWindow &window);
+    ~Shell() override;
+
+    /// Shows window or view, sets the orientation property, and writes the view's size to the log.
+    void show();
+    /// Brings it to the front, for a user who started the program again.
+    void raise();
+    /// The widget that the window system sees.
+    QWidget &topLevel();
+
+private:
+    class View;
+
+    bool inView() const { return view != nullptr; }
+
+    const ShellKind kind;
+    MainWindow &window;
+    std::unique_ptr<QGraphicsScene> scene;
+    std::unique_ptr<View> view;
+};

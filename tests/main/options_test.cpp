@@ -1,0 +1,95 @@
+#include "main/options.h"
+
+#include "main/singleinstance.h"
+
+#include "support/rows.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class OptionsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void takesWhatMakesSense()
+    {
+        QString error;
+        const auto options =
+            Options::parse({u"--language=de"_s, u"--shell"_s, u"phone"_s, u"--data-dir"_s,
+                            u"/a b"_s, u"--script=x"_s, u"--config"_s, u"c.conf"_s},
+                           &error);
+        QVERIFY2(options, qPrintable(error));
+        QCOMPARE(options->language, u"de"_s);
+        QVERIFY(options->shell == ShellKind::Phone);
+        QCOMPARE(options->dataDir, u"/a b"_s);
+        QCOMPARE(options->script, u"x"_s);
+        QCOMPARE(options->configFile, u"c.conf"_s);
+    }
+
+    void namesWhatIsWrong_data()
+    {
+        const Rows<QString, QString> row("line", "named");
+        row("unknown option", "--fullscreen", "fullscreen");
+        row("unknown language", "--language=fr", "\"fr\"");
+        row("unknown shell", "--shell Desktop", "\"Desktop\"");
+        row("value forgotten", "--config", "config");
+        row("empty value", "--data-dir=", "data-dir");
+        row("stray word", "--help now", "\"now\"");
+        row("a flag with a value", "--version=2", "version");
+        row("one dash", "-x", "x");
+    }
+    void namesWhatIsWrong()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, named);
+        QString error;
+        QVERIFY(!Options::parse(line.split(u' '), &error));
+        QVERIFY2(error.contains(named), qPrintable(error));
+        QVERIFY2(error.count(u'.') == 1 && error.endsWith(u'.'), qPrintable(error));
+    }
+
+    void fitsTheShellToTheScreen_data()
+    {
+        const Rows<QSize, int, ShellKind> row("screen", "wideMm", "kind");
+        row("landscape handset", QSize(854, 480), 0, ShellKind::Handset);
+        row("portrait phone, scaled", QSize(360, 720), 65, ShellKind::Phone);
+        row("portrait phone, unscaled", QSize(1080, 2340), 68, ShellKind::Phone);
+        row("handset held upright", QSize(480, 854), 0, ShellKind::Phone);
+        row("small laptop", QSize(1366, 768), 310, ShellKind::Desktop);
+        row("tablet", QSize(1280, 800), 220, ShellKind::Desktop);
+        row("monitor on its side", QSize(1080, 1920), 300, ShellKind::Desktop);
+    }
+    void fitsTheShellToTheScreen()
+    {
+        QFETCH(QSize, screen);
+        QFETCH(int, wideMm);
+        QFETCH(ShellKind, kind);
+        QVERIFY(Shell::fitting(screen, wideMm) == kind);
+    }
+
+    void aSecondProgramRaisesTheFirst()
+    {
+        const QTemporaryDir runtime;
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
+        auto first = std::make_unique<SingleInstance>(u"store"_s);
+        QVERIFY(!first->otherRaised());
+        QSignalSpy raised(first.get(), &SingleInstance::raiseRequested);
+        qputenv("XDG_ACTIVATION_TOKEN", "token-1");
+        SingleInstance second(u"store"_s);
+        QVERIFY(second.otherRaised());
+        QTRY_COMPARE(raised.count(), 1);
+        QCOMPARE(raised.first().first().toByteArray(), QByteArray("token-1"));
+        SingleInstance elsewhere(u"another store"_s);
+        QVERIFY(!elsewhere.otherRaised());
+        first.reset();
+        QVERIFY(!second.otherRaised());
+    }
+};
+
+QTEST_MAIN(OptionsTest)
+
+#include "options_test.moc"

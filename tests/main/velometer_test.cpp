@@ -1,0 +1,248 @@
+// The built application on an X server of its own, against the built service.
+
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cmath>
+#include <functional>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int startLimit = 20'000;
+/// A test lasts a good 15 s; more only on a machine that is busy with something else.
+constexpr int testLimit = 90'000;
+
+bool isStartButton(const QColor &colour)
+{
+    return colour.red() < 90 && colour.green() > 160 && colour.blue() > 140;
+}
+
+bool isOrdinaryButton(const QColor &colour)
+{
+    return std::min({colour.red(), colour.green(), colour.blue()}) > 185;
+}
+
+/// Mean difference of two images of one size, per channel of 255.
+double difference(const QImage &a, const QImage &b)
+{
+    double sum = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            sum += std::abs(qGray(a.pixel(x, y)) - qGray(b.pixel(x, y)));
+        }
+    }
+    return sum / (a.width() * a.height());
+}
+
+} // namespace
+
+class VelometerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        home = std::make_unique<QTemporaryDir>();
+        environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(u"WAYLAND_DISPLAY"_s);
+        environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+        environment.insert(u"HOME"_s, home->path());
+        for (const auto &each : {u"CONFIG"_s, u"DATA"_s, u"CACHE"_s})
+            environment.insert(u"XDG_%1_HOME"_s.arg(each), home->filePath(each.toLower()));
+        environment.insert(u"XDG_RUNTIME_DIR"_s, home->path());
+    }
+
+    void cleanup()
+    {
+        for (auto *process : {&application, &service, &server}) {
+            if (*process) {
+                (*process)->terminate();
+                (*process)->waitForFinished();
+            }
+            process->reset();
+        }
+    }
+
+    void turnsTheWindowOnAHandsetsPanel()
+    {
+        startServer(u"480x854"_s);
+        startApplication({u"--shell"_s, u"phone"_s});
+        const QImage upright = settledScreen();
+        cleanup();
+        startServer(u"854x480"_s);
+        startApplication({u"--shell"_s, u"handset"_s});
+        const QImage turned = settledScreen();
+        QCOMPARE(turned.size(), QSize(854, 480));
+
+        // Letters are drawn a little differently when they lie on their side.
+        const QImage turnedBack = turned.transformed(QTransform().rotate(90));
+        const QImage wrongWay = turned.transformed(QTransform().rotate(-90));
+        QVERIFY2(difference(upright, turnedBack) < 2,
+                 qPrintable(QString::number(difference(upright, turnedBack))));
+        QVERIFY(difference(upright, wrongWay) > 10);
+
+        const QByteArray window =
+            output(u"xdotool"_s, {u"search"_s, u"--name"_s, u"^VeloMeter$"_s});
+        const QByteArray property =
+            output(u"xprop"_s, {u"-id"_s, QString::fromLatin1(window.trimmed().split('\n').last()),
+                                u"_MEEGOTOUCH_ORIENTATION_ANGLE"_s});
+        QCOMPARE(property.trimmed(), QByteArray("_MEEGOTOUCH_ORIENTATION_ANGLE(CARDINAL) = 270"));
+    }
+
+    void aClickLeadsToAStoredTest()
+    {
+        startServer(u"480x854"_s);
+        const int port = startService();
+        QFile config(home->filePath(u"deployment.conf"_s));
+        QVERIFY(config.open(QIODevice::WriteOnly));
+        config.write("[Service]\nWebHost=127.0.0.1\nWebPort=" + QByteArray::number(port) +
+                     "\n[TestServers]\nSwisscom=127.0.0.1:" + QByteArray::number(port) + '\n');
+        config.close();
+        startApplication({u"--config"_s, config.fileName()});
+
+        clickOn(isStartButton);
+        clickOn(isOrdinaryButton); // the costs
+        clickOn(isOrdinaryButton); // indoor
+        const QString stored = u"SELECT count(*) FROM testresults WHERE downloadSpeed > 0 AND "
+                               "uploadSpeed > 0 AND rtt >= 0 AND location = 'Indoor'"_s;
+        const QString store = home->filePath(u"data/orvak/Velometer/orvakVelometer.db.sqlite"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(count(store, stored), 1, testLimit);
+        QTRY_COMPARE(count(home->filePath(u"reports.sqlite"_s),
+                           u"SELECT count(*) FROM reports WHERE location = 'Indoor'"_s),
+                     1);
+
+        QProcess second;
+        second.setProcessEnvironment(environment);
+        second.start(QStringLiteral(APPLICATION_PROGRAM), {u"--config"_s, config.fileName()});
+        QVERIFY(second.waitForFinished(startLimit));
+        QCOMPARE(second.exitCode(), 0);
+        QCOMPARE(application->state(), QProcess::Running);
+        application->terminate();
+        QVERIFY(application->waitForFinished(startLimit));
+        QCOMPARE(application->exitStatus(), QProcess::NormalExit);
+    }
+
+private:
+    using Process = std::unique_ptr<QProcess>;
+
+    Process start(const QString &program, const QStringList &arguments)
+    {
+        auto process = std::make_unique<QProcess>();
+        process->setProcessEnvironment(environment);
+        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process->start(program, arguments);
+        return process;
+    }
+
+    void startServer(const QString &size)
+    {
+        server = start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, size + u"x24"_s,
+                                   u"-nolisten"_s, u"tcp"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(server->canReadLine(), startLimit);
+        environment.insert(u"DISPLAY"_s, u':' + QString::fromLatin1(server->readLine().trimmed()));
+    }
+
+    void startApplication(const QStringList &options)
+    {
+        application = start(QStringLiteral(APPLICATION_PROGRAM),
+                            QStringList{u"--language"_s, u"en"_s} + options);
+        QVERIFY(application->waitForStarted());
+    }
+
+    int startService()
+    {
+        service = start(QStringLiteral(SERVICE_PROGRAM),
+                        {u"--listen"_s, u"127.0.0.1:0"_s, u"--database"_s,
+                         u"sqlite:"_s + home->filePath(u"reports.sqlite"_s)});
+        if (!QTest::qWaitFor([this] { return service->canReadLine(); }, startLimit))
+            return 0;
+        return service->readLine().trimmed().split(':').last().toInt();
+    }
+
+    QByteArray output(const QString &program, const QStringList &arguments)
+    {
+        const Process process = start(program, arguments);
+        process->waitForFinished();
+        return process->readAllStandardOutput();
+    }
+
+    QImage screen()
+    {
+        return QImage::fromData(output(u"import"_s, {u"-window"_s, u"root"_s, u"png:-"_s}));
+    }
+
+    /// The screen once the page is there and stands still.
+    QImage settledScreen()
+    {
+        QImage last = screen();
+        (void)QTest::qWaitFor(
+            [&] {
+                const QImage now = screen();
+                const bool still =
+                    now == last &&
+                    now.convertToFormat(QImage::Format_RGB32).pixelColor(now.rect().center()) !=
+                        QColor(Qt::black);
+                last = now;
+                return still;
+            },
+            startLimit);
+        return last;
+    }
+
+    /// Clicks on the topmost place that looks like this, a finger's width into it.
+    void clickOn(const std::function<bool(const QColor &)> &wanted)
+    {
+        constexpr int column = 130; // left of every caption
+        constexpr int finger = 20;
+        int found = -1;
+        const auto search = [&] {
+            const QImage image = settledScreen();
+            for (int y = 60; y + 2 * finger < image.height(); ++y) {
+                if (wanted(image.pixelColor(column, y)) &&
+                    wanted(image.pixelColor(column, y + finger))) {
+                    found = y + finger;
+                    return true;
+                }
+            }
+            return false;
+        };
+        QVERIFY(QTest::qWaitFor(search, startLimit));
+        output(u"xdotool"_s, {u"mousemove"_s, QString::number(column), QString::number(found),
+                              u"click"_s, u"1"_s});
+    }
+
+    /// The number that the query gives; -1 while there is no such file or table.
+    static int count(const QString &file, const QString &query)
+    {
+        int number = -1;
+        if (QFile::exists(file)) {
+            QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"reader"_s);
+            db.setDatabaseName(file);
+            db.setConnectOptions(u"QSQLITE_OPEN_READONLY"_s);
+            QSqlQuery statement(db);
+            if (db.open() && statement.exec(query) && statement.next())
+                number = statement.value(0).toInt();
+        }
+        QSqlDatabase::removeDatabase(u"reader"_s);
+        return number;
+    }
+
+    std::unique_ptr<QTemporaryDir> home;
+    QProcessEnvironment environment;
+    Process server;
+    Process service;
+    Process application;
+};
+
+QTEST_GUILESS_MAIN(VelometerTest)
+
+#include "velometer_test.moc"

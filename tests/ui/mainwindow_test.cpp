@@ -1,0 +1,396 @@
+// The application's window as a person uses it: real buttons by their object names, on a fake
+// device against a fake service.
+
+#include "ui/mainwindow.h"
+
+#include "db/databasemanager.h"
+#include "measurement/testcontroller.h"
+#include "ui/pages/tabbase.h"
+#include "ui/popups/popupbase.h"
+#include "utils/deployment.h"
+#include "utils/utils.h"
+
+#include "support/fakeclock.h"
+#include "support/fakeplatform.h"
+#include "support/fakeservice.h"
+#include "support/rows.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int limitMs = 30'000;
+
+void setSetting(const QString &key, const QString &value)
+{
+    Utils::setSettingsValue(key, value);
+}
+
+} // namespace
+
+class MainWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { DatabaseManager::database_path = directory.path(); }
+
+    void init()
+    {
+        service = std::make_unique<FakeService>();
+        Deployment deployment;
+        deployment.webPort = service->port();
+        deployment.swisscom = {u"127.0.0.1"_s, service->port()};
+        Deployment::setCurrent(deployment);
+        setSetting(u"TestServer.Hostname"_s, QString());
+        setSetting(u"CostWarning"_s, u"set"_s);
+        setSetting(u"AdvMode"_s, QString());
+        platform = std::make_unique<FakePlatform>();
+    }
+
+    void cleanup()
+    {
+        window.reset();
+        platform.reset();
+    }
+
+    void cleanupTestCase() { delete std::exchange(gDB, nullptr); }
+
+    void asksBeforeATest_data()
+    {
+        const Rows<bool, bool, bool, QString, QString> row("accepted", "roaming", "series",
+                                                           "presses", "shown");
+        const bool yes = true;
+        const bool no = false;
+        row("the first start ever", no, no, no, "buttonOk buttonTrain",
+            "WarningPopup LocationPopup test");
+        row("costs accepted long ago", yes, no, no, "buttonCar", "LocationPopup test");
+        row("everything asks", no, yes, yes, "buttonOk buttonIndoor buttonOk buttonSingle",
+            "WarningPopup LocationPopup WarningPopup NumberOfMeasurementsPopup test");
+        row("a series", yes, no, yes, "buttonOther buttonMultiple",
+            "LocationPopup NumberOfMeasurementsPopup series");
+        row("costs refused", no, no, no, "buttonCancel", "WarningPopup nothing");
+        row("location refused", yes, no, no, "buttonCancel", "LocationPopup nothing");
+        row("roaming refused", yes, yes, no, "buttonOutdoor buttonCancel",
+            "LocationPopup WarningPopup nothing");
+        row("number refused", yes, no, yes, "buttonOutdoor buttonCancel",
+            "LocationPopup NumberOfMeasurementsPopup nothing");
+    }
+    void asksBeforeATest()
+    {
+        QFETCH(bool, accepted);
+        QFETCH(bool, roaming);
+        QFETCH(bool, series);
+        QFETCH(QString, presses);
+        QFETCH(QString, shown);
+        setSetting(u"CostWarning"_s, accepted ? u"set"_s : QString());
+        if (roaming)
+            roam();
+        create(series);
+
+        click(u"buttonStartTest"_s);
+        QStringList seen;
+        for (const QString &button : presses.split(u' ')) {
+            seen.append(openPopup());
+            click(button);
+        }
+        QCOMPARE(openPopup(), QString());
+        if (window->getController()->isRunning())
+            seen.append(window->getScheduleInfo().isEmpty() ? u"test"_s : u"series"_s);
+        else
+            seen.append(u"nothing"_s);
+        QCOMPARE(seen.join(u' '), shown);
+    }
+
+    void asksOnlyOnceWhatWasAccepted()
+    {
+        setSetting(u"CostWarning"_s, QString());
+        roam();
+        create(true);
+        const auto walk = [this](const QStringList &presses) {
+            click(u"buttonStartTest"_s);
+            for (const QString &button : presses)
+                click(button);
+        };
+        walk({u"buttonOk"_s, u"buttonTrain"_s, u"buttonOk"_s, u"buttonCancel"_s});
+        // Costs, place and roaming are settled now, how many is asked each time.
+        click(u"buttonStartTest"_s);
+        QCOMPARE(openPopup(), u"NumberOfMeasurementsPopup"_s);
+        // A place chosen outside the dialogue starts nothing.
+        click(u"buttonCancel"_s);
+        window->showLocationPopup();
+        click(u"buttonCar"_s);
+        QCOMPARE(openPopup(), QString());
+        QVERIFY(!window->getController()->isRunning());
+        QVERIFY(label(u"labelLocation"_s).contains(Utils::trLocation(u"Car"_s)));
+    }
+
+    void pagesDoNotSwitchUnderAPopup()
+    {
+        create(false);
+        click(u"buttonStartTest"_s);
+        for (const auto *name : {"buttonResults1", "buttonSettings2", "buttonAbout1"})
+            page()->findChild<QAbstractButton *>(QString::fromLatin1(name))->click();
+        QCOMPARE(page()->objectName(), u"TestTab"_s);
+        page()->findChild<QAbstractButton *>(u"buttonClose"_s)->click();
+        QVERIFY(window->isVisible());
+        window->clearLocalDatabase();
+        window->startNewSeries();
+        QCOMPARE(openPopup(), u"LocationPopup"_s);
+
+        QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
+        QCOMPARE(openPopup(), QString());
+        for (const auto *name : {"Results", "Settings", "Links", "About", "Test"}) {
+            const QString tab = QString::fromLatin1(name);
+            click(u"button"_s + tab + u'2');
+            QCOMPARE(page()->objectName(), tab + u"Tab"_s);
+        }
+    }
+
+    void theKeyboardStaysInAPopup()
+    {
+        create(false);
+        QTest::keyClick(page(), Qt::Key_Return);
+        QCOMPARE(openPopup(), u"LocationPopup"_s);
+        QSet<QString> stops;
+        for (int i = 0; i < 8; ++i) {
+            stops.insert(window->focusWidget()->objectName());
+            QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(stops.size(), 6);
+        QVERIFY(stops.contains(u"buttonCancel"_s) && !stops.contains(u"buttonStartTest"_s));
+    }
+
+    void aTestEndsOnThePage()
+    {
+        create(false);
+        click(u"buttonStartTest"_s);
+        click(u"buttonOutdoor"_s);
+        QVERIFY(!button(u"buttonStartTest"_s)->isEnabled());
+        QTRY_VERIFY_WITH_TIMEOUT(!window->isTestRunning(), limitMs);
+        QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
+        QVERIFY(button(u"buttonStartTest"_s)->isEnabled());
+        QCOMPARE(value(u"labelUpload"_s), u"200 kBit/s"_s);
+        QVERIFY(value(u"labelDownload"_s).endsWith(u" kBit/s"_s));
+        QCOMPARE(label(u"labelServer"_s), u"127.0.0.1"_s);
+        const auto rows = gDB->getAllResults();
+        QCOMPARE(rows.size(), size_t(1));
+        QCOMPARE(rows.front()->location, u"Outdoor"_s);
+        // Its curve is there for the details.
+        QVERIFY(!gDB->getIntervals(rows.front()->myTestId, 1).isEmpty());
+    }
+
+    void saysInOneSentenceWhatFailed()
+    {
+        service->refuse();
+        create(false);
+        click(u"buttonStartTest"_s);
+        click(u"buttonOutdoor"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(openPopup(), u"ErrorPopup"_s, limitMs);
+        QVERIFY(!window->isTestRunning());
+        click(u"buttonOk"_s);
+        QCOMPARE(openPopup(), QString());
+    }
+
+    void aSeriesCountsAndAnAbortEndsIt()
+    {
+        FakeClock clock;
+        create(true);
+        startSeries(20, 180);
+        QCOMPARE(window->getScheduleInfo(), u"1,20,60"_s);
+        QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Abort Test"_s);
+        window->setStatus(u"measuring"_s);
+        QCOMPARE(line(), u"1/20: measuring"_s);
+        endTest();
+        // Between two tests the line names the next one, and counts down from the start of the
+        // last.
+        const struct
+        {
+            std::chrono::seconds passed;
+            QString shown;
+        } moments[] = {{0s, u"3:00"_s}, {55s, u"2:05"_s}, {120s, u"0:05"_s}, {60s, u"0:00"_s}};
+        for (const auto &moment : moments) {
+            clock.advance(moment.passed);
+            tick();
+            QCOMPARE(line(), u"2/20: Next measurement in %1 minutes."_s.arg(moment.shown));
+        }
+        due();
+        QVERIFY(window->getController()->isRunning());
+        QCOMPARE(window->getScheduleInfo(), u"2,20,60"_s);
+        due(); // a test that outlasts the interval is not joined by another one
+        QCOMPARE(window->getScheduleInfo(), u"2,20,60"_s);
+
+        click(u"buttonStartTest"_s);
+        QCOMPARE(button(u"buttonStartTest"_s)->text(), u"aborting..."_s);
+        endTest();
+        QVERIFY(!window->isTestRunning());
+        QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
+        due();
+        QVERIFY(!window->getController()->isRunning());
+    }
+
+    void anAbortInTheCountDownEndsTheSeries()
+    {
+        create(true);
+        startSeries(2, 60);
+        endTest();
+        click(u"buttonStartTest"_s);
+        tick();
+        QVERIFY(!window->isTestRunning());
+        QCOMPARE(line(), QString());
+        // The timer of the series that is over does not start a test of the next one.
+        startSeries(3, 60);
+        endTest();
+        QCOMPARE(window->getScheduleInfo(), u"1,3,3"_s);
+    }
+
+    void theLastTestOfASeriesIsTheLast()
+    {
+        create(true);
+        startSeries(2, 60);
+        endTest();
+        due();
+        endTest();
+        QVERIFY(!window->isTestRunning());
+        QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
+        due();
+        QVERIFY(!window->getController()->isRunning());
+    }
+
+    void aSeriesKeepsTheModeItBeganIn()
+    {
+        create(true);
+        startSeries(3, 60);
+        window->setAdvancedMode(false);
+        QCOMPARE(window->getScheduleInfo(), u"1,3,3"_s);
+    }
+
+    void closingQueuesThePartialReport()
+    {
+        create(false);
+        gDB->resetDB();
+        click(u"buttonStartTest"_s);
+        click(u"buttonOutdoor"_s);
+        QSignalSpy phases(window->getController(), &TestController::phaseEntered);
+        QTRY_VERIFY_WITH_TIMEOUT(window->getController()->getPhase() >=
+                                     TestController::Phase::DownloadStartMarker,
+                                 limitMs);
+        QSignalSpy closed(window.get(), &MainWindow::closed);
+        button(u"buttonClose"_s)->click();
+        QCOMPARE(closed.count(), 1);
+        QVERIFY(!window->getController());
+        QCOMPARE(gDB->countUnsentXMLFiles(), 1);
+    }
+
+    void clearingLeavesNothingBehind()
+    {
+        create(false);
+        QVERIFY(gDB->storeIntervals(1, 1, {{0, 5}}));
+        window->showSettingsTab();
+        click(u"buttonClearDatabase"_s);
+        QCOMPARE(openPopup(), u"WaitingPopup"_s);
+        QTRY_COMPARE(openPopup(), u"ErrorPopup"_s);
+        QCOMPARE(label(u"labelMessage"_s), u"Database has been reseted"_s);
+        QVERIFY(gDB->getIntervals(1, 1).isEmpty());
+        click(u"buttonOk"_s);
+        click(u"buttonNewSeries"_s);
+        QVERIFY(label(u"labelMessage"_s).startsWith(u"Starting new Test Series with Id: "_s));
+    }
+
+private:
+    void roam()
+    {
+        platform->network.mode = NetworkMode::Lte;
+        platform->network.status[NetworkMode::Lte] = NetworkStatus::Roaming;
+    }
+
+    void create(bool series)
+    {
+        setSetting(u"AdvMode"_s, series ? u"set"_s : u"notset"_s);
+        window = std::make_unique<MainWindow>(*platform);
+        window->resize(MainWindow::designSize);
+        window->show();
+        QTRY_VERIFY(window->getController());
+    }
+
+    /// Past the questions.
+    void startSeries(int count, int interval)
+    {
+        click(u"buttonStartTest"_s);
+        if (openPopup() == "LocationPopup"_L1)
+            click(u"buttonTrain"_s);
+        QCOMPARE(openPopup(), u"NumberOfMeasurementsPopup"_s);
+        window->numberOfMeasurementsPopupNumberSelected(count, interval);
+        QVERIFY(window->getController()->isRunning());
+    }
+
+    /// The running test ends as an aborted one does, without its minutes of measurements.
+    void endTest() { window->getController()->abortTest(); }
+    /// The series' timer fires.
+    void due() { QMetaObject::invokeMethod(window.get(), "startNextMeasurement"); }
+    /// The count-down's timer fires.
+    void tick() { QMetaObject::invokeMethod(window.get(), "updateScreenNextMeasurement"); }
+
+    TabBase *page() const
+    {
+        const auto pages = window->findChildren<TabBase *>();
+        for (TabBase *each : pages) {
+            if (each->isVisible())
+                return each;
+        }
+        return nullptr;
+    }
+    /// The class of the popup that is open, empty when there is none.
+    QString openPopup() const
+    {
+        const auto popups = window->findChildren<PopupBase *>();
+        for (PopupBase *each : popups) {
+            if (each->isVisible())
+                return QString::fromLatin1(each->metaObject()->className());
+        }
+        return {};
+    }
+
+    template <typename Widget>
+    Widget *shown(const QString &name) const
+    {
+        const auto all = window->findChildren<Widget *>(name);
+        for (Widget *each : all) {
+            if (each->isVisible())
+                return each;
+        }
+        return nullptr;
+    }
+    QAbstractButton *button(const QString &name) const { return shown<QAbstractButton>(name); }
+    QString label(const QString &name) const { return shown<QLabel>(name)->text(); }
+    QString value(const QString &name) const
+    {
+        return shown<QWidget>(name)->property("text").toString();
+    }
+    QString line() const { return label(u"labelDataTransfered"_s); }
+
+    void click(const QString &name)
+    {
+        QAbstractButton *target = button(name);
+        QVERIFY2(target, qPrintable(name));
+        QTest::mouseClick(target, Qt::LeftButton);
+    }
+
+    QTemporaryDir directory;
+    std::unique_ptr<FakeService> service;
+    std::unique_ptr<FakePlatform> platform;
+    std::unique_ptr<MainWindow> window;
+};
+
+QTEST_MAIN(MainWindowTest)
+
+#include "mainwindow_test.moc"
