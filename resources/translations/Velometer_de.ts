@@ -325,7 +325,7 @@ Beispiel:
     </message>
     <message>
         <source>Download Average</source>
-        <translation>Download Durchschnitt</translation>
+        <translation>Download-Durchschnitt</translation>
     </message>
     <message>
         <source>over 5 seconds</source>
@@ -333,7 +333,7 @@ Beispiel:
     </message>
     <message>
         <source>Download Maximum</source>
-        <translation>Download Maximum</translation>
+        <translation>Download-Maximum</translation>
     </message>
     <message>
         <source>fastest second</source>
@@ -341,15 +341,15 @@ Beispiel:
     </message>
     <message>
         <source>Upload Average</source>
-        <translation>Upload Durchschnitt</translation>
+        <translation>Upload-Durchschnitt</translation>
     </message>
     <message>
         <source>Upload Maximum</source>
-        <translation>Upload Maximum</translation>
+        <translation>Upload-Maximum</translation>
     </message>
     <message>
         <source>RTT Average</source>
-        <translation>RTT Durchschnitt</translation>
+        <translation>RTT-Durchschnitt</translation>
     </message>
     <message>
         <source>over 3 &quot;TCP Connect Time&quot;</source>
@@ -357,7 +357,7 @@ Beispiel:
     </message>
     <message>
         <source>RTT Minimum</source>
-        <translation>RTT Minimum</translation>
+        <translation>RTT-Minimum</translation>
     </message>
     <message>
         <source>min &quot;TCP Connect Time&quot;</source>
@@ -377,7 +377,7 @@ Beispiel:
     </message>
     <message>
         <source>Total transferred Bytes</source>
-        <translation>Übertragene Bytes total</translation>
+        <translation>Bytes insgesamt</translation>
     </message>
     <message>
         <source>Device Information</source>
@@ -393,7 +393,7 @@ Beispiel:
     </message>
     <message>
         <source>NetworkCell</source>
-        <translation>Netzzelle</translation>
+        <translation>Funkzelle</translation>
     </message>
     <message>
         <source>at the end of the test</source>
@@ -489,11 +489,11 @@ Beispiel:
     </message>
     <message>
         <source>Test Series ID</source>
-        <translation>Seriennummer</translation>
+        <translation>Nummer der Testserie</translation>
     </message>
     <message>
         <source>Test ID</source>
-        <translation>Testnummer</translation>
+        <translation>Nummer des Tests</translation>
     </message>
     <message>
         <source>Summary for the current measurement:</source>
@@ -666,6 +666,10 @@ Beispiel:
         <source>UploadSpeed:</source>
         <translation>Upload: </translation>
     </message>
+    <message>
+        <source>Plus and minus zoom, the arrow keys move the map. N or Page Down opens the label of the next older test, P or Page Up that of the next newer one, Escape closes it.</source>
+        <translation>Plus und Minus vergrössern und verkleinern, die Pfeiltasten verschieben die Karte. N oder Bild ab öffnet die Angaben zum nächstälteren Test, P oder Bild auf zum nächstneueren, Escape schliesst sie.</translation>
+    </message>
 </context>
 <context>
     <name>LinksTab</name>
@@ -718,7 +722,7 @@ orvak verfassen</translation>
     </message>
     <message>
         <source>Other</source>
-        <translation>Sonstwo</translation>
+        <translation>Anderswo</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -765,7 +769,7 @@ orvak verfassen</translation>
     </message>
     <message>
         <source>CostsQuestion</source>
-        <translation>Ein Test lastet die Verbindung 14 Sekunden lang aus. In einem schnellen Netz sind das mehrere hundert Megabytes, die je nach Abo etwas kosten. Test starten?</translation>
+        <translation>Ein Test lastet die Verbindung 14 Sekunden lang aus. In einem schnellen Netz sind das mehrere hundert Megabyte, die je nach Abo etwas kosten. Test starten?</translation>
     </message>
     <message>
         <source>Roaming</source>
@@ -773,7 +777,7 @@ orvak verfassen</translation>
     </message>
     <message>
         <source>RoamingQuestion</source>
-        <translation>Ihr Gerät ist im Roaming. Ein Test überträgt so viele Daten, wie das Netz in 14 Sekunden trägt, und kann teuer werden. Trotzdem starten?</translation>
+        <translation>Ihr Gerät ist im Roaming. Ein Test überträgt so viele Daten, wie in 14 Sekunden möglich sind, und kann teuer werden. Trotzdem starten?</translation>
     </message>
     <message>
         <source>Abort Test</source>
@@ -793,7 +797,7 @@ orvak verfassen</translation>
     </message>
     <message>
         <source>The report waits and goes out with the next test.</source>
-        <translation>Der Bericht wartet und geht mit dem nächsten Test weg.</translation>
+        <translation>Der Bericht wartet und wird mit dem nächsten Test gesendet.</translation>
     </message>
     <message>
         <source>Please Wait</source>
@@ -817,30 +821,38 @@ orvak verfassen</translation>
     </message>
     <message>
         <source>Starting new Test Series with Id:</source>
-        <translation>Neue Testserie beginnt mit der Nummer:</translation>
+        <translation>Neue Testserie mit der Nummer:</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>k. A.</translation>
+    </message>
+    <message>
+        <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
+        <translation>Nichts wurde gelöscht: Die Resultate in %1 lassen sich im Moment nicht schreiben. Versuchen Sie es wieder, wenn kein anderes Programm sie benutzt.</translation>
     </message>
 </context>
 <context>
     <name>NavigationBar</name>
     <message>
         <source>Test page</source>
-        <translation>Testseite</translation>
+        <translation>Seite «Test»</translation>
     </message>
     <message>
         <source>Results page</source>
-        <translation>Resultatseite</translation>
+        <translation>Seite «Resultate»</translation>
     </message>
     <message>
         <source>Settings page</source>
-        <translation>Einstellungsseite</translation>
+        <translation>Seite «Einstellungen»</translation>
     </message>
     <message>
         <source>Links page</source>
-        <translation>Linkseite</translation>
+        <translation>Seite «Links»</translation>
     </message>
     <message>
         <source>About page</source>
-        <translation>Infoseite</translation>
+        <translation>Seite «About»</translation>
     </message>
     <message>
         <source>Test</source>
@@ -937,7 +949,7 @@ velometer-cli does the same without a display.
 
 Aufruf: velometer [Optionen]
 
-  --config DATEI     Installationsdatei: wo Dienst und Testserver sind
+  --config DATEI     Konfigurationsdatei: wo Dienst und Testserver sind
   --data-dir ORDNER  wo die Resultate aufbewahrt werden
   --script DATEI     spielt ein aufgezeichnetes Gerät ab, statt dieses zu fragen
   --shell NAME       handset (gedreht, ganzer Bildschirm), phone (ganzer Bildschirm) oder
@@ -947,12 +959,12 @@ Aufruf: velometer [Optionen]
   --version          zeigt die Version
   --help             zeigt diesen Text
 
-velometer-cli tut dasselbe ohne Anzeige.
+velometer-cli tut dasselbe ohne Bildschirm.
 </translation>
     </message>
     <message>
         <source>There is no display; velometer-cli measures without one.</source>
-        <translation>Es gibt keine Anzeige; velometer-cli misst ohne.</translation>
+        <translation>Es gibt keinen Bildschirm; velometer-cli misst ohne.</translation>
     </message>
 </context>
 <context>
@@ -1102,11 +1114,11 @@ velometer-cli tut dasselbe ohne Anzeige.
     </message>
     <message>
         <source>testphase_rtt</source>
-        <translation>Antwortzeit wird gemessen</translation>
+        <translation>RTT wird gemessen</translation>
     </message>
     <message>
         <source>testphase_sendresults</source>
-        <translation>Resultate werden gesendet</translation>
+        <translation>Resultate senden</translation>
     </message>
     <message>
         <source>DataTransferred</source>
@@ -1191,7 +1203,7 @@ velometer-cli tut dasselbe ohne Anzeige.
     </message>
     <message>
         <source>The report waits in the queue and goes out with the next test.</source>
-        <translation>Der Bericht wartet und geht mit dem nächsten Test weg.</translation>
+        <translation>Der Bericht wartet und wird mit dem nächsten Test gesendet.</translation>
     </message>
     <message>
         <source>Download: %1</source>
@@ -1399,7 +1411,7 @@ velometer-cli tut dasselbe ohne Anzeige.
     <name>ThroughputPlot</name>
     <message>
         <source>Throughput over time</source>
-        <translation>Durchsatz über die Zeit</translation>
+        <translation>Durchsatz im Zeitverlauf</translation>
     </message>
     <message>
         <source>Download</source>
@@ -1510,11 +1522,11 @@ velometer-cli tut dasselbe ohne Anzeige.
     </message>
     <message>
         <source>LocationOther</source>
-        <translation>Sonstwo</translation>
+        <translation>Anderswo</translation>
     </message>
     <message>
         <source>LocationOtherShort</source>
-        <translation>Sonstwo</translation>
+        <translation>Anderswo</translation>
     </message>
 </context>
 <context>

@@ -666,6 +666,10 @@ Example:
         <source>UploadSpeed:</source>
         <translation>UploadSpeed: </translation>
     </message>
+    <message>
+        <source>Plus and minus zoom, the arrow keys move the map. N or Page Down opens the label of the next older test, P or Page Up that of the next newer one, Escape closes it.</source>
+        <translation>Plus and minus zoom, the arrow keys move the map. N or Page Down opens the label of the next older test, P or Page Up that of the next newer one, Escape closes it.</translation>
+    </message>
 </context>
 <context>
     <name>LinksTab</name>
@@ -765,7 +769,7 @@ to orvak</translation>
     </message>
     <message>
         <source>CostsQuestion</source>
-        <translation>A test uses the connection fully for 14 seconds. On a fast network these are several hundred megabytes, which cost money with some contracts. Start the test?</translation>
+        <translation>A test uses the connection fully for 14 seconds. On a fast network that is several hundred megabytes, which some contracts charge for. Start the test?</translation>
     </message>
     <message>
         <source>Roaming</source>
@@ -773,7 +777,7 @@ to orvak</translation>
     </message>
     <message>
         <source>RoamingQuestion</source>
-        <translation>Your device is roaming. A test moves as much data as the network carries in 14 seconds and may be expensive. Start it anyway?</translation>
+        <translation>Your device is roaming. A test moves as much data as is possible in 14 seconds and may be expensive. Start it anyway?</translation>
     </message>
     <message>
         <source>Abort Test</source>
@@ -818,6 +822,14 @@ to orvak</translation>
     <message>
         <source>Starting new Test Series with Id:</source>
         <translation>Starting new Test Series with Id:</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>na</translation>
+    </message>
+    <message>
+        <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
+        <translation>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</translation>
     </message>
 </context>
 <context>
@@ -1102,7 +1114,7 @@ velometer-cli does the same without a display.
     </message>
     <message>
         <source>testphase_rtt</source>
-        <translation>Measuring the round-trip time</translation>
+        <translation>Measuring the RTT</translation>
     </message>
     <message>
         <source>testphase_sendresults</source>

@@ -329,8 +329,7 @@ ExitStatus Program::clearStore()
                                DatabaseManager::databaseFile()));
     }
     if (gDB->isOpen()) {
-        gDB->resetDB();
-        if (!gDB->getAllResults().empty() || gDB->countUnsentXMLFiles() != 0)
+        if (!gDB->resetDB())
             return storeFailure();
     }
     out.line(tr("Deleted %1 stored tests and %2 waiting reports.")

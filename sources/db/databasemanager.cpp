@@ -196,11 +196,13 @@ bool DatabaseManager::deleteDB()
     return QFile::remove(file);
 }
 
-void DatabaseManager::resetDB()
+bool DatabaseManager::resetDB()
 {
     Transaction transaction(db);
+    if (!transaction.isOpen())
+        return false;
     recreateTables();
-    transaction.commit();
+    return transaction.commit();
 }
 
 QSqlError DatabaseManager::lastError() const

@@ -51,8 +51,8 @@ public:
     bool isOpen() const;
     /// Closes the database and removes its file.
     bool deleteDB();
-    /// Recreates all tables empty.
-    void resetDB();
+    /// Recreates all tables empty; false, and everything is as it was, when that failed.
+    bool resetDB();
     QSqlError lastError() const;
 
     /// The new row's id, 0 when it was not stored.

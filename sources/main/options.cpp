@@ -3,23 +3,24 @@
 #include "utils/translations.h"
 
 #include <QCommandLineParser>
+#include <QRegularExpression>
 #include <QTranslator>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+/// What is said before there is an application: "de", "en", or anything else for the system's.
+QString spoken;
+
 /// There is no application yet that could translate: the catalogue is asked directly.
 QString say(const char *text)
 {
-    static const auto catalogue = [] {
-        auto translator = std::make_unique<QTranslator>();
-        (void)translator->load(":/velometerres/Velometer_"_L1 + Translations::systemLanguage());
-        return translator;
-    }();
-    const QString translated = catalogue->translate("Options", text);
+    QTranslator catalogue;
+    const bool given = spoken == "de"_L1 || spoken == "en"_L1;
+    (void)catalogue.load(":/velometerres/Velometer_"_L1 +
+                         (given ? spoken : Translations::systemLanguage()));
+    const QString translated = catalogue.translate("Options", text);
     return translated.isEmpty() ? QString::fromUtf8(text) : translated;
 }
 
@@ -45,6 +46,10 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString *err
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addOptions({config, dataDir, script, shell, language, verbose, version, help});
+    // Also a line that is wrong tells in which language to say so.
+    const QString inOne = arguments.filter(QRegularExpression(u"^--language="_s)).value(0);
+    const qsizetype inTwo = arguments.indexOf(u"--language"_s);
+    spoken = inTwo >= 0 ? arguments.value(inTwo + 1) : inOne.section(u'=', 1);
     if (!parser.parse(QStringList(u"velometer"_s) + arguments)) {
         const QStringList unknown = parser.unknownOptionNames();
         *error =

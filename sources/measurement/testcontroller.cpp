@@ -144,6 +144,8 @@ void TestController::setTestServer(TestServer *server)
     selectedServer = server;
     if (!running)
         testServer = server;
+    if (!running && server)
+        showInformation();
     if (!server) {
         Utils::addLogEntry(u"TestController::setTestServer -- called with NULL testServer"_s);
         return;

@@ -20,14 +20,16 @@
 
 #include "ui_mainwindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
-#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QUrl>
 #include <QWindow>
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -67,6 +69,7 @@ MainWindow::MainWindow(Platform &devicePlatform, QWidget *parent)
     , userLocation(u"Unknown"_s)
 {
     ui->setupUi(this);
+    qApp->installEventFilter(this);
     QTimer::singleShot(0, this, &MainWindow::windowReady);
 }
 
@@ -93,6 +96,7 @@ void MainWindow::windowReady()
     detailsWindow->hide();
     controller = new TestController(this, this, this, platform);
     connect(controller, &TestController::testEnded, this, &MainWindow::testEnded);
+    controller->showInformation();
     ui->labelLoading->hide();
     showTestTab();
     if (!storeOpen) {
@@ -135,6 +139,18 @@ void MainWindow::createPopups()
     errorPopup->hide();
     waitingPopup = new WaitingPopup(this);
     waitingPopup->hide();
+}
+
+// A finger that rests on Enter answers one question, not all that follow.
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const auto *press = static_cast<QKeyEvent *>(event);
+        const bool enter = press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter;
+        if (enter && press->isAutoRepeat())
+            return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::setOrientation(ScreenOrientation orientation)
@@ -188,7 +204,15 @@ bool MainWindow::showPage(TabBase *page)
     }
     activeTab = page;
     fitActiveTab();
+    focusPage();
     return true;
+}
+
+// Back to where the keyboard was on this page.
+void MainWindow::focusPage()
+{
+    QWidget *last = activeTab->focusWidget();
+    (last && last->isVisible() && last->isEnabled() ? last : activeTab)->setFocus();
 }
 
 void MainWindow::fitActiveTab()
@@ -201,8 +225,6 @@ void MainWindow::fitActiveTab()
     activeTab->activateWindow();
     if (activePopup)
         placePopup();
-    else
-        activeTab->setFocus();
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event)
@@ -215,8 +237,7 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 
 void MainWindow::showTestTab()
 {
-    if (showPage(testTab) && controller && !testrunning)
-        controller->showInformation();
+    showPage(testTab);
 }
 
 void MainWindow::showResultsTab()
@@ -244,8 +265,18 @@ void MainWindow::showAboutTab()
 
 void MainWindow::showGeomapTab()
 {
+    holdTiles();
     if (showPage(geomapTab))
         geomapTab->showResultsOnMap();
+}
+
+// Tiles would take their share of what is measured, and cost money where the user has not agreed
+// to.
+void MainWindow::holdTiles()
+{
+    const bool costly = controller && controller->checkRoaming() && !roamingShowed;
+    if (geomapTab)
+        geomapTab->pauseDownloads(advmoderunning || costly);
 }
 
 void MainWindow::showDetailsWindow()
@@ -315,7 +346,7 @@ void MainWindow::closePopup(PopupBase *popup)
     activePopup = nullptr;
     shade->hide();
     if (activeTab)
-        activeTab->setFocus();
+        focusPage();
 }
 
 void MainWindow::showNotice(const QString &title, const QString &message)
@@ -505,6 +536,7 @@ void MainWindow::startTest()
         armNextMeasurement(1000 * timebetweentests);
     }
     testrunning = true;
+    holdTiles();
     if (inSeries())
         testTab->setAbortCaption(tr("Abort Test"));
     else
@@ -535,6 +567,7 @@ void MainWindow::startNextMeasurement()
 void MainWindow::stopTest()
 {
     advmoderunning = false;
+    holdTiles();
     if (!inSeries())
         return endSingleTest();
     testTab->showProgessBar(false);
@@ -564,6 +597,7 @@ void MainWindow::endSingleTest()
 void MainWindow::endSeries()
 {
     seriesScope.reset();
+    advtimerscreenupdate->stop();
     testrunning = false;
     setStatus(tr("Start Test"));
     setDataTransferred(QString());
@@ -584,16 +618,18 @@ void MainWindow::updateScreenNextMeasurement()
                   .arg(remaining % secondsPerMinute, 2, 10, QChar(u'0')));
 }
 
+// An unattended series is not stopped by a notice; what it lost is told when it is over.
 void MainWindow::testEnded(const TestOutcome &outcome)
 {
-    if (inSeries() || popupShown)
+    resultLost |= outcome.storeFailed;
+    if (testrunning || popupShown)
         return;
-    if (outcome.storeFailed) {
+    if (std::exchange(resultLost, false)) {
         showNotice(tr("ErrorTitle"), tr("The test could not be stored in %1. Make room or correct "
                                         "the rights of this folder.")
                                          .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
     } else if (!outcome.reportDelivered && outcome.queueId >= 0) {
-        testTab->setDataTransferred(tr("The report waits and goes out with the next test."));
+        testTab->addNote(tr("The report waits and goes out with the next test."));
     }
 }
 
@@ -659,7 +695,8 @@ void MainWindow::setErrorText(QString text)
 void MainWindow::setInformation(QString server, QString seriesId, QString testId, QString position)
 {
     testTab->setTestserver(server);
-    testTab->setTestSeries(seriesId + u'/' + testId);
+    // Before the first test there is no series yet.
+    testTab->setTestSeries(seriesId == "0"_L1 ? tr("na") : seriesId + u'/' + testId);
     testTab->setPosition(position);
 }
 
@@ -689,9 +726,17 @@ void MainWindow::clearLocalDatabase()
 void MainWindow::clearLocalDatabaseImpl()
 {
     closePopup(waitingPopup);
-    gDB->resetDB();
+    const bool cleared = gDB->resetDB();
     resultsTab->updateResults();
-    showNotice(tr("Clear Database"), tr("Database has been reseted"));
+    if (cleared) {
+        geomapTab->clearMarkers();
+        showNotice(tr("Clear Database"), tr("Database has been reseted"));
+    } else {
+        showNotice(tr("ErrorTitle"),
+                   tr("Nothing was deleted: the results in %1 cannot be written at the moment. Try "
+                      "again when no other program uses them.")
+                       .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
+    }
 }
 
 void MainWindow::startNewSeries()
@@ -699,6 +744,7 @@ void MainWindow::startNewSeries()
     if (popupShown || testrunning)
         return;
     controller->startNewSeries();
+    controller->showInformation();
     showNotice(tr("Information"), tr("Starting new Test Series with Id:") + u' ' +
                                       QString::number(controller->getSeriesId()));
 }

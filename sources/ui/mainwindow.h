@@ -139,6 +139,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
     void windowReady();
@@ -151,6 +152,8 @@ private:
     void createPopups();
     bool showPage(TabBase *page);
     void fitActiveTab();
+    void focusPage();
+    void holdTiles();
     void openPopup(PopupBase *popup);
     void closePopup(PopupBase *popup);
     void placePopup();
@@ -197,6 +200,7 @@ private:
     QTimer *advtimer = nullptr;
     QTimer *advtimerscreenupdate = nullptr;
     bool advmoderunning = false;
+    bool resultLost = false; ///< a test could not be stored, and the user has not heard of it
     QString userLocation;
     /// Context of a series' armed timers. It ends with the series, so that none of them finds a
     /// later one.

@@ -45,8 +45,6 @@ public:
 private:
     class View;
 
-    bool inView() const { return view != nullptr; }
-
     const ShellKind kind;
     MainWindow &window;
     std::unique_ptr<QGraphicsScene> scene;

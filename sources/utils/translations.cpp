@@ -1,6 +1,7 @@
 #include "utils/translations.h"
 
 #include <QCoreApplication>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
 
@@ -8,6 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 QTranslator *installed = nullptr;
+QTranslator *toolkits = nullptr; ///< menus of text fields and the like
 QString current;
 } // namespace
 
@@ -26,6 +28,10 @@ void Translations::install(const QString &language)
     current = language;
     delete installed;
     installed = new QTranslator(QCoreApplication::instance());
-    if (installed->load(u":/velometerres/Velometer_%1"_s.arg(language)))
-        QCoreApplication::installTranslator(installed);
+    (void)installed->load(u":/velometerres/Velometer_%1"_s.arg(language));
+    QCoreApplication::installTranslator(installed);
+    delete toolkits;
+    toolkits = new QTranslator(QCoreApplication::instance());
+    if (toolkits->load("qtbase_"_L1 + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(toolkits);
 }

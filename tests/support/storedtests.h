@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QVariant>
 
+#include <utility>
+
 /// A store of its own, open as gDB, that takes rows as they are: also such as no test would leave.
 class StoredTests
 {
@@ -52,20 +54,16 @@ public:
     void addDetail(qlonglong id, const QString &key, const QVariant &value)
     {
         const int type = value.typeId();
-        const QString column = type == QMetaType::Double    ? QStringLiteral("double")
-                               : type == QMetaType::QString ? QStringLiteral("string")
-                                                            : QStringLiteral("long");
-        const QString letter = type == QMetaType::Double    ? QStringLiteral("f")
-                               : type == QMetaType::QString ? QStringLiteral("s")
-                                                            : QStringLiteral("l");
+        const auto [column, letter] = type == QMetaType::Double    ? std::pair("double", "f")
+                                      : type == QMetaType::QString ? std::pair("string", "s")
+                                                                   : std::pair("long", "l");
         QSqlQuery query(QSqlDatabase::database());
         query.prepare(QStringLiteral("INSERT OR REPLACE INTO testdetails(id,key,type,%1) "
                                      "VALUES(?,?,?,?)")
-                          .arg(column));
-        query.addBindValue(id);
-        query.addBindValue(key);
-        query.addBindValue(letter);
-        query.addBindValue(value);
+                          .arg(QLatin1StringView(column)));
+        for (const QVariant &each :
+             {QVariant(id), QVariant(key), QVariant(QLatin1StringView(letter)), value})
+            query.addBindValue(each);
         QVERIFY(query.exec());
     }
 

@@ -3,23 +3,20 @@
 
 #include "ui/mainwindow.h"
 
-#include "db/databasemanager.h"
-#include "measurement/testcontroller.h"
 #include "ui/pages/tabbase.h"
+#include "ui/plot/throughputplot.h"
 #include "ui/popups/popupbase.h"
 #include "utils/deployment.h"
-#include "utils/utils.h"
+#include "utils/translations.h"
 
+#include "support/application.h"
 #include "support/fakeclock.h"
-#include "support/fakeplatform.h"
 #include "support/fakeservice.h"
 #include "support/rows.h"
 
-#include <QAbstractButton>
-#include <QLabel>
+#include <QKeyEvent>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QSqlQuery>
 
 #include <chrono>
 
@@ -37,13 +34,11 @@ void setSetting(const QString &key, const QString &value)
 
 } // namespace
 
-class MainWindowTest : public QObject
+class MainWindowTest : public QObject, protected Application
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { DatabaseManager::database_path = directory.path(); }
-
     void init()
     {
         service = std::make_unique<FakeService>();
@@ -54,16 +49,10 @@ private Q_SLOTS:
         setSetting(u"TestServer.Hostname"_s, QString());
         setSetting(u"CostWarning"_s, u"set"_s);
         setSetting(u"AdvMode"_s, QString());
-        platform = std::make_unique<FakePlatform>();
+        platform.network = {};
     }
 
-    void cleanup()
-    {
-        window.reset();
-        platform.reset();
-    }
-
-    void cleanupTestCase() { delete std::exchange(gDB, nullptr); }
+    void cleanup() { window.reset(); }
 
     void asksBeforeATest_data()
     {
@@ -173,15 +162,17 @@ private Q_SLOTS:
     void aTestEndsOnThePage()
     {
         create(false);
+        QCOMPARE(label(u"labelServer"_s), u"127.0.0.1"_s);
         click(u"buttonStartTest"_s);
         click(u"buttonOutdoor"_s);
         QVERIFY(!button(u"buttonStartTest"_s)->isEnabled());
+        window->setThroughput(1, 0, 1000);
+        QVERIFY(!shown<ThroughputPlot>(u"plot"_s)->isEmpty());
         QTRY_VERIFY_WITH_TIMEOUT(!window->isTestRunning(), limitMs);
         QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
         QVERIFY(button(u"buttonStartTest"_s)->isEnabled());
         QCOMPARE(value(u"labelUpload"_s), u"200 kBit/s"_s);
         QVERIFY(value(u"labelDownload"_s).endsWith(u" kBit/s"_s));
-        QCOMPARE(label(u"labelServer"_s), u"127.0.0.1"_s);
         const auto rows = gDB->getAllResults();
         QCOMPARE(rows.size(), size_t(1));
         QCOMPARE(rows.front()->location, u"Outdoor"_s);
@@ -197,6 +188,9 @@ private Q_SLOTS:
         click(u"buttonOutdoor"_s);
         QTRY_COMPARE_WITH_TIMEOUT(openPopup(), u"ErrorPopup"_s, limitMs);
         QVERIFY(!window->isTestRunning());
+        QCOMPARE(label(u"labelTitle"_s), u"ErrorTitle"_s);
+        QCOMPARE(label(u"labelMessage"_s), u"noConnectionToServer"_s);
+        QVERIFY(Utils::getLogEntries().contains(u": Error: noConnectionToServer"_s));
         click(u"buttonOk"_s);
         QCOMPARE(openPopup(), QString());
     }
@@ -210,6 +204,10 @@ private Q_SLOTS:
         QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Abort Test"_s);
         window->setStatus(u"measuring"_s);
         QCOMPARE(line(), u"1/20: measuring"_s);
+        window->setDataTransferred(u"1 MB"_s);
+        window->setErrorText(u"nobody is there to press OK"_s);
+        QCOMPARE(line(), u"1/20: measuring"_s);
+        QCOMPARE(openPopup(), QString());
         endTest();
         // Between two tests the line names the next one, and counts down from the start of the
         // last.
@@ -247,10 +245,35 @@ private Q_SLOTS:
         tick();
         QVERIFY(!window->isTestRunning());
         QCOMPARE(line(), QString());
-        // The timer of the series that is over does not start a test of the next one.
-        startSeries(3, 60);
+    }
+
+    void theArmedTimerStartsTheNextTestOfItsOwnSeriesOnly()
+    {
+        create(true);
+        window->showLocationPopup();
+        window->locationPopupLocationSelected(LOCATION_TRAIN);
+        const auto start = [this](int count, int interval) {
+            window->startTestClicked();
+            window->numberOfMeasurementsPopupNumberSelected(count, interval);
+        };
+        // A series that is due at once ends before the event loop comes to its timer.
+        start(3, 0);
+        window->startTestClicked();
         endTest();
-        QCOMPARE(window->getScheduleInfo(), u"1,3,3"_s);
+        QVERIFY(!window->isTestRunning());
+        start(4, 60);
+        endTest();
+        QTest::qWait(0);
+        QVERIFY(!window->getController()->isRunning());
+        QCOMPARE(window->getScheduleInfo(), u"1,4,4"_s);
+        window->startTestClicked();
+        tick();
+        // The timer finds the first test still running, waits for it, and starts the second.
+        start(2, 0);
+        QTest::qWait(0);
+        endTest();
+        QTRY_COMPARE(window->getScheduleInfo(), u"2,2,0"_s);
+        QVERIFY(window->getController()->isRunning());
     }
 
     void theLastTestOfASeriesIsTheLast()
@@ -277,10 +300,8 @@ private Q_SLOTS:
     void closingQueuesThePartialReport()
     {
         create(false);
-        gDB->resetDB();
         click(u"buttonStartTest"_s);
         click(u"buttonOutdoor"_s);
-        QSignalSpy phases(window->getController(), &TestController::phaseEntered);
         QTRY_VERIFY_WITH_TIMEOUT(window->getController()->getPhase() >=
                                      TestController::Phase::DownloadStartMarker,
                                  limitMs);
@@ -289,6 +310,53 @@ private Q_SLOTS:
         QCOMPARE(closed.count(), 1);
         QVERIFY(!window->getController());
         QCOMPARE(gDB->countUnsentXMLFiles(), 1);
+    }
+
+    void holdingEnterAnswersOneQuestion()
+    {
+        create(false);
+        page()->setFocus();
+        QTest::keyClick(page(), Qt::Key_Return);
+        QCOMPARE(openPopup(), u"LocationPopup"_s);
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(window->focusWidget(), &repeated);
+        QCOMPARE(openPopup(), u"LocationPopup"_s);
+    }
+
+    void aSeriesTellsAtItsEndThatATestWasLost()
+    {
+        create(true);
+        startSeries(2, 60);
+        QTRY_VERIFY_WITH_TIMEOUT(window->getController()->getPhase() >=
+                                     TestController::Phase::DownloadStartMarker,
+                                 limitMs);
+        QVERIFY(QSqlQuery().exec(u"DROP TABLE xmlfiles"_s));
+        endTest();
+        QCOMPARE(openPopup(), QString());
+        due();
+        endTest();
+        QCOMPARE(openPopup(), u"ErrorPopup"_s);
+        QVERIFY(label(u"labelMessage"_s).contains(DatabaseManager::database_path));
+    }
+
+    void clearingSaysWhatHappened()
+    {
+        create(false);
+        gDB->deleteDB();
+        window->clearLocalDatabase();
+        QTRY_COMPARE(openPopup(), u"ErrorPopup"_s);
+        QVERIFY(label(u"labelMessage"_s).startsWith(u"Nothing was deleted"_s));
+    }
+
+    void everyTextFollowsTheLanguage()
+    {
+        create(false);
+        window->setLanguage(u"de"_s);
+        QTRY_COMPARE(button(u"buttonStartTest"_s)->text(), u"Test starten"_s);
+        QVERIFY(label(u"labelLocation"_s).contains(u"Unbekannt"_s));
+        window->setLanguage(u"en"_s);
+        QTRY_COMPARE(button(u"buttonResults2"_s)->text(), u"Results"_s);
+        Translations::install(QString()); // the source texts, for the other tests
     }
 
     void clearingLeavesNothingBehind()
@@ -309,17 +377,14 @@ private Q_SLOTS:
 private:
     void roam()
     {
-        platform->network.mode = NetworkMode::Lte;
-        platform->network.status[NetworkMode::Lte] = NetworkStatus::Roaming;
+        platform.network.mode = NetworkMode::Lte;
+        platform.network.status[NetworkMode::Lte] = NetworkStatus::Roaming;
     }
 
     void create(bool series)
     {
         setSetting(u"AdvMode"_s, series ? u"set"_s : u"notset"_s);
-        window = std::make_unique<MainWindow>(*platform);
-        window->resize(MainWindow::designSize);
-        window->show();
-        QTRY_VERIFY(window->getController());
+        open();
     }
 
     /// Past the questions.
@@ -340,55 +405,20 @@ private:
     /// The count-down's timer fires.
     void tick() { QMetaObject::invokeMethod(window.get(), "updateScreenNextMeasurement"); }
 
-    TabBase *page() const
-    {
-        const auto pages = window->findChildren<TabBase *>();
-        for (TabBase *each : pages) {
-            if (each->isVisible())
-                return each;
-        }
-        return nullptr;
-    }
+    TabBase *page() const { return shown<TabBase>(); }
     /// The class of the popup that is open, empty when there is none.
     QString openPopup() const
     {
-        const auto popups = window->findChildren<PopupBase *>();
-        for (PopupBase *each : popups) {
-            if (each->isVisible())
-                return QString::fromLatin1(each->metaObject()->className());
-        }
-        return {};
+        const auto *popup = shown<PopupBase>();
+        return popup ? QString::fromLatin1(popup->metaObject()->className()) : QString();
     }
-
-    template <typename Widget>
-    Widget *shown(const QString &name) const
-    {
-        const auto all = window->findChildren<Widget *>(name);
-        for (Widget *each : all) {
-            if (each->isVisible())
-                return each;
-        }
-        return nullptr;
-    }
-    QAbstractButton *button(const QString &name) const { return shown<QAbstractButton>(name); }
-    QString label(const QString &name) const { return shown<QLabel>(name)->text(); }
     QString value(const QString &name) const
     {
         return shown<QWidget>(name)->property("text").toString();
     }
     QString line() const { return label(u"labelDataTransfered"_s); }
 
-    void click(const QString &name)
-    {
-        QAbstractButton *target = button(name);
-        QVERIFY2(target, qPrintable(name));
-        QTest::mouseClick(target, Qt::LeftButton);
-    }
-
-    QTemporaryDir directory;
     std::unique_ptr<FakeService> service;
-    std::unique_ptr<FakePlatform> platform;
-    std::unique_ptr<MainWindow> window;
 };
 
 QTEST_MAIN(MainWindowTest)

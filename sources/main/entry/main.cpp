@@ -17,6 +17,7 @@
 #include <QStandardPaths>
 
 #include <cstdio>
+#include <utility>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -72,7 +73,9 @@ int run(const Options &options, Platform &platform, SingleInstance &instance)
     QObject::connect(&signalWatcher, &SignalWatcher::caught, &window, &QWidget::close);
     shell.show();
     window.showTestTab();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    delete std::exchange(gDB, nullptr);
+    return status;
 }
 
 } // namespace
@@ -136,8 +139,5 @@ int main(int argc, char *argv[])
     if (instance.otherRaised())
         return 0;
     application.setStyleSheet(Utils::readFile(u":/velometerres/velometer.qss"_s));
-    const int status = run(*options, *platform, instance);
-    delete gDB;
-    gDB = nullptr;
-    return status;
+    return run(*options, *platform, instance);
 }

@@ -13,9 +13,7 @@
 
 #include "ui_detailswindow.h"
 
-#include <QDesktopServices>
 #include <QScrollBar>
-#include <QUrl>
 
 #include <chrono>
 
@@ -214,6 +212,7 @@ void DetailsWindow::addPlot()
 
 void DetailsWindow::clearExistingWidgets()
 {
+    ui->notice->hide();
     deleteCategories(categories);
     while (QLayoutItem *item = ui->contentsLayout->takeAt(0)) {
         delete item->widget();
@@ -276,6 +275,6 @@ void DetailsWindow::on_pushButton_clicked()
         tr("orvak Velometer for Zenta (UserId:%1 Version:%2)").arg(userId, Utils::getVersion());
     const QString address = "mailto:?cc="_L1 + deployment.feedbackMailbox +
                             u"&subject=%1&body=%2"_s.arg(subject, escapedForBody(body));
-    QDesktopServices::openUrl(QUrl(address));
+    ui->notice->openMail(address, deployment.feedbackMailbox);
     Utils::addLogEntry(u"URL (Qt): %1..."_s.arg(address.left(loggedLength)));
 }

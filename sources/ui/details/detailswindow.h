@@ -17,12 +17,14 @@ class DetailsWindow;
 
 /// The page that shows everything recorded about one stored test, in four categories, and sends a
 /// summary of it by e-mail. What the store holds is text from outside: it is shown without markup,
-/// and of a long value the first 500 characters.
+/// and of a long value the first 500 characters. The database of the program (gDB) is open while
+/// the page lives.
 class DetailsWindow : public TabBase
 {
     Q_OBJECT
 
 public:
+    /// @p mainWindow is the parent and owns the page.
     explicit DetailsWindow(MainWindow *mainWindow);
     ~DetailsWindow() override;
 
@@ -31,8 +33,11 @@ public:
     void setTestResults(const DBTestResults *results);
 
 public Q_SLOTS:
+    /// Reads the details of the test set last and shows them at once, from their start. A test that
+    /// the store has no details of, and none set yet, leave the page empty and a line in the log.
     void setTestResultsImpl();
-    /// Opens the e-mail program with the summary; without details nothing happens.
+    /// Opens the e-mail program with the summary; where there is none, the page says so and shows
+    /// the maker's mailbox. Without details nothing happens.
     void on_pushButton_clicked();
 
 protected:

@@ -215,8 +215,11 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
     painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform |
                             QPainter::TextAntialiasing);
     painter->fillRect(view.rect(), beyondTheWorld);
-    for (const Square &square : squares())
-        paintSquare(*painter, square);
+    bool pictured = false;
+    for (const Square &square : squares()) {
+        if (paintSquare(*painter, square))
+            pictured = true;
+    }
 
     // Each object leaves pen, brush and font as it needs them.
     const QRectF visible = view.rect();
@@ -233,7 +236,9 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
                   [&](const Marker *marker) { paintIfVisible(*marker); });
     painter->setOpacity(1);
     paintFan(*painter);
-    paintCredits(*painter);
+    // The bare outline is nobody's work but ours.
+    if (pictured)
+        paintCredits(*painter);
     for (const MapObject *label : labels)
         paintIfVisible(*label);
     if (keyboardFocus) {
@@ -243,10 +248,11 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
     }
 }
 
-void GeoMap::paintSquare(QPainter &painter, const Square &square)
+bool GeoMap::paintSquare(QPainter &painter, const Square &square)
 {
     const auto draw = [&](const QPixmap &picture, const QRectF &part) {
         painter.drawPixmap(square.place, picture, part);
+        return true;
     };
     const QPixmap own = provider.tile(square.tile);
     if (!own.isNull())
@@ -264,6 +270,7 @@ void GeoMap::paintSquare(QPainter &painter, const Square &square)
                              (square.tile.y % parts) * part.height());
         return draw(coarse, {corner, part});
     }
+    return false;
 }
 
 void GeoMap::paintCredits(QPainter &painter) const
@@ -453,6 +460,10 @@ void GeoMap::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Right: return pan(keyboardStep, 0);
     case Qt::Key_Up: return pan(0, -keyboardStep);
     case Qt::Key_Down: return pan(0, keyboardStep);
+    case Qt::Key_N:
+    case Qt::Key_PageDown: return Q_EMIT stepRequested(1);
+    case Qt::Key_P:
+    case Qt::Key_PageUp: return Q_EMIT stepRequested(-1);
     default: event->ignore();
     }
 }

@@ -13,8 +13,9 @@ class MapProvider;
 class MapTextObject;
 
 /// The map itself: draws the provider's tiles over the built-in outline, the objects on it and
-/// whom it owes the pictures to. A finger pans it; plus, minus and the arrow keys work while it has
-/// the focus; a wheel zooms. Zooming keeps the centre.
+/// whom it owes the pictures to, where there are any. A finger pans it; a wheel zooms. While it has
+/// the focus plus, minus and the arrow keys do the same, and the keys of stepRequested() work.
+/// Zooming keeps the centre.
 ///
 /// From bottom to top lie discs, markers and labels; what is added later lies lower among markers,
 /// so that the newest test is on top. Markers that cover each other are drawn as one cluster: a tap
@@ -59,6 +60,9 @@ Q_SIGNALS:
     void clicked(Marker *marker);
     void clickedPopup(MapTextObject *label);
     void zoomLevelChanged(int level);
+    /// 1 for the marker added after the present one (N, Page Down), -1 for the one before (P, Page
+    /// Up).
+    void stepRequested(int step);
 
 protected:
     void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
@@ -87,7 +91,8 @@ private:
     void viewChanged();
     void tileArrived(const TileId &tile);
     std::vector<Square> squares() const;
-    void paintSquare(QPainter &painter, const Square &square);
+    /// True when the provider had a picture of it.
+    bool paintSquare(QPainter &painter, const Square &square);
     void paintCredits(QPainter &painter) const;
     void paintFan(QPainter &painter) const;
 

@@ -3,6 +3,7 @@
 #include "ui/map/geomap.h"
 #include "ui/map/mapprovider.h"
 #include "ui/map/mapswidget.h"
+#include "ui/map/maptextobject.h"
 #include "ui_geomaptab.h"
 #include "utils/utils.h"
 
@@ -15,6 +16,8 @@ namespace {
 
 /// Half round the earth; nobody's accuracy is worse.
 constexpr double worstAccuracy = 20'000'000; // m
+/// The longest of our own has 18; a longer one from another program would hide the map.
+constexpr qsizetype longestConnectionType = 120;
 
 QString kiloBits(double bitsPerSecond)
 {
@@ -46,7 +49,6 @@ void GeoMapTab::showResultsOnMap()
     std::erase_if(found, [](const TestLocation &location) {
         return !QGeoCoordinate(location.latitude, location.longitude).isValid();
     });
-    positions = static_cast<int>(found.size());
     if (!found.empty()) {
         QVector<Marker *> markers;
         for (const TestLocation &location : found)
@@ -54,6 +56,14 @@ void GeoMapTab::showResultsOnMap()
         mapwidget->showResultsOnMap(markers);
         locations = std::move(found);
     }
+    describe();
+}
+
+void GeoMapTab::clearMarkers()
+{
+    locations.clear();
+    if (mapwidget)
+        mapwidget->clearMarkers();
     describe();
 }
 
@@ -75,16 +85,26 @@ void GeoMapTab::initializeMap()
     // The layout hands its item for the view over.
     delete ui->body->layout()->replaceWidget(ui->graphicsView, mapwidget);
     mapwidget->initialize(serviceProvider.get(), ui->graphicsView);
+    connect(mapwidget, &MapsWidget::labelChanged, this, &GeoMapTab::describe);
     mapwidget->show();
     initialised = true;
 }
 
 void GeoMapTab::describe()
 {
-    ui->labelEmpty->setVisible(initialised && positions == 0);
+    ui->labelEmpty->setVisible(initialised && locations.empty());
+    if (mapwidget && mapwidget->openLabel()) {
+        ui->graphicsView->setAccessibleDescription(mapwidget->openLabel()->getText());
+        return;
+    }
+    const QString content =
+        locations.empty()
+            ? ui->labelEmpty->text()
+            : tr("%n position(s) on the map", nullptr, static_cast<int>(locations.size())) + u'.';
     ui->graphicsView->setAccessibleDescription(
-        positions == 0 ? ui->labelEmpty->text()
-                       : tr("%n position(s) on the map", nullptr, positions));
+        content + u' ' +
+        tr("Plus and minus zoom, the arrow keys move the map. N or Page Down opens the label of "
+           "the next older test, P or Page Up that of the next newer one, Escape closes it."));
 }
 
 void GeoMapTab::retranslate()
@@ -112,7 +132,7 @@ std::unique_ptr<Marker> GeoMapTab::markerOf(const TestLocation &location)
 
 QString GeoMapTab::popupTextOf(const TestLocation &location)
 {
-    return tr("ConnectionTyp:") + location.connectionType + u'\n' + tr("DownloadSpeed:") +
-           kiloBits(location.downloadSpeed) + u'\n' + tr("UploadSpeed:") +
+    return tr("ConnectionTyp:") + location.connectionType.left(longestConnectionType) + u'\n' +
+           tr("DownloadSpeed:") + kiloBits(location.downloadSpeed) + u'\n' + tr("UploadSpeed:") +
            kiloBits(location.uploadSpeed);
 }

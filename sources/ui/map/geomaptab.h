@@ -16,7 +16,8 @@ class GeoMapTab;
 
 /// The page that shows where the stored tests were made: a marker a test, newest first. The map is
 /// set up when it is first shown. A test without a position is not on it; when no test has one the
-/// page says so and the map stays as it was.
+/// map keeps the markers it has, and says so when it has none. A screen reader is told the label
+/// that is open, else how many markers there are and which keys work.
 class GeoMapTab : public TabBase
 {
     Q_OBJECT
@@ -27,6 +28,9 @@ public:
 
     /// Reads the positions from the database and shows them.
     void showResultsOnMap();
+
+    /// For when the user has cleared the store: takes the markers off the map.
+    void clearMarkers();
 
     /// While a test is measured the map must not add traffic of its own to the figures.
     void pauseDownloads(bool on);
@@ -49,5 +53,4 @@ private:
     bool initialised = false;
     bool downloadsPaused = false;
     std::vector<TestLocation> locations; ///< of the markers, in their order
-    int positions = 0;                   ///< in the database when the page was last shown
 };

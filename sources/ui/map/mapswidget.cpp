@@ -8,6 +8,9 @@
 
 #include <QGraphicsScene>
 #include <QGraphicsView>
+#include <QKeyEvent>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -49,6 +52,7 @@ void MapsWidget::initialize(MapProvider *provider, QGraphicsView *view)
     d->map = new GeoMap(*provider);
     connect(d->map, &GeoMap::clicked, this, &MapsWidget::markerClicked);
     connect(d->map, &GeoMap::clickedPopup, this, &MapsWidget::markerClickedPopup);
+    connect(d->map, &GeoMap::stepRequested, this, &MapsWidget::step);
 
     d->scene = std::make_unique<QGraphicsScene>();
     // The map is the only large item: an index of items costs more than it finds.
@@ -77,8 +81,7 @@ void MapsWidget::initialize(MapProvider *provider, QGraphicsView *view)
 
 void MapsWidget::showResultsOnMap(QVector<Marker *> markers)
 {
-    closeLabel();
-    removeMarkers();
+    clearMarkers();
     for (Marker *marker : std::as_const(markers)) {
         marks.emplace_back(marker);
         d->map->addMapObject(marker);
@@ -91,7 +94,25 @@ void MapsWidget::showResultsOnMap(QVector<Marker *> markers)
 void MapsWidget::markerClicked(Marker *marker)
 {
     Utils::addLogEntry(u"Marker clicked"_s);
-    closeLabel();
+    open(marker);
+}
+
+void MapsWidget::step(int by)
+{
+    if (marks.empty())
+        return;
+    const auto last = static_cast<qsizetype>(marks.size()) - 1;
+    Marker *marker = marks[static_cast<size_t>(std::clamp<qsizetype>(current + by, 0, last))].get();
+    d->map->setCenter(marker->coordinate());
+    open(marker);
+}
+
+void MapsWidget::open(Marker *marker)
+{
+    removeLabel();
+    const auto found = std::find_if(marks.cbegin(), marks.cend(),
+                                    [marker](const auto &mark) { return mark.get() == marker; });
+    current = found == marks.cend() ? -1 : found - marks.cbegin();
 
     popupmark = std::make_unique<MapTextObject>();
     popupmark->setText(marker->getPopupText());
@@ -103,6 +124,7 @@ void MapsWidget::markerClicked(Marker *marker)
     circlemark->setRadius(marker->getPrecision());
     circlemark->setCoordinate(marker->coordinate());
     d->map->addMapObject(circlemark.get());
+    Q_EMIT labelChanged();
 }
 
 void MapsWidget::markerClickedPopup(MapTextObject *label)
@@ -113,6 +135,14 @@ void MapsWidget::markerClickedPopup(MapTextObject *label)
 
 void MapsWidget::closeLabel()
 {
+    if (!popupmark)
+        return;
+    removeLabel();
+    Q_EMIT labelChanged();
+}
+
+void MapsWidget::removeLabel()
+{
     if (popupmark)
         d->map->removeMapObject(popupmark.get());
     popupmark.reset();
@@ -121,13 +151,24 @@ void MapsWidget::closeLabel()
     circlemark.reset();
 }
 
-void MapsWidget::removeMarkers()
+void MapsWidget::clearMarkers()
 {
+    closeLabel();
+    current = -1;
     // From the back, where the map looks first.
     while (!marks.empty()) {
         d->map->removeMapObject(marks.back().get());
         marks.pop_back();
     }
+}
+
+// What the map has no use for, its view hands on to here.
+void MapsWidget::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && popupmark)
+        closeLabel();
+    else
+        QWidget::keyPressEvent(event);
 }
 
 void MapsWidget::resizeEvent(QResizeEvent *event)

@@ -1,8 +1,9 @@
 #include "ui/map/marker.h"
 
-#include <QGuiApplication>
 #include <QPainter>
 #include <QPixmapCache>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +22,7 @@ QString iconOf(Marker::MarkerType type)
     return u":/velometerres/loc_gsm.png"_s;
 }
 
-/// Thousands of markers share one picture a type.
+/// Thousands of markers share one picture a type and density.
 QPixmap scaledIcon(const QString &file)
 {
     QPixmap icon;
@@ -38,11 +39,6 @@ QPixmap scaledIcon(const QString &file)
 
 } // namespace
 
-Marker::Marker(MarkerType markerType)
-{
-    setMarkerType(markerType);
-}
-
 Marker::MarkerType Marker::typeOf(const QString &connectionType)
 {
     if (connectionType == "Mobile(GSM)"_L1)
@@ -58,10 +54,12 @@ Marker::MarkerType Marker::typeOf(const QString &connectionType)
     return LocOther;
 }
 
-void Marker::setMarkerType(MarkerType markerType)
+QPixmap Marker::pixmap(double density) const
 {
-    type = markerType;
-    icon = scaledIcon(iconOf(type));
+    QString file = iconOf(type);
+    if (density > 1)
+        file.replace(".png"_L1, "@2x.png"_L1);
+    return scaledIcon(file);
 }
 
 QRectF Marker::boundingRect(const MapView &view) const
@@ -76,5 +74,7 @@ void Marker::paint(QPainter &painter, const MapView &view) const
 
 void Marker::paintAt(QPainter &painter, QPointF tip) const
 {
-    painter.drawPixmap(tip + offset, icon);
+    // The shell may have scaled what the screen's own pixels are too dense for already.
+    const double density = std::sqrt(std::abs(painter.deviceTransform().determinant()));
+    painter.drawPixmap(tip + offset, pixmap(density));
 }

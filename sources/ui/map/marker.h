@@ -15,12 +15,14 @@ public:
     static constexpr int height = 58;         ///< px
     static constexpr QPoint offset{-25, -56}; ///< px, of the icon's top left from the coordinate
 
-    explicit Marker(MarkerType type = LocGSM);
+    explicit Marker(MarkerType markerType = LocGSM)
+        : type(markerType)
+    {}
 
     /// The type that stands for a stored connection type ("Mobile(GSM)" ...).
     static MarkerType typeOf(const QString &connectionType);
 
-    void setMarkerType(MarkerType type);
+    void setMarkerType(MarkerType markerType) { type = markerType; }
     MarkerType markerType() const { return type; }
 
     /// What the label says when the marker is tapped.
@@ -31,7 +33,9 @@ public:
     void setPrecision(int metres) { precision = metres; }
     int getPrecision() const { return precision; }
 
-    QPixmap pixmap() const { return icon; }
+    /// The icon, width wide, with two pixels of the picture to a logical one for a screen with more
+    /// than one.
+    QPixmap pixmap(double density = 1) const;
 
     QRectF boundingRect(const MapView &view) const override;
     void paint(QPainter &painter, const MapView &view) const override;
@@ -41,7 +45,6 @@ public:
 
 private:
     MarkerType type = LocGSM;
-    QPixmap icon;
     QString text;
     int precision = 0;
 };

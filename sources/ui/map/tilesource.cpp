@@ -4,6 +4,7 @@
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
+#include <QHostAddress>
 #include <QNetworkDiskCache>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -27,14 +28,21 @@ qint64 steadyMs()
 }
 
 /// A header's value must be one line of plain characters, whatever the configuration says.
-QByteArray printable(const QString &text)
+QString printable(const QString &text)
 {
-    QByteArray result;
+    QString result;
     for (const QChar c : text) {
         if (c >= u' ' && c <= u'~')
-            result += c.toLatin1();
+            result += c;
     }
     return result;
+}
+
+bool leadsToAnotherMachine(const QString &address)
+{
+    const QString host = QUrl(address).host();
+    return !host.isEmpty() && host != "localhost"_L1 && !host.endsWith(".localhost"_L1) &&
+           !QHostAddress(host).isLoopback();
 }
 
 } // namespace
@@ -42,12 +50,10 @@ QByteArray printable(const QString &text)
 TileSource::TileSource(const Deployment &deployment, const QString &directory)
     : addressTemplate(deployment.tileUrl)
     , attributionText(deployment.attribution)
+    , userAgent(userAgentOf(deployment))
     , network(this)
     , decoded(keptTiles)
 {
-    const QString about =
-        deployment.makerUrl.isEmpty() ? deployment.webAddress() : deployment.makerUrl;
-    userAgent = printable(u"Velometer/%1 (+%2)"_s.arg(Utils::getPlainVersion(), about));
     if (!isValidTemplate(addressTemplate)) {
         Utils::addLogEntry(u"No map tiles: the tile address makes no sense"_s);
         addressTemplate.clear();
@@ -71,6 +77,19 @@ TileSource::~TileSource()
 QString TileSource::cacheDirectory()
 {
     return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + "/tiles"_L1;
+}
+
+QByteArray TileSource::userAgentOf(const Deployment &deployment)
+{
+    const QString maker =
+        printable(deployment.makerUrl.isEmpty() ? deployment.webAddress() : deployment.makerUrl);
+    const QString mailbox = printable(deployment.feedbackMailbox);
+    QString contact;
+    if (leadsToAnotherMachine(maker))
+        contact = u" (+%1)"_s.arg(maker);
+    else if (mailbox.contains(u'@') && !mailbox.endsWith(".invalid"_L1, Qt::CaseInsensitive))
+        contact = u" (+mailto:%1)"_s.arg(mailbox);
+    return (u"Velometer/"_s + Utils::getPlainVersion() + contact).toLatin1();
 }
 
 QPixmap TileSource::tile(const TileId &tile)

@@ -40,6 +40,11 @@ public:
     /// tiles in the program's XDG cache directory.
     static QString cacheDirectory();
 
+    /// How the program names itself to the tile server, with an address to complain at: the
+    /// maker's, else the feedback mailbox. One that leads nowhere from there, as loopback, is left
+    /// out.
+    static QByteArray userAgentOf(const Deployment &deployment);
+
     QPixmap tile(const TileId &tile) override;
     void setVisible(const QList<TileId> &tiles) override;
     void setPaused(bool on) override;

@@ -5,9 +5,6 @@
 
 #include "ui_linkstab.h"
 
-#include <QDesktopServices>
-#include <QUrl>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -46,20 +43,10 @@ void LinksTab::showEvent(QShowEvent *event)
 
 void LinksTab::reset()
 {
-    ui->labelNoUserId->setVisible(userId().isEmpty());
-    ui->labelNotOpened->hide();
-    ui->labelAddress->hide();
-}
-
-void LinksTab::open(const QString &address, const QString &shown, const QString &whenNot)
-{
-    reset();
-    if (QDesktopServices::openUrl(QUrl(address)))
-        return;
-    ui->labelNotOpened->setText(whenNot);
-    ui->labelNotOpened->show();
-    ui->labelAddress->setText(shown);
-    ui->labelAddress->show();
+    const bool hasPage = !userId().isEmpty();
+    ui->websiteButton->setEnabled(hasPage);
+    ui->labelNoUserId->setVisible(!hasPage);
+    ui->notice->hide();
 }
 
 void LinksTab::on_websiteButton_clicked()
@@ -67,8 +54,7 @@ void LinksTab::on_websiteButton_clicked()
     const QString address = Deployment::current().webAddress() +
                             "/velometer/Controller?page=UserReport&userid="_L1 + userId();
     Utils::addLogEntry("URL: "_L1 + address);
-    open(address, address,
-         tr("No browser could be opened. Copy this address into the browser of another device:"));
+    ui->notice->openPage(address);
 }
 
 void LinksTab::on_feedbackButtun_clicked()
@@ -77,6 +63,6 @@ void LinksTab::on_feedbackButtun_clicked()
     const QString address =
         u"mailto:%1?subject=Zenta Velometer Feedback (UserId:%2 Version:%3)"_s.arg(
             mailbox, userId(), Utils::getPlainVersion());
-    open(address, mailbox, tr("No mail program could be opened. Write to this address:"));
+    ui->notice->openMail(address, mailbox);
     Utils::addLogEntry("URL (Qt): "_L1 + address);
 }

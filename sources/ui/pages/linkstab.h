@@ -9,7 +9,8 @@ class LinksTab;
 }
 
 /// The links page: the user's own report on the service's web site, and a mail to the maker. An
-/// address that the desktop cannot open is shown on the page, to be copied.
+/// address that the desktop cannot open is shown on the page, to be copied. Before the service has
+/// given the user an id there is no report to show: its button is disabled, and a line says why.
 class LinksTab : public TabBase
 {
     Q_OBJECT
@@ -28,7 +29,6 @@ private Q_SLOTS:
     void on_feedbackButtun_clicked();
 
 private:
-    void open(const QString &address, const QString &shown, const QString &whenNot);
     void reset();
 
     std::unique_ptr<Ui::LinksTab> ui;

@@ -18,6 +18,7 @@ class ResultsTab : public TabBase
     Q_OBJECT
 
 public:
+    /// @p mainWindow is the parent and owns the page.
     explicit ResultsTab(MainWindow *mainWindow);
     ~ResultsTab() override;
 
@@ -26,7 +27,11 @@ public:
     void updateResults();
 
 public Q_SLOTS:
+    /// Reads the store and shows the list at once, instead of what it held; entries taken from it
+    /// before are gone, so it is not for their own signals. A store that cannot be read is shown as
+    /// an empty one.
     void updateResultsImpl();
+    /// Asks for the map. The main window refuses while one of its popups is open.
     void on_pushButton_clicked();
 
 protected:

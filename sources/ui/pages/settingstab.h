@@ -16,6 +16,10 @@ class SettingsTab;
 
 /// The settings page: new series, clear the database, the test server, the language, series mode.
 /// Owns the table of test servers. Reads "AdvMode" when it is made and writes it with every change.
+///
+/// Everything may be changed at any time: what a running test or series cannot take over waits for
+/// the next one, and a new series or clearing the database is refused by the main window, without a
+/// word, while a test runs or one of its popups is open.
 class SettingsTab : public TabBase
 {
     Q_OBJECT
@@ -25,19 +29,21 @@ public:
     explicit SettingsTab(MainWindow *mainWindow);
     ~SettingsTab() override;
 
-    /// Marks the server that the next test uses; none when it is not one of the table.
+    /// Marks the server that the next test uses; none when it is not one of the table, or before
+    /// there is a controller.
     void updateSettings();
     /// Marks the entry of @p server (one of the table) alone and uses it from the next test on.
     void selectServer(TestServer *server);
-    /// Hands @p server to the controller, which remembers it.
+    /// Hands @p server (one of the table) to the controller, which borrows and remembers it; lost
+    /// when there is no controller.
     void storeTestServer(TestServer *server);
     /// The server of the table with this host name and port; null when there is none. The page
     /// keeps it.
     TestServer *getTestServer(const QString &hostname, int port) const;
 
-    bool eventFilter(QObject *object, QEvent *event) override;
-
 protected:
+    /// Gives a tap in the list to the entry below it.
+    bool eventFilter(QObject *object, QEvent *event) override;
     void retranslate() override;
 
 private Q_SLOTS:

@@ -91,6 +91,8 @@ void TestResultWidget::fill()
 
 void TestResultWidget::widgetSelected()
 {
+    if (!dbTestResults)
+        return;
     Utils::addLogEntry(u"Widget Selected!"_s);
     mw->getDetailsWindow()->setTestResults(dbTestResults);
     mw->showDetailsWindow();
@@ -118,7 +120,7 @@ bool TestResultWidget::eventFilter(QObject * /*object*/, QEvent *event)
             forgetPress();
     } else if (mouse->button() == Qt::LeftButton) {
         forgetPress();
-        if (isTap && dbTestResults)
+        if (isTap)
             widgetSelected();
     }
     return false;

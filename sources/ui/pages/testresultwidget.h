@@ -21,6 +21,7 @@ class TestResultWidget : public QWidget
     Q_OBJECT
 
 public:
+    /// @p parent owns the entry. @p mainWindow is borrowed, outlives it and shows the details.
     TestResultWidget(MainWindow *mainWindow, QWidget *parent);
     ~TestResultWidget() override;
 
@@ -32,9 +33,12 @@ public:
     static void forgetPress() { pressPosition.reset(); }
 
 public Q_SLOTS:
+    /// Hands the test to the details page and asks for that page; the main window refuses while one
+    /// of its popups is open. Before there is a test nothing happens.
     void widgetSelected();
 
 Q_SIGNALS:
+    /// The entry has got the keyboard.
     void focused();
 
 protected:

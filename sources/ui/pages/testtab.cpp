@@ -1,6 +1,7 @@
 #include "ui/pages/testtab.h"
 
 #include "ui/mainwindow.h"
+#include "ui/scrolling/qskineticscroller.h"
 #include "utils/utils.h"
 
 #include "ui_testtab.h"
@@ -23,6 +24,10 @@ TestTab::TestTab(MainWindow *mainWindow)
 {
     ui->setupUi(this);
     fillFrame();
+    // On a low screen the fields scroll under the finger, also where it lands on one.
+    (new QsKineticScroller(this))->enableKineticScrollFor(ui->scrollArea);
+    for (QLineEdit *field : {ui->labelDownload, ui->labelUpload, ui->labelRTT})
+        field->setAttribute(Qt::WA_TransparentForMouseEvents);
     ui->progressBar->hide();
     ui->progressBar->setMaximum(1);
     ui->progressBar->setValue(0);
@@ -78,6 +83,12 @@ void TestTab::setRTTText(const QString &text)
 void TestTab::setDataTransferred(const QString &text)
 {
     ui->labelDataTransfered->setText(text);
+}
+
+void TestTab::addNote(const QString &text)
+{
+    const QString before = ui->labelDataTransfered->text();
+    ui->labelDataTransfered->setText(before.isEmpty() ? text : before + u'\n' + text);
 }
 
 void TestTab::setStatusText(const QString &text)

@@ -28,6 +28,8 @@ public:
     void setUploadText(const QString &text);
     void setRTTText(const QString &text);
     void setDataTransferred(const QString &text);
+    /// A further line below the transferred data.
+    void addNote(const QString &text);
     /// Caption of the start button.
     void setStatusText(const QString &text);
     /// The same while the button ends a series.

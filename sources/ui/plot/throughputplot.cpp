@@ -1,5 +1,8 @@
 #include "ui/plot/throughputplot.h"
 
+#include "utils/translations.h"
+
+#include <QEvent>
 #include <QLocale>
 #include <QPainter>
 #include <QPainterPath>
@@ -30,6 +33,13 @@ ThroughputPlot::ThroughputPlot(QWidget *parent)
     : QWidget(parent)
 {
     setAccessibleName(tr("Throughput over time"));
+}
+
+void ThroughputPlot::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        setAccessibleName(tr("Throughput over time"));
 }
 
 QSize ThroughputPlot::sizeHint() const
@@ -173,9 +183,10 @@ void ThroughputPlot::paintEvent(QPaintEvent *)
         painter.setPen(frame);
         painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
         painter.setPen(text);
-        painter.drawText(QRectF(0, y - metrics.height() / 2, left - 6, metrics.height()),
-                         Qt::AlignRight | Qt::AlignVCenter,
-                         locale().toString(axis.step * line / axis.scale, 'g', 4));
+        painter.drawText(
+            QRectF(0, y - metrics.height() / 2, left - 6, metrics.height()),
+            Qt::AlignRight | Qt::AlignVCenter,
+            QLocale(Translations::language()).toString(axis.step * line / axis.scale, 'g', 4));
     }
 
     const double half = (area.width() - gap) / 2;

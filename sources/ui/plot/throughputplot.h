@@ -34,13 +34,14 @@ public:
         double scale; ///< bit/s of one unit
         QString unit;
     };
-    /// The axis that holds @p highest (bit/s), with two to four lines.
+    /// The axis that holds @p highest (bit/s), with at most four lines above 0.
     static Axis axisFor(double highest);
 
     QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     QList<qint64> *valuesOf(int resulttype);

@@ -19,6 +19,7 @@ ErrorPopup::~ErrorPopup() = default;
 void ErrorPopup::setTitel(const QString &title)
 {
     ui->labelTitle->setText(title);
+    describe();
 }
 
 void ErrorPopup::setMessage(const QString &message)
@@ -27,6 +28,7 @@ void ErrorPopup::setMessage(const QString &message)
     // While they are hidden the frames do not hear of it, and would ask for the height of before.
     ui->frame_2->updateGeometry();
     ui->frame->updateGeometry();
+    describe();
 }
 
 void ErrorPopup::setOKButtonText(const QString &text)

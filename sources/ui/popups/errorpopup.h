@@ -18,9 +18,12 @@ public:
     explicit ErrorPopup(MainWindow *mainWindow);
     ~ErrorPopup() override;
 
+    /// Plain text. This and the other texts may change while the popup is shown; who changes them
+    /// then fits its size.
     void setTitel(const QString &title);
     /// Rich text; what comes from outside is escaped by the caller.
     void setMessage(const QString &message);
+    /// Until the language changes, which brings back the form's own text.
     void setOKButtonText(const QString &text);
 
 protected:

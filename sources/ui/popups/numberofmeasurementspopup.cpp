@@ -46,11 +46,9 @@ void NumberOfMeasurementsPopup::retranslate()
     ui->retranslateUi(this);
 }
 
-void NumberOfMeasurementsPopup::showEvent(QShowEvent *event)
+QWidget *NumberOfMeasurementsPopup::focusedFirst()
 {
-    PopupBase::showEvent(event);
-    // The smaller of the two answers.
-    ui->buttonSingle->setFocus(Qt::PopupFocusReason);
+    return ui->buttonSingle; // the smaller of the two answers
 }
 
 void NumberOfMeasurementsPopup::on_buttonSingle_clicked()

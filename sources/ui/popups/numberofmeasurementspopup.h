@@ -21,7 +21,7 @@ public:
 
 protected:
     void retranslate() override;
-    void showEvent(QShowEvent *event) override;
+    QWidget *focusedFirst() override;
 
 private Q_SLOTS:
     void on_buttonSingle_clicked();

@@ -5,6 +5,8 @@
 #include <QAbstractButton>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QTextDocumentFragment>
 
 using namespace Qt::StringLiterals;
 
@@ -47,13 +49,34 @@ bool PopupBase::focusNextPrevChild(bool next)
     return true;
 }
 
+QWidget *PopupBase::focusedFirst()
+{
+    const QList<QWidget *> all = stops();
+    return all.isEmpty() ? this : all.first();
+}
+
+void PopupBase::describe()
+{
+    const auto *title = findChild<QLabel *>(u"labelTitle"_s);
+    if (!title)
+        title = findChild<QLabel *>(u"labelLocation"_s);
+    const auto *message = findChild<QLabel *>(u"labelMessage"_s);
+    const QString name = title ? title->text() : QString();
+    const QString question =
+        message ? QTextDocumentFragment::fromHtml(message->text()).toPlainText() : QString();
+    // Not every screen reader says what surrounds the widget with the focus. Where the title is the
+    // question, it is what the answers need.
+    focusedFirst()->setAccessibleDescription(question.isEmpty() ? name : question);
+    setAccessibleName(name);
+    setAccessibleDescription(question);
+}
+
 void PopupBase::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    const QList<QWidget *> all = stops();
+    describe();
     // So that the keyboard finds its way, and nothing is highlighted for a finger.
-    if (!all.isEmpty())
-        all.first()->setFocus(Qt::PopupFocusReason);
+    focusedFirst()->setFocus(Qt::PopupFocusReason);
 }
 
 void PopupBase::keyPressEvent(QKeyEvent *event)

@@ -14,6 +14,7 @@ WaitingPopup::~WaitingPopup() = default;
 void WaitingPopup::setTitel(const QString &title)
 {
     ui->labelTitle->setText(title);
+    describe();
 }
 
 void WaitingPopup::setMessage(const QString &message)
@@ -22,16 +23,10 @@ void WaitingPopup::setMessage(const QString &message)
     // While they are hidden the frames do not hear of it, and would ask for the height of before.
     ui->frame_2->updateGeometry();
     ui->frame->updateGeometry();
+    describe();
 }
 
 void WaitingPopup::retranslate()
 {
     ui->retranslateUi(this);
-}
-
-void WaitingPopup::showEvent(QShowEvent *event)
-{
-    PopupBase::showEvent(event);
-    // Nothing in it takes the keyboard, and the button below that was pressed would keep it.
-    setFocus(Qt::PopupFocusReason);
 }

@@ -18,13 +18,14 @@ public:
     explicit WaitingPopup(MainWindow *mainWindow);
     ~WaitingPopup() override;
 
+    /// Plain text. Both texts may change while the popup is shown; who changes them
+    /// then fits its size.
     void setTitel(const QString &title);
     /// Rich text; what comes from outside is escaped by the caller.
     void setMessage(const QString &message);
 
 protected:
     void retranslate() override;
-    void showEvent(QShowEvent *event) override;
 
 private:
     std::unique_ptr<Ui::WaitingPopup> ui;

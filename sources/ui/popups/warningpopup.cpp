@@ -19,6 +19,7 @@ WarningPopup::~WarningPopup() = default;
 void WarningPopup::setTitel(const QString &title)
 {
     ui->labelTitle->setText(title);
+    describe();
 }
 
 void WarningPopup::setMessage(const QString &message)
@@ -27,6 +28,7 @@ void WarningPopup::setMessage(const QString &message)
     // While they are hidden the frames do not hear of it, and would ask for the height of before.
     ui->frame_2->updateGeometry();
     ui->frame->updateGeometry();
+    describe();
 }
 
 void WarningPopup::setOKButtonText(const QString &text)
@@ -44,10 +46,9 @@ void WarningPopup::retranslate()
     ui->retranslateUi(this);
 }
 
-void WarningPopup::showEvent(QShowEvent *event)
+QWidget *WarningPopup::focusedFirst()
 {
-    PopupBase::showEvent(event);
-    ui->buttonCancel->setFocus(Qt::PopupFocusReason);
+    return ui->buttonCancel;
 }
 
 void WarningPopup::on_buttonOk_clicked()

@@ -19,15 +19,18 @@ public:
     explicit WarningPopup(MainWindow *mainWindow);
     ~WarningPopup() override;
 
+    /// Plain text. This and the other texts may change while the popup is shown; who changes them
+    /// then fits its size.
     void setTitel(const QString &title);
     /// Rich text; what comes from outside is escaped by the caller.
     void setMessage(const QString &message);
+    /// Until the language changes, which brings back the form's own text.
     void setOKButtonText(const QString &text);
     void setCancelButtonText(const QString &text);
 
 protected:
     void retranslate() override;
-    void showEvent(QShowEvent *event) override;
+    QWidget *focusedFirst() override;
 
 private Q_SLOTS:
     void on_buttonOk_clicked();

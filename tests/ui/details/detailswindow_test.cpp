@@ -2,25 +2,19 @@
 
 #include "db/dbtestresults.h"
 #include "ui/details/testdetailwidget.h"
-#include "ui/mainwindow.h"
 #include "ui/plot/throughputplot.h"
 #include "utils/deployment.h"
-#include "utils/utils.h"
 
-#include "support/fakeplatform.h"
+#include "support/application.h"
 #include "support/rows.h"
-#include "support/storedtests.h"
 
 #include <QDesktopServices>
-#include <QLabel>
-#include <QPushButton>
-#include <QTest>
 #include <QUrl>
 #include <QUrlQuery>
 
 using namespace Qt::StringLiterals;
 
-class DetailsWindowTest : public QObject
+class DetailsWindowTest : public QObject, protected Application
 {
     Q_OBJECT
 
@@ -28,183 +22,156 @@ public Q_SLOTS:
     void takeAddress(const QUrl &url) { addresses.append(url); }
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void cleanupTestCase() { delete std::exchange(gDB, nullptr); }
+    void init()
+    {
+        addresses.clear();
+        QDesktopServices::setUrlHandler(u"mailto"_s, this, "takeAddress");
+        Deployment deployment;
+        deployment.webHost = u"service.example"_s;
+        deployment.webPort = 80;
+        deployment.feedbackMailbox = u"box@service.example"_s;
+        Deployment::setCurrent(deployment);
+        open();
+        page = window->getDetailsWindow();
+        store->addDetail(7, u"testTestId"_s, qlonglong(4));
+    }
 
-    void showsEveryRowUnderItsTitle();
-    void showsStoredTextsAsTheyAre();
-    void showsAndSendsNothingWithoutDetails();
-    void showsAPlotWhenThereIsOne();
-    void mailArrivesWhole_data();
-    void mailArrivesWhole();
+    void showsEveryRowUnderItsTitle()
+    {
+        store->addDetail(7, u"downloadAverage"_s, 2'500'000.0);
+        store->addDetail(7, u"deviceIP"_s, u"198.51.100.7"_s);
+        store->addDetail(7, u"externalIP"_s, u"10.0.0.7"_s);
+        store->addDetail(7, u"deviceLatitude"_s, 47.226612);
+        store->addDetail(7, u"deviceLongitude"_s, -8.8);
+        show(7);
+        const QStringList texts = rows();
+        QCOMPARE(texts.size(), 4 + 32);
+        QCOMPARE(texts.mid(0, 3),
+                 QStringList({u"Performance Data"_s, u"Download Average=2500 kBit/s"_s,
+                              u"Download Maximum=n/a"_s}));
+        QCOMPARE(texts.value(10), u"Device Information"_s);
+        QCOMPARE(texts.mid(14, 4),
+                 QStringList({u"External IP=198.51.100.7"_s, u"Device IP=10.0.0.7"_s,
+                              u"Device Latitude=47.22661"_s, u"Device Longitude=-8.80000"_s}));
+        QCOMPARE(texts.value(23), u"Test Server Info"_s);
+        QCOMPARE(texts.value(31), u"Test Info"_s);
+        QCOMPARE(texts.value(35), u"Test ID=4"_s);
+
+        store->addDetail(8, u"testTestId"_s, qlonglong(5));
+        show(8);
+        QCOMPARE(rows().value(16), u"Device Latitude=n/a"_s);
+    }
+
+    void showsStoredTextsAsTheyAre()
+    {
+        store->addDetail(7, u"testServerName"_s, u"<b>bold</b><img src=x>"_s);
+        store->addDetail(7, u"testServerCity"_s, QString(1'000'000, u'W'));
+        show(7);
+        QCOMPARE(rows().value(24), u"Server Name=<b>bold</b><img src=x>"_s);
+        const auto widgets = page->findChildren<TestDetailWidget *>();
+        QCOMPARE(widgets.value(24)->findChild<QLabel *>(u"value"_s)->textFormat(), Qt::PlainText);
+        QVERIFY(rows().value(30).size() < 600);
+        QVERIFY(widgets.value(30)->width() <= page->width());
+        QTRY_VERIFY(widgets.value(30)->height() > 3 * widgets.value(29)->height());
+    }
+
+    void showsAndSendsNothingWithoutDetails()
+    {
+        show(99);
+        QVERIFY(rows().isEmpty());
+        click(u"pushButton"_s);
+        QVERIFY(addresses.isEmpty());
+        QVERIFY(Utils::getLogEntries().contains(u"NO DETAILS FOUND FOR ID: 99"_s));
+    }
+
+    void showsAPlotWhenThereIsOne()
+    {
+        show(7);
+        QVERIFY(!page->findChild<ThroughputPlot *>());
+        QVERIFY(gDB->storeIntervals(7, Result::Upload, {{0, 1000}, {1, 2000}}));
+        show(7);
+        QVERIFY(page->findChild<ThroughputPlot *>());
+    }
+
+    void mailArrivesWhole_data()
+    {
+        const Rows<QString> row("server");
+        row("ampersand", "Tom & Jerry&cc=x");
+        row("fragment", "server #1");
+        row("percent", "100% %41 %1 %2");
+        row("umlauts", "Zürich Süd");
+        row("brackets and quotes", "[::1] \"<b>\" 'x' \\ + ?");
+        row("line break", "two\nlines");
+    }
+    void mailArrivesWhole()
+    {
+        QFETCH(QString, server);
+        Utils::setSettingsCommonValue(u"UserId"_s, u"52077"_s);
+        store->addDetail(7, u"testServerName"_s, server);
+        show(7);
+        click(u"pushButton"_s);
+
+        QCOMPARE(addresses.size(), 1);
+        const QUrl address = addresses.constFirst();
+        QVERIFY(address.isValid() && !address.hasFragment());
+        const QUrlQuery query(address.query(QUrl::FullyEncoded));
+        QCOMPARE(query.queryItems().size(), 3);
+        const auto part = [&query](const QString &name) {
+            return query.queryItemValue(name, QUrl::FullyDecoded);
+        };
+        QCOMPARE(part(u"cc"_s), u"box@service.example"_s);
+        QCOMPARE(part(u"subject"_s),
+                 u"orvak Velometer for Zenta (UserId:52077 Version:%1)"_s.arg(Utils::getVersion()));
+        const QString wanted =
+            u"Test Server Info<br>%1<br>Server Name:\t%2<br>Server Domain:"_s.arg(
+                QString(49, u'-'), QString(server).replace(u'\n', u"<br>"_s));
+        QVERIFY2(part(u"body"_s).contains(wanted), qPrintable(part(u"body"_s)));
+        QVERIFY(part(u"body"_s).endsWith(
+            u"Test ID:\t4<br><br><br>Link to the measurements:<br>http://service.example/velometer/"
+            "Controller?page=UserReport&language=de&userid=52077<br><br>"_s));
+    }
+
+    void aMailThatNothingOpensShowsTheMailbox()
+    {
+        QDesktopServices::unsetUrlHandler(u"mailto"_s);
+        show(7);
+        QVERIFY(!shown<QLabel>(u"labelAddress"_s));
+        click(u"pushButton"_s);
+        QCOMPARE(label(u"labelAddress"_s), u"box@service.example"_s);
+        show(7);
+        QVERIFY(!shown<QLabel>(u"labelAddress"_s));
+    }
 
 private:
-    void show(qulonglong id);
-    /// Title and value of each row; a heading has no value.
-    QStringList rows() const;
+    void show(qulonglong id)
+    {
+        {
+            // Gone before its rows are built, as when the list is made anew in between.
+            DBTestResults results;
+            results.myTestId = id;
+            page->setTestResults(&results);
+        }
+        window->showDetailsWindow();
+        QTRY_VERIFY(!shown<QLabel>(u"labelPleaseWait"_s));
+        QCoreApplication::processEvents(); // the rows get their places
+    }
 
-    std::unique_ptr<StoredTests> store;
-    std::unique_ptr<FakePlatform> platform;
-    std::unique_ptr<MainWindow> window;
+    /// Title and value of each row; a heading has no value.
+    QStringList rows() const
+    {
+        QStringList texts;
+        const auto widgets = page->findChildren<TestDetailWidget *>();
+        for (const TestDetailWidget *widget : widgets) {
+            const auto *value = widget->findChild<QLabel *>(u"value"_s);
+            const QString title = widget->findChild<QLabel *>(u"title"_s)->text();
+            texts.append(!value->isHidden() ? u"%1=%2"_s.arg(title, value->text()) : title);
+        }
+        return texts;
+    }
+
     DetailsWindow *page = nullptr;
     QList<QUrl> addresses;
 };
-
-void DetailsWindowTest::init()
-{
-    addresses.clear();
-    QDesktopServices::setUrlHandler(u"mailto"_s, this, "takeAddress");
-    store = std::make_unique<StoredTests>();
-    platform = std::make_unique<FakePlatform>();
-    window = std::make_unique<MainWindow>(*platform);
-    window->resize(MainWindow::designSize);
-    window->show();
-    QTRY_VERIFY(page = window->getDetailsWindow());
-}
-
-void DetailsWindowTest::cleanup()
-{
-    QDesktopServices::unsetUrlHandler(u"mailto"_s);
-    window.reset();
-    platform.reset();
-    store.reset();
-}
-
-void DetailsWindowTest::show(qulonglong id)
-{
-    {
-        // Gone before its rows are built, as when the list is made anew in between.
-        DBTestResults results;
-        results.myTestId = id;
-        page->setTestResults(&results);
-    }
-    window->showDetailsWindow();
-    QTRY_VERIFY(!page->findChild<QLabel *>(u"labelPleaseWait"_s)->isVisible());
-    QCoreApplication::processEvents(); // the rows get their places
-}
-
-QStringList DetailsWindowTest::rows() const
-{
-    QStringList texts;
-    const auto widgets = page->findChildren<TestDetailWidget *>();
-    for (const TestDetailWidget *widget : widgets) {
-        const auto *value = widget->findChild<QLabel *>(u"value"_s);
-        const QString title = widget->findChild<QLabel *>(u"title"_s)->text();
-        texts.append(!value->isHidden() ? u"%1=%2"_s.arg(title, value->text()) : title);
-    }
-    return texts;
-}
-
-void DetailsWindowTest::showsEveryRowUnderItsTitle()
-{
-    store->addDetail(7, u"downloadAverage"_s, 2'500'000.0);
-    store->addDetail(7, u"deviceIP"_s, u"198.51.100.7"_s);
-    store->addDetail(7, u"externalIP"_s, u"10.0.0.7"_s);
-    store->addDetail(7, u"deviceLatitude"_s, 47.226612);
-    store->addDetail(7, u"deviceLongitude"_s, -8.8);
-    store->addDetail(7, u"testTestId"_s, qlonglong(4));
-    show(7);
-    const QStringList texts = rows();
-    QCOMPARE(texts.size(), 4 + 32);
-    QCOMPARE(texts.value(0), u"Performance Data"_s);
-    QCOMPARE(texts.value(10), u"Device Information"_s);
-    QCOMPARE(texts.value(23), u"Test Server Info"_s);
-    QCOMPARE(texts.value(31), u"Test Info"_s);
-    QCOMPARE(texts.value(1), u"Download Average=2500 kBit/s"_s);
-    QCOMPARE(texts.value(2), u"Download Maximum=n/a"_s);
-    QCOMPARE(texts.value(14), u"External IP=198.51.100.7"_s);
-    QCOMPARE(texts.value(15), u"Device IP=10.0.0.7"_s);
-    QCOMPARE(texts.value(16), u"Device Latitude=47.22661"_s);
-    QCOMPARE(texts.value(17), u"Device Longitude=-8.80000"_s);
-    QCOMPARE(texts.value(35), u"Test ID=4"_s);
-
-    show(8);
-    QCOMPARE(rows(), QStringList());
-    store->addDetail(8, u"testTestId"_s, qlonglong(5));
-    show(8);
-    QCOMPARE(rows().value(16), u"Device Latitude=n/a"_s);
-}
-
-void DetailsWindowTest::showsStoredTextsAsTheyAre()
-{
-    store->addDetail(7, u"testServerName"_s, u"<b>bold</b><img src=x>"_s);
-    store->addDetail(7, u"testServerCity"_s, QString(1'000'000, u'W'));
-    show(7);
-    QCOMPARE(rows().value(24), u"Server Name=<b>bold</b><img src=x>"_s);
-    const auto widgets = page->findChildren<TestDetailWidget *>();
-    QCOMPARE(widgets.value(24)->findChild<QLabel *>(u"value"_s)->textFormat(), Qt::PlainText);
-    QVERIFY(rows().value(30).size() < 600);
-    QVERIFY(widgets.value(30)->width() <= page->width());
-    QTRY_VERIFY(widgets.value(30)->height() > 3 * widgets.value(29)->height());
-}
-
-void DetailsWindowTest::showsAndSendsNothingWithoutDetails()
-{
-    show(99);
-    QVERIFY(rows().isEmpty());
-    page->findChild<QPushButton *>(u"pushButton"_s)->click();
-    QVERIFY(addresses.isEmpty());
-    QVERIFY(Utils::getLogEntries().contains(u"NO DETAILS FOUND FOR ID: 99"_s));
-}
-
-void DetailsWindowTest::showsAPlotWhenThereIsOne()
-{
-    for (const qulonglong id : {7, 8})
-        store->addDetail(static_cast<qlonglong>(id), u"testTestId"_s, qlonglong(4));
-    QVERIFY(gDB->storeIntervals(8, Result::Upload, {{0, 1000}, {1, 2000}}));
-    show(8);
-    QVERIFY(page->findChild<ThroughputPlot *>());
-    show(7);
-    QVERIFY(!page->findChild<ThroughputPlot *>());
-}
-
-void DetailsWindowTest::mailArrivesWhole_data()
-{
-    const Rows<QString> row("server");
-    row("ampersand", "Tom & Jerry&cc=x");
-    row("fragment", "server #1");
-    row("percent", "100% %41 %1 %2");
-    row("umlauts", "Zürich Süd");
-    row("brackets and quotes", "[::1] \"<b>\" 'x' \\ + ?");
-    row("line break", "two\nlines");
-}
-
-void DetailsWindowTest::mailArrivesWhole()
-{
-    QFETCH(QString, server);
-    Deployment deployment;
-    deployment.webHost = u"service.example"_s;
-    deployment.webPort = 80;
-    deployment.feedbackMailbox = u"box@service.example"_s;
-    Deployment::setCurrent(deployment);
-    Utils::setSettingsCommonValue(u"UserId"_s, u"52077"_s);
-    store->addDetail(7, u"testServerName"_s, server);
-    store->addDetail(7, u"testTestId"_s, qlonglong(4));
-    show(7);
-    page->findChild<QPushButton *>(u"pushButton"_s)->click();
-
-    QCOMPARE(addresses.size(), 1);
-    const QUrl address = addresses.constFirst();
-    QVERIFY(address.isValid());
-    QVERIFY(!address.hasFragment());
-    const QUrlQuery query(address.query(QUrl::FullyEncoded));
-    QCOMPARE(query.queryItems().size(), 3);
-    const auto part = [&query](const QString &name) {
-        return query.queryItemValue(name, QUrl::FullyDecoded);
-    };
-    QCOMPARE(part(u"cc"_s), u"box@service.example"_s);
-    QCOMPARE(part(u"subject"_s),
-             u"orvak Velometer for Zenta (UserId:52077 Version:%1)"_s.arg(Utils::getVersion()));
-    const QString line = QString(server).replace(u'\n', u"<br>"_s);
-    const QString rule = u"<br>-------------------------------------------------<br>"_s;
-    QVERIFY2(part(u"body"_s).contains(
-                 u"Test Server Info%1Server Name:\t%2<br>Server Domain:\t<br>"_s.arg(rule, line)),
-             qPrintable(part(u"body"_s)));
-    QVERIFY(part(u"body"_s).endsWith(
-        u"Test ID:\t4<br><br><br>Link to the measurements:<br>http://service.example/velometer/"
-        "Controller?page=UserReport&language=de&userid=52077<br><br>"_s));
-}
 
 QTEST_MAIN(DetailsWindowTest)
 #include "detailswindow_test.moc"

@@ -6,7 +6,9 @@
 #include "utils/utils.h"
 
 #include "support/rows.h"
+#include "tileserver.h"
 
+#include <QBuffer>
 #include <QGraphicsView>
 #include <QLabel>
 #include <QSqlQuery>
@@ -101,12 +103,77 @@ private Q_SLOTS:
         QVERIFY(!message->isVisible());
         gDB->resetDB();
         page->showResultsOnMap();
-        QVERIFY(message->isVisible());
+        // "No test" beside a marker would be a contradiction.
+        QVERIFY(!message->isVisible());
         QCOMPARE(page->map(), map);
         QCOMPARE(map->shownMarkers().size(), size_t(1));
+        page->clearMarkers();
+        QVERIFY(message->isVisible());
+        QVERIFY(map->shownMarkers().empty());
         QVERIFY(Utils::getLogEntries().contains("Provider 0: tiles"_L1));
         QVERIFY(Utils::getLogEntries().contains("Provider 1: outline"_L1));
         QCOMPARE(Utils::getLogEntries().count("Provider "_L1), before + 2);
+    }
+
+    void aConnectionTypeFromOutsideIsCutForTheLabel()
+    {
+        store(1, QString(5000, u'x'), 47, 8, 5);
+        page->showResultsOnMap();
+        const QString text = page->map()->shownMarkers().at(0)->getPopupText();
+        QCOMPARE(text.section(u'\n', 0, 0).size(), 134); // "ConnectionTyp:" and 120
+    }
+
+    void tellsAScreenReaderWhatIsOpenAndLetsTabLeave()
+    {
+        store(1, u"WLAN"_s, 47, 8, 5);
+        store(2, u"Mobile(LTE)"_s, 46, 7, 5);
+        page->showResultsOnMap();
+        auto *view = page->findChild<QGraphicsView *>(u"graphicsView"_s);
+        const QString closed = view->accessibleDescription();
+        for (const auto name : {"Plus"_L1, "minus"_L1, "N or Page Down"_L1, "P or Page Up"_L1})
+            QVERIFY2(closed.contains(name), name.data());
+
+        page->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(page.get()));
+        view->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(view, Qt::Key_N);
+        QVERIFY(view->accessibleDescription().startsWith("ConnectionTyp:Mobile(LTE)\n"_L1));
+        QTest::keyClick(view, Qt::Key_N);
+        QVERIFY(view->accessibleDescription().startsWith("ConnectionTyp:WLAN\n"_L1));
+        QTest::keyClick(view, Qt::Key_Escape);
+        QCOMPARE(view->accessibleDescription(), closed);
+
+        QTest::keyClick(view, Qt::Key_Tab);
+        QVERIFY(page->focusWidget() != view);
+        view->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(view, Qt::Key_Backtab);
+        QVERIFY(page->focusWidget() != view);
+    }
+
+    void loadsWhatIsInViewOnceTheTestHasEnded()
+    {
+        QImage picture(256, 256, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        QBuffer png;
+        picture.save(&png, "png");
+        TileServer server;
+        server.answer = [&](const TileServer::Request &) {
+            return TileServer::message("200 OK", "Cache-Control: no-store\r\n", png.data());
+        };
+        const Deployment before = Deployment::current();
+        Deployment deployment = before;
+        deployment.tileUrl = server.address();
+        Deployment::setCurrent(deployment);
+        const auto restore = qScopeGuard([&] { Deployment::setCurrent(before); });
+        store(1, u"WLAN"_s, 0.01, 8, 5);
+        page->pauseDownloads(true);
+        page->showResultsOnMap();
+        QTest::qWait(50);
+        page->map()->map()->pan(300, 0);
+        QTest::qWait(50);
+        QVERIFY(server.requests.isEmpty());
+        page->pauseDownloads(false);
+        QTRY_COMPARE(page->map()->grab().toImage().pixelColor(3, 3), QColor(Qt::red));
     }
 
 private:

@@ -28,7 +28,6 @@ private Q_SLOTS:
         row("Caspian Sea, a hole in the land", 42, 51, false);
         row("Antarctica as far as it is shown", -84.5, 20, true);
         row("Arctic Ocean", 84.5, 20, false);
-        row("New Zealand", -44, 171, true);
     }
     void landIsLandAndSeaIsSea()
     {
@@ -58,7 +57,6 @@ private Q_SLOTS:
                                                         "0004");
         row("a triangle and no border", head + triangle + '\0', true);
         row("empty", {}, false);
-        row("head only", head, false);
         row("another version", "VMAP\x02" + triangle + '\0', false);
         row("set of borders missing", head + triangle, false);
         row("bytes left over", head + triangle + QByteArray(2, '\0'), false);
@@ -67,7 +65,7 @@ private Q_SLOTS:
         row("more lines than bytes", head + QByteArray::fromHex("904e"), false);
         row("more points than any file has", head + QByteArray::fromHex("01ffffff7f"), false);
         row("west of the world", head + QByteArray::fromHex("0103030404000004") + '\0', false);
-        row("beyond the world", head + QByteArray::fromHex("01038480200404000004") + '\0', false);
+        row("beyond the world", head + QByteArray::fromHex("01038080100202020202") + '\0', false);
     }
     void aDamagedFileIsRefused()
     {

@@ -82,6 +82,41 @@ private Q_SLOTS:
         QVERIFY(server->mostHeld <= 2);
     }
 
+    void namesAContactThatLeadsSomewhere_data()
+    {
+        const Rows<QString, QString, QString, QByteArray> row("maker", "web", "mailbox",
+                                                              "expected");
+        const QString nobody = u"feedback@velometer.invalid"_s;
+        const QString somebody = u"info@maker.example"_s;
+        const QByteArray plain = "Velometer/1.3.0";
+        row("built-in defaults", "", "127.0.0.1", nobody, plain);
+        row("maker", "https://maker.example/map", "127.0.0.1", somebody,
+            "Velometer/1.3.0 (+https://maker.example/map)");
+        row("web host alone", "", "web.example", nobody,
+            "Velometer/1.3.0 (+http://web.example:8080)");
+        row("mailbox alone", "", "127.0.0.6", somebody,
+            "Velometer/1.3.0 (+mailto:info@maker.example)");
+        row("own name", "http://localhost:8080/", "web.example", nobody, plain);
+        row("own name, longer", "http://maker.LocalHost", "web.example", nobody, plain);
+        row("own address, version 6", "http://[::1]/", "web.example", nobody, plain);
+        row("maker without a host", "maker", "web.example", nobody, plain);
+        row("no mailbox", "", "127.0.0.1", "", plain);
+        row("mailbox nowhere, in capitals", "", "127.0.0.1", "a@b.INVALID", plain);
+        row("two lines", "http://maker.\r\nexample", "127.0.0.1", nobody,
+            "Velometer/1.3.0 (+http://maker.example)");
+    }
+    void namesAContactThatLeadsSomewhere()
+    {
+        QFETCH(QString, maker);
+        QFETCH(QString, web);
+        QFETCH(QString, mailbox);
+        Deployment deployment;
+        deployment.makerUrl = maker;
+        deployment.webHost = web;
+        deployment.feedbackMailbox = mailbox;
+        QTEST(TileSource::userAgentOf(deployment), "expected");
+    }
+
     void keepsTilesAsTheServerAllows_data()
     {
         const Rows<QByteArray, QByteArray, qsizetype> row("headers", "condition", "requests");
@@ -236,7 +271,7 @@ private:
     {
         Deployment deployment;
         deployment.tileUrl = address.isNull() && server ? server->address() : address;
-        deployment.makerUrl = u"http://maker.\r\nexample"_s;
+        deployment.makerUrl = u"http://maker.example"_s;
         source = std::make_unique<TileSource>(deployment, directory->path());
         arrived = std::make_unique<QSignalSpy>(source.get(), &MapProvider::tileReady);
     }

@@ -1,23 +1,18 @@
 #include "ui/pages/abouttab.h"
 
-#include "db/databasemanager.h"
-#include "measurement/testcontroller.h"
-#include "ui/mainwindow.h"
 #include "utils/translations.h"
-#include "utils/utils.h"
 
-#include "support/fakeplatform.h"
+#include "support/application.h"
 #include "support/rows.h"
 
 #include <QDesktopServices>
 #include <QScrollBar>
-#include <QTest>
 #include <QTextBrowser>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
 
-class AboutTabTest : public QObject
+class AboutTabTest : public QObject, protected Application
 {
     Q_OBJECT
 
@@ -25,25 +20,14 @@ public Q_SLOTS:
     void take(const QUrl &url) { opened.append(url); }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        qApp->setStyleSheet(Utils::readFile(u":/velometerres/velometer.qss"_s));
-        for (const QString &scheme : {u"http"_s, u"https"_s, u"mailto"_s, u"file"_s, u"evil"_s})
-            QDesktopServices::setUrlHandler(scheme, this, "take");
-    }
-
     void init()
     {
-        window = std::make_unique<MainWindow>(platform);
-        window->resize(MainWindow::designSize);
-        window->show();
-        QTRY_VERIFY(window->getController());
+        for (const QString &scheme : {u"http"_s, u"mailto"_s, u"file"_s})
+            QDesktopServices::setUrlHandler(scheme, this, "take");
+        open();
+        window->showAboutTab();
         opened.clear();
     }
-
-    void cleanup() { window.reset(); }
-
-    void cleanupTestCase() { delete std::exchange(gDB, nullptr); }
 
     void thePageIsInTheLanguageOfTheProgram_data()
     {
@@ -56,56 +40,41 @@ private Q_SLOTS:
     {
         QFETCH(QString, language);
         QFETCH(QString, heading);
-        window->showAboutTab();
         Translations::install(language);
         QTRY_VERIFY(browser()->toPlainText().contains(heading));
+        QScrollBar *bar = browser()->verticalScrollBar();
+        QTRY_VERIFY(bar->maximum() > 0);
+        bar->setValue(bar->maximum());
+        window->showAboutTab();
+        QTRY_COMPARE(bar->value(), 0);
     }
 
     void onlyLinksForABrowserOrAMailProgramAreOpened_data()
     {
         const Rows<QString, bool> row("link", "leaves");
-        row("a web page", "https://www.openstreetmap.org/copyright", true);
-        row("a plain one", "http://speed.example/", true);
+        row("a web page", "http://speed.example/", true);
         row("a mail", "mailto:maker@speed.example", true);
         row("a file", "file:///etc/passwd", false);
-        row("another program", "evil:run", false);
         row("relative", "other.html", false);
     }
     void onlyLinksForABrowserOrAMailProgramAreOpened()
     {
         QFETCH(QString, link);
         QFETCH(bool, leaves);
-        window->showAboutTab();
         const QString before = browser()->toPlainText();
         browser()->setHtml(u"<a href=\"%1\">link</a>"_s.arg(link));
         const QPoint place = browser()->cursorRect().center() + QPoint(4, 0);
         QTest::mouseClick(browser()->viewport(), Qt::LeftButton, {}, place);
-        QTRY_COMPARE(browser()->toPlainText(), u"link"_s);
         QTest::qWait(0);
         QCOMPARE(opened, leaves ? QList<QUrl>{QUrl(link)} : QList<QUrl>{});
+        QCOMPARE(browser()->toPlainText(), u"link"_s);
         window->showAboutTab();
         QCOMPARE(browser()->toPlainText(), before);
     }
 
-    void thePageOpensAtItsStart()
-    {
-        window->showAboutTab();
-        QScrollBar *bar = browser()->verticalScrollBar();
-        QTRY_VERIFY(bar->maximum() > 0);
-        bar->setValue(bar->maximum());
-        window->showAboutTab();
-        QTest::qWait(0);
-        QCOMPARE(bar->value(), 0);
-    }
-
 private:
-    QTextBrowser *browser() const
-    {
-        return window->findChild<AboutTab *>()->findChild<QTextBrowser *>(u"textBrowser"_s);
-    }
+    QTextBrowser *browser() const { return find<AboutTab>()->findChild<QTextBrowser *>(); }
 
-    FakePlatform platform;
-    std::unique_ptr<MainWindow> window;
     QList<QUrl> opened;
 };
 

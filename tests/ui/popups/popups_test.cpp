@@ -1,39 +1,19 @@
-#include "db/databasemanager.h"
-#include "measurement/testcontroller.h"
-#include "ui/mainwindow.h"
 #include "ui/popups/errorpopup.h"
 #include "ui/popups/numberofmeasurementspopup.h"
-#include "utils/utils.h"
 
-#include "support/fakeplatform.h"
+#include "support/application.h"
 #include "support/rows.h"
 
 #include <QComboBox>
-#include <QLabel>
-#include <QPushButton>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
-class PopupsTest : public QObject
+class PopupsTest : public QObject, protected Application
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { qApp->setStyleSheet(Utils::readFile(u":/velometerres/velometer.qss"_s)); }
-
-    void init()
-    {
-        platform = std::make_unique<FakePlatform>();
-        window = std::make_unique<MainWindow>(*platform);
-        window->resize(MainWindow::designSize);
-        window->show();
-        QTRY_VERIFY(window->getController());
-    }
-
-    void cleanup() { window.reset(); }
-
-    void cleanupTestCase() { delete std::exchange(gDB, nullptr); }
+    void init() { open(); }
 
     void aSeriesIsAsLongAndDenseAsChosen_data()
     {
@@ -49,35 +29,30 @@ private Q_SLOTS:
     {
         QFETCH(int, hours);
         QFETCH(int, minutes);
+        QFETCH(QString, log);
         window->setAdvancedMode(true);
         window->showNumberOfMeasurementsPopup();
-        auto *popup = window->findChild<NumberOfMeasurementsPopup *>();
-        choose(*popup, u"comboBoxDuring"_s, hours);
-        choose(*popup, u"comboBoxTestEvery"_s, minutes);
-        popup->findChild<QPushButton *>(u"buttonMultiple"_s)->click();
-        QFETCH(QString, log);
+        for (const auto &[name, value] :
+             {std::pair{u"comboBoxDuring"_s, hours}, {u"comboBoxTestEvery"_s, minutes}}) {
+            auto *box = shown<QComboBox>(name);
+            if (value > 0)
+                box->setCurrentIndex(box->findData(value));
+        }
+        click(u"buttonMultiple"_s);
         QVERIFY(Utils::getLogEntries().contains(log));
         QTEST(window->getScheduleInfo(), "schedule");
     }
 
-    void theChoicesOfASeriesAreTheFixedOnes()
-    {
-        const auto *popup = window->findChild<NumberOfMeasurementsPopup *>();
-        QCOMPARE(choices(*popup, u"comboBoxDuring"_s), u"1h=1 2h=2 3h=3 6h=6 12h=12 24h=24"_s);
-        QCOMPARE(choices(*popup, u"comboBoxTestEvery"_s),
-                 u"1min=1 2min=2 3min=3 5min=5 10min=10 30min=30 60min=60"_s);
-    }
-
     void aMessageIsNeverCut()
     {
-        const auto *popup = window->findChild<ErrorPopup *>();
-        const auto *label = popup->findChild<QLabel *>(u"labelMessage"_s);
+        const auto *popup = find<ErrorPopup>();
+        const auto *message = popup->findChild<QLabel *>(u"labelMessage"_s);
         int before = 0;
         // The second time the layouts know the popup's height of the first.
         for (const int words : {3, 20}) {
             window->setErrorText(u"Vermessungsergebnis "_s.repeated(words));
             QTest::qWait(0);
-            QVERIFY(label->height() >= label->heightForWidth(label->width()));
+            QVERIFY(message->height() >= message->heightForWidth(message->width()));
             QVERIFY(window->rect().contains(popup->geometry()));
             QVERIFY(popup->height() > before);
             before = popup->height();
@@ -85,41 +60,42 @@ private Q_SLOTS:
         }
     }
 
-    void theKeyboardBeginsWhereAnEarlyKeyDoesLeast_data()
+    // A screen reader says the description of the widget that has the focus.
+    void theKeyboardBeginsWhereAnEarlyKeyDoesLeastAndHearsTheQuestion_data()
     {
-        const Rows<QString, QString> row("popup", "focused");
-        row("agrees to no costs", "WarningPopup", "buttonCancel");
-        row("starts no series", "NumberOfMeasurementsPopup", "buttonSingle");
-        row("presses nothing below", "WaitingPopup", "WaitingPopup");
+        const Rows<QString, QString, QString, QString> row("popup", "question", "focused", "heard");
+        row("agrees to no costs", "WarningPopup", "Costs &amp; <b>roaming</b>.<br>Go on?",
+            "buttonCancel", "Costs & roaming.\nGo on?");
+        row("a notice", "ErrorPopup", "1 &lt; 2", "buttonOk", "1 < 2");
+        row("presses nothing below", "WaitingPopup", "It takes <i>long</i>", "WaitingPopup",
+            "It takes long");
+        row("the title is the question", "LocationPopup", "", "buttonIndoor", "Title");
+        row("starts no series", "NumberOfMeasurementsPopup", "", "buttonSingle", "Title");
     }
-    void theKeyboardBeginsWhereAnEarlyKeyDoesLeast()
+    void theKeyboardBeginsWhereAnEarlyKeyDoesLeastAndHearsTheQuestion()
     {
         QFETCH(QString, popup);
+        QFETCH(QString, question);
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
-        window->findChild<QWidget *>(popup)->show();
+        auto *opened = find<PopupBase>(popup);
+        auto *title = opened->findChild<QLabel *>(u"labelTitle"_s);
+        (title ? title : opened->findChild<QLabel *>(u"labelLocation"_s))->setText(u"Title"_s);
+        if (auto *message = opened->findChild<QLabel *>(u"labelMessage"_s))
+            message->setText(question);
+        opened->show();
+        QCOMPARE(opened->accessibleName(), u"Title"_s);
+        QCOMPARE(opened->accessibleDescription().isEmpty(), question.isEmpty());
         QTEST(window->focusWidget()->objectName(), "focused");
+        QTEST(window->focusWidget()->accessibleDescription(), "heard");
     }
 
-private:
-    static void choose(const QWidget &popup, const QString &box, int value)
+    void aScreenReaderHearsTheSecondOfTwoErrors()
     {
-        auto *combo = popup.findChild<QComboBox *>(box);
-        if (value > 0)
-            combo->setCurrentIndex(combo->findData(value));
+        window->setErrorText(u"first"_s);
+        window->setErrorText(u"second"_s);
+        QCOMPARE(find<ErrorPopup>()->accessibleDescription(), u"second"_s);
     }
-
-    static QString choices(const QWidget &popup, const QString &box)
-    {
-        const auto *combo = popup.findChild<QComboBox *>(box);
-        QStringList all;
-        for (int i = 0; i < combo->count(); ++i)
-            all += combo->itemText(i) + u'=' + combo->itemData(i).toString();
-        return all.join(u' ');
-    }
-
-    std::unique_ptr<FakePlatform> platform;
-    std::unique_ptr<MainWindow> window;
 };
 
 QTEST_MAIN(PopupsTest)

@@ -9,7 +9,6 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QTest>
-#include <QTextBrowser>
 
 using namespace Qt::StringLiterals;
 
@@ -64,7 +63,6 @@ private Q_SLOTS:
     void followsTheFingerAndClicksOnTaps();
     void followsTheFingerOnATurnedPage();
     void leavesOtherButtonsAndTheWheelAlone();
-    void followsLinksOfATextBrowser();
     void servesOneAreaAtATime();
 };
 
@@ -88,8 +86,7 @@ void QsKineticScrollerTest::followsTheFingerAndClicksOnTaps_data()
     row("coasts at most 30 px a tick", fling + u"t1"_s, 545 + 29, 0);
     row("slows by 1 px a tick", fling + u"t3"_s, 545 + 29 + 28 + 27, 0);
     row("28 ticks later it still moves", fling + u"t28"_s, 979, 0);
-    row("30 ticks later it stands", fling + u"t30"_s, 980, 0);
-    row("and stays there", fling + u"t40"_s, 980, 0);
+    row("30 ticks later it stands and stays", fling + u"t40"_s, 980, 0);
     row("coasts down too", "p200 m201 m202 m203 m204 m205 t1 m209 t1 r209 t9", 500 - 9 - 3 - 2 - 1,
         0);
     row("a press stops it and is no tap", fling + u"t2 p200 t1 r200 t1"_s, 545 + 29 + 28, 0);
@@ -108,10 +105,13 @@ void QsKineticScrollerTest::followsTheFingerAndClicksOnTaps()
             switch (step[0].toLatin1()) {
             case 'p': send(area.viewport(), QEvent::MouseButtonPress, at); break;
             case 'm': send(area.viewport(), QEvent::MouseMove, at); break;
-            case 'r':
+            case 'r': {
+                const int before = area.clicks;
                 send(area.viewport(), QEvent::MouseButtonRelease, at);
+                QCOMPARE(area.clicks, before); // a click comes from the event loop
                 QCoreApplication::sendPostedEvents();
                 break;
+            }
             default:
                 for (int i = 0; i < number; ++i)
                     area.tick();
@@ -159,26 +159,6 @@ void QsKineticScrollerTest::leavesOtherButtonsAndTheWheelAlone()
                       Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(area.viewport(), &wheel);
     QVERIFY(area.verticalScrollBar()->value() > 500);
-}
-
-void QsKineticScrollerTest::followsLinksOfATextBrowser()
-{
-    QTextBrowser browser;
-    browser.setOpenLinks(false);
-    browser.setHtml(u"<p><a href='page'>A link as wide as this</a></p>"_s);
-    browser.resize(300, 200);
-    QsKineticScroller scroller;
-    scroller.enableKineticScrollFor(&browser);
-    browser.show();
-    int links = 0;
-    connect(&browser, &QTextBrowser::anchorClicked, &browser, [&links] { ++links; });
-
-    const QPointF link = browser.cursorRect().center() + QPointF(20, 0);
-    send(browser.viewport(), QEvent::MouseButtonPress, link);
-    send(browser.viewport(), QEvent::MouseButtonRelease, link);
-    QCOMPARE(links, 0);
-    QCoreApplication::sendPostedEvents();
-    QCOMPARE(links, 1);
 }
 
 void QsKineticScrollerTest::servesOneAreaAtATime()

@@ -8,6 +8,10 @@
 #include "platform/platform.h"
 #include "ui/details/detailswindow.h"
 #include "ui/mainwindow.h"
+#include "ui/map/geomap.h"
+#include "ui/map/geomaptab.h"
+#include "ui/map/mapswidget.h"
+#include "ui/map/marker.h"
 #include "ui/shell.h"
 #include "utils/deployment.h"
 #include "utils/translations.h"
@@ -25,12 +29,14 @@
 
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int settleMs = 700;
+constexpr int worldZoom = 5;
 
 struct Example
 {
@@ -87,7 +93,9 @@ bool fill()
 {
     qulonglong id = 0;
     bool stored = true;
-    for (const Example &each : examples) {
+    // The newest test stands first, and has the highest id.
+    for (auto example = std::rbegin(examples); example != std::rend(examples); ++example) {
+        const Example &each = *example;
         ++id;
         const QString type = QString::fromLatin1(each.type);
         stored =
@@ -129,7 +137,7 @@ bool fill()
         details.putDouble(u"deviceAltitude"_s, 412);
         details.putDouble(u"deviceDistance"_s, 120);
         details.putDouble(u"deviceVelocity"_s, 5);
-        details.putDouble(u"deviceAccuracyVert"_s, 180);
+        details.putDouble(u"deviceAccuracyVert"_s, 900);
         details.putDouble(u"deviceAccuracyHor"_s, 120);
         details.putString(u"testServerName"_s, u"Swisscom"_s);
         details.putString(u"testServerDomain"_s, u"example"_s);
@@ -228,12 +236,16 @@ void takeAll(MainWindow &window, Camera &camera)
     camera.press(u"buttonOk"_s);
     window.showResultsTab();
     camera.take(u"results"_s);
-    const auto newest = gDB->getResultsById(1);
+    const auto newest = gDB->getResultsById(std::size(examples));
     window.getDetailsWindow()->setTestResults(newest.get());
     window.showDetailsWindow();
     camera.take(u"details"_s);
     window.showGeomapTab();
+    MapsWidget *map = window.findChild<GeoMapTab *>()->map();
+    map->markerClicked(map->shownMarkers().front().get());
     camera.take(u"map"_s);
+    map->map()->setZoomLevel(worldZoom);
+    camera.take(u"world"_s);
     window.showSettingsTab();
     camera.take(u"settings"_s);
     window.showLinksTab();
