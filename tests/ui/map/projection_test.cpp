@@ -20,7 +20,6 @@ private Q_SLOTS:
         row("north west corner", 85.0511288, -180, 1, 0, 0);
         row("south west corner", -85.0511288, -180, 1, 0, 2);
         row("beyond the pole's limit", 89.9, -180, 1, 0, 0);
-        row("180 east is 180 west", 0, 180, 1, 0, 1);
         row("once round the world", 0, 370, 2, 2.111111, 2);
         row("60 south", -60, -90, 0, 0.25, 0.709601); // ln(tan 75) / pi = 0.419203
     }
@@ -52,7 +51,6 @@ private Q_SLOTS:
         view.centre = Mercator::toWorld(0, 179);
         const QPointF beyond = view.toScreen(Mercator::toWorld(0, -179));
         QVERIFY2(std::abs(beyond.x() - (200 + 2048 / 180.0)) < 1, "two degrees to the right");
-        QVERIFY(std::abs(beyond.y() - 150) < 1);
     }
 };
 

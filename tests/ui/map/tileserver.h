@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QHash>
+#include <QBuffer>
+#include <QImage>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -48,30 +49,36 @@ public:
                "\r\n" + headers + "\r\n" + body;
     }
 
+    static QByteArray png(int width, int height)
+    {
+        QImage image(width, height, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QBuffer buffer;
+        image.save(&buffer, "png");
+        return buffer.data();
+    }
+
     QList<Request> requests;
     std::function<QByteArray(const Request &)> answer;
     bool holding = false;
     QList<Request> held; ///< open requests without an answer
-    qsizetype mostHeld = 0;
 
 private:
     void serve(QTcpSocket *socket)
     {
-        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             held.removeIf([socket](const Request &request) { return request.socket == socket; });
+            socket->deleteLater();
         });
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-            buffers[socket] += socket->readAll();
-            if (!buffers[socket].contains("\r\n\r\n"))
+            if (!socket->peek(socket->bytesAvailable()).contains("\r\n\r\n"))
                 return;
-            const QByteArray head = buffers.take(socket);
+            const QByteArray head = socket->readAll();
             const Request request{head.split(' ').value(1), head, socket};
             requests += request;
             if (!holding)
                 return reply(request);
             held += request;
-            mostHeld = std::max(mostHeld, held.size());
         });
     }
 
@@ -80,6 +87,4 @@ private:
         request.socket->write(answer(request));
         request.socket->disconnectFromHost();
     }
-
-    QHash<QTcpSocket *, QByteArray> buffers;
 };
