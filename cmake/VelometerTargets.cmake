@@ -42,7 +42,8 @@ function(velometer_library folder)
 endfunction()
 
 # velometer_test(clock_test LINKS velometer_utils): one Qt Test program from clock_test.cpp, run by
-# ctest without a display and with settings and data of its own.
+# ctest without a display, without the machine's modem and connections, and with settings and data of
+# its own.
 function(velometer_test name)
     cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
     if(NOT arg_SOURCES)
@@ -56,5 +57,5 @@ function(velometer_test name)
     set(home ${CMAKE_BINARY_DIR}/tests/home/${name})
     file(MAKE_DIRECTORY ${home})
     set_tests_properties(${name} PROPERTIES TIMEOUT 120 ENVIRONMENT
-        "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;HOME=${home};XDG_CONFIG_HOME=${home}/config;XDG_DATA_HOME=${home}/data;XDG_CACHE_HOME=${home}/cache;XDG_CONFIG_DIRS=${home}/none;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan.supp")
+        "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;HOME=${home};XDG_CONFIG_HOME=${home}/config;XDG_DATA_HOME=${home}/data;XDG_CACHE_HOME=${home}/cache;XDG_CONFIG_DIRS=${home}/none;DBUS_SYSTEM_BUS_ADDRESS=unix:path=${home}/none;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan.supp")
 endfunction()

@@ -131,44 +131,6 @@ BEFEHL --help sagt zu jedem mehr.
 </translation>
     </message>
     <message>
-        <source>velometer-cli [test] [options]
-
-  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
-  --count N                  so many tests (1 to 100000)
-  --interval SECONDS         from start to start (0 to 604800)
-  --format text|json|csv     also --json, --csv
-  --json-stream              events as they happen, one JSON object a line
-  --progress auto|yes|no     to standard error; auto: on a terminal
-  --allow-roaming            test even when it may be expensive
-  -4, -6                     only IPv4, only IPv6
-  --script FILE              replay a recorded device
-
-Examples:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --json | jq .download.avg_bps
-</source>
-        <translation>velometer-cli [test] [Optionen]
-
-  --server NAME|HOST[:PORT]  ein Server der Liste oder ein anderer (Port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car oder Other
-  --count N                  so viele Tests (1 bis 100000)
-  --interval SECONDS         von Start zu Start (0 bis 604800)
-  --format text|json|csv     auch --json, --csv
-  --json-stream              Ereignisse laufend, ein JSON-Objekt pro Zeile
-  --progress auto|yes|no     auf die Standardfehlerausgabe; auto: an einem Terminal
-  --allow-roaming            auch messen, wenn es teuer werden kann
-  -4, -6                     nur IPv4, nur IPv6
-  --script FILE              ein aufgezeichnetes Gerät abspielen
-
-Beispiele:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --json | jq .download.avg_bps
-</translation>
-    </message>
-    <message>
         <source>velometer-cli results [--format text|json|csv] [--limit N]
 
 Lists the stored tests, the newest first.
@@ -241,22 +203,6 @@ Beispiel:
 </translation>
     </message>
     <message>
-        <source>velometer-cli context [--format text|json|csv] [--script FILE]
-
-What the device tells about network, position and itself, and what it does not.
-
-Example:
-  velometer-cli context --json
-</source>
-        <translation>velometer-cli context [--format text|json|csv] [--script FILE]
-
-Was das Gerät über Netz, Position und sich selbst sagt und was nicht.
-
-Beispiel:
-  velometer-cli context --json
-</translation>
-    </message>
-    <message>
         <source>velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]
 
 Offers the waiting reports to the service once. Exit status 0: none waits any
@@ -306,6 +252,74 @@ Befehl nur, was er löschen würde.
 
 Beispiel:
   velometer-cli clear --yes
+</translation>
+    </message>
+    <message>
+        <source>--platform takes system, scripted:FILE or none, not %1.</source>
+        <translation>--platform nimmt system, scripted:DATEI oder none, nicht %1.</translation>
+    </message>
+    <message>
+        <source>velometer-cli [test] [options]
+
+  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
+  --count N                  so many tests (1 to 100000)
+  --interval SECONDS         from start to start (0 to 604800)
+  --format text|json|csv     also --json, --csv
+  --json-stream              events as they happen, one JSON object a line
+  --progress auto|yes|no     to standard error; auto: on a terminal
+  --allow-roaming            test even when it may be expensive
+  -4, -6                     only IPv4, only IPv6
+  --platform system|scripted:FILE|none
+                             ask the device, replay a recorded one (also
+                             --script FILE), or do without modem and position
+
+Examples:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --json | jq .download.avg_bps
+</source>
+        <translation>velometer-cli [test] [Optionen]
+
+  --server NAME|HOST[:PORT]  ein Server der Liste oder ein anderer (Port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car oder Other
+  --count N                  so viele Tests (1 bis 100000)
+  --interval SECONDS         von Start zu Start (0 bis 604800)
+  --format text|json|csv     auch --json, --csv
+  --json-stream              Ereignisse laufend, ein JSON-Objekt pro Zeile
+  --progress auto|yes|no     auf die Standardfehlerausgabe; auto: an einem Terminal
+  --allow-roaming            auch messen, wenn es teuer werden kann
+  -4, -6                     nur IPv4, nur IPv6
+  --platform system|scripted:FILE|none
+                             das Gerät fragen, ein aufgezeichnetes abspielen (auch
+                             --script FILE) oder ohne Modem und Position auskommen
+
+Beispiele:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --json | jq .download.avg_bps
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli context [--watch] [--format text|json|csv]
+                      [--platform system|scripted:FILE|none]
+
+What the device tells about network, position and itself, and what it does not.
+With --watch again after every change, until interrupted.
+
+Examples:
+  velometer-cli context --json
+  velometer-cli context --watch
+</source>
+        <translation>velometer-cli context [--watch] [--format text|json|csv]
+                      [--platform system|scripted:FILE|none]
+
+Was das Gerät über Netz, Position und sich selbst sagt und was nicht.
+Mit --watch erneut nach jeder Änderung, bis zum Abbruch.
+
+Beispiele:
+  velometer-cli context --json
+  velometer-cli context --watch
 </translation>
     </message>
 </context>
@@ -621,6 +635,70 @@ Beispiel:
     <message>
         <source>Subscriber id</source>
         <translation>Teilnehmernummer</translation>
+    </message>
+    <message>
+        <source>There is no system bus: modem and connection are unknown.</source>
+        <translation>Es gibt keinen Systembus: Modem und Verbindung sind unbekannt.</translation>
+    </message>
+    <message>
+        <source>ModemManager is not running.</source>
+        <translation>ModemManager läuft nicht.</translation>
+    </message>
+    <message>
+        <source>ModemManager does not answer.</source>
+        <translation>ModemManager antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>ModemManager knows of no modem.</source>
+        <translation>ModemManager kennt kein Modem.</translation>
+    </message>
+    <message>
+        <source>NetworkManager is not running.</source>
+        <translation>NetworkManager läuft nicht.</translation>
+    </message>
+    <message>
+        <source>NetworkManager does not answer.</source>
+        <translation>NetworkManager antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>NetworkManager has no active connection.</source>
+        <translation>NetworkManager hat keine aktive Verbindung.</translation>
+    </message>
+    <message>
+        <source>There is no source of positions.</source>
+        <translation>Es gibt keine Positionsquelle.</translation>
+    </message>
+    <message>
+        <source>There is no source of satellites.</source>
+        <translation>Es gibt keine Satellitenquelle.</translation>
+    </message>
+    <message>
+        <source>RSRP, dBm</source>
+        <translation>RSRP, dBm</translation>
+    </message>
+    <message>
+        <source>RSRQ, dB</source>
+        <translation>RSRQ, dB</translation>
+    </message>
+    <message>
+        <source>SNR, dB</source>
+        <translation>SNR, dB</translation>
+    </message>
+    <message>
+        <source>WLAN name</source>
+        <translation>WLAN-Name</translation>
+    </message>
+    <message>
+        <source>Metered</source>
+        <translation>Getaktet</translation>
+    </message>
+    <message>
+        <source>Connectivity</source>
+        <translation>Erreichbarkeit</translation>
+    </message>
+    <message>
+        <source>Position source</source>
+        <translation>Positionsquelle</translation>
     </message>
 </context>
 <context>

@@ -131,44 +131,6 @@ COMMAND --help tells more about each.
 </translation>
     </message>
     <message>
-        <source>velometer-cli [test] [options]
-
-  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
-  --count N                  so many tests (1 to 100000)
-  --interval SECONDS         from start to start (0 to 604800)
-  --format text|json|csv     also --json, --csv
-  --json-stream              events as they happen, one JSON object a line
-  --progress auto|yes|no     to standard error; auto: on a terminal
-  --allow-roaming            test even when it may be expensive
-  -4, -6                     only IPv4, only IPv6
-  --script FILE              replay a recorded device
-
-Examples:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --json | jq .download.avg_bps
-</source>
-        <translation>velometer-cli [test] [options]
-
-  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
-  --count N                  so many tests (1 to 100000)
-  --interval SECONDS         from start to start (0 to 604800)
-  --format text|json|csv     also --json, --csv
-  --json-stream              events as they happen, one JSON object a line
-  --progress auto|yes|no     to standard error; auto: on a terminal
-  --allow-roaming            test even when it may be expensive
-  -4, -6                     only IPv4, only IPv6
-  --script FILE              replay a recorded device
-
-Examples:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --json | jq .download.avg_bps
-</translation>
-    </message>
-    <message>
         <source>velometer-cli results [--format text|json|csv] [--limit N]
 
 Lists the stored tests, the newest first.
@@ -241,22 +203,6 @@ Example:
 </translation>
     </message>
     <message>
-        <source>velometer-cli context [--format text|json|csv] [--script FILE]
-
-What the device tells about network, position and itself, and what it does not.
-
-Example:
-  velometer-cli context --json
-</source>
-        <translation>velometer-cli context [--format text|json|csv] [--script FILE]
-
-What the device tells about network, position and itself, and what it does not.
-
-Example:
-  velometer-cli context --json
-</translation>
-    </message>
-    <message>
         <source>velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]
 
 Offers the waiting reports to the service once. Exit status 0: none waits any
@@ -306,6 +252,74 @@ what it would delete.
 
 Example:
   velometer-cli clear --yes
+</translation>
+    </message>
+    <message>
+        <source>--platform takes system, scripted:FILE or none, not %1.</source>
+        <translation>--platform takes system, scripted:FILE or none, not %1.</translation>
+    </message>
+    <message>
+        <source>velometer-cli [test] [options]
+
+  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
+  --count N                  so many tests (1 to 100000)
+  --interval SECONDS         from start to start (0 to 604800)
+  --format text|json|csv     also --json, --csv
+  --json-stream              events as they happen, one JSON object a line
+  --progress auto|yes|no     to standard error; auto: on a terminal
+  --allow-roaming            test even when it may be expensive
+  -4, -6                     only IPv4, only IPv6
+  --platform system|scripted:FILE|none
+                             ask the device, replay a recorded one (also
+                             --script FILE), or do without modem and position
+
+Examples:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --json | jq .download.avg_bps
+</source>
+        <translation>velometer-cli [test] [options]
+
+  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
+  --count N                  so many tests (1 to 100000)
+  --interval SECONDS         from start to start (0 to 604800)
+  --format text|json|csv     also --json, --csv
+  --json-stream              events as they happen, one JSON object a line
+  --progress auto|yes|no     to standard error; auto: on a terminal
+  --allow-roaming            test even when it may be expensive
+  -4, -6                     only IPv4, only IPv6
+  --platform system|scripted:FILE|none
+                             ask the device, replay a recorded one (also
+                             --script FILE), or do without modem and position
+
+Examples:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --json | jq .download.avg_bps
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli context [--watch] [--format text|json|csv]
+                      [--platform system|scripted:FILE|none]
+
+What the device tells about network, position and itself, and what it does not.
+With --watch again after every change, until interrupted.
+
+Examples:
+  velometer-cli context --json
+  velometer-cli context --watch
+</source>
+        <translation>velometer-cli context [--watch] [--format text|json|csv]
+                      [--platform system|scripted:FILE|none]
+
+What the device tells about network, position and itself, and what it does not.
+With --watch again after every change, until interrupted.
+
+Examples:
+  velometer-cli context --json
+  velometer-cli context --watch
 </translation>
     </message>
 </context>
@@ -621,6 +635,70 @@ Example:
     <message>
         <source>Subscriber id</source>
         <translation>Subscriber id</translation>
+    </message>
+    <message>
+        <source>There is no system bus: modem and connection are unknown.</source>
+        <translation>There is no system bus: modem and connection are unknown.</translation>
+    </message>
+    <message>
+        <source>ModemManager is not running.</source>
+        <translation>ModemManager is not running.</translation>
+    </message>
+    <message>
+        <source>ModemManager does not answer.</source>
+        <translation>ModemManager does not answer.</translation>
+    </message>
+    <message>
+        <source>ModemManager knows of no modem.</source>
+        <translation>ModemManager knows of no modem.</translation>
+    </message>
+    <message>
+        <source>NetworkManager is not running.</source>
+        <translation>NetworkManager is not running.</translation>
+    </message>
+    <message>
+        <source>NetworkManager does not answer.</source>
+        <translation>NetworkManager does not answer.</translation>
+    </message>
+    <message>
+        <source>NetworkManager has no active connection.</source>
+        <translation>NetworkManager has no active connection.</translation>
+    </message>
+    <message>
+        <source>There is no source of positions.</source>
+        <translation>There is no source of positions.</translation>
+    </message>
+    <message>
+        <source>There is no source of satellites.</source>
+        <translation>There is no source of satellites.</translation>
+    </message>
+    <message>
+        <source>RSRP, dBm</source>
+        <translation>RSRP, dBm</translation>
+    </message>
+    <message>
+        <source>RSRQ, dB</source>
+        <translation>RSRQ, dB</translation>
+    </message>
+    <message>
+        <source>SNR, dB</source>
+        <translation>SNR, dB</translation>
+    </message>
+    <message>
+        <source>WLAN name</source>
+        <translation>WLAN name</translation>
+    </message>
+    <message>
+        <source>Metered</source>
+        <translation>Metered</translation>
+    </message>
+    <message>
+        <source>Connectivity</source>
+        <translation>Connectivity</translation>
+    </message>
+    <message>
+        <source>Position source</source>
+        <translation>Position source</translation>
     </message>
 </context>
 <context>

@@ -134,7 +134,10 @@ private:
     QString server(const QString &v) { return takeText("--server"_L1, v, &line.server); }
     QString config(const QString &v) { return takeText("--config"_L1, v, &line.configFile); }
     QString dataDir(const QString &v) { return takeText("--data-dir"_L1, v, &line.dataDir); }
-    QString script(const QString &v) { return takeText("--script"_L1, v, &line.script); }
+    QString script(const QString &v);
+    QString platform(const QString &v);
+    QString takePlatform(const QString &option, const QString &file, bool none);
+    QString watch(const QString &) { return set(&line.watch); }
     QString count(const QString &v)
     {
         return takeNumber("--count"_L1, v, 1, maxCount, &line.count);
@@ -169,6 +172,7 @@ private:
     QList<Given> given;
     QStringList words;
     QString formatOption;
+    QString platformOption;
     bool intervalGiven = false;
 };
 
@@ -188,6 +192,8 @@ const Parser::Option Parser::options[] = {
     {"--limit"_L1, true, bit(Command::Results), &Parser::limit},
     {"--yes"_L1, false, bit(Command::Clear), &Parser::yes},
     {"--script"_L1, true, onDevice, &Parser::script},
+    {"--platform"_L1, true, onDevice, &Parser::platform},
+    {"--watch"_L1, false, bit(Command::Context), &Parser::watch},
     {"--config"_L1, true, everywhere, &Parser::config},
     {"--data-dir"_L1, true, everywhere, &Parser::dataDir},
     {"--verbose"_L1, false, everywhere, &Parser::verbose},
@@ -341,6 +347,35 @@ QString Parser::location(const QString &value)
         }
     }
     return CommandLine::tr("--location takes %1, not %2.").arg(listed(codes), quoted(value));
+}
+
+QString Parser::takePlatform(const QString &option, const QString &file, bool none)
+{
+    if (!platformOption.isEmpty() && (file != line.script || none != line.noDevice))
+        return CommandLine::tr("%1 and %2 contradict each other.").arg(platformOption, option);
+    platformOption = option;
+    line.script = file;
+    line.noDevice = none;
+    return {};
+}
+
+QString Parser::script(const QString &value)
+{
+    if (value.isEmpty())
+        return CommandLine::tr("%1 needs a value.").arg("--script"_L1);
+    return takePlatform(u"--script"_s, value, false);
+}
+
+QString Parser::platform(const QString &value)
+{
+    constexpr auto scripted = "scripted:"_L1;
+    const QString option = "--platform "_L1 + quoted(value);
+    if (value == "system"_L1 || value == "none"_L1)
+        return takePlatform(option, QString(), value == "none"_L1);
+    if (value.startsWith(scripted) && value.size() > scripted.size())
+        return takePlatform(option, value.mid(scripted.size()), false);
+    return CommandLine::tr("--platform takes system, scripted:FILE or none, not %1.")
+        .arg(quoted(value));
 }
 
 QString Parser::progress(const QString &value)

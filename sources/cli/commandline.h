@@ -48,9 +48,11 @@ public:
     bool yes = false;
     QAbstractSocket::NetworkLayerProtocol protocol = QAbstractSocket::AnyIPProtocol;
     StoredTest storedTest;
-    QString configFile; ///< empty for the usual places
-    QString dataDir;    ///< empty for the usual place
-    QString script;     ///< replay this instead of asking the device; empty for the device
+    QString configFile;    ///< empty for the usual places
+    QString dataDir;       ///< empty for the usual place
+    QString script;        ///< replay this instead of asking the device; empty for the device
+    bool noDevice = false; ///< neither modem nor position, whatever the device has
+    bool watch = false;    ///< print again whenever something changes
     bool verbose = false;
     bool help = false;
     bool version = false;

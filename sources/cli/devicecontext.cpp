@@ -7,6 +7,9 @@
 #include "context/deviceinfohelper.h"
 #include "context/locationhelper.h"
 #include "context/networkinfohelper.h"
+#include "platform/platform.h"
+
+#include <QJsonArray>
 
 #include <chrono>
 
@@ -18,6 +21,8 @@ namespace {
 constexpr auto pollInterval = 100ms;
 /// A modem answers within a second; a first position may take minutes and is not waited for.
 constexpr int maxPolls = 3s / pollInterval;
+/// Cell and location area are known once a second.
+constexpr auto watchInterval = 1s;
 
 TestSummary::Text known(const QString &value)
 {
@@ -30,10 +35,61 @@ QJsonValue orNull(const TestSummary::Text &value)
     return value ? QJsonValue(*value) : QJsonValue(QJsonValue::Null);
 }
 
+QJsonValue orNull(const std::optional<double> &value)
+{
+    return value ? QJsonValue(*value) : QJsonValue(QJsonValue::Null);
+}
+
+TestSummary::Text number(const std::optional<double> &value)
+{
+    return value ? TestSummary::Text(QString::number(*value, 'f', 1)) : TestSummary::Text();
+}
+
+/// Fixed names: what programs read is not translated.
+TestSummary::Text meteredName(const PlatformFacts &facts)
+{
+    if (!facts.metered)
+        return {};
+    const QString name = *facts.metered ? u"yes"_s : u"no"_s;
+    return facts.meteredGuessed ? name + "-guessed"_L1 : name;
+}
+
+TestSummary::Text connectivityName(PlatformFacts::Connectivity connectivity)
+{
+    switch (connectivity) {
+    case PlatformFacts::Connectivity::Unknown: break;
+    case PlatformFacts::Connectivity::None: return u"none"_s;
+    case PlatformFacts::Connectivity::Portal: return u"portal"_s;
+    case PlatformFacts::Connectivity::Limited: return u"limited"_s;
+    case PlatformFacts::Connectivity::Full: return u"full"_s;
+    }
+    return {};
+}
+
+QString sentence(PlatformFacts::Missing missing)
+{
+    using Missing = PlatformFacts::Missing;
+    switch (missing) {
+    case Missing::SystemBus:
+        return DeviceContext::tr("There is no system bus: modem and connection are unknown.");
+    case Missing::ModemManager: return DeviceContext::tr("ModemManager is not running.");
+    case Missing::ModemManagerAnswer: return DeviceContext::tr("ModemManager does not answer.");
+    case Missing::Modem: return DeviceContext::tr("ModemManager knows of no modem.");
+    case Missing::NetworkManager: return DeviceContext::tr("NetworkManager is not running.");
+    case Missing::NetworkManagerAnswer: return DeviceContext::tr("NetworkManager does not answer.");
+    case Missing::PrimaryConnection:
+        return DeviceContext::tr("NetworkManager has no active connection.");
+    case Missing::PositionSource: return DeviceContext::tr("There is no source of positions.");
+    case Missing::SatelliteSource: return DeviceContext::tr("There is no source of satellites.");
+    }
+    Q_UNREACHABLE();
+}
+
 } // namespace
 
-DeviceContext::DeviceContext(Platform &platform)
-    : location(std::make_unique<LocationHelper>(platform, nullptr))
+DeviceContext::DeviceContext(Platform &devicePlatform)
+    : platform(devicePlatform)
+    , location(std::make_unique<LocationHelper>(platform, nullptr))
     , network(std::make_unique<NetworkInfoHelper>(platform, nullptr))
     , device(std::make_unique<DeviceInfoHelper>(platform, nullptr))
 {
@@ -42,24 +98,49 @@ DeviceContext::DeviceContext(Platform &platform)
 
 DeviceContext::~DeviceContext() = default;
 
-void DeviceContext::look()
+void DeviceContext::look(Until end)
 {
+    until = end;
     timer.start(pollInterval);
 }
 
 void DeviceContext::poll()
 {
     const QString mode = network->getNetworkmode();
-    const bool complete =
-        location->getLocationStatus() != 0 && !mode.isEmpty() && mode != "Unknown"_L1;
+    const bool complete = platform.isComplete() && location->getLocationStatus() != 0 &&
+                          !mode.isEmpty() && mode != "Unknown"_L1;
     if (++polls < maxPolls && !complete)
         return;
     timer.stop();
+    if (until == Until::Interrupted) {
+        timer.disconnect(this);
+        connect(&timer, &QTimer::timeout, this, &DeviceContext::watch);
+        timer.start(watchInterval);
+        lastText = text();
+    }
     Q_EMIT ready();
+}
+
+void DeviceContext::watch()
+{
+    const QString now = text();
+    if (now == lastText)
+        return;
+    lastText = now;
+    Q_EMIT ready();
+}
+
+QStringList DeviceContext::missing() const
+{
+    QStringList sentences;
+    for (const PlatformFacts::Missing each : platform.facts().missing)
+        sentences.append(sentence(each));
+    return sentences;
 }
 
 QList<DeviceContext::Fact> DeviceContext::facts() const
 {
+    const PlatformFacts extra = platform.facts();
     const bool located = location->getLocationStatus() != 0;
     const auto ofPosition = [&](const QString &value) {
         return located ? known(value) : TestSummary::Text();
@@ -70,12 +151,19 @@ QList<DeviceContext::Fact> DeviceContext::facts() const
         {u"network_name"_s, tr("Network name"), known(network->getNetworkname())},
         {u"signal"_s, tr("Signal, %"), known(network->getNetworksignal())},
         {u"wlan_signal"_s, tr("WLAN signal, %"), known(network->getWlansignal())},
+        {u"rsrp_dbm"_s, tr("RSRP, dBm"), number(extra.rsrp)},
+        {u"rsrq_db"_s, tr("RSRQ, dB"), number(extra.rsrq)},
+        {u"snr_db"_s, tr("SNR, dB"), number(extra.snr)},
+        {u"ssid"_s, tr("WLAN name"), known(extra.ssid)},
+        {u"metered"_s, tr("Metered"), meteredName(extra)},
+        {u"connectivity"_s, tr("Connectivity"), connectivityName(extra.connectivity)},
         {u"mcc"_s, tr("Country code"), known(network->getMcc())},
         {u"mnc"_s, tr("Operator code"), known(network->getMnc())},
         {u"home_mcc"_s, tr("Home country code"), known(network->getHomemcc())},
         {u"home_mnc"_s, tr("Home operator code"), known(network->getHomemnc())},
         {u"lac"_s, tr("Location area"), known(network->getNetworklac())},
         {u"cell"_s, tr("Cell"), known(network->getNetworkcell())},
+        {u"position_source"_s, tr("Position source"), known(extra.positionSource)},
         {u"position_valid"_s, tr("Position"), known(location->getCordValid())},
         {u"position_type"_s, tr("Kind of position"), ofPosition(location->getPosType())},
         {u"latitude"_s, tr("Latitude"), ofPosition(location->getLatitude())},
@@ -101,7 +189,10 @@ QString DeviceContext::text() const
     QList<std::pair<QString, TestSummary::Text>> rows;
     for (const Fact &fact : facts())
         rows.append({fact.label, fact.value});
-    return TextFormat::facts(rows);
+    QString page = TextFormat::facts(rows);
+    for (const QString &each : missing())
+        page += each + u'\n';
+    return page;
 }
 
 QByteArray DeviceContext::json() const
@@ -109,6 +200,13 @@ QByteArray DeviceContext::json() const
     QJsonObject net = JsonFormat::network(TestSummary::networkOf(*network));
     net.insert("status"_L1, orNull(known(network->getNetworkstatus())));
     net.insert("wlan_signal"_L1, orNull(known(network->getWlansignal())));
+    const PlatformFacts extra = platform.facts();
+    net.insert("rsrp_dbm"_L1, orNull(extra.rsrp));
+    net.insert("rsrq_db"_L1, orNull(extra.rsrq));
+    net.insert("snr_db"_L1, orNull(extra.snr));
+    net.insert("ssid"_L1, orNull(known(extra.ssid)));
+    net.insert("metered"_L1, orNull(meteredName(extra)));
+    net.insert("connectivity"_L1, orNull(connectivityName(extra.connectivity)));
     QJsonObject dev = JsonFormat::device(TestSummary::deviceOf(*device));
     dev.insert("imei"_L1, orNull(known(device->getImei())));
     dev.insert("imsi"_L1, orNull(known(device->getImsi())));
@@ -119,8 +217,10 @@ QByteArray DeviceContext::json() const
     };
     return JsonFormat::line({{u"network"_s, net},
                              {u"position"_s, position},
+                             {u"position_source"_s, orNull(known(extra.positionSource))},
                              {u"satellites"_s, satellites},
-                             {u"device"_s, dev}});
+                             {u"device"_s, dev},
+                             {u"missing"_s, QJsonArray::fromStringList(missing())}});
 }
 
 QByteArray DeviceContext::csv() const
@@ -128,5 +228,7 @@ QByteArray DeviceContext::csv() const
     QByteArray table = CsvFormat::line({u"name"_s, u"value"_s});
     for (const Fact &fact : facts())
         table += CsvFormat::line({fact.name, CsvFormat::cell(fact.value.value_or(QString()))});
+    for (const QString &each : missing())
+        table += CsvFormat::line({u"missing"_s, CsvFormat::cell(each)});
     return table;
 }

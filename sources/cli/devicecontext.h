@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 
 #include <memory>
@@ -14,18 +15,25 @@ class LocationHelper;
 class NetworkInfoHelper;
 class Platform;
 
-/// One look at what the device tells about network, position and itself. Main thread only.
+/// What the device tells about network, position and itself, and what it does not. Main thread
+/// only.
 class DeviceContext : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @p platform is borrowed and outlives the context.
-    explicit DeviceContext(Platform &platform);
+    /// @p devicePlatform is borrowed and outlives the context.
+    explicit DeviceContext(Platform &devicePlatform);
     ~DeviceContext() override;
 
-    /// Gives the device time to answer; ends in one ready(), at the latest after three seconds.
-    void look();
+    enum class Until {
+        Ready,       ///< one look
+        Interrupted, ///< again after every change
+    };
+
+    /// Gives the device time to answer; then comes ready(), at the latest after three seconds, and
+    /// with Until::Interrupted again whenever text() has changed.
+    void look(Until end = Until::Ready);
 
     // What is known now; translated labels in the text, fixed names in the others.
     QString text() const;
@@ -44,11 +52,17 @@ private:
     };
 
     void poll();
+    void watch();
     QList<Fact> facts() const;
+    QStringList missing() const;
+
+    Platform &platform;
 
     std::unique_ptr<LocationHelper> location;
     std::unique_ptr<NetworkInfoHelper> network;
     std::unique_ptr<DeviceInfoHelper> device;
     QTimer timer;
     int polls = 0;
+    Until until = Until::Ready;
+    QString lastText; ///< of the last ready(), while watching
 };

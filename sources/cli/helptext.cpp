@@ -47,7 +47,9 @@ QString CommandLine::helpText(Command command, bool overview)
                   "  --progress auto|yes|no     to standard error; auto: on a terminal\n"
                   "  --allow-roaming            test even when it may be expensive\n"
                   "  -4, -6                     only IPv4, only IPv6\n"
-                  "  --script FILE              replay a recorded device\n"
+                  "  --platform system|scripted:FILE|none\n"
+                  "                             ask the device, replay a recorded one (also\n"
+                  "                             --script FILE), or do without modem and position\n"
                   "\n"
                   "Examples:\n"
                   "  velometer-cli --location train\n"
@@ -91,13 +93,16 @@ QString CommandLine::helpText(Command command, bool overview)
                   "  velometer-cli servers\n") +
                u'\n' + common;
     case Command::Context:
-        return tr("velometer-cli context [--format text|json|csv] [--script FILE]\n"
+        return tr("velometer-cli context [--watch] [--format text|json|csv]\n"
+                  "                      [--platform system|scripted:FILE|none]\n"
                   "\n"
                   "What the device tells about network, position and itself, and what it does "
                   "not.\n"
+                  "With --watch again after every change, until interrupted.\n"
                   "\n"
-                  "Example:\n"
-                  "  velometer-cli context --json\n") +
+                  "Examples:\n"
+                  "  velometer-cli context --json\n"
+                  "  velometer-cli context --watch\n") +
                u'\n' + common;
     case Command::Resend:
         return tr("velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]\n"

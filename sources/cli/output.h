@@ -26,6 +26,9 @@ public:
     /// wrong.
     QString error() const { return failure; }
 
+    /// Whether the reader has gone away.
+    bool isGone() const { return gone; }
+
     bool isTerminal() const;
     /// Columns of the terminal; 80 when it does not say.
     int width() const;

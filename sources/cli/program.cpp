@@ -111,8 +111,10 @@ ExitStatus Program::refuse(ExitStatus status, const QString &sentence)
 bool Program::createPlatform()
 {
     QString error;
-    platform =
-        options.script.isEmpty() ? Platform::system() : Platform::scripted(options.script, &error);
+    if (!options.script.isEmpty())
+        platform = Platform::scripted(options.script, &error);
+    else
+        platform = options.noDevice ? Platform::none() : Platform::system();
     if (!platform)
         refuse(ExitStatus::Usage, error);
     return platform != nullptr;
@@ -367,7 +369,7 @@ void Program::describeContext()
         return end(ExitStatus::Usage);
     context = std::make_unique<DeviceContext>(*platform);
     connect(context.get(), &DeviceContext::ready, this, &Program::printContext);
-    context->look();
+    context->look(options.watch ? DeviceContext::Until::Interrupted : DeviceContext::Until::Ready);
 }
 
 void Program::printContext()
@@ -377,6 +379,8 @@ void Program::printContext()
     else if (options.format == Format::Csv)
         out.write(context->csv());
     else
-        out.write(context->text().toUtf8());
-    end(ExitStatus::Done);
+        out.write(context->text().toUtf8() + (options.watch ? "\n" : ""));
+    // A watcher goes on until it is interrupted, or until nobody reads any more.
+    if (!options.watch || !out.error().isEmpty() || out.isGone())
+        end(ExitStatus::Done);
 }

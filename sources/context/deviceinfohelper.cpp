@@ -43,50 +43,69 @@ QString substituteImei()
 
 DeviceInfoHelper::DeviceInfoHelper(Platform &platform, QObject *parent)
     : QObject(parent)
+    , sysinfo(platform.createDeviceInfoSource())
+    , plattform(u"Meego (Qt: %1)"_s.arg(QString::fromLatin1(qVersion())))
 {
-    const std::unique_ptr<DeviceInfoSource> sysinfo = platform.createDeviceInfoSource();
-    imei = cleanText(sysinfo->imei());
-    imsi = cleanText(sysinfo->imsi());
-    manufacturer = cleanText(sysinfo->manufacturer());
-    productname = cleanText(sysinfo->productName());
-    model = cleanText(sysinfo->model());
+    if (sysinfo->isComplete())
+        identity();
+    else
+        connect(sysinfo.get(), &DeviceInfoSource::completed, this, [this] { identity(); });
+}
+
+DeviceInfoHelper::~DeviceInfoHelper() = default;
+
+const DeviceInfoHelper::Identity &DeviceInfoHelper::identity() const
+{
+    if (!known)
+        known = read(*sysinfo);
+    return *known;
+}
+
+DeviceInfoHelper::Identity DeviceInfoHelper::read(const DeviceInfoSource &source)
+{
+    Identity identity;
+    identity.imei = cleanText(source.imei());
+    identity.imsi = cleanText(source.imsi());
+    identity.manufacturer = cleanText(source.manufacturer());
+    identity.productname = cleanText(source.productName());
+    identity.model = cleanText(source.model());
 
     // That device names its processor with a blank behind it in place of itself.
-    if (model == "armv7l "_L1)
-        model = u"N900"_s;
-    if (imei.isEmpty())
-        imei = substituteImei();
-    plattform = u"Meego (Qt: %1)"_s.arg(QString::fromLatin1(qVersion()));
+    if (identity.model == "armv7l "_L1)
+        identity.model = u"N900"_s;
+    if (identity.imei.isEmpty())
+        identity.imei = substituteImei();
 
-    Utils::addLogEntry(u"IMEI: %1"_s.arg(imei));
-    Utils::addLogEntry(u"Manufacturer: %1"_s.arg(manufacturer));
-    Utils::addLogEntry(u"ProductName: %1"_s.arg(productname));
-    Utils::addLogEntry(u"Model: %1"_s.arg(model));
+    Utils::addLogEntry(u"IMEI: %1"_s.arg(identity.imei));
+    Utils::addLogEntry(u"Manufacturer: %1"_s.arg(identity.manufacturer));
+    Utils::addLogEntry(u"ProductName: %1"_s.arg(identity.productname));
+    Utils::addLogEntry(u"Model: %1"_s.arg(identity.model));
+    return identity;
 }
 
 QString DeviceInfoHelper::getImei() const
 {
-    return imei;
+    return identity().imei;
 }
 
 QString DeviceInfoHelper::getImsi() const
 {
-    return imsi;
+    return identity().imsi;
 }
 
 QString DeviceInfoHelper::getManufacturer() const
 {
-    return manufacturer;
+    return identity().manufacturer;
 }
 
 QString DeviceInfoHelper::getProductName() const
 {
-    return productname;
+    return identity().productname;
 }
 
 QString DeviceInfoHelper::getModel() const
 {
-    return model;
+    return identity().model;
 }
 
 QString DeviceInfoHelper::getPlattform() const

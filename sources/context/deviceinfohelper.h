@@ -3,18 +3,24 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+#include <optional>
+
+class DeviceInfoSource;
 class Platform;
 
-/// Who the device is, read once at construction; nothing changes afterwards. A device without an
-/// IMEI gets 14 random digits instead, made once and kept in the settings ("fakeimei"), so that it
-/// is the same device to the service in every run. Texts are cut to 256 characters and lose their
-/// control characters. Main thread only.
+/// Who the device is, read once: at construction, or when the device has answered, two seconds
+/// later at the latest; who asks before that settles it with what is known by then. A device
+/// without an IMEI gets 14 random digits instead, made once and kept in the settings ("fakeimei"),
+/// so that it is the same device to the service in every run. Texts are cut to 256 characters and
+/// lose their control characters. Main thread only.
 class DeviceInfoHelper : public QObject
 {
     Q_OBJECT
 
 public:
     DeviceInfoHelper(Platform &platform, QObject *parent);
+    ~DeviceInfoHelper() override;
 
     QString getImei() const;
     QString getImsi() const;
@@ -28,10 +34,19 @@ public:
     void stopService() {}
 
 private:
-    QString imei;
-    QString imsi;
-    QString manufacturer;
-    QString productname;
-    QString model;
+    struct Identity
+    {
+        QString imei;
+        QString imsi;
+        QString manufacturer;
+        QString productname;
+        QString model;
+    };
+
+    const Identity &identity() const;
+    static Identity read(const DeviceInfoSource &source);
+
+    std::unique_ptr<DeviceInfoSource> sysinfo;
+    mutable std::optional<Identity> known; ///< settled when it is first needed
     QString plattform;
 };

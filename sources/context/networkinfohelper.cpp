@@ -67,7 +67,7 @@ bool isCellular(NetworkMode mode)
     return false;
 }
 
-QString idText(int id)
+QString idText(qint64 id)
 {
     return id < 0 ? QString() : QString::number(id);
 }
@@ -95,6 +95,10 @@ NetworkInfoHelper::NetworkInfoHelper(Platform &platform, QObject *parent)
             &NetworkInfoHelper::currentMobileCountryCodeChanged);
     connect(info, &NetworkInfoSource::currentMobileNetworkCodeChanged, this,
             &NetworkInfoHelper::currentMobileNetworkCodeChanged);
+    connect(info, &NetworkInfoSource::homeOperatorChanged, this, [this] {
+        homemcc = cleanText(netinfo->homeMobileCountryCode());
+        homemnc = cleanText(netinfo->homeMobileNetworkCode());
+    });
     connect(info, &NetworkInfoSource::networkModeChanged, this,
             &NetworkInfoHelper::networkModeChanged);
     connect(info, &NetworkInfoSource::networkStatusChanged, this,

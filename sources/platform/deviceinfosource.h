@@ -1,12 +1,16 @@
 #pragma once
 
+#include <QObject>
 #include <QString>
 
-/// Who the device is. Asked once at start; unknown texts are empty.
-class DeviceInfoSource
+/// Who the device is. Asked once at start; unknown texts are empty. Main thread only; nothing
+/// blocks.
+class DeviceInfoSource : public QObject
 {
+    Q_OBJECT
+
 public:
-    virtual ~DeviceInfoSource() = default;
+    using QObject::QObject;
 
     virtual QString imei() const = 0;
     virtual QString imsi() const = 0;
@@ -14,7 +18,11 @@ public:
     virtual QString productName() const = 0;
     virtual QString model() const = 0;
 
-protected:
-    DeviceInfoSource() = default;
-    Q_DISABLE_COPY_MOVE(DeviceInfoSource)
+    /// False as long as a part of the device, such as its modem, has not answered yet. That ends
+    /// in completed(), two seconds after construction at the latest.
+    virtual bool isComplete() const { return true; }
+
+Q_SIGNALS:
+    /// At most once, and never from a source that was complete from the start.
+    void completed();
 };

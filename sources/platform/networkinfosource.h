@@ -38,7 +38,7 @@ class NetworkInfoSource : public QObject
 public:
     using QObject::QObject;
 
-    virtual int cellId() const = 0;           ///< -1 when unknown
+    virtual qint64 cellId() const = 0;        ///< up to 36 bits (5G), -1 when unknown
     virtual int locationAreaCode() const = 0; ///< LAC or TAC, -1 when unknown
     virtual QString homeMobileCountryCode() const = 0;
     virtual QString homeMobileNetworkCode() const = 0;
@@ -50,6 +50,8 @@ public:
     virtual QString networkName(NetworkMode mode) const = 0;
 
 Q_SIGNALS:
+    /// The home codes are others: a modem may answer late, or get another SIM.
+    void homeOperatorChanged();
     void currentMobileCountryCodeChanged(const QString &code);
     void currentMobileNetworkCodeChanged(const QString &code);
     void networkModeChanged(NetworkMode mode);

@@ -1,5 +1,6 @@
 #include "platform/platform.h"
 
+#include "platform/bareplatform.h"
 #include "platform/deviceinfosource.h"
 #include "platform/networkinfosource.h"
 #include "platform/networksession.h"
@@ -11,6 +12,11 @@
 std::unique_ptr<Platform> Platform::system()
 {
     return std::make_unique<SystemPlatform>();
+}
+
+std::unique_ptr<Platform> Platform::none()
+{
+    return std::make_unique<BarePlatform>();
 }
 
 std::unique_ptr<Platform> Platform::scripted(const QString &file, QString *error)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/platformfacts.h"
+
 #include <QString>
 #include <QtGlobal>
 
@@ -22,8 +24,16 @@ public:
     virtual std::unique_ptr<DeviceInfoSource> createDeviceInfoSource() = 0;
     virtual std::unique_ptr<NetworkSession> createNetworkSession() = 0;
 
-    /// The real device, as far as Qt knows it.
+    /// As of now; a device that has just been made needs a moment to answer.
+    virtual PlatformFacts facts() const { return {}; }
+    /// False while parts of the device have not answered yet; true within a few seconds.
+    virtual bool isComplete() const { return true; }
+
+    /// The real device: its modem, network and position services, as far as they are there.
     static std::unique_ptr<Platform> system();
+
+    /// This machine without modem and position: its interfaces alone.
+    static std::unique_ptr<Platform> none();
 
     /// Replays the JSON-lines file @p file (see scriptedplatform.h). When the file cannot be read
     /// or a line is wrong, nothing comes back and @p error says in one sentence what and where.

@@ -4,8 +4,10 @@
 #include "platform/platformscript.h"
 
 /// The device that a script names.
-class ScriptedDeviceInfoSource : public DeviceInfoSource
+class ScriptedDeviceInfoSource final : public DeviceInfoSource
 {
+    Q_OBJECT
+
 public:
     explicit ScriptedDeviceInfoSource(ScriptDevice scripted);
 

@@ -17,7 +17,7 @@ ScriptedNetworkInfoSource::ScriptedNetworkInfoSource(const ScriptState &scripted
     connect(&state, &ScriptState::nameChanged, this, &NetworkInfoSource::networkNameChanged);
 }
 
-int ScriptedNetworkInfoSource::cellId() const
+qint64 ScriptedNetworkInfoSource::cellId() const
 {
     return state.cell;
 }

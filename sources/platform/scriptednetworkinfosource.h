@@ -13,7 +13,7 @@ public:
     /// @p scripted is borrowed and outlives the source.
     explicit ScriptedNetworkInfoSource(const ScriptState &scripted, QObject *parent = nullptr);
 
-    int cellId() const override;
+    qint64 cellId() const override;
     int locationAreaCode() const override;
     QString homeMobileCountryCode() const override;
     QString homeMobileNetworkCode() const override;

@@ -2,14 +2,38 @@
 
 #include "platform/deviceinfosource.h"
 
-/// What Qt knows of any machine: the operating system and the processor. It has no IMEI; the host
-/// name is the owner's business and stays out.
-class SystemDeviceInfoSource : public DeviceInfoSource
+#include <QTimer>
+
+class ModemManagerClient;
+
+/// The device as its modem, the device tree and the firmware tables tell it, else the operating
+/// system and the processor. IMEI and IMSI are the modem's alone; the host name is the owner's
+/// business and stays out.
+class SystemDeviceInfoSource final : public DeviceInfoSource
 {
+    Q_OBJECT
+
 public:
+    /// @p modemClient is borrowed and outlives the source; null: there is no modem. @p systemRoot
+    /// is where "sys" lies.
+    explicit SystemDeviceInfoSource(const ModemManagerClient *modemClient = nullptr,
+                                    const QString &systemRoot = QStringLiteral("/"),
+                                    QObject *parent = nullptr);
+
     QString imei() const override;
     QString imsi() const override;
     QString manufacturer() const override;
     QString productName() const override;
     QString model() const override;
+    bool isComplete() const override;
+
+private:
+    void finish();
+
+    const ModemManagerClient *const modem;
+    QString boardManufacturer;
+    QString boardProduct;
+    QString boardModel;
+    QTimer timer; ///< the end of waiting for the modem
+    bool complete = false;
 };

@@ -21,7 +21,7 @@ SystemNetworkInfoSource::SystemNetworkInfoSource(SystemNetworkLookUp lookUpNow, 
     timer.start(pollInterval);
 }
 
-int SystemNetworkInfoSource::cellId() const
+qint64 SystemNetworkInfoSource::cellId() const
 {
     return -1;
 }

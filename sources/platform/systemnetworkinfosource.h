@@ -16,7 +16,7 @@ public:
     explicit SystemNetworkInfoSource(SystemNetworkLookUp lookUpNow = lookUpSystemNetwork,
                                      QObject *parent = nullptr);
 
-    int cellId() const override;
+    qint64 cellId() const override;
     int locationAreaCode() const override;
     QString homeMobileCountryCode() const override;
     QString homeMobileNetworkCode() const override;

@@ -69,6 +69,11 @@ SystemPositionSource::SystemPositionSource(QObject *parent)
     }
 }
 
+QString SystemPositionSource::name() const
+{
+    return position ? position->sourceName() : QString();
+}
+
 bool SystemPositionSource::hasPosition() const
 {
     return position != nullptr;

@@ -15,6 +15,9 @@ class SystemPositionSource : public PositionSource
 public:
     explicit SystemPositionSource(QObject *parent = nullptr);
 
+    /// Name of the plug-in that tells the position; empty when there is none.
+    QString name() const;
+
     bool hasPosition() const override;
     bool hasSatellites() const override;
     QGeoPositionInfo lastKnownPosition() const override;

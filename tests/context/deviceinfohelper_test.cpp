@@ -6,6 +6,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 class DeviceInfoHelperTest : public QObject
@@ -23,6 +25,27 @@ private Q_SLOTS:
         QCOMPARE(helper.getManufacturer(), u"Maker"_s + QString(251, u'x'));
         QCOMPARE(helper.getProductName(), u"Product"_s);
         QCOMPARE(helper.getModel(), u"Model"_s);
+    }
+
+    void waitsForALateModem_data()
+    {
+        QTest::addColumn<bool>("askedBefore");
+        QTest::newRow("nobody asks before") << false;
+        QTest::newRow("who asks before settles it") << true;
+    }
+    void waitsForALateModem()
+    {
+        QFETCH(bool, askedBefore);
+        Utils::setSettingsValue(u"fakeimei"_s, QString());
+        FakePlatform platform;
+        const QString imei = std::exchange(platform.device.imei, QString());
+        platform.device.complete = false;
+        const DeviceInfoHelper helper(platform, nullptr);
+        const QString early = askedBefore ? helper.getImei() : QString();
+        platform.device.imei = imei;
+        platform.device.setComplete();
+        QCOMPARE(helper.getImei(), askedBefore ? early : imei);
+        QCOMPARE(Utils::getSettingsValue(u"fakeimei"_s), early);
     }
 
     void keepsItsSubstituteImei()

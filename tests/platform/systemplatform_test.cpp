@@ -1,13 +1,16 @@
 #include "platform/deviceinfosource.h"
 #include "platform/platform.h"
+#include "platform/systemdeviceinfosource.h"
 #include "platform/systeminterfaces.h"
 #include "platform/systemnetworkinfosource.h"
 #include "platform/systemnetworksession.h"
 #include "support/rows.h"
 
+#include <QDir>
 #include <QHostAddress>
 #include <QSignalSpy>
 #include <QSysInfo>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -105,11 +108,51 @@ private Q_SLOTS:
 
     void keepsTheHostNameToItself()
     {
-        const auto device = Platform::system()->createDeviceInfoSource();
+        const auto platform = Platform::system();
+        const auto device = platform->createDeviceInfoSource();
         QVERIFY(device->imei().isEmpty() && device->imsi().isEmpty());
         QVERIFY(!device->productName().isEmpty() && !device->model().isEmpty());
         QVERIFY(device->productName() != QSysInfo::machineHostName());
         QVERIFY(device->model() != QSysInfo::machineHostName());
+    }
+
+    void namesTheBoard_data()
+    {
+        const Rows<QByteArray, QString, QByteArray, QString> row("tree", "maker", "dmi", "names");
+        row("device tree", QByteArray("Maker Phone 2\0rest", 18), "", "",
+            "Maker|Maker Phone 2|Phone 2");
+        row("firmware tables", "", "Maker GmbH\n", "Book 3\n", "Maker GmbH|Book 3|Book 3");
+        row("placeholders", "", "To be filled by O.E.M.\n", "Default string", "||");
+        row("punctuation", "", " ... \n", "-", "||");
+        row("control characters", "", "\x1b[31mMaker\n", QByteArray("\xff\xfe\0Book", 7),
+            "[31mMaker||");
+        row("long", "", "Maker", QByteArray(100000, 'x'), u"Maker|%1|%1"_s.arg(QString(128, u'x')));
+    }
+    void namesTheBoard()
+    {
+        QFETCH(QByteArray, tree);
+        QFETCH(QString, maker);
+        QFETCH(QByteArray, dmi);
+        QFETCH(QString, names);
+        const QTemporaryDir root;
+        const auto write = [&](const QString &file, const QByteArray &content) {
+            const QFileInfo path(root.filePath(file));
+            QFile out(path.filePath());
+            return content.isEmpty() ||
+                   (QDir().mkpath(path.path()) && out.open(QIODevice::WriteOnly) &&
+                    out.write(content) == content.size());
+        };
+        QVERIFY(write(u"sys/firmware/devicetree/base/model"_s, tree));
+        QVERIFY(write(u"sys/class/dmi/id/sys_vendor"_s, maker.toUtf8()));
+        QVERIFY(write(u"sys/class/dmi/id/product_name"_s, dmi));
+        QVERIFY(write(u"sys/class/dmi/id/product_version"_s, dmi));
+        const SystemDeviceInfoSource device(nullptr, root.path());
+        const QStringList expected = names.split(u'|');
+        QCOMPARE(device.manufacturer(), expected[0]);
+        QCOMPARE(device.productName(),
+                 expected[1].isEmpty() ? QSysInfo::prettyProductName() : expected[1]);
+        QCOMPARE(device.model(),
+                 expected[2].isEmpty() ? QSysInfo::currentCpuArchitecture() : expected[2]);
     }
 
     void noticesAnotherNetwork()

@@ -126,7 +126,7 @@ public:
         explicit Source(FakeNetwork &control)
             : fake(control)
         {}
-        int cellId() const override { return fake.cell; }
+        qint64 cellId() const override { return fake.cell; }
         int locationAreaCode() const override { return fake.lac; }
         QString homeMobileCountryCode() const override { return fake.homeMcc; }
         QString homeMobileNetworkCode() const override { return fake.homeMnc; }
@@ -209,8 +209,21 @@ public:
     QString manufacturer = QStringLiteral("Maker");
     QString productName = QStringLiteral("Product");
     QString model = QStringLiteral("Model");
+    bool complete = true; ///< set it false before the code under test is made
 
-    std::unique_ptr<DeviceInfoSource> create() const { return std::make_unique<Source>(*this); }
+    std::unique_ptr<DeviceInfoSource> create()
+    {
+        auto made = std::make_unique<Source>(*this);
+        source = made.get();
+        return made;
+    }
+
+    /// What was missing is there.
+    void setComplete()
+    {
+        complete = true;
+        Q_EMIT source->completed();
+    }
 
 private:
     class Source : public DeviceInfoSource
@@ -224,10 +237,13 @@ private:
         QString manufacturer() const override { return fake.manufacturer; }
         QString productName() const override { return fake.productName; }
         QString model() const override { return fake.model; }
+        bool isComplete() const override { return fake.complete; }
 
     private:
         const FakeDevice &fake;
     };
+
+    QPointer<DeviceInfoSource> source;
 };
 
 /// A device whose every value and signal is driven by the test. Lives longer than what is made from

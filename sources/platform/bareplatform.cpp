@@ -1,0 +1,26 @@
+#include "platform/bareplatform.h"
+
+#include "platform/nopositionsource.h"
+#include "platform/systemdeviceinfosource.h"
+#include "platform/systemnetworkinfosource.h"
+#include "platform/systemnetworksession.h"
+
+std::unique_ptr<PositionSource> BarePlatform::createPositionSource()
+{
+    return std::make_unique<NoPositionSource>();
+}
+
+std::unique_ptr<NetworkInfoSource> BarePlatform::createNetworkInfoSource()
+{
+    return std::make_unique<SystemNetworkInfoSource>();
+}
+
+std::unique_ptr<DeviceInfoSource> BarePlatform::createDeviceInfoSource()
+{
+    return std::make_unique<SystemDeviceInfoSource>();
+}
+
+std::unique_ptr<NetworkSession> BarePlatform::createNetworkSession()
+{
+    return std::make_unique<SystemNetworkSession>();
+}

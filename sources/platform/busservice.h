@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <functional>
+
+/// One well-known service on a message bus: whether it is there, its answers and its signals. All
+/// calls are asynchronous and answered within two seconds, else failed. Answers and signals of an
+/// owner that has gone are dropped, and so is what other programs send in the service's name.
+/// Main thread only.
+class BusService : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Presence {
+        Asking, ///< the bus has not said yet
+        NoBus,
+        Absent,
+        Present,
+    };
+
+    /// Gets the answer, or an error message.
+    using Handler = std::function<void(const QDBusMessage &reply)>;
+
+    BusService(const QDBusConnection &messageBus, const QString &serviceName,
+               QObject *parent = nullptr);
+
+    Presence presence() const { return present; }
+
+    /// Calls @p handler once, never before this returns, unless the service goes away first. Does
+    /// nothing while the service is not there.
+    void call(const QString &path, const QString &interface, const QString &method,
+              const QVariantList &arguments, Handler handler);
+    /// All properties of one interface; an empty map when the object does not answer with any.
+    void readProperties(const QString &path, const QString &interface,
+                        std::function<void(const QVariantMap &values)> handler);
+
+    /// Hands signals of any object of the service on through received().
+    void listen(const QString &interface, const QString &signalName);
+
+Q_SIGNALS:
+    /// Whenever the service appears, vanishes, or is there under a new owner; once at first.
+    void presenceChanged();
+    void propertiesChanged(const QString &path, const QString &interface, const QVariantMap &values,
+                           const QStringList &invalidated);
+    void received(const QDBusMessage &message);
+
+private Q_SLOTS:
+    void handleSignal(const QDBusMessage &message);
+
+private:
+    void askForOwner();
+    void setOwner(const QString &newOwner);
+
+    QDBusConnection bus;
+    const QString service;
+    QString owner; ///< unique name; empty while the service is not there
+    Presence present = Presence::Asking;
+    bool watched = false; ///< the bus told of the owner before it was asked
+};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/networkinfosource.h"
+
+#include <QString>
+
+#include <optional>
+
+/// What a modem tells, cleaned and in range. Unknown texts are empty, unknown numbers -1 or not
+/// set.
+struct ModemState
+{
+    QString path; ///< which modem; empty when there is none
+
+    QString imei;
+    QString manufacturer;
+    QString model;
+    QString imsi;
+    QString homeMcc;
+    QString homeMnc;
+
+    QString mcc;
+    QString mnc;
+    QString operatorName;
+    NetworkStatus status = NetworkStatus::Undefined;
+    NetworkMode mode = NetworkMode::Unknown;
+    int signal = -1;    ///< percent
+    qint64 cellId = -1; ///< up to 36 bits
+    int areaCode = -1;  ///< TAC with LTE and 5G, else LAC
+
+    std::optional<double> rsrp; ///< dBm
+    std::optional<double> rsrq; ///< dB
+    std::optional<double> snr;  ///< dB
+
+    bool operator==(const ModemState &other) const = default;
+};

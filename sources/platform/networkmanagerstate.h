@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+/// What NetworkManager tells of the connection that traffic leaves by. Texts are cleaned.
+struct NetworkManagerState
+{
+    enum class Link { None, Wlan, Ethernet, Mobile, Bluetooth, Other };
+    enum class Metered { Unknown, Yes, No, GuessYes, GuessNo };
+    enum class Connectivity { Unknown, None, Portal, Limited, Full };
+
+    Link link = Link::None; ///< of the primary connection
+    bool activated = false; ///< the primary connection is up
+    QString ssid;           ///< of the WLAN, when the primary connection is one
+    int strength = -1;      ///< of the WLAN, percent
+    Metered metered = Metered::Unknown;
+    Connectivity connectivity = Connectivity::Unknown;
+
+    bool operator==(const NetworkManagerState &other) const = default;
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/positionsource.h"
+
+/// A device without positioning: never signals.
+class NoPositionSource : public PositionSource
+{
+    Q_OBJECT
+
+public:
+    using PositionSource::PositionSource;
+
+    bool hasPosition() const override { return false; }
+    bool hasSatellites() const override { return false; }
+    QGeoPositionInfo lastKnownPosition() const override { return {}; }
+    int minimumUpdateInterval() const override { return 0; }
+    void setUpdateInterval(int /*ms*/) override {}
+    void startPosition() override {}
+    void stopPosition() override {}
+    void startSatellites() override {}
+    void stopSatellites() override {}
+};

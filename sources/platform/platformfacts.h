@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/networkmanagerstate.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+/// What the device tells beyond what a test records, for who looks for the reason of a problem.
+/// Unknown texts are empty.
+struct PlatformFacts
+{
+    using Connectivity = NetworkManagerState::Connectivity;
+
+    /// What could be there and is not.
+    enum class Missing {
+        SystemBus,
+        ModemManager,
+        ModemManagerAnswer, ///< it is there and has not answered yet
+        Modem,
+        NetworkManager,
+        NetworkManagerAnswer,
+        PrimaryConnection,
+        PositionSource,
+        SatelliteSource,
+    };
+
+    std::optional<double> rsrp; ///< dBm
+    std::optional<double> rsrq; ///< dB
+    std::optional<double> snr;  ///< dB
+    std::optional<bool> metered;
+    bool meteredGuessed = false; ///< nobody said it; it follows from the kind of connection
+    Connectivity connectivity = Connectivity::Unknown;
+    QString ssid;
+    QString positionSource; ///< name of the back end
+    QList<Missing> missing;
+};

@@ -1,0 +1,170 @@
+// The built velometer-cli on a phone of our own, against the built velometer-service.
+
+#include "support/mockphone.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int limitMs = 60'000;
+
+} // namespace
+
+class VelometerCliDeviceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        home = std::make_unique<QTemporaryDir>();
+        bus = std::make_unique<MockBus>();
+        QVERIFY(bus->start());
+        phone = std::make_unique<MockPhone>(*bus);
+    }
+    void cleanup()
+    {
+        phone.reset();
+        bus.reset();
+        home.reset();
+    }
+
+    void saysWhatIsMissing_data()
+    {
+        QTest::addColumn<QString>("platform");
+        QTest::addColumn<QStringList>("missing");
+        QTest::newRow("no services")
+            << u"system"_s
+            << QStringList{u"ModemManager is not running."_s, u"NetworkManager is not running."_s};
+        QTest::newRow("nobody asked") << u"none"_s << QStringList();
+    }
+    void saysWhatIsMissing()
+    {
+        QFETCH(QString, platform);
+        QFETCH(QStringList, missing);
+        const QByteArray page = run({u"context"_s, u"--platform"_s, platform});
+        QCOMPARE(status, 0);
+        for (const QString &each : missing)
+            QVERIFY2(page.contains('\n' + each.toUtf8() + '\n'), page.constData());
+        QCOMPARE(page.contains("Manager"), !missing.isEmpty());
+    }
+
+    void showsWhatThePhoneTells()
+    {
+        QVERIFY(phone->startModem() && phone->startNetwork());
+        const QJsonObject context =
+            QJsonDocument::fromJson(run({u"context"_s, u"--json"_s})).object();
+        QCOMPARE(status, 0);
+        const QJsonObject network = context[u"network"_s].toObject();
+        QCOMPARE(network[u"mode"_s], u"LteMode"_s);
+        QCOMPARE(network[u"status"_s], u"Roaming"_s);
+        QCOMPARE(network[u"home_mcc"_s], u"228"_s);
+        QCOMPARE(network[u"rsrp_dbm"_s], -97.0);
+        QCOMPARE(network[u"metered"_s], u"yes-guessed"_s);
+        QCOMPARE(network[u"connectivity"_s], u"full"_s);
+        QCOMPARE(context[u"device"_s][u"imei"_s], u"356938035643809"_s);
+        QCOMPARE(context[u"device"_s][u"model"_s], u"Modem 7"_s);
+    }
+
+    void printsEveryChange()
+    {
+        QVERIFY(phone->startModem() && phone->startNetwork());
+        const auto client = start({u"context"_s, u"--watch"_s});
+        QByteArray printed;
+        const auto prints = [&](const QByteArray &text) {
+            return QTest::qWaitFor(
+                [&] {
+                    printed += client->readAllStandardOutput();
+                    return printed.contains(text);
+                },
+                limitMs);
+        };
+        QVERIFY(prints("Abroad"));
+        QVERIFY(phone->leaveBy(MockPhone::wlanPath));
+        QVERIFY(prints("Caf\xc3\xa9"));
+        ::kill(static_cast<pid_t>(client->processId()), SIGINT);
+        QVERIFY(client->waitForFinished(limitMs));
+        QCOMPARE(client->exitCode(), 130);
+    }
+
+    void measuresAbroadOnlyWhenAllowed()
+    {
+        QVERIFY(phone->startModem() && phone->startNetwork());
+        QProcess service;
+        service.setStandardErrorFile(QProcess::nullDevice());
+        service.start(QStringLiteral(SERVICE_PROGRAM),
+                      {u"--listen"_s, u"127.0.0.1:0"_s, u"--database"_s,
+                       u"sqlite:"_s + home->filePath(u"reports.sqlite"_s)});
+        const QByteArray announced = "listening on 127.0.0.1:";
+        QByteArray line;
+        while (!line.contains(announced)) {
+            QVERIFY(service.canReadLine() || service.waitForReadyRead(limitMs));
+            line = service.readLine();
+        }
+        const QByteArray port = line.mid(line.indexOf(announced) + announced.size()).trimmed();
+        QFile config(home->filePath(u"deployment.conf"_s));
+        QVERIFY(config.open(QIODevice::WriteOnly));
+        config.write("[Service]\nWebHost=127.0.0.1\nWebPort=" + port +
+                     "\n[TestServers]\nSwisscom=127.0.0.1:" + port + '\n');
+        config.close();
+        const QStringList arguments{u"--json"_s, u"--config"_s, config.fileName()};
+
+        run(arguments);
+        QCOMPARE(status, 4);
+        const QJsonObject test =
+            QJsonDocument::fromJson(run(arguments + QStringList{u"--allow-roaming"_s})).object();
+        service.kill();
+        service.waitForFinished();
+        QCOMPARE(status, 0);
+        const QJsonObject network = test[u"network"_s].toObject();
+        QCOMPARE(network[u"type"_s], u"Mobile(LTE)"_s);
+        QCOMPARE(network[u"mcc"_s], u"310"_s);
+        QCOMPARE(network[u"mnc"_s], u"026"_s);
+        QCOMPARE(network[u"cell"_s], 2814209);
+        QCOMPARE(network[u"lac"_s], 0xf1e2);
+        QCOMPARE(network[u"roaming"_s], true);
+        QVERIFY(test[u"report"_s][u"delivered"_s].toBool());
+    }
+
+private:
+    std::unique_ptr<QProcess> start(const QStringList &arguments) const
+    {
+        auto process = std::make_unique<QProcess>();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"HOME"_s, home->path());
+        for (const auto &[name, folder] : {std::pair{u"XDG_DATA_HOME"_s, u"data"_s},
+                                           {u"XDG_CONFIG_HOME"_s, u"config"_s},
+                                           {u"XDG_CACHE_HOME"_s, u"cache"_s}})
+            environment.insert(name, home->filePath(folder));
+        environment.insert(u"DBUS_SYSTEM_BUS_ADDRESS"_s, bus->busAddress());
+        process->setProcessEnvironment(environment);
+        process->start(QStringLiteral(CLIENT_PROGRAM), arguments);
+        return process;
+    }
+    QByteArray run(const QStringList &arguments)
+    {
+        const auto process = start(arguments);
+        const bool whole =
+            process->waitForFinished(limitMs) && process->exitStatus() == QProcess::NormalExit;
+        status = whole ? process->exitCode() : -1;
+        return process->readAllStandardOutput();
+    }
+
+    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<MockBus> bus;
+    std::unique_ptr<MockPhone> phone;
+    int status = -1;
+};
+
+QTEST_GUILESS_MAIN(VelometerCliDeviceTest)
+#include "velometer_cli_device_test.moc"
