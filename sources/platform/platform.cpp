@@ -1,13 +1,13 @@
 #include "platform/platform.h"
 
-#include "platform/bareplatform.h"
 #include "platform/deviceinfosource.h"
 #include "platform/networkinfosource.h"
 #include "platform/networksession.h"
-#include "platform/platformscript.h"
 #include "platform/positionsource.h"
-#include "platform/scriptedplatform.h"
-#include "platform/systemplatform.h"
+#include "platform/scripted/platformscript.h"
+#include "platform/scripted/scriptedplatform.h"
+#include "platform/system/bareplatform.h"
+#include "platform/system/systemplatform.h"
 
 std::unique_ptr<Platform> Platform::system()
 {

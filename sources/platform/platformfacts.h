@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/networkmanagerstate.h"
+#include "platform/networkmanager/networkmanagerstate.h"
 
 #include <QList>
 #include <QString>

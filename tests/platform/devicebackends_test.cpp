@@ -1,9 +1,9 @@
 // The back ends for modem and network against services on a bus of our own.
 
 #include "platform/deviceinfosource.h"
-#include "platform/devicenetworkinfosource.h"
-#include "platform/networkmanagersession.h"
-#include "platform/systemplatform.h"
+#include "platform/networkmanager/networkmanagersession.h"
+#include "platform/system/devicenetworkinfosource.h"
+#include "platform/system/systemplatform.h"
 #include "support/mockphone.h"
 #include "support/rows.h"
 

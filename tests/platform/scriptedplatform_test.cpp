@@ -1,10 +1,10 @@
-#include "platform/scriptedplatform.h"
+#include "platform/scripted/scriptedplatform.h"
 
 #include "platform/deviceinfosource.h"
 #include "platform/networkinfosource.h"
 #include "platform/networksession.h"
-#include "platform/platformscript.h"
 #include "platform/positionsource.h"
+#include "platform/scripted/platformscript.h"
 #include "support/rows.h"
 
 #include <QSignalSpy>

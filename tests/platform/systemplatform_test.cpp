@@ -1,9 +1,9 @@
 #include "platform/deviceinfosource.h"
 #include "platform/platform.h"
-#include "platform/systemdeviceinfosource.h"
-#include "platform/systeminterfaces.h"
-#include "platform/systemnetworkinfosource.h"
-#include "platform/systemnetworksession.h"
+#include "platform/system/systemdeviceinfosource.h"
+#include "platform/system/systeminterfaces.h"
+#include "platform/system/systemnetworkinfosource.h"
+#include "platform/system/systemnetworksession.h"
 #include "support/rows.h"
 
 #include <QDir>

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/modem/modemclient.h"
+
+#include <memory>
+
+/// The modem of whichever service has one: the first service's, else the second's. Two services
+/// that fight over one modem are a mistake of the installation; then the first one is believed.
+class ModemChoice : public ModemClient
+{
+    Q_OBJECT
+
+public:
+    ModemChoice(std::unique_ptr<ModemClient> firstService,
+                std::unique_ptr<ModemClient> secondService, QObject *parent = nullptr);
+
+    /// That of the first service unless only the second one is there.
+    BusService::Presence presence() const override;
+    bool isComplete() const override;
+    const ModemState &state() const override;
+
+private:
+    const ModemClient &chosen() const;
+    void finish();
+
+    const std::unique_ptr<ModemClient> first;
+    const std::unique_ptr<ModemClient> second;
+    bool complete = false;
+};

@@ -1,0 +1,390 @@
+#include "platform/modemmanager/modemmanagerclient.h"
+
+#include "platform/bus/busvalue.h"
+#include "utils/utils.h"
+
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString serviceName = u"org.freedesktop.ModemManager1"_s;
+const QString rootPath = u"/org/freedesktop/ModemManager1"_s;
+const QString managerInterface = u"org.freedesktop.DBus.ObjectManager"_s;
+const QString modemInterface = u"org.freedesktop.ModemManager1.Modem"_s;
+const QString gppInterface = u"org.freedesktop.ModemManager1.Modem.Modem3gpp"_s;
+const QString locationInterface = u"org.freedesktop.ModemManager1.Modem.Location"_s;
+const QString signalInterface = u"org.freedesktop.ModemManager1.Modem.Signal"_s;
+const QString simInterface = u"org.freedesktop.ModemManager1.Sim"_s;
+
+/// More modems than this are in no device that measures its connection.
+constexpr qsizetype maxModems = 16;
+/// A cell lasts for seconds even at train speed.
+constexpr auto locationInterval = 2s;
+/// The source "cell and location area" among a modem's location sources.
+constexpr uint cellSource = 1U << 0;
+
+constexpr qint64 maxLac = 0xffff;
+constexpr qint64 reservedLac = 0xfffe;
+constexpr qint64 maxTac = 0xffffff;
+constexpr qint64 maxCell = (1LL << 36) - 1;
+constexpr int hexadecimal = 16;
+
+constexpr qint64 stateConnected = 11;
+constexpr qint64 stateRegistered = 8;
+
+struct Technology
+{
+    uint bits;
+    NetworkMode mode;
+};
+
+/// The best first: a phone on 5G without a core of its own reports LTE as well.
+constexpr Technology technologies[] = {
+    {1U << 15, NetworkMode::Nr},
+    {1U << 14 | 1U << 16 | 1U << 17, NetworkMode::Lte},
+    {1U << 5 | 1U << 6 | 1U << 7 | 1U << 8 | 1U << 9, NetworkMode::Wcdma},
+    {1U << 1 | 1U << 2 | 1U << 3 | 1U << 4, NetworkMode::Gsm},
+    {1U << 10 | 1U << 11 | 1U << 12 | 1U << 13, NetworkMode::Cdma},
+};
+
+NetworkMode modeOf(qint64 mask)
+{
+    for (const Technology &each : technologies) {
+        if (mask & each.bits)
+            return each.mode;
+    }
+    return NetworkMode::Unknown;
+}
+
+NetworkStatus statusOf(qint64 registration)
+{
+    switch (registration) {
+    case 0: return NetworkStatus::NoNetworkAvailable;
+    case 1:
+    case 6: // home, text messages alone
+    case 9: // home, calls through another network
+        return NetworkStatus::HomeNetwork;
+    case 2: return NetworkStatus::Searching;
+    case 3: return NetworkStatus::Denied;
+    case 5:
+    case 7:
+    case 10: return NetworkStatus::Roaming;
+    case 8: return NetworkStatus::EmergencyOnly;
+    default: return NetworkStatus::Undefined;
+    }
+}
+
+/// Country and network code of "MCCMNC".
+void takeOperator(const QVariant &code, QString *mcc, QString *mnc)
+{
+    constexpr qsizetype mccDigits = 3;
+    const QString both = BusValue::digits(code, mccDigits + 2, mccDigits + 3);
+    *mcc = both.left(mccDigits);
+    *mnc = both.mid(mccDigits);
+}
+
+qint64 hexNumber(const QString &text, qint64 max)
+{
+    bool ok = false;
+    const qint64 value = text.toLongLong(&ok, hexadecimal);
+    return ok && value >= 0 && value <= max ? value : -1;
+}
+
+/// "MCC,MNC,LAC,CI,TAC", the last three hexadecimal.
+void takeLocation(const QString &location, ModemState *state)
+{
+    const QStringList fields = location.split(u',');
+    if (fields.size() < 4)
+        return;
+    const bool hasTac = state->mode == NetworkMode::Lte || state->mode == NetworkMode::Nr;
+    // Modems in networks without location areas report the reserved ones.
+    const qint64 told = hexNumber(fields.at(2), maxLac);
+    const qint64 lac = told == 0 || told >= reservedLac ? -1 : told;
+    const qint64 tac = hexNumber(fields.value(4), maxTac);
+    state->areaCode = static_cast<int>(hasTac && tac > 0 ? tac : lac);
+    state->cellId = hexNumber(fields.at(3), maxCell);
+}
+
+bool isKept(const QString &interface)
+{
+    return interface == modemInterface || interface == gppInterface ||
+           interface == locationInterface || interface == signalInterface;
+}
+
+/// Puts those of @p values that are read into @p kept; the rest may be of any size.
+void keep(const QVariantMap &values, QVariantMap *kept)
+{
+    static const QSet<QString> names = {
+        u"State"_s,        u"Sim"_s,
+        u"Manufacturer"_s, u"Model"_s,
+        u"OperatorCode"_s, u"EquipmentIdentifier"_s,
+        u"OperatorName"_s, u"AccessTechnologies"_s,
+        u"Enabled"_s,      u"SignalQuality"_s,
+        u"Capabilities"_s, u"RegistrationState"_s,
+        u"Location"_s,     u"SignalsLocation"_s,
+        u"Lte"_s,          u"Nr5g"_s,
+        u"Imsi"_s,         u"OperatorIdentifier"_s,
+    };
+    for (auto each = values.cbegin(); each != values.cend(); ++each) {
+        if (names.contains(each.key()))
+            kept->insert(each.key(), each.value());
+    }
+}
+
+} // namespace
+
+ModemManagerClient::ModemManagerClient(const QDBusConnection &bus, QObject *parent)
+    : ModemClient(parent)
+    , service(bus, serviceName)
+    , complete(service.presence() == BusService::Presence::NoBus)
+{
+    connect(&service, &BusService::presenceChanged, this, &ModemManagerClient::restart);
+    connect(&service, &BusService::propertiesChanged, this, &ModemManagerClient::takeProperties);
+    connect(&service, &BusService::received, this, &ModemManagerClient::modemsChanged);
+    connect(&locationTimer, &QTimer::timeout, this, &ModemManagerClient::readLocation);
+    if (complete)
+        return;
+    service.listen(managerInterface, u"InterfacesAdded"_s);
+    service.listen(managerInterface, u"InterfacesRemoved"_s);
+}
+
+void ModemManagerClient::restart()
+{
+    modems.clear();
+    located.clear();
+    reading = false;
+    readAgain = false;
+    modemsKnown = false;
+    if (presence() == BusService::Presence::Present)
+        readModems();
+    refresh();
+    Q_EMIT changed();
+}
+
+void ModemManagerClient::modemsChanged()
+{
+    if (reading)
+        readAgain = true;
+    else
+        readModems();
+}
+
+void ModemManagerClient::readModems()
+{
+    reading = true;
+    service.call(rootPath, managerInterface, u"GetManagedObjects"_s, {},
+                 [this](const QDBusMessage &reply) {
+                     reading = false;
+                     takeModems(reply);
+                     if (std::exchange(readAgain, false))
+                         readModems();
+                 });
+}
+
+void ModemManagerClient::takeModems(const QDBusMessage &reply)
+{
+    using Objects = QMap<QDBusObjectPath, Interfaces>;
+    modemsKnown = true;
+    modems.clear();
+    if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "a{oa{sa{sv}}}"_L1) {
+        const auto objects = qdbus_cast<Objects>(reply.arguments().constFirst());
+        for (auto object = objects.cbegin(); object != objects.cend(); ++object) {
+            if (!object->contains(modemInterface) || modems.size() >= maxModems)
+                continue;
+            Interfaces &kept = modems[object.key().path()];
+            for (auto each = object->cbegin(); each != object->cend(); ++each) {
+                if (isKept(each.key()))
+                    keep(each.value(), &kept[each.key()]);
+            }
+        }
+    }
+    refresh();
+}
+
+void ModemManagerClient::takeProperties(const QString &path, const QString &interface,
+                                        const QVariantMap &values, const QStringList &invalidated)
+{
+    if (path == simPath && interface == simInterface) {
+        readSim();
+        return;
+    }
+    const auto modem = modems.find(path);
+    if (modem == modems.end() || !isKept(interface))
+        return;
+    keep(values, &(*modem)[interface]);
+    if (!invalidated.isEmpty())
+        modemsChanged();
+    refresh();
+}
+
+QString ModemManagerClient::primary() const
+{
+    const auto rank = [this](const QString &path) {
+        const auto state = BusValue::number(
+            modems.value(path).value(modemInterface).value(u"State"_s), -1, stateConnected);
+        if (state == stateConnected)
+            return 2;
+        return state.value_or(0) >= stateRegistered ? 1 : 0;
+    };
+    QString best;
+    for (auto each = modems.keyBegin(); each != modems.keyEnd(); ++each) {
+        // Modem 2 stands before modem 10.
+        const auto before = [&] {
+            return each->size() != best.size() ? each->size() < best.size() : *each < best;
+        };
+        if (best.isEmpty() || rank(*each) > rank(best) || (rank(*each) == rank(best) && before()))
+            best = *each;
+    }
+    return best;
+}
+
+ModemState ModemManagerClient::describe(const QString &path) const
+{
+    ModemState state;
+    state.path = path;
+    if (path.isEmpty())
+        return state;
+    const Interfaces interfaces = modems.value(path);
+
+    const QVariantMap modem = interfaces.value(modemInterface);
+    state.imei = BusValue::text(modem.value(u"EquipmentIdentifier"_s));
+    state.manufacturer = BusValue::text(modem.value(u"Manufacturer"_s));
+    state.model = BusValue::text(modem.value(u"Model"_s));
+    const auto mask =
+        BusValue::number(modem.value(u"AccessTechnologies"_s), 0, 0xffffffffLL).value_or(0);
+    // All bits set stand for "any", which says nothing.
+    state.mode = mask == 0xffffffffLL ? NetworkMode::Unknown : modeOf(mask);
+    state.signal = static_cast<int>(
+        BusValue::firstOfPair(modem.value(u"SignalQuality"_s), 0, 100).value_or(-1));
+
+    const QVariantMap gpp = interfaces.value(gppInterface);
+    takeOperator(gpp.value(u"OperatorCode"_s), &state.mcc, &state.mnc);
+    state.operatorName = BusValue::text(gpp.value(u"OperatorName"_s));
+    state.status =
+        statusOf(BusValue::number(gpp.value(u"RegistrationState"_s), 0, 255).value_or(-1));
+
+    const QVariantMap location = interfaces.value(locationInterface);
+    const QString signalled = BusValue::textUnder(location.value(u"Location"_s), cellSource);
+    takeLocation(signalled.isEmpty() ? polledLocation : signalled, &state);
+
+    const QVariantMap signal = interfaces.value(signalInterface);
+    const QVariantMap radio =
+        BusValue::dictionary(signal.value(state.mode == NetworkMode::Nr ? u"Nr5g"_s : u"Lte"_s));
+    if (state.mode == NetworkMode::Nr || state.mode == NetworkMode::Lte) {
+        state.rsrp = BusValue::real(radio.value(u"rsrp"_s), -200, 0);
+        state.rsrq = BusValue::real(radio.value(u"rsrq"_s), -100, 50);
+        state.snr = BusValue::real(radio.value(u"snr"_s), -100, 100);
+    }
+
+    state.imsi = BusValue::digits(sim.value(u"Imsi"_s), 5, 15);
+    takeOperator(sim.value(u"OperatorIdentifier"_s), &state.homeMcc, &state.homeMnc);
+    return state;
+}
+
+void ModemManagerClient::refresh()
+{
+    const QString path = primary();
+    if (path != shown.path)
+        polledLocation.clear();
+    const QString newSim = BusValue::path(modems.value(path).value(modemInterface).value(u"Sim"_s));
+    if (newSim != simPath) {
+        simPath = newSim;
+        sim.clear();
+        simKnown = simPath.isEmpty();
+        readSim();
+    }
+    if (!path.isEmpty())
+        locate();
+    else
+        locationTimer.stop();
+    ModemState state = describe(path);
+    if (state != shown) {
+        shown = std::move(state);
+        Q_EMIT changed();
+    }
+    finish();
+}
+
+void ModemManagerClient::finish()
+{
+    const bool answered = presence() == BusService::Presence::Absent ||
+                          (modemsKnown && (simPath.isEmpty() || simKnown));
+    if (complete || !answered)
+        return;
+    complete = true;
+    Q_EMIT completed();
+}
+
+void ModemManagerClient::readSim()
+{
+    if (simPath.isEmpty())
+        return;
+    service.readProperties(simPath, simInterface,
+                           [this, asked = simPath](const QVariantMap &values) {
+                               if (asked != simPath)
+                                   return;
+                               sim.clear();
+                               keep(values, &sim);
+                               simKnown = true;
+                               refresh();
+                           });
+}
+
+void ModemManagerClient::locate()
+{
+    const QString path = primary();
+    const QVariantMap location = modems.value(path).value(locationInterface);
+    const auto bits = [&](const QString &name) {
+        return static_cast<uint>(
+            BusValue::number(location.value(name), 0, 0xffffffffLL).value_or(0));
+    };
+    const uint enabled = bits(u"Enabled"_s);
+    if (!(bits(u"Capabilities"_s) & cellSource)) {
+        locationTimer.stop();
+        return;
+    }
+    if (enabled & cellSource) {
+        // Whoever enabled it may not want it signalled: ask then, rather than change that.
+        const bool signalled = location.value(u"SignalsLocation"_s).toBool();
+        if (signalled) {
+            locationTimer.stop();
+        } else if (!locationTimer.isActive()) {
+            locationTimer.start(locationInterval);
+            readLocation();
+        }
+        return;
+    }
+    if (located.contains(path))
+        return;
+    located.insert(path);
+    service.call(path, locationInterface, u"Setup"_s, {enabled | cellSource, true},
+                 [this, path](const QDBusMessage &reply) {
+                     if (reply.type() == QDBusMessage::ErrorMessage) {
+                         Utils::addLogEntry(u"The modem does not tell its cell: %1"_s.arg(
+                             BusValue::cleanText(reply.errorMessage())));
+                     } else if (path == primary()) {
+                         readLocation();
+                     }
+                 });
+}
+
+void ModemManagerClient::readLocation()
+{
+    const QString path = primary();
+    service.call(
+        path, locationInterface, u"GetLocation"_s, {}, [this, path](const QDBusMessage &reply) {
+            if (path != primary() || reply.type() != QDBusMessage::ReplyMessage ||
+                reply.arguments().isEmpty())
+                return;
+            polledLocation = BusValue::textUnder(reply.arguments().constFirst(), cellSource);
+            refresh();
+        });
+}

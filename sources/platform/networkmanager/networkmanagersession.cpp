@@ -1,0 +1,111 @@
+#include "platform/networkmanager/networkmanagersession.h"
+
+#include "platform/modem/modemclient.h"
+#include "platform/networkmanager/networkmanagerclient.h"
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto modemWait = 2s;
+/// A WLAN that is known connects within a few seconds of the screen waking up.
+constexpr auto openWait = 10s;
+constexpr auto watchInterval = 2s;
+constexpr int looksUntilLost = 2;
+
+} // namespace
+
+NetworkManagerSession::NetworkManagerSession(const NetworkManagerClient &networkClient,
+                                             const ModemClient &modemClient,
+                                             SystemNetworkLookUp lookUpNow, QObject *parent)
+    : NetworkSession(parent)
+    , network(networkClient)
+    , modem(modemClient)
+    , lookUp(lookUpNow)
+    , interfaces(lookUpNow)
+{
+    modemTimer.setSingleShot(true);
+    openTimer.setSingleShot(true);
+    // Two timers of one object are told apart by their names.
+    openTimer.setObjectName(u"open"_s);
+    watchTimer.setObjectName(u"watch"_s);
+    connect(&modemTimer, &QTimer::timeout, this, &NetworkManagerSession::proceed);
+    connect(&openTimer, &QTimer::timeout, this, &NetworkManagerSession::fail);
+    connect(&watchTimer, &QTimer::timeout, this, &NetworkManagerSession::watch);
+    connect(&network, &NetworkManagerClient::changed, this, &NetworkManagerSession::proceed);
+    connect(&network, &NetworkManagerClient::completed, this, &NetworkManagerSession::proceed);
+    connect(&modem, &ModemClient::completed, this, &NetworkManagerSession::proceed);
+    connect(&interfaces, &NetworkSession::opened, this, &NetworkSession::opened);
+    connect(&interfaces, &NetworkSession::error, this, &NetworkSession::error);
+}
+
+QList<NetworkConfiguration> NetworkManagerSession::allConfigurations() const
+{
+    return interfaces.allConfigurations();
+}
+
+NetworkConfiguration NetworkManagerSession::defaultConfiguration() const
+{
+    return interfaces.defaultConfiguration();
+}
+
+bool NetworkManagerSession::canStartAndStopInterfaces() const
+{
+    return false;
+}
+
+bool NetworkManagerSession::isOpen() const
+{
+    return sessionOpen || interfaces.isOpen();
+}
+
+void NetworkManagerSession::open()
+{
+    opening = true;
+    modemTimer.start(modemWait);
+    openTimer.start(openWait);
+    QMetaObject::invokeMethod(this, &NetworkManagerSession::proceed, Qt::QueuedConnection);
+}
+
+void NetworkManagerSession::proceed()
+{
+    if (!opening || !network.isComplete() || (!modem.isComplete() && modemTimer.isActive()))
+        return;
+    if (network.presence() != BusService::Presence::Present) {
+        opening = false;
+        openTimer.stop();
+        interfaces.open();
+        return;
+    }
+    if (!network.state().activated)
+        return;
+    opening = false;
+    sessionOpen = true;
+    openTimer.stop();
+    looksWithoutNetwork = 0;
+    watchTimer.start(watchInterval);
+    Q_EMIT opened();
+}
+
+void NetworkManagerSession::watch()
+{
+    // The connections outlive a restart of NetworkManager.
+    const bool there = network.presence() == BusService::Presence::Present
+                           ? network.state().activated
+                           : lookUp().outgoing().has_value();
+    looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
+    if (looksWithoutNetwork >= looksUntilLost)
+        fail();
+}
+
+void NetworkManagerSession::fail()
+{
+    opening = false;
+    sessionOpen = false;
+    openTimer.stop();
+    watchTimer.stop();
+    Q_EMIT error(SessionAbortedError);
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/networksession.h"
+#include "platform/system/systemnetworksession.h"
+
+#include <QTimer>
+
+class ModemClient;
+class NetworkManagerClient;
+
+/// The network as NetworkManager keeps it: open while the primary connection is activated. Opening
+/// waits ten seconds for one, and before that up to two for what the modem tells, so that nobody
+/// measures before it is known whether the device is roaming. An open session is lost when two
+/// looks in a row, two seconds apart, find no activated connection. Where NetworkManager is not
+/// there, the interfaces alone decide as in SystemNetworkSession. The interfaces are the
+/// configurations.
+class NetworkManagerSession : public NetworkSession
+{
+    Q_OBJECT
+
+public:
+    /// The clients are borrowed and outlive the session.
+    NetworkManagerSession(const NetworkManagerClient &networkClient, const ModemClient &modemClient,
+                          SystemNetworkLookUp lookUpNow = lookUpSystemNetwork,
+                          QObject *parent = nullptr);
+
+    QList<NetworkConfiguration> allConfigurations() const override;
+    NetworkConfiguration defaultConfiguration() const override;
+    bool canStartAndStopInterfaces() const override;
+    bool isOpen() const override;
+    void open() override;
+
+private:
+    void proceed();
+    void watch();
+    void fail();
+
+    const NetworkManagerClient &network;
+    const ModemClient &modem;
+    const SystemNetworkLookUp lookUp;
+    SystemNetworkSession interfaces; ///< serves where NetworkManager is absent
+    QTimer modemTimer{this};         ///< the end of waiting for the modem
+    QTimer openTimer{this};          ///< the end of waiting for a connection
+    QTimer watchTimer{this};
+    bool opening = false;
+    bool sessionOpen = false;
+    int looksWithoutNetwork = 0;
+};

@@ -1,0 +1,70 @@
+#include "platform/scripted/scriptedpositionsource.h"
+
+#include "platform/scripted/scriptstate.h"
+
+ScriptedPositionSource::ScriptedPositionSource(const ScriptState &scripted, QObject *parent)
+    : PositionSource(parent)
+    , state(scripted)
+{
+    connect(&state, &ScriptState::positionUpdated, this, [this](const QGeoPositionInfo &info) {
+        if (positionRunning)
+            Q_EMIT positionUpdated(info);
+    });
+    connect(&state, &ScriptState::updateTimeout, this, [this] {
+        if (positionRunning)
+            Q_EMIT updateTimeout();
+    });
+    connect(&state, &ScriptState::satellitesInUseUpdated, this,
+            [this](const QList<QGeoSatelliteInfo> &satellites) {
+                if (satellitesRunning)
+                    Q_EMIT satellitesInUseUpdated(satellites);
+            });
+    connect(&state, &ScriptState::satellitesInViewUpdated, this,
+            [this](const QList<QGeoSatelliteInfo> &satellites) {
+                if (satellitesRunning)
+                    Q_EMIT satellitesInViewUpdated(satellites);
+            });
+}
+
+bool ScriptedPositionSource::hasPosition() const
+{
+    return state.script().hasPosition;
+}
+
+bool ScriptedPositionSource::hasSatellites() const
+{
+    return state.script().hasSatellites;
+}
+
+QGeoPositionInfo ScriptedPositionSource::lastKnownPosition() const
+{
+    return state.position;
+}
+
+int ScriptedPositionSource::minimumUpdateInterval() const
+{
+    return 0;
+}
+
+void ScriptedPositionSource::setUpdateInterval(int /*ms*/)
+{}
+
+void ScriptedPositionSource::startPosition()
+{
+    positionRunning = true;
+}
+
+void ScriptedPositionSource::stopPosition()
+{
+    positionRunning = false;
+}
+
+void ScriptedPositionSource::startSatellites()
+{
+    satellitesRunning = true;
+}
+
+void ScriptedPositionSource::stopSatellites()
+{
+    satellitesRunning = false;
+}

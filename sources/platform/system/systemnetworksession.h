@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/networksession.h"
+#include "platform/system/systeminterfaces.h"
+
+#include <QTimer>
+
+/// The interfaces of this machine as configurations. Interfaces are brought up by the system, not
+/// from here: opening succeeds when one is up, loopback included, so that a machine without a
+/// network can measure against a service of its own. An open session is lost when it opened with a
+/// network and two looks in a row, two seconds apart, find none: a change from one interface to
+/// another leaves a moment without any.
+class SystemNetworkSession : public NetworkSession
+{
+    Q_OBJECT
+
+public:
+    explicit SystemNetworkSession(SystemNetworkLookUp lookUpNow = lookUpSystemNetwork,
+                                  QObject *parent = nullptr);
+
+    QList<NetworkConfiguration> allConfigurations() const override;
+    NetworkConfiguration defaultConfiguration() const override;
+    bool canStartAndStopInterfaces() const override;
+    bool isOpen() const override;
+    void open() override;
+
+private:
+    void answer();
+    void watch();
+
+    const SystemNetworkLookUp lookUp;
+    QTimer watchTimer{this};
+    bool sessionOpen = false;
+    bool openedOnNetwork = false; ///< not on loopback alone
+    int looksWithoutNetwork = 0;
+};

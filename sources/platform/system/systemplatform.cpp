@@ -1,0 +1,99 @@
+#include "platform/system/systemplatform.h"
+
+#include "platform/networkmanager/networkmanagersession.h"
+#include "platform/position/systempositionsource.h"
+#include "platform/system/devicenetworkinfosource.h"
+#include "platform/system/systemdeviceinfosource.h"
+
+namespace {
+
+using Missing = PlatformFacts::Missing;
+using Metered = NetworkManagerState::Metered;
+using Presence = BusService::Presence;
+
+void takeMetered(Metered metered, PlatformFacts *facts)
+{
+    switch (metered) {
+    case Metered::Unknown: return;
+    case Metered::Yes:
+    case Metered::No: break;
+    case Metered::GuessYes:
+    case Metered::GuessNo: facts->meteredGuessed = true; break;
+    }
+    facts->metered = metered == Metered::Yes || metered == Metered::GuessYes;
+}
+
+} // namespace
+
+SystemPlatform::SystemPlatform(const QDBusConnection &bus)
+    : modem(bus)
+    , network(bus)
+{}
+
+SystemPlatform::~SystemPlatform() = default;
+
+std::unique_ptr<PositionSource> SystemPlatform::createPositionSource()
+{
+    auto source = std::make_unique<SystemPositionSource>();
+    position = source.get();
+    return source;
+}
+
+std::unique_ptr<NetworkInfoSource> SystemPlatform::createNetworkInfoSource()
+{
+    return std::make_unique<DeviceNetworkInfoSource>(modem, network);
+}
+
+std::unique_ptr<DeviceInfoSource> SystemPlatform::createDeviceInfoSource()
+{
+    return std::make_unique<SystemDeviceInfoSource>(&modem);
+}
+
+std::unique_ptr<NetworkSession> SystemPlatform::createNetworkSession()
+{
+    return std::make_unique<NetworkManagerSession>(network, modem);
+}
+
+bool SystemPlatform::isComplete() const
+{
+    return modem.isComplete() && network.isComplete();
+}
+
+PlatformFacts SystemPlatform::facts() const
+{
+    PlatformFacts facts;
+    facts.rsrp = modem.state().rsrp;
+    facts.rsrq = modem.state().rsrq;
+    facts.snr = modem.state().snr;
+    const NetworkManagerState &state = network.state();
+    takeMetered(state.metered, &facts);
+    facts.connectivity = state.connectivity;
+    facts.ssid = state.ssid;
+
+    if (modem.presence() == Presence::NoBus)
+        facts.missing.append(Missing::SystemBus);
+    else if (!modem.isComplete())
+        facts.missing.append(Missing::ModemManagerAnswer);
+    else if (modem.presence() == Presence::Absent)
+        facts.missing.append(Missing::ModemManager);
+    else if (modem.state().path.isEmpty())
+        facts.missing.append(Missing::Modem);
+
+    if (network.presence() != Presence::NoBus) {
+        if (!network.isComplete())
+            facts.missing.append(Missing::NetworkManagerAnswer);
+        else if (network.presence() == Presence::Absent)
+            facts.missing.append(Missing::NetworkManager);
+        else if (!state.activated)
+            facts.missing.append(Missing::PrimaryConnection);
+    }
+
+    if (position) {
+        facts.positionSource = position->name();
+        if (!position->hasPosition())
+            facts.missing.append(Missing::PositionSource);
+        if (!position->hasSatellites())
+            facts.missing.append(Missing::SatelliteSource);
+    }
+    return facts;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/modemmanager/modemmanagerclient.h"
+#include "platform/networkmanager/networkmanagerclient.h"
+#include "platform/platform.h"
+
+#include <QPointer>
+
+class SystemPositionSource;
+
+/// The machine the program runs on: modem and network as their services on the system bus show
+/// them, what they do not tell as Qt and the kernel do. Making the sources never waits for a
+/// service; what the machine lacks stays unknown. Needs a QCoreApplication.
+class SystemPlatform : public Platform
+{
+public:
+    /// @p bus stands for the system bus.
+    explicit SystemPlatform(const QDBusConnection &bus = QDBusConnection::systemBus());
+    ~SystemPlatform() override;
+
+    std::unique_ptr<PositionSource> createPositionSource() override;
+    std::unique_ptr<NetworkInfoSource> createNetworkInfoSource() override;
+    std::unique_ptr<DeviceInfoSource> createDeviceInfoSource() override;
+    std::unique_ptr<NetworkSession> createNetworkSession() override;
+
+    PlatformFacts facts() const override;
+    bool isComplete() const override;
+
+private:
+    ModemManagerClient modem;
+    NetworkManagerClient network;
+    QPointer<SystemPositionSource> position; ///< the last one made
+};
