@@ -102,6 +102,7 @@ private Q_SLOTS:
         registration("unknown", 4, NetworkStatus::Undefined);
         registration("roaming, messages alone", 7, NetworkStatus::Roaming);
         registration("emergency calls", 8, NetworkStatus::EmergencyOnly);
+        registration("emergency calls of another kind", 11, NetworkStatus::EmergencyOnly);
         registration("a state of the future", 99, NetworkStatus::Undefined);
         const auto cell = [&](const char *name, const char *text, qint64 id, int area) {
             row(name, MockPhone::location, "Location", MockPhone::at(QString::fromLatin1(text)),
@@ -146,6 +147,7 @@ private Q_SLOTS:
         row("signal as list", MockPhone::modem, "SignalQuality", QVariant(QStringList{u"7"_s}));
         row("technologies as text", MockPhone::modem, "AccessTechnologies", QVariant(u"LTE"_s));
         row("sim as text", MockPhone::modem, "Sim", QVariant(u"/x"_s));
+        row("imei with letters", MockPhone::gpp, "Imei", QVariant(u"35693803564380x"_s));
         row("code with letters", MockPhone::gpp, "OperatorCode", QVariant(u"31o026"_s));
         row("long code", MockPhone::gpp, "OperatorCode", QVariant(u"3100260"_s));
         row("location as text", MockPhone::location, "Location", QVariant(u"310,026,1,2,3"_s));
@@ -170,6 +172,7 @@ private Q_SLOTS:
         QVERIFY(!state.operatorName.contains(u'\x1b'));
         QCOMPARE(state.signal, property == "SignalQuality"_L1 ? -1 : 71);
         QCOMPARE(state.mode, property == "AccessTechnologies"_L1 ? Unknown : Lte);
+        QCOMPARE(state.imei, property == "Imei"_L1 ? u"A1"_s : u"356938035643809"_s);
         QCOMPARE(state.imsi.isEmpty(), property == "Sim"_L1);
         QCOMPARE(state.mcc.isEmpty(), property == "OperatorCode"_L1);
         QCOMPARE(state.cellId == -1, property == "Location"_L1);
@@ -230,8 +233,8 @@ private Q_SLOTS:
     {
         const Rows<uint, bool, bool, QString, qint64> row("enabled", "signals", "refused", "asked",
                                                           "cell");
-        row("not enabled", 2U, false, false, "Setup 3 True", 0x2af101);
-        row("refused", 2U, false, true, "Setup 3 True", -1);
+        row("not enabled", 2U, false, false, "Setup 3 False", 0x2af101);
+        row("refused", 2U, false, true, "Setup 3 False", -1);
         row("enabled by others", 1U, false, false, "", 0x2af101);
         row("signalled by others", 1U, true, false, "", -1);
     }
@@ -252,7 +255,8 @@ private Q_SLOTS:
              u"self.UpdateProperties('%1', {'Model': 'Setup %d %s' % (args[0], bool(args[1]))})\n"_s
                      .arg(MockPhone::modem) +
                  (refused ? u"raise dbus.exceptions.DBusException('No', name='no.No')"_s
-                          : QString())}));
+                          : u"self.UpdateProperties('%1', {'Enabled': args[0]})"_s.arg(
+                                MockPhone::location))}));
         QVERIFY(phone->set(MockPhone::location, u"Location"_s,
                            QVariant::fromValue(LocationMap{{2U, QDBusVariant(u"x"_s)}})));
         QVERIFY(phone->set(MockPhone::location, u"SignalsLocation"_s, signals));
@@ -261,6 +265,42 @@ private Q_SLOTS:
         QTRY_VERIFY(client.isComplete());
         QTRY_COMPARE(client.state().model, asked.isEmpty() ? u"Modem 7"_s : asked);
         QTRY_COMPARE(client.state().cellId, cell());
+    }
+
+    void asksForTheSignal_data()
+    {
+        const Rows<int, uint, QString, QString> row("state", "rate", "asked", "left");
+        row("connected", 11, 0U, "Setup 3", "Setup 0");
+        row("asked by others", 11, 10U, "Modem 7", "Modem 7");
+        row("off", 3, 0U, "Modem 7", "Modem 7");
+    }
+    void asksForTheSignal()
+    {
+        QFETCH(int, state);
+        QFETCH(uint, rate);
+        QFETCH(QString, asked);
+        QFETCH(QString, left);
+        QVERIFY(phone->startModem());
+        QVERIFY(bus->addMethod(
+            MockPhone::modemService, MockPhone::modemPath, MockPhone::signal,
+            {u"Setup"_s, u"u"_s, QString(),
+             u"self.UpdateProperties('%1', {'Model': 'Setup %d' % args[0]})\n"
+             "self.UpdateProperties('%1.Signal', {'Rate': args[0]})"_s.arg(MockPhone::modem)}));
+        QVERIFY(phone->set(MockPhone::signal, u"Rate"_s, rate));
+        QVERIFY(phone->set(MockPhone::modem, u"State"_s, state));
+        auto client = std::make_unique<ModemManagerClient>(bus->connection());
+        QTRY_VERIFY(client->isComplete());
+        QTRY_COMPARE(client->state().model, asked);
+        if (state < 8) {
+            // It is switched on.
+            QVERIFY(phone->set(MockPhone::modem, u"State"_s, 8));
+            QTRY_COMPARE(client->state().model, u"Setup 3"_s);
+            return;
+        }
+        client.reset();
+        QVERIFY(phone->set(MockPhone::modem, u"State"_s, 3));
+        const ModemManagerClient later(bus->connection());
+        QTRY_COMPARE(later.state().model, left);
     }
 
     void followsTheWlan()
@@ -322,6 +362,30 @@ private Q_SLOTS:
         QVERIFY(!session.isOpen());
         QCOMPARE(opened.size(), 1);
         QCOMPARE(failed.size(), 2);
+    }
+
+    void takesWhatOthersConnected()
+    {
+        QVERIFY(phone->startNetwork() && phone->leaveBy(u"/"_s));
+        const auto managerState = [&](uint state) {
+            return bus->set(MockPhone::networkService, MockPhone::networkPath,
+                            MockPhone::networkService, u"State"_s, state);
+        };
+        QVERIFY(managerState(40));
+        SystemNetwork interfaces{{cable}, u"eth0"_s};
+        const auto lookUp = [&] { return interfaces; };
+        NetworkManagerClient manager(bus->connection());
+        const ModemManagerClient modem(bus->connection());
+        const DeviceNetworkInfoSource info(modem, manager, lookUp);
+        NetworkManagerSession session(manager, modem, lookUp);
+        session.open();
+        QTRY_VERIFY(manager.isComplete() && modem.isComplete());
+        // What NetworkManager is about to connect is waited for.
+        QVERIFY(!session.isOpen());
+        QVERIFY(managerState(20));
+        QTRY_VERIFY(session.isOpen());
+        QCOMPARE(info.currentMode(), NetworkMode::Ethernet);
+        QCOMPARE(info.networkStatus(NetworkMode::Ethernet), NetworkStatus::Connected);
     }
 
     void doesWithoutServices_data()

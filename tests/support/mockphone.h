@@ -41,13 +41,14 @@ public:
                    modemService, path, modem,
                    {{QStringLiteral("State"), 11},
                     {QStringLiteral("Sim"), QVariant::fromValue(QDBusObjectPath(simPath))},
-                    {QStringLiteral("EquipmentIdentifier"), QStringLiteral("356938035643809")},
+                    {QStringLiteral("EquipmentIdentifier"), QStringLiteral("A1")},
                     {QStringLiteral("Manufacturer"), QStringLiteral("Maker")},
                     {QStringLiteral("Model"), QStringLiteral("Modem 7")},
                     {QStringLiteral("AccessTechnologies"), 1U << 14},
                     {QStringLiteral("SignalQuality"), QVariant::fromValue(Quality{71})}}) &&
                bus.addProperties(modemService, path, gpp,
                                  {{QStringLiteral("RegistrationState"), 5U},
+                                  {QStringLiteral("Imei"), QStringLiteral("356938035643809")},
                                   {QStringLiteral("OperatorCode"), QStringLiteral("310026")},
                                   {QStringLiteral("OperatorName"), QStringLiteral("Abroad")}}) &&
                bus.addProperties(modemService, path, location,
@@ -58,7 +59,8 @@ public:
                                    at(QStringLiteral("310,026,FFFE,002AF101,00F1E2"))}}) &&
                bus.addProperties(
                    modemService, path, signal,
-                   {{QStringLiteral("Lte"), QVariantMap{{QStringLiteral("rsrp"), -97.0},
+                   {{QStringLiteral("Rate"), 5U},
+                    {QStringLiteral("Lte"), QVariantMap{{QStringLiteral("rsrp"), -97.0},
                                                         {QStringLiteral("rsrq"), -11.5},
                                                         {QStringLiteral("snr"), 8.0}}}});
     }
@@ -69,6 +71,7 @@ public:
                bus.addProperties(networkService, networkPath, networkService,
                                  {{QStringLiteral("PrimaryConnection"), pathValue(mobilePath)},
                                   {QStringLiteral("PrimaryConnectionType"), QStringLiteral("gsm")},
+                                  {QStringLiteral("State"), 70U},
                                   {QStringLiteral("Metered"), 3U},
                                   {QStringLiteral("Connectivity"), 4U}}) &&
                addConnection(mobilePath, QStringLiteral("gsm"), QStringLiteral("/")) &&

@@ -86,6 +86,17 @@ void BusService::call(const QString &path, const QString &interface, const QStri
             });
 }
 
+void BusService::tell(const QString &path, const QString &interface, const QString &method,
+                      const QVariantList &arguments)
+{
+    if (present != Presence::Present)
+        return;
+    QDBusMessage message = QDBusMessage::createMethodCall(owner, path, interface, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    bus.send(message);
+}
+
 void BusService::readProperties(const QString &path, const QString &interface,
                                 std::function<void(const QVariantMap &values)> handler)
 {

@@ -37,6 +37,9 @@ public:
     /// nothing while the service is not there.
     void call(const QString &path, const QString &interface, const QString &method,
               const QVariantList &arguments, Handler handler);
+    /// Calls without waiting for an answer; for farewells.
+    void tell(const QString &path, const QString &interface, const QString &method,
+              const QVariantList &arguments);
     /// All properties of one interface; an empty map when the object does not answer with any.
     void readProperties(const QString &path, const QString &interface,
                         std::function<void(const QVariantMap &values)> handler);

@@ -22,9 +22,9 @@ const ModemClient &ModemChoice::chosen() const
 {
     if (!first->state().path.isEmpty())
         return *first;
-    const bool other = !second->state().path.isEmpty() ||
-                       (first->presence() != BusService::Presence::Present &&
-                        second->presence() == BusService::Presence::Present);
+    const bool other =
+        !second->state().path.isEmpty() || (first->presence() != BusService::Presence::Present &&
+                                            second->presence() == BusService::Presence::Present);
     return other ? *second : *first;
 }
 

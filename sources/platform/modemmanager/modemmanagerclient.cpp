@@ -5,6 +5,7 @@
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
+#include <QSet>
 
 #include <algorithm>
 #include <chrono>
@@ -28,6 +29,8 @@ const QString simInterface = u"org.freedesktop.ModemManager1.Sim"_s;
 constexpr qsizetype maxModems = 16;
 /// A cell lasts for seconds even at train speed.
 constexpr auto locationInterval = 2s;
+/// How often the modem shall look at its reference signals, s: a few times in a test.
+constexpr uint signalInterval = 3;
 /// The source "cell and location area" among a modem's location sources.
 constexpr uint cellSource = 1U << 0;
 
@@ -38,6 +41,7 @@ constexpr qint64 maxCell = (1LL << 36) - 1;
 constexpr int hexadecimal = 16;
 
 constexpr qint64 stateConnected = 11;
+constexpr qint64 stateEnabled = 6;
 constexpr qint64 stateRegistered = 8;
 
 struct Technology
@@ -77,7 +81,8 @@ NetworkStatus statusOf(qint64 registration)
     case 5:
     case 7:
     case 10: return NetworkStatus::Roaming;
-    case 8: return NetworkStatus::EmergencyOnly;
+    case 8:
+    case 11: return NetworkStatus::EmergencyOnly;
     default: return NetworkStatus::Undefined;
     }
 }
@@ -110,7 +115,9 @@ void takeLocation(const QString &location, ModemState *state)
     const qint64 lac = told == 0 || told >= reservedLac ? -1 : told;
     const qint64 tac = hexNumber(fields.value(4), maxTac);
     state->areaCode = static_cast<int>(hasTac && tac > 0 ? tac : lac);
-    state->cellId = hexNumber(fields.at(3), maxCell);
+    // No network numbers a cell 0 in an area it does not name: the modem has not read it yet.
+    const qint64 cell = hexNumber(fields.at(3), maxCell);
+    state->cellId = cell == 0 && state->areaCode < 0 ? -1 : cell;
 }
 
 bool isKept(const QString &interface)
@@ -132,6 +139,7 @@ void keep(const QVariantMap &values, QVariantMap *kept)
         u"Location"_s,     u"SignalsLocation"_s,
         u"Lte"_s,          u"Nr5g"_s,
         u"Imsi"_s,         u"OperatorIdentifier"_s,
+        u"Imei"_s,         u"Rate"_s,
     };
     for (auto each = values.cbegin(); each != values.cend(); ++each) {
         if (names.contains(each.key()))
@@ -156,10 +164,19 @@ ModemManagerClient::ModemManagerClient(const QDBusConnection &bus, QObject *pare
     service.listen(managerInterface, u"InterfacesRemoved"_s);
 }
 
+ModemManagerClient::~ModemManagerClient()
+{
+    // Measuring its signal wakes the modem up again and again.
+    for (auto each = asked.cbegin(); each != asked.cend(); ++each) {
+        if (each.key().second == signalInterface && *each)
+            service.tell(each.key().first, signalInterface, u"Setup"_s, {0U});
+    }
+}
+
 void ModemManagerClient::restart()
 {
     modems.clear();
-    located.clear();
+    asked.clear();
     reading = false;
     readAgain = false;
     modemsKnown = false;
@@ -225,14 +242,20 @@ void ModemManagerClient::takeProperties(const QString &path, const QString &inte
     refresh();
 }
 
+qint64 ModemManagerClient::stateOf(const QString &path) const
+{
+    return BusValue::number(modems.value(path).value(modemInterface).value(u"State"_s), -1,
+                            stateConnected)
+        .value_or(-1);
+}
+
 QString ModemManagerClient::primary() const
 {
     const auto rank = [this](const QString &path) {
-        const auto state = BusValue::number(
-            modems.value(path).value(modemInterface).value(u"State"_s), -1, stateConnected);
+        const qint64 state = stateOf(path);
         if (state == stateConnected)
             return 2;
-        return state.value_or(0) >= stateRegistered ? 1 : 0;
+        return state >= stateRegistered ? 1 : 0;
     };
     QString best;
     for (auto each = modems.keyBegin(); each != modems.keyEnd(); ++each) {
@@ -255,7 +278,6 @@ ModemState ModemManagerClient::describe(const QString &path) const
     const Interfaces interfaces = modems.value(path);
 
     const QVariantMap modem = interfaces.value(modemInterface);
-    state.imei = BusValue::text(modem.value(u"EquipmentIdentifier"_s));
     state.manufacturer = BusValue::text(modem.value(u"Manufacturer"_s));
     state.model = BusValue::text(modem.value(u"Model"_s));
     const auto mask =
@@ -266,6 +288,10 @@ ModemState ModemManagerClient::describe(const QString &path) const
         BusValue::firstOfPair(modem.value(u"SignalQuality"_s), 0, 100).value_or(-1));
 
     const QVariantMap gpp = interfaces.value(gppInterface);
+    // The general identifier is another number in networks that have no IMEI.
+    state.imei = BusValue::digits(gpp.value(u"Imei"_s), 14, 16);
+    if (state.imei.isEmpty())
+        state.imei = BusValue::text(modem.value(u"EquipmentIdentifier"_s));
     takeOperator(gpp.value(u"OperatorCode"_s), &state.mcc, &state.mnc);
     state.operatorName = BusValue::text(gpp.value(u"OperatorName"_s));
     state.status =
@@ -301,10 +327,8 @@ void ModemManagerClient::refresh()
         simKnown = simPath.isEmpty();
         readSim();
     }
-    if (!path.isEmpty())
-        locate();
-    else
-        locationTimer.stop();
+    locate();
+    askForSignal();
     ModemState state = describe(path);
     if (state != shown) {
         shown = std::move(state);
@@ -338,6 +362,30 @@ void ModemManagerClient::readSim()
                            });
 }
 
+bool ModemManagerClient::mayAsk(const QString &path, const QString &interface)
+{
+    // A modem that is off refuses; it is asked again when it comes on.
+    const Setup request{path, interface};
+    if (stateOf(path) < stateEnabled) {
+        asked.remove(request);
+        return false;
+    }
+    return !asked.contains(request);
+}
+
+void ModemManagerClient::ask(const Setup &request, const QVariantList &arguments,
+                             const QString &refusal)
+{
+    asked.insert(request, false);
+    service.call(request.first, request.second, u"Setup"_s, arguments,
+                 [this, request, refusal](const QDBusMessage &reply) {
+                     if (reply.type() == QDBusMessage::ErrorMessage)
+                         Utils::addLogEntry(refusal.arg(BusValue::cleanText(reply.errorMessage())));
+                     else if (const auto granted = asked.find(request); granted != asked.end())
+                         *granted = true;
+                 });
+}
+
 void ModemManagerClient::locate()
 {
     const QString path = primary();
@@ -347,33 +395,28 @@ void ModemManagerClient::locate()
             BusValue::number(location.value(name), 0, 0xffffffffLL).value_or(0));
     };
     const uint enabled = bits(u"Enabled"_s);
-    if (!(bits(u"Capabilities"_s) & cellSource)) {
+    // Whoever enabled it may not want it signalled: it is polled then, rather than changed.
+    const bool isOn = (bits(u"Capabilities"_s) & enabled & cellSource) != 0;
+    const bool signalled = location.value(u"SignalsLocation"_s).toBool();
+    if (!isOn || signalled) {
         locationTimer.stop();
-        return;
+    } else if (!locationTimer.isActive()) {
+        locationTimer.start(locationInterval);
+        readLocation();
     }
-    if (enabled & cellSource) {
-        // Whoever enabled it may not want it signalled: ask then, rather than change that.
-        const bool signalled = location.value(u"SignalsLocation"_s).toBool();
-        if (signalled) {
-            locationTimer.stop();
-        } else if (!locationTimer.isActive()) {
-            locationTimer.start(locationInterval);
-            readLocation();
-        }
-        return;
-    }
-    if (located.contains(path))
-        return;
-    located.insert(path);
-    service.call(path, locationInterface, u"Setup"_s, {enabled | cellSource, true},
-                 [this, path](const QDBusMessage &reply) {
-                     if (reply.type() == QDBusMessage::ErrorMessage) {
-                         Utils::addLogEntry(u"The modem does not tell its cell: %1"_s.arg(
-                             BusValue::cleanText(reply.errorMessage())));
-                     } else if (path == primary()) {
-                         readLocation();
-                     }
-                 });
+    if (!isOn && (bits(u"Capabilities"_s) & cellSource) != 0 && mayAsk(path, locationInterface))
+        ask({path, locationInterface}, {enabled | cellSource, signalled},
+            u"The modem does not tell its cell: %1"_s);
+}
+
+void ModemManagerClient::askForSignal()
+{
+    const QString path = primary();
+    const auto rate = BusValue::number(modems.value(path).value(signalInterface).value(u"Rate"_s),
+                                       0, 0xffffffffLL);
+    if (rate == 0 && mayAsk(path, signalInterface))
+        ask({path, signalInterface}, {signalInterval},
+            u"The modem does not tell its reference signals: %1"_s);
 }
 
 void ModemManagerClient::readLocation()

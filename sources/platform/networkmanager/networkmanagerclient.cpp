@@ -19,6 +19,7 @@ const QString connectionInterface = u"org.freedesktop.NetworkManager.Connection.
 const QString accessPointInterface = u"org.freedesktop.NetworkManager.AccessPoint"_s;
 
 constexpr qint64 stateActivated = 2;
+constexpr qint64 managerConnecting = 40;
 /// What the standard allows for the name of a WLAN.
 constexpr qsizetype maxSsidBytes = 32;
 
@@ -132,6 +133,9 @@ NetworkManagerState NetworkManagerClient::describe() const
         kindOf(manager.values.value(u"Metered"_s), NetworkManagerState::Metered::GuessNo);
     state.connectivity =
         kindOf(manager.values.value(u"Connectivity"_s), NetworkManagerState::Connectivity::Full);
+    state.connecting =
+        BusValue::number(manager.values.value(u"State"_s), managerConnecting, managerConnecting)
+            .has_value();
     if (connection.path.isEmpty())
         return state;
     QString type = BusValue::text(connection.values.value(u"Type"_s));

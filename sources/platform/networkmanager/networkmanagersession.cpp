@@ -74,7 +74,8 @@ void NetworkManagerSession::proceed()
 {
     if (!opening || !network.isComplete() || (!modem.isComplete() && modemTimer.isActive()))
         return;
-    if (network.presence() != BusService::Presence::Present) {
+    const bool managed = network.presence() == BusService::Presence::Present;
+    if (!managed || hasForeignNetwork()) {
         opening = false;
         openTimer.stop();
         interfaces.open();
@@ -90,12 +91,17 @@ void NetworkManagerSession::proceed()
     Q_EMIT opened();
 }
 
+bool NetworkManagerSession::hasForeignNetwork() const
+{
+    const NetworkManagerState &state = network.state();
+    return !state.activated && !state.connecting && lookUp().outgoing().has_value();
+}
+
 void NetworkManagerSession::watch()
 {
     // The connections outlive a restart of NetworkManager.
-    const bool there = network.presence() == BusService::Presence::Present
-                           ? network.state().activated
-                           : lookUp().outgoing().has_value();
+    const bool managed = network.presence() == BusService::Presence::Present;
+    const bool there = (managed && network.state().activated) || lookUp().outgoing().has_value();
     looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
     if (looksWithoutNetwork >= looksUntilLost)
         fail();

@@ -11,9 +11,9 @@ class NetworkManagerClient;
 /// The network as NetworkManager keeps it: open while the primary connection is activated. Opening
 /// waits ten seconds for one, and before that up to two for what the modem tells, so that nobody
 /// measures before it is known whether the device is roaming. An open session is lost when two
-/// looks in a row, two seconds apart, find no activated connection. Where NetworkManager is not
-/// there, the interfaces alone decide as in SystemNetworkSession. The interfaces are the
-/// configurations.
+/// looks in a row, two seconds apart, find neither an activated connection nor another way into the
+/// network. Where NetworkManager is not there, or leaves the interfaces to somebody else, these
+/// alone decide as in SystemNetworkSession. The interfaces are the configurations.
 class NetworkManagerSession : public NetworkSession
 {
     Q_OBJECT
@@ -32,13 +32,15 @@ public:
 
 private:
     void proceed();
+    /// A connection that another program or the administrator has made.
+    bool hasForeignNetwork() const;
     void watch();
     void fail();
 
     const NetworkManagerClient &network;
     const ModemClient &modem;
     const SystemNetworkLookUp lookUp;
-    SystemNetworkSession interfaces; ///< serves where NetworkManager is absent
+    SystemNetworkSession interfaces; ///< serves what NetworkManager does not manage
     QTimer modemTimer{this};         ///< the end of waiting for the modem
     QTimer openTimer{this};          ///< the end of waiting for a connection
     QTimer watchTimer{this};

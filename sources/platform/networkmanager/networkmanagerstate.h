@@ -9,10 +9,11 @@ struct NetworkManagerState
     enum class Metered { Unknown, Yes, No, GuessYes, GuessNo };
     enum class Connectivity { Unknown, None, Portal, Limited, Full };
 
-    Link link = Link::None; ///< of the primary connection
-    bool activated = false; ///< the primary connection is up
-    QString ssid;           ///< of the WLAN, when the primary connection is one
-    int strength = -1;      ///< of the WLAN, percent
+    Link link = Link::None;  ///< of the primary connection
+    bool activated = false;  ///< the primary connection is up
+    bool connecting = false; ///< one is being made
+    QString ssid;            ///< of the WLAN, when the primary connection is one
+    int strength = -1;       ///< of the WLAN, percent
     Metered metered = Metered::Unknown;
     Connectivity connectivity = Connectivity::Unknown;
 

@@ -64,14 +64,13 @@ DeviceNetworkInfoSource::Shown DeviceNetworkInfoSource::look() const
     now.modem = modem.state();
     now.mobile = {now.modem.status, now.modem.signal, now.modem.operatorName};
 
-    const bool managed = network.presence() == BusService::Presence::Present;
     const NetworkManagerState &managedState = network.state();
-    if (managed && managedState.activated) {
+    const bool managed =
+        network.presence() == BusService::Presence::Present && managedState.activated;
+    if (managed) {
         now.mode = modeOf(managedState.link, now.modem.mode);
         if (managedState.link == Link::Wlan)
             now.wlan = {NetworkStatus::Connected, managedState.strength, managedState.ssid};
-    } else if (managed) {
-        now.mode = now.modem.mode;
     } else {
         // A mobile interface has no mode of its own there.
         const NetworkMode mode = interfaces.currentMode();
@@ -79,10 +78,7 @@ DeviceNetworkInfoSource::Shown DeviceNetworkInfoSource::look() const
         now.wlan.status = interfaces.networkStatus(NetworkMode::Wlan);
     }
 
-    const bool connected =
-        managed ? managedState.activated
-                : interfaces.networkStatus(interfaces.currentMode()) == NetworkStatus::Connected;
-    if (connected)
+    if (managed || interfaces.networkStatus(interfaces.currentMode()) == NetworkStatus::Connected)
         now.other.status = NetworkStatus::Connected;
     // A modem that does not tell its radio tells its registration all the same: roaming counts.
     if (now.mode == NetworkMode::Unknown && !now.modem.path.isEmpty())

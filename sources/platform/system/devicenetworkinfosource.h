@@ -8,7 +8,7 @@
 class ModemClient;
 class NetworkManagerClient;
 
-/// Network state from the modem and from NetworkManager; where one of them is not there, from the
+/// Network state from the modem and from NetworkManager; where that has no connection, from the
 /// interfaces as far as those tell. The current mode is that of the connection which traffic leaves
 /// by; the mobile mode keeps its own status, signal and operator name while that is a WLAN. Signals
 /// only what is different from before.
