@@ -99,6 +99,7 @@ NetworkInfoHelper::NetworkInfoHelper(Platform &platform, QObject *parent)
         homemcc = cleanText(netinfo->homeMobileCountryCode());
         homemnc = cleanText(netinfo->homeMobileNetworkCode());
     });
+    connect(info, &NetworkInfoSource::cellFound, this, qOverload<>(&NetworkInfoHelper::timerEvent));
     connect(info, &NetworkInfoSource::networkModeChanged, this,
             &NetworkInfoHelper::networkModeChanged);
     connect(info, &NetworkInfoSource::networkStatusChanged, this,

@@ -98,7 +98,7 @@ void TestResultLog::fillInGPSAndNetworkData()
     connectionType = networkinfo->getNetworkmode();
     const double strength = networkinfo->getNetworksignal().toDouble();
     signalStrength = strength > 0 ? strength : -1.0;
-    cellId = networkinfo->getNetworkcell().toInt();
+    cellId = networkinfo->getNetworkcell().toLongLong();
 }
 
 void TestResultLog::getGPSData()

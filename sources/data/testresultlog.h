@@ -37,7 +37,7 @@ public:
     QString getPhasename() const { return phasename; }
     QString getConnectionType() const { return connectionType; } ///< network mode code
     double getSignalStrength() const { return signalStrength; }  ///< percent, -1 when unknown
-    int getCellId() const { return cellId; }
+    qlonglong getCellId() const { return cellId; } ///< up to 36 bits, 0 when unknown
     qlonglong getRTT() const { return rtt; } ///< ns, -1 when the connect failed
 
     /// The "<LogEntry>" element of the report. Round-trip time in whole microseconds (a failed
@@ -67,7 +67,7 @@ private:
     qint64 rtt = -1;
     QString connectionType;
     double signalStrength = -1;
-    int cellId = 0;
+    qlonglong cellId = 0;
     TestContext *controller;
     NetworkInfoHelper *networkinfo;
     LocationHelper *locationinfo;

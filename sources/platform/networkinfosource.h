@@ -52,6 +52,8 @@ public:
 Q_SIGNALS:
     /// The home codes are others: a modem may answer late, or get another SIM.
     void homeOperatorChanged();
+    /// Cell or location area are known now and were not: whoever looks at times need not wait.
+    void cellFound();
     void currentMobileCountryCodeChanged(const QString &code);
     void currentMobileNetworkCodeChanged(const QString &code);
     void networkModeChanged(NetworkMode mode);

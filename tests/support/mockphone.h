@@ -28,7 +28,6 @@ public:
 
     bool startModem()
     {
-        const QString managers = QStringLiteral("/org/freedesktop/ModemManager1");
         return bus.startService(modemService, managers, modemService) && addModem(modemPath) &&
                bus.addObject(modemService, simPath, modemService + QStringLiteral(".Sim"),
                              {{QStringLiteral("Imsi"), QStringLiteral("228011234567890")},
@@ -65,6 +64,14 @@ public:
                                                         {QStringLiteral("snr"), 8.0}}}});
     }
 
+    /// Tells of a change of the objects, as the service does after it.
+    bool announceModem() { return announce(QStringLiteral("/announced")); }
+    bool removeModem()
+    {
+        return bus.mock(modemService, managers, QStringLiteral("RemoveObject"), {modemPath}) &&
+               announce(modemPath);
+    }
+
     bool startNetwork()
     {
         return bus.startService(networkService, networkPath, networkService) &&
@@ -97,6 +104,16 @@ public:
     }
 
 private:
+    static inline const QString managers = QStringLiteral("/org/freedesktop/ModemManager1");
+
+    bool announce(const QString &path)
+    {
+        return bus.mock(
+            modemService, managers, QStringLiteral("EmitSignal"),
+            {QStringLiteral("org.freedesktop.DBus.ObjectManager"),
+             QStringLiteral("InterfacesRemoved"), QStringLiteral("oas"),
+             QVariantList{QVariant::fromValue(QDBusObjectPath(path)), QStringList{modem}}});
+    }
     static QVariant pathValue(const QString &path)
     {
         return QVariant::fromValue(QDBusObjectPath(path));

@@ -120,6 +120,10 @@ void DeviceNetworkInfoSource::refresh()
         Q_EMIT currentMobileNetworkCodeChanged(shown.modem.mnc);
     if (shown.modem.homeMcc != before.modem.homeMcc || shown.modem.homeMnc != before.modem.homeMnc)
         Q_EMIT homeOperatorChanged();
+    const auto isFound = [](qint64 is, qint64 was) { return is >= 0 && was < 0; };
+    if (isFound(shown.modem.cellId, before.modem.cellId) ||
+        isFound(shown.modem.areaCode, before.modem.areaCode))
+        Q_EMIT cellFound();
     if (shown.mode != before.mode)
         Q_EMIT networkModeChanged(shown.mode);
     // The modes that were, then those that are, each once.

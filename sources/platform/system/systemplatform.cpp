@@ -5,6 +5,8 @@
 #include "platform/system/devicenetworkinfosource.h"
 #include "platform/system/systemdeviceinfosource.h"
 
+#include <utility>
+
 namespace {
 
 using Missing = PlatformFacts::Missing;
@@ -25,8 +27,9 @@ void takeMetered(Metered metered, PlatformFacts *facts)
 
 } // namespace
 
-SystemPlatform::SystemPlatform(const QDBusConnection &bus)
-    : modem(bus)
+SystemPlatform::SystemPlatform(const QDBusConnection &bus, SystemNetworkLookUp lookUpNow)
+    : lookUp(std::move(lookUpNow))
+    , modem(bus)
     , network(bus)
 {}
 
@@ -41,7 +44,7 @@ std::unique_ptr<PositionSource> SystemPlatform::createPositionSource()
 
 std::unique_ptr<NetworkInfoSource> SystemPlatform::createNetworkInfoSource()
 {
-    return std::make_unique<DeviceNetworkInfoSource>(modem, network);
+    return std::make_unique<DeviceNetworkInfoSource>(modem, network, lookUp);
 }
 
 std::unique_ptr<DeviceInfoSource> SystemPlatform::createDeviceInfoSource()
@@ -51,7 +54,7 @@ std::unique_ptr<DeviceInfoSource> SystemPlatform::createDeviceInfoSource()
 
 std::unique_ptr<NetworkSession> SystemPlatform::createNetworkSession()
 {
-    return std::make_unique<NetworkManagerSession>(network, modem);
+    return std::make_unique<NetworkManagerSession>(network, modem, lookUp);
 }
 
 bool SystemPlatform::isComplete() const

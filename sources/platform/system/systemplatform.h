@@ -3,6 +3,7 @@
 #include "platform/modemmanager/modemmanagerclient.h"
 #include "platform/networkmanager/networkmanagerclient.h"
 #include "platform/platform.h"
+#include "platform/system/systeminterfaces.h"
 
 #include <QPointer>
 
@@ -14,8 +15,9 @@ class SystemPositionSource;
 class SystemPlatform : public Platform
 {
 public:
-    /// @p bus stands for the system bus.
-    explicit SystemPlatform(const QDBusConnection &bus = QDBusConnection::systemBus());
+    /// @p bus stands for the system bus, @p lookUpNow for the kernel.
+    explicit SystemPlatform(const QDBusConnection &bus = QDBusConnection::systemBus(),
+                            SystemNetworkLookUp lookUpNow = lookUpSystemNetwork);
     ~SystemPlatform() override;
 
     std::unique_ptr<PositionSource> createPositionSource() override;
@@ -27,6 +29,7 @@ public:
     bool isComplete() const override;
 
 private:
+    const SystemNetworkLookUp lookUp;
     ModemManagerClient modem;
     NetworkManagerClient network;
     QPointer<SystemPositionSource> position; ///< the last one made
