@@ -641,18 +641,6 @@ Beispiele:
         <translation>Es gibt keinen Systembus: Modem und Verbindung sind unbekannt.</translation>
     </message>
     <message>
-        <source>ModemManager is not running.</source>
-        <translation>ModemManager läuft nicht.</translation>
-    </message>
-    <message>
-        <source>ModemManager does not answer.</source>
-        <translation>ModemManager antwortet nicht.</translation>
-    </message>
-    <message>
-        <source>ModemManager knows of no modem.</source>
-        <translation>ModemManager kennt kein Modem.</translation>
-    </message>
-    <message>
         <source>NetworkManager is not running.</source>
         <translation>NetworkManager läuft nicht.</translation>
     </message>
@@ -699,6 +687,22 @@ Beispiele:
     <message>
         <source>Position source</source>
         <translation>Positionsquelle</translation>
+    </message>
+    <message>
+        <source>Neither ModemManager nor oFono is running.</source>
+        <translation>Weder ModemManager noch oFono läuft.</translation>
+    </message>
+    <message>
+        <source>The modem service does not answer.</source>
+        <translation>Der Modemdienst antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The modem service knows of no modem.</source>
+        <translation>Der Modemdienst kennt kein Modem.</translation>
+    </message>
+    <message>
+        <source>Modem service</source>
+        <translation>Modemdienst</translation>
     </message>
 </context>
 <context>

@@ -641,18 +641,6 @@ Examples:
         <translation>There is no system bus: modem and connection are unknown.</translation>
     </message>
     <message>
-        <source>ModemManager is not running.</source>
-        <translation>ModemManager is not running.</translation>
-    </message>
-    <message>
-        <source>ModemManager does not answer.</source>
-        <translation>ModemManager does not answer.</translation>
-    </message>
-    <message>
-        <source>ModemManager knows of no modem.</source>
-        <translation>ModemManager knows of no modem.</translation>
-    </message>
-    <message>
         <source>NetworkManager is not running.</source>
         <translation>NetworkManager is not running.</translation>
     </message>
@@ -699,6 +687,22 @@ Examples:
     <message>
         <source>Position source</source>
         <translation>Position source</translation>
+    </message>
+    <message>
+        <source>Neither ModemManager nor oFono is running.</source>
+        <translation>Neither ModemManager nor oFono is running.</translation>
+    </message>
+    <message>
+        <source>The modem service does not answer.</source>
+        <translation>The modem service does not answer.</translation>
+    </message>
+    <message>
+        <source>The modem service knows of no modem.</source>
+        <translation>The modem service knows of no modem.</translation>
+    </message>
+    <message>
+        <source>Modem service</source>
+        <translation>Modem service</translation>
     </message>
 </context>
 <context>

@@ -72,9 +72,11 @@ QString sentence(PlatformFacts::Missing missing)
     switch (missing) {
     case Missing::SystemBus:
         return DeviceContext::tr("There is no system bus: modem and connection are unknown.");
-    case Missing::ModemManager: return DeviceContext::tr("ModemManager is not running.");
-    case Missing::ModemManagerAnswer: return DeviceContext::tr("ModemManager does not answer.");
-    case Missing::Modem: return DeviceContext::tr("ModemManager knows of no modem.");
+    case Missing::ModemService:
+        return DeviceContext::tr("Neither ModemManager nor oFono is running.");
+    case Missing::ModemServiceAnswer:
+        return DeviceContext::tr("The modem service does not answer.");
+    case Missing::Modem: return DeviceContext::tr("The modem service knows of no modem.");
     case Missing::NetworkManager: return DeviceContext::tr("NetworkManager is not running.");
     case Missing::NetworkManagerAnswer: return DeviceContext::tr("NetworkManager does not answer.");
     case Missing::PrimaryConnection:
@@ -151,6 +153,7 @@ QList<DeviceContext::Fact> DeviceContext::facts() const
         {u"network_name"_s, tr("Network name"), known(network->getNetworkname())},
         {u"signal"_s, tr("Signal, %"), known(network->getNetworksignal())},
         {u"wlan_signal"_s, tr("WLAN signal, %"), known(network->getWlansignal())},
+        {u"modem_service"_s, tr("Modem service"), known(extra.modemService)},
         {u"rsrp_dbm"_s, tr("RSRP, dBm"), number(extra.rsrp)},
         {u"rsrq_db"_s, tr("RSRQ, dB"), number(extra.rsrq)},
         {u"snr_db"_s, tr("SNR, dB"), number(extra.snr)},
@@ -201,6 +204,7 @@ QByteArray DeviceContext::json() const
     net.insert("status"_L1, orNull(known(network->getNetworkstatus())));
     net.insert("wlan_signal"_L1, orNull(known(network->getWlansignal())));
     const PlatformFacts extra = platform.facts();
+    net.insert("modem_service"_L1, orNull(known(extra.modemService)));
     net.insert("rsrp_dbm"_L1, orNull(extra.rsrp));
     net.insert("rsrq_db"_L1, orNull(extra.rsrq));
     net.insert("snr_db"_L1, orNull(extra.snr));

@@ -16,8 +16,8 @@ struct PlatformFacts
     /// What could be there and is not.
     enum class Missing {
         SystemBus,
-        ModemManager,
-        ModemManagerAnswer, ///< it is there and has not answered yet
+        ModemService,       ///< neither ModemManager nor oFono
+        ModemServiceAnswer, ///< one is there and has not answered yet
         Modem,
         NetworkManager,
         NetworkManagerAnswer,
@@ -26,6 +26,7 @@ struct PlatformFacts
         SatelliteSource,
     };
 
+    QString modemService;       ///< whose modem it is: "ModemManager", "oFono"
     std::optional<double> rsrp; ///< dBm
     std::optional<double> rsrq; ///< dB
     std::optional<double> snr;  ///< dB

@@ -43,9 +43,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("platform");
         QTest::addColumn<QStringList>("missing");
-        QTest::newRow("no services")
-            << u"system"_s
-            << QStringList{u"ModemManager is not running."_s, u"NetworkManager is not running."_s};
+        QTest::newRow("no services") << u"system"_s
+                                     << QStringList{u"Neither ModemManager nor oFono is running."_s,
+                                                    u"NetworkManager is not running."_s};
         QTest::newRow("nobody asked") << u"none"_s << QStringList();
     }
     void saysWhatIsMissing()
@@ -69,6 +69,7 @@ private Q_SLOTS:
         QCOMPARE(network[u"mode"_s], u"LteMode"_s);
         QCOMPARE(network[u"status"_s], u"Roaming"_s);
         QCOMPARE(network[u"home_mcc"_s], u"228"_s);
+        QCOMPARE(network[u"modem_service"_s], u"ModemManager"_s);
         QCOMPARE(network[u"rsrp_dbm"_s], -97.0);
         QCOMPARE(network[u"metered"_s], u"yes-guessed"_s);
         QCOMPARE(network[u"connectivity"_s], u"full"_s);

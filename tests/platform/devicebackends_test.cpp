@@ -1,6 +1,7 @@
 // The back ends for modem and network against services on a bus of our own.
 
 #include "platform/deviceinfosource.h"
+#include "platform/modemmanager/modemmanagerclient.h"
 #include "platform/networkmanager/networkmanagersession.h"
 #include "platform/system/devicenetworkinfosource.h"
 #include "platform/system/systemplatform.h"
@@ -72,7 +73,7 @@ private Q_SLOTS:
         QCOMPARE(*facts.snr, 8.0);
         QVERIFY(*facts.metered && facts.meteredGuessed);
         QCOMPARE(facts.connectivity, PlatformFacts::Connectivity::Full);
-        QVERIFY(!facts.missing.contains(Missing::ModemManager));
+        QVERIFY(!facts.missing.contains(Missing::ModemService));
     }
 
     void followsTheModem_data()
@@ -211,9 +212,9 @@ private Q_SLOTS:
 
         // The service goes, and comes back.
         bus->stopService(MockPhone::modemService);
-        QTRY_VERIFY(platform->facts().missing.contains(Missing::ModemManager));
+        QTRY_VERIFY(platform->facts().missing.contains(Missing::ModemService));
         // It had its name before it had the modem.
-        QVERIFY(phone->startModem() && phone->announceModem());
+        QVERIFY(phone->startModem() && phone->announce());
         QTRY_COMPARE(network->networkStatus(Lte), NetworkStatus::Roaming);
         QCOMPARE(network->homeMobileCountryCode(), u"228"_s);
     }
@@ -377,12 +378,23 @@ private Q_SLOTS:
         QCOMPARE(info.networkStatus(NetworkMode::Ethernet), NetworkStatus::Connected);
     }
 
+    void givesUpOnServicesThatHang()
+    {
+        QVERIFY(phone->startModem() && phone->startNetwork());
+        bus->freezeService(MockPhone::modemService);
+        bus->freezeService(MockPhone::networkService);
+        const SystemPlatform system(bus->connection());
+        QTRY_VERIFY(system.isComplete());
+        QCOMPARE(system.facts().missing,
+                 (QList{Missing::ModemServiceAnswer, Missing::NetworkManagerAnswer}));
+    }
+
     void doesWithoutServices_data()
     {
         const Rows<bool, bool, QList<Missing>> row("hasBus", "up", "missing");
         row("no bus", false, true, {Missing::SystemBus});
-        row("no services", true, true, {Missing::ModemManager, Missing::NetworkManager});
-        row("nothing up", true, false, {Missing::ModemManager, Missing::NetworkManager});
+        row("no services", true, true, {Missing::ModemService, Missing::NetworkManager});
+        row("nothing up", true, false, {Missing::ModemService, Missing::NetworkManager});
     }
     void doesWithoutServices()
     {

@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QVariantMap>
 
+#include <csignal>
 #include <map>
 #include <memory>
 
@@ -91,30 +92,20 @@ public:
     /// Starts @p service with one object and waits until it has its name.
     bool startService(const QString &service, const QString &path, const QString &interface)
     {
-        auto process = std::make_unique<Service>();
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
-        process->setProcessEnvironment(environment);
-        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process->setStandardOutputFile(QProcess::nullDevice());
-        // The interpreter that the package belongs to; another one may come first in the path.
-        process->start(QStringLiteral("/usr/bin/python3"),
-                       {QStringLiteral("-m"), QStringLiteral("dbusmock"),
-                        QStringLiteral("--session"), QStringLiteral("-m"), service, path,
-                        interface});
-        services[service] = std::move(process);
-        for (int tries = 0; tries < limitMs / pauseMs; ++tries) {
-            const QDBusMessage owned = call(
-                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"), {service});
-            if (owned.arguments().value(0).toBool())
-                return true;
-            if (services[service]->waitForFinished(pauseMs))
-                return false;
-        }
-        return false;
+        return start(service, {QStringLiteral("-m"), service, path, interface});
+    }
+    /// Starts @p service as python3-dbusmock knows it by the name @p known.
+    bool startKnown(const QString &service, const QString &known, const QString &parameters)
+    {
+        return start(service, {QStringLiteral("--template"), known, QStringLiteral("--parameters"),
+                               parameters});
     }
     void stopService(const QString &service) { services.erase(service); }
+    /// It keeps its name and says nothing any more.
+    void freezeService(const QString &service)
+    {
+        ::kill(static_cast<pid_t>(services[service]->processId()), SIGSTOP);
+    }
 
     bool addObject(const QString &service, const QString &path, const QString &interface,
                    const QVariantMap &properties)
@@ -144,8 +135,12 @@ public:
     bool mock(const QString &service, const QString &path, const QString &method,
               const QVariantList &arguments)
     {
-        return succeeded(
-            call(service, path, QStringLiteral("org.freedesktop.DBus.Mock"), method, arguments));
+        return tell(service, path, QStringLiteral("org.freedesktop.DBus.Mock"), method, arguments);
+    }
+    bool tell(const QString &service, const QString &path, const QString &interface,
+              const QString &method, const QVariantList &arguments)
+    {
+        return succeeded(call(service, path, interface, method, arguments));
     }
 
 private:
@@ -156,6 +151,31 @@ private:
     {
         ~Service() override { stop(*this); }
     };
+    bool start(const QString &service, const QStringList &arguments)
+    {
+        auto process = std::make_unique<Service>();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
+        process->setProcessEnvironment(environment);
+        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process->setStandardOutputFile(QProcess::nullDevice());
+        QStringList all{QStringLiteral("-m"), QStringLiteral("dbusmock"),
+                        QStringLiteral("--session")};
+        all += arguments;
+        // The interpreter that the package belongs to; another one may come first in the path.
+        process->start(QStringLiteral("/usr/bin/python3"), all);
+        services[service] = std::move(process);
+        for (int tries = 0; tries < limitMs / pauseMs; ++tries) {
+            const QDBusMessage owned = call(
+                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"), {service});
+            if (owned.arguments().value(0).toBool())
+                return true;
+            if (services[service]->waitForFinished(pauseMs))
+                return false;
+        }
+        return false;
+    }
     static bool succeeded(const QDBusMessage &reply)
     {
         if (reply.type() == QDBusMessage::ReplyMessage)

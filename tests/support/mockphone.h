@@ -64,12 +64,18 @@ public:
                                                         {QStringLiteral("snr"), 8.0}}}});
     }
 
-    /// Tells of a change of the objects, as the service does after it.
-    bool announceModem() { return announce(QStringLiteral("/announced")); }
     bool removeModem()
     {
         return bus.mock(modemService, managers, QStringLiteral("RemoveObject"), {modemPath}) &&
-               announce(modemPath);
+               announce();
+    }
+    /// Says that modems have come or gone.
+    bool announce()
+    {
+        return bus.mock(modemService, managers, QStringLiteral("EmitSignal"),
+                        {QStringLiteral("org.freedesktop.DBus.ObjectManager"),
+                         QStringLiteral("InterfacesRemoved"), QStringLiteral("oas"),
+                         QVariantList{pathValue(modemPath), QStringList{modem}}});
     }
 
     bool startNetwork()
@@ -106,14 +112,6 @@ public:
 private:
     static inline const QString managers = QStringLiteral("/org/freedesktop/ModemManager1");
 
-    bool announce(const QString &path)
-    {
-        return bus.mock(
-            modemService, managers, QStringLiteral("EmitSignal"),
-            {QStringLiteral("org.freedesktop.DBus.ObjectManager"),
-             QStringLiteral("InterfacesRemoved"), QStringLiteral("oas"),
-             QVariantList{QVariant::fromValue(QDBusObjectPath(path)), QStringList{modem}}});
-    }
     static QVariant pathValue(const QString &path)
     {
         return QVariant::fromValue(QDBusObjectPath(path));

@@ -168,7 +168,7 @@ private Q_SLOTS:
                 QTRY_COMPARE(network.getNetworkmode(), u"Unknown"_s);
             };
             steps[Phase::Rtt] = [&] {
-                QVERIFY(phone->startModem() && phone->announceModem());
+                QVERIFY(phone->startModem() && phone->announce());
                 QTRY_COMPARE(network.getNetworkcell(), u"2814209"_s);
                 QTRY_COMPARE(network.getNetworkmode(), u"LteMode"_s);
             };

@@ -3,6 +3,7 @@
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 
 #include <chrono>
 #include <utility>
@@ -16,14 +17,16 @@ namespace {
 constexpr std::chrono::milliseconds callTimeout = 2s;
 
 const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
+const QString ownChange = u"PropertyChanged"_s;
 
 } // namespace
 
 BusService::BusService(const QDBusConnection &messageBus, const QString &serviceName,
-                       QObject *parent)
+                       const QStringList &ownInterfaces, QObject *parent)
     : QObject(parent)
     , bus(messageBus)
     , service(serviceName)
+    , own(ownInterfaces)
 {
     if (!bus.isConnected()) {
         present = Presence::NoBus;
@@ -37,6 +40,8 @@ BusService::BusService(const QDBusConnection &messageBus, const QString &service
                 setOwner(newOwner);
             });
     listen(propertiesInterface, u"PropertiesChanged"_s);
+    for (const QString &each : own)
+        listen(each, ownChange);
     askForOwner();
 }
 
@@ -97,10 +102,10 @@ void BusService::tell(const QString &path, const QString &interface, const QStri
     bus.send(message);
 }
 
-void BusService::readProperties(const QString &path, const QString &interface,
-                                std::function<void(const QVariantMap &values)> handler)
+void BusService::callForMap(const QString &path, const QString &interface, const QString &method,
+                            const QVariantList &arguments, MapHandler handler)
 {
-    call(path, propertiesInterface, u"GetAll"_s, {interface},
+    call(path, interface, method, arguments,
          [then = std::move(handler)](const QDBusMessage &reply) {
              QVariantMap values;
              // The signature first: taking apart what does not match it is undefined.
@@ -108,6 +113,14 @@ void BusService::readProperties(const QString &path, const QString &interface,
                  values = qdbus_cast<QVariantMap>(reply.arguments().constFirst());
              then(values);
          });
+}
+
+void BusService::readProperties(const QString &path, const QString &interface, MapHandler handler)
+{
+    if (own.contains(interface))
+        callForMap(path, interface, u"GetProperties"_s, {}, std::move(handler));
+    else
+        callForMap(path, propertiesInterface, u"GetAll"_s, {interface}, std::move(handler));
 }
 
 void BusService::listen(const QString &interface, const QString &signalName)
@@ -121,14 +134,21 @@ void BusService::handleSignal(const QDBusMessage &message)
 {
     if (owner.isEmpty() || message.service() != owner)
         return;
-    if (message.interface() != propertiesInterface) {
-        Q_EMIT received(message);
-        return;
-    }
-    if (message.signature() != "sa{sv}as"_L1)
-        return;
     const QVariantList arguments = message.arguments();
-    Q_EMIT propertiesChanged(message.path(), arguments.at(0).toString(),
-                             qdbus_cast<QVariantMap>(arguments.at(1)),
-                             qdbus_cast<QStringList>(arguments.at(2)));
+    if (message.interface() == propertiesInterface) {
+        if (message.signature() == "sa{sv}as"_L1 && !own.contains(arguments.at(0).toString())) {
+            Q_EMIT propertiesChanged(message.path(), arguments.at(0).toString(),
+                                     qdbus_cast<QVariantMap>(arguments.at(1)),
+                                     qdbus_cast<QStringList>(arguments.at(2)));
+        }
+    } else if (message.member() == ownChange && own.contains(message.interface())) {
+        if (message.signature() == "sv"_L1) {
+            Q_EMIT propertiesChanged(
+                message.path(), message.interface(),
+                {{arguments.at(0).toString(), arguments.at(1).value<QDBusVariant>().variant()}},
+                {});
+        }
+    } else {
+        Q_EMIT received(message);
+    }
 }

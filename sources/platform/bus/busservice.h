@@ -18,18 +18,23 @@ class BusService : public QObject
     Q_OBJECT
 
 public:
+    /// The more of a service there is, the higher.
     enum class Presence {
         Asking, ///< the bus has not said yet
         NoBus,
         Absent,
+        Silent, ///< it is there and does not answer; for clients, the service never says it itself
         Present,
     };
 
     /// Gets the answer, or an error message.
     using Handler = std::function<void(const QDBusMessage &reply)>;
+    using MapHandler = std::function<void(const QVariantMap &values)>;
 
+    /// @p ownInterfaces hand out their properties themselves, with GetProperties and
+    /// PropertyChanged, rather than through the standard interface for properties.
     BusService(const QDBusConnection &messageBus, const QString &serviceName,
-               QObject *parent = nullptr);
+               const QStringList &ownInterfaces = {}, QObject *parent = nullptr);
 
     Presence presence() const { return present; }
 
@@ -40,9 +45,12 @@ public:
     /// Calls without waiting for an answer; for farewells.
     void tell(const QString &path, const QString &interface, const QString &method,
               const QVariantList &arguments);
+    /// Like call(), for a method that answers with a dictionary a{sv}; gets an empty one when the
+    /// object answers with anything else.
+    void callForMap(const QString &path, const QString &interface, const QString &method,
+                    const QVariantList &arguments, MapHandler handler);
     /// All properties of one interface; an empty map when the object does not answer with any.
-    void readProperties(const QString &path, const QString &interface,
-                        std::function<void(const QVariantMap &values)> handler);
+    void readProperties(const QString &path, const QString &interface, MapHandler handler);
 
     /// Hands signals of any object of the service on through received().
     void listen(const QString &interface, const QString &signalName);
@@ -63,7 +71,8 @@ private:
 
     QDBusConnection bus;
     const QString service;
-    QString owner; ///< unique name; empty while the service is not there
+    const QStringList own; ///< interfaces that hand out their properties themselves
+    QString owner;         ///< unique name; empty while the service is not there
     Presence present = Presence::Asking;
     bool watched = false; ///< the bus told of the owner before it was asked
 };

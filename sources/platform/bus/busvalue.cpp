@@ -59,6 +59,11 @@ QString BusValue::path(const QVariant &value)
     return path == "/"_L1 ? QString() : path;
 }
 
+std::optional<bool> BusValue::flag(const QVariant &value)
+{
+    return value.typeId() == QMetaType::Bool ? std::optional(value.toBool()) : std::nullopt;
+}
+
 std::optional<qint64> BusValue::number(const QVariant &value, qint64 min, qint64 max)
 {
     switch (value.typeId()) {
@@ -94,6 +99,11 @@ std::optional<qint64> BusValue::firstOfPair(const QVariant &value, qint64 min, q
     *pair >> first >> second;
     pair->endStructure();
     return number(first, min, max);
+}
+
+QStringList BusValue::names(const QVariant &value)
+{
+    return value.typeId() == QMetaType::QStringList ? value.toStringList() : QStringList();
 }
 
 QVariantMap BusValue::dictionary(const QVariant &value)

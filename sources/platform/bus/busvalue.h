@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 #include <optional>
@@ -20,10 +21,13 @@ QString text(const QVariant &value);
 QString digits(const QVariant &value, qsizetype min, qsizetype max);
 /// A text or an object path; empty when it leads nowhere ("/").
 QString path(const QVariant &value);
+std::optional<bool> flag(const QVariant &value);
 std::optional<qint64> number(const QVariant &value, qint64 min, qint64 max);
 std::optional<double> real(const QVariant &value, double min, double max);
 /// The first number of a pair (ub).
 std::optional<qint64> firstOfPair(const QVariant &value, qint64 min, qint64 max);
+/// A list of names, as they came.
+QStringList names(const QVariant &value);
 /// A dictionary a{sv}.
 QVariantMap dictionary(const QVariant &value);
 /// The text under @p key of a dictionary a{uv}.

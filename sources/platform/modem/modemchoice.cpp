@@ -8,13 +8,11 @@ ModemChoice::ModemChoice(std::unique_ptr<ModemClient> firstService,
     , first(std::move(firstService))
     , second(std::move(secondService))
 {
-    complete = isComplete();
+    // Nobody listens yet: what is known from the start is not signalled.
+    refresh();
     for (const ModemClient *each : {first.get(), second.get()}) {
-        connect(each, &ModemClient::changed, this, [this] {
-            Q_EMIT changed();
-            finish();
-        });
-        connect(each, &ModemClient::completed, this, &ModemChoice::finish);
+        connect(each, &ModemClient::changed, this, &ModemChoice::refresh);
+        connect(each, &ModemClient::completed, this, &ModemChoice::refresh);
     }
 }
 
@@ -22,34 +20,24 @@ const ModemClient &ModemChoice::chosen() const
 {
     if (!first->state().path.isEmpty())
         return *first;
-    const bool other =
-        !second->state().path.isEmpty() || (first->presence() != BusService::Presence::Present &&
-                                            second->presence() == BusService::Presence::Present);
+    const bool other = !second->state().path.isEmpty() || second->presence() > first->presence();
     return other ? *second : *first;
 }
 
-BusService::Presence ModemChoice::presence() const
+void ModemChoice::refresh()
 {
-    return chosen().presence();
-}
-
-bool ModemChoice::isComplete() const
-{
-    // A modem that has told all about itself need not wait for a service that is stuck.
-    const auto hasModem = [](const ModemClient &client) {
-        return client.isComplete() && !client.state().path.isEmpty();
-    };
-    return complete || hasModem(*first) || (first->isComplete() && second->isComplete());
-}
-
-const ModemState &ModemChoice::state() const
-{
-    return chosen().state();
-}
-
-void ModemChoice::finish()
-{
-    if (complete || !isComplete())
+    const ModemClient &choice = chosen();
+    // The other service's changes are nobody's business.
+    if (choice.state() != shown || choice.presence() != shownPresence) {
+        shown = choice.state();
+        shownPresence = choice.presence();
+        Q_EMIT changed();
+    }
+    // A modem that has told all about itself need not wait for a service that is stuck; but one of
+    // the second service may yet have to give way.
+    const bool answered =
+        first->isComplete() && (!first->state().path.isEmpty() || second->isComplete());
+    if (complete || !answered)
         return;
     complete = true;
     Q_EMIT completed();

@@ -10,7 +10,8 @@
 /// set.
 struct ModemState
 {
-    QString path; ///< which modem; empty when there is none
+    QString path;    ///< which modem; empty when there is none
+    QString service; ///< whose modem it is: "ModemManager", "oFono"
 
     QString imei;
     QString manufacturer;

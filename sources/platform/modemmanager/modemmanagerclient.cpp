@@ -5,7 +5,6 @@
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
-#include <QSet>
 
 #include <algorithm>
 #include <chrono>
@@ -16,17 +15,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const QString serviceName = u"org.freedesktop.ModemManager1"_s;
-const QString rootPath = u"/org/freedesktop/ModemManager1"_s;
-const QString managerInterface = u"org.freedesktop.DBus.ObjectManager"_s;
 const QString modemInterface = u"org.freedesktop.ModemManager1.Modem"_s;
 const QString gppInterface = u"org.freedesktop.ModemManager1.Modem.Modem3gpp"_s;
 const QString locationInterface = u"org.freedesktop.ModemManager1.Modem.Location"_s;
 const QString signalInterface = u"org.freedesktop.ModemManager1.Modem.Signal"_s;
 const QString simInterface = u"org.freedesktop.ModemManager1.Sim"_s;
 
-/// More modems than this are in no device that measures its connection.
-constexpr qsizetype maxModems = 16;
 /// A cell lasts for seconds even at train speed.
 constexpr auto locationInterval = 2s;
 /// How often the modem shall look at its reference signals, s: a few times in a test.
@@ -34,10 +28,7 @@ constexpr uint signalInterval = 3;
 /// The source "cell and location area" among a modem's location sources.
 constexpr uint cellSource = 1U << 0;
 
-constexpr qint64 maxLac = 0xffff;
-constexpr qint64 reservedLac = 0xfffe;
 constexpr qint64 maxTac = 0xffffff;
-constexpr qint64 maxCell = (1LL << 36) - 1;
 constexpr int hexadecimal = 16;
 
 constexpr qint64 stateConnected = 11;
@@ -103,65 +94,39 @@ qint64 hexNumber(const QString &text, qint64 max)
     return ok && value >= 0 && value <= max ? value : -1;
 }
 
-/// "MCC,MNC,LAC,CI,TAC", the last three hexadecimal.
-void takeLocation(const QString &location, ModemState *state)
-{
-    const QStringList fields = location.split(u',');
-    if (fields.size() < 4)
-        return;
-    const bool hasTac = state->mode == NetworkMode::Lte || state->mode == NetworkMode::Nr;
-    // Modems in networks without location areas report the reserved ones.
-    const qint64 told = hexNumber(fields.at(2), maxLac);
-    const qint64 lac = told == 0 || told >= reservedLac ? -1 : told;
-    const qint64 tac = hexNumber(fields.value(4), maxTac);
-    state->areaCode = static_cast<int>(hasTac && tac > 0 ? tac : lac);
-    // No network numbers a cell 0 in an area it does not name: the modem has not read it yet.
-    const qint64 cell = hexNumber(fields.at(3), maxCell);
-    state->cellId = cell == 0 && state->areaCode < 0 ? -1 : cell;
-}
-
 bool isKept(const QString &interface)
 {
     return interface == modemInterface || interface == gppInterface ||
            interface == locationInterface || interface == signalInterface;
 }
 
-/// Puts those of @p values that are read into @p kept; the rest may be of any size.
-void keep(const QVariantMap &values, QVariantMap *kept)
-{
-    static const QSet<QString> names = {
-        u"State"_s,        u"Sim"_s,
-        u"Manufacturer"_s, u"Model"_s,
-        u"OperatorCode"_s, u"EquipmentIdentifier"_s,
-        u"OperatorName"_s, u"AccessTechnologies"_s,
-        u"Enabled"_s,      u"SignalQuality"_s,
-        u"Capabilities"_s, u"RegistrationState"_s,
-        u"Location"_s,     u"SignalsLocation"_s,
-        u"Lte"_s,          u"Nr5g"_s,
-        u"Imsi"_s,         u"OperatorIdentifier"_s,
-        u"Imei"_s,         u"Rate"_s,
-    };
-    for (auto each = values.cbegin(); each != values.cend(); ++each) {
-        if (names.contains(each.key()))
-            kept->insert(each.key(), each.value());
-    }
-}
-
 } // namespace
 
 ModemManagerClient::ModemManagerClient(const QDBusConnection &bus, QObject *parent)
-    : ModemClient(parent)
-    , service(bus, serviceName)
-    , complete(service.presence() == BusService::Presence::NoBus)
+    : BusModemClient(bus,
+                     {.service = u"org.freedesktop.ModemManager1"_s,
+                      .managerPath = u"/org/freedesktop/ModemManager1"_s,
+                      .managerInterface = u"org.freedesktop.DBus.ObjectManager"_s,
+                      .list = u"GetManagedObjects"_s,
+                      .added = u"InterfacesAdded"_s,
+                      .removed = u"InterfacesRemoved"_s,
+                      .properties =
+                          {
+                              u"State"_s,        u"Sim"_s,
+                              u"Manufacturer"_s, u"Model"_s,
+                              u"OperatorCode"_s, u"EquipmentIdentifier"_s,
+                              u"OperatorName"_s, u"AccessTechnologies"_s,
+                              u"Enabled"_s,      u"SignalQuality"_s,
+                              u"Capabilities"_s, u"RegistrationState"_s,
+                              u"Location"_s,     u"SignalsLocation"_s,
+                              u"Lte"_s,          u"Nr5g"_s,
+                              u"Imsi"_s,         u"OperatorIdentifier"_s,
+                              u"Imei"_s,         u"Rate"_s,
+                          },
+                      .ownInterfaces = {}},
+                     parent)
 {
-    connect(&service, &BusService::presenceChanged, this, &ModemManagerClient::restart);
-    connect(&service, &BusService::propertiesChanged, this, &ModemManagerClient::takeProperties);
-    connect(&service, &BusService::received, this, &ModemManagerClient::modemsChanged);
     connect(&locationTimer, &QTimer::timeout, this, &ModemManagerClient::readLocation);
-    if (complete)
-        return;
-    service.listen(managerInterface, u"InterfacesAdded"_s);
-    service.listen(managerInterface, u"InterfacesRemoved"_s);
 }
 
 ModemManagerClient::~ModemManagerClient()
@@ -173,43 +138,14 @@ ModemManagerClient::~ModemManagerClient()
     }
 }
 
-void ModemManagerClient::restart()
+void ModemManagerClient::forget()
 {
-    modems.clear();
     asked.clear();
-    reading = false;
-    readAgain = false;
-    modemsKnown = false;
-    if (presence() == BusService::Presence::Present)
-        readModems();
-    refresh();
-    Q_EMIT changed();
-}
-
-void ModemManagerClient::modemsChanged()
-{
-    if (reading)
-        readAgain = true;
-    else
-        readModems();
-}
-
-void ModemManagerClient::readModems()
-{
-    reading = true;
-    service.call(rootPath, managerInterface, u"GetManagedObjects"_s, {},
-                 [this](const QDBusMessage &reply) {
-                     reading = false;
-                     takeModems(reply);
-                     if (std::exchange(readAgain, false))
-                         readModems();
-                 });
 }
 
 void ModemManagerClient::takeModems(const QDBusMessage &reply)
 {
     using Objects = QMap<QDBusObjectPath, Interfaces>;
-    modemsKnown = true;
     modems.clear();
     if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "a{oa{sa{sv}}}"_L1) {
         const auto objects = qdbus_cast<Objects>(reply.arguments().constFirst());
@@ -223,7 +159,6 @@ void ModemManagerClient::takeModems(const QDBusMessage &reply)
             }
         }
     }
-    refresh();
 }
 
 void ModemManagerClient::takeProperties(const QString &path, const QString &interface,
@@ -238,43 +173,45 @@ void ModemManagerClient::takeProperties(const QString &path, const QString &inte
         return;
     keep(values, &(*modem)[interface]);
     if (!invalidated.isEmpty())
-        modemsChanged();
+        readModems();
     refresh();
 }
 
-qint64 ModemManagerClient::stateOf(const QString &path) const
+qint64 ModemManagerClient::stateOf(const Interfaces &modem)
 {
-    return BusValue::number(modems.value(path).value(modemInterface).value(u"State"_s), -1,
-                            stateConnected)
+    return BusValue::number(modem.value(modemInterface).value(u"State"_s), 0, stateConnected)
         .value_or(-1);
 }
 
-QString ModemManagerClient::primary() const
+BusModemClient::Rank ModemManagerClient::rank(const Interfaces &modem) const
 {
-    const auto rank = [this](const QString &path) {
-        const qint64 state = stateOf(path);
-        if (state == stateConnected)
-            return 2;
-        return state >= stateRegistered ? 1 : 0;
-    };
-    QString best;
-    for (auto each = modems.keyBegin(); each != modems.keyEnd(); ++each) {
-        // Modem 2 stands before modem 10.
-        const auto before = [&] {
-            return each->size() != best.size() ? each->size() < best.size() : *each < best;
-        };
-        if (best.isEmpty() || rank(*each) > rank(best) || (rank(*each) == rank(best) && before()))
-            best = *each;
-    }
-    return best;
+    const qint64 state = stateOf(modem);
+    if (state < stateRegistered)
+        return Rank::Unregistered;
+    return state == stateConnected ? Rank::Connected : Rank::Registered;
+}
+
+void ModemManagerClient::takeLocation(const QString &location, ModemState *state)
+{
+    // "MCC,MNC,LAC,CI,TAC", the last three hexadecimal.
+    const QStringList fields = location.split(u',');
+    if (fields.size() < 4)
+        return;
+    const bool hasTac = state->mode == NetworkMode::Lte || state->mode == NetworkMode::Nr;
+    // Modems in networks without location areas report the reserved ones.
+    const int lac = areaCode(hexNumber(fields.at(2), maxLac));
+    const qint64 tac = hexNumber(fields.value(4), maxTac);
+    state->areaCode = hasTac && tac > 0 ? static_cast<int>(tac) : lac;
+    // No network numbers a cell 0 in an area it does not name: the modem has not read it yet.
+    const qint64 cell = hexNumber(fields.at(3), maxCell);
+    state->cellId = cell == 0 && state->areaCode < 0 ? -1 : cell;
 }
 
 ModemState ModemManagerClient::describe(const QString &path) const
 {
     ModemState state;
     state.path = path;
-    if (path.isEmpty())
-        return state;
+    state.service = u"ModemManager"_s;
     const Interfaces interfaces = modems.value(path);
 
     const QVariantMap modem = interfaces.value(modemInterface);
@@ -315,11 +252,12 @@ ModemState ModemManagerClient::describe(const QString &path) const
     return state;
 }
 
-void ModemManagerClient::refresh()
+void ModemManagerClient::follow(const QString &path)
 {
-    const QString path = primary();
-    if (path != shown.path)
+    if (path != followed) {
+        followed = path;
         polledLocation.clear();
+    }
     const QString newSim = BusValue::path(modems.value(path).value(modemInterface).value(u"Sim"_s));
     if (newSim != simPath) {
         simPath = newSim;
@@ -329,22 +267,6 @@ void ModemManagerClient::refresh()
     }
     locate();
     askForSignal();
-    ModemState state = describe(path);
-    if (state != shown) {
-        shown = std::move(state);
-        Q_EMIT changed();
-    }
-    finish();
-}
-
-void ModemManagerClient::finish()
-{
-    const bool answered = presence() == BusService::Presence::Absent ||
-                          (modemsKnown && (simPath.isEmpty() || simKnown));
-    if (complete || !answered)
-        return;
-    complete = true;
-    Q_EMIT completed();
 }
 
 void ModemManagerClient::readSim()
@@ -366,7 +288,7 @@ bool ModemManagerClient::mayAsk(const QString &path, const QString &interface)
 {
     // A modem that is off refuses; it is asked again when it comes on.
     const Setup request{path, interface};
-    if (stateOf(path) < stateEnabled) {
+    if (stateOf(modems.value(path)) < stateEnabled) {
         asked.remove(request);
         return false;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/modem/modemclient.h"
+#include "platform/modem/busmodemclient.h"
 
 #include <QMap>
 #include <QTimer>
@@ -13,7 +13,7 @@
 /// else a registered one, else the first. Asks the modem for its cell and for the strength of its
 /// reference signals where nobody has done so yet, which the system may refuse; the signals end
 /// with the client.
-class ModemManagerClient final : public ModemClient
+class ModemManagerClient final : public BusModemClient
 {
     Q_OBJECT
 
@@ -21,20 +21,17 @@ public:
     explicit ModemManagerClient(const QDBusConnection &bus, QObject *parent = nullptr);
     ~ModemManagerClient() override;
 
-    BusService::Presence presence() const override { return service.presence(); }
-    bool isComplete() const override { return complete; }
-    const ModemState &state() const override { return shown; }
-
 private:
-    /// One modem's properties, by interface. Only interfaces that are read are kept.
-    using Interfaces = QMap<QString, QVariantMap>;
-
-    void restart();
-    void readModems();
-    void takeModems(const QDBusMessage &reply);
+    void forget() override;
+    void takeModems(const QDBusMessage &reply) override;
     void takeProperties(const QString &path, const QString &interface, const QVariantMap &values,
-                        const QStringList &invalidated);
-    void modemsChanged();
+                        const QStringList &invalidated) override;
+    static qint64 stateOf(const Interfaces &modem); ///< -1 when unknown
+    Rank rank(const Interfaces &modem) const override;
+    void follow(const QString &path) override;
+    bool hasAnswered() const override { return simPath.isEmpty() || simKnown; }
+    ModemState describe(const QString &path) const override;
+
     void readSim();
     /// An interface of a modem that something was asked of.
     using Setup = std::pair<QString, QString>;
@@ -44,23 +41,13 @@ private:
     void locate();
     void askForSignal();
     void readLocation();
-    QString primary() const;
-    qint64 stateOf(const QString &path) const; ///< -1 when unknown
-    ModemState describe(const QString &path) const;
-    void refresh();
-    void finish();
+    static void takeLocation(const QString &location, ModemState *state);
 
-    BusService service;
-    QMap<QString, Interfaces> modems; ///< by path
-    bool reading = false;
-    bool readAgain = false;
+    QString followed; ///< the modem that is shown
     QString simPath;
     QVariantMap sim;
     bool simKnown = false;   ///< the SIM at simPath has answered
     QMap<Setup, bool> asked; ///< and whether it was granted
     QTimer locationTimer;    ///< polls a modem that does not signal its cell
-    QString polledLocation;  ///< of the primary modem
-    ModemState shown;
-    bool complete = false;
-    bool modemsKnown = false;
+    QString polledLocation;  ///< of the modem that is shown
 };

@@ -75,6 +75,13 @@ NetworkManagerClient::NetworkManagerClient(const QDBusConnection &bus, QObject *
     connect(&service, &BusService::propertiesChanged, this, &NetworkManagerClient::takeProperties);
 }
 
+BusService::Presence NetworkManagerClient::presence() const
+{
+    // There is no manager without properties.
+    const bool silent = !manager.path.isEmpty() && manager.known && manager.values.isEmpty();
+    return silent ? BusService::Presence::Silent : service.presence();
+}
+
 void NetworkManagerClient::restart()
 {
     manager = {};

@@ -15,7 +15,7 @@ class NetworkManagerClient : public QObject
 public:
     explicit NetworkManagerClient(const QDBusConnection &bus, QObject *parent = nullptr);
 
-    BusService::Presence presence() const { return service.presence(); }
+    BusService::Presence presence() const;
     /// Whether all first answers are there, or will never come. Then it stays true.
     bool isComplete() const { return complete; }
     const NetworkManagerState &state() const { return shown; }

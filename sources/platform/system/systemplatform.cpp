@@ -1,6 +1,9 @@
 #include "platform/system/systemplatform.h"
 
+#include "platform/modem/modemchoice.h"
+#include "platform/modemmanager/modemmanagerclient.h"
 #include "platform/networkmanager/networkmanagersession.h"
+#include "platform/ofono/ofonoclient.h"
 #include "platform/position/systempositionsource.h"
 #include "platform/system/devicenetworkinfosource.h"
 #include "platform/system/systemdeviceinfosource.h"
@@ -29,7 +32,8 @@ void takeMetered(Metered metered, PlatformFacts *facts)
 
 SystemPlatform::SystemPlatform(const QDBusConnection &bus, SystemNetworkLookUp lookUpNow)
     : lookUp(std::move(lookUpNow))
-    , modem(bus)
+    , modem(std::make_unique<ModemChoice>(std::make_unique<ModemManagerClient>(bus),
+                                          std::make_unique<OfonoClient>(bus)))
     , network(bus)
 {}
 
@@ -44,46 +48,47 @@ std::unique_ptr<PositionSource> SystemPlatform::createPositionSource()
 
 std::unique_ptr<NetworkInfoSource> SystemPlatform::createNetworkInfoSource()
 {
-    return std::make_unique<DeviceNetworkInfoSource>(modem, network, lookUp);
+    return std::make_unique<DeviceNetworkInfoSource>(*modem, network, lookUp);
 }
 
 std::unique_ptr<DeviceInfoSource> SystemPlatform::createDeviceInfoSource()
 {
-    return std::make_unique<SystemDeviceInfoSource>(&modem);
+    return std::make_unique<SystemDeviceInfoSource>(modem.get());
 }
 
 std::unique_ptr<NetworkSession> SystemPlatform::createNetworkSession()
 {
-    return std::make_unique<NetworkManagerSession>(network, modem, lookUp);
+    return std::make_unique<NetworkManagerSession>(network, *modem, lookUp);
 }
 
 bool SystemPlatform::isComplete() const
 {
-    return modem.isComplete() && network.isComplete();
+    return modem->isComplete() && network.isComplete();
 }
 
 PlatformFacts SystemPlatform::facts() const
 {
     PlatformFacts facts;
-    facts.rsrp = modem.state().rsrp;
-    facts.rsrq = modem.state().rsrq;
-    facts.snr = modem.state().snr;
+    facts.modemService = modem->state().service;
+    facts.rsrp = modem->state().rsrp;
+    facts.rsrq = modem->state().rsrq;
+    facts.snr = modem->state().snr;
     const NetworkManagerState &state = network.state();
     takeMetered(state.metered, &facts);
     facts.connectivity = state.connectivity;
     facts.ssid = state.ssid;
 
-    if (modem.presence() == Presence::NoBus)
+    if (modem->presence() == Presence::NoBus)
         facts.missing.append(Missing::SystemBus);
-    else if (!modem.isComplete())
-        facts.missing.append(Missing::ModemManagerAnswer);
-    else if (modem.presence() == Presence::Absent)
-        facts.missing.append(Missing::ModemManager);
-    else if (modem.state().path.isEmpty())
+    else if (!modem->isComplete() || modem->presence() == Presence::Silent)
+        facts.missing.append(Missing::ModemServiceAnswer);
+    else if (modem->presence() == Presence::Absent)
+        facts.missing.append(Missing::ModemService);
+    else if (modem->state().path.isEmpty())
         facts.missing.append(Missing::Modem);
 
     if (network.presence() != Presence::NoBus) {
-        if (!network.isComplete())
+        if (!network.isComplete() || network.presence() == Presence::Silent)
             facts.missing.append(Missing::NetworkManagerAnswer);
         else if (network.presence() == Presence::Absent)
             facts.missing.append(Missing::NetworkManager);

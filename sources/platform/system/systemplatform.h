@@ -1,12 +1,14 @@
 #pragma once
 
-#include "platform/modemmanager/modemmanagerclient.h"
 #include "platform/networkmanager/networkmanagerclient.h"
 #include "platform/platform.h"
 #include "platform/system/systeminterfaces.h"
 
 #include <QPointer>
 
+#include <memory>
+
+class ModemClient;
 class SystemPositionSource;
 
 /// The machine the program runs on: modem and network as their services on the system bus show
@@ -30,7 +32,7 @@ public:
 
 private:
     const SystemNetworkLookUp lookUp;
-    ModemManagerClient modem;
+    const std::unique_ptr<ModemClient> modem;
     NetworkManagerClient network;
     QPointer<SystemPositionSource> position; ///< the last one made
 };
