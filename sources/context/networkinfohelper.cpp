@@ -50,23 +50,6 @@ QString statusName(NetworkStatus status)
     return u"UndefinedStatus"_s;
 }
 
-bool isCellular(NetworkMode mode)
-{
-    switch (mode) {
-    case NetworkMode::Gsm:
-    case NetworkMode::Cdma:
-    case NetworkMode::Wcdma:
-    case NetworkMode::Lte:
-    case NetworkMode::Nr: return true;
-    case NetworkMode::Unknown:
-    case NetworkMode::Wlan:
-    case NetworkMode::Ethernet:
-    case NetworkMode::Bluetooth:
-    case NetworkMode::Wimax: break;
-    }
-    return false;
-}
-
 QString idText(qint64 id)
 {
     return id < 0 ? QString() : QString::number(id);
@@ -239,7 +222,7 @@ void NetworkInfoHelper::networkSignalStrengthChanged(NetworkMode mode, int stren
 {
     if (mode == NetworkMode::Wlan)
         wlansignal = QString::number(strength);
-    else if (isCellular(mode) || mode == currentmode)
+    else if (isMobile(mode) || mode == currentmode)
         networksignal = QString::number(strength);
 }
 

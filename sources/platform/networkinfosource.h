@@ -17,6 +17,24 @@ enum class NetworkMode {
     Nr = 9,
 };
 
+/// A mode of the modem.
+constexpr bool isMobile(NetworkMode mode)
+{
+    switch (mode) {
+    case NetworkMode::Gsm:
+    case NetworkMode::Cdma:
+    case NetworkMode::Wcdma:
+    case NetworkMode::Lte:
+    case NetworkMode::Nr: return true;
+    case NetworkMode::Unknown:
+    case NetworkMode::Wlan:
+    case NetworkMode::Ethernet:
+    case NetworkMode::Bluetooth:
+    case NetworkMode::Wimax: break;
+    }
+    return false;
+}
+
 enum class NetworkStatus {
     Undefined = 0,
     NoNetworkAvailable = 1,

@@ -9,23 +9,6 @@ namespace {
 
 using Link = NetworkManagerState::Link;
 
-bool isMobile(NetworkMode mode)
-{
-    switch (mode) {
-    case NetworkMode::Gsm:
-    case NetworkMode::Cdma:
-    case NetworkMode::Wcdma:
-    case NetworkMode::Lte:
-    case NetworkMode::Nr: return true;
-    case NetworkMode::Unknown:
-    case NetworkMode::Wlan:
-    case NetworkMode::Ethernet:
-    case NetworkMode::Bluetooth:
-    case NetworkMode::Wimax: break;
-    }
-    return false;
-}
-
 NetworkMode modeOf(Link link, NetworkMode mobile)
 {
     switch (link) {
