@@ -255,10 +255,6 @@ Beispiel:
 </translation>
     </message>
     <message>
-        <source>--platform takes system, scripted:FILE or none, not %1.</source>
-        <translation>--platform nimmt system, scripted:DATEI oder none, nicht %1.</translation>
-    </message>
-    <message>
         <source>velometer-cli [test] [options]
 
   --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
@@ -271,12 +267,16 @@ Beispiel:
   --allow-roaming            test even when it may be expensive
   -4, -6                     only IPv4, only IPv6
   --platform system|scripted:FILE|none
-                             ask the device, replay a recorded one (also
-                             --script FILE), or do without modem and position
+                             ask the device, replay a recorded one, or do
+                             without modem and position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                             positions from a receiver, or from a recording at
+                             its pace, whatever the platform
 
 Examples:
   velometer-cli --location train
   velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --position gpsd --count 60 --interval 60
   velometer-cli --json | jq .download.avg_bps
 </source>
         <translation>velometer-cli [test] [Optionen]
@@ -291,34 +291,42 @@ Examples:
   --allow-roaming            auch messen, wenn es teuer werden kann
   -4, -6                     nur IPv4, nur IPv6
   --platform system|scripted:FILE|none
-                             das Gerät fragen, ein aufgezeichnetes abspielen (auch
-                             --script FILE) oder ohne Modem und Position auskommen
+                             das Gerät fragen, ein aufgezeichnetes abspielen oder
+                             ohne Modem und Position auskommen
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                             Positionen von einem Empfänger oder aus einer Aufzeichnung
+                             in ihrem Takt, auf jedem Gerät
 
 Beispiele:
   velometer-cli --location train
   velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --position gpsd --count 60 --interval 60
   velometer-cli --json | jq .download.avg_bps
 </translation>
     </message>
     <message>
         <source>velometer-cli context [--watch] [--format text|json|csv]
                       [--platform system|scripted:FILE|none]
+                      [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]
 
 What the device tells about network, position and itself, and what it does not.
 With --watch again after every change, until interrupted.
 
 Examples:
   velometer-cli context --json
+  velometer-cli context --position nmea:/dev/ttyACM0
   velometer-cli context --watch
 </source>
         <translation>velometer-cli context [--watch] [--format text|json|csv]
                       [--platform system|scripted:FILE|none]
+                      [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]
 
 Was das Gerät über Netz, Position und sich selbst sagt und was nicht.
 Mit --watch erneut nach jeder Änderung, bis zum Abbruch.
 
 Beispiele:
   velometer-cli context --json
+  velometer-cli context --position nmea:/dev/ttyACM0
   velometer-cli context --watch
 </translation>
     </message>
@@ -653,10 +661,6 @@ Beispiele:
         <translation>NetworkManager hat keine aktive Verbindung.</translation>
     </message>
     <message>
-        <source>There is no source of positions.</source>
-        <translation>Es gibt keine Positionsquelle.</translation>
-    </message>
-    <message>
         <source>There is no source of satellites.</source>
         <translation>Es gibt keine Satellitenquelle.</translation>
     </message>
@@ -703,6 +707,22 @@ Beispiele:
     <message>
         <source>Modem service</source>
         <translation>Modemdienst</translation>
+    </message>
+    <message>
+        <source>There is no source of positions: install a location service (GeoClue), or name a receiver with --position.</source>
+        <translation>Es gibt keine Positionsquelle: Installieren Sie einen Ortungsdienst (GeoClue) oder nennen Sie mit --position einen Empfänger.</translation>
+    </message>
+    <message>
+        <source>The system&apos;s location service (%1) refuses to tell the position: allow it to Velometer in the system&apos;s settings.</source>
+        <translation>Der Ortungsdienst des Systems (%1) gibt die Position nicht preis: Erlauben Sie sie Velometer in den Einstellungen des Systems.</translation>
+    </message>
+    <message>
+        <source>The source of positions (%1) cannot be reached: check that it is there, that it runs and that you may read it.</source>
+        <translation>Die Positionsquelle (%1) ist nicht erreichbar: Prüfen Sie, ob es sie gibt, ob sie läuft und ob Sie sie lesen dürfen.</translation>
+    </message>
+    <message>
+        <source>The source of positions (%1) knows none so far: a receiver needs a view of the sky and up to some minutes.</source>
+        <translation>Die Positionsquelle (%1) kennt noch keine Position: Ein Empfänger braucht freie Sicht zum Himmel und bis zu einigen Minuten.</translation>
     </message>
 </context>
 <context>
@@ -1011,13 +1031,21 @@ orvak verfassen</translation>
         <translation>--shell nimmt handset, phone oder desktop, nicht %1.</translation>
     </message>
     <message>
+        <source>There is no display; velometer-cli measures without one.</source>
+        <translation>Es gibt keinen Bildschirm; velometer-cli misst ohne.</translation>
+    </message>
+    <message>
         <source>velometer measures a mobile data connection: download, upload and round-trip time.
 
 usage: velometer [options]
 
   --config FILE      deployment file: where the service and the test servers are
   --data-dir DIR     where results are kept
-  --script FILE      replays a recorded device instead of asking this one
+  --platform system|scripted:FILE|none
+                     asks the device, replays a recorded one, or does without modem and
+                     position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                     positions from a receiver or a recording of one
   --shell NAME       handset (turned, full screen), phone (full screen) or desktop
                      (a window); without it what fits the screen
   --language de|en   German or English; without it as chosen on the settings page
@@ -1033,7 +1061,11 @@ Aufruf: velometer [Optionen]
 
   --config DATEI     Konfigurationsdatei: wo Dienst und Testserver sind
   --data-dir ORDNER  wo die Resultate aufbewahrt werden
-  --script DATEI     spielt ein aufgezeichnetes Gerät ab, statt dieses zu fragen
+  --platform system|scripted:DATEI|none
+                     fragt das Gerät, spielt ein aufgezeichnetes ab oder kommt ohne Modem
+                     und Position aus
+  --position nmea:DATEI|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                     Positionen von einem Empfänger oder aus einer Aufzeichnung
   --shell NAME       handset (gedreht, ganzer Bildschirm), phone (ganzer Bildschirm) oder
                      desktop (ein Fenster); ohne Angabe, was zum Bildschirm passt
   --language de|en   Deutsch oder Englisch; ohne Angabe wie auf der Einstellungsseite gewählt
@@ -1043,10 +1075,6 @@ Aufruf: velometer [Optionen]
 
 velometer-cli tut dasselbe ohne Bildschirm.
 </translation>
-    </message>
-    <message>
-        <source>There is no display; velometer-cli measures without one.</source>
-        <translation>Es gibt keinen Bildschirm; velometer-cli misst ohne.</translation>
     </message>
 </context>
 <context>
@@ -1062,6 +1090,20 @@ velometer-cli tut dasselbe ohne Bildschirm.
     <message>
         <source>Close</source>
         <translation>Schliessen</translation>
+    </message>
+</context>
+<context>
+    <name>PlatformChoice</name>
+    <message>
+        <source>--platform takes system, scripted:FILE or none, not %1.</source>
+        <translation>--platform nimmt system, scripted:DATEI oder none, nicht %1.</translation>
+    </message>
+</context>
+<context>
+    <name>PositionChoice</name>
+    <message>
+        <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
+        <translation>--position nimmt nmea:DATEI, nmea:socket://HOST:PORT, gpsd oder gpsd://HOST:PORT, nicht %1.</translation>
     </message>
 </context>
 <context>

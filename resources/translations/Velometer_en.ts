@@ -255,10 +255,6 @@ Example:
 </translation>
     </message>
     <message>
-        <source>--platform takes system, scripted:FILE or none, not %1.</source>
-        <translation>--platform takes system, scripted:FILE or none, not %1.</translation>
-    </message>
-    <message>
         <source>velometer-cli [test] [options]
 
   --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
@@ -271,12 +267,16 @@ Example:
   --allow-roaming            test even when it may be expensive
   -4, -6                     only IPv4, only IPv6
   --platform system|scripted:FILE|none
-                             ask the device, replay a recorded one (also
-                             --script FILE), or do without modem and position
+                             ask the device, replay a recorded one, or do
+                             without modem and position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                             positions from a receiver, or from a recording at
+                             its pace, whatever the platform
 
 Examples:
   velometer-cli --location train
   velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --position gpsd --count 60 --interval 60
   velometer-cli --json | jq .download.avg_bps
 </source>
         <translation>velometer-cli [test] [options]
@@ -291,34 +291,42 @@ Examples:
   --allow-roaming            test even when it may be expensive
   -4, -6                     only IPv4, only IPv6
   --platform system|scripted:FILE|none
-                             ask the device, replay a recorded one (also
-                             --script FILE), or do without modem and position
+                             ask the device, replay a recorded one, or do
+                             without modem and position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                             positions from a receiver, or from a recording at
+                             its pace, whatever the platform
 
 Examples:
   velometer-cli --location train
   velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --position gpsd --count 60 --interval 60
   velometer-cli --json | jq .download.avg_bps
 </translation>
     </message>
     <message>
         <source>velometer-cli context [--watch] [--format text|json|csv]
                       [--platform system|scripted:FILE|none]
+                      [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]
 
 What the device tells about network, position and itself, and what it does not.
 With --watch again after every change, until interrupted.
 
 Examples:
   velometer-cli context --json
+  velometer-cli context --position nmea:/dev/ttyACM0
   velometer-cli context --watch
 </source>
         <translation>velometer-cli context [--watch] [--format text|json|csv]
                       [--platform system|scripted:FILE|none]
+                      [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]
 
 What the device tells about network, position and itself, and what it does not.
 With --watch again after every change, until interrupted.
 
 Examples:
   velometer-cli context --json
+  velometer-cli context --position nmea:/dev/ttyACM0
   velometer-cli context --watch
 </translation>
     </message>
@@ -653,10 +661,6 @@ Examples:
         <translation>NetworkManager has no active connection.</translation>
     </message>
     <message>
-        <source>There is no source of positions.</source>
-        <translation>There is no source of positions.</translation>
-    </message>
-    <message>
         <source>There is no source of satellites.</source>
         <translation>There is no source of satellites.</translation>
     </message>
@@ -703,6 +707,22 @@ Examples:
     <message>
         <source>Modem service</source>
         <translation>Modem service</translation>
+    </message>
+    <message>
+        <source>There is no source of positions: install a location service (GeoClue), or name a receiver with --position.</source>
+        <translation>There is no source of positions: install a location service (GeoClue), or name a receiver with --position.</translation>
+    </message>
+    <message>
+        <source>The system&apos;s location service (%1) refuses to tell the position: allow it to Velometer in the system&apos;s settings.</source>
+        <translation>The system&apos;s location service (%1) refuses to tell the position: allow it to Velometer in the system&apos;s settings.</translation>
+    </message>
+    <message>
+        <source>The source of positions (%1) cannot be reached: check that it is there, that it runs and that you may read it.</source>
+        <translation>The source of positions (%1) cannot be reached: check that it is there, that it runs and that you may read it.</translation>
+    </message>
+    <message>
+        <source>The source of positions (%1) knows none so far: a receiver needs a view of the sky and up to some minutes.</source>
+        <translation>The source of positions (%1) knows none so far: a receiver needs a view of the sky and up to some minutes.</translation>
     </message>
 </context>
 <context>
@@ -1011,13 +1031,21 @@ to orvak</translation>
         <translation>--shell takes handset, phone or desktop, not %1.</translation>
     </message>
     <message>
+        <source>There is no display; velometer-cli measures without one.</source>
+        <translation>There is no display; velometer-cli measures without one.</translation>
+    </message>
+    <message>
         <source>velometer measures a mobile data connection: download, upload and round-trip time.
 
 usage: velometer [options]
 
   --config FILE      deployment file: where the service and the test servers are
   --data-dir DIR     where results are kept
-  --script FILE      replays a recorded device instead of asking this one
+  --platform system|scripted:FILE|none
+                     asks the device, replays a recorded one, or does without modem and
+                     position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                     positions from a receiver or a recording of one
   --shell NAME       handset (turned, full screen), phone (full screen) or desktop
                      (a window); without it what fits the screen
   --language de|en   German or English; without it as chosen on the settings page
@@ -1033,7 +1061,11 @@ usage: velometer [options]
 
   --config FILE      deployment file: where the service and the test servers are
   --data-dir DIR     where results are kept
-  --script FILE      replays a recorded device instead of asking this one
+  --platform system|scripted:FILE|none
+                     asks the device, replays a recorded one, or does without modem and
+                     position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                     positions from a receiver or a recording of one
   --shell NAME       handset (turned, full screen), phone (full screen) or desktop
                      (a window); without it what fits the screen
   --language de|en   German or English; without it as chosen on the settings page
@@ -1043,10 +1075,6 @@ usage: velometer [options]
 
 velometer-cli does the same without a display.
 </translation>
-    </message>
-    <message>
-        <source>There is no display; velometer-cli measures without one.</source>
-        <translation>There is no display; velometer-cli measures without one.</translation>
     </message>
 </context>
 <context>
@@ -1062,6 +1090,20 @@ velometer-cli does the same without a display.
     <message>
         <source>Close</source>
         <translation>Close</translation>
+    </message>
+</context>
+<context>
+    <name>PlatformChoice</name>
+    <message>
+        <source>--platform takes system, scripted:FILE or none, not %1.</source>
+        <translation>--platform takes system, scripted:FILE or none, not %1.</translation>
+    </message>
+</context>
+<context>
+    <name>PositionChoice</name>
+    <message>
+        <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
+        <translation>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</translation>
     </message>
 </context>
 <context>

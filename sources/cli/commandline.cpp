@@ -1,5 +1,7 @@
 #include "cli/commandline.h"
 
+#include "utils/quoted.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -67,12 +69,6 @@ std::optional<qlonglong> wholeNumber(const QString &text)
     return ok ? std::optional(value) : std::nullopt;
 }
 
-/// Text of the user as it may stand in a sentence.
-QString quoted(const QString &text)
-{
-    return u'"' + text.left(100).simplified() + u'"';
-}
-
 class Parser
 {
 public:
@@ -134,9 +130,8 @@ private:
     QString server(const QString &v) { return takeText("--server"_L1, v, &line.server); }
     QString config(const QString &v) { return takeText("--config"_L1, v, &line.configFile); }
     QString dataDir(const QString &v) { return takeText("--data-dir"_L1, v, &line.dataDir); }
-    QString script(const QString &v);
     QString platform(const QString &v);
-    QString takePlatform(const QString &option, const QString &file, bool none);
+    QString position(const QString &v);
     QString watch(const QString &) { return set(&line.watch); }
     QString count(const QString &v)
     {
@@ -173,6 +168,7 @@ private:
     QStringList words;
     QString formatOption;
     QString platformOption;
+    QString positionOption;
     bool intervalGiven = false;
 };
 
@@ -191,8 +187,8 @@ const Parser::Option Parser::options[] = {
     {"-6"_L1, false, onlyTest | bit(Command::Resend), &Parser::ipv6},
     {"--limit"_L1, true, bit(Command::Results), &Parser::limit},
     {"--yes"_L1, false, bit(Command::Clear), &Parser::yes},
-    {"--script"_L1, true, onDevice, &Parser::script},
     {"--platform"_L1, true, onDevice, &Parser::platform},
+    {"--position"_L1, true, onDevice, &Parser::position},
     {"--watch"_L1, false, bit(Command::Context), &Parser::watch},
     {"--config"_L1, true, everywhere, &Parser::config},
     {"--data-dir"_L1, true, everywhere, &Parser::dataDir},
@@ -349,33 +345,31 @@ QString Parser::location(const QString &value)
     return CommandLine::tr("--location takes %1, not %2.").arg(listed(codes), quoted(value));
 }
 
-QString Parser::takePlatform(const QString &option, const QString &file, bool none)
+QString Parser::platform(const QString &value)
 {
-    if (!platformOption.isEmpty() && (file != line.script || none != line.noDevice))
+    const PlatformChoice before = line.platform;
+    QString error;
+    if (!line.platform.setDevice(value, &error))
+        return error;
+    const QString option = "--platform "_L1 + quoted(value);
+    if (!platformOption.isEmpty() && before != line.platform)
         return CommandLine::tr("%1 and %2 contradict each other.").arg(platformOption, option);
     platformOption = option;
-    line.script = file;
-    line.noDevice = none;
     return {};
 }
 
-QString Parser::script(const QString &value)
+QString Parser::position(const QString &value)
 {
-    if (value.isEmpty())
-        return CommandLine::tr("%1 needs a value.").arg("--script"_L1);
-    return takePlatform(u"--script"_s, value, false);
-}
-
-QString Parser::platform(const QString &value)
-{
-    constexpr auto scripted = "scripted:"_L1;
-    const QString option = "--platform "_L1 + quoted(value);
-    if (value == "system"_L1 || value == "none"_L1)
-        return takePlatform(option, QString(), value == "none"_L1);
-    if (value.startsWith(scripted) && value.size() > scripted.size())
-        return takePlatform(option, value.mid(scripted.size()), false);
-    return CommandLine::tr("--platform takes system, scripted:FILE or none, not %1.")
-        .arg(quoted(value));
+    QString error;
+    const auto choice = PositionChoice::parse(value, &error);
+    if (!choice)
+        return error;
+    const QString option = "--position "_L1 + quoted(value);
+    if (!positionOption.isEmpty() && *choice != line.platform.position)
+        return CommandLine::tr("%1 and %2 contradict each other.").arg(positionOption, option);
+    positionOption = option;
+    line.platform.position = *choice;
+    return {};
 }
 
 QString Parser::progress(const QString &value)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/platformchoice.h"
+
 #include <QAbstractSocket>
 #include <QCoreApplication>
 #include <QString>
@@ -48,11 +50,10 @@ public:
     bool yes = false;
     QAbstractSocket::NetworkLayerProtocol protocol = QAbstractSocket::AnyIPProtocol;
     StoredTest storedTest;
-    QString configFile;    ///< empty for the usual places
-    QString dataDir;       ///< empty for the usual place
-    QString script;        ///< replay this instead of asking the device; empty for the device
-    bool noDevice = false; ///< neither modem nor position, whatever the device has
-    bool watch = false;    ///< print again whenever something changes
+    QString configFile; ///< empty for the usual places
+    QString dataDir;    ///< empty for the usual place
+    PlatformChoice platform;
+    bool watch = false; ///< print again whenever something changes
     bool verbose = false;
     bool help = false;
     bool version = false;

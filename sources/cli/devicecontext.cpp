@@ -81,10 +81,41 @@ QString sentence(PlatformFacts::Missing missing)
     case Missing::NetworkManagerAnswer: return DeviceContext::tr("NetworkManager does not answer.");
     case Missing::PrimaryConnection:
         return DeviceContext::tr("NetworkManager has no active connection.");
-    case Missing::PositionSource: return DeviceContext::tr("There is no source of positions.");
-    case Missing::SatelliteSource: return DeviceContext::tr("There is no source of satellites.");
     }
     Q_UNREACHABLE();
+}
+
+/// What is the matter and what to do about it.
+QString sentence(PositionSource::Problem problem, const QString &source)
+{
+    using Problem = PositionSource::Problem;
+    switch (problem) {
+    case Problem::None: break;
+    case Problem::NoSource:
+        return DeviceContext::tr("There is no source of positions: install a location service "
+                                 "(GeoClue), or name a receiver with --position.");
+    case Problem::Refused:
+        return DeviceContext::tr("The system's location service (%1) refuses to tell the position: "
+                                 "allow it to Velometer in the system's settings.")
+            .arg(source);
+    case Problem::Unavailable:
+        return DeviceContext::tr("The source of positions (%1) cannot be reached: check that it is "
+                                 "there, that it runs and that you may read it.")
+            .arg(source);
+    case Problem::NoFix:
+        return DeviceContext::tr(
+                   "The source of positions (%1) knows none so far: a receiver needs a "
+                   "view of the sky and up to some minutes.")
+            .arg(source);
+    }
+    return {};
+}
+
+/// Without a modem, what is known of the network is known at once.
+bool hasNoModemService(const PlatformFacts &facts)
+{
+    return facts.missing.contains(PlatformFacts::Missing::SystemBus) ||
+           facts.missing.contains(PlatformFacts::Missing::ModemService);
 }
 
 } // namespace
@@ -108,9 +139,14 @@ void DeviceContext::look(Until end)
 
 void DeviceContext::poll()
 {
+    using Problem = PositionSource::Problem;
     const QString mode = network->getNetworkmode();
-    const bool complete = platform.isComplete() && location->getLocationStatus() != 0 &&
-                          !mode.isEmpty() && mode != "Unknown"_L1;
+    const bool modeSettled =
+        (!mode.isEmpty() && mode != "Unknown"_L1) || hasNoModemService(platform.facts());
+    const Problem problem = location->getProblem();
+    const bool positionSettled = location->getLocationStatus() != 0 ||
+                                 (problem != Problem::None && problem != Problem::NoFix);
+    const bool complete = platform.isComplete() && modeSettled && positionSettled;
     if (++polls < maxPolls && !complete)
         return;
     timer.stop();
@@ -137,6 +173,15 @@ QStringList DeviceContext::missing() const
     QStringList sentences;
     for (const PlatformFacts::Missing each : platform.facts().missing)
         sentences.append(sentence(each));
+    using Problem = PositionSource::Problem;
+    Problem problem = location->getProblem();
+    // A receiver that has had no time yet has told nothing all the same.
+    if (problem == Problem::None && location->getLocationStatus() == 0)
+        problem = Problem::NoFix;
+    if (problem != Problem::None)
+        sentences.append(sentence(problem, cleanText(location->getSourceName()).simplified()));
+    if (problem != Problem::NoSource && !location->hasSatelliteSource())
+        sentences.append(tr("There is no source of satellites."));
     return sentences;
 }
 
@@ -166,7 +211,7 @@ QList<DeviceContext::Fact> DeviceContext::facts() const
         {u"home_mnc"_s, tr("Home operator code"), known(network->getHomemnc())},
         {u"lac"_s, tr("Location area"), known(network->getNetworklac())},
         {u"cell"_s, tr("Cell"), known(network->getNetworkcell())},
-        {u"position_source"_s, tr("Position source"), known(extra.positionSource)},
+        {u"position_source"_s, tr("Position source"), known(location->getSourceName())},
         {u"position_valid"_s, tr("Position"), known(location->getCordValid())},
         {u"position_type"_s, tr("Kind of position"), ofPosition(location->getPosType())},
         {u"latitude"_s, tr("Latitude"), ofPosition(location->getLatitude())},
@@ -221,7 +266,7 @@ QByteArray DeviceContext::json() const
     };
     return JsonFormat::line({{u"network"_s, net},
                              {u"position"_s, position},
-                             {u"position_source"_s, orNull(known(extra.positionSource))},
+                             {u"position_source"_s, orNull(known(location->getSourceName()))},
                              {u"satellites"_s, satellites},
                              {u"device"_s, dev},
                              {u"missing"_s, QJsonArray::fromStringList(missing())}});

@@ -31,8 +31,8 @@ public:
         Interrupted, ///< again after every change
     };
 
-    /// Gives the device time to answer; then comes ready(), at the latest after three seconds, and
-    /// with Until::Interrupted again whenever text() has changed.
+    /// Gives the device time to answer what it can; then comes ready(), at the latest after three
+    /// seconds, and with Until::Interrupted again whenever text() has changed.
     void look(Until end = Until::Ready);
 
     // What is known now; translated labels in the text, fixed names in the others.
@@ -61,7 +61,7 @@ private:
     std::unique_ptr<LocationHelper> location;
     std::unique_ptr<NetworkInfoHelper> network;
     std::unique_ptr<DeviceInfoHelper> device;
-    QTimer timer;
+    QTimer timer{this};
     int polls = 0;
     Until until = Until::Ready;
     QString lastText; ///< of the last ready(), while watching

@@ -48,12 +48,16 @@ QString CommandLine::helpText(Command command, bool overview)
                   "  --allow-roaming            test even when it may be expensive\n"
                   "  -4, -6                     only IPv4, only IPv6\n"
                   "  --platform system|scripted:FILE|none\n"
-                  "                             ask the device, replay a recorded one (also\n"
-                  "                             --script FILE), or do without modem and position\n"
+                  "                             ask the device, replay a recorded one, or do\n"
+                  "                             without modem and position\n"
+                  "  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]\n"
+                  "                             positions from a receiver, or from a recording at\n"
+                  "                             its pace, whatever the platform\n"
                   "\n"
                   "Examples:\n"
                   "  velometer-cli --location train\n"
                   "  velometer-cli test --server sunrise --count 12 --interval 300 --csv\n"
+                  "  velometer-cli --position gpsd --count 60 --interval 60\n"
                   "  velometer-cli --json | jq .download.avg_bps\n") +
                u'\n' + common + u'\n' + statuses;
     case Command::Results:
@@ -95,6 +99,7 @@ QString CommandLine::helpText(Command command, bool overview)
     case Command::Context:
         return tr("velometer-cli context [--watch] [--format text|json|csv]\n"
                   "                      [--platform system|scripted:FILE|none]\n"
+                  "                      [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]\n"
                   "\n"
                   "What the device tells about network, position and itself, and what it does "
                   "not.\n"
@@ -102,6 +107,7 @@ QString CommandLine::helpText(Command command, bool overview)
                   "\n"
                   "Examples:\n"
                   "  velometer-cli context --json\n"
+                  "  velometer-cli context --position nmea:/dev/ttyACM0\n"
                   "  velometer-cli context --watch\n") +
                u'\n' + common;
     case Command::Resend:

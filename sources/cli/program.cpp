@@ -111,10 +111,7 @@ ExitStatus Program::refuse(ExitStatus status, const QString &sentence)
 bool Program::createPlatform()
 {
     QString error;
-    if (!options.script.isEmpty())
-        platform = Platform::scripted(options.script, &error);
-    else
-        platform = options.noDevice ? Platform::none() : Platform::system();
+    platform = Platform::create(options.platform, &error);
     if (!platform)
         refuse(ExitStatus::Usage, error);
     return platform != nullptr;

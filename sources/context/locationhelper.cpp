@@ -2,7 +2,6 @@
 
 #include "context/doublelocation.h"
 #include "platform/platform.h"
-#include "platform/positionsource.h"
 #include "utils/utils.h"
 
 #include <chrono>
@@ -101,6 +100,9 @@ LocationHelper::LocationHelper(Platform &platform, QObject *parent)
             u"Minimum Position Intervall: %1"_s.arg(source->minimumUpdateInterval()));
     }
     connect(&timeoutTimer, &QTimer::timeout, this, &LocationHelper::timeoutDisableGPS);
+    connect(source.get(), &PositionSource::problemChanged, this, &LocationHelper::logProblem);
+    if (source->problem() != PositionSource::Problem::None)
+        logProblem();
     clearPosition();
     startService();
     stopService();
@@ -145,7 +147,10 @@ void LocationHelper::timeoutDisableGPS()
     if (!locationcollecting)
         return;
     locationcollecting = false;
-    source->disconnect(this);
+    disconnect(source.get(), &PositionSource::positionUpdated, this, nullptr);
+    disconnect(source.get(), &PositionSource::updateTimeout, this, nullptr);
+    disconnect(source.get(), &PositionSource::satellitesInUseUpdated, this, nullptr);
+    disconnect(source.get(), &PositionSource::satellitesInViewUpdated, this, nullptr);
     if (source->hasPosition())
         source->stopPosition();
     if (source->hasSatellites())
@@ -189,6 +194,21 @@ void LocationHelper::timeoutOccourd()
 {
     clearPosition();
     cordvalid = u"Timeout"_s;
+}
+
+void LocationHelper::logProblem() const
+{
+    using Problem = PositionSource::Problem;
+    const auto log = [this](const QString &text) {
+        Utils::addLogEntry(text.arg(source->name().simplified()));
+    };
+    switch (source->problem()) {
+    case Problem::None: return log(u"Position: known again (%1)"_s);
+    case Problem::NoSource: return Utils::addLogEntry(u"Position: there is no source"_s);
+    case Problem::Refused: return log(u"Position: refused by the system's location service (%1)"_s);
+    case Problem::Unavailable: return log(u"Position: the source is not available (%1)"_s);
+    case Problem::NoFix: return log(u"Position: no fix (%1)"_s);
+    }
 }
 
 void LocationHelper::clearPosition()
@@ -332,4 +352,19 @@ std::unique_ptr<DoubleLocation> LocationHelper::getDoubleLocation() const
 const QList<MyLocation> &LocationHelper::getAllLocations() const
 {
     return myLocations;
+}
+
+QString LocationHelper::getSourceName() const
+{
+    return source->name();
+}
+
+PositionSource::Problem LocationHelper::getProblem() const
+{
+    return source->problem();
+}
+
+bool LocationHelper::hasSatelliteSource() const
+{
+    return source->hasSatellites();
 }

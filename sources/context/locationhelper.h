@@ -1,6 +1,7 @@
 #pragma once
 
 #include "context/mylocation.h"
+#include "platform/positionsource.h"
 
 #include <QGeoPositionInfo>
 #include <QGeoSatelliteInfo>
@@ -13,7 +14,6 @@
 
 class DoubleLocation;
 class Platform;
-class PositionSource;
 
 /// The latest position as display texts, and every position of the running test as a sample.
 ///
@@ -21,7 +21,8 @@ class PositionSource;
 /// a warm fix; construction starts it once for 30 s to get a first one early. Between tests
 /// positions move the texts but add no samples. A device without positioning keeps the texts of "no
 /// position": latitude and longitude "0.0", everything unknown "-1". Numbers are texts of six
-/// significant digits. Main thread only; nothing blocks, nothing is reported.
+/// significant digits. Main thread only; nothing blocks, nothing is reported; why there is no
+/// position stands in the diagnostic log.
 class LocationHelper : public QObject
 {
     Q_OBJECT
@@ -63,6 +64,13 @@ public:
     /// The samples since the last startService(), oldest first; changes as positions arrive.
     const QList<MyLocation> &getAllLocations() const;
 
+    /// What tells the positions, for people; empty when nothing does.
+    QString getSourceName() const;
+    /// Why there are no positions, as of now.
+    PositionSource::Problem getProblem() const;
+    /// False where positions may come, but never satellites.
+    bool hasSatelliteSource() const;
+
 private Q_SLOTS:
     void positionUpdated(const QGeoPositionInfo &info);
     void timeoutOccourd();
@@ -72,6 +80,7 @@ private Q_SLOTS:
 
 private:
     void clearPosition();
+    void logProblem() const;
 
     std::unique_ptr<PositionSource> source;
     QTimer timeoutTimer{this};

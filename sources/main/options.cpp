@@ -1,33 +1,18 @@
 #include "main/options.h"
 
+#include "utils/quoted.h"
 #include "utils/translations.h"
 
 #include <QCommandLineParser>
 #include <QRegularExpression>
-#include <QTranslator>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What is said before there is an application: "de", "en", or anything else for the system's.
-QString spoken;
-
-/// There is no application yet that could translate: the catalogue is asked directly.
 QString say(const char *text)
 {
-    QTranslator catalogue;
-    const bool given = spoken == "de"_L1 || spoken == "en"_L1;
-    (void)catalogue.load(":/velometerres/Velometer_"_L1 +
-                         (given ? spoken : Translations::systemLanguage()));
-    const QString translated = catalogue.translate("Options", text);
-    return translated.isEmpty() ? QString::fromUtf8(text) : translated;
-}
-
-/// Text of the user as it may stand in a sentence.
-QString quoted(const QString &text)
-{
-    return u'"' + text.left(100).simplified() + u'"';
+    return Translations::translate("Options", text);
 }
 
 } // namespace
@@ -36,7 +21,8 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString *err
 {
     const QCommandLineOption config(u"config"_s, {}, u"FILE"_s);
     const QCommandLineOption dataDir(u"data-dir"_s, {}, u"DIR"_s);
-    const QCommandLineOption script(u"script"_s, {}, u"FILE"_s);
+    const QCommandLineOption platform(u"platform"_s, {}, u"DEVICE"_s);
+    const QCommandLineOption position(u"position"_s, {}, u"SOURCE"_s);
     const QCommandLineOption shell(u"shell"_s, {}, u"NAME"_s);
     const QCommandLineOption language(u"language"_s, {}, u"LANGUAGE"_s);
     const QCommandLineOption verbose(u"verbose"_s);
@@ -45,11 +31,12 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString *err
 
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.addOptions({config, dataDir, script, shell, language, verbose, version, help});
+    parser.addOptions(
+        {config, dataDir, platform, position, shell, language, verbose, version, help});
     // Also a line that is wrong tells in which language to say so.
     const QString inOne = arguments.filter(QRegularExpression(u"^--language="_s)).value(0);
     const qsizetype inTwo = arguments.indexOf(u"--language"_s);
-    spoken = inTwo >= 0 ? arguments.value(inTwo + 1) : inOne.section(u'=', 1);
+    Translations::choose(inTwo >= 0 ? arguments.value(inTwo + 1) : inOne.section(u'=', 1));
     if (!parser.parse(QStringList(u"velometer"_s) + arguments)) {
         const QStringList unknown = parser.unknownOptionNames();
         *error =
@@ -76,10 +63,8 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString *err
     {
         const QCommandLineOption &option;
         QString &to;
-    } texts[] = {{config, options.configFile},
-                 {dataDir, options.dataDir},
-                 {script, options.script},
-                 {language, options.language}};
+    } texts[] = {
+        {config, options.configFile}, {dataDir, options.dataDir}, {language, options.language}};
     for (const auto &[option, to] : texts) {
         to = parser.value(option);
         if (parser.isSet(option) && to.isEmpty()) {
@@ -92,6 +77,14 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString *err
         *error = say(QT_TRANSLATE_NOOP("Options", "--language takes de or en, not %1."))
                      .arg(quoted(options.language));
         return std::nullopt;
+    }
+    if (parser.isSet(platform) && !options.platform.setDevice(parser.value(platform), error))
+        return std::nullopt;
+    if (parser.isSet(position)) {
+        const auto choice = PositionChoice::parse(parser.value(position), error);
+        if (!choice)
+            return std::nullopt;
+        options.platform.position = *choice;
     }
     if (parser.isSet(shell)) {
         options.shell = Shell::fromName(parser.value(shell));
@@ -115,7 +108,11 @@ QString Options::helpText()
         "\n"
         "  --config FILE      deployment file: where the service and the test servers are\n"
         "  --data-dir DIR     where results are kept\n"
-        "  --script FILE      replays a recorded device instead of asking this one\n"
+        "  --platform system|scripted:FILE|none\n"
+        "                     asks the device, replays a recorded one, or does without modem and\n"
+        "                     position\n"
+        "  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]\n"
+        "                     positions from a receiver or a recording of one\n"
         "  --shell NAME       handset (turned, full screen), phone (full screen) or desktop\n"
         "                     (a window); without it what fits the screen\n"
         "  --language de|en   German or English; without it as chosen on the settings page\n"

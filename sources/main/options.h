@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/platformchoice.h"
 #include "ui/shell.h"
 
 #include <QString>
@@ -10,9 +11,9 @@
 /// The command line of velometer, checked. A plain value.
 struct Options
 {
-    QString configFile;             ///< empty: where deployment files usually are
-    QString dataDir;                ///< empty: the platform's data directory
-    QString script;                 ///< replayed in place of the device; empty: the device
+    QString configFile; ///< empty: where deployment files usually are
+    QString dataDir;    ///< empty: the platform's data directory
+    PlatformChoice platform;
     QString language;               ///< "de" or "en"; empty: as chosen before, else the system's
     std::optional<ShellKind> shell; ///< none: what fits the screen
     bool verbose = false;

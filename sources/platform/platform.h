@@ -11,6 +11,7 @@ class DeviceInfoSource;
 class NetworkInfoSource;
 class NetworkSession;
 class PositionSource;
+struct PlatformChoice;
 
 /// What the device offers, behind four small interfaces: the one place that knows which back ends
 /// exist. The program creates one Platform at start and keeps it longer than anything made from it.
@@ -28,6 +29,11 @@ public:
     virtual PlatformFacts facts() const { return {}; }
     /// False while parts of the device have not answered yet; true within a few seconds.
     virtual bool isComplete() const { return true; }
+
+    /// The device of @p choice, with its positions from where it says. When its script cannot be
+    /// used, nothing comes back and @p error says why, see scripted(). A receiver that is not there
+    /// is no error: it may come later.
+    static std::unique_ptr<Platform> create(const PlatformChoice &choice, QString *error);
 
     /// The real device: its modem, network and position services, as far as they are there.
     static std::unique_ptr<Platform> system();

@@ -22,8 +22,6 @@ struct PlatformFacts
         NetworkManager,
         NetworkManagerAnswer,
         PrimaryConnection,
-        PositionSource,
-        SatelliteSource,
     };
 
     QString modemService;       ///< whose modem it is: "ModemManager", "oFono"
@@ -34,6 +32,5 @@ struct PlatformFacts
     bool meteredGuessed = false; ///< nobody said it; it follows from the kind of connection
     Connectivity connectivity = Connectivity::Unknown;
     QString ssid;
-    QString positionSource; ///< name of the back end
     QList<Missing> missing;
 };

@@ -4,15 +4,32 @@
 #include <QGeoSatelliteInfo>
 #include <QList>
 #include <QObject>
+#include <QString>
 
 /// Where the device is, and which satellites tell it so. A device may have either, both or neither;
-/// what is missing simply never signals. Main thread only; nothing blocks.
+/// what is missing never signals, and problem() says why there are no positions. Main thread only;
+/// nothing blocks.
 class PositionSource : public QObject
 {
     Q_OBJECT
 
 public:
     using QObject::QObject;
+
+    /// Why there are no positions.
+    enum class Problem {
+        None,
+        NoSource,    ///< nothing on this device tells positions
+        Refused,     ///< the system does not allow them to this program or this user
+        Unavailable, ///< the service, the receiver or the file cannot be reached
+        NoFix,       ///< all is well but the receiver finds no position
+    };
+
+    /// What tells the positions, for people: "geoclue2", "gpsd localhost:2947"; empty when nothing
+    /// does.
+    virtual QString name() const = 0;
+    /// As of now; a position ends every problem.
+    Problem problem() const { return currentProblem; }
 
     virtual bool hasPosition() const = 0;
     virtual bool hasSatellites() const = 0;
@@ -35,4 +52,17 @@ Q_SIGNALS:
     void updateTimeout();
     void satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &satellites);
     void satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &satellites);
+    void problemChanged();
+
+protected:
+    void setProblem(Problem now)
+    {
+        if (now == currentProblem)
+            return;
+        currentProblem = now;
+        Q_EMIT problemChanged();
+    }
+
+private:
+    Problem currentProblem = Problem::None;
 };

@@ -11,6 +11,12 @@ namespace {
 QTranslator *installed = nullptr;
 QTranslator *toolkits = nullptr; ///< menus of text fields and the like
 QString current;
+
+bool loadCatalogue(QTranslator &catalogue, const QString &language)
+{
+    return catalogue.load(":/velometerres/Velometer_"_L1 + language);
+}
+
 } // namespace
 
 QString Translations::systemLanguage()
@@ -23,12 +29,27 @@ QString Translations::language()
     return current.isEmpty() ? systemLanguage() : current;
 }
 
+void Translations::choose(const QString &language)
+{
+    current = language == "de"_L1 || language == "en"_L1 ? language : QString();
+}
+
+QString Translations::translate(const char *context, const char *text)
+{
+    if (installed)
+        return QCoreApplication::translate(context, text);
+    QTranslator catalogue;
+    const QString translated =
+        loadCatalogue(catalogue, language()) ? catalogue.translate(context, text) : QString();
+    return translated.isEmpty() ? QString::fromUtf8(text) : translated;
+}
+
 void Translations::install(const QString &language)
 {
     current = language;
     delete installed;
     installed = new QTranslator(QCoreApplication::instance());
-    (void)installed->load(u":/velometerres/Velometer_%1"_s.arg(language));
+    (void)loadCatalogue(*installed, language);
     QCoreApplication::installTranslator(installed);
     delete toolkits;
     toolkits = new QTranslator(QCoreApplication::instance());

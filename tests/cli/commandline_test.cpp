@@ -43,9 +43,14 @@ private Q_SLOTS:
             return l.storedTest.row == 0 && l.storedTest.series == 3 && l.storedTest.test == 12;
         });
         row("show --version", [](const CommandLine &l) { return l.version; });
-        row("--platform scripted:a:b", [](const CommandLine &l) { return l.script == u"a:b"_s; });
-        row("context --watch --platform none",
-            [](const CommandLine &l) { return l.watch && l.noDevice && l.script.isEmpty(); });
+        row("--platform scripted:a:b", [](const CommandLine &l) {
+            return l.platform.device == PlatformChoice::Device::Scripted &&
+                   l.platform.script == u"a:b"_s;
+        });
+        row("context --watch --position gpsd --platform none", [](const CommandLine &l) {
+            return l.watch && l.platform.device == PlatformChoice::Device::None &&
+                   l.platform.position.source == PositionChoice::Source::Gpsd;
+        });
         row("clear --data-dir=/a=b --yes",
             [](const CommandLine &l) { return l.yes && l.dataDir == u"/a=b"_s; });
     }
@@ -73,7 +78,9 @@ private Q_SLOTS:
         row("results --count 3", "--count");
         row("--json --csv", "contradict");
         row("-4 -6", "contradict");
-        row("--script x --platform none", "contradict");
+        row("--platform scripted:x --platform none", "contradict");
+        row("--position nmea:x --position gpsd", "contradict");
+        row("--position gps", "gpsd://HOST:PORT");
         row("--platform scripted:", "scripted:FILE");
         row("results --platform none", "--platform");
         row("--watch", "--watch");

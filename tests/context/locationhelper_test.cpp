@@ -4,6 +4,7 @@
 #include "support/fakeclock.h"
 #include "support/fakeplatform.h"
 #include "support/rows.h"
+#include "utils/utils.h"
 
 #include <QTest>
 
@@ -125,6 +126,32 @@ private Q_SLOTS:
         QVERIFY(running());
         platform->position.emitPosition(46.5, 8.5);
         QCOMPARE(helper->getAllLocations().size(), 1);
+    }
+
+    void logsWhyThereIsNoPosition_data()
+    {
+        using Problem = PositionSource::Problem;
+        const Rows<Problem, QString> row("problem", "logged");
+        row("refused", Problem::Refused, "location service (fake)");
+        row("gone", Problem::Unavailable, "not available (fake)");
+        row("no fix", Problem::NoFix, "no fix (fake)");
+        row("there is none", Problem::NoSource, "there is no source");
+    }
+    void logsWhyThereIsNoPosition()
+    {
+        QFETCH(PositionSource::Problem, problem);
+        QFETCH(QString, logged);
+        // Also while the sources are off: a test that begins then finds it in the log.
+        fireTimer();
+        const qsizetype before = Utils::getLogEntries().size();
+        platform->position.setProblem(problem);
+        platform->position.setProblem(problem);
+        const QString lines = Utils::getLogEntries().mid(before);
+        QCOMPARE(lines.count(u"Position: "_s), 1);
+        QVERIFY2(lines.contains(logged), qPrintable(lines));
+        QCOMPARE(helper->getProblem(), problem);
+        platform->position.setProblem(PositionSource::Problem::None);
+        QVERIFY(Utils::getLogEntries().mid(before).contains(u"known again (fake)"_s));
     }
 
     void boundsItsSamples()

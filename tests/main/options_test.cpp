@@ -18,15 +18,16 @@ private Q_SLOTS:
     void takesWhatMakesSense()
     {
         QString error;
-        const auto options =
-            Options::parse({u"--language=de"_s, u"--shell"_s, u"phone"_s, u"--data-dir"_s,
-                            u"/a b"_s, u"--script=x"_s, u"--config"_s, u"c.conf"_s},
-                           &error);
+        const auto options = Options::parse(
+            {u"--language=de"_s, u"--shell"_s, u"phone"_s, u"--data-dir"_s, u"/a b"_s,
+             u"--platform=scripted:x"_s, u"--position"_s, u"nmea:y"_s, u"--config"_s, u"c.conf"_s},
+            &error);
         QVERIFY2(options, qPrintable(error));
         QCOMPARE(options->language, u"de"_s);
         QVERIFY(options->shell == ShellKind::Phone);
         QCOMPARE(options->dataDir, u"/a b"_s);
-        QCOMPARE(options->script, u"x"_s);
+        QCOMPARE(options->platform.script, u"x"_s);
+        QCOMPARE(options->platform.position.file, u"y"_s);
         QCOMPARE(options->configFile, u"c.conf"_s);
     }
 
@@ -36,6 +37,8 @@ private Q_SLOTS:
         row("unknown option", "--fullscreen", "fullscreen");
         row("unknown language", "--language=fr", "\"fr\"");
         row("unknown shell", "--shell Desktop", "\"Desktop\"");
+        row("unknown device", "--platform=phone", "scripted:FILE");
+        row("unknown positions", "--position gps", "\"gps\"");
         row("value forgotten", "--config", "config");
         row("empty value", "--data-dir=", "data-dir");
         row("stray word", "--help now", "\"now\"");

@@ -55,6 +55,10 @@ public:
         emitPosition({coordinate, QDateTime::fromSecsSinceEpoch(1'700'000'000)});
     }
     void emitTimeout() { Q_EMIT source->updateTimeout(); }
+    void setProblem(PositionSource::Problem problem)
+    {
+        static_cast<Source *>(source.data())->setProblem(problem);
+    }
 
     class Source : public PositionSource
     {
@@ -62,6 +66,7 @@ public:
         explicit Source(FakePosition &control)
             : fake(control)
         {}
+        QString name() const override { return QStringLiteral("fake"); }
         bool hasPosition() const override { return true; }
         bool hasSatellites() const override { return true; }
         QGeoPositionInfo lastKnownPosition() const override { return {}; }
@@ -75,6 +80,7 @@ public:
         void stopPosition() override { fake.positionRunning = false; }
         void startSatellites() override { fake.satellitesRunning = true; }
         void stopSatellites() override { fake.satellitesRunning = false; }
+        using PositionSource::setProblem;
 
     private:
         FakePosition &fake;

@@ -126,6 +126,14 @@ public:
                               QStringLiteral("Set"),
                               {interface, property, QVariant::fromValue(QDBusVariant(value))}));
     }
+    QVariant get(const QString &service, const QString &path, const QString &interface,
+                 const QString &property) const
+    {
+        const QDBusMessage reply =
+            call(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
+                 QStringLiteral("Get"), {interface, property});
+        return qvariant_cast<QDBusVariant>(reply.arguments().value(0)).variant();
+    }
     bool addMethod(const QString &service, const QString &path, const QString &interface,
                    const MockMethod &method)
     {

@@ -130,8 +130,7 @@ int main(int argc, char *argv[])
         options->dataDir.isEmpty()
             ? QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
             : QFileInfo(options->dataDir).absoluteFilePath();
-    const auto platform = options->script.isEmpty() ? Platform::system()
-                                                    : Platform::scripted(options->script, &error);
+    const auto platform = Platform::create(options->platform, &error);
     if (!platform)
         return fail(error);
 

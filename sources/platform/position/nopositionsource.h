@@ -8,8 +8,13 @@ class NoPositionSource : public PositionSource
     Q_OBJECT
 
 public:
-    using PositionSource::PositionSource;
+    explicit NoPositionSource(QObject *parent = nullptr)
+        : PositionSource(parent)
+    {
+        setProblem(Problem::NoSource);
+    }
 
+    QString name() const override { return {}; }
     bool hasPosition() const override { return false; }
     bool hasSatellites() const override { return false; }
     QGeoPositionInfo lastKnownPosition() const override { return {}; }

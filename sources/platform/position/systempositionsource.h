@@ -2,12 +2,14 @@
 
 #include "platform/positionsource.h"
 
-class QGeoPositionInfoSource;
+#include <QGeoPositionInfoSource>
+
 class QGeoSatelliteInfoSource;
 
 /// Qt's default sources of positions and satellites; what they cannot do simply never signals.
-/// Their plug-ins' complaints about missing receivers and services are normal on most machines and
-/// are kept from the console, unless debug output of "qt.positioning" is switched on.
+/// Their plug-ins' complaints about missing receivers and services and about refusals are normal on
+/// most machines; problem() tells them, so they are kept from the console, unless debug output of
+/// "qt.positioning" is switched on.
 class SystemPositionSource : public PositionSource
 {
     Q_OBJECT
@@ -16,8 +18,7 @@ public:
     explicit SystemPositionSource(QObject *parent = nullptr);
 
     /// Name of the plug-in that tells the position; empty when there is none.
-    QString name() const;
-
+    QString name() const override;
     bool hasPosition() const override;
     bool hasSatellites() const override;
     QGeoPositionInfo lastKnownPosition() const override;
@@ -29,6 +30,9 @@ public:
     void stopSatellites() override;
 
 private:
+    void takeError(QGeoPositionInfoSource::Error error);
+    void explainAccessError();
+
     // Children; null where the platform has none.
     QGeoPositionInfoSource *position = nullptr;
     QGeoSatelliteInfoSource *satellites = nullptr;

@@ -6,13 +6,19 @@ ScriptedPositionSource::ScriptedPositionSource(const ScriptState &scripted, QObj
     : PositionSource(parent)
     , state(scripted)
 {
+    if (!state.script().hasPosition)
+        setProblem(Problem::NoSource);
     connect(&state, &ScriptState::positionUpdated, this, [this](const QGeoPositionInfo &info) {
-        if (positionRunning)
-            Q_EMIT positionUpdated(info);
+        if (!positionRunning)
+            return;
+        setProblem(Problem::None);
+        Q_EMIT positionUpdated(info);
     });
     connect(&state, &ScriptState::updateTimeout, this, [this] {
-        if (positionRunning)
-            Q_EMIT updateTimeout();
+        if (!positionRunning)
+            return;
+        setProblem(Problem::NoFix);
+        Q_EMIT updateTimeout();
     });
     connect(&state, &ScriptState::satellitesInUseUpdated, this,
             [this](const QList<QGeoSatelliteInfo> &satellites) {
@@ -24,6 +30,11 @@ ScriptedPositionSource::ScriptedPositionSource(const ScriptState &scripted, QObj
                 if (satellitesRunning)
                     Q_EMIT satellitesInViewUpdated(satellites);
             });
+}
+
+QString ScriptedPositionSource::name() const
+{
+    return QStringLiteral("scripted");
 }
 
 bool ScriptedPositionSource::hasPosition() const

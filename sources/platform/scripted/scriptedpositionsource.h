@@ -14,6 +14,7 @@ public:
     /// @p scripted is borrowed and outlives the source.
     explicit ScriptedPositionSource(const ScriptState &scripted, QObject *parent = nullptr);
 
+    QString name() const override;
     bool hasPosition() const override;
     bool hasSatellites() const override;
     QGeoPositionInfo lastKnownPosition() const override;

@@ -41,9 +41,7 @@ SystemPlatform::~SystemPlatform() = default;
 
 std::unique_ptr<PositionSource> SystemPlatform::createPositionSource()
 {
-    auto source = std::make_unique<SystemPositionSource>();
-    position = source.get();
-    return source;
+    return std::make_unique<SystemPositionSource>();
 }
 
 std::unique_ptr<NetworkInfoSource> SystemPlatform::createNetworkInfoSource()
@@ -94,14 +92,6 @@ PlatformFacts SystemPlatform::facts() const
             facts.missing.append(Missing::NetworkManager);
         else if (!state.activated)
             facts.missing.append(Missing::PrimaryConnection);
-    }
-
-    if (position) {
-        facts.positionSource = position->name();
-        if (!position->hasPosition())
-            facts.missing.append(Missing::PositionSource);
-        if (!position->hasSatellites())
-            facts.missing.append(Missing::SatelliteSource);
     }
     return facts;
 }

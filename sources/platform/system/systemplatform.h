@@ -4,12 +4,9 @@
 #include "platform/platform.h"
 #include "platform/system/systeminterfaces.h"
 
-#include <QPointer>
-
 #include <memory>
 
 class ModemClient;
-class SystemPositionSource;
 
 /// The machine the program runs on: modem and network as their services on the system bus show
 /// them, what they do not tell as Qt and the kernel do. Making the sources never waits for a
@@ -34,5 +31,4 @@ private:
     const SystemNetworkLookUp lookUp;
     const std::unique_ptr<ModemClient> modem;
     NetworkManagerClient network;
-    QPointer<SystemPositionSource> position; ///< the last one made
 };

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "platform/position/nmealines.h"
+#include "platform/position/positionchoice.h"
+#include "platform/positionsource.h"
+
+#include <QQueue>
+#include <QTimer>
+
+#include <memory>
+
+class NmeaInput;
+class QNmeaPositionInfoSource;
+class QNmeaSatelliteInfoSource;
+class SentencePipe;
+
+/// Positions and satellites from NMEA sentences, by Qt's readers: of a receiver behind a device
+/// file, a FIFO, a TCP port or gpsd, live; or of a recording, at the pace of its time stamps.
+///
+/// Reads only while started, at most 160 KiB/s. A recording goes on where it was stopped, and
+/// starts over when it had ended; its pauses are cut to a minute. What cannot be opened or breaks
+/// off is tried again every five seconds and is a problem meanwhile. Without a position for ten
+/// seconds comes updateTimeout().
+class NmeaPositionSource : public PositionSource
+{
+    Q_OBJECT
+
+public:
+    /// @p choice names a file or an address, not the platform.
+    explicit NmeaPositionSource(const PositionChoice &choice, QObject *parent = nullptr);
+    ~NmeaPositionSource() override;
+
+    QString name() const override { return label; }
+    bool hasPosition() const override { return true; }
+    bool hasSatellites() const override { return true; }
+    QGeoPositionInfo lastKnownPosition() const override { return last; }
+    int minimumUpdateInterval() const override;
+    void setUpdateInterval(int ms) override;
+    void startPosition() override;
+    void stopPosition() override;
+    void startSatellites() override;
+    void stopSatellites() override;
+
+private:
+    void run();
+    void pauseUnlessWanted();
+    void open();
+    void retry();
+    void poll();
+    void play();
+    void hand(const NmeaSentence &sentence);
+    void renewReaders();
+    void takePosition(const QGeoPositionInfo &info);
+    void giveUpOnFix();
+
+    const QString label;
+    const std::unique_ptr<NmeaInput> input;
+    NmeaLines lines;
+    // Children, new for every connection: what a reader has made of the old one must not count
+    // against the new one. Null before the first start.
+    SentencePipe *positionPipe = nullptr;
+    SentencePipe *satellitePipe = nullptr;
+    QNmeaPositionInfoSource *position = nullptr;
+    QNmeaSatelliteInfoSource *satellites = nullptr;
+
+    QTimer pollTimer;
+    QTimer retryTimer; ///< runs from every attempt to open, and from a loss
+    QTimer fixTimer;   ///< runs since the last position
+    int interval = 0;  ///< ms between updates; 0: all of them
+    bool positionRunning = false;
+    bool satellitesRunning = false;
+    QGeoPositionInfo last;
+
+    // Of a recording.
+    QQueue<NmeaSentence> ahead;
+    qint64 dueNs = 0;             ///< when timeOfDay is reached
+    qint64 restNs = 0;            ///< how long it was to that when the recording was stopped
+    std::optional<int> timeOfDay; ///< of the last sentence that told one, or of the next
+};

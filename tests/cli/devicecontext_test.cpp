@@ -1,0 +1,79 @@
+#include "cli/devicecontext.h"
+
+#include "support/fakeplatform.h"
+#include "support/rows.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+using Missing = PlatformFacts::Missing;
+using Problem = PositionSource::Problem;
+
+namespace {
+
+class Device : public FakePlatform
+{
+public:
+    PlatformFacts told;
+
+    PlatformFacts facts() const override { return told; }
+};
+
+} // namespace
+
+class DeviceContextTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void waitsOnlyForWhatMayStillCome_data()
+    {
+        const Rows<QList<Missing>, NetworkMode, Problem, bool> row("missing", "mode", "problem",
+                                                                   "ready");
+        using enum PlatformFacts::Missing;
+        using enum NetworkMode;
+        row("positions refused", {}, Lte, Problem::Refused, true);
+        row("receiver not there", {}, Lte, Problem::Unavailable, true);
+        row("no source", {}, Lte, Problem::NoSource, true);
+        row("first fix", {}, Lte, Problem::None, false);
+        row("no fix so far", {}, Lte, Problem::NoFix, false);
+        row("modem that registers", {PrimaryConnection}, Unknown, Problem::Refused, false);
+        row("no modem service", {ModemService, PrimaryConnection}, Unknown, Problem::Refused, true);
+        row("no bus", {SystemBus}, Unknown, Problem::Refused, true);
+    }
+    void waitsOnlyForWhatMayStillCome()
+    {
+        QFETCH(NetworkMode, mode);
+        QFETCH(Problem, problem);
+        QFETCH(bool, ready);
+        Device device;
+        device.told.missing = missing();
+        device.network.mode = mode;
+        DeviceContext context(device);
+        device.position.setProblem(problem);
+        QSignalSpy looks(&context, &DeviceContext::ready);
+        context.look();
+        const auto fire = [&] {
+            QMetaObject::invokeMethod(
+                context.findChild<QTimer *>(QString(), Qt::FindDirectChildrenOnly), "timeout",
+                Qt::DirectConnection);
+        };
+        fire();
+        QCOMPARE(looks.size(), ready ? 1 : 0);
+        for (int times = 1; times < 30; ++times)
+            fire();
+        QVERIFY(!looks.isEmpty()); // after three seconds in any case
+    }
+
+private:
+    static QList<Missing> missing()
+    {
+        QFETCH(QList<Missing>, missing);
+        return missing;
+    }
+};
+
+QTEST_GUILESS_MAIN(DeviceContextTest)
+#include "devicecontext_test.moc"
