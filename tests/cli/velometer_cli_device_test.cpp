@@ -82,6 +82,18 @@ private Q_SLOTS:
         QCOMPARE(geoClue.desktopId(), u"velometer"_s);
     }
 
+    void goesOnWhenTheLocationServiceHangs()
+    {
+        MockGeoClue geoClue(*bus);
+        QVERIFY(geoClue.start());
+        geoClue.freeze();
+        const auto client = start({u"context"_s});
+        // The bus gives up on it after 25 s.
+        QVERIFY(client->waitForFinished(20'000));
+        const QByteArray page = client->readAllStandardOutput();
+        QVERIFY2(page.contains("(geoclue2) cannot be reached"), page.constData());
+    }
+
     void takesPositionsFromElsewhere()
     {
         QFile recording(home->filePath(u"drive.nmea"_s));

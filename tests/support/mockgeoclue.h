@@ -29,6 +29,8 @@ public:
                                              "name='org.freedesktop.DBus.Error.AccessDenied')")});
     }
 
+    void freeze() { bus.freezeService(service); }
+
     /// For which program the position was asked.
     QString desktopId() const
     {

@@ -7,13 +7,16 @@
 #include <QLoggingCategory>
 
 #include <cstring>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The bus daemon itself answers; what it has not said by then does not matter any more.
-constexpr int busTimeoutMs = 2000;
+/// A service that has to be started first answers within a second.
+constexpr int answerTimeoutMs = 2000;
+/// Qt's name for the plug-in that asks the system's location service.
+constexpr auto locationService = "geoclue2"_L1;
 
 QLoggingCategory::CategoryFilter previousFilter = nullptr;
 
@@ -87,7 +90,7 @@ void SystemPositionSource::takeError(QGeoPositionInfoSource::Error error)
 {
     switch (error) {
     case QGeoPositionInfoSource::NoError: return;
-    case QGeoPositionInfoSource::AccessError: return explainAccessError();
+    case QGeoPositionInfoSource::AccessError: return setProblem(Problem::Refused);
     case QGeoPositionInfoSource::ClosedError:
     case QGeoPositionInfoSource::UnknownSourceError: return setProblem(Problem::Unavailable);
     case QGeoPositionInfoSource::UpdateTimeoutError:
@@ -97,25 +100,35 @@ void SystemPositionSource::takeError(QGeoPositionInfoSource::Error error)
     }
 }
 
-void SystemPositionSource::explainAccessError()
+void SystemPositionSource::askLocationService()
 {
-    // The plug-in says the same of a location service that refuses and of one that is not there.
-    if (position->sourceName() != "geoclue2"_L1)
-        return setProblem(Problem::Refused);
     const QDBusConnection bus = QDBusConnection::systemBus();
     if (!bus.isConnected())
         return setProblem(Problem::Unavailable);
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-                                       u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
-    question << u"org.freedesktop.GeoClue2"_s;
-    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(question, busTimeoutMs), this);
+    // The property that the plug-in reads first; the question also starts the service.
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        u"org.freedesktop.GeoClue2"_s, u"/org/freedesktop/GeoClue2/Manager"_s,
+        u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    question << u"org.freedesktop.GeoClue2.Manager"_s << u"AvailableAccuracyLevel"_s;
+    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(question, answerTimeoutMs), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher *call) {
                 call->deleteLater();
-                const bool isThere = call->reply().arguments().value(0).toBool();
-                setProblem(isThere ? Problem::Refused : Problem::Unavailable);
+                if (call->isError())
+                    setProblem(Problem::Unavailable);
+                else
+                    startUpdates();
             });
+}
+
+void SystemPositionSource::startUpdates()
+{
+    if (!wanted || running)
+        return;
+    running = true;
+    position->setPreferredPositioningMethods(QGeoPositionInfoSource::AllPositioningMethods);
+    position->setUpdateInterval(interval);
+    position->startUpdates();
 }
 
 QString SystemPositionSource::name() const
@@ -145,21 +158,24 @@ int SystemPositionSource::minimumUpdateInterval() const
 
 void SystemPositionSource::setUpdateInterval(int ms)
 {
-    if (!position)
-        return;
-    position->setPreferredPositioningMethods(QGeoPositionInfoSource::AllPositioningMethods);
-    position->setUpdateInterval(ms);
+    interval = ms;
 }
 
 void SystemPositionSource::startPosition()
 {
-    if (position)
-        position->startUpdates();
+    if (!position || wanted)
+        return;
+    wanted = true;
+    if (name() == locationService)
+        askLocationService();
+    else
+        startUpdates();
 }
 
 void SystemPositionSource::stopPosition()
 {
-    if (position)
+    wanted = false;
+    if (std::exchange(running, false))
         position->stopUpdates();
 }
 

@@ -7,9 +7,10 @@
 class QGeoSatelliteInfoSource;
 
 /// Qt's default sources of positions and satellites; what they cannot do simply never signals.
-/// Their plug-ins' complaints about missing receivers and services and about refusals are normal on
-/// most machines; problem() tells them, so they are kept from the console, unless debug output of
-/// "qt.positioning" is switched on.
+/// Where that is the system's location service, it is asked whether it is there first, for two
+/// seconds at most: Qt's plug-in would wait for its answers. Their plug-ins' complaints about
+/// missing receivers and services and about refusals are normal on most machines; problem() tells
+/// them, so they are kept from the console, unless debug output of "qt.positioning" is switched on.
 class SystemPositionSource : public PositionSource
 {
     Q_OBJECT
@@ -31,8 +32,12 @@ public:
 
 private:
     void takeError(QGeoPositionInfoSource::Error error);
-    void explainAccessError();
+    void askLocationService();
+    void startUpdates();
 
+    bool wanted = false;  ///< the user of this source wants positions
+    bool running = false; ///< and Qt's source looks for them
+    int interval = 0;     ///< ms
     // Children; null where the platform has none.
     QGeoPositionInfoSource *position = nullptr;
     QGeoSatelliteInfoSource *satellites = nullptr;
