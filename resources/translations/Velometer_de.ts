@@ -91,16 +91,6 @@
 </translation>
     </message>
     <message>
-        <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
-3 the store cannot be opened or written, 4 roaming, 5 no network or no server,
-130 interrupted, 143 terminated.
-</source>
-        <translation>Rückgabewert: 0 erledigt, 1 der Dienst hat den Test abgelehnt oder abgebrochen,
-2 falscher Aufruf, 3 die Ablage lässt sich nicht öffnen oder schreiben, 4 Roaming,
-5 kein Netz oder kein Server, 130 unterbrochen, 143 beendet.
-</translation>
-    </message>
-    <message>
         <source>velometer-cli measures download, upload and round-trip time of this connection.
 
   velometer-cli [test]       run a test, or a series of them
@@ -255,56 +245,6 @@ Beispiel:
 </translation>
     </message>
     <message>
-        <source>velometer-cli [test] [options]
-
-  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
-  --count N                  so many tests (1 to 100000)
-  --interval SECONDS         from start to start (0 to 604800)
-  --format text|json|csv     also --json, --csv
-  --json-stream              events as they happen, one JSON object a line
-  --progress auto|yes|no     to standard error; auto: on a terminal
-  --allow-roaming            test even when it may be expensive
-  -4, -6                     only IPv4, only IPv6
-  --platform system|scripted:FILE|none
-                             ask the device, replay a recorded one, or do
-                             without modem and position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                             positions from a receiver, or from a recording at
-                             its pace, whatever the platform
-
-Examples:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --position gpsd --count 60 --interval 60
-  velometer-cli --json | jq .download.avg_bps
-</source>
-        <translation>velometer-cli [test] [Optionen]
-
-  --server NAME|HOST[:PORT]  ein Server der Liste oder ein anderer (Port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car oder Other
-  --count N                  so viele Tests (1 bis 100000)
-  --interval SECONDS         von Start zu Start (0 bis 604800)
-  --format text|json|csv     auch --json, --csv
-  --json-stream              Ereignisse laufend, ein JSON-Objekt pro Zeile
-  --progress auto|yes|no     auf die Standardfehlerausgabe; auto: an einem Terminal
-  --allow-roaming            auch messen, wenn es teuer werden kann
-  -4, -6                     nur IPv4, nur IPv6
-  --platform system|scripted:FILE|none
-                             das Gerät fragen, ein aufgezeichnetes abspielen oder
-                             ohne Modem und Position auskommen
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                             Positionen von einem Empfänger oder aus einer Aufzeichnung
-                             in ihrem Takt, auf jedem Gerät
-
-Beispiele:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --position gpsd --count 60 --interval 60
-  velometer-cli --json | jq .download.avg_bps
-</translation>
-    </message>
-    <message>
         <source>velometer-cli context [--watch] [--format text|json|csv]
                       [--platform system|scripted:FILE|none]
                       [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]
@@ -329,6 +269,95 @@ Beispiele:
   velometer-cli context --position nmea:/dev/ttyACM0
   velometer-cli context --watch
 </translation>
+    </message>
+    <message>
+        <source>--max-bytes takes a number of bytes from %1 on, also such as 500k, 10M or 2G, or 0 for no limit, not %2.</source>
+        <translation>--max-bytes verlangt eine Anzahl Bytes ab %1, auch in der Form 500k, 10M oder 2G, oder 0 für kein Limit, nicht %2.</translation>
+    </message>
+    <message>
+        <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
+3 the store cannot be opened or written, 4 roaming or over the data budget,
+5 no network or no server, 130 interrupted, 143 terminated.
+</source>
+        <translation>Rückgabewert: 0 erledigt, 1 der Dienst hat den Test abgelehnt oder abgebrochen,
+2 falscher Aufruf, 3 die Ablage lässt sich nicht öffnen oder schreiben, 4 Roaming
+oder Datenlimit erreicht, 5 kein Netz oder kein Server, 130 unterbrochen, 143 beendet.
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli [test] [options]
+
+  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
+  --count N                  so many tests (1 to 100000)
+  --interval SECONDS         from start to start (0 to 604800)
+  --max-bytes N              download and upload of a test end when they have moved
+                             N bytes together (from 100000; 500k, 10M, 2G), 0 for
+                             no limit; else what the settings page says
+  --format text|json|csv     also --json, --csv
+  --json-stream              events as they happen, one JSON object a line
+  --progress auto|yes|no     to standard error; auto: on a terminal
+  --allow-roaming            test even when it may be expensive
+  -4, -6                     only IPv4, only IPv6
+  --platform system|scripted:FILE|none
+                             ask the device, replay a recorded one, or do
+                             without modem and position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                             positions from a receiver, or from a recording at
+                             its pace, whatever the platform
+
+Examples:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --position gpsd --count 60 --interval 60
+  velometer-cli --json | jq .download.avg_bps
+</source>
+        <translation>velometer-cli [test] [Optionen]
+
+  --server NAME|HOST[:PORT]  ein Server der Liste oder ein anderer (Port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car oder Other
+  --count N                  so viele Tests (1 bis 100000)
+  --interval SECONDS         von Start zu Start (0 bis 604800)
+  --max-bytes N              Download und Upload eines Tests enden, wenn sie zusammen
+                             N Bytes bewegt haben (ab 100000; 500k, 10M, 2G), 0 für
+                             kein Limit; sonst gilt die Seite mit den Einstellungen
+  --format text|json|csv     auch --json, --csv
+  --json-stream              Ereignisse laufend, ein JSON-Objekt pro Zeile
+  --progress auto|yes|no     auf die Standardfehlerausgabe; auto: an einem Terminal
+  --allow-roaming            auch messen, wenn es teuer werden kann
+  -4, -6                     nur IPv4, nur IPv6
+  --platform system|scripted:FILE|none
+                             das Gerät fragen, ein aufgezeichnetes abspielen oder
+                             ohne Modem und Position auskommen
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                             Positionen von einem Empfänger oder aus einer Aufzeichnung
+                             in ihrem Takt, auf jedem Gerät
+
+Beispiele:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --position gpsd --count 60 --interval 60
+  velometer-cli --json | jq .download.avg_bps
+</translation>
+    </message>
+</context>
+<context>
+    <name>DataBudget</name>
+    <message>
+        <source>download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>ended early: %1</source>
+        <translation>vorzeitig beendet: %1</translation>
+    </message>
+    <message>
+        <source>at most %1; %2</source>
+        <translation>höchstens %1; %2</translation>
     </message>
 </context>
 <context>
@@ -529,6 +558,10 @@ Beispiele:
         <source>orvak Velometer for Zenta (UserId:%1 Version:%2)</source>
         <translation>orvak Velometer für Zenta (UserId:%1 Version:%2)</translation>
     </message>
+    <message>
+        <source>Data Budget</source>
+        <translation>Datenlimit</translation>
+    </message>
 </context>
 <context>
     <name>DeviceContext</name>
@@ -682,7 +715,7 @@ Beispiele:
     </message>
     <message>
         <source>Metered</source>
-        <translation>Getaktet</translation>
+        <translation>Nach Verbrauch verrechnet</translation>
     </message>
     <message>
         <source>Connectivity</source>
@@ -932,6 +965,22 @@ orvak verfassen</translation>
     <message>
         <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
         <translation>Nichts wurde gelöscht: Die Resultate in %1 lassen sich im Moment nicht schreiben. Versuchen Sie es wieder, wenn kein anderes Programm sie benutzt.</translation>
+    </message>
+    <message>
+        <source>This connection is probably metered.</source>
+        <translation>Diese Verbindung wird wahrscheinlich nach Verbrauch verrechnet.</translation>
+    </message>
+    <message>
+        <source>This connection is metered.</source>
+        <translation>Diese Verbindung wird nach Verbrauch verrechnet.</translation>
+    </message>
+    <message>
+        <source>A test uses at most %1.</source>
+        <translation>Ein Test braucht höchstens %1.</translation>
+    </message>
+    <message>
+        <source>The data budget ended the test early.</source>
+        <translation>Das Datenlimit hat den Test vorzeitig beendet.</translation>
     </message>
 </context>
 <context>
@@ -1201,6 +1250,18 @@ velometer-cli tut dasselbe ohne Bildschirm.
         <source>Advanced mode</source>
         <translation>Erweiterter Modus</translation>
     </message>
+    <message>
+        <source>Data per test:</source>
+        <translation>Daten pro Test:</translation>
+    </message>
+    <message>
+        <source>Data per test</source>
+        <translation>Daten pro Test</translation>
+    </message>
+    <message>
+        <source>No limit</source>
+        <translation>Kein Limit</translation>
+    </message>
 </context>
 <context>
     <name>TestController</name>
@@ -1340,6 +1401,22 @@ velometer-cli tut dasselbe ohne Bildschirm.
     <message>
         <source>Round-trip time: %1</source>
         <translation>Antwortzeit: %1</translation>
+    </message>
+    <message>
+        <source>The connection is metered (guessed from its kind); a test may cost money.</source>
+        <translation>Die Verbindung wird nach Verbrauch verrechnet (aus ihrer Art geschlossen); ein Test kann etwas kosten.</translation>
+    </message>
+    <message>
+        <source>The connection is metered; a test may cost money.</source>
+        <translation>Die Verbindung wird nach Verbrauch verrechnet; ein Test kann etwas kosten.</translation>
+    </message>
+    <message>
+        <source>A test uses at most %1.</source>
+        <translation>Ein Test braucht höchstens %1.</translation>
+    </message>
+    <message>
+        <source>The test reached its data budget (%1) and is stored as far as it came; --max-bytes gives it more, --max-bytes 0 lifts the limit.</source>
+        <translation>Der Test hat sein Datenlimit erreicht (%1) und ist gespeichert, so weit er kam; --max-bytes gibt ihm mehr, --max-bytes 0 hebt das Limit auf.</translation>
     </message>
 </context>
 <context>
@@ -1529,6 +1606,10 @@ velometer-cli tut dasselbe ohne Bildschirm.
     <message>
         <source>unknown</source>
         <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>Data budget</source>
+        <translation>Datenlimit</translation>
     </message>
 </context>
 <context>

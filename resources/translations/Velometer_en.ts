@@ -91,16 +91,6 @@
 </translation>
     </message>
     <message>
-        <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
-3 the store cannot be opened or written, 4 roaming, 5 no network or no server,
-130 interrupted, 143 terminated.
-</source>
-        <translation>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
-3 the store cannot be opened or written, 4 roaming, 5 no network or no server,
-130 interrupted, 143 terminated.
-</translation>
-    </message>
-    <message>
         <source>velometer-cli measures download, upload and round-trip time of this connection.
 
   velometer-cli [test]       run a test, or a series of them
@@ -255,56 +245,6 @@ Example:
 </translation>
     </message>
     <message>
-        <source>velometer-cli [test] [options]
-
-  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
-  --count N                  so many tests (1 to 100000)
-  --interval SECONDS         from start to start (0 to 604800)
-  --format text|json|csv     also --json, --csv
-  --json-stream              events as they happen, one JSON object a line
-  --progress auto|yes|no     to standard error; auto: on a terminal
-  --allow-roaming            test even when it may be expensive
-  -4, -6                     only IPv4, only IPv6
-  --platform system|scripted:FILE|none
-                             ask the device, replay a recorded one, or do
-                             without modem and position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                             positions from a receiver, or from a recording at
-                             its pace, whatever the platform
-
-Examples:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --position gpsd --count 60 --interval 60
-  velometer-cli --json | jq .download.avg_bps
-</source>
-        <translation>velometer-cli [test] [options]
-
-  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
-  --count N                  so many tests (1 to 100000)
-  --interval SECONDS         from start to start (0 to 604800)
-  --format text|json|csv     also --json, --csv
-  --json-stream              events as they happen, one JSON object a line
-  --progress auto|yes|no     to standard error; auto: on a terminal
-  --allow-roaming            test even when it may be expensive
-  -4, -6                     only IPv4, only IPv6
-  --platform system|scripted:FILE|none
-                             ask the device, replay a recorded one, or do
-                             without modem and position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                             positions from a receiver, or from a recording at
-                             its pace, whatever the platform
-
-Examples:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --position gpsd --count 60 --interval 60
-  velometer-cli --json | jq .download.avg_bps
-</translation>
-    </message>
-    <message>
         <source>velometer-cli context [--watch] [--format text|json|csv]
                       [--platform system|scripted:FILE|none]
                       [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]
@@ -329,6 +269,95 @@ Examples:
   velometer-cli context --position nmea:/dev/ttyACM0
   velometer-cli context --watch
 </translation>
+    </message>
+    <message>
+        <source>--max-bytes takes a number of bytes from %1 on, also such as 500k, 10M or 2G, or 0 for no limit, not %2.</source>
+        <translation>--max-bytes takes a number of bytes from %1 on, also such as 500k, 10M or 2G, or 0 for no limit, not %2.</translation>
+    </message>
+    <message>
+        <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
+3 the store cannot be opened or written, 4 roaming or over the data budget,
+5 no network or no server, 130 interrupted, 143 terminated.
+</source>
+        <translation>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
+3 the store cannot be opened or written, 4 roaming or over the data budget,
+5 no network or no server, 130 interrupted, 143 terminated.
+</translation>
+    </message>
+    <message>
+        <source>velometer-cli [test] [options]
+
+  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
+  --count N                  so many tests (1 to 100000)
+  --interval SECONDS         from start to start (0 to 604800)
+  --max-bytes N              download and upload of a test end when they have moved
+                             N bytes together (from 100000; 500k, 10M, 2G), 0 for
+                             no limit; else what the settings page says
+  --format text|json|csv     also --json, --csv
+  --json-stream              events as they happen, one JSON object a line
+  --progress auto|yes|no     to standard error; auto: on a terminal
+  --allow-roaming            test even when it may be expensive
+  -4, -6                     only IPv4, only IPv6
+  --platform system|scripted:FILE|none
+                             ask the device, replay a recorded one, or do
+                             without modem and position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                             positions from a receiver, or from a recording at
+                             its pace, whatever the platform
+
+Examples:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --position gpsd --count 60 --interval 60
+  velometer-cli --json | jq .download.avg_bps
+</source>
+        <translation>velometer-cli [test] [options]
+
+  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
+  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
+  --count N                  so many tests (1 to 100000)
+  --interval SECONDS         from start to start (0 to 604800)
+  --max-bytes N              download and upload of a test end when they have moved
+                             N bytes together (from 100000; 500k, 10M, 2G), 0 for
+                             no limit; else what the settings page says
+  --format text|json|csv     also --json, --csv
+  --json-stream              events as they happen, one JSON object a line
+  --progress auto|yes|no     to standard error; auto: on a terminal
+  --allow-roaming            test even when it may be expensive
+  -4, -6                     only IPv4, only IPv6
+  --platform system|scripted:FILE|none
+                             ask the device, replay a recorded one, or do
+                             without modem and position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                             positions from a receiver, or from a recording at
+                             its pace, whatever the platform
+
+Examples:
+  velometer-cli --location train
+  velometer-cli test --server sunrise --count 12 --interval 300 --csv
+  velometer-cli --position gpsd --count 60 --interval 60
+  velometer-cli --json | jq .download.avg_bps
+</translation>
+    </message>
+</context>
+<context>
+    <name>DataBudget</name>
+    <message>
+        <source>download</source>
+        <translation>download</translation>
+    </message>
+    <message>
+        <source>upload</source>
+        <translation>upload</translation>
+    </message>
+    <message>
+        <source>ended early: %1</source>
+        <translation>ended early: %1</translation>
+    </message>
+    <message>
+        <source>at most %1; %2</source>
+        <translation>at most %1; %2</translation>
     </message>
 </context>
 <context>
@@ -528,6 +557,10 @@ Examples:
     <message>
         <source>orvak Velometer for Zenta (UserId:%1 Version:%2)</source>
         <translation>orvak Velometer for Zenta (UserId:%1 Version:%2)</translation>
+    </message>
+    <message>
+        <source>Data Budget</source>
+        <translation>Data Budget</translation>
     </message>
 </context>
 <context>
@@ -933,6 +966,22 @@ to orvak</translation>
         <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
         <translation>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</translation>
     </message>
+    <message>
+        <source>This connection is probably metered.</source>
+        <translation>This connection is probably metered.</translation>
+    </message>
+    <message>
+        <source>This connection is metered.</source>
+        <translation>This connection is metered.</translation>
+    </message>
+    <message>
+        <source>A test uses at most %1.</source>
+        <translation>A test uses at most %1.</translation>
+    </message>
+    <message>
+        <source>The data budget ended the test early.</source>
+        <translation>The data budget ended the test early.</translation>
+    </message>
 </context>
 <context>
     <name>NavigationBar</name>
@@ -1201,6 +1250,18 @@ velometer-cli does the same without a display.
         <source>Advanced mode</source>
         <translation>Advanced mode</translation>
     </message>
+    <message>
+        <source>Data per test:</source>
+        <translation>Data per test:</translation>
+    </message>
+    <message>
+        <source>Data per test</source>
+        <translation>Data per test</translation>
+    </message>
+    <message>
+        <source>No limit</source>
+        <translation>No limit</translation>
+    </message>
 </context>
 <context>
     <name>TestController</name>
@@ -1340,6 +1401,22 @@ velometer-cli does the same without a display.
     <message>
         <source>Round-trip time: %1</source>
         <translation>Round-trip time: %1</translation>
+    </message>
+    <message>
+        <source>The connection is metered (guessed from its kind); a test may cost money.</source>
+        <translation>The connection is metered (guessed from its kind); a test may cost money.</translation>
+    </message>
+    <message>
+        <source>The connection is metered; a test may cost money.</source>
+        <translation>The connection is metered; a test may cost money.</translation>
+    </message>
+    <message>
+        <source>A test uses at most %1.</source>
+        <translation>A test uses at most %1.</translation>
+    </message>
+    <message>
+        <source>The test reached its data budget (%1) and is stored as far as it came; --max-bytes gives it more, --max-bytes 0 lifts the limit.</source>
+        <translation>The test reached its data budget (%1) and is stored as far as it came; --max-bytes gives it more, --max-bytes 0 lifts the limit.</translation>
     </message>
 </context>
 <context>
@@ -1529,6 +1606,10 @@ velometer-cli does the same without a display.
     <message>
         <source>unknown</source>
         <translation>unknown</translation>
+    </message>
+    <message>
+        <source>Data budget</source>
+        <translation>Data budget</translation>
     </message>
 </context>
 <context>

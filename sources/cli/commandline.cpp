@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -142,6 +143,7 @@ private:
         intervalGiven = true;
         return takeNumber("--interval"_L1, v, 0, maxInterval, &line.interval);
     }
+    QString maxBytes(const QString &v);
     QString limit(const QString &v)
     {
         return takeNumber("--limit"_L1, v, 1, maxLimit, &line.limit);
@@ -177,6 +179,7 @@ const Parser::Option Parser::options[] = {
     {"--location"_L1, true, onlyTest, &Parser::location},
     {"--count"_L1, true, onlyTest, &Parser::count},
     {"--interval"_L1, true, onlyTest, &Parser::interval},
+    {"--max-bytes"_L1, true, onlyTest, &Parser::maxBytes},
     {"--format"_L1, true, formatted, &Parser::format},
     {"--json"_L1, false, formatted, &Parser::json},
     {"--csv"_L1, false, formatted, &Parser::csv},
@@ -343,6 +346,27 @@ QString Parser::location(const QString &value)
         }
     }
     return CommandLine::tr("--location takes %1, not %2.").arg(listed(codes), quoted(value));
+}
+
+QString Parser::maxBytes(const QString &value)
+{
+    static const QRegularExpression size(u"^([0-9]+)([kMG]?)$"_s);
+    const auto match = size.match(value);
+    const QString unit = match.captured(2);
+    const qint64 factor = unit == "G"_L1   ? 1'000'000'000
+                          : unit == "M"_L1 ? 1'000'000
+                          : unit == "k"_L1 ? 1000
+                                           : 1;
+    const auto number = wholeNumber(match.captured(1));
+    const bool possible = number && *number <= std::numeric_limits<qint64>::max() / factor;
+    const qint64 bytes = possible ? *number * factor : -1;
+    if (bytes != 0 && bytes < DataBudget::minimum) {
+        return CommandLine::tr("--max-bytes takes a number of bytes from %1 on, also such as 500k, "
+                               "10M or 2G, or 0 for no limit, not %2.")
+            .arg(QString::number(DataBudget::minimum), quoted(value));
+    }
+    line.budget = DataBudget(bytes);
+    return {};
 }
 
 QString Parser::platform(const QString &value)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/databudget.h"
 #include "platform/platformchoice.h"
 
 #include <QAbstractSocket>
@@ -45,6 +46,7 @@ public:
     QString location = QStringLiteral("Unknown"); ///< location code
     int count = 1;                                ///< tests, 1 to 100000
     int interval = 0;                             ///< s from start to start, 0 to 604800
+    std::optional<DataBudget> budget;             ///< none: as the settings say
     int limit = 0;                                ///< most results to list, 0 for all
     bool allowRoaming = false;
     bool yes = false;

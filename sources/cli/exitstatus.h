@@ -6,7 +6,7 @@ enum class ExitStatus {
     Broken = 1,        ///< the service refused or broke the test
     Usage = 2,         ///< wrong usage
     Store = 3,         ///< something that must be kept cannot be read or written
-    Refused = 4,       ///< roaming, and nobody allowed it
+    Refused = 4,       ///< roaming that nobody allowed, or the data budget ended a test
     Unreachable = 5,   ///< no network, or the test server cannot be reached
     Interrupted = 130, ///< SIGINT
     Terminated = 143,  ///< SIGTERM

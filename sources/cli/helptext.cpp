@@ -15,8 +15,8 @@ QString CommandLine::helpText(Command command, bool overview)
            "  --version, --help\n");
     const QString statuses =
         tr("Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,\n"
-           "3 the store cannot be opened or written, 4 roaming, 5 no network or no server,\n"
-           "130 interrupted, 143 terminated.\n");
+           "3 the store cannot be opened or written, 4 roaming or over the data budget,\n"
+           "5 no network or no server, 130 interrupted, 143 terminated.\n");
     if (overview) {
         return tr("velometer-cli measures download, upload and round-trip time of this "
                   "connection.\n"
@@ -42,6 +42,11 @@ QString CommandLine::helpText(Command command, bool overview)
                   "  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other\n"
                   "  --count N                  so many tests (1 to 100000)\n"
                   "  --interval SECONDS         from start to start (0 to 604800)\n"
+                  "  --max-bytes N              download and upload of a test end when they have "
+                  "moved\n"
+                  "                             N bytes together (from 100000; 500k, 10M, 2G), 0 "
+                  "for\n"
+                  "                             no limit; else what the settings page says\n"
                   "  --format text|json|csv     also --json, --csv\n"
                   "  --json-stream              events as they happen, one JSON object a line\n"
                   "  --progress auto|yes|no     to standard error; auto: on a terminal\n"

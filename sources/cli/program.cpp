@@ -141,7 +141,8 @@ bool Program::createRunner()
     Sockets::setProtocol(options.protocol);
     printer = std::make_unique<TestPrinter>(options.format, out, language);
     const TestRunner::Plan plan{options.location, options.count, options.interval,
-                                options.allowRoaming};
+                                options.allowRoaming,
+                                options.budget.value_or(DataBudget::remembered())};
     runner = std::make_unique<TestRunner>(plan, *table, *printer, progress, *platform);
     connect(runner.get(), &TestRunner::finished, this, &Program::end);
     if (choice)

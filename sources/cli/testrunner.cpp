@@ -6,14 +6,17 @@
 #include "data/testresults.h"
 #include "data/testservertable.h"
 #include "db/databasemanager.h"
+#include "platform/platform.h"
 #include "utils/utils.h"
 
 #include <QStringList>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -22,6 +25,9 @@ using Phase = TestController::Phase;
 constexpr qint64 nsPerSecond = 1'000'000'000;
 constexpr qint64 nsPerMs = 1'000'000;
 constexpr int secondsPerMinute = 60;
+constexpr auto devicePollInterval = 100ms;
+/// A service of the device that has not answered by now hangs; a test does not wait for it.
+constexpr int maxDevicePolls = 3s / devicePollInterval;
 /// A fast link reports progress thousands of times a second.
 constexpr qint64 progressInterval = 100 * nsPerMs;
 
@@ -49,19 +55,21 @@ QString nameOf(Phase phase)
     Q_UNREACHABLE();
 }
 
-/// A stream that ends early tells of the server or the link, not of the rate.
-bool ranItsTime(const Result *result)
+/// A stream that ends early tells of the server or the link, not of the rate, unless it was we who
+/// ended it.
+bool isWhole(const Result *result)
 {
-    return result && result->isValid() &&
-           result->getRealDuration() >= result->getDuration() * nsPerSecond / 10 * 9;
+    return result && (result->isCutByBudget() ||
+                      (result->isValid() &&
+                       result->getRealDuration() >= result->getDuration() * nsPerSecond / 10 * 9));
 }
 
 QStringList brokenPhases(const TestResults *record)
 {
     QStringList broken;
-    if (!record || !ranItsTime(record->getDownloadResult()))
+    if (!record || !isWhole(record->getDownloadResult()))
         broken.append(TestRunner::tr("download"));
-    if (!record || !ranItsTime(record->getUploadResult()))
+    if (!record || !isWhole(record->getUploadResult()))
         broken.append(TestRunner::tr("upload"));
     if (!record || !record->getRTTResult() || !record->getRTTResult()->isValid())
         broken.append(TestRunner::tr("round-trip time"));
@@ -71,13 +79,16 @@ QStringList brokenPhases(const TestResults *record)
 } // namespace
 
 TestRunner::TestRunner(Plan whatToRun, const TestServerTable &servers, TestPrinter &results,
-                       ProgressLine &progressLine, Platform &platform)
+                       ProgressLine &progressLine, Platform &devicePlatform)
     : plan(std::move(whatToRun))
     , table(servers)
     , printer(results)
     , progress(progressLine)
-    , controller(std::make_unique<TestController>(nullptr, this, this, platform))
+    , platform(devicePlatform)
+    , controller(std::make_unique<TestController>(nullptr, this, this, devicePlatform))
 {
+    controller->setDataBudget(plan.budget);
+    connect(&deviceTimer, &QTimer::timeout, this, &TestRunner::awaitDevice);
     nextTimer.setSingleShot(true);
     nextTimer.setTimerType(Qt::PreciseTimer);
     connect(&nextTimer, &QTimer::timeout, this, &TestRunner::startNext);
@@ -91,7 +102,31 @@ TestRunner::~TestRunner() = default;
 
 void TestRunner::start()
 {
-    nextTimer.start(0);
+    deviceTimer.start(0);
+}
+
+void TestRunner::awaitDevice()
+{
+    deviceTimer.start(devicePollInterval);
+    if (!platform.isComplete() && ++polls <= maxDevicePolls)
+        return;
+    deviceTimer.stop();
+    warnOfMetered();
+    startNext();
+}
+
+void TestRunner::warnOfMetered()
+{
+    const PlatformFacts facts = platform.facts();
+    if (!facts.metered.value_or(false))
+        return;
+    QString warning =
+        facts.meteredGuessed
+            ? tr("The connection is metered (guessed from its kind); a test may cost money.")
+            : tr("The connection is metered; a test may cost money.");
+    if (plan.budget.bytes())
+        warning += u' ' + tr("A test uses at most %1.").arg(plan.budget.text());
+    progress.message(warning);
 }
 
 void TestRunner::startNext()
@@ -175,6 +210,7 @@ void TestRunner::resendEnded(const TestOutcome &outcome)
 
 void TestRunner::finish()
 {
+    deviceTimer.stop();
     nextTimer.stop();
     Q_EMIT finished(status);
 }
@@ -185,7 +221,9 @@ ExitStatus TestRunner::statusOf(const TestOutcome &outcome, const TestResults *r
         return ExitStatus::Store;
     switch (outcome.end) {
     case TestOutcome::End::Completed:
-        return brokenPhases(record).isEmpty() ? ExitStatus::Done : ExitStatus::Broken;
+        if (!brokenPhases(record).isEmpty())
+            return ExitStatus::Broken;
+        return record->phasesCutByBudget().isEmpty() ? ExitStatus::Done : ExitStatus::Refused;
     case TestOutcome::End::Stopped: return ExitStatus::Interrupted;
     case TestOutcome::End::NoNetwork:
     case TestOutcome::End::ServerUnreachable: return ExitStatus::Unreachable;
@@ -199,11 +237,22 @@ QString TestRunner::storeFailure()
     return tr("The test could not be stored in %1.").arg(DatabaseManager::databaseFile());
 }
 
+QString TestRunner::budgetText() const
+{
+    const TestResults &record = *controller->getTestResults();
+    const DataBudget budget = record.getDataBudget();
+    return tr("The test reached its data budget (%1) and is stored as far as it came; --max-bytes "
+              "gives it more, --max-bytes 0 lifts the limit.")
+        .arg(budget.endedEarly(record.phasesCutByBudget().join(u',')));
+}
+
 QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) const
 {
     switch (ended) {
     case ExitStatus::Done: return {};
     case ExitStatus::Refused:
+        if (outcome.end == TestOutcome::End::Completed)
+            return budgetText();
         return tr("The device is roaming; a test may be expensive. --allow-roaming tests all the "
                   "same.");
     case ExitStatus::Interrupted:

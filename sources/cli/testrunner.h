@@ -32,6 +32,7 @@ public:
         int count = 1;                                ///< tests, at least 1
         int interval = 0;                             ///< s, start to start
         bool allowRoaming = false;
+        DataBudget budget{}; ///< of each test
     };
 
     /// Everything but the plan is borrowed and outlives the runner.
@@ -41,7 +42,8 @@ public:
 
     TestController &getController() { return *controller; }
 
-    /// Starts the first test. Ends in one finished().
+    /// Starts the first test as soon as the device has told about itself, at the latest after three
+    /// seconds; says before it when the connection is metered. Ends in one finished().
     void start();
     /// Offers the waiting reports once. Ends in one finished().
     void resend();
@@ -75,11 +77,14 @@ Q_SIGNALS:
     void finished(ExitStatus status);
 
 private:
+    void awaitDevice();
+    void warnOfMetered();
     void startNext();
     void phaseEntered(TestController::Phase phase);
     void testEnded(const TestOutcome &outcome);
     void resendEnded(const TestOutcome &outcome);
     static QString storeFailure();
+    QString budgetText() const;
     QString failureText(const TestOutcome &outcome, ExitStatus status) const;
     void warnOfUndelivered(const TestOutcome &outcome);
     void showProgress();
@@ -89,7 +94,9 @@ private:
     const TestServerTable &table;
     TestPrinter &printer;
     ProgressLine &progress;
+    const Platform &platform;
 
+    int polls = 0;
     int current = 0; ///< number of the test, from 1 on
     qint64 startedAt = 0;
     bool resending = false;
@@ -102,6 +109,7 @@ private:
     int progressValue = 0;
     int progressMax = 0;
     qint64 shownAt = 0;
+    QTimer deviceTimer;
     QTimer nextTimer;
     std::unique_ptr<TestController> controller;
 };

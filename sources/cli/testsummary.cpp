@@ -58,7 +58,7 @@ TestSummary::Throughput throughput(const Result *result)
         return phase;
     phase.valid = result->isValid();
     // Bytes over time are no rate of the link when the stream was refused: they are an error page.
-    if (result->isValid()) {
+    if (result->isValid() || result->isCutByBudget()) {
         phase.averageRate = atLeast(0, result->getRateAvg());
         phase.minimumRate = atLeast(0, result->getRateMin());
         phase.maximumRate = atLeast(0, result->getRateMax());
@@ -211,6 +211,8 @@ TestSummary TestSummary::ofTest(const TestController &controller, const TestResu
     summary.serverAverageRate = atLeast(1, record->getServerUploadAvg());
     summary.serverMaximumRate = atLeast(1, record->getServerUploadMax());
     summary.rtt = roundTrip(record->getRTTResult());
+    summary.budgetReached = text(record->phasesCutByBudget().join(u','));
+    summary.budget = record->getDataBudget();
     summary.tcp = ::tcp(*record);
     summary.server.ip = text(record->getInitialValues()->getRemoteIP());
     if (!record->getTestResultLogs().isEmpty())
@@ -266,6 +268,8 @@ TestSummary TestSummary::ofStored(const DBTestResults &row, const TestDetails *s
         summary.rtt.average = row.rtt * 1'000'000;
     summary.rtt.minimum = details.rounded(u"rttMinimum"_s, 1);
 
+    summary.budgetReached = details.text(u"budgetReached"_s);
+    summary.budget = DataBudget(details.integer(u"dataBudget"_s, 1));
     summary.tcp.publicIp = details.text(u"externalIP"_s);
     summary.tcp.deviceIp = details.text(u"deviceIP"_s);
     summary.network.type = text(row.connectionType);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/databudget.h"
+
 #include <QList>
 #include <QString>
 
@@ -26,7 +28,7 @@ struct TestSummary
 
     struct Throughput
     {
-        Number averageRate, minimumRate, maximumRate; ///< none of a phase that is not valid
+        Number averageRate, minimumRate, maximumRate; ///< none of a phase that measured nothing
         Number bytes;
         Number duration, connectTime, firstByteTime, longestPause;
         Flag valid;
@@ -92,6 +94,8 @@ struct TestSummary
     std::optional<Position> position;
     Device device;
     Report report;
+    Text budgetReached; ///< measurements that the data budget ended early: "download,upload"
+    DataBudget budget;  ///< that it ran with, as far as it is known
 
     /// The upload rate to show: the server's, which saw the bytes arrive, else the client's.
     Number uploadRate() const { return serverAverageRate ? serverAverageRate : upload.averageRate; }

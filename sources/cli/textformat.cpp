@@ -128,7 +128,7 @@ QString reportText(const TestSummary::Report &report)
 /// "93.2 Mbit/s (80.1 Mbit/s to 99.0 Mbit/s), 81.50 MB"
 QString throughputText(const TestSummary::Number &average, const TestSummary::Throughput &phase)
 {
-    const bool measured = phase.valid.value_or(true);
+    const bool measured = phase.valid.value_or(true) || phase.averageRate;
     QString text = measured ? TextFormat::rate(average) : TextFormat::tr("not measured");
     if (phase.minimumRate && phase.maximumRate) {
         text += u" (%1)"_s.arg(
@@ -164,6 +164,9 @@ QString TextFormat::test(const TestSummary &summary, const QString &pageAddress)
     add(tr("Download"), throughputText(summary.download.averageRate, summary.download));
     add(tr("Upload"), throughputText(summary.uploadRate(), summary.upload));
     add(tr("Round trip"), roundTripText(summary.rtt));
+    const QString ended = summary.budget.endedEarly(summary.budgetReached.value_or(QString()));
+    if (!ended.isEmpty())
+        add(tr("Data budget"), ended);
     add(tr("Network"), networkText(summary.network));
     if (summary.position)
         add(tr("Position"), positionText(*summary.position));

@@ -63,6 +63,11 @@ public:
 
     void setAllBytesTransfered(qlonglong bytes) { allBytesTransfered = bytes; }
 
+    /// The measurement ended early because its share of the data budget was used up. Its tables
+    /// then hold the measured intervals alone.
+    bool isCutByBudget() const { return cutByBudget; }
+    void setCutByBudget(bool cut) { cutByBudget = cut; }
+
     /// Name of the congestion control that the sending end was seen to run; empty when unknown.
     QString getCongestionControl() const { return congestionControl; }
     void setCongestionControl(const QString &name) { congestionControl = name; }
@@ -93,6 +98,7 @@ private:
     qint64 valuesavg = 0;
     bool valid = false;
     bool limited = false;
+    bool cutByBudget = false;
     qlonglong gettime = 0;
     qlonglong connecttime = 0;
     int resulttype = Empty;

@@ -1,5 +1,7 @@
 #include "data/testdetails.h"
 
+#include "data/databudget.h"
+
 #include <QDateTime>
 
 using namespace Qt::StringLiterals;
@@ -65,6 +67,8 @@ QString TestDetails::getFormatedStringByKey(const QString &key) const
         return formattedVelocity();
     if (key == "deviceDistance"_L1)
         return formattedDistance();
+    if (key == "budgetReached"_L1)
+        return DataBudget(getLong(u"dataBudget"_s)).endedEarly(value.toString());
 
     bool isInteger = false;
     const qlonglong integer = value.toLongLong(&isInteger);

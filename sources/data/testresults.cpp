@@ -83,6 +83,16 @@ void TestResults::initialize()
     setServerSideUploadSpeeds(0, 0, 0);
 }
 
+QStringList TestResults::phasesCutByBudget() const
+{
+    QStringList cut;
+    if (downloadResult && downloadResult->isCutByBudget())
+        cut.append(u"download"_s);
+    if (uploadResult && uploadResult->isCutByBudget())
+        cut.append(u"upload"_s);
+    return cut;
+}
+
 QString TestResults::getCongestionControl() const
 {
     return uploadResult ? uploadResult->getCongestionControl() : QString();
@@ -214,6 +224,10 @@ std::unique_ptr<TestDetails> TestResults::getDetailsResults(TestContext *control
     details->putLong(u"downloadedBytes"_s, downloaded);
     details->putLong(u"uploadedBytes"_s, uploaded);
     details->putLong(u"totalBytes"_s, downloaded + uploaded);
+    if (const QStringList cut = phasesCutByBudget(); !cut.isEmpty()) {
+        details->putString(u"budgetReached"_s, cut.join(u','));
+        details->putLong(u"dataBudget"_s, dataBudget.bytes().value_or(0));
+    }
 
     details->putString(u"connectionType"_s, storedConnectionType());
     details->putDouble(u"networkCell"_s, network->getNetworkcell().toDouble());

@@ -2,6 +2,7 @@
 
 #include "context/doublelocation.h"
 #include "context/mylocation.h"
+#include "data/databudget.h"
 #include "data/remoteinitialvalues.h"
 #include "data/xmldata.h"
 
@@ -9,6 +10,7 @@
 #include <QList>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -59,6 +61,12 @@ public:
     Result *getDownloadResult() const { return downloadResult; }
     Result *getUploadResult() const { return uploadResult; }
     Result *getRTTResult() const { return rttResult; }
+
+    /// The data budget that the test runs with.
+    void setDataBudget(DataBudget budget) { dataBudget = budget; }
+    DataBudget getDataBudget() const { return dataBudget; }
+    /// The measurements that it ended early, in order: "download", "upload".
+    QStringList phasesCutByBudget() const;
 
     /// The name of the congestion control that the upload ran with; empty when unknown.
     QString getCongestionControl() const;
@@ -139,6 +147,7 @@ private:
     Result *downloadResult = nullptr;
     Result *uploadResult = nullptr;
     Result *rttResult = nullptr;
+    DataBudget dataBudget;
     qlonglong sizeOfXmInBytes = 0;
     QList<MyLocation> allLocations;
     QList<TestResultLog *> log;

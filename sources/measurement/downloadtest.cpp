@@ -7,6 +7,8 @@
 
 #include <QTcpSocket>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -20,13 +22,13 @@ constexpr qint64 readBufferBytes = 262'144;
 DownloadTest::DownloadTest(MeasurementContext *context, QObject *parent)
     : ThroughputTest(context, u"DownloadTest"_s, Result::Download, parent)
 {
-    m_socket->setReadBufferSize(readBufferBytes);
     connect(m_socket, &QTcpSocket::readyRead, this, &DownloadTest::readyRead);
 }
 
 void DownloadTest::doMeasurement(int seconds)
 {
     Utils::addLogEntry(u"doMeasurement()"_s);
+    m_socket->setReadBufferSize(std::min(readBufferBytes, byteLimit()));
     ThroughputTest::doMeasurement(seconds);
 }
 
@@ -47,4 +49,9 @@ void DownloadTest::readyRead()
     takeTime();
     bytesRead += m_socket->skip(m_socket->bytesAvailable());
     recordInterval(bytesRead, old_bytesRead);
+    const qint64 left = byteLimit() - bytesRead;
+    if (left <= 0)
+        return testFinished();
+    // The socket never fetches what may not be read.
+    m_socket->setReadBufferSize(std::min(readBufferBytes, left));
 }

@@ -221,6 +221,7 @@ void TestController::prepare()
     testResults = nullptr;
     xmldata.reset();
     testServer = selectedServer;
+    dataBudget = nextBudget;
     outcome = TestOutcome();
     concluded = false;
     testScope = std::make_unique<QObject>();
@@ -424,6 +425,7 @@ void TestController::runDownload()
 {
     observer->setStatus(tr("testphase_download"));
     auto *test = new DownloadTest(this, testResults);
+    test->setByteLimit(testResults->getDataBudget().downloadShare());
     cancelActivity = [test] { test->cancel(); };
     test->doMeasurement(testduration);
 }
@@ -448,6 +450,8 @@ void TestController::runUpload()
 {
     observer->setStatus(tr("testphase_upload"));
     auto *test = new UploadTest(this, testResults);
+    const qint64 downloaded = testResults->getDownloadResult()->getAllBytesTransfered();
+    test->setByteLimit(testResults->getDataBudget().uploadShare(downloaded));
     cancelActivity = [test] { test->cancel(); };
     test->doMeasurement(testduration);
 }
@@ -707,6 +711,7 @@ void TestController::createRecord()
 {
     ++testid;
     testResults = new TestResults(seriesid, testid, this);
+    testResults->setDataBudget(dataBudget);
     testResults->setUserLocation(userLocation);
     testResults->setTestServer(testServer->getHostname());
     testResults->setConnectionType(networkinfohelper->getNetworkmode());

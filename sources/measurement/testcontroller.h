@@ -90,6 +90,8 @@ public:
     void setTestServer(TestServer *server);
     /// The server of the next test.
     TestServer *getSelectedServer() const { return selectedServer; }
+    /// From the next test on.
+    void setDataBudget(DataBudget budget) { nextBudget = budget; }
     /// Shows the observer server, ids and position as they are now.
     void showInformation();
     void loadUserId();
@@ -177,6 +179,8 @@ private:
 
     TestServer *selectedServer = nullptr;
     TestServer *testServer = nullptr; ///< of the running or the last test
+    DataBudget nextBudget;
+    DataBudget dataBudget; ///< of the running or the last test
     QString userLocation;
     qlonglong userid = 0;
     qlonglong testid = 0;

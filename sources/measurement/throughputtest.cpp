@@ -55,6 +55,11 @@ ThroughputTest::~ThroughputTest()
     cancel();
 }
 
+void ThroughputTest::setByteLimit(std::optional<qint64> bytes)
+{
+    limit = bytes.value_or(std::numeric_limits<qint64>::max());
+}
+
 void ThroughputTest::doMeasurement(int seconds)
 {
     // Filled in advance, so that an interval without data stands there with 0.
@@ -154,11 +159,19 @@ void ThroughputTest::testFinished()
     if (time_end == 0)
         time_end = Utils::getTimeInNs();
     controller->getTestObserver()->setProgress(1, 1);
+    const bool cut = totalBytes() >= limit;
+    // The intervals that the limit took away are no measured zeros.
+    for (int i = static_cast<int>(mseconds / intervalNs);
+         cut && i < testduration * intervalsPerSecond; ++i) {
+        valuesrate.remove(i);
+        valuesbyte.remove(i);
+    }
     result = new Result(controller->getTestServer()->getPort(), testduration, time_end - time_start,
                         totalBytes(), valuesrate, valuesbyte, max_pause,
                         span(timeconnectstart, timeconnectend),
                         span(timegettimestart, timegettimeend), resulttype, parent());
     result->setAllBytesTransfered(totalBytes());
     result->setCongestionControl(congestionControl);
+    result->setCutByBudget(cut);
     controller->measurementDone(result);
 }

@@ -6,6 +6,9 @@
 #include <QObject>
 #include <QTimer>
 
+#include <limits>
+#include <optional>
+
 class MeasurementContext;
 class QTcpSocket;
 
@@ -16,13 +19,18 @@ class QTcpSocket;
 /// which they are seen; intervals without data keep 0; what comes after the last interval is
 /// counted in the total alone. Times are ns, missing ones -1. An object serves one measurement and
 /// ends in exactly one measurementDone() of its controller, from the event loop, unless it is
-/// cancelled: with the figures so far when the connection fails or is closed early.
+/// cancelled: with the figures so far when the connection fails, is closed early, or has moved as
+/// many bytes as it may.
 class ThroughputTest : public QObject
 {
     Q_OBJECT
 
 public:
     ~ThroughputTest() override;
+
+    /// Moves at most @p bytes, headers included, and ends as soon as they are moved; the result
+    /// then says so. None: no limit. Takes effect before doMeasurement().
+    void setByteLimit(std::optional<qint64> bytes);
 
     /// Measures for @p seconds from the first data on; waits as long for it.
     virtual void doMeasurement(int seconds);
@@ -45,8 +53,12 @@ protected:
     /// progress.
     void recordInterval(qint64 total, qint64 &oldTotal);
 
+    qint64 byteLimit() const { return limit; }
+    /// Ends with the figures so far.
+    void testFinished();
+
     MeasurementContext *controller;
-    QTcpSocket *m_socket;
+    QTcpSocket *m_socket; ///< null when the test has ended
     int testduration = 0;
 
 protected Q_SLOTS:
@@ -59,14 +71,13 @@ private Q_SLOTS:
     void slotError(QAbstractSocket::SocketError code);
 
 private:
-    void testFinished();
-
     const QString name;
     const Result::Type resulttype;
     QTimer timer;
     QTimer repainttimer;
     Result *result = nullptr;
     QString congestionControl;
+    qint64 limit = std::numeric_limits<qint64>::max();
     qint64 time_end = 0;
     qint64 time_start;
     qint64 mseconds = 0;     ///< ns from the start to the latest data

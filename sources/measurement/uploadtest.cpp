@@ -9,7 +9,11 @@
 #include <QRandomGenerator>
 #include <QTcpSocket>
 
+#include <algorithm>
+#include <chrono>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -20,6 +24,8 @@ constexpr qsizetype maxResponse = 65'536;
 /// Lets the kernel hold little more than what is under way: enough for a fast link to find its next
 /// segment ready, little on a slow one, where a buffer that fills would count as uploaded.
 constexpr int maxUnsentBytes = 131'072;
+/// How exactly the end of a limited upload is seen.
+constexpr auto deliveryPeriod = 1ms;
 /// Far more than a mobile link takes in one measurement, so that the server keeps reading.
 constexpr qint64 announcedBytes = 163840000;
 
@@ -40,6 +46,8 @@ UploadTest::UploadTest(MeasurementContext *context, QObject *parent)
 {
     m_socket->setReadBufferSize(maxResponse);
     connect(m_socket, &QTcpSocket::bytesWritten, this, &UploadTest::bytesWritten);
+    delivery.setTimerType(Qt::PreciseTimer);
+    connect(&delivery, &QTimer::timeout, this, &UploadTest::endWhenDelivered);
     connect(m_socket, &QTcpSocket::readyRead, this, &UploadTest::readyRead);
 }
 
@@ -73,8 +81,21 @@ void UploadTest::bytesWritten(qint64 count)
         begin();
     takeTime();
     bytesSent += count;
-    m_socket->write(randomvalues);
+    const qint64 left = byteLimit() - bytesSent - m_socket->bytesToWrite();
+    if (left > 0)
+        m_socket->write(randomvalues.constData(), std::min(left, qint64(randomvalues.size())));
     recordInterval(bytesSent, old_bytesSent);
+    // What the kernel has taken has not gone anywhere yet: a limit may be smaller than its buffer.
+    if (bytesSent >= byteLimit())
+        delivery.start(deliveryPeriod);
+}
+
+void UploadTest::endWhenDelivered()
+{
+    if (!m_socket)
+        delivery.stop();
+    else if (Sockets::unconfirmedBytes(*m_socket) == 0)
+        testFinished();
 }
 
 void UploadTest::readyRead()

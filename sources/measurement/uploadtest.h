@@ -5,7 +5,8 @@
 #include <QByteArray>
 
 /// Upload throughput: announces a large body and sends one more block of random digits whenever the
-/// network has taken some. The measured period begins when the request has been taken.
+/// network has taken some. The measured period begins when the request has been taken; with a limit
+/// it ends when the server's end has confirmed all of it.
 class UploadTest : public ThroughputTest
 {
     Q_OBJECT
@@ -25,11 +26,13 @@ protected Q_SLOTS:
 
 private Q_SLOTS:
     void bytesWritten(qint64 count);
+    void endWhenDelivered();
     void readyRead();
 
 private:
     qint64 bytesSent = 0; ///< the request's header included
     qint64 old_bytesSent = 0;
+    QTimer delivery;
     QByteArray randomvalues;
     QString response; ///< what the server sends back; for the log alone
 };

@@ -2,6 +2,7 @@
 
 #include "db/databasemanager.h"
 #include "measurement/testcontroller.h"
+#include "platform/platform.h"
 #include "ui/details/detailswindow.h"
 #include "ui/map/geomaptab.h"
 #include "ui/pages/abouttab.h"
@@ -418,7 +419,7 @@ void MainWindow::startTestRun()
             teststatus = 2;
         } else {
             teststatus = 1;
-            showWarning(tr("Costs"), tr("CostsQuestion"));
+            showWarning(tr("Costs"), costsQuestion());
         }
     }
     if (teststatus == 2) {
@@ -442,12 +443,33 @@ void MainWindow::startTestRun()
             teststatus = 7;
             showNumberOfMeasurementsPopup();
         } else {
-            controller->runTests(userLocation);
+            runTest();
         }
     } else if (teststatus == 8 && advancedmode) {
         seriesScope = std::make_unique<QObject>();
-        controller->runTests(userLocation);
+        runTest();
     }
+}
+
+QString MainWindow::costsQuestion() const
+{
+    QStringList hints;
+    const PlatformFacts facts = platform.facts();
+    if (facts.metered.value_or(false)) {
+        hints.append(facts.meteredGuessed ? tr("This connection is probably metered.")
+                                          : tr("This connection is metered."));
+    }
+    const DataBudget budget = DataBudget::remembered();
+    if (budget.bytes())
+        hints.append(tr("A test uses at most %1.").arg(budget.text()));
+    const QString question = tr("CostsQuestion");
+    return hints.isEmpty() ? question : question + "<br><br>"_L1 + hints.join(u' ');
+}
+
+void MainWindow::runTest()
+{
+    controller->setDataBudget(DataBudget::remembered());
+    controller->runTests(userLocation);
 }
 
 void MainWindow::warningPopupOkClicked()
@@ -561,7 +583,7 @@ void MainWindow::startNextMeasurement()
         return;
     if (advmoderunning)
         return armNextMeasurement(retryPeriod);
-    controller->runTests(userLocation);
+    runTest();
 }
 
 void MainWindow::stopTest()
@@ -628,9 +650,14 @@ void MainWindow::testEnded(const TestOutcome &outcome)
         showNotice(tr("ErrorTitle"), tr("The test could not be stored in %1. Make room or correct "
                                         "the rights of this folder.")
                                          .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
-    } else if (!outcome.reportDelivered && outcome.queueId >= 0) {
-        testTab->addNote(tr("The report waits and goes out with the next test."));
+        return;
     }
+    const TestResults *record = controller->getTestResults();
+    if (outcome.end == TestOutcome::End::Completed && record &&
+        !record->phasesCutByBudget().isEmpty())
+        testTab->addNote(tr("The data budget ended the test early."));
+    if (!outcome.reportDelivered && outcome.queueId >= 0)
+        testTab->addNote(tr("The report waits and goes out with the next test."));
 }
 
 // ---- What the controller reports

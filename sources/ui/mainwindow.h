@@ -160,7 +160,9 @@ private:
     void showNotice(const QString &title, const QString &message);
     void showWarning(const QString &title, const QString &message);
     void cancelDialogue(PopupBase *popup);
+    QString costsQuestion() const;
     void startTestRun();
+    void runTest();
     void armNextMeasurement(int milliseconds);
     bool inSeries() const;
     void endSingleTest();

@@ -3,8 +3,10 @@
 #include <QNetworkProxy>
 #include <QTcpSocket>
 
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 
 namespace {
@@ -68,4 +70,13 @@ void Sockets::dropUnsentOnClose(const QTcpSocket &socket)
 void Sockets::limitUnsent(const QTcpSocket &socket, int bytes)
 {
     setOption(socket, IPPROTO_TCP, TCP_NOTSENT_LOWAT, bytes);
+}
+
+qint64 Sockets::unconfirmedBytes(const QTcpSocket &socket)
+{
+    int bytes = 0;
+    const auto descriptor = static_cast<int>(socket.socketDescriptor());
+    if (descriptor < 0 || ::ioctl(descriptor, SIOCOUTQ, &bytes) != 0)
+        return 0;
+    return bytes;
 }

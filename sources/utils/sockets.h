@@ -37,4 +37,7 @@ void dropUnsentOnClose(const QTcpSocket &socket);
 /// follows the network rather than the growth of a buffer.
 void limitUnsent(const QTcpSocket &socket, int bytes);
 
+/// Bytes that the kernel has taken and the other end has not confirmed; 0 when it does not say.
+qint64 unconfirmedBytes(const QTcpSocket &socket);
+
 } // namespace Sockets

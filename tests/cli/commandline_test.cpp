@@ -24,7 +24,7 @@ private Q_SLOTS:
         row(" ", [](const CommandLine &l) {
             return l.command == Command::Test && !l.commandGiven && l.format == Format::Text &&
                    l.count == 1 && l.interval == 0 && l.limit == 0 && l.location == u"Unknown"_s &&
-                   !l.allowRoaming && l.protocol == QAbstractSocket::AnyIPProtocol;
+                   !l.allowRoaming && !l.budget && l.protocol == QAbstractSocket::AnyIPProtocol;
         });
         row("--count 12 test --interval=300 --csv", [](const CommandLine &l) {
             return l.commandGiven && l.count == 12 && l.interval == 300 && l.format == Format::Csv;
@@ -38,6 +38,14 @@ private Q_SLOTS:
         row("--server [::1]:80 --json-stream", [](const CommandLine &l) {
             return l.server == u"[::1]:80"_s && l.format == Format::JsonStream;
         });
+        row("--max-bytes 100000",
+            [](const CommandLine &l) { return l.budget->bytes() == 100'000; });
+        row("--max-bytes 500k", [](const CommandLine &l) { return l.budget->bytes() == 500'000; });
+        row("--max-bytes=10M",
+            [](const CommandLine &l) { return l.budget->bytes() == 10'000'000; });
+        row("--max-bytes 9223372036G",
+            [](const CommandLine &l) { return l.budget->bytes() == 9'223'372'036'000'000'000; });
+        row("--max-bytes 0", [](const CommandLine &l) { return l.budget && !l.budget->bytes(); });
         row("show 17", [](const CommandLine &l) { return l.storedTest.row == 17; });
         row("show 3/12", [](const CommandLine &l) {
             return l.storedTest.row == 0 && l.storedTest.series == 3 && l.storedTest.test == 12;
@@ -76,6 +84,15 @@ private Q_SLOTS:
         row("--count 2 --interval 604801", "604800");
         row("--interval 60", "--count");
         row("results --count 3", "--count");
+        row("--max-bytes 99999", "100000");
+        row("--max-bytes 99k", "100000");
+        row("--max-bytes 1.5M", "10M");
+        row("--max-bytes 10MB", "10M");
+        row("--max-bytes 1e6", "10M");
+        row("--max-bytes -200000", "100000");
+        row("--max-bytes 18446744074G", "100000"); // 290 MB, if it wrapped round
+        row("--max-bytes 99999999999999999999", "100000");
+        row("results --max-bytes 10M", "--max-bytes");
         row("--json --csv", "contradict");
         row("-4 -6", "contradict");
         row("--platform scripted:x --platform none", "contradict");

@@ -150,18 +150,75 @@ private Q_SLOTS:
         QCOMPARE(run.platform.session.openCalls, 1);
     }
 
+    void saysFirstThatTheConnectionIsMetered_data()
+    {
+        const Rows<QString, qint64, QString> row("metered", "budget", "line");
+        row("nobody knows", "", 50'000'000, "");
+        row("it is not", "no", 0, "");
+        row("it is", "yes", 0, "The connection is metered; a test may cost money.\n");
+        row("a guess, and a budget", "yes guessed", 50'000'000,
+            "The connection is metered (guessed from its kind); a test may cost money. A test uses "
+            "at most 50 MB.\n");
+    }
+    void saysFirstThatTheConnectionIsMetered()
+    {
+        QFETCH(QString, metered);
+        QFETCH(qint64, budget);
+        QFETCH(QString, line);
+        for (const Format format : {Format::Text, Format::JsonStream}) {
+            Run run({u"Unknown"_s, 2, 0, false, DataBudget(budget)}, format);
+            run.platform.complete = false;
+            run.runner->start();
+            QCoreApplication::processEvents();
+            QCOMPARE(run.messages(), QByteArray());
+            QCOMPARE(run.platform.session.openCalls, 0);
+            // The device answers.
+            if (!metered.isEmpty())
+                run.platform.told.metered = metered.startsWith("yes"_L1);
+            run.platform.told.meteredGuessed = metered.endsWith("guessed"_L1);
+            run.platform.complete = true;
+            QVERIFY(run.endsWith(ExitStatus::Unreachable));
+            const QByteArray failure = "noConnectionText\n";
+            QCOMPARE(run.messages(), line.toUtf8() + failure + failure);
+        }
+    }
+
+    void aDeviceThatNeverAnswersHoldsNoTest_data()
+    {
+        const Rows<bool, int> row("stopped", "sessions");
+        row("patience", false, 1);
+        row("stopped meanwhile", true, 0);
+    }
+    void aDeviceThatNeverAnswersHoldsNoTest()
+    {
+        QFETCH(bool, stopped);
+        Run run({}, Format::Json);
+        run.platform.complete = false;
+        run.runner->start();
+        QCoreApplication::processEvents();
+        if (stopped)
+            run.runner->stop(ExitStatus::Terminated);
+        QVERIFY(run.endsWith(stopped ? ExitStatus::Terminated : ExitStatus::Unreachable));
+        run.platform.complete = true;
+        QTest::qWait(150); // longer than a poll takes
+        QTEST(run.platform.session.openCalls, "sessions");
+    }
+
     void judgesATest_data()
     {
-        const Rows<End, bool, int, int, ExitStatus> row("end", "storeFailed", "downloadMs",
-                                                        "responseTime", "status");
-        row("nine tenths of the time", End::Completed, false, 6300, 5, ExitStatus::Done);
-        row("cut short", End::Completed, false, 6299, 5, ExitStatus::Broken);
-        row("no download", End::Completed, false, 0, 5, ExitStatus::Broken);
-        row("no round trip", End::Completed, false, 7000, -1, ExitStatus::Broken);
-        row("not stored", End::Completed, true, 7000, 5, ExitStatus::Store);
-        row("refused", End::Refused, false, 7000, 5, ExitStatus::Broken);
-        row("no network", End::NoNetwork, false, 0, -1, ExitStatus::Unreachable);
-        row("no server", End::ServerUnreachable, false, 0, -1, ExitStatus::Unreachable);
+        const Rows<End, bool, int, bool, int, ExitStatus> row("end", "storeFailed", "downloadMs",
+                                                              "cut", "responseTime", "status");
+        const bool no = false;
+        row("nine tenths of the time", End::Completed, no, 6300, no, 5, ExitStatus::Done);
+        row("cut short", End::Completed, no, 6299, no, 5, ExitStatus::Broken);
+        row("cut by the budget", End::Completed, no, 10, true, 5, ExitStatus::Refused);
+        row("cut by the budget, not whole", End::Completed, no, 10, true, -1, ExitStatus::Broken);
+        row("no download", End::Completed, no, 0, no, 5, ExitStatus::Broken);
+        row("no round trip", End::Completed, no, 7000, no, -1, ExitStatus::Broken);
+        row("not stored", End::Completed, true, 7000, true, 5, ExitStatus::Store);
+        row("refused", End::Refused, no, 7000, no, 5, ExitStatus::Broken);
+        row("no network", End::NoNetwork, no, 0, no, -1, ExitStatus::Unreachable);
+        row("no server", End::ServerUnreachable, no, 0, no, -1, ExitStatus::Unreachable);
     }
     void judgesATest()
     {
@@ -181,8 +238,11 @@ private Q_SLOTS:
         outcome.end = end;
         outcome.storeFailed = storeFailed;
         TestResults record(1, 1, nullptr);
-        if (downloadMs > 0)
+        QFETCH(bool, cut);
+        if (downloadMs > 0) {
             record.setDownloadResult(throughput(downloadMs, Result::Download, &record));
+            record.getDownloadResult()->setCutByBudget(cut);
+        }
         record.setUploadResult(throughput(7100, Result::Upload, &record));
         record.setRTTResult(new Result(80, QHash<int, int>{{1, responseTime}}, &record));
         QCOMPARE(TestRunner::statusOf(outcome, &record), status);

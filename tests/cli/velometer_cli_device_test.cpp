@@ -172,6 +172,7 @@ private Q_SLOTS:
 
         run(arguments);
         QCOMPARE(status, 4);
+        QVERIFY2(messages.startsWith("The connection is metered (guessed"), messages.constData());
         const QJsonObject test =
             QJsonDocument::fromJson(run(arguments + QStringList{u"--allow-roaming"_s})).object();
         service.kill();
@@ -210,6 +211,7 @@ private:
         const bool whole =
             process->waitForFinished(limitMs) && process->exitStatus() == QProcess::NormalExit;
         status = whole ? process->exitCode() : -1;
+        messages = process->readAllStandardError();
         return process->readAllStandardOutput();
     }
 
@@ -217,6 +219,7 @@ private:
     std::unique_ptr<MockBus> bus;
     std::unique_ptr<MockPhone> phone;
     int status = -1;
+    QByteArray messages;
 };
 
 QTEST_GUILESS_MAIN(VelometerCliDeviceTest)

@@ -126,6 +126,36 @@ private Q_SLOTS:
         }
     }
 
+    void aBudgetEndsATestThatIsStoredAndDelivered()
+    {
+        QFile script(path(u"device"_s));
+        QVERIFY(script.open(QIODevice::WriteOnly));
+        script.write(R"({"mode": "LteMode", "metered": "yes"})");
+        script.close();
+        const QStringList device{u"--platform"_s, u"scripted:"_s + script.fileName()};
+        const Ended ended = run(QStringList{u"--max-bytes"_s, u"1M"_s} + device);
+        QCOMPARE(ended.status, 4);
+        const auto lines = ended.messages.split('\n');
+        QVERIFY2(lines.size() == 3 && lines[0].contains("metered") && lines[0].contains("1 MB") &&
+                     lines[1].contains("--max-bytes"),
+                 ended.messages.constData());
+        const QByteArray note = "at most 1 MB; ended early: download, upload\n";
+        QVERIFY2(ended.printed.contains(note), ended.printed.constData());
+        QVERIFY(run({u"show"_s, u"1"_s}).printed.contains(note));
+        QCOMPARE(rows(reports(), u"SELECT count(*) FROM reports WHERE testid = 1"_s),
+                 QList<QVariantList>({{1}}));
+
+        // The settings are followed, and lifted for one call.
+        QFile settings(path(u"config/orvak/Velometer.conf"_s));
+        QVERIFY(settings.open(QIODevice::Append));
+        settings.write("MaxBytes=2000000\n");
+        settings.close();
+        QVERIFY(run(device).printed.contains("at most 2 MB; "));
+        const Ended whole = run(QStringList{u"--max-bytes"_s, u"0"_s} + device);
+        QCOMPARE(whole.status, 0);
+        QVERIFY(!whole.printed.contains("ended early"));
+    }
+
     void queuesTheReportOfABrokenTest()
     {
         const Process broken = start({u"--json-stream"_s});

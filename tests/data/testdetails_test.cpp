@@ -21,6 +21,9 @@ private Q_SLOTS:
         row("round trip", "rttAverage", 45000000.0, "45 ms");
         row("altitude", "deviceAltitude", 408.6, "409 m");
         row("no altitude", "deviceAltitude", -1.0, "n/a");
+        row("budget, words of nobody", "budgetReached", u"upload,<b>,download,upload"_s,
+            "ended early: download, upload");
+        row("budget, no word known", "budgetReached", u"uploads"_s, "");
         row("integer by any other key", "testServerPort", 8080.0, "8080");
     }
     void formatsAsAPersonReadsIt()

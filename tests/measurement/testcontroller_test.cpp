@@ -1,6 +1,7 @@
 #include "measurement/testcontroller.h"
 
 #include "data/result.h"
+#include "data/testdetails.h"
 #include "data/testservertable.h"
 #include "db/databasemanager.h"
 #include "measurement/testhost.h"
@@ -315,6 +316,44 @@ private Q_SLOTS:
         QCOMPARE(gDB->getAllResults().size(), size_t(2));
         const QByteArray resent = service->requests("redirect_iphone").last();
         QCOMPARE(resent.count("</ClientTime><ClientRetryTime>"), 1);
+    }
+
+    void aBudgetIsSharedAndLeavesItsMark_data()
+    {
+        // served: by the download, header included; downloaded, uploaded: bytes at most
+        const Rows<qint64, int, qint64, qint64, QString> row("budget", "served", "downloaded",
+                                                             "uploaded", "reached");
+        row("both ended", 200'000, 300'000, 100'000, 100'000, "download,upload");
+        row("the upload gets what is left", 200'000, 30'000, 30'000, 170'000, "upload");
+        row("none", 0, 20'000, 20'000, -1, {});
+    }
+    void aBudgetIsSharedAndLeavesItsMark()
+    {
+        QFETCH(qint64, budget);
+        QFETCH(int, served);
+        QFETCH(qint64, uploaded);
+        QFETCH(QString, reached);
+        const QByteArray head = "HTTP/1.0 200 OK\r\n\r\n";
+        service->script("downloadtest", {head + QByteArray(served - head.size(), 'x')});
+        if (budget > 0)
+            service->script("uploadtest", {{}, false});
+        create();
+        controller->setDataBudget(DataBudget(budget));
+        controller->runTests(u"Train"_s);
+        controller->setDataBudget(DataBudget()); // of the next test
+        waitForEnd();
+
+        QCOMPARE(ended.end, End::Completed);
+        QVERIFY(ended.reportDelivered);
+        const auto details = gDB->getDetailsById(ended.storedId);
+        QTEST(details->getLong(u"downloadedBytes"_s), "downloaded");
+        if (uploaded >= 0)
+            QCOMPARE(details->getLong(u"uploadedBytes"_s), uploaded);
+        QCOMPARE(details->getString(u"budgetReached"_s), reached);
+        QCOMPARE(details->contains(u"budgetReached"_s), !reached.isEmpty());
+        QCOMPARE(details->getLong(u"dataBudget"_s), reached.isEmpty() ? 0 : budget);
+        QVERIFY(gDB->getResultsById(ended.storedId)->rtt >= 0 &&
+                controller->getTestResults()->getRTTResult()->isValid());
     }
 
     void aServerChosenDuringATestIsTheNextOnes()

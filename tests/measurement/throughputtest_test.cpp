@@ -9,6 +9,8 @@
 
 #include <QTest>
 
+#include <sys/socket.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -80,6 +82,51 @@ private Q_SLOTS:
         QCOMPARE(result->getGetTime(), static_cast<qlonglong>(arrivals[0].after.count()));
     }
 
+    void aDownloadEndsAtItsLimit_data()
+    {
+        // samples: the measured intervals
+        const Rows<Arrivals, qint64, qint64, bool, int> row("arrivals", "limit", "total", "cut",
+                                                            "samples");
+        row("in the middle of a read", {{0ms, 100}, {250ms, 5000}}, 3000, 3000, true, 2);
+        row("with the last byte", {{0ms, 1000}, {400ms, 1000}}, 2000, 2000, true, 4);
+        row("within the first interval", {{0ms, 5000}}, 4999, 4999, true, 0);
+        row("one byte before it", {{0ms, 1000}, {400ms, 999}}, 2000, 1999, false, 10);
+    }
+    void aDownloadEndsAtItsLimit()
+    {
+        QFETCH(Arrivals, arrivals);
+        QFETCH(qint64, limit);
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        context.server->setPort(server.serverPort());
+        context.observer.progress.clear();
+        FakeClock clock;
+        DownloadTest test(&context, &record);
+        test.setByteLimit(limit);
+        test.doMeasurement(1);
+        QTRY_VERIFY(server.hasPendingConnections());
+        const std::unique_ptr<QTcpSocket> peer(server.nextPendingConnection());
+        QTRY_VERIFY(peer->bytesAvailable() > 0);
+        for (const Arrival &arrival : arrivals) {
+            clock.advance(arrival.after);
+            const auto before = context.observer.progress.size();
+            peer->write(QByteArray(arrival.bytes, 'x'));
+            QTRY_VERIFY(context.observer.progress.size() > before);
+        }
+        QFETCH(bool, cut);
+        if (!cut)
+            peer->close();
+        QTRY_COMPARE(context.results.size(), 1);
+
+        const Result *result = context.results.first();
+        QTEST(result->getBytesTransferd(), "total");
+        QCOMPARE(result->isCutByBudget(), cut);
+        QTEST(int(result->getIntervallValuesRate().size()), "samples");
+        QCOMPARE(result->getIntervallValuesByte().size(), result->getIntervallValuesRate().size());
+        // The socket is gone: nothing is fetched any more.
+        QTRY_COMPARE(peer->state(), QAbstractSocket::UnconnectedState);
+    }
+
     void asksForTheDownloadWithExactlyTheseBytes()
     {
         run<DownloadTest>();
@@ -108,6 +155,54 @@ private Q_SLOTS:
         const Result *result = context.results.first();
         QVERIFY(result->getBytesTransferd() >= 5000);
         QVERIFY(!result->getCongestionControl().isEmpty());
+    }
+
+    void anUploadNeverPassesItsLimit_data()
+    {
+        const Rows<qint64, int> row("limit", "mss");
+        row("a block that would not fit", 50'000, 1460);
+        row("blocks larger than the limit", 50'000, 1'048'576);
+        row("blocks that go out in parts", 9'000'000, 1'048'576);
+    }
+    void anUploadNeverPassesItsLimit()
+    {
+        QFETCH(qint64, limit);
+        QFETCH(int, mss);
+        context.mss = mss;
+        service.script("uploadtest", {{}, false});
+        const auto before = service.requests("uploadtest").size();
+        auto *test = new UploadTest(&context, &record);
+        test->setByteLimit(limit);
+        test->doMeasurement(7);
+        QTRY_COMPARE(context.results.size(), 1);
+        const Result *result = context.results.first();
+        QVERIFY(result->isCutByBudget());
+        QCOMPARE(result->getBytesTransferd(), limit);
+        QVERIFY(result->getRateAvg() > 0);
+        QVERIFY(result->getRealDuration() < 7'000'000'000);
+        // All that was counted has arrived, and nothing else.
+        QTRY_COMPARE(service.requests("uploadtest").value(before).size(), limit);
+    }
+
+    void aLimitedUploadEndsWhenItIsDeliveredOrItsTimeIsOver()
+    {
+        // All of it fits into our kernel's buffer, but not into the one of this reader.
+        QTcpServer deaf;
+        QVERIFY(deaf.listen(QHostAddress::LocalHost));
+        const int window = 4096;
+        QCOMPARE(::setsockopt(static_cast<int>(deaf.socketDescriptor()), SOL_SOCKET, SO_RCVBUF,
+                              &window, sizeof window),
+                 0);
+        deaf.pauseAccepting();
+        context.server->setPort(deaf.serverPort());
+        auto *test = new UploadTest(&context, &record);
+        test->setByteLimit(50'000);
+        test->doMeasurement(1);
+        QTRY_COMPARE(context.results.size(), 1);
+        const Result *result = context.results.first();
+        QCOMPARE(result->getBytesTransferd(), 50'000);
+        QVERIFY(result->isCutByBudget());
+        QVERIFY(result->getRealDuration() >= 1'000'000'000);
     }
 
     void anAbsurdSegmentSizeNeitherFillsMemoryNorHangs()
@@ -147,6 +242,7 @@ private Q_SLOTS:
     {
         context.results.clear();
         context.mss = 1460;
+        service.script("uploadtest", {{}, true, {}, 5000});
         context.server->setHostname(u"127.0.0.1"_s);
         context.server->setPort(service.port());
     }

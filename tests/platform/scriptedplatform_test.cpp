@@ -82,6 +82,7 @@ private Q_SLOTS:
         row("timestamp", position("\"latitude\": 1, \"longitude\": 1, \"timestamp\": \"now\""),
             "\"position.timestamp\" must be an ISO 8601");
         row("mode", with("\"mode\": \"lteMode\""), "\"mode\" is none of");
+        row("metered", with("\"metered\": true"), "\"metered\" must be a text");
         row("session error", with("\"session\": \"error:5\""), "\"session\" knows");
     }
     void refusesWrongLines()

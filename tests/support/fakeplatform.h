@@ -267,7 +267,11 @@ public:
     FakeNetwork network;
     FakeSession session;
     FakeDevice device;
+    PlatformFacts told; ///< what facts() says
+    bool complete = true;
 
+    PlatformFacts facts() const override { return told; }
+    bool isComplete() const override { return complete; }
     std::unique_ptr<PositionSource> createPositionSource() override { return position.create(); }
     std::unique_ptr<NetworkInfoSource> createNetworkInfoSource() override
     {

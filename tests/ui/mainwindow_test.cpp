@@ -3,6 +3,7 @@
 
 #include "ui/mainwindow.h"
 
+#include "data/testdetails.h"
 #include "ui/pages/tabbase.h"
 #include "ui/plot/throughputplot.h"
 #include "ui/popups/popupbase.h"
@@ -49,7 +50,9 @@ private Q_SLOTS:
         setSetting(u"TestServer.Hostname"_s, QString());
         setSetting(u"CostWarning"_s, u"set"_s);
         setSetting(u"AdvMode"_s, QString());
+        setSetting(u"MaxBytes"_s, QString());
         platform.network = {};
+        platform.told = {};
     }
 
     void cleanup() { window.reset(); }
@@ -98,6 +101,44 @@ private Q_SLOTS:
         else
             seen.append(u"nothing"_s);
         QCOMPARE(seen.join(u' '), shown);
+    }
+
+    void theCostWarningSaysWhatTheConnectionCosts_data()
+    {
+        const Rows<QString, QString, QString> row("metered", "budget", "hints");
+        row("nothing known", "", "", "");
+        row("not metered", "no guessed", "", "");
+        row("metered", "yes", "", "<br><br>This connection is metered.");
+        row("all at once", "yes guessed", "50000000",
+            "<br><br>This connection is probably metered. A test uses at most 50 MB.");
+    }
+    void theCostWarningSaysWhatTheConnectionCosts()
+    {
+        QFETCH(QString, metered);
+        QFETCH(QString, budget);
+        QFETCH(QString, hints);
+        setSetting(u"CostWarning"_s, QString());
+        setSetting(u"MaxBytes"_s, budget);
+        if (!metered.isEmpty())
+            platform.told.metered = metered.startsWith("yes"_L1);
+        platform.told.meteredGuessed = metered.endsWith("guessed"_L1);
+        create(false);
+        click(u"buttonStartTest"_s);
+        QCOMPARE(label(u"labelMessage"_s), u"CostsQuestion"_s + hints);
+        QVERIFY(window->rect().contains(shown<PopupBase>()->geometry()));
+    }
+
+    void aBudgetSetBeforeATestEndsItEarly()
+    {
+        service->script("downloadtest", {QByteArray(60'000, 'x')});
+        setSetting(u"MaxBytes"_s, u"100000"_s);
+        create(false);
+        click(u"buttonStartTest"_s);
+        click(u"buttonOutdoor"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!window->isTestRunning(), limitMs);
+        QVERIFY(line().endsWith(u"\nThe data budget ended the test early."_s));
+        const auto details = gDB->getDetailsById(gDB->getAllResults().front()->myTestId);
+        QCOMPARE(details->getLong(u"downloadedBytes"_s), 50'000);
     }
 
     void asksOnlyOnceWhatWasAccepted()

@@ -50,6 +50,14 @@ const QHash<QString, NetworkStatus> statuses{
     {u"Roaming"_s, NetworkStatus::Roaming},
 };
 
+const QHash<QString, ScriptEvent::Metered> meterings{
+    {u"unknown"_s, {}},
+    {u"yes"_s, {true, false}},
+    {u"no"_s, {false, false}},
+    {u"yes-guessed"_s, {true, true}},
+    {u"no-guessed"_s, {false, true}},
+};
+
 /// Takes the known keys out of one object. The first thing that is wrong is kept as the complaint
 /// and turns all later answers into nothing; a key that nobody asked for is a complaint too.
 class ObjectReader
@@ -304,6 +312,7 @@ QString readLine(const QByteArray &text, PlatformScript &script)
     event.homeMnc = line.text(u"home_mnc"_s);
     event.cell = line.integerOrUnknown(u"cell"_s, maxInt);
     event.lac = line.integerOrUnknown(u"lac"_s, maxInt);
+    event.metered = line.oneOf(u"metered"_s, meterings);
     readSession(line, event);
     readDevice(line, event, script.device);
 

@@ -20,6 +20,12 @@ struct ScriptEvent
         NetworkSession::SessionError error = NetworkSession::UnknownSessionError;
     };
 
+    struct Metered
+    {
+        std::optional<bool> metered;
+        bool guessed = false;
+    };
+
     std::chrono::milliseconds at{0};
     std::optional<QGeoPositionInfo> position; ///< without a timestamp: that of its moment
     bool positionTimeout = false;
@@ -35,6 +41,7 @@ struct ScriptEvent
     std::optional<QString> homeMnc;
     std::optional<int> cell;
     std::optional<int> lac;
+    std::optional<Metered> metered;
     std::optional<Session> session;
 };
 

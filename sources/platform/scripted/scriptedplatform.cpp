@@ -31,6 +31,14 @@ std::unique_ptr<NetworkSession> ScriptedPlatform::createNetworkSession()
     return std::make_unique<ScriptedNetworkSession>(state);
 }
 
+PlatformFacts ScriptedPlatform::facts() const
+{
+    PlatformFacts facts;
+    facts.metered = state.metered.metered;
+    facts.meteredGuessed = state.metered.guessed;
+    return facts;
+}
+
 void ScriptedPlatform::advanceTo(std::chrono::milliseconds now)
 {
     state.advanceTo(now);

@@ -36,6 +36,8 @@
 ///     "name"                of the current mode's network
 ///     "mcc", "mnc", "home_mcc", "home_mnc"   texts
 ///     "cell", "lac"         whole numbers from 0, or null: unknown
+///     "metered"             whether the connection costs by its use: "yes", "no", "yes-guessed",
+///                           "no-guessed" or "unknown"
 ///     "session"             "opened": a session opens (so it does without any such line);
 ///                           "error:NUMBER" (0 to 4): opening fails with that error, an open
 ///                           session ends with it; "lost": an open session is aborted, and opening
@@ -58,6 +60,7 @@ public:
     std::unique_ptr<NetworkInfoSource> createNetworkInfoSource() override;
     std::unique_ptr<DeviceInfoSource> createDeviceInfoSource() override;
     std::unique_ptr<NetworkSession> createNetworkSession() override;
+    PlatformFacts facts() const override;
 
     /// Plays the script at once up to @p now, counted from the start, instead of waiting for it.
     void advanceTo(std::chrono::milliseconds now);

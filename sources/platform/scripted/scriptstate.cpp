@@ -98,6 +98,7 @@ void ScriptState::applyNetwork(const ScriptEvent &event)
     homeMnc = event.homeMnc.value_or(homeMnc);
     cell = event.cell.value_or(cell);
     lac = event.lac.value_or(lac);
+    metered = event.metered.value_or(metered);
 
     if (otherMode) {
         Q_EMIT modeChanged(mode);

@@ -34,6 +34,7 @@ public:
     QString homeMnc;
     int cell = -1;
     int lac = -1;
+    ScriptEvent::Metered metered;
     ScriptEvent::Session session;
 
     NetworkStatus statusOf(NetworkMode of) const;

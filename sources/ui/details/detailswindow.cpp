@@ -35,6 +35,7 @@ struct Row
     const char *title;
     const char *description; ///< null when there is none
     QLatin1StringView key;
+    bool onlyWithValue = false;
 };
 
 struct Category
@@ -66,7 +67,8 @@ const QList<Category> &categoryTable()
           {QT_TRANSLATE_NOOP("DetailsWindow", "Uploaded Bytes"),
            QT_TRANSLATE_NOOP("DetailsWindow", "whole test"), "uploadedBytes"_L1},
           {QT_TRANSLATE_NOOP("DetailsWindow", "Total transferred Bytes"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "whole test"), "totalBytes"_L1}}},
+           QT_TRANSLATE_NOOP("DetailsWindow", "whole test"), "totalBytes"_L1},
+          {QT_TRANSLATE_NOOP("DetailsWindow", "Data Budget"), nullptr, "budgetReached"_L1, true}}},
         {QT_TRANSLATE_NOOP("DetailsWindow", "Device Information"),
          {{QT_TRANSLATE_NOOP("DetailsWindow", "Connectiontype(s)"),
            QT_TRANSLATE_NOOP("DetailsWindow", "during test cycle"), "connectionType"_L1},
@@ -237,8 +239,11 @@ QList<DetailsCategory *> DetailsWindow::setupDetailsCategories(const TestDetails
     for (const Category &category : categoryTable()) {
         list.append(new DetailsCategory(tr(category.title)));
         for (const Row &row : category.rows) {
+            const QString value = valueText(*details, row.key);
+            if (row.onlyWithValue && value.isEmpty())
+                continue;
             list.last()->addItem(tr(row.title), row.description ? tr(row.description) : QString(),
-                                 valueText(*details, row.key));
+                                 value);
         }
     }
     return list;

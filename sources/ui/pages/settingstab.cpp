@@ -1,5 +1,6 @@
 #include "ui/pages/settingstab.h"
 
+#include "data/databudget.h"
 #include "data/testservertable.h"
 #include "measurement/testcontroller.h"
 #include "ui/mainwindow.h"
@@ -12,6 +13,8 @@
 #include "ui_settingstab.h"
 
 #include <QMouseEvent>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +30,7 @@ SettingsTab::SettingsTab(MainWindow *mainWindow)
     showAdvMode();
     mw->setAdvancedMode(advmode);
     showLanguage();
+    showBudget();
 }
 
 SettingsTab::~SettingsTab() = default;
@@ -69,6 +73,7 @@ void SettingsTab::updateSettings()
     const TestController *controller = mw->getController();
     const TestServer *current = controller ? controller->getSelectedServer() : nullptr;
     markServer(current ? getTestServer(current->getHostname(), current->getPort()) : nullptr);
+    showBudget();
 }
 
 void SettingsTab::selectServer(TestServer *server)
@@ -101,6 +106,7 @@ void SettingsTab::retranslate()
     for (ServerEntryWidget *entry : std::as_const(serverWidgets))
         entry->retranslate();
     showLanguage();
+    showBudget();
 }
 
 void SettingsTab::showAdvMode()
@@ -112,6 +118,27 @@ void SettingsTab::showLanguage()
 {
     const bool german = Translations::language() == "de"_L1;
     (german ? ui->buttonGerman : ui->buttonEnglish)->setChecked(true);
+}
+
+// Anew each time: the language may be another one, and the value one from elsewhere.
+void SettingsTab::showBudget()
+{
+    QList<qint64> choices{10'000'000, 50'000'000, 100'000'000, 500'000'000};
+    const auto chosen = DataBudget::remembered().bytes();
+    if (chosen && !choices.contains(*chosen))
+        choices.insert(std::lower_bound(choices.begin(), choices.end(), *chosen), *chosen);
+    ui->comboBoxBudget->clear();
+    ui->comboBoxBudget->addChoice(tr("No limit"), QVariant());
+    for (const qint64 bytes : std::as_const(choices))
+        ui->comboBoxBudget->addChoice(DataBudget(bytes).text(), bytes);
+    ui->comboBoxBudget->setCurrentIndex(chosen ? static_cast<int>(choices.indexOf(*chosen)) + 1
+                                               : 0);
+}
+
+void SettingsTab::on_comboBoxBudget_activated(int index)
+{
+    const QVariant bytes = ui->comboBoxBudget->itemData(index);
+    (bytes.isValid() ? DataBudget(bytes.toLongLong()) : DataBudget()).remember();
 }
 
 void SettingsTab::on_buttonNewSeries_clicked()

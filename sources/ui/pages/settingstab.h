@@ -14,8 +14,9 @@ namespace Ui {
 class SettingsTab;
 }
 
-/// The settings page: new series, clear the database, the test server, the language, series mode.
-/// Owns the table of test servers. Reads "AdvMode" when it is made and writes it with every change.
+/// The settings page: new series, clear the database, the test server, the language, the data
+/// budget of a test, series mode. Owns the table of test servers. Reads "AdvMode" when it is made
+/// and writes it with every change.
 ///
 /// Everything may be changed at any time: what a running test or series cannot take over waits for
 /// the next one, and a new series or clearing the database is refused by the main window, without a
@@ -29,8 +30,8 @@ public:
     explicit SettingsTab(MainWindow *mainWindow);
     ~SettingsTab() override;
 
-    /// Marks the server that the next test uses; none when it is not one of the table, or before
-    /// there is a controller.
+    /// Shows the data budget and marks the server that the next test uses; no server when it is
+    /// not one of the table, or before there is a controller.
     void updateSettings();
     /// Marks the entry of @p server (one of the table) alone and uses it from the next test on.
     void selectServer(TestServer *server);
@@ -52,12 +53,14 @@ private Q_SLOTS:
     void on_buttonAdvMode_clicked();
     void on_buttonGerman_clicked();
     void on_buttonEnglish_clicked();
+    void on_comboBoxBudget_activated(int index);
 
 private:
     void initializeServerList();
     void markServer(const TestServer *server);
     void showAdvMode();
     void showLanguage();
+    void showBudget();
 
     std::unique_ptr<Ui::SettingsTab> ui;
     TestServerTable *table;

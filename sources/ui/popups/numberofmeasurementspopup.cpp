@@ -5,26 +5,18 @@
 
 #include "ui_numberofmeasurementspopup.h"
 
-#include <QStyledItemDelegate>
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int minutesPerHour = 60;
 constexpr int secondsPerMinute = 60;
-/// A row of an opened list is as high as a finger needs, px.
-constexpr int rowHeight = 44;
 
-void fill(QComboBox *box, std::initializer_list<int> values, QLatin1StringView unit, int initial)
+void fill(TouchComboBox *box, std::initializer_list<int> values, QLatin1StringView unit,
+          int initial)
 {
-    for (const int value : values) {
-        box->addItem(QString::number(value) + unit, value);
-        box->setItemData(box->count() - 1, QSize(0, rowHeight), Qt::SizeHintRole);
-    }
-    box->setMaxVisibleItems(box->count());
-    // The box's own delegate draws a menu and takes no colours from the style sheet.
-    box->setItemDelegate(new QStyledItemDelegate(box));
+    for (const int value : values)
+        box->addChoice(QString::number(value) + unit, value);
     box->setCurrentIndex(box->findData(initial));
 }
 

@@ -2,12 +2,27 @@
 
 #include <QAbstractItemView>
 #include <QGraphicsProxyWidget>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 
+namespace {
+constexpr int rowHeight = 44; ///< px
+}
+
 TouchComboBox::TouchComboBox(QWidget *parent)
     : QComboBox(parent)
-{}
+{
+    // The box's own delegate draws a menu and takes no colours from the style sheet.
+    setItemDelegate(new QStyledItemDelegate(this));
+}
+
+void TouchComboBox::addChoice(const QString &text, const QVariant &value)
+{
+    addItem(text, value);
+    setItemData(count() - 1, QSize(0, rowHeight), Qt::SizeHintRole);
+    setMaxVisibleItems(count());
+}
 
 void TouchComboBox::showPopup()
 {

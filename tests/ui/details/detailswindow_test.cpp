@@ -60,6 +60,12 @@ private Q_SLOTS:
         store->addDetail(8, u"testTestId"_s, qlonglong(5));
         show(8);
         QCOMPARE(rows().value(16), u"Device Latitude=n/a"_s);
+
+        store->addDetail(8, u"budgetReached"_s, u"download,upload"_s);
+        store->addDetail(8, u"dataBudget"_s, qlonglong(10'000'000));
+        show(8);
+        QCOMPARE(rows().value(10), u"Data Budget=at most 10 MB; ended early: download, upload"_s);
+        QCOMPARE(rows().size(), 4 + 33);
     }
 
     void showsStoredTextsAsTheyAre()

@@ -7,6 +7,8 @@
 #include "support/application.h"
 #include "support/rows.h"
 
+#include <QAccessible>
+#include <QComboBox>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -23,6 +25,7 @@ private Q_SLOTS:
         Translations::install(u"en"_s);
         Utils::setSettingsValue(u"TestServer.Hostname"_s, QString());
         Utils::setSettingsValue(u"AdvMode"_s, QString());
+        Utils::setSettingsValue(u"MaxBytes"_s, QString());
         openSettings();
     }
 
@@ -95,19 +98,50 @@ private Q_SLOTS:
         QTest::qWait(0);
         const QWidget *page = find<SettingsTab>();
         int bottom = -1;
-        for (const QString &name :
-             {u"header"_s, u"buttonNewSeries"_s, u"buttonClearDatabase"_s, u"labelChooseServer"_s,
-              u"scrollArea"_s, u"buttonGerman"_s, u"buttonAdvMode"_s, u"navigation"_s}) {
+        for (const QString &name : {u"header"_s, u"buttonNewSeries"_s, u"buttonClearDatabase"_s,
+                                    u"labelChooseServer"_s, u"scrollArea"_s, u"buttonGerman"_s,
+                                    u"comboBoxBudget"_s, u"buttonAdvMode"_s, u"navigation"_s}) {
             const auto *widget = page->findChild<QWidget *>(name);
             const QRect place(widget->mapTo(page, QPoint()), widget->size());
             QVERIFY2(place.top() > bottom && page->rect().contains(place), qPrintable(name));
             bottom = place.bottom();
         }
         // A drag from a check mark is none on it.
-        dragUp(part(1, u"checkBox"_s), 100);
+        find<SettingsTab>()->selectServer(entries().at(1)->getServer());
+        dragUp(part(0, u"checkBox"_s), 100);
         QVERIFY(page->findChild<QScrollArea *>()->verticalScrollBar()->value() >= 90);
         QTest::qWait(0);
-        QCOMPARE(checked(), QList<int>{0});
+        QCOMPARE(checked(), QList<int>{1});
+    }
+
+    void theBudgetIsAsItWasLeftAndRemembered_data()
+    {
+        const Rows<QString, QString, int> row("stored", "shown", "choices");
+        row("never set", "", "No limit", 5);
+        row("one of the list", "50000000", "50 MB", 5);
+        row("one from elsewhere", "250000", "250 kB", 6);
+        row("too small", "99999", "No limit", 5);
+        row("no number", "50000000 or so", "No limit", 5);
+    }
+    void theBudgetIsAsItWasLeftAndRemembered()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QString, shown);
+        Utils::setSettingsValue(u"MaxBytes"_s, stored);
+        openSettings();
+        auto *box = find<QComboBox>(u"comboBoxBudget"_s);
+        QCOMPARE(box->currentText(), shown);
+        QTEST(box->count(), "choices");
+        click(u"buttonGerman"_s);
+        QTRY_COMPARE(box->itemText(0), u"Kein Limit"_s);
+        QCOMPARE(box->currentText(), shown == "No limit"_L1 ? u"Kein Limit"_s : shown);
+
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_End);
+        QCOMPARE(Utils::getSettingsValue(u"MaxBytes"_s), u"500000000"_s);
+        QTest::keyClick(box, Qt::Key_Home);
+        QCOMPARE(Utils::getSettingsValue(u"MaxBytes"_s), QString());
+        QVERIFY(!QAccessible::queryAccessibleInterface(box)->text(QAccessible::Name).isEmpty());
     }
 
 private:
