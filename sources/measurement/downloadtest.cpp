@@ -3,6 +3,7 @@
 #include "data/testserver.h"
 #include "measurement/measurementcontext.h"
 #include "measurement/requestparameters.h"
+#include "utils/sockets.h"
 #include "utils/utils.h"
 
 #include <QTcpSocket>
@@ -22,13 +23,13 @@ constexpr qint64 readBufferBytes = 262'144;
 DownloadTest::DownloadTest(MeasurementContext *context, QObject *parent)
     : ThroughputTest(context, u"DownloadTest"_s, Result::Download, parent)
 {
+    m_socket->setReadBufferSize(readBufferBytes);
     connect(m_socket, &QTcpSocket::readyRead, this, &DownloadTest::readyRead);
 }
 
 void DownloadTest::doMeasurement(int seconds)
 {
     Utils::addLogEntry(u"doMeasurement()"_s);
-    m_socket->setReadBufferSize(std::min(readBufferBytes, byteLimit()));
     ThroughputTest::doMeasurement(seconds);
 }
 
@@ -49,9 +50,24 @@ void DownloadTest::readyRead()
     takeTime();
     bytesRead += m_socket->skip(m_socket->bytesAvailable());
     recordInterval(bytesRead, old_bytesRead);
-    const qint64 left = byteLimit() - bytesRead;
-    if (left <= 0)
+    if (bytesRead >= byteLimit())
         return testFinished();
-    // The socket never fetches what may not be read.
+    holdToLimit();
+}
+
+void DownloadTest::slotConnected()
+{
+    holdToLimit();
+    ThroughputTest::slotConnected();
+}
+
+void DownloadTest::holdToLimit()
+{
+    if (byteLimit() == unlimited)
+        return;
+    // Neither the network nor the socket brings what may not be read. The server is slowed down by
+    // neither: the end of what it may send does not move.
+    const qint64 left = byteLimit() - bytesRead;
     m_socket->setReadBufferSize(std::min(readBufferBytes, left));
+    Sockets::limitWindow(*m_socket, left);
 }

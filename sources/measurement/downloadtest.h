@@ -17,10 +17,15 @@ protected:
     qint64 totalBytes() const override { return bytesRead; }
     QString requestText() const override;
 
+protected Q_SLOTS:
+    void slotConnected() override;
+
 private Q_SLOTS:
     void readyRead();
 
 private:
+    void holdToLimit();
+
     qint64 bytesRead = 0; ///< the answer's header included
     qint64 old_bytesRead = 0;
 };

@@ -57,7 +57,7 @@ ThroughputTest::~ThroughputTest()
 
 void ThroughputTest::setByteLimit(std::optional<qint64> bytes)
 {
-    limit = bytes.value_or(std::numeric_limits<qint64>::max());
+    limit = bytes.value_or(unlimited);
 }
 
 void ThroughputTest::doMeasurement(int seconds)

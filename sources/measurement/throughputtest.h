@@ -53,6 +53,7 @@ protected:
     /// progress.
     void recordInterval(qint64 total, qint64 &oldTotal);
 
+    static constexpr qint64 unlimited = std::numeric_limits<qint64>::max();
     qint64 byteLimit() const { return limit; }
     /// Ends with the figures so far.
     void testFinished();
@@ -77,7 +78,7 @@ private:
     QTimer repainttimer;
     Result *result = nullptr;
     QString congestionControl;
-    qint64 limit = std::numeric_limits<qint64>::max();
+    qint64 limit = unlimited;
     qint64 time_end = 0;
     qint64 time_start;
     qint64 mseconds = 0;     ///< ns from the start to the latest data

@@ -9,6 +9,9 @@
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
+#include <algorithm>
+#include <limits>
+
 namespace {
 
 QAbstractSocket::NetworkLayerProtocol chosenProtocol = QAbstractSocket::AnyIPProtocol;
@@ -70,6 +73,12 @@ void Sockets::dropUnsentOnClose(const QTcpSocket &socket)
 void Sockets::limitUnsent(const QTcpSocket &socket, int bytes)
 {
     setOption(socket, IPPROTO_TCP, TCP_NOTSENT_LOWAT, bytes);
+}
+
+void Sockets::limitWindow(const QTcpSocket &socket, qint64 bytes)
+{
+    setOption(socket, IPPROTO_TCP, TCP_WINDOW_CLAMP,
+              static_cast<int>(std::min<qint64>(bytes, std::numeric_limits<int>::max())));
 }
 
 qint64 Sockets::unconfirmedBytes(const QTcpSocket &socket)

@@ -37,6 +37,10 @@ void dropUnsentOnClose(const QTcpSocket &socket);
 /// follows the network rather than the growth of a buffer.
 void limitUnsent(const QTcpSocket &socket, int bytes);
 
+/// Invites the other end to send at most @p bytes more than what has come. What it was invited to
+/// before stays valid.
+void limitWindow(const QTcpSocket &socket, qint64 bytes);
+
 /// Bytes that the kernel has taken and the other end has not confirmed; 0 when it does not say.
 qint64 unconfirmedBytes(const QTcpSocket &socket);
 
