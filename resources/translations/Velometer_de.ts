@@ -757,6 +757,10 @@ Beispiele:
         <source>The source of positions (%1) knows none so far: a receiver needs a view of the sky and up to some minutes.</source>
         <translation>Die Positionsquelle (%1) kennt noch keine Position: Ein Empfänger braucht freie Sicht zum Himmel und bis zu einigen Minuten.</translation>
     </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
 </context>
 <context>
     <name>ErrorPopup</name>

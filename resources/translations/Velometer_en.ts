@@ -757,6 +757,10 @@ Examples:
         <source>The source of positions (%1) knows none so far: a receiver needs a view of the sky and up to some minutes.</source>
         <translation>The source of positions (%1) knows none so far: a receiver needs a view of the sky and up to some minutes.</translation>
     </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
 </context>
 <context>
     <name>ErrorPopup</name>

@@ -40,6 +40,19 @@ QJsonValue orNull(const std::optional<double> &value)
     return value ? QJsonValue(*value) : QJsonValue(QJsonValue::Null);
 }
 
+QJsonValue orNull(const std::optional<int> &value)
+{
+    return value ? QJsonValue(*value) : QJsonValue(QJsonValue::Null);
+}
+
+/// Nothing when @p text is none, or the unknown -1.
+std::optional<int> wholeNumber(const QString &text)
+{
+    bool ok = false;
+    const int value = text.toInt(&ok);
+    return ok && value >= 0 ? std::optional(value) : std::nullopt;
+}
+
 TestSummary::Text number(const std::optional<double> &value)
 {
     return value ? TestSummary::Text(QString::number(*value, 'f', 1)) : TestSummary::Text();
@@ -193,6 +206,7 @@ QList<DeviceContext::Fact> DeviceContext::facts() const
         return located ? known(value) : TestSummary::Text();
     };
     return {
+        {u"version"_s, tr("Version"), QStringLiteral(VELOMETER_VERSION)},
         {u"network_mode"_s, tr("Network mode"), known(network->getNetworkmode())},
         {u"network_status"_s, tr("Network status"), known(network->getNetworkstatus())},
         {u"network_name"_s, tr("Network name"), known(network->getNetworkname())},
@@ -238,8 +252,8 @@ QString DeviceContext::text() const
     for (const Fact &fact : facts())
         rows.append({fact.label, fact.value});
     QString page = TextFormat::facts(rows);
-    for (const QString &each : missing())
-        page += each + u'\n';
+    if (const QStringList sentences = missing(); !sentences.isEmpty())
+        page += u'\n' + sentences.join(u'\n') + u'\n';
     return page;
 }
 
@@ -247,7 +261,7 @@ QByteArray DeviceContext::json() const
 {
     QJsonObject net = JsonFormat::network(TestSummary::networkOf(*network));
     net.insert("status"_L1, orNull(known(network->getNetworkstatus())));
-    net.insert("wlan_signal"_L1, orNull(known(network->getWlansignal())));
+    net.insert("wlan_signal"_L1, orNull(wholeNumber(network->getWlansignal())));
     const PlatformFacts extra = platform.facts();
     net.insert("modem_service"_L1, orNull(known(extra.modemService)));
     net.insert("rsrp_dbm"_L1, orNull(extra.rsrp));
@@ -264,7 +278,8 @@ QByteArray DeviceContext::json() const
         {u"in_use"_s, orNull(known(location->getSatInUse()))},
         {u"in_view"_s, orNull(known(location->getSatInView()))},
     };
-    return JsonFormat::line({{u"network"_s, net},
+    return JsonFormat::line({{u"version"_s, QStringLiteral(VELOMETER_VERSION)},
+                             {u"network"_s, net},
                              {u"position"_s, position},
                              {u"position_source"_s, orNull(known(location->getSourceName()))},
                              {u"satellites"_s, satellites},
