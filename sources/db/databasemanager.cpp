@@ -419,7 +419,8 @@ IntervalTable DatabaseManager::getIntervals(qulonglong id, int resulttype)
     query.exec(QString(SELECT_TESTINTERVALS).arg(QString::number(id), QString::number(resulttype)));
     if (!query.next())
         return bytes;
-    const QStringList values = query.value(0).toString().left(maxIntervalsText).split(u',');
+    const QStringList values =
+        query.value(0).toString().left(maxIntervalsText).split(u',', Qt::SkipEmptyParts);
     for (int i = 0; i < values.size(); ++i)
         bytes.insert(i, std::max<qint64>(0, values.at(i).toLongLong()));
     return bytes;

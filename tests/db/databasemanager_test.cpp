@@ -70,6 +70,8 @@ private Q_SLOTS:
         QVERIFY(db->storeIntervals(1, Result::Upload, {{0, 9}, {1, 9}, {2, 9}, {3, 9}}));
         QVERIFY(db->storeIntervals(1, Result::Upload, bytes));
         QCOMPARE(db->getIntervals(1, Result::Upload), bytes);
+        QVERIFY(db->storeIntervals(1, Result::Download, {}));
+        QVERIFY(db->getIntervals(1, Result::Download).isEmpty());
         QVERIFY(sql(u"UPDATE testintervals SET bytes = '5,,-3,x,' || hex(zeroblob(100000))"_s));
         QCOMPARE(db->getIntervals(1, Result::Upload).value(0), 5);
         QCOMPARE(db->getIntervals(1, Result::Upload).value(2), 0);

@@ -153,8 +153,9 @@ private:
 
     void startApplication(const QStringList &options)
     {
-        application = start(QStringLiteral(APPLICATION_PROGRAM),
-                            QStringList{u"--language"_s, u"en"_s} + options);
+        application =
+            start(QStringLiteral(APPLICATION_PROGRAM),
+                  QStringList{u"--language"_s, u"en"_s, u"--platform"_s, u"none"_s} + options);
         QVERIFY(application->waitForStarted());
     }
 

@@ -16,6 +16,7 @@
 #include <QMessageBox>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -107,7 +108,9 @@ int main(int argc, char *argv[])
     if (options->verbose)
         qInstallMessageHandler(nullptr);
 
-    QApplication application(argc, argv);
+    // The toolkit has a --platform of its own and must not see ours.
+    int nameAlone = std::min(argc, 1);
+    QApplication application(nameAlone, argv);
     QApplication::setQuitOnLastWindowClosed(true);
     QApplication::setOrganizationName(u"orvak"_s);
     QApplication::setApplicationName(u"Velometer"_s);

@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QStyle>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int mostHeight = 100000; // px, more than any text that is shown
@@ -15,9 +17,14 @@ WrapLabel::WrapLabel(QWidget *parent)
     setTextFormat(Qt::PlainText);
 }
 
-int WrapLabel::textFlags() const
+int WrapLabel::textFlags(int width) const
 {
-    return static_cast<int>(alignment()) | Qt::TextWrapAnywhere;
+    const QFontMetrics metrics = fontMetrics();
+    const QStringList words = text().split(u' ');
+    const bool wordsFit = std::all_of(words.begin(), words.end(), [&](const QString &word) {
+        return metrics.horizontalAdvance(word) <= width;
+    });
+    return static_cast<int>(alignment()) | (wordsFit ? Qt::TextWordWrap : Qt::TextWrapAnywhere);
 }
 
 QSize WrapLabel::sizeHint() const
@@ -38,15 +45,16 @@ int WrapLabel::heightForWidth(int width) const
 {
     ensurePolished();
     const QFontMetrics metrics = fontMetrics();
-    return qMax(
-        metrics.height(),
-        metrics.boundingRect(0, 0, width, mostHeight, textFlags() & ~Qt::AlignVertical_Mask, text())
-            .height());
+    return qMax(metrics.height(),
+                metrics
+                    .boundingRect(0, 0, width, mostHeight,
+                                  textFlags(width) & ~Qt::AlignVertical_Mask, text())
+                    .height());
 }
 
 void WrapLabel::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    style()->drawItemText(&painter, contentsRect(), textFlags(), palette(), isEnabled(), text(),
-                          foregroundRole());
+    style()->drawItemText(&painter, contentsRect(), textFlags(contentsRect().width()), palette(),
+                          isEnabled(), text(), foregroundRole());
 }

@@ -2,8 +2,8 @@
 
 #include <QLabel>
 
-/// Plain text on as many lines as it needs; a line also breaks inside a word that is too long for
-/// it, so the text never asks for more width than there is.
+/// Plain text on as many lines as it needs, broken between words; inside them where one is too long
+/// for a line, so the text never asks for more width than there is.
 class WrapLabel : public QLabel
 {
     Q_OBJECT
@@ -20,5 +20,5 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    int textFlags() const;
+    int textFlags(int width) const;
 };
