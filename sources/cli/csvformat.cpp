@@ -1,8 +1,8 @@
 #include "cli/csvformat.h"
 
 #include "cli/jsonformat.h"
-#include "context/cleantext.h"
 #include "data/testserver.h"
+#include "utils/cleantext.h"
 
 #include <utility>
 

@@ -3,11 +3,11 @@
 #include "cli/csvformat.h"
 #include "cli/jsonformat.h"
 #include "cli/textformat.h"
-#include "context/cleantext.h"
 #include "context/deviceinfohelper.h"
 #include "context/locationhelper.h"
 #include "context/networkinfohelper.h"
 #include "platform/platform.h"
+#include "utils/cleantext.h"
 
 #include <QJsonArray>
 
@@ -21,6 +21,7 @@ namespace {
 constexpr auto pollInterval = 100ms;
 /// A modem answers within a second; a first position may take minutes and is not waited for.
 constexpr int maxPolls = 3s / pollInterval;
+constexpr int radioPolls = 2s / pollInterval;
 /// Cell and location area are known once a second.
 constexpr auto watchInterval = 1s;
 
@@ -147,19 +148,24 @@ DeviceContext::~DeviceContext() = default;
 void DeviceContext::look(Until end)
 {
     until = end;
+    // Else positions end half a minute after the start.
+    if (until == Until::Interrupted)
+        location->startService();
     timer.start(pollInterval);
 }
 
 void DeviceContext::poll()
 {
     using Problem = PositionSource::Problem;
+    const PlatformFacts facts = platform.facts();
     const QString mode = network->getNetworkmode();
-    const bool modeSettled =
-        (!mode.isEmpty() && mode != "Unknown"_L1) || hasNoModemService(platform.facts());
+    const bool modeSettled = (!mode.isEmpty() && mode != "Unknown"_L1) || hasNoModemService(facts);
     const Problem problem = location->getProblem();
     const bool positionSettled = location->getLocationStatus() != 0 ||
                                  (problem != Problem::None && problem != Problem::NoFix);
-    const bool complete = platform.isComplete() && modeSettled && positionSettled;
+    // A modem measures its reference signals once it is asked to; not every one can.
+    const bool radioSettled = facts.modemService.isEmpty() || facts.rsrp || polls >= radioPolls;
+    const bool complete = platform.isComplete() && modeSettled && positionSettled && radioSettled;
     if (++polls < maxPolls && !complete)
         return;
     timer.stop();

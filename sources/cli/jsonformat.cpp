@@ -1,7 +1,7 @@
 #include "cli/jsonformat.h"
 
-#include "context/cleantext.h"
 #include "data/testserver.h"
+#include "utils/cleantext.h"
 
 #include <QDateTime>
 #include <QJsonArray>

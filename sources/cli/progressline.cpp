@@ -1,6 +1,6 @@
 #include "cli/progressline.h"
 
-#include "context/cleantext.h"
+#include "utils/cleantext.h"
 
 #include <QStringList>
 

@@ -1,6 +1,5 @@
 #include "cli/testsummary.h"
 
-#include "context/cleantext.h"
 #include "context/deviceinfohelper.h"
 #include "context/locationhelper.h"
 #include "context/networkinfohelper.h"
@@ -12,6 +11,7 @@
 #include "data/testservertable.h"
 #include "db/dbtestresults.h"
 #include "measurement/testcontroller.h"
+#include "utils/cleantext.h"
 #include "utils/utils.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "cli/textformat.h"
 
-#include "context/cleantext.h"
 #include "data/testserver.h"
+#include "utils/cleantext.h"
 #include "utils/utils.h"
 
 #include <QDateTime>

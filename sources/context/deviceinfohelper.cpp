@@ -1,8 +1,8 @@
 #include "context/deviceinfohelper.h"
 
-#include "context/cleantext.h"
 #include "platform/deviceinfosource.h"
 #include "platform/platform.h"
+#include "utils/cleantext.h"
 #include "utils/utils.h"
 
 #include <QRandomGenerator>

@@ -1,7 +1,7 @@
 #include "context/networkinfohelper.h"
 
-#include "context/cleantext.h"
 #include "platform/platform.h"
+#include "utils/cleantext.h"
 #include "utils/utils.h"
 
 #include <chrono>

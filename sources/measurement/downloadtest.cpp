@@ -51,7 +51,7 @@ void DownloadTest::readyRead()
     bytesRead += m_socket->skip(m_socket->bytesAvailable());
     recordInterval(bytesRead, old_bytesRead);
     if (bytesRead >= byteLimit())
-        return testFinished();
+        return finish(true);
     holdToLimit();
 }
 

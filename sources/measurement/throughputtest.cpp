@@ -138,28 +138,27 @@ void ThroughputTest::timeoutOccourdRepaint()
 
 void ThroughputTest::timeoutOccourd()
 {
-    testFinished();
+    finish(totalBytes() >= limit);
 }
 
 void ThroughputTest::slotDisconnected()
 {
     Utils::addLogEntry(name + " slotDisconnected()"_L1);
-    testFinished();
+    finish();
 }
 
 void ThroughputTest::slotError(QAbstractSocket::SocketError code)
 {
     Utils::addLogEntry(u"%1 slotError(): %2"_s.arg(name, QString::number(code)));
-    testFinished();
+    finish();
 }
 
-void ThroughputTest::testFinished()
+void ThroughputTest::finish(bool cut)
 {
     cancel();
     if (time_end == 0)
         time_end = Utils::getTimeInNs();
     controller->getTestObserver()->setProgress(1, 1);
-    const bool cut = totalBytes() >= limit;
     // The intervals that the limit took away are no measured zeros.
     for (int i = static_cast<int>(mseconds / intervalNs);
          cut && i < testduration * intervalsPerSecond; ++i) {

@@ -55,8 +55,8 @@ protected:
 
     static constexpr qint64 unlimited = std::numeric_limits<qint64>::max();
     qint64 byteLimit() const { return limit; }
-    /// Ends with the figures so far.
-    void testFinished();
+    /// Ends with the figures so far; @p cut: because the limit is reached.
+    void finish(bool cut = false);
 
     MeasurementContext *controller;
     QTcpSocket *m_socket; ///< null when the test has ended

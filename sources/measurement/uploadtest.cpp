@@ -95,7 +95,7 @@ void UploadTest::endWhenDelivered()
     if (!m_socket)
         delivery.stop();
     else if (Sockets::unconfirmedBytes(*m_socket) == 0)
-        testFinished();
+        finish(true);
 }
 
 void UploadTest::readyRead()

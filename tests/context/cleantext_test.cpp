@@ -1,4 +1,4 @@
-#include "context/cleantext.h"
+#include "utils/cleantext.h"
 
 #include "support/rows.h"
 

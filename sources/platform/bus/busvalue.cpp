@@ -1,5 +1,7 @@
 #include "platform/bus/busvalue.h"
 
+#include "utils/cleantext.h"
+
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
@@ -27,20 +29,14 @@ std::optional<QDBusArgument> container(const QVariant &value, QLatin1StringView 
 
 QString BusValue::cleanText(const QString &text)
 {
-    QString clean;
-    // Blanks may surround it: look a little further than what may remain.
-    for (const QChar c : text.left(2 * maxText)) {
-        if (c.category() != QChar::Other_Control && c != QChar::ReplacementCharacter &&
-            !c.isNonCharacter() && !c.isSurrogate())
-            clean += c;
-    }
-    return clean.trimmed().left(maxText).trimmed();
+    return ::cleanText(text.trimmed(), maxText).trimmed();
 }
 
 QString BusValue::text(const QVariant &value)
 {
-    return value.metaType() == QMetaType::fromType<QString>() ? cleanText(value.toString())
-                                                              : QString();
+    return value.metaType() == QMetaType::fromType<QString>()
+               ? BusValue::cleanText(value.toString())
+               : QString();
 }
 
 QString BusValue::digits(const QVariant &value, qsizetype min, qsizetype max)

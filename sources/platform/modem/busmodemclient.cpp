@@ -66,10 +66,12 @@ void BusModemClient::readModems()
                  [this](const QDBusMessage &reply) {
                      reading = false;
                      listed = true;
-                     takeModems(reply);
+                     // What was known stays: a service that is slow has not lost its modems.
                      const bool failed = reply.type() == QDBusMessage::ErrorMessage;
                      if (failed)
                          retryTimer.start(retryInterval);
+                     else
+                         takeModems(reply);
                      if (std::exchange(silent, failed) != failed)
                          Q_EMIT changed();
                      if (std::exchange(readAgain, false))

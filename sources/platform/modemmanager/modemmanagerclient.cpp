@@ -4,6 +4,7 @@
 #include "utils/utils.h"
 
 #include <QDBusArgument>
+#include <QDBusError>
 #include <QDBusObjectPath>
 
 #include <algorithm>
@@ -256,6 +257,7 @@ void ModemManagerClient::follow(const QString &path)
 {
     if (path != followed) {
         followed = path;
+        locationRefused = false;
         polledLocation.clear();
     }
     const QString newSim = BusValue::path(modems.value(path).value(modemInterface).value(u"Sim"_s));
@@ -298,13 +300,16 @@ bool ModemManagerClient::mayAsk(const QString &path, const QString &interface)
 void ModemManagerClient::ask(const Setup &request, const QVariantList &arguments,
                              const QString &refusal)
 {
-    asked.insert(request, false);
+    asked.insert(request, true);
     service.call(request.first, request.second, u"Setup"_s, arguments,
                  [this, request, refusal](const QDBusMessage &reply) {
-                     if (reply.type() == QDBusMessage::ErrorMessage)
-                         Utils::addLogEntry(refusal.arg(BusValue::cleanText(reply.errorMessage())));
-                     else if (const auto granted = asked.find(request); granted != asked.end())
-                         *granted = true;
+                     if (reply.type() != QDBusMessage::ErrorMessage)
+                         return;
+                     Utils::addLogEntry(refusal.arg(BusValue::cleanText(reply.errorMessage())));
+                     // Who does not answer in time may do it all the same.
+                     const bool refused = QDBusError(reply).type() != QDBusError::NoReply;
+                     if (const auto done = asked.find(request); done != asked.end() && refused)
+                         *done = false;
                  });
 }
 
@@ -320,7 +325,12 @@ void ModemManagerClient::locate()
     // Whoever enabled it may not want it signalled: it is polled then, rather than changed.
     const bool isOn = (bits(u"Capabilities"_s) & enabled & cellSource) != 0;
     const bool signalled = location.value(u"SignalsLocation"_s).toBool();
-    if (!isOn || signalled) {
+    if (!isOn) {
+        // A modem that is off is in no cell, and may be asked anew when it is on.
+        polledLocation.clear();
+        locationRefused = false;
+    }
+    if (!isOn || signalled || locationRefused) {
         locationTimer.stop();
     } else if (!locationTimer.isActive()) {
         locationTimer.start(locationInterval);
@@ -346,9 +356,16 @@ void ModemManagerClient::readLocation()
     const QString path = primary();
     service.call(
         path, locationInterface, u"GetLocation"_s, {}, [this, path](const QDBusMessage &reply) {
-            if (path != primary() || reply.type() != QDBusMessage::ReplyMessage ||
-                reply.arguments().isEmpty())
+            if (path != primary())
                 return;
+            if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
+                // Asking on might open a dialogue for a password every time.
+                locationRefused = reply.errorName().contains("Unauthorized"_L1) ||
+                                  reply.errorName().contains("AccessDenied"_L1);
+                if (locationRefused)
+                    locationTimer.stop();
+                return;
+            }
             polledLocation = BusValue::textUnder(reply.arguments().constFirst(), cellSource);
             refresh();
         });

@@ -46,8 +46,9 @@ private:
     QString followed; ///< the modem that is shown
     QString simPath;
     QVariantMap sim;
-    bool simKnown = false;   ///< the SIM at simPath has answered
-    QMap<Setup, bool> asked; ///< and whether it was granted
-    QTimer locationTimer;    ///< polls a modem that does not signal its cell
-    QString polledLocation;  ///< of the modem that is shown
+    bool simKnown = false;        ///< the SIM at simPath has answered
+    QMap<Setup, bool> asked;      ///< and whether that may have had an effect
+    bool locationRefused = false; ///< the modem that is shown may not be asked for its cell
+    QTimer locationTimer;         ///< polls a modem that does not signal its cell
+    QString polledLocation;       ///< of the modem that is shown
 };

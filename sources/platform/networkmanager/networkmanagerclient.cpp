@@ -4,9 +4,11 @@
 
 #include <QSet>
 
+#include <chrono>
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 using Link = NetworkManagerState::Link;
 
@@ -18,6 +20,7 @@ const QString managerInterface = u"org.freedesktop.NetworkManager"_s;
 const QString connectionInterface = u"org.freedesktop.NetworkManager.Connection.Active"_s;
 const QString accessPointInterface = u"org.freedesktop.NetworkManager.AccessPoint"_s;
 
+constexpr auto retryInterval = 10s;
 constexpr qint64 stateActivated = 2;
 constexpr qint64 managerConnecting = 40;
 /// What the standard allows for the name of a WLAN.
@@ -29,7 +32,10 @@ Link linkOf(const QString &type)
         return Link::None;
     if (type == "802-11-wireless"_L1)
         return Link::Wlan;
-    if (type == "802-3-ethernet"_L1)
+    // Wires, real or not, as the kernel sees them.
+    static const QSet<QString> wired{u"802-3-ethernet"_s, u"bridge"_s,  u"bond"_s, u"team"_s,
+                                     u"vlan"_s,           u"macvlan"_s, u"veth"_s};
+    if (wired.contains(type))
         return Link::Ethernet;
     if (type == "gsm"_L1 || type == "cdma"_L1)
         return Link::Mobile;
@@ -73,6 +79,8 @@ NetworkManagerClient::NetworkManagerClient(const QDBusConnection &bus, QObject *
 {
     connect(&service, &BusService::presenceChanged, this, &NetworkManagerClient::restart);
     connect(&service, &BusService::propertiesChanged, this, &NetworkManagerClient::takeProperties);
+    connect(&retryTimer, &QTimer::timeout, this, [this] { read(&manager, managerInterface); });
+    retryTimer.setSingleShot(true);
 }
 
 BusService::Presence NetworkManagerClient::presence() const
@@ -84,6 +92,7 @@ BusService::Presence NetworkManagerClient::presence() const
 
 void NetworkManagerClient::restart()
 {
+    retryTimer.stop();
     manager = {};
     connection = {};
     accessPoint = {};
@@ -108,9 +117,13 @@ void NetworkManagerClient::read(Object *object, const QString &interface)
                            [this, object, asked = object->path](const QVariantMap &values) {
                                if (asked != object->path)
                                    return;
-                               object->values.clear();
-                               keep(values, &object->values);
                                object->known = true;
+                               if (!values.isEmpty()) {
+                                   object->values.clear();
+                                   keep(values, &object->values);
+                               } else if (object == &manager) {
+                                   retryTimer.start(retryInterval);
+                               }
                                refresh();
                            });
 }
@@ -126,6 +139,9 @@ void NetworkManagerClient::takeProperties(const QString &path, const QString &in
     else if (path == accessPoint.path && interface == accessPointInterface)
         object = &accessPoint;
     else
+        return;
+    // A change of what is not known yet is half of it.
+    if (object->values.isEmpty())
         return;
     keep(values, &object->values);
     if (!invalidated.isEmpty())

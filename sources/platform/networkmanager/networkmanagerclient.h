@@ -3,6 +3,7 @@
 #include "platform/bus/busservice.h"
 #include "platform/networkmanager/networkmanagerstate.h"
 
+#include <QTimer>
 #include <QVariantMap>
 
 /// The primary connection as NetworkManager shows it on the system bus. Follows every change and a
@@ -44,6 +45,7 @@ private:
     void refresh();
 
     BusService service;
+    QTimer retryTimer; ///< asks a manager again that has not answered
     Object manager;
     Object connection;
     Object accessPoint;

@@ -33,7 +33,7 @@ NetworkManagerSession::NetworkManagerSession(const NetworkManagerClient &network
     openTimer.setObjectName(u"open"_s);
     watchTimer.setObjectName(u"watch"_s);
     connect(&modemTimer, &QTimer::timeout, this, &NetworkManagerSession::proceed);
-    connect(&openTimer, &QTimer::timeout, this, &NetworkManagerSession::fail);
+    connect(&openTimer, &QTimer::timeout, this, &NetworkManagerSession::stopWaiting);
     connect(&watchTimer, &QTimer::timeout, this, &NetworkManagerSession::watch);
     connect(&network, &NetworkManagerClient::changed, this, &NetworkManagerSession::proceed);
     connect(&network, &NetworkManagerClient::completed, this, &NetworkManagerSession::proceed);
@@ -105,6 +105,15 @@ void NetworkManagerSession::watch()
     looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
     if (looksWithoutNetwork >= looksUntilLost)
         fail();
+}
+
+void NetworkManagerSession::stopWaiting()
+{
+    // NetworkManager may be busy with one connection while traffic leaves by another's.
+    if (!lookUp().outgoing())
+        return fail();
+    opening = false;
+    interfaces.open();
 }
 
 void NetworkManagerSession::fail()

@@ -35,6 +35,7 @@ private:
     /// A connection that another program or the administrator has made.
     bool hasForeignNetwork() const;
     void watch();
+    void stopWaiting();
     void fail();
 
     const NetworkManagerClient &network;

@@ -291,8 +291,11 @@ void OfonoClient::readCell()
                        [this, asked = cellPath](const QVariantMap &values) {
                            if (asked != cellPath)
                                return;
-                           cell.clear();
-                           keep(values, &cell);
+                           // No answer is no news.
+                           if (!values.isEmpty()) {
+                               cell.clear();
+                               keep(values, &cell);
+                           }
                            refresh();
                        });
 }

@@ -7,18 +7,22 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <termios.h>
 #include <unistd.h>
 
 namespace {
 
-void makeRaw(int descriptor)
+/// Returns how the line was before; nothing when it is none.
+std::optional<termios> makeRaw(int descriptor)
 {
-    termios settings{};
-    if (::tcgetattr(descriptor, &settings) != 0)
-        return;
-    ::cfmakeraw(&settings);
-    ::tcsetattr(descriptor, TCSANOW, &settings);
+    termios before{};
+    if (::tcgetattr(descriptor, &before) != 0)
+        return std::nullopt;
+    termios raw = before;
+    ::cfmakeraw(&raw);
+    // Should it be the user's own terminal, he wants to end the program from it.
+    raw.c_lflag |= ISIG;
+    ::tcsetattr(descriptor, TCSANOW, &raw);
+    return before;
 }
 
 } // namespace
@@ -50,12 +54,15 @@ void FileNmeaInput::open()
     recording = S_ISREG(status.st_mode);
     fifo = S_ISFIFO(status.st_mode);
     if (S_ISCHR(status.st_mode))
-        makeRaw(descriptor);
+        line = makeRaw(descriptor);
     current = State::Open;
 }
 
 void FileNmeaInput::close()
 {
+    if (descriptor >= 0 && line)
+        ::tcsetattr(descriptor, TCSANOW, &*line);
+    line.reset();
     if (descriptor >= 0)
         ::close(descriptor);
     descriptor = -1;

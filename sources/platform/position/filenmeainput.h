@@ -4,8 +4,13 @@
 
 #include <QString>
 
+#include <optional>
+
+#include <termios.h>
+
 /// A recording in a regular file, or a receiver behind a device file or a FIFO. A terminal line is
-/// set to raw, so that nothing is echoed to the receiver; its speed stays as it is.
+/// set to raw while it is open, so that nothing is echoed to the receiver; its speed stays as it
+/// is.
 class FileNmeaInput : public NmeaInput
 {
 public:
@@ -24,4 +29,5 @@ private:
     State current = State::Closed;
     bool recording = false;
     bool fifo = false;
+    std::optional<termios> line; ///< how a terminal line was before
 };

@@ -6,15 +6,18 @@
 #include <QGeoSatelliteInfoSource>
 #include <QLoggingCategory>
 
+#include <chrono>
 #include <cstring>
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 /// A service that has to be started first answers within a second.
 constexpr int answerTimeoutMs = 2000;
+constexpr auto retryInterval = 10s;
 /// Qt's name for the plug-in that asks the system's location service.
 constexpr auto locationService = "geoclue2"_L1;
 
@@ -60,6 +63,8 @@ SystemPositionSource::SystemPositionSource(QObject *parent)
     if (!previousFilter)
         previousFilter = QLoggingCategory::installFilter(withoutPositioningWarnings);
 
+    connect(&retryTimer, &QTimer::timeout, this, &SystemPositionSource::askLocationService);
+
     const QuietCreation quiet;
     // The location service asks its agent about the program of this desktop file; by itself the
     // plug-in would name the application, and there is no desktop file of that name.
@@ -102,9 +107,12 @@ void SystemPositionSource::takeError(QGeoPositionInfoSource::Error error)
 
 void SystemPositionSource::askLocationService()
 {
+    if (!wanted || running)
+        return;
     const QDBusConnection bus = QDBusConnection::systemBus();
     if (!bus.isConnected())
         return setProblem(Problem::Unavailable);
+    retryTimer.start(retryInterval);
     // The property that the plug-in reads first; the question also starts the service.
     QDBusMessage question = QDBusMessage::createMethodCall(
         u"org.freedesktop.GeoClue2"_s, u"/org/freedesktop/GeoClue2/Manager"_s,
@@ -126,6 +134,7 @@ void SystemPositionSource::startUpdates()
     if (!wanted || running)
         return;
     running = true;
+    retryTimer.stop();
     position->setPreferredPositioningMethods(QGeoPositionInfoSource::AllPositioningMethods);
     position->setUpdateInterval(interval);
     position->startUpdates();
@@ -175,6 +184,7 @@ void SystemPositionSource::startPosition()
 void SystemPositionSource::stopPosition()
 {
     wanted = false;
+    retryTimer.stop();
     if (std::exchange(running, false))
         position->stopUpdates();
 }

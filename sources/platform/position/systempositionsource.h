@@ -3,6 +3,7 @@
 #include "platform/positionsource.h"
 
 #include <QGeoPositionInfoSource>
+#include <QTimer>
 
 class QGeoSatelliteInfoSource;
 
@@ -38,6 +39,7 @@ private:
     bool wanted = false;  ///< the user of this source wants positions
     bool running = false; ///< and Qt's source looks for them
     int interval = 0;     ///< ms
+    QTimer retryTimer;    ///< asks a service again that has not answered
     // Children; null where the platform has none.
     QGeoPositionInfoSource *position = nullptr;
     QGeoSatelliteInfoSource *satellites = nullptr;

@@ -1,8 +1,6 @@
-#include "context/cleantext.h"
+#include "utils/cleantext.h"
 
 namespace {
-
-constexpr qsizetype maxLength = 256;
 
 bool isNoncharacter(char32_t code)
 {
@@ -11,7 +9,7 @@ bool isNoncharacter(char32_t code)
 
 } // namespace
 
-QString cleanText(const QString &text)
+QString cleanText(const QString &text, qsizetype maxLength)
 {
     QString clean;
     for (qsizetype i = 0; i < text.size(); ++i) {
