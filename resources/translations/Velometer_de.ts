@@ -678,22 +678,6 @@ Beispiele:
         <translation>Teilnehmernummer</translation>
     </message>
     <message>
-        <source>There is no system bus: modem and connection are unknown.</source>
-        <translation>Es gibt keinen Systembus: Modem und Verbindung sind unbekannt.</translation>
-    </message>
-    <message>
-        <source>NetworkManager is not running.</source>
-        <translation>NetworkManager läuft nicht.</translation>
-    </message>
-    <message>
-        <source>NetworkManager does not answer.</source>
-        <translation>NetworkManager antwortet nicht.</translation>
-    </message>
-    <message>
-        <source>NetworkManager has no active connection.</source>
-        <translation>NetworkManager hat keine aktive Verbindung.</translation>
-    </message>
-    <message>
         <source>There is no source of satellites.</source>
         <translation>Es gibt keine Satellitenquelle.</translation>
     </message>
@@ -726,18 +710,6 @@ Beispiele:
         <translation>Positionsquelle</translation>
     </message>
     <message>
-        <source>Neither ModemManager nor oFono is running.</source>
-        <translation>Weder ModemManager noch oFono läuft.</translation>
-    </message>
-    <message>
-        <source>The modem service does not answer.</source>
-        <translation>Der Modemdienst antwortet nicht.</translation>
-    </message>
-    <message>
-        <source>The modem service knows of no modem.</source>
-        <translation>Der Modemdienst kennt kein Modem.</translation>
-    </message>
-    <message>
         <source>Modem service</source>
         <translation>Modemdienst</translation>
     </message>
@@ -760,6 +732,34 @@ Beispiele:
     <message>
         <source>Version</source>
         <translation>Version</translation>
+    </message>
+    <message>
+        <source>There is no system bus, as in a container: modem and connection are unknown.</source>
+        <translation>Es gibt keinen System-Bus, etwa in einem Container: Modem und Verbindung sind unbekannt.</translation>
+    </message>
+    <message>
+        <source>Neither ModemManager nor oFono is running: start one of them if this device has a modem.</source>
+        <translation>Weder ModemManager noch oFono läuft: Starten Sie einen davon, wenn dieses Gerät ein Modem hat.</translation>
+    </message>
+    <message>
+        <source>The modem service does not answer: restart it.</source>
+        <translation>Der Modemdienst antwortet nicht: Starten Sie ihn neu.</translation>
+    </message>
+    <message>
+        <source>The modem service knows of no modem: check that it is plugged in and switched on.</source>
+        <translation>Der Modemdienst kennt kein Modem: Prüfen Sie, ob es eingesteckt und eingeschaltet ist.</translation>
+    </message>
+    <message>
+        <source>NetworkManager is not running: whether the connection is metered is unknown.</source>
+        <translation>NetworkManager läuft nicht: Ob die Verbindung nach Verbrauch verrechnet wird, ist unbekannt.</translation>
+    </message>
+    <message>
+        <source>NetworkManager does not answer: restart it.</source>
+        <translation>NetworkManager antwortet nicht: Starten Sie ihn neu.</translation>
+    </message>
+    <message>
+        <source>NetworkManager has no active connection: connect the device, unless another program does.</source>
+        <translation>NetworkManager hat keine aktive Verbindung: Verbinden Sie das Gerät, falls das nicht ein anderes Programm tut.</translation>
     </message>
 </context>
 <context>

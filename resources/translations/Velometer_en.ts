@@ -678,22 +678,6 @@ Examples:
         <translation>Subscriber id</translation>
     </message>
     <message>
-        <source>There is no system bus: modem and connection are unknown.</source>
-        <translation>There is no system bus: modem and connection are unknown.</translation>
-    </message>
-    <message>
-        <source>NetworkManager is not running.</source>
-        <translation>NetworkManager is not running.</translation>
-    </message>
-    <message>
-        <source>NetworkManager does not answer.</source>
-        <translation>NetworkManager does not answer.</translation>
-    </message>
-    <message>
-        <source>NetworkManager has no active connection.</source>
-        <translation>NetworkManager has no active connection.</translation>
-    </message>
-    <message>
         <source>There is no source of satellites.</source>
         <translation>There is no source of satellites.</translation>
     </message>
@@ -726,18 +710,6 @@ Examples:
         <translation>Position source</translation>
     </message>
     <message>
-        <source>Neither ModemManager nor oFono is running.</source>
-        <translation>Neither ModemManager nor oFono is running.</translation>
-    </message>
-    <message>
-        <source>The modem service does not answer.</source>
-        <translation>The modem service does not answer.</translation>
-    </message>
-    <message>
-        <source>The modem service knows of no modem.</source>
-        <translation>The modem service knows of no modem.</translation>
-    </message>
-    <message>
         <source>Modem service</source>
         <translation>Modem service</translation>
     </message>
@@ -760,6 +732,34 @@ Examples:
     <message>
         <source>Version</source>
         <translation>Version</translation>
+    </message>
+    <message>
+        <source>There is no system bus, as in a container: modem and connection are unknown.</source>
+        <translation>There is no system bus, as in a container: modem and connection are unknown.</translation>
+    </message>
+    <message>
+        <source>Neither ModemManager nor oFono is running: start one of them if this device has a modem.</source>
+        <translation>Neither ModemManager nor oFono is running: start one of them if this device has a modem.</translation>
+    </message>
+    <message>
+        <source>The modem service does not answer: restart it.</source>
+        <translation>The modem service does not answer: restart it.</translation>
+    </message>
+    <message>
+        <source>The modem service knows of no modem: check that it is plugged in and switched on.</source>
+        <translation>The modem service knows of no modem: check that it is plugged in and switched on.</translation>
+    </message>
+    <message>
+        <source>NetworkManager is not running: whether the connection is metered is unknown.</source>
+        <translation>NetworkManager is not running: whether the connection is metered is unknown.</translation>
+    </message>
+    <message>
+        <source>NetworkManager does not answer: restart it.</source>
+        <translation>NetworkManager does not answer: restart it.</translation>
+    </message>
+    <message>
+        <source>NetworkManager has no active connection: connect the device, unless another program does.</source>
+        <translation>NetworkManager has no active connection: connect the device, unless another program does.</translation>
     </message>
 </context>
 <context>

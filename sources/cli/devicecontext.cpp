@@ -85,16 +85,24 @@ QString sentence(PlatformFacts::Missing missing)
     using Missing = PlatformFacts::Missing;
     switch (missing) {
     case Missing::SystemBus:
-        return DeviceContext::tr("There is no system bus: modem and connection are unknown.");
+        return DeviceContext::tr(
+            "There is no system bus, as in a container: modem and connection are unknown.");
     case Missing::ModemService:
-        return DeviceContext::tr("Neither ModemManager nor oFono is running.");
+        return DeviceContext::tr("Neither ModemManager nor oFono is running: start one of them if "
+                                 "this device has a modem.");
     case Missing::ModemServiceAnswer:
-        return DeviceContext::tr("The modem service does not answer.");
-    case Missing::Modem: return DeviceContext::tr("The modem service knows of no modem.");
-    case Missing::NetworkManager: return DeviceContext::tr("NetworkManager is not running.");
-    case Missing::NetworkManagerAnswer: return DeviceContext::tr("NetworkManager does not answer.");
+        return DeviceContext::tr("The modem service does not answer: restart it.");
+    case Missing::Modem:
+        return DeviceContext::tr(
+            "The modem service knows of no modem: check that it is plugged in and switched on.");
+    case Missing::NetworkManager:
+        return DeviceContext::tr(
+            "NetworkManager is not running: whether the connection is metered is unknown.");
+    case Missing::NetworkManagerAnswer:
+        return DeviceContext::tr("NetworkManager does not answer: restart it.");
     case Missing::PrimaryConnection:
-        return DeviceContext::tr("NetworkManager has no active connection.");
+        return DeviceContext::tr("NetworkManager has no active connection: connect the device, "
+                                 "unless another program does.");
     }
     Q_UNREACHABLE();
 }
