@@ -29,8 +29,6 @@ private Q_SLOTS:
         row("--count 12 test --interval=300 --csv", [](const CommandLine &l) {
             return l.commandGiven && l.count == 12 && l.interval == 300 && l.format == Format::Csv;
         });
-        row("--count 100000 --interval 604800",
-            [](const CommandLine &l) { return l.count == 100'000 && l.interval == 604'800; });
         row("--location tRaIn", [](const CommandLine &l) { return l.location == u"Train"_s; });
         row("-6 --allow-roaming", [](const CommandLine &l) {
             return l.protocol == QAbstractSocket::IPv6Protocol && l.allowRoaming;
@@ -38,11 +36,7 @@ private Q_SLOTS:
         row("--server [::1]:80 --json-stream", [](const CommandLine &l) {
             return l.server == u"[::1]:80"_s && l.format == Format::JsonStream;
         });
-        row("--max-bytes 100000",
-            [](const CommandLine &l) { return l.budget->bytes() == 100'000; });
-        row("--max-bytes 500k", [](const CommandLine &l) { return l.budget->bytes() == 500'000; });
-        row("--max-bytes=10M",
-            [](const CommandLine &l) { return l.budget->bytes() == 10'000'000; });
+        row("--max-bytes 100k", [](const CommandLine &l) { return l.budget->bytes() == 100'000; });
         row("--max-bytes 9223372036G",
             [](const CommandLine &l) { return l.budget->bytes() == 9'223'372'036'000'000'000; });
         row("--max-bytes 0", [](const CommandLine &l) { return l.budget && !l.budget->bytes(); });
@@ -50,7 +44,6 @@ private Q_SLOTS:
         row("show 3/12", [](const CommandLine &l) {
             return l.storedTest.row == 0 && l.storedTest.series == 3 && l.storedTest.test == 12;
         });
-        row("show --version", [](const CommandLine &l) { return l.version; });
         row("--platform scripted:a:b", [](const CommandLine &l) {
             return l.platform.device == PlatformChoice::Device::Scripted &&
                    l.platform.script == u"a:b"_s;
@@ -75,35 +68,20 @@ private Q_SLOTS:
     {
         const Rows<QString> row("mentions");
         row("measure", "new-series"); // an unknown command is answered with those there are
-        row("--speed", "--speed");
         row("--count --json", "--count");
-        row("--count 0", "100000");
         row("--count 100001", "100000");
-        row("--count 99999999999999999999", "100000");
-        row("--count 1e3", "100000");
         row("--count 2 --interval 604801", "604800");
         row("--interval 60", "--count");
         row("results --count 3", "--count");
         row("--max-bytes 99999", "100000");
-        row("--max-bytes 99k", "100000");
         row("--max-bytes 1.5M", "10M");
-        row("--max-bytes 10MB", "10M");
-        row("--max-bytes 1e6", "10M");
-        row("--max-bytes -200000", "100000");
         row("--max-bytes 18446744074G", "100000"); // 290 MB, if it wrapped round
-        row("--max-bytes 99999999999999999999", "100000");
-        row("results --max-bytes 10M", "--max-bytes");
         row("--json --csv", "contradict");
-        row("-4 -6", "contradict");
-        row("--platform scripted:x --platform none", "contradict");
         row("--position nmea:x --position gpsd", "contradict");
         row("--position gps", "gpsd://HOST:PORT");
-        row("--platform scripted:", "scripted:FILE");
-        row("results --platform none", "--platform");
         row("--watch", "--watch");
         row("--location moon", "Indoor");
         row("show 1/2/3", "1/2/3");
-        row("clear now", "now");
         row("--bogus --help", "--bogus");
     }
     void refusesWithASentence()
@@ -123,7 +101,6 @@ private Q_SLOTS:
         row("127.0.0.3:8080", "HSR", "127.0.0.3", 8080);
         row("127.0.0.3", {}, "127.0.0.3", 80); // a host of the table on another port
         row("test.example.org:81", {}, "test.example.org", 81);
-        row("localhost", {}, "localhost", 80);
         row("[::1]:9", {}, "::1", 9);
         row("sunrice", "Swisscom", {}, 0); // a name misspelt is no host
         row("host.example:65536", "65535", {}, 0);

@@ -11,18 +11,6 @@ using namespace Qt::StringLiterals;
 using Missing = PlatformFacts::Missing;
 using Problem = PositionSource::Problem;
 
-namespace {
-
-class Device : public FakePlatform
-{
-public:
-    PlatformFacts told;
-
-    PlatformFacts facts() const override { return told; }
-};
-
-} // namespace
-
 class DeviceContextTest : public QObject
 {
     Q_OBJECT
@@ -35,10 +23,8 @@ private Q_SLOTS:
         using enum PlatformFacts::Missing;
         using enum NetworkMode;
         row("positions refused", {}, Lte, Problem::Refused, true);
-        row("receiver not there", {}, Lte, Problem::Unavailable, true);
         row("no source", {}, Lte, Problem::NoSource, true);
         row("first fix", {}, Lte, Problem::None, false);
-        row("no fix so far", {}, Lte, Problem::NoFix, false);
         row("modem that registers", {PrimaryConnection}, Unknown, Problem::Refused, false);
         row("no modem service", {ModemService, PrimaryConnection}, Unknown, Problem::Refused, true);
         row("no bus", {SystemBus}, Unknown, Problem::Refused, true);
@@ -48,30 +34,23 @@ private Q_SLOTS:
         QFETCH(NetworkMode, mode);
         QFETCH(Problem, problem);
         QFETCH(bool, ready);
-        Device device;
-        device.told.missing = missing();
+        FakePlatform device;
+        QFETCH(QList<Missing>, missing);
+        device.told.missing = missing;
         device.network.mode = mode;
         DeviceContext context(device);
         device.position.setProblem(problem);
         QSignalSpy looks(&context, &DeviceContext::ready);
         context.look();
-        const auto fire = [&] {
-            QMetaObject::invokeMethod(
-                context.findChild<QTimer *>(QString(), Qt::FindDirectChildrenOnly), "timeout",
-                Qt::DirectConnection);
+        auto *timer = context.findChild<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+        const auto fire = [timer] {
+            QMetaObject::invokeMethod(timer, "timeout", Qt::DirectConnection);
         };
         fire();
         QCOMPARE(looks.size(), ready ? 1 : 0);
         for (int times = 1; times < 30; ++times)
             fire();
         QVERIFY(!looks.isEmpty()); // after three seconds in any case
-    }
-
-private:
-    static QList<Missing> missing()
-    {
-        QFETCH(QList<Missing>, missing);
-        return missing;
     }
 };
 

@@ -1,51 +1,25 @@
 // The built velometer-cli against the built velometer-service, as a shell would run them.
 
+#include "support/programhome.h"
+
 #include <QDirIterator>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A test lasts a good 15 s; more only on a machine that is busy with something else.
-constexpr int limitMs = 60'000;
-
-/// The rows of a query on a SQLite file that another program wrote.
-QList<QVariantList> rows(const QString &file, const QString &query)
-{
-    QList<QVariantList> result;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"reader"_s);
-        db.setDatabaseName(file);
-        QSqlQuery statement(db);
-        if (!db.open() || !statement.exec(query))
-            qWarning("%s", qPrintable(statement.lastError().text()));
-        while (statement.next()) {
-            QVariantList row;
-            for (int i = 0; statement.value(i).isValid(); ++i)
-                row.append(statement.value(i));
-            result.append(row);
-        }
-    }
-    QSqlDatabase::removeDatabase(u"reader"_s);
-    return result;
-}
-
 QJsonObject object(const QByteArray &line)
 {
     return QJsonDocument::fromJson(line).object();
+}
+QJsonObject lastObject(const ProgramHome::Ended &ended)
+{
+    return object(ended.printed.trimmed().split('\n').last());
 }
 
 } // namespace
@@ -57,20 +31,10 @@ class VelometerCliTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        home = std::make_unique<QTemporaryDir>();
-        port = 0;
-        startService();
-        QFile config(path(u"deployment.conf"_s));
-        QVERIFY(config.open(QIODevice::WriteOnly));
-        config.write("[Service]\nWebHost=127.0.0.1\nWebPort=" + QByteArray::number(port) +
-                     "\n[TestServers]\nSwisscom=127.0.0.1:" + QByteArray::number(port) + '\n');
+        home = std::make_unique<ProgramHome>();
+        home->startService();
     }
-
-    void cleanup()
-    {
-        stopService();
-        home.reset();
-    }
+    void cleanup() { home.reset(); }
 
     void deliversAndStoresATest()
     {
@@ -101,12 +65,12 @@ private Q_SLOTS:
         const qint64 testId = test.value("test_id"_L1).toString().toLongLong();
         const qint64 seriesId = test.value("series_id"_L1).toString().toLongLong();
         const qint64 userId = test.value("user_id"_L1).toString().toLongLong();
-        QCOMPARE(rows(store(), u"SELECT testid, seriesid, downloadSpeed, uploadSpeed, "
-                               "uploadSpeedClient, location, server FROM testresults"_s),
+        QCOMPARE(stored(u"SELECT testid, seriesid, downloadSpeed, uploadSpeed, "
+                        "uploadSpeedClient, location, server FROM testresults"_s),
                  QList<QVariantList>({{testId, seriesId, downloadRate, uploadRate, clientRate,
                                        u"Indoor"_s, u"127.0.0.1"_s}}));
-        QCOMPARE(rows(reports(), u"SELECT testid, seriesid, userid, download_avg, upload_avg, "
-                                 "upload_client_avg, location FROM reports"_s),
+        QCOMPARE(reported(u"SELECT testid, seriesid, userid, download_avg, upload_avg, "
+                          "upload_client_avg, location FROM reports"_s),
                  QList<QVariantList>({{testId, seriesId, userId, downloadRate, uploadRate,
                                        clientRate, u"Indoor"_s}}));
 
@@ -116,7 +80,7 @@ private Q_SLOTS:
 
         // Where the device was is its owner's alone.
         for (const QString &name : {u"data/orvak"_s, u"config/orvak"_s}) {
-            QDirIterator made(path(name), QDir::AllEntries | QDir::NoDotAndDotDot,
+            QDirIterator made(home->path(name), QDir::AllEntries | QDir::NoDotAndDotDot,
                               QDirIterator::Subdirectories);
             QVERIFY(made.hasNext());
             while (made.hasNext()) {
@@ -128,11 +92,8 @@ private Q_SLOTS:
 
     void aBudgetEndsATestThatIsStoredAndDelivered()
     {
-        QFile script(path(u"device"_s));
-        QVERIFY(script.open(QIODevice::WriteOnly));
-        script.write(R"({"mode": "LteMode", "metered": "yes"})");
-        script.close();
-        const QStringList device{u"--platform"_s, u"scripted:"_s + script.fileName()};
+        const QString script = home->write(u"device"_s, R"({"mode": "LteMode", "metered": "yes"})");
+        const QStringList device{u"--platform"_s, u"scripted:"_s + script};
         const Ended ended = run(QStringList{u"--max-bytes"_s, u"1M"_s} + device);
         QCOMPARE(ended.status, 4);
         const auto lines = ended.messages.split('\n');
@@ -142,14 +103,11 @@ private Q_SLOTS:
         const QByteArray note = "at most 1 MB; ended early: download, upload\n";
         QVERIFY2(ended.printed.contains(note), ended.printed.constData());
         QVERIFY(run({u"show"_s, u"1"_s}).printed.contains(note));
-        QCOMPARE(rows(reports(), u"SELECT count(*) FROM reports WHERE testid = 1"_s),
+        QCOMPARE(reported(u"SELECT count(*) FROM reports WHERE testid = 1"_s),
                  QList<QVariantList>({{1}}));
 
         // The settings are followed, and lifted for one call.
-        QFile settings(path(u"config/orvak/Velometer.conf"_s));
-        QVERIFY(settings.open(QIODevice::Append));
-        settings.write("MaxBytes=2000000\n");
-        settings.close();
+        home->write(u"config/orvak/Velometer.conf"_s, "MaxBytes=2000000\n");
         QVERIFY(run(device).printed.contains("at most 2 MB; "));
         const Ended whole = run(QStringList{u"--max-bytes"_s, u"0"_s} + device);
         QCOMPARE(whole.status, 0);
@@ -158,12 +116,12 @@ private Q_SLOTS:
 
     void queuesTheReportOfABrokenTest()
     {
-        const Process broken = start({u"--json-stream"_s});
-        QVERIFY(waitForText(*broken, "\"phase\":\"upload\""));
-        stopService();
-        Ended ended = end(*broken);
+        const auto broken = start({u"--json-stream"_s});
+        QVERIFY(ProgramHome::waitForText(*broken, "\"phase\":\"upload\""));
+        home->stopService();
+        Ended ended = ProgramHome::end(*broken);
         QCOMPARE(ended.status, 1);
-        const QJsonObject result = ended.lastLine().value("result"_L1).toObject();
+        const QJsonObject result = lastObject(ended).value("result"_L1).toObject();
         const QJsonObject report = result.value("report"_L1).toObject();
         QCOMPARE(report.value("delivered"_L1), false);
         QCOMPARE(report.value("queue_id"_L1), u"1"_s);
@@ -171,150 +129,84 @@ private Q_SLOTS:
         QCOMPARE(result.value("rtt"_L1).toObject().value("valid"_L1), false);
         QCOMPARE(run({u"resend"_s}).status, 5);
         // The report cannot count its attempts.
-        rows(store(), u"CREATE TRIGGER broken BEFORE UPDATE ON xmlfiles "
-                      "BEGIN SELECT RAISE(ABORT, 'broken'); END"_s);
+        stored(u"CREATE TRIGGER broken BEFORE UPDATE ON xmlfiles "
+               "BEGIN SELECT RAISE(ABORT, 'broken'); END"_s);
         ended = run({u"resend"_s});
         QCOMPARE(ended.status, 3);
         QVERIFY2(ended.messages.contains("orvakVelometer.db.sqlite"), ended.messages.constData());
-        rows(store(), u"DROP TRIGGER broken"_s);
+        stored(u"DROP TRIGGER broken"_s);
 
-        startService();
+        home->startService();
         ended = run({u"--json"_s});
         QCOMPARE(ended.status, 0);
-        QCOMPARE(ended.lastLine().value("report"_L1).toObject().value("resent"_L1), 1);
-        QCOMPARE(rows(store(), u"SELECT id FROM xmlfiles"_s).size(), 0);
-        QCOMPARE(rows(reports(), u"SELECT testid FROM reports ORDER BY testid"_s),
+        QCOMPARE(lastObject(ended).value("report"_L1).toObject().value("resent"_L1), 1);
+        QCOMPARE(stored(u"SELECT id FROM xmlfiles"_s).size(), 0);
+        QCOMPARE(reported(u"SELECT testid FROM reports ORDER BY testid"_s),
                  QList<QVariantList>({{1}, {2}}));
         ended = run({u"results"_s, u"--json"_s});
         QCOMPARE(ended.status, 0);
         QCOMPARE(ended.printed.count('\n'), 2);
-        QCOMPARE(ended.lastLine().value("test_id"_L1), u"1"_s); // the oldest
+        QCOMPARE(lastObject(ended).value("test_id"_L1), u"1"_s); // the oldest
     }
 
     void keepsWhatAnInterruptedTestHas()
     {
-        const Process process = start({u"--json-stream"_s, u"--count"_s, u"2"_s});
-        QVERIFY(waitForText(*process, "\"event\":\"progress\""));
+        const auto process = start({u"--json-stream"_s, u"--count"_s, u"2"_s});
+        QVERIFY(ProgramHome::waitForText(*process, "\"event\":\"progress\""));
         ::kill(static_cast<pid_t>(process->processId()), SIGINT);
-        const Ended ended = end(*process);
+        const Ended ended = ProgramHome::end(*process);
         QCOMPARE(ended.status, 130);
-        QCOMPARE(ended.lastLine().value("event"_L1), u"error"_s);
-        QCOMPARE(ended.lastLine().value("status"_L1), 130);
+        QCOMPARE(lastObject(ended).value("event"_L1), u"error"_s);
+        QCOMPARE(lastObject(ended).value("status"_L1), 130);
 
-        QCOMPARE(rows(store(), u"PRAGMA integrity_check"_s), QList<QVariantList>({{u"ok"_s}}));
-        QCOMPARE(rows(store(), u"SELECT id FROM xmlfiles"_s).size(), 1);
+        QCOMPARE(stored(u"PRAGMA integrity_check"_s), QList<QVariantList>({{u"ok"_s}}));
+        QCOMPARE(stored(u"SELECT id FROM xmlfiles"_s).size(), 1);
         QCOMPARE(run({u"resend"_s}).status, 0);
-        QCOMPARE(rows(store(), u"SELECT id FROM xmlfiles"_s).size(), 0);
-        QCOMPARE(rows(reports(), u"SELECT testid FROM reports"_s).size(), 1);
+        QCOMPARE(stored(u"SELECT id FROM xmlfiles"_s).size(), 0);
+        QCOMPARE(reported(u"SELECT testid FROM reports"_s).size(), 1);
     }
 
     void saysThatAnInterruptedTestIsLost()
     {
-        const Process process = start({u"--json-stream"_s});
-        QVERIFY(waitForText(*process, "\"event\":\"progress\""));
-        rows(store(), u"DROP TABLE xmlfiles"_s);
+        const auto process = start({u"--json-stream"_s});
+        QVERIFY(ProgramHome::waitForText(*process, "\"event\":\"progress\""));
+        stored(u"DROP TABLE xmlfiles"_s);
         ::kill(static_cast<pid_t>(process->processId()), SIGTERM);
-        const Ended ended = end(*process);
+        const Ended ended = ProgramHome::end(*process);
         QCOMPARE(ended.status, 143);
         QVERIFY2(ended.messages.contains("could not be stored"), ended.messages.constData());
     }
 
-    void refusesAStoreThatCannotBe_data()
-    {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QString>("directory");
-        // A directory below a file cannot be made, by nobody.
-        QTest::newRow("test") << u"test"_s << u"deployment.conf/below"_s;
-        QTest::newRow("results in a file") << u"results"_s << u"deployment.conf"_s;
-        QTest::newRow("resend from a file") << u"resend"_s << u"deployment.conf"_s;
-    }
     void refusesAStoreThatCannotBe()
     {
-        QFETCH(QString, command);
-        QFETCH(QString, directory);
-        const Ended ended = run({command, u"--data-dir"_s, path(directory)});
-        QCOMPARE(ended.status, 3);
-        QCOMPARE(ended.printed, QByteArray());
-        QCOMPARE(ended.messages.count('\n'), 1);
+        for (const QString &command : {u"test"_s, u"results"_s, u"resend"_s}) {
+            // A directory below a file cannot be made, by nobody.
+            const Ended ended = run({command, u"--data-dir"_s, home->config() + u"/below"_s});
+            QCOMPARE(ended.status, 3);
+            QCOMPARE(ended.printed, QByteArray());
+            QCOMPARE(ended.messages.count('\n'), 1);
+        }
     }
 
 private:
-    using Process = std::unique_ptr<QProcess>;
+    using Ended = ProgramHome::Ended;
 
-    /// What a whole run left; status -1 when it crashed or did not end.
-    struct Ended
+    ProgramHome::Process start(const QStringList &arguments) const
     {
-        int status;
-        QByteArray printed;
-        QByteArray messages;
-
-        QJsonObject lastLine() const { return object(printed.trimmed().split('\n').last()); }
-    };
-
-    void startService()
+        return home->start(QStringLiteral(CLIENT_PROGRAM),
+                           arguments + QStringList{u"--config"_s, home->config()});
+    }
+    Ended run(const QStringList &arguments) const { return ProgramHome::end(*start(arguments)); }
+    QList<QVariantList> stored(const QString &query) const
     {
-        service = std::make_unique<QProcess>();
-        service->setStandardErrorFile(QProcess::nullDevice());
-        service->start(QStringLiteral(SERVICE_PROGRAM),
-                       {u"--listen"_s, u"127.0.0.1:%1"_s.arg(port), u"--database"_s,
-                        u"sqlite:"_s + reports()});
-        const QByteArray announced = "listening on 127.0.0.1:";
-        QVERIFY2(waitForText(*service, announced), "the service did not start");
-        QByteArray line = service->readLine();
-        while (!line.contains(announced))
-            line = service->readLine();
-        port = line.mid(line.indexOf(announced) + announced.size()).trimmed().toInt();
+        return ProgramHome::rows(home->store(), query);
+    }
+    QList<QVariantList> reported(const QString &query) const
+    {
+        return ProgramHome::rows(home->reports(), query);
     }
 
-    void stopService()
-    {
-        if (!service)
-            return;
-        service->kill();
-        service->waitForFinished();
-        service.reset();
-    }
-
-    QString path(const QString &name) const { return home->filePath(name); }
-    QString store() const { return path(u"data/orvak/Velometer/orvakVelometer.db.sqlite"_s); }
-    QString reports() const { return path(u"reports.sqlite"_s); }
-    Process start(const QStringList &arguments) const
-    {
-        auto process = std::make_unique<QProcess>();
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"HOME"_s, home->path());
-        environment.insert(u"XDG_DATA_HOME"_s, path(u"data"_s));
-        environment.insert(u"XDG_CONFIG_HOME"_s, path(u"config"_s));
-        environment.insert(u"XDG_CACHE_HOME"_s, path(u"cache"_s));
-        process->setProcessEnvironment(environment);
-        process->start(QStringLiteral(CLIENT_PROGRAM),
-                       arguments + QStringList{u"--config"_s, path(u"deployment.conf"_s)});
-        return process;
-    }
-    static Ended end(QProcess &process)
-    {
-        const bool whole =
-            process.waitForFinished(limitMs) && process.exitStatus() == QProcess::NormalExit;
-        return {whole ? process.exitCode() : -1, process.readAllStandardOutput(),
-                process.readAllStandardError()};
-    }
-    Ended run(const QStringList &arguments) const { return end(*start(arguments)); }
-
-    /// Waits for a line with @p text on the standard output and leaves it unread.
-    static bool waitForText(QProcess &process, const QByteArray &text)
-    {
-        return QTest::qWaitFor(
-            [&] {
-                const QByteArray printed = process.peek(1024 * 1024);
-                const auto at = printed.indexOf(text);
-                return at >= 0 && printed.indexOf('\n', at) > at;
-            },
-            limitMs);
-    }
-
-    std::unique_ptr<QTemporaryDir> home;
-    std::unique_ptr<QProcess> service;
-    int port = 0;
+    std::unique_ptr<ProgramHome> home;
 };
 
 QTEST_GUILESS_MAIN(VelometerCliTest)

@@ -27,25 +27,20 @@ private Q_SLOTS:
         QCOMPARE(helper.getModel(), u"Model"_s);
     }
 
-    void waitsForALateModem_data()
+    void waitsForALateModemUntilSomebodyAsks()
     {
-        QTest::addColumn<bool>("askedBefore");
-        QTest::newRow("nobody asks before") << false;
-        QTest::newRow("who asks before settles it") << true;
-    }
-    void waitsForALateModem()
-    {
-        QFETCH(bool, askedBefore);
-        Utils::setSettingsValue(u"fakeimei"_s, QString());
-        FakePlatform platform;
-        const QString imei = std::exchange(platform.device.imei, QString());
-        platform.device.complete = false;
-        const DeviceInfoHelper helper(platform, nullptr);
-        const QString early = askedBefore ? helper.getImei() : QString();
-        platform.device.imei = imei;
-        platform.device.setComplete();
-        QCOMPARE(helper.getImei(), askedBefore ? early : imei);
-        QCOMPARE(Utils::getSettingsValue(u"fakeimei"_s), early);
+        for (const bool asked : {false, true}) {
+            Utils::setSettingsValue(u"fakeimei"_s, QString());
+            FakePlatform platform;
+            const QString imei = std::exchange(platform.device.imei, QString());
+            platform.device.complete = false;
+            const DeviceInfoHelper helper(platform, nullptr);
+            const QString early = asked ? helper.getImei() : QString();
+            platform.device.imei = imei;
+            platform.device.setComplete();
+            QCOMPARE(helper.getImei(), asked ? early : imei);
+            QCOMPARE(Utils::getSettingsValue(u"fakeimei"_s), early);
+        }
     }
 
     void keepsItsSubstituteImei()

@@ -15,14 +15,10 @@ private Q_SLOTS:
     void namesTheMode_data()
     {
         const Rows<NetworkMode, int, QString> row("mode", "cell", "name");
-        row("GSM, no cell", NetworkMode::Gsm, -1, "GsmMode");
-        row("GSM, 5 digits", NetworkMode::Gsm, 65535, "GsmMode");
         row("GSM, 6 digits", NetworkMode::Gsm, 100000, "WcdmaMode");
         row("WCDMA, 5 digits", NetworkMode::Wcdma, 12345, "GsmMode");
-        row("WCDMA, 6 digits", NetworkMode::Wcdma, 123456, "WcdmaMode");
         row("Ethernet", NetworkMode::Ethernet, -1, "EthernetMode");
         row("LTE, short cell", NetworkMode::Lte, 12345, "LteMode");
-        row("NR, short cell", NetworkMode::Nr, 1, "NrMode");
         row("no such mode", static_cast<NetworkMode>(77), 123456, "Unknown");
     }
     void namesTheMode()

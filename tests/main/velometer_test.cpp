@@ -1,24 +1,17 @@
 // The built application on an X server of its own, against the built service.
 
-#include <QFile>
+#include "support/programhome.h"
+
 #include <QImage>
-#include <QProcess>
-#include <QSqlDatabase>
-#include <QSqlQuery>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <cmath>
 #include <functional>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int startLimit = 20'000;
-/// A test lasts a good 15 s; more only on a machine that is busy with something else.
-constexpr int testLimit = 90'000;
 
 bool isStartButton(const QColor &colour)
 {
@@ -51,19 +44,15 @@ class VelometerTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        home = std::make_unique<QTemporaryDir>();
-        environment = QProcessEnvironment::systemEnvironment();
-        environment.remove(u"WAYLAND_DISPLAY"_s);
-        environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
-        environment.insert(u"HOME"_s, home->path());
-        for (const auto &each : {u"CONFIG"_s, u"DATA"_s, u"CACHE"_s})
-            environment.insert(u"XDG_%1_HOME"_s.arg(each), home->filePath(each.toLower()));
-        environment.insert(u"XDG_RUNTIME_DIR"_s, home->path());
+        home = std::make_unique<ProgramHome>();
+        home->environment.remove(u"WAYLAND_DISPLAY"_s);
+        home->environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+        home->environment.insert(u"XDG_RUNTIME_DIR"_s, home->path({}));
     }
 
     void cleanup()
     {
-        for (auto *process : {&application, &service, &server}) {
+        for (auto *process : {&application, &server}) {
             if (*process) {
                 (*process)->terminate();
                 (*process)->waitForFinished();
@@ -101,30 +90,23 @@ private Q_SLOTS:
     void aClickLeadsToAStoredTest()
     {
         startServer(u"480x854"_s);
-        const int port = startService();
-        QFile config(home->filePath(u"deployment.conf"_s));
-        QVERIFY(config.open(QIODevice::WriteOnly));
-        config.write("[Service]\nWebHost=127.0.0.1\nWebPort=" + QByteArray::number(port) +
-                     "\n[TestServers]\nSwisscom=127.0.0.1:" + QByteArray::number(port) + '\n');
-        config.close();
-        startApplication({u"--config"_s, config.fileName()});
+        home->startService();
+        startApplication({u"--config"_s, home->config()});
 
         clickOn(isStartButton);
         clickOn(isOrdinaryButton); // the costs
         clickOn(isOrdinaryButton); // indoor
-        const QString stored = u"SELECT count(*) FROM testresults WHERE downloadSpeed > 0 AND "
-                               "uploadSpeed > 0 AND rtt >= 0 AND location = 'Indoor'"_s;
-        const QString store = home->filePath(u"data/orvak/Velometer/orvakVelometer.db.sqlite"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(count(store, stored), 1, testLimit);
-        QTRY_COMPARE(count(home->filePath(u"reports.sqlite"_s),
-                           u"SELECT count(*) FROM reports WHERE location = 'Indoor'"_s),
-                     1);
+        const QString stored = u"SELECT location FROM testresults WHERE downloadSpeed > 0 AND "
+                               "uploadSpeed > 0 AND rtt >= 0"_s;
+        const QList<QVariantList> indoor{{u"Indoor"_s}};
+        QTRY_COMPARE_WITH_TIMEOUT(ProgramHome::rows(home->store(), stored), indoor,
+                                  ProgramHome::limitMs);
+        QTRY_COMPARE(ProgramHome::rows(home->reports(), u"SELECT location FROM reports"_s), indoor);
 
-        QProcess second;
-        second.setProcessEnvironment(environment);
-        second.start(QStringLiteral(APPLICATION_PROGRAM), {u"--config"_s, config.fileName()});
-        QVERIFY(second.waitForFinished(startLimit));
-        QCOMPARE(second.exitCode(), 0);
+        const auto second =
+            home->start(QStringLiteral(APPLICATION_PROGRAM), {u"--config"_s, home->config()});
+        QVERIFY(second->waitForFinished(startLimit));
+        QCOMPARE(second->exitCode(), 0);
         QCOMPARE(application->state(), QProcess::Running);
         application->terminate();
         QVERIFY(application->waitForFinished(startLimit));
@@ -132,46 +114,26 @@ private Q_SLOTS:
     }
 
 private:
-    using Process = std::unique_ptr<QProcess>;
-
-    Process start(const QString &program, const QStringList &arguments)
-    {
-        auto process = std::make_unique<QProcess>();
-        process->setProcessEnvironment(environment);
-        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process->start(program, arguments);
-        return process;
-    }
-
     void startServer(const QString &size)
     {
-        server = start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, size + u"x24"_s,
-                                   u"-nolisten"_s, u"tcp"_s});
+        server = home->start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
+                                         size + u"x24"_s, u"-nolisten"_s, u"tcp"_s});
         QTRY_VERIFY_WITH_TIMEOUT(server->canReadLine(), startLimit);
-        environment.insert(u"DISPLAY"_s, u':' + QString::fromLatin1(server->readLine().trimmed()));
+        home->environment.insert(u"DISPLAY"_s,
+                                 u':' + QString::fromLatin1(server->readLine().trimmed()));
     }
 
     void startApplication(const QStringList &options)
     {
-        application =
-            start(QStringLiteral(APPLICATION_PROGRAM),
-                  QStringList{u"--language"_s, u"en"_s, u"--platform"_s, u"none"_s} + options);
+        application = home->start(
+            QStringLiteral(APPLICATION_PROGRAM),
+            QStringList{u"--language"_s, u"en"_s, u"--platform"_s, u"none"_s} + options);
         QVERIFY(application->waitForStarted());
-    }
-
-    int startService()
-    {
-        service = start(QStringLiteral(SERVICE_PROGRAM),
-                        {u"--listen"_s, u"127.0.0.1:0"_s, u"--database"_s,
-                         u"sqlite:"_s + home->filePath(u"reports.sqlite"_s)});
-        if (!QTest::qWaitFor([this] { return service->canReadLine(); }, startLimit))
-            return 0;
-        return service->readLine().trimmed().split(':').last().toInt();
     }
 
     QByteArray output(const QString &program, const QStringList &arguments)
     {
-        const Process process = start(program, arguments);
+        const auto process = home->start(program, arguments);
         process->waitForFinished();
         return process->readAllStandardOutput();
     }
@@ -221,27 +183,9 @@ private:
                               u"click"_s, u"1"_s});
     }
 
-    /// The number that the query gives; -1 while there is no such file or table.
-    static int count(const QString &file, const QString &query)
-    {
-        int number = -1;
-        if (QFile::exists(file)) {
-            QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"reader"_s);
-            db.setDatabaseName(file);
-            db.setConnectOptions(u"QSQLITE_OPEN_READONLY"_s);
-            QSqlQuery statement(db);
-            if (db.open() && statement.exec(query) && statement.next())
-                number = statement.value(0).toInt();
-        }
-        QSqlDatabase::removeDatabase(u"reader"_s);
-        return number;
-    }
-
-    std::unique_ptr<QTemporaryDir> home;
-    QProcessEnvironment environment;
-    Process server;
-    Process service;
-    Process application;
+    std::unique_ptr<ProgramHome> home;
+    ProgramHome::Process server;
+    ProgramHome::Process application;
 };
 
 QTEST_GUILESS_MAIN(VelometerTest)

@@ -21,9 +21,7 @@ private Q_SLOTS:
         const QString headText = QString::fromLatin1(head);
         row("empty line inside the body", head + "\r\n\r\nx\r\n\r\ny", true, headText, "x\r\ny");
         row("white space around", "\r\n\r\n" + head + "\r\n\r\nx;y;\r\n", true, headText, "x;y;");
-        row("no empty line", head + "\r\nhalf a hea", false, {}, {});
         row("zero byte in the body", head + QByteArray("\r\n\r\nab\0cd", 9), true, headText, "ab");
-        row("zero byte first", QByteArray("\0HTTP/1.1 200 OK\r\n\r\nx", 21), false, {}, {});
         row("bytes above 127 are single characters", head + "\r\n\r\n\xC3\xBC", true, headText,
             "\u00C3\u00BC");
     }

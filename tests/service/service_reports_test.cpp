@@ -61,14 +61,9 @@ private Q_SLOTS:
             attributes += " a" + QByteArray::number(i) + "=''";
         }
         row("as sent", report(), 200);
-        row("greatest test id",
-            changed("DCXd2nnbGLcgU6w1QVIVZw==", "5AYqZqvtzt3PhPJ3pIqRtw==")
-                .replace("<TestID>3", "<TestID>9223372036854775807"),
-            200);
         row("in many pieces", changed("<OS>", "<OS>" + QByteArray(60'000, 'x')), 200);
         row("cut off", report().chopped(20), 400);
         row("without user", changed("<UserID>1436911191399025</UserID>", ""), 400);
-        row("test as a fraction", changed("<TestID>3", "<TestID>3.0"), 400);
         row("time beyond 64 bits",
             changed("<ClientTime>1700000000123", "<ClientTime>9223372036854775808"), 400);
         row("element inside a number", changed("<TestID>3", "<TestID>3<b/>"), 400);
@@ -76,8 +71,6 @@ private Q_SLOTS:
             changed("HSI-QRT-Mobile.dtd\">",
                     "x\" [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;\">]>"),
             400);
-        row("entities without end",
-            changed("HSI-QRT-Mobile.dtd\">", "x\" [" + QByteArray(2000, ' ') + "]>"), 400);
         row("a tag of many attributes", changed("<UserData>", "<UserData" + attributes + ">"), 400);
         row("angle bracket in an attribute", changed("<UserData>", "<UserData a=\">\" b='>'>"),
             200);
@@ -95,7 +88,6 @@ private Q_SLOTS:
         row("entity of a file", changed("<Location>LocHome", "<Location>&file;"), 400);
         row("no UTF-8", changed("Cafe", "Caf\xe9"), 400);
         row("figure changed", changed("<Avg>25000000", "<Avg>25000001"), 403);
-        row("no hash", changed(" Hash=\"DCXd2nnbGLcgU6w1QVIVZw==\"", ""), 403);
         row("too large", changed("<OS>", "<OS>\xc3\xa9" + QByteArray(300'000, 'x')), 413);
     }
     void takesGoodReportsOnly()
@@ -147,8 +139,7 @@ private Q_SLOTS:
     {
         // network: in UTF-8
         const Rows<QByteArray, bool> row("network", "twice");
-        row("umlaut", "Caf\xc3\xa9 \xc3\x9c", true);
-        row("beyond Latin-1", "\xe6\xb8\xac\xe8\xa9\xa6", true);
+        row("encoded twice", "Caf\xc3\xa9 \xe6\xb8\xac\xe8\xa9\xa6", true);
         row("once only, beyond Latin-1", "\xe6\xb8\xac", false);
     }
     void storesTextEncodedTwice()

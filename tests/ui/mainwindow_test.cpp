@@ -8,7 +8,6 @@
 #include "ui/plot/throughputplot.h"
 #include "ui/popups/popupbase.h"
 #include "utils/deployment.h"
-#include "utils/translations.h"
 
 #include "support/application.h"
 #include "support/fakeclock.h"
@@ -16,6 +15,7 @@
 #include "support/rows.h"
 
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QSqlQuery>
 
@@ -27,11 +27,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int limitMs = 30'000;
-
-void setSetting(const QString &key, const QString &value)
-{
-    Utils::setSettingsValue(key, value);
-}
 
 } // namespace
 
@@ -47,10 +42,10 @@ private Q_SLOTS:
         deployment.webPort = service->port();
         deployment.swisscom = {u"127.0.0.1"_s, service->port()};
         Deployment::setCurrent(deployment);
-        setSetting(u"TestServer.Hostname"_s, QString());
-        setSetting(u"CostWarning"_s, u"set"_s);
-        setSetting(u"AdvMode"_s, QString());
-        setSetting(u"MaxBytes"_s, QString());
+        Utils::setSettingsValue(u"TestServer.Hostname"_s, QString());
+        Utils::setSettingsValue(u"CostWarning"_s, u"set"_s);
+        Utils::setSettingsValue(u"AdvMode"_s, QString());
+        Utils::setSettingsValue(u"MaxBytes"_s, QString());
         platform.network = {};
         platform.told = {};
     }
@@ -70,12 +65,9 @@ private Q_SLOTS:
             "WarningPopup LocationPopup WarningPopup NumberOfMeasurementsPopup test");
         row("a series", yes, no, yes, "buttonOther buttonMultiple",
             "LocationPopup NumberOfMeasurementsPopup series");
-        row("costs refused", no, no, no, "buttonCancel", "WarningPopup nothing");
         row("location refused", yes, no, no, "buttonCancel", "LocationPopup nothing");
         row("roaming refused", yes, yes, no, "buttonOutdoor buttonCancel",
             "LocationPopup WarningPopup nothing");
-        row("number refused", yes, no, yes, "buttonOutdoor buttonCancel",
-            "LocationPopup NumberOfMeasurementsPopup nothing");
     }
     void asksBeforeATest()
     {
@@ -84,7 +76,7 @@ private Q_SLOTS:
         QFETCH(bool, series);
         QFETCH(QString, presses);
         QFETCH(QString, shown);
-        setSetting(u"CostWarning"_s, accepted ? u"set"_s : QString());
+        Utils::setSettingsValue(u"CostWarning"_s, accepted ? u"set"_s : QString());
         if (roaming)
             roam();
         create(series);
@@ -107,7 +99,6 @@ private Q_SLOTS:
     {
         const Rows<QString, QString, QString> row("metered", "budget", "hints");
         row("nothing known", "", "", "");
-        row("not metered", "no guessed", "", "");
         row("metered", "yes", "", "<br><br>This connection is metered.");
         row("all at once", "yes guessed", "50000000",
             "<br><br>This connection is probably metered. A test uses at most 50 MB.");
@@ -117,8 +108,8 @@ private Q_SLOTS:
         QFETCH(QString, metered);
         QFETCH(QString, budget);
         QFETCH(QString, hints);
-        setSetting(u"CostWarning"_s, QString());
-        setSetting(u"MaxBytes"_s, budget);
+        Utils::setSettingsValue(u"CostWarning"_s, QString());
+        Utils::setSettingsValue(u"MaxBytes"_s, budget);
         if (!metered.isEmpty())
             platform.told.metered = metered.startsWith("yes"_L1);
         platform.told.meteredGuessed = metered.endsWith("guessed"_L1);
@@ -131,7 +122,7 @@ private Q_SLOTS:
     void aBudgetSetBeforeATestEndsItEarly()
     {
         service->script("downloadtest", {QByteArray(60'000, 'x')});
-        setSetting(u"MaxBytes"_s, u"100000"_s);
+        Utils::setSettingsValue(u"MaxBytes"_s, u"100000"_s);
         create(false);
         click(u"buttonStartTest"_s);
         click(u"buttonOutdoor"_s);
@@ -143,15 +134,12 @@ private Q_SLOTS:
 
     void asksOnlyOnceWhatWasAccepted()
     {
-        setSetting(u"CostWarning"_s, QString());
+        Utils::setSettingsValue(u"CostWarning"_s, QString());
         roam();
         create(true);
-        const auto walk = [this](const QStringList &presses) {
-            click(u"buttonStartTest"_s);
-            for (const QString &button : presses)
-                click(button);
-        };
-        walk({u"buttonOk"_s, u"buttonTrain"_s, u"buttonOk"_s, u"buttonCancel"_s});
+        for (const QString &press : {u"buttonStartTest"_s, u"buttonOk"_s, u"buttonTrain"_s,
+                                     u"buttonOk"_s, u"buttonCancel"_s})
+            click(press);
         // Costs, place and roaming are settled now, how many is asked each time.
         click(u"buttonStartTest"_s);
         QCOMPARE(openPopup(), u"NumberOfMeasurementsPopup"_s);
@@ -198,6 +186,10 @@ private Q_SLOTS:
         }
         QCOMPARE(stops.size(), 6);
         QVERIFY(stops.contains(u"buttonCancel"_s) && !stops.contains(u"buttonStartTest"_s));
+        // Return that is held down answers no second question.
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(window->focusWidget(), &repeated);
+        QCOMPARE(openPopup(), u"LocationPopup"_s);
     }
 
     void aTestEndsOnThePage()
@@ -212,8 +204,8 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!window->isTestRunning(), limitMs);
         QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
         QVERIFY(button(u"buttonStartTest"_s)->isEnabled());
-        QCOMPARE(value(u"labelUpload"_s), u"200 kBit/s"_s);
-        QVERIFY(value(u"labelDownload"_s).endsWith(u" kBit/s"_s));
+        QCOMPARE(shown<QLineEdit>(u"labelUpload"_s)->text(), u"200 kBit/s"_s);
+        QVERIFY(shown<QLineEdit>(u"labelDownload"_s)->text().endsWith(u" kBit/s"_s));
         const auto rows = gDB->getAllResults();
         QCOMPARE(rows.size(), size_t(1));
         QCOMPARE(rows.front()->location, u"Outdoor"_s);
@@ -252,15 +244,11 @@ private Q_SLOTS:
         endTest();
         // Between two tests the line names the next one, and counts down from the start of the
         // last.
-        const struct
-        {
-            std::chrono::seconds passed;
-            QString shown;
-        } moments[] = {{0s, u"3:00"_s}, {55s, u"2:05"_s}, {120s, u"0:05"_s}, {60s, u"0:00"_s}};
-        for (const auto &moment : moments) {
-            clock.advance(moment.passed);
+        for (const auto &[passed, shown] :
+             {std::pair{0s, u"3:00"_s}, {55s, u"2:05"_s}, {180s, u"0:00"_s}}) {
+            clock.advance(passed);
             tick();
-            QCOMPARE(line(), u"2/20: Next measurement in %1 minutes."_s.arg(moment.shown));
+            QCOMPARE(line(), u"2/20: Next measurement in %1 minutes."_s.arg(shown));
         }
         due();
         QVERIFY(window->getController()->isRunning());
@@ -281,6 +269,8 @@ private Q_SLOTS:
     {
         create(true);
         startSeries(2, 60);
+        window->setAdvancedMode(false); // of the next series
+        QCOMPARE(window->getScheduleInfo(), u"1,2,2"_s);
         endTest();
         click(u"buttonStartTest"_s);
         tick();
@@ -317,27 +307,6 @@ private Q_SLOTS:
         QVERIFY(window->getController()->isRunning());
     }
 
-    void theLastTestOfASeriesIsTheLast()
-    {
-        create(true);
-        startSeries(2, 60);
-        endTest();
-        due();
-        endTest();
-        QVERIFY(!window->isTestRunning());
-        QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
-        due();
-        QVERIFY(!window->getController()->isRunning());
-    }
-
-    void aSeriesKeepsTheModeItBeganIn()
-    {
-        create(true);
-        startSeries(3, 60);
-        window->setAdvancedMode(false);
-        QCOMPARE(window->getScheduleInfo(), u"1,3,3"_s);
-    }
-
     void closingQueuesThePartialReport()
     {
         create(false);
@@ -351,17 +320,6 @@ private Q_SLOTS:
         QCOMPARE(closed.count(), 1);
         QVERIFY(!window->getController());
         QCOMPARE(gDB->countUnsentXMLFiles(), 1);
-    }
-
-    void holdingEnterAnswersOneQuestion()
-    {
-        create(false);
-        page()->setFocus();
-        QTest::keyClick(page(), Qt::Key_Return);
-        QCOMPARE(openPopup(), u"LocationPopup"_s);
-        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
-        QCoreApplication::sendEvent(window->focusWidget(), &repeated);
-        QCOMPARE(openPopup(), u"LocationPopup"_s);
     }
 
     void aSeriesTellsAtItsEndThatATestWasLost()
@@ -378,29 +336,13 @@ private Q_SLOTS:
         endTest();
         QCOMPARE(openPopup(), u"ErrorPopup"_s);
         QVERIFY(label(u"labelMessage"_s).contains(DatabaseManager::database_path));
+        QVERIFY(!window->isTestRunning());
+        QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
+        due();
+        QVERIFY(!window->getController()->isRunning());
     }
 
-    void clearingSaysWhatHappened()
-    {
-        create(false);
-        gDB->deleteDB();
-        window->clearLocalDatabase();
-        QTRY_COMPARE(openPopup(), u"ErrorPopup"_s);
-        QVERIFY(label(u"labelMessage"_s).startsWith(u"Nothing was deleted"_s));
-    }
-
-    void everyTextFollowsTheLanguage()
-    {
-        create(false);
-        window->setLanguage(u"de"_s);
-        QTRY_COMPARE(button(u"buttonStartTest"_s)->text(), u"Test starten"_s);
-        QVERIFY(label(u"labelLocation"_s).contains(u"Unbekannt"_s));
-        window->setLanguage(u"en"_s);
-        QTRY_COMPARE(button(u"buttonResults2"_s)->text(), u"Results"_s);
-        Translations::install(QString()); // the source texts, for the other tests
-    }
-
-    void clearingLeavesNothingBehind()
+    void clearingLeavesNothingBehindOrSaysSo()
     {
         create(false);
         QVERIFY(gDB->storeIntervals(1, 1, {{0, 5}}));
@@ -413,6 +355,12 @@ private Q_SLOTS:
         click(u"buttonOk"_s);
         click(u"buttonNewSeries"_s);
         QVERIFY(label(u"labelMessage"_s).startsWith(u"Starting new Test Series with Id: "_s));
+        click(u"buttonOk"_s);
+
+        gDB->deleteDB();
+        window->clearLocalDatabase();
+        QTRY_COMPARE(openPopup(), u"ErrorPopup"_s);
+        QVERIFY(label(u"labelMessage"_s).startsWith(u"Nothing was deleted"_s));
     }
 
 private:
@@ -424,7 +372,7 @@ private:
 
     void create(bool series)
     {
-        setSetting(u"AdvMode"_s, series ? u"set"_s : u"notset"_s);
+        Utils::setSettingsValue(u"AdvMode"_s, series ? u"set"_s : u"notset"_s);
         open();
     }
 
@@ -452,10 +400,6 @@ private:
     {
         const auto *popup = shown<PopupBase>();
         return popup ? QString::fromLatin1(popup->metaObject()->className()) : QString();
-    }
-    QString value(const QString &name) const
-    {
-        return shown<QWidget>(name)->property("text").toString();
     }
     QString line() const { return label(u"labelDataTransfered"_s); }
 

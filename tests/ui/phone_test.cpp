@@ -3,21 +3,18 @@
 
 #include "context/networkinfohelper.h"
 #include "data/testdetails.h"
-#include "data/testservertable.h"
 #include "db/databasemanager.h"
 #include "measurement/testcontroller.h"
-#include "measurement/testhost.h"
 #include "platform/system/systemplatform.h"
 #include "ui/map/geomaptab.h"
 #include "ui/map/mapswidget.h"
-#include "utils/deployment.h"
 #include "utils/utils.h"
 
+#include "support/fakehost.h"
 #include "support/fakeobserver.h"
 #include "support/fakeplatform.h"
 #include "support/fakeservice.h"
 #include "support/mockphone.h"
-#include "support/rows.h"
 #include "support/storedtests.h"
 
 #include <QRegularExpression>
@@ -26,6 +23,7 @@
 
 #include <functional>
 #include <map>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -43,17 +41,6 @@ public:
     using SystemPlatform::SystemPlatform;
     std::unique_ptr<PositionSource> createPositionSource() override { return position.create(); }
     FakePosition position;
-};
-
-class NoHost : public TestHost
-{
-public:
-    TestServer *getTestServer(const QString &host, int port) override
-    {
-        return table.find(host, port);
-    }
-    QString getScheduleInfo() const override { return {}; }
-    TestServerTable table{Deployment::current(), nullptr};
 };
 
 } // namespace
@@ -78,7 +65,7 @@ private Q_SLOTS:
         Utils::setSettingsValue(u"TestServer.Hostname"_s, u"127.0.0.1"_s);
         Utils::setSettingsValue(u"TestServer.Port"_s, QString::number(service->port()));
         online = true;
-        host = std::make_unique<NoHost>();
+        host = std::make_unique<FakeHost>();
         observer = std::make_unique<FakeObserver>();
         platform = std::make_unique<PhonePlatform>(bus->connection(), [this] {
             const SystemInterface modem{u"wwan0"_s, u"Mobile"_s, {}, false, true, online};
@@ -128,62 +115,45 @@ private Q_SLOTS:
         QCOMPARE(map.map()->shownMarkers().at(0)->markerType(), Marker::LocLTE);
     }
 
-    void recordsWhatChangesDuringATest_data()
+    void recordsAnotherCellAndAnotherMode()
     {
-        const Rows<QString, QString, QString> row("change", "type", "lastCell");
-        row("to 5G", "nr", "Mobile(mixed)", "2814209");
-        row("to another cell", "cell", "Mobile(LTE)", "68719476735");
-        row("to a WLAN and back", "wlan", "Mixed(WLAN,Mobile)", "2814209");
-        row("ModemManager restarts", "restart", "Mobile(mixed)", "2814209");
-    }
-    void recordsWhatChangesDuringATest()
-    {
-        QFETCH(QString, change);
-        QFETCH(QString, type);
-        QFETCH(QString, lastCell);
         const NetworkInfoHelper &network = *controller->getNetWorkInfoHelper();
-        if (change == "nr"_L1) {
-            steps[Phase::Upload] = [&] {
-                QVERIFY(phone->set(MockPhone::modem, u"AccessTechnologies"_s, 1U << 15));
-                QTRY_COMPARE(network.getNetworkmode(), u"NrMode"_s);
-            };
-        } else if (change == "cell"_L1) {
-            steps[Phase::Upload] = [&] {
-                QVERIFY(phone->set(MockPhone::location, u"Location"_s,
-                                   MockPhone::at(u"310,026,FFFE,FFFFFFFFF,F1E3"_s)));
-                QTRY_COMPARE(network.getNetworkcell(), u"68719476735"_s);
-            };
-        } else if (change == "wlan"_L1) {
-            steps[Phase::Upload] = [&] {
-                QVERIFY(phone->leaveBy(MockPhone::wlanPath));
-                QTRY_COMPARE(network.getNetworkmode(), u"WlanMode"_s);
-            };
-            steps[Phase::Rtt] = [&] {
-                QVERIFY(phone->leaveBy(MockPhone::mobilePath));
-                QTRY_COMPARE(network.getNetworkmode(), u"LteMode"_s);
-            };
-        } else {
-            steps[Phase::Upload] = [&] {
-                bus->stopService(MockPhone::modemService);
-                QTRY_COMPARE(network.getNetworkmode(), u"Unknown"_s);
-            };
-            steps[Phase::Rtt] = [&] {
-                QVERIFY(phone->startModem() && phone->announce());
-                QTRY_COMPARE(network.getNetworkcell(), u"2814209"_s);
-                QTRY_COMPARE(network.getNetworkmode(), u"LteMode"_s);
-            };
-        }
+        steps[Phase::Upload] = [&] {
+            QVERIFY(phone->set(MockPhone::location, u"Location"_s,
+                               MockPhone::at(u"310,026,FFFE,FFFFFFFFF,F1E3"_s)));
+            QTRY_COMPARE(network.getNetworkcell(), u"68719476735"_s);
+        };
+        steps[Phase::Rtt] = [&] {
+            QVERIFY(phone->set(MockPhone::modem, u"AccessTechnologies"_s, 1U << 15));
+            QTRY_COMPARE(network.getNetworkmode(), u"NrMode"_s);
+        };
         run();
         QCOMPARE(controller->getOutcome().end, End::Completed);
-        QCOMPARE(storedType(), type);
+        QCOMPARE(storedType(), u"Mobile(mixed)"_s);
         // At the beginning and the end of the three measurements.
         const QStringList cells = QRegularExpression(u"<CellIDs>(.*)</CellIDs>"_s)
                                       .match(sentReport())
                                       .captured(1)
                                       .split(u',');
-        QCOMPARE(cells.size(), 6);
-        QCOMPARE(cells.first(), u"2814209"_s);
-        QCOMPARE(cells.last(), lastCell);
+        const QString before = u"2814209"_s;
+        const QString after = u"68719476735"_s;
+        QCOMPARE(cells, (QStringList{before, before, before, after, after, after}));
+    }
+
+    void recordsAWlanOnTheWay()
+    {
+        const NetworkInfoHelper &network = *controller->getNetWorkInfoHelper();
+        for (const auto &[phase, connection, mode] :
+             {std::tuple{Phase::Upload, MockPhone::wlanPath, u"WlanMode"_s},
+              {Phase::Rtt, MockPhone::mobilePath, u"LteMode"_s}}) {
+            steps[phase] = [&, connection, mode] {
+                QVERIFY(phone->leaveBy(connection));
+                QTRY_COMPARE(network.getNetworkmode(), mode);
+            };
+        }
+        run();
+        QCOMPARE(controller->getOutcome().end, End::Completed);
+        QCOMPARE(storedType(), u"Mixed(WLAN,Mobile)"_s);
     }
 
     void aModemThatIsPulledOutEndsTheTest()
@@ -226,7 +196,7 @@ private:
     std::unique_ptr<MockPhone> phone;
     std::unique_ptr<StoredTests> store;
     std::unique_ptr<FakeService> service;
-    std::unique_ptr<NoHost> host;
+    std::unique_ptr<FakeHost> host;
     std::unique_ptr<FakeObserver> observer;
     std::unique_ptr<PhonePlatform> platform;
     std::unique_ptr<TestController> controller;

@@ -45,11 +45,7 @@ private Q_SLOTS:
     void aTestsMarkerShowsHowItWasConnected_data()
     {
         const Rows<QString, int> row("connection", "type");
-        row("GSM", "Mobile(GSM)", Marker::LocGSM);
-        row("UMTS", "Mobile(UMTS)", Marker::LocUMTS);
-        row("WLAN", "WLAN", Marker::LocWLAN);
         row("LTE", "Mobile(LTE)", Marker::LocLTE);
-        row("5G", "Mobile(5G)", Marker::LocNR);
         row("several", "Mixed(WLAN,Mobile)", Marker::LocOther);
         row("longer than a label", QString(5000, u'x'), Marker::LocOther);
     }

@@ -3,7 +3,6 @@
 #include "utils/translations.h"
 
 #include "support/application.h"
-#include "support/rows.h"
 
 #include <QDesktopServices>
 #include <QScrollBar>
@@ -29,47 +28,36 @@ private Q_SLOTS:
         opened.clear();
     }
 
-    void thePageIsInTheLanguageOfTheProgram_data()
-    {
-        const Rows<QString, QString> row("language", "heading");
-        row("German", "de", "Wie gemessen wird");
-        row("English", "en", "How it is measured");
-        row("a language without a page", "fr", "How it is measured");
-    }
     void thePageIsInTheLanguageOfTheProgram()
     {
-        QFETCH(QString, language);
-        QFETCH(QString, heading);
-        Translations::install(language);
-        QTRY_VERIFY(browser()->toPlainText().contains(heading));
-        QScrollBar *bar = browser()->verticalScrollBar();
-        QTRY_VERIFY(bar->maximum() > 0);
-        bar->setValue(bar->maximum());
-        window->showAboutTab();
-        QTRY_COMPARE(bar->value(), 0);
+        for (const auto &[language, heading] :
+             {std::pair{u"de"_s, u"Wie gemessen wird"_s}, {u"fr"_s, u"How it is measured"_s}}) {
+            Translations::install(language);
+            QTRY_VERIFY(browser()->toPlainText().contains(heading));
+            QScrollBar *bar = browser()->verticalScrollBar();
+            QTRY_VERIFY(bar->maximum() > 0);
+            bar->setValue(bar->maximum());
+            window->showAboutTab();
+            QTRY_COMPARE(bar->value(), 0);
+        }
     }
 
-    void onlyLinksForABrowserOrAMailProgramAreOpened_data()
-    {
-        const Rows<QString, bool> row("link", "leaves");
-        row("a web page", "http://speed.example/", true);
-        row("a mail", "mailto:maker@speed.example", true);
-        row("a file", "file:///etc/passwd", false);
-        row("relative", "other.html", false);
-    }
     void onlyLinksForABrowserOrAMailProgramAreOpened()
     {
-        QFETCH(QString, link);
-        QFETCH(bool, leaves);
         const QString before = browser()->toPlainText();
-        browser()->setHtml(u"<a href=\"%1\">link</a>"_s.arg(link));
-        const QPoint place = browser()->cursorRect().center() + QPoint(4, 0);
-        QTest::mouseClick(browser()->viewport(), Qt::LeftButton, {}, place);
-        QTest::qWait(0);
-        QCOMPARE(opened, leaves ? QList<QUrl>{QUrl(link)} : QList<QUrl>{});
-        QCOMPARE(browser()->toPlainText(), u"link"_s);
-        window->showAboutTab();
-        QCOMPARE(browser()->toPlainText(), before);
+        for (const QString &link : {u"http://speed.example/"_s, u"mailto:maker@speed.example"_s,
+                                    u"file:///etc/passwd"_s}) {
+            opened.clear();
+            browser()->setHtml(u"<a href=\"%1\">link</a>"_s.arg(link));
+            const QPoint place = browser()->cursorRect().center() + QPoint(4, 0);
+            QTest::mouseClick(browser()->viewport(), Qt::LeftButton, {}, place);
+            QTest::qWait(0);
+            const bool leaves = !link.startsWith("file"_L1);
+            QCOMPARE(opened, leaves ? QList<QUrl>{QUrl(link)} : QList<QUrl>{});
+            QCOMPARE(browser()->toPlainText(), u"link"_s);
+            window->showAboutTab();
+            QCOMPARE(browser()->toPlainText(), before);
+        }
     }
 
 private:

@@ -31,7 +31,6 @@ private Q_SLOTS:
             "http://speed.example/velometer/Controller?page=UserReport&userid=52077", "52077");
         row("another port", "52077", 8080,
             "http://speed.example:8080/velometer/Controller?page=UserReport&userid=52077", "52077");
-        row("no page before the first test", "", 80, "", "");
         row("an edited setting adds nothing to the address", "1&page=Other", 80, "", "");
     }
     void theAddressesCarryTheUserId()

@@ -50,9 +50,7 @@ private Q_SLOTS:
         const double noon = 1'700'000'000'000;
         row("one decimal", noon, 14'980'249, 1, "2023-11-14", "14980.2 kBit/s 1 ms");
         row("failed", noon, 0, 0, "2023-11-14", "na na");
-        row("no rate below nothing", noon, -1, -1, "2023-11-14", "na na");
         row("a year of five digits", 2.6e14, 1e300, 31, "", "na 31 ms");
-        row("before time began", -1e300, 38'412'000, 31, "", "38412.0 kBit/s 31 ms");
         row("no number", QVariant(u"NaN"_s), 38'412'000, 31, "", "38412.0 kBit/s 31 ms");
     }
     void fillsAnEntry()
@@ -100,9 +98,7 @@ private Q_SLOTS:
         const Rows<QPoint, QPoint, bool> row("over", "release", "opens");
         const QPoint press(100, 30);
         row("4 px to the right and down", press, press + QPoint(4, 4), true);
-        row("4 px to the left and up", press, press - QPoint(4, 4), true);
         row("5 px down", press, press + QPoint(0, 5), false);
-        row("5 px to the left", press, press - QPoint(5, 0), false);
         row("away and back", press + QPoint(0, 40), press, false);
     }
     void opensDetailsOnATap()
@@ -116,22 +112,6 @@ private Q_SLOTS:
         mouse(entry, QEvent::MouseMove, release);
         mouse(entry, QEvent::MouseButtonRelease, release);
         QTEST(window->getDetailsWindow()->isVisible(), "opens");
-    }
-
-    void aPressThatStopsTheListOpensNothing()
-    {
-        showResults(50);
-        TestResultWidget *entry = list->entries().value(2);
-        mouse(entry, QEvent::MouseButtonPress, {100, 80});
-        for (int y = 78; y > 20; y -= 2)
-            mouse(entry, QEvent::MouseMove, {100, y});
-        mouse(entry, QEvent::MouseButtonRelease, {100, 22});
-        QVERIFY(bar->value() > 0);
-        for (const bool opens : {false, true}) {
-            mouse(entry, QEvent::MouseButtonPress, {100, 22});
-            mouse(entry, QEvent::MouseButtonRelease, {100, 22});
-            QCOMPARE(window->getDetailsWindow()->isVisible(), opens);
-        }
     }
 
     void aDragFromAPictureScrolls()

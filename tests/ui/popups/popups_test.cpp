@@ -19,8 +19,6 @@ private Q_SLOTS:
     {
         const Rows<int, int, QString, QString> row("hours", "minutes", "log", "schedule");
         row("as it opens", -1, -1, "multiple measurements clicked 20 180", "1,20,60");
-        row("two hours every thirty minutes", 2, 30, "multiple measurements clicked 4 1800",
-            "1,4,120");
         row("the longest and densest", 24, 1, "multiple measurements clicked 1440 60",
             "1,1440,1440");
         row("one test is no series", 1, 60, "multiple measurements clicked 1 3600", "");
@@ -66,11 +64,9 @@ private Q_SLOTS:
         const Rows<QString, QString, QString, QString> row("popup", "question", "focused", "heard");
         row("agrees to no costs", "WarningPopup", "Costs &amp; <b>roaming</b>.<br>Go on?",
             "buttonCancel", "Costs & roaming.\nGo on?");
-        row("a notice", "ErrorPopup", "1 &lt; 2", "buttonOk", "1 < 2");
         row("presses nothing below", "WaitingPopup", "It takes <i>long</i>", "WaitingPopup",
             "It takes long");
         row("the title is the question", "LocationPopup", "", "buttonIndoor", "Title");
-        row("starts no series", "NumberOfMeasurementsPopup", "", "buttonSingle", "Title");
     }
     void theKeyboardBeginsWhereAnEarlyKeyDoesLeastAndHearsTheQuestion()
     {
@@ -88,13 +84,6 @@ private Q_SLOTS:
         QCOMPARE(opened->accessibleDescription().isEmpty(), question.isEmpty());
         QTEST(window->focusWidget()->objectName(), "focused");
         QTEST(window->focusWidget()->accessibleDescription(), "heard");
-    }
-
-    void aScreenReaderHearsTheSecondOfTwoErrors()
-    {
-        window->setErrorText(u"first"_s);
-        window->setErrorText(u"second"_s);
-        QCOMPARE(find<ErrorPopup>()->accessibleDescription(), u"second"_s);
     }
 };
 

@@ -59,123 +59,111 @@ class QsKineticScrollerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void followsTheFingerAndClicksOnTaps_data();
-    void followsTheFingerAndClicksOnTaps();
-    void followsTheFingerOnATurnedPage();
-    void leavesOtherButtonsAndTheWheelAlone();
-    void servesOneAreaAtATime();
-};
+    // A gesture: p, m and r are press, move and release at that y; t is that many ticks of the
+    // timer.
+    void followsTheFingerAndClicksOnTaps_data()
+    {
+        const Rows<QString, int, int> row("gesture", "position", "clicks");
+        const QString fling = u"p200 m199 m198 m197 m196 m195 t1 m155 t1 r155 "_s;
 
-// A gesture: p, m and r are press, move and release at that y; t is that many ticks of the timer.
-void QsKineticScrollerTest::followsTheFingerAndClicksOnTaps_data()
-{
-    const Rows<QString, int, int> row("gesture", "position", "clicks");
-    const QString fling = u"p200 m199 m198 m197 m196 m195 t1 m155 t1 r155 "_s;
-
-    row("a still finger is a tap", "p200 r200", 500, 1);
-    row("four moves are still a tap", "p200 m203 m206 m209 m212 r212", 500, 1);
-    row("moves of the tap before do not count", "p200 m201 m202 m203 r203 p200 m201 m202 r202", 500,
-        2);
-    row("the fifth move begins a drag", "p200 m198 m196 m194 m192 m190 r190", 500, 0);
-    row("content follows from the press on", "p200 m198 m196 m194 m192 m190 m170 r170", 530, 0);
-    row("and back", "p200 m198 m196 m194 m192 m190 m170 m240 r240", 460, 0);
-    row("stops at the end", "p900 m800 m700 m600 m500 m400 m300 r300 t40", 1000, 0);
-    row("a hovering pointer drags nothing", "m200 m190 m180 m170 m160 m150 m140", 500, 0);
-    row("a finger that rests before it lifts", "p200 m199 m198 m197 m196 m195 m155 t2 r155 t3", 545,
-        0);
-    row("coasts at most 30 px a tick", fling + u"t1"_s, 545 + 29, 0);
-    row("slows by 1 px a tick", fling + u"t3"_s, 545 + 29 + 28 + 27, 0);
-    row("28 ticks later it still moves", fling + u"t28"_s, 979, 0);
-    row("30 ticks later it stands and stays", fling + u"t40"_s, 980, 0);
-    row("coasts down too", "p200 m201 m202 m203 m204 m205 t1 m209 t1 r209 t9", 500 - 9 - 3 - 2 - 1,
-        0);
-    row("a press stops it and is no tap", fling + u"t2 p200 t1 r200 t1"_s, 545 + 29 + 28, 0);
-    row("the next tap is one again", fling + u"t2 p200 r200 p200 r200"_s, 545 + 29 + 28, 1);
-}
-
-void QsKineticScrollerTest::followsTheFingerAndClicksOnTaps()
-{
-    QFETCH(QString, gesture);
-    for (const bool takesClicks : {true, false}) {
-        Area area(takesClicks);
-        const QStringList steps = gesture.split(u' ');
-        for (const QString &step : steps) {
-            const int number = step.mid(1).toInt();
-            const QPointF at(100, number);
-            switch (step[0].toLatin1()) {
-            case 'p': send(area.viewport(), QEvent::MouseButtonPress, at); break;
-            case 'm': send(area.viewport(), QEvent::MouseMove, at); break;
-            case 'r': {
-                const int before = area.clicks;
-                send(area.viewport(), QEvent::MouseButtonRelease, at);
-                QCOMPARE(area.clicks, before); // a click comes from the event loop
-                QCoreApplication::sendPostedEvents();
-                break;
-            }
-            default:
-                for (int i = 0; i < number; ++i)
-                    area.tick();
-            }
-        }
-        QTEST(area.verticalScrollBar()->value(), "position");
-        QTEST(area.clicks, "clicks");
+        row("a still finger is a tap", "p200 r200", 500, 1);
+        row("four moves are still a tap", "p200 m203 m206 m209 m212 r212", 500, 1);
+        row("the fifth move begins a drag", "p200 m198 m196 m194 m192 m190 r190", 500, 0);
+        row("content follows from the press on", "p200 m198 m196 m194 m192 m190 m170 r170", 530, 0);
+        row("stops at the end", "p900 m800 m700 m600 m500 m400 m300 r300 t40", 1000, 0);
+        row("a hovering pointer drags nothing", "m200 m190 m180 m170 m160 m150 m140", 500, 0);
+        row("a finger that rests before it lifts", "p200 m199 m198 m197 m196 m195 m155 t2 r155 t3",
+            545, 0);
+        row("coasts at most 30 px a tick", fling + u"t1"_s, 545 + 29, 0);
+        row("30 ticks later it stands and stays", fling + u"t40"_s, 980, 0);
+        row("a press stops it and is no tap", fling + u"t2 p200 t1 r200 t1"_s, 545 + 29 + 28, 0);
+        row("the next tap is one again", fling + u"t2 p200 r200 p200 r200"_s, 545 + 29 + 28, 1);
     }
-}
 
-void QsKineticScrollerTest::followsTheFingerOnATurnedPage()
-{
-    QGraphicsScene scene;
-    auto *area = new Area(true);
-    const QGraphicsProxyWidget *proxy = scene.addWidget(area);
-    QGraphicsView view(&scene);
-    view.rotate(270);
-    view.scale(0.5, 0.5);
-    view.resize(300, 300);
-    view.show();
-    const auto finger = [&](QEvent::Type type, int y) {
-        send(view.viewport(), type, view.mapFromScene(proxy->mapToScene(QPointF(100, y))));
-    };
-    finger(QEvent::MouseButtonPress, 200);
-    for (const int y : {198, 196, 194, 192, 190})
-        finger(QEvent::MouseMove, y);
-    area->tick();
-    finger(QEvent::MouseMove, 170);
-    QCOMPARE(area->verticalScrollBar()->value(), 530);
-    area->tick();
-    finger(QEvent::MouseButtonRelease, 170);
-    area->tick();
-    QCOMPARE(area->verticalScrollBar()->value(), 530 + 19);
-}
+    void followsTheFingerAndClicksOnTaps()
+    {
+        QFETCH(QString, gesture);
+        for (const bool takesClicks : {true, false}) {
+            Area area(takesClicks);
+            const QStringList steps = gesture.split(u' ');
+            for (const QString &step : steps) {
+                const int number = step.mid(1).toInt();
+                const QPointF at(100, number);
+                switch (step[0].toLatin1()) {
+                case 'p': send(area.viewport(), QEvent::MouseButtonPress, at); break;
+                case 'm': send(area.viewport(), QEvent::MouseMove, at); break;
+                case 'r': {
+                    const int before = area.clicks;
+                    send(area.viewport(), QEvent::MouseButtonRelease, at);
+                    QCOMPARE(area.clicks, before); // a click comes from the event loop
+                    QCoreApplication::sendPostedEvents();
+                    break;
+                }
+                default:
+                    for (int i = 0; i < number; ++i)
+                        area.tick();
+                }
+            }
+            QTEST(area.verticalScrollBar()->value(), "position");
+            QTEST(area.clicks, "clicks");
+        }
+    }
 
-void QsKineticScrollerTest::leavesOtherButtonsAndTheWheelAlone()
-{
-    Area area(true);
-    area.show();
-    send(area.viewport(), QEvent::MouseButtonPress, {100, 200}, Qt::RightButton);
-    send(area.viewport(), QEvent::MouseButtonRelease, {100, 200}, Qt::RightButton);
-    QCOMPARE(area.clicks, 1);
+    void followsTheFingerOnATurnedPage()
+    {
+        QGraphicsScene scene;
+        auto *area = new Area(true);
+        const QGraphicsProxyWidget *proxy = scene.addWidget(area);
+        QGraphicsView view(&scene);
+        view.rotate(270);
+        view.scale(0.5, 0.5);
+        view.resize(300, 300);
+        view.show();
+        const auto finger = [&](QEvent::Type type, int y) {
+            send(view.viewport(), type, view.mapFromScene(proxy->mapToScene(QPointF(100, y))));
+        };
+        finger(QEvent::MouseButtonPress, 200);
+        for (const int y : {198, 196, 194, 192, 190})
+            finger(QEvent::MouseMove, y);
+        area->tick();
+        finger(QEvent::MouseMove, 170);
+        QCOMPARE(area->verticalScrollBar()->value(), 530);
+        area->tick();
+        finger(QEvent::MouseButtonRelease, 170);
+        area->tick();
+        QCOMPARE(area->verticalScrollBar()->value(), 530 + 19);
+    }
 
-    QWheelEvent wheel({100, 200}, {100, 200}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(area.viewport(), &wheel);
-    QVERIFY(area.verticalScrollBar()->value() > 500);
-}
+    void leavesOtherButtonsAndTheWheelAlone()
+    {
+        Area area(true);
+        area.show();
+        send(area.viewport(), QEvent::MouseButtonPress, {100, 200}, Qt::RightButton);
+        send(area.viewport(), QEvent::MouseButtonRelease, {100, 200}, Qt::RightButton);
+        QCOMPARE(area.clicks, 1);
 
-void QsKineticScrollerTest::servesOneAreaAtATime()
-{
-    Area left(true);
-    auto next = std::make_unique<Area>(true);
-    left.scroller.enableKineticScrollFor(next.get());
-    left.scroller.enableKineticScrollFor(nullptr);
-    send(left.viewport(), QEvent::MouseButtonRelease, {100, 200});
-    QCOMPARE(left.clicks, 1);
+        QWheelEvent wheel({100, 200}, {100, 200}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(area.viewport(), &wheel);
+        QVERIFY(area.verticalScrollBar()->value() > 500);
+    }
 
-    for (int y = 200; y > 190; --y)
-        send(next->viewport(), y == 200 ? QEvent::MouseButtonPress : QEvent::MouseMove,
-             {100.0, double(y)});
-    next.reset();
-    left.tick(); // with nothing left to scroll
-}
+    void servesOneAreaAtATime()
+    {
+        Area left(true);
+        auto next = std::make_unique<Area>(true);
+        left.scroller.enableKineticScrollFor(next.get());
+        left.scroller.enableKineticScrollFor(nullptr);
+        send(left.viewport(), QEvent::MouseButtonRelease, {100, 200});
+        QCOMPARE(left.clicks, 1);
+
+        for (int y = 200; y > 190; --y)
+            send(next->viewport(), y == 200 ? QEvent::MouseButtonPress : QEvent::MouseMove,
+                 {100.0, double(y)});
+        next.reset();
+        left.tick(); // with nothing left to scroll
+    }
+};
 
 QTEST_MAIN(QsKineticScrollerTest)
 #include "qskineticscroller_test.moc"
