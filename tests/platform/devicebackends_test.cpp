@@ -6,6 +6,7 @@
 #include "platform/system/devicenetworkinfosource.h"
 #include "platform/system/systemplatform.h"
 #include "support/mockphone.h"
+#include "support/modemstory.h"
 #include "support/rows.h"
 
 #include <QSignalSpy>
@@ -22,9 +23,9 @@ namespace {
 
 const SystemInterface cable{u"eth0"_s, u"Ethernet"_s, NetworkMode::Ethernet, false, true, true};
 
-void fireTimer(QTimer *timer)
+void fireTimer(const QObject &of, const QString &name)
 {
-    QMetaObject::invokeMethod(timer, "timeout", Qt::DirectConnection);
+    QMetaObject::invokeMethod(of.findChild<QTimer *>(name), "timeout", Qt::DirectConnection);
 }
 
 } // namespace
@@ -78,85 +79,47 @@ private Q_SLOTS:
 
     void followsTheModem_data()
     {
-        const Rows<QString, QString, QVariant, NetworkMode, NetworkStatus, qint64, int> row(
-            "interface", "property", "value", "mode", "status", "cell", "area");
-        const auto technology = [&](const char *name, uint bits, NetworkMode mode,
-                                    int area = 0xf1e2) {
-            row(name, MockPhone::modem, "AccessTechnologies", QVariant(bits), mode,
-                NetworkStatus::Roaming, 2814209, area);
+        const Rows<QString, QString, QVariant, QString> row("interface", "property", "value",
+                                                            "expected");
+        const auto technology = [&](const char *name, uint bits, const char *expected) {
+            row(name, MockPhone::modem, "AccessTechnologies", bits, expected);
         };
+        technology("5G beside LTE", 1U << 15 | 1U << 14, "mode 9, radio");
         // Without LTE the location area counts, and here it is the reserved one.
-        technology("5G beside LTE", 1U << 15 | 1U << 14, Nr);
-        technology("LTE for machines", 1U << 17, Lte);
-        technology("HSPA+", 1U << 9 | 1U << 5, Wcdma, -1);
-        technology("EDGE", 1U << 4, Gsm, -1);
-        technology("EVDO", 1U << 12, Cdma, -1);
-        technology("any", 0xffffffffU, Unknown, -1);
-        const auto registration = [&](const char *name, uint number, NetworkStatus status) {
-            row(name, MockPhone::gpp, "RegistrationState", QVariant(number), Lte, status, 2814209,
-                0xf1e2);
+        technology("HSPA+", 1U << 9 | 1U << 5, "mode 3, area -1, radio");
+        technology("EDGE", 1U << 4, "mode 1, area -1, radio");
+        technology("any", 0xffffffffU, "mode 0, area -1, radio");
+        const auto registration = [&](const char *name, uint number, const char *expected) {
+            row(name, MockPhone::gpp, "RegistrationState", number, expected);
         };
-        registration("not registered", 0, NetworkStatus::NoNetworkAvailable);
-        registration("home", 1, NetworkStatus::HomeNetwork);
-        registration("searching", 2, NetworkStatus::Searching);
-        registration("denied", 3, NetworkStatus::Denied);
-        registration("unknown", 4, NetworkStatus::Undefined);
-        registration("roaming, messages alone", 7, NetworkStatus::Roaming);
-        registration("emergency calls", 8, NetworkStatus::EmergencyOnly);
-        registration("emergency calls of another kind", 11, NetworkStatus::EmergencyOnly);
-        registration("a state of the future", 99, NetworkStatus::Undefined);
-        const auto cell = [&](const char *name, const char *text, qint64 id, int area) {
-            row(name, MockPhone::location, "Location", MockPhone::at(QString::fromLatin1(text)),
-                Lte, NetworkStatus::Roaming, id, area);
+        registration("not registered", 0, "status 1");
+        registration("home", 1, "status 6");
+        registration("roaming, messages alone", 7, "");
+        registration("emergency calls", 8, "status 2");
+        registration("a state of the future", 99, "status 0");
+        const auto cell = [&](const char *name, const QString &fields, const char *expected) {
+            row(name, MockPhone::location, "Location", MockPhone::at(fields), expected);
         };
-        cell("other cell", "310,026,FFFE,2AF102,F1E3", 2814210, 0xf1e3);
-        cell("36 bits", "310,026,FFFE,FFFFFFFFF,F1E3", 0xfffffffffLL, 0xf1e3);
-        cell("no tracking area", "310,026,12AB,2AF102,0", 2814210, 0x12ab);
-        cell("no area at all", "310,026,FFFE,2AF102,0", 2814210, -1);
-        cell("37 bits", "310,026,12AB,1FFFFFFFFF,1", -1, 1);
-        cell("negative", "310,026,-1,-2,-3", -1, -1);
-        cell("too few fields", "310,026", -1, -1);
-        cell("nonsense", ",,,,,,,,,,", -1, -1);
+        cell("36 bits", u"310,026,FFFE,FFFFFFFFF,F1E3"_s, "cell fffffffff, area f1e3");
+        cell("no tracking area", u"310,026,12AB,2AF102,0"_s, "cell 2af102, area 12ab");
+        cell("37 bits", u"310,026,12AB,1FFFFFFFFF,1"_s, "cell -1, area 1");
+        cell("negative", u"310,026,-1,-2,-3"_s, "cell -1, area -1");
+        cell("nonsense", u",,,,,,,,,,"_s, "cell -1, area -1");
+
+        row("signal over 100", MockPhone::modem, "SignalQuality", MockPhone::quality(101),
+            "signal -1");
+        row("signal as dictionary", MockPhone::modem, "SignalQuality", properties("x", 1),
+            "signal -1");
+        row("technologies as text", MockPhone::modem, "AccessTechnologies", u"LTE"_s,
+            "mode 0, area -1, radio");
+        row("sim as text", MockPhone::modem, "Sim", u"/x"_s, "home , imsi ");
+        row("imei with letters", MockPhone::gpp, "Imei", u"35693803564380x"_s, "imei A1");
+        row("location as text", MockPhone::location, "Location", u"310,026,1,2,3"_s,
+            "cell -1, area -1");
+        row("radio out of range", MockPhone::signal, "Lte",
+            properties("rsrp", 1e300, "snr", qQNaN(), "rsrq", "1"), "radio");
     }
     void followsTheModem()
-    {
-        QFETCH(QString, interface);
-        QFETCH(QString, property);
-        QFETCH(QVariant, value);
-        QFETCH(NetworkMode, mode);
-        QFETCH(NetworkStatus, status);
-        QFETCH(qint64, cell);
-        QFETCH(int, area);
-        QVERIFY(phone->startModem() && phone->startNetwork());
-        watch();
-        QTRY_COMPARE(network->currentMode(), Lte);
-        QSignalSpy modes(network.get(), &NetworkInfoSource::networkModeChanged);
-        QVERIFY(phone->set(interface, property, value));
-        QTRY_COMPARE(network->currentMode(), mode);
-        QTRY_COMPARE(network->networkStatus(mode), status);
-        QTRY_COMPARE(network->cellId(), cell);
-        QTRY_COMPARE(network->locationAreaCode(), area);
-        QCOMPARE(modes.size(), mode == Lte ? 0 : 1);
-    }
-
-    void takesNothingThatMakesNoSense_data()
-    {
-        const Rows<QString, QString, QVariant> row("interface", "property", "value");
-        row("signal over 100", MockPhone::modem, "SignalQuality",
-            QVariant::fromValue(Quality{101}));
-        row("signal as text", MockPhone::modem, "SignalQuality", QVariant(u"71"_s));
-        row("signal as list", MockPhone::modem, "SignalQuality", QVariant(QStringList{u"7"_s}));
-        row("technologies as text", MockPhone::modem, "AccessTechnologies", QVariant(u"LTE"_s));
-        row("sim as text", MockPhone::modem, "Sim", QVariant(u"/x"_s));
-        row("imei with letters", MockPhone::gpp, "Imei", QVariant(u"35693803564380x"_s));
-        row("code with letters", MockPhone::gpp, "OperatorCode", QVariant(u"31o026"_s));
-        row("long code", MockPhone::gpp, "OperatorCode", QVariant(u"3100260"_s));
-        row("location as text", MockPhone::location, "Location", QVariant(u"310,026,1,2,3"_s));
-        row("radio as text", MockPhone::signal, "Lte", QVariant(u"-97"_s));
-        row("radio out of range", MockPhone::signal, "Lte",
-            QVariant(QVariantMap{{u"rsrp"_s, 1e300}, {u"snr"_s, qQNaN()}, {u"rsrq"_s, u"1"_s}}));
-    }
-    void takesNothingThatMakesNoSense()
     {
         QFETCH(QString, interface);
         QFETCH(QString, property);
@@ -164,23 +127,33 @@ private Q_SLOTS:
         QVERIFY(phone->startModem());
         ModemManagerClient client(bus->connection());
         QTRY_VERIFY(client.isComplete());
+        const ModemState before = client.state();
+        QCOMPARE(told(before), u"mode 8, status 8, signal 71, network 310026, home 22801, "
+                               "cell 2af101, area f1e2, imei 356938035643809, "
+                               "imsi 228011234567890, radio -97 -11.5 8"_s);
         QVERIFY(phone->set(interface, property, value));
         // The next change shows that the one before has been taken.
-        QVERIFY(
-            phone->set(MockPhone::gpp, u"OperatorName"_s, u" \t\x1b[31m"_s + QString(1000, u'x')));
-        QTRY_COMPARE(client.state().operatorName.size(), 128);
-        const ModemState &state = client.state();
-        QVERIFY(!state.operatorName.contains(u'\x1b'));
-        QCOMPARE(state.signal, property == "SignalQuality"_L1 ? -1 : 71);
-        QCOMPARE(state.mode, property == "AccessTechnologies"_L1 ? Unknown : Lte);
-        QCOMPARE(state.imei, property == "Imei"_L1 ? u"A1"_s : u"356938035643809"_s);
-        QCOMPARE(state.imsi.isEmpty(), property == "Sim"_L1);
-        QCOMPARE(state.mcc.isEmpty(), property == "OperatorCode"_L1);
-        QCOMPARE(state.cellId == -1, property == "Location"_L1);
-        const bool radio = property != "Lte"_L1 && property != "AccessTechnologies"_L1;
-        QCOMPARE(state.rsrp.has_value(), radio);
-        QCOMPARE(state.rsrq.has_value(), radio);
-        QCOMPARE(state.snr.has_value(), radio);
+        QVERIFY(phone->set(MockPhone::modem, u"Model"_s, u" \t\x1b[31m"_s + QString(1000, u'x')));
+        QTRY_COMPARE(client.state().model, u"[31m"_s + QString(124, u'x'));
+        QTEST(told(client.state(), before), "expected");
+    }
+
+    void believesTheServiceAlone()
+    {
+        QVERIFY(phone->startModem());
+        ModemManagerClient client(bus->connection());
+        QTRY_VERIFY(client.isComplete());
+        const QString properties = u"org.freedesktop.DBus.Properties"_s;
+        const QString change = u"PropertiesChanged"_s;
+        // Somebody else's signal, and one that tells something else than its name says.
+        QDBusMessage foreign = QDBusMessage::createSignal(MockPhone::modemPath, properties, change);
+        foreign << MockPhone::modem << ::properties("Model", "Foreign") << QStringList();
+        QVERIFY(bus->connection().send(foreign));
+        QVERIFY(bus->mock(MockPhone::modemService, MockPhone::modemPath, "EmitSignal", properties,
+                          change, "s", QVariantList{MockPhone::modem}));
+        QVERIFY(phone->set(MockPhone::gpp, u"OperatorName"_s, u"Here"_s));
+        QTRY_COMPARE(client.state().operatorName, u"Here"_s);
+        QCOMPARE(client.state().model, u"Modem 7"_s);
     }
 
     void prefersTheConnectedModem()
@@ -219,78 +192,47 @@ private Q_SLOTS:
         QCOMPARE(network->homeMobileCountryCode(), u"228"_s);
     }
 
-    void asksForTheCell_data()
+    void asksForWhatNobodyAskedFor()
     {
-        const Rows<uint, bool, bool, QString, qint64> row("enabled", "signals", "refused", "asked",
-                                                          "cell");
-        row("not enabled", 2U, false, false, "Setup 3 False", 0x2af101);
-        row("refused", 2U, false, true, "Setup 3 False", -1);
-        row("enabled by others", 1U, false, false, "", 0x2af101);
-        row("signalled by others", 1U, true, false, "", -1);
-    }
-    void asksForTheCell()
-    {
-        QFETCH(uint, enabled);
-        QFETCH(bool, signals);
-        QFETCH(bool, refused);
-        QFETCH(QString, asked);
-        QVERIFY(phone->startModem());
-        QVERIFY(bus->addMethod(MockPhone::modemService, MockPhone::modemPath, MockPhone::location,
-                               {u"GetLocation"_s, QString(), u"a{uv}"_s,
-                                u"ret = {dbus.UInt32(1): dbus.String('310,026,FFFE,2AF101,F1E2', "
-                                "variant_level=1)}"_s}));
-        QVERIFY(bus->addMethod(
-            MockPhone::modemService, MockPhone::modemPath, MockPhone::location,
-            {u"Setup"_s, u"ub"_s, QString(),
-             u"self.UpdateProperties('%1', {'Model': 'Setup %d %s' % (args[0], bool(args[1]))})\n"_s
-                     .arg(MockPhone::modem) +
-                 (refused ? u"raise dbus.exceptions.DBusException('No', name='no.No')"_s
-                          : u"self.UpdateProperties('%1', {'Enabled': args[0]})"_s.arg(
-                                MockPhone::location))}));
-        QVERIFY(phone->set(MockPhone::location, u"Location"_s,
-                           QVariant::fromValue(LocationMap{{2U, QDBusVariant(u"x"_s)}})));
-        QVERIFY(phone->set(MockPhone::location, u"SignalsLocation"_s, signals));
-        QVERIFY(phone->set(MockPhone::location, u"Enabled"_s, enabled));
-        ModemManagerClient client(bus->connection());
-        QTRY_VERIFY(client.isComplete());
-        QTRY_COMPARE(client.state().model, asked.isEmpty() ? u"Modem 7"_s : asked);
-        QTRY_COMPARE(client.state().cellId, cell());
-    }
-
-    void asksForTheSignal_data()
-    {
-        const Rows<int, uint, QString, QString> row("state", "rate", "asked", "left");
-        row("connected", 11, 0U, "Setup 3", "Setup 0");
-        row("asked by others", 11, 10U, "Modem 7", "Modem 7");
-        row("off", 3, 0U, "Modem 7", "Modem 7");
-    }
-    void asksForTheSignal()
-    {
-        QFETCH(int, state);
-        QFETCH(uint, rate);
-        QFETCH(QString, asked);
-        QFETCH(QString, left);
-        QVERIFY(phone->startModem());
-        QVERIFY(bus->addMethod(
-            MockPhone::modemService, MockPhone::modemPath, MockPhone::signal,
-            {u"Setup"_s, u"u"_s, QString(),
-             u"self.UpdateProperties('%1', {'Model': 'Setup %d' % args[0]})\n"
-             "self.UpdateProperties('%1.Signal', {'Rate': args[0]})"_s.arg(MockPhone::modem)}));
-        QVERIFY(phone->set(MockPhone::signal, u"Rate"_s, rate));
-        QVERIFY(phone->set(MockPhone::modem, u"State"_s, state));
+        // The modem's name tells what was asked of it.
+        const auto addSetup = [&](const QString &interface, const char *in, const char *property) {
+            return bus->addMethod(MockPhone::modemService, MockPhone::modemPath, interface,
+                                  u"Setup"_s, in, QString(),
+                                  u"self.asked = getattr(self, 'asked', '') + '%1 %d ' % args[0]\n"
+                                  "self.UpdateProperties('%2', {'Model': self.asked})\n"
+                                  "self.UpdateProperties('%3', {'%1': args[0]})"_s.arg(
+                                      QLatin1String(property), MockPhone::modem, interface));
+        };
+        QVERIFY(phone->startModem() && addSetup(MockPhone::location, "ub", "Enabled") &&
+                addSetup(MockPhone::signal, "u", "Rate") &&
+                bus->addMethod(MockPhone::modemService, MockPhone::modemPath, MockPhone::location,
+                               u"GetLocation"_s, "", u"a{uv}"_s,
+                               u"ret = {dbus.UInt32(1): dbus.String('310,026,FFFE,2AF102,F1E2', "
+                               "variant_level=1)}"_s) &&
+                phone->set(MockPhone::location, u"SignalsLocation"_s, false) &&
+                phone->set(MockPhone::location, u"Enabled"_s, 2U) &&
+                phone->set(MockPhone::signal, u"Rate"_s, 0U) &&
+                phone->set(MockPhone::modem, u"State"_s, 3));
         auto client = std::make_unique<ModemManagerClient>(bus->connection());
         QTRY_VERIFY(client->isComplete());
-        QTRY_COMPARE(client->state().model, asked);
-        if (state < 8) {
-            // It is switched on.
-            QVERIFY(phone->set(MockPhone::modem, u"State"_s, 8));
-            QTRY_COMPARE(client->state().model, u"Setup 3"_s);
-            return;
-        }
+        QCOMPARE(client->state().model, u"Modem 7"_s);
+        // It is switched on.
+        QVERIFY(phone->set(MockPhone::modem, u"State"_s, 8));
+        QTRY_COMPARE(client->state().model, u"Enabled 3 Rate 3"_s);
+        // Whoever will not have the cell signalled has it polled.
+        QVERIFY(phone->set(MockPhone::location, u"Location"_s,
+                           asVariant(LocationMap{{2U, QDBusVariant(u"x"_s)}})));
+        QTRY_COMPARE(client->state().cellId, 0x2af102);
         client.reset();
-        QVERIFY(phone->set(MockPhone::modem, u"State"_s, 3));
+
+        // What others ask for is left to them.
+        QVERIFY(phone->set(MockPhone::signal, u"Rate"_s, 10U));
         const ModemManagerClient later(bus->connection());
-        QTRY_COMPARE(later.state().model, left);
+        for (const QString &name : {u"One"_s, u"Two"_s}) {
+            QVERIFY(phone->set(MockPhone::gpp, u"OperatorName"_s, name));
+            QTRY_COMPARE(later.state().operatorName, name);
+        }
+        QCOMPARE(later.state().model, u"Enabled 3 Rate 3 Rate 0"_s);
     }
 
     void followsTheWlan()
@@ -326,51 +268,48 @@ private Q_SLOTS:
 
     void opensAndLosesTheConnection()
     {
+        const auto managerState = [&](uint state) {
+            return bus->set(MockPhone::networkService, MockPhone::networkPath,
+                            MockPhone::networkService, u"State"_s, state);
+        };
         QVERIFY(phone->startNetwork() && phone->leaveBy(u"/"_s));
-        NetworkManagerClient networkClient(bus->connection());
-        ModemManagerClient modemClient(bus->connection());
-        NetworkManagerSession session(networkClient, modemClient, [] { return SystemNetwork(); });
+        SystemNetwork interfaces;
+        const auto lookUp = [&] { return interfaces; };
+        NetworkManagerClient manager(bus->connection());
+        const ModemManagerClient modem(bus->connection());
+        NetworkManagerSession session(manager, modem, lookUp);
         QSignalSpy opened(&session, &NetworkSession::opened);
         QSignalSpy failed(&session, &NetworkSession::error);
         session.open();
-        QTRY_VERIFY(networkClient.isComplete() && modemClient.isComplete());
+        QTRY_VERIFY(manager.isComplete() && modem.isComplete());
         QVERIFY(!session.isOpen());
+        QVERIFY(session.findChild<QTimer *>(u"open"_s)->isActive());
         // Ten seconds without a connection.
-        fireTimer(session.findChild<QTimer *>(u"open"_s));
+        fireTimer(session, u"open"_s);
         QCOMPARE(failed.size(), 1);
 
         session.open();
         QVERIFY(phone->leaveBy(MockPhone::mobilePath));
         QTRY_VERIFY(session.isOpen());
-        auto *watchTimer = session.findChild<QTimer *>(u"watch"_s);
         // A look without a connection is a hand-over, two in a row are a loss.
         QVERIFY(phone->leaveBy(u"/"_s));
-        QTRY_VERIFY(!networkClient.state().activated);
-        fireTimer(watchTimer);
+        QTRY_VERIFY(!manager.state().activated);
+        fireTimer(session, u"watch"_s);
         QVERIFY(session.isOpen());
-        fireTimer(watchTimer);
+        fireTimer(session, u"watch"_s);
         QVERIFY(!session.isOpen());
         QCOMPARE(opened.size(), 1);
         QCOMPARE(failed.size(), 2);
-    }
 
-    void takesWhatOthersConnected()
-    {
-        QVERIFY(phone->startNetwork() && phone->leaveBy(u"/"_s));
-        const auto managerState = [&](uint state) {
-            return bus->set(MockPhone::networkService, MockPhone::networkPath,
-                            MockPhone::networkService, u"State"_s, state);
-        };
+        // What NetworkManager is about to connect is waited for; what others connected is taken.
         QVERIFY(managerState(40));
-        SystemNetwork interfaces{{cable}, u"eth0"_s};
-        const auto lookUp = [&] { return interfaces; };
-        NetworkManagerClient manager(bus->connection());
-        const ModemManagerClient modem(bus->connection());
+        QTRY_VERIFY(manager.state().connecting);
+        interfaces = {{cable}, u"eth0"_s};
         const DeviceNetworkInfoSource info(modem, manager, lookUp);
-        NetworkManagerSession session(manager, modem, lookUp);
         session.open();
-        QTRY_VERIFY(manager.isComplete() && modem.isComplete());
-        // What NetworkManager is about to connect is waited for.
+        // One turn to look, another to open.
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
         QVERIFY(!session.isOpen());
         QVERIFY(managerState(20));
         QTRY_VERIFY(session.isOpen());
@@ -391,26 +330,20 @@ private Q_SLOTS:
 
     void doesWithoutServices_data()
     {
-        const Rows<bool, bool, QList<Missing>> row("hasBus", "up", "missing");
-        row("no bus", false, true, {Missing::SystemBus});
-        row("no services", true, true, {Missing::ModemService, Missing::NetworkManager});
-        row("nothing up", true, false, {Missing::ModemService, Missing::NetworkManager});
+        const Rows<bool, QList<Missing>> row("up", "missing");
+        row("no bus", true, {Missing::SystemBus});
+        row("nothing up", false, {Missing::ModemService, Missing::NetworkManager});
     }
     void doesWithoutServices()
     {
-        QFETCH(bool, hasBus);
         QFETCH(bool, up);
-        QFETCH(QList<Missing>, missing);
-        const QDBusConnection connection = hasBus ? bus->connection() : QDBusConnection(u"-"_s);
+        const QDBusConnection connection = up ? QDBusConnection(u"-"_s) : bus->connection();
         SystemPlatform system(connection);
         QTRY_VERIFY(system.isComplete());
-        QCOMPARE(system.facts().missing, missing);
-        const auto device = system.createDeviceInfoSource();
-        QVERIFY(device->isComplete() && device->imei().isEmpty());
+        QTEST(system.facts().missing, "missing");
+        QVERIFY(system.createDeviceInfoSource()->isComplete());
 
-        SystemNetwork interfaces;
-        if (up)
-            interfaces = {{cable}, u"eth0"_s};
+        const SystemNetwork interfaces = up ? SystemNetwork{{cable}, u"eth0"_s} : SystemNetwork();
         const auto lookUp = [&] { return interfaces; };
         const ModemManagerClient modem(connection);
         const NetworkManagerClient manager(connection);
@@ -430,12 +363,6 @@ private:
         platform = std::make_unique<SystemPlatform>(bus->connection());
         network = platform->createNetworkInfoSource();
     }
-    static qint64 cell()
-    {
-        QFETCH(qint64, cell);
-        return cell;
-    }
-
     std::unique_ptr<MockBus> bus;
     std::unique_ptr<MockPhone> phone;
     std::unique_ptr<SystemPlatform> platform;

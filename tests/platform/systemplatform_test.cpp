@@ -1,5 +1,4 @@
 #include "platform/deviceinfosource.h"
-#include "platform/platform.h"
 #include "platform/system/systemdeviceinfosource.h"
 #include "platform/system/systeminterfaces.h"
 #include "platform/system/systemnetworkinfosource.h"
@@ -36,30 +35,22 @@ class SystemPlatformTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void describes_data()
+    void describesInterfaces()
     {
-        const Rows<int, QString, QString, NetworkMode, bool> row("type", "address", "bearer",
-                                                                 "mode", "routable");
-        using enum NetworkMode;
-        row("wlp3s0", Interface::Wifi, "10.0.0.1", "WLAN", Wlan, true);
-        row("br0", Interface::Virtual, "fd00::2", "Ethernet", Ethernet, true);
-        row("eth4", Interface::Ethernet, "169.254.7.7", "Ethernet", Ethernet, false);
-        row("eth6", Interface::Ethernet, "fe80::1", "Ethernet", Ethernet, false);
+        const auto described = [](const QString &name, Interface::InterfaceType type,
+                                  const QString &address) {
+            const auto found = describeInterface(name, type, Interface::IsUp | Interface::IsRunning,
+                                                 {QHostAddress(address)});
+            return u"%1 %2 %3"_s.arg(found.bearer).arg(int(found.mode)).arg(found.routable);
+        };
+        QCOMPARE(described(u"wlp3s0"_s, Interface::Wifi, u"10.0.0.1"_s), u"WLAN 4 1"_s);
+        QCOMPARE(described(u"br0"_s, Interface::Virtual, u"fd00::2"_s), u"Ethernet 5 1"_s);
+        QCOMPARE(described(u"eth4"_s, Interface::Ethernet, u"169.254.7.7"_s), u"Ethernet 5 0"_s);
+        QCOMPARE(described(u"eth6"_s, Interface::Ethernet, u"fe80::1"_s), u"Ethernet 5 0"_s);
         // A modem that poses as a cable.
-        row("wwan0", Interface::Ethernet, "10.0.0.1", "Mobile", Unknown, true);
-    }
-    void describes()
-    {
-        QFETCH(int, type);
-        QFETCH(QString, address);
-        const SystemInterface described =
-            describeInterface(QString::fromLatin1(QTest::currentDataTag()),
-                              static_cast<Interface::InterfaceType>(type),
-                              Interface::IsUp | Interface::IsRunning, {QHostAddress(address)});
-        QTEST(described.bearer, "bearer");
-        QTEST(described.mode, "mode");
-        QTEST(described.routable, "routable");
-        QVERIFY(described.up && !described.loopback);
+        QCOMPARE(described(u"wwan0"_s, Interface::Ethernet, u"10.0.0.1"_s), u"Mobile 0 1"_s);
+        QCOMPARE(anonymousInterfaceName(u"wlx0050b6123abc"_s), u"wlx"_s);
+        QCOMPARE(anonymousInterfaceName(u"enp0s31f6"_s), u"enp0s31f6"_s);
     }
 
     void findsTheDefaultRoute_data()
@@ -81,7 +72,6 @@ private Q_SLOTS:
         row("half of the world", head + half + wlan, v6Reject, "wlan0");
         row("IPv6 only", head + network, v6Reject + v6, "eth1");
         row("rejected", head + rejected, v6Reject, "");
-        row("nonsense", QByteArray("\n\0x y\n 00000000 \t\n", 16), zeros + " 00 x\n", "");
     }
     void findsTheDefaultRoute()
     {
@@ -92,67 +82,45 @@ private Q_SLOTS:
 
     void choosesWhereTrafficLeaves()
     {
-        const SystemInterface unplugged{u"eth1"_s, u"Ethernet"_s, NetworkMode::Ethernet,
-                                        false,     false,         true};
-        const SystemNetwork all{{loopback, unplugged, cable, wlan}, u"wlan0"_s};
-        QCOMPARE(all.outgoing()->name, u"wlan0"_s);
-        QCOMPARE((SystemNetwork{all.interfaces, QString()}.outgoing()->name), u"eth0"_s);
+        const SystemInterface unplugged{u"eth1"_s, {}, NetworkMode::Ethernet, false, false, true};
+        const QList<SystemInterface> all{loopback, unplugged, cable, wlan};
+        QCOMPARE((SystemNetwork{all, u"wlan0"_s}.outgoing()->name), u"wlan0"_s);
+        QCOMPARE((SystemNetwork{all, u"eth1"_s}.outgoing()->name), u"eth0"_s);
         QVERIFY(!(SystemNetwork{{loopback, unplugged}, u"eth1"_s}.outgoing()));
-    }
-
-    void hidesHardwareAddresses()
-    {
-        QCOMPARE(anonymousInterfaceName(u"wlx0050b6123abc"_s), u"wlx"_s);
-        QCOMPARE(anonymousInterfaceName(u"enp0s31f6"_s), u"enp0s31f6"_s);
-    }
-
-    void keepsTheHostNameToItself()
-    {
-        const auto platform = Platform::system();
-        const auto device = platform->createDeviceInfoSource();
-        QVERIFY(device->imei().isEmpty() && device->imsi().isEmpty());
-        QVERIFY(!device->productName().isEmpty() && !device->model().isEmpty());
-        QVERIFY(device->productName() != QSysInfo::machineHostName());
-        QVERIFY(device->model() != QSysInfo::machineHostName());
     }
 
     void namesTheBoard_data()
     {
-        const Rows<QByteArray, QString, QByteArray, QString> row("tree", "maker", "dmi", "names");
+        const Rows<QByteArray, QByteArray, QByteArray, QString> row("tree", "maker", "dmi",
+                                                                    "names");
         row("device tree", QByteArray("Maker Phone 2\0rest", 18), "", "",
             "Maker|Maker Phone 2|Phone 2");
         row("firmware tables", "", "Maker GmbH\n", "Book 3\n", "Maker GmbH|Book 3|Book 3");
-        row("placeholders", "", "To be filled by O.E.M.\n", "Default string", "||");
-        row("punctuation", "", " ... \n", "-", "||");
+        // Where nobody names the board, its system and its processor stand in.
+        const QString none =
+            u'|' + QSysInfo::prettyProductName() + u'|' + QSysInfo::currentCpuArchitecture();
+        row("placeholders", "", "To be filled by O.E.M.\n", "Default string", none);
         row("control characters", "", "\x1b[31mMaker\n", QByteArray("\xff\xfe\0Book", 7),
-            "[31mMaker||");
+            u"[31mMaker"_s + none);
         row("long", "", "Maker", QByteArray(100000, 'x'), u"Maker|%1|%1"_s.arg(QString(128, u'x')));
     }
     void namesTheBoard()
     {
-        QFETCH(QByteArray, tree);
-        QFETCH(QString, maker);
-        QFETCH(QByteArray, dmi);
-        QFETCH(QString, names);
         const QTemporaryDir root;
-        const auto write = [&](const QString &file, const QByteArray &content) {
-            const QFileInfo path(root.filePath(file));
-            QFile out(path.filePath());
-            return content.isEmpty() ||
-                   (QDir().mkpath(path.path()) && out.open(QIODevice::WriteOnly) &&
-                    out.write(content) == content.size());
-        };
-        QVERIFY(write(u"sys/firmware/devicetree/base/model"_s, tree));
-        QVERIFY(write(u"sys/class/dmi/id/sys_vendor"_s, maker.toUtf8()));
-        QVERIFY(write(u"sys/class/dmi/id/product_name"_s, dmi));
-        QVERIFY(write(u"sys/class/dmi/id/product_version"_s, dmi));
+        for (const auto &[file, column] : {std::pair{"sys/firmware/devicetree/base/model", "tree"},
+                                           {"sys/class/dmi/id/sys_vendor", "maker"},
+                                           {"sys/class/dmi/id/product_name", "dmi"},
+                                           {"sys/class/dmi/id/product_version", "dmi"}}) {
+            const QByteArray content =
+                *static_cast<QByteArray *>(QTest::qData(column, qMetaTypeId<QByteArray>()));
+            QFile out(root.filePath(QString::fromLatin1(file)));
+            QVERIFY(QDir().mkpath(QFileInfo(out).path()));
+            QVERIFY(content.isEmpty() || out.open(QIODevice::WriteOnly));
+            QCOMPARE(out.write(content), content.isEmpty() ? -1 : content.size());
+        }
         const SystemDeviceInfoSource device(nullptr, root.path());
-        const QStringList expected = names.split(u'|');
-        QCOMPARE(device.manufacturer(), expected[0]);
-        QCOMPARE(device.productName(),
-                 expected[1].isEmpty() ? QSysInfo::prettyProductName() : expected[1]);
-        QCOMPARE(device.model(),
-                 expected[2].isEmpty() ? QSysInfo::currentCpuArchitecture() : expected[2]);
+        const QStringList names{device.manufacturer(), device.productName(), device.model()};
+        QTEST(names.join(u'|'), "names");
     }
 
     void noticesAnotherNetwork()
@@ -161,18 +129,16 @@ private Q_SLOTS:
         SystemNetworkInfoSource source([&] { return network; });
         QCOMPARE(source.currentMode(), NetworkMode::Wlan);
         QCOMPARE(source.networkStatus(NetworkMode::Wlan), NetworkStatus::Connected);
-        QStringList heard;
-        connect(&source, &NetworkInfoSource::networkModeChanged, this,
-                [&](NetworkMode mode) { heard += u"mode %1"_s.arg(int(mode)); });
-        connect(&source, &NetworkInfoSource::networkStatusChanged, this,
-                [&](NetworkMode mode, NetworkStatus status) {
-                    heard += u"status %1 %2"_s.arg(int(mode)).arg(int(status));
-                });
+        QSignalSpy modes(&source, &NetworkInfoSource::networkModeChanged);
+        QSignalSpy statuses(&source, &NetworkInfoSource::networkStatusChanged);
         fireTimer(source);
-        QVERIFY(heard.isEmpty());
+        QVERIFY(modes.isEmpty() && statuses.isEmpty());
         network = {{loopback, cable, wlan}, u"eth0"_s};
         fireTimer(source);
-        QCOMPARE(heard, (QStringList{u"mode 5"_s, u"status 4 1"_s, u"status 5 5"_s}));
+        QCOMPARE(modes.size(), 1);
+        QCOMPARE(statuses.size(), 2);
+        QCOMPARE(source.networkStatus(NetworkMode::Wlan), NetworkStatus::NoNetworkAvailable);
+        QCOMPARE(source.networkStatus(NetworkMode::Ethernet), NetworkStatus::Connected);
         network = {{loopback}, QString()};
         fireTimer(source);
         QCOMPARE(source.networkStatus(NetworkMode::Ethernet), NetworkStatus::NoNetworkAvailable);
@@ -180,31 +146,24 @@ private Q_SLOTS:
 
     void losesASession_data()
     {
-        const Rows<QList<SystemInterface>, QList<SystemInterface>, bool, bool> row(
-            "before", "after", "opens", "stays");
-        row("nothing up", {}, {}, false, false);
-        row("network gone", {loopback, wlan}, {loopback}, true, false);
-        row("other network", {loopback, wlan}, {loopback, cable}, true, true);
-        row("loopback all along", {loopback}, {loopback}, true, true);
-        row("loopback gone", {loopback}, {}, true, false);
+        const Rows<QList<SystemInterface>, QList<SystemInterface>, bool> row("before", "after",
+                                                                             "stays");
+        row("network gone", {loopback, wlan}, {loopback}, false);
+        row("other network", {loopback, wlan}, {loopback, cable}, true);
+        row("loopback gone", {loopback}, {}, false);
     }
     void losesASession()
     {
         QFETCH(QList<SystemInterface>, before);
         QFETCH(QList<SystemInterface>, after);
-        QFETCH(bool, opens);
         QFETCH(bool, stays);
         SystemNetwork network{before, QString()};
         SystemNetworkSession session([&] { return network; });
-        QCOMPARE(session.defaultConfiguration().valid, opens);
         QSignalSpy failed(&session, &NetworkSession::error);
         session.open();
         QVERIFY(!session.isOpen() && failed.isEmpty());
         QCoreApplication::processEvents();
-        QCOMPARE(session.isOpen(), opens);
-        QCOMPARE(failed.size(), opens ? 0 : 1);
-        if (!opens)
-            return;
+        QVERIFY(session.isOpen());
         // One look without a network is a hand-over, two in a row are a loss.
         network.interfaces = after;
         fireTimer(session);

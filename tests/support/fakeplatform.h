@@ -27,6 +27,17 @@ public:
     }
 
 protected:
+    class Told : public Interface
+    {
+    public:
+        explicit Told(Component &control)
+            : fake(control)
+        {}
+
+    protected:
+        Component &fake;
+    };
+
     QPointer<Interface> source;
 };
 
@@ -60,12 +71,10 @@ public:
         static_cast<Source *>(source.data())->setProblem(problem);
     }
 
-    class Source : public PositionSource
+    class Source : public Told
     {
     public:
-        explicit Source(FakePosition &control)
-            : fake(control)
-        {}
+        using Told::Told;
         QString name() const override { return QStringLiteral("fake"); }
         bool hasPosition() const override { return true; }
         bool hasSatellites() const override { return true; }
@@ -81,9 +90,6 @@ public:
         void startSatellites() override { fake.satellitesRunning = true; }
         void stopSatellites() override { fake.satellitesRunning = false; }
         using PositionSource::setProblem;
-
-    private:
-        FakePosition &fake;
     };
 };
 
@@ -126,12 +132,10 @@ public:
     int cell = -1; ///< polled
     int lac = -1;  ///< polled
 
-    class Source : public NetworkInfoSource
+    class Source : public Told
     {
     public:
-        explicit Source(FakeNetwork &control)
-            : fake(control)
-        {}
+        using Told::Told;
         qint64 cellId() const override { return fake.cell; }
         int locationAreaCode() const override { return fake.lac; }
         QString homeMobileCountryCode() const override { return fake.homeMcc; }
@@ -145,9 +149,6 @@ public:
             return fake.signal.value(of, -1);
         }
         QString networkName(NetworkMode of) const override { return fake.name.value(of); }
-
-    private:
-        FakeNetwork &fake;
     };
 };
 
@@ -166,12 +167,10 @@ public:
 
     int openCalls = 0;
 
-    class Source : public NetworkSession
+    class Source : public Told
     {
     public:
-        explicit Source(FakeSession &control)
-            : fake(control)
-        {}
+        using Told::Told;
         QList<NetworkConfiguration> allConfigurations() const override
         {
             return {defaultConfiguration()};
@@ -197,9 +196,6 @@ public:
             else
                 Q_EMIT error(*fake.failure);
         }
-
-    private:
-        FakeSession &fake;
     };
 
 private:
@@ -207,7 +203,7 @@ private:
     bool sessionOpen = false;
 };
 
-class FakeDevice
+class FakeDevice : public FakeComponent<FakeDevice, DeviceInfoSource>
 {
 public:
     QString imei = QStringLiteral("356938035643809");
@@ -217,13 +213,6 @@ public:
     QString model = QStringLiteral("Model");
     bool complete = true; ///< set it false before the code under test is made
 
-    std::unique_ptr<DeviceInfoSource> create()
-    {
-        auto made = std::make_unique<Source>(*this);
-        source = made.get();
-        return made;
-    }
-
     /// What was missing is there.
     void setComplete()
     {
@@ -231,25 +220,17 @@ public:
         Q_EMIT source->completed();
     }
 
-private:
-    class Source : public DeviceInfoSource
+    class Source : public Told
     {
     public:
-        explicit Source(const FakeDevice &control)
-            : fake(control)
-        {}
+        using Told::Told;
         QString imei() const override { return fake.imei; }
         QString imsi() const override { return fake.imsi; }
         QString manufacturer() const override { return fake.manufacturer; }
         QString productName() const override { return fake.productName; }
         QString model() const override { return fake.model; }
         bool isComplete() const override { return fake.complete; }
-
-    private:
-        const FakeDevice &fake;
     };
-
-    QPointer<DeviceInfoSource> source;
 };
 
 /// A device whose every value and signal is driven by the test. Lives longer than what is made from

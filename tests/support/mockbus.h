@@ -12,51 +12,30 @@
 #include <csignal>
 #include <map>
 #include <memory>
-
-/// A pair (ub), as modems tell their signal.
-struct Quality
-{
-    uint percent = 0;
-    bool recent = true;
-};
-inline QDBusArgument &operator<<(QDBusArgument &to, const Quality &value)
-{
-    to.beginStructure();
-    to << value.percent << value.recent;
-    to.endStructure();
-    return to;
-}
-inline const QDBusArgument &operator>>(const QDBusArgument &from, Quality &value)
-{
-    from.beginStructure();
-    from >> value.percent >> value.recent;
-    from.endStructure();
-    return from;
-}
-Q_DECLARE_METATYPE(Quality)
-
-/// The methods of a mocked object, a(ssss).
-struct MockMethod
-{
-    QString name, in, out, code;
-};
-inline QDBusArgument &operator<<(QDBusArgument &to, const MockMethod &value)
-{
-    to.beginStructure();
-    to << value.name << value.in << value.out << value.code;
-    to.endStructure();
-    return to;
-}
-inline const QDBusArgument &operator>>(const QDBusArgument &from, MockMethod &value)
-{
-    from.beginStructure();
-    from >> value.name >> value.in >> value.out >> value.code;
-    from.endStructure();
-    return from;
-}
-Q_DECLARE_METATYPE(MockMethod)
+#include <type_traits>
 
 using LocationMap = QMap<uint, QDBusVariant>;
+
+/// What a mocked object holds or is told; a literal is a text.
+template <typename Value>
+QVariant asVariant(const Value &value)
+{
+    if constexpr (std::is_array_v<Value> || std::is_pointer_v<Value>)
+        return QString::fromLatin1(value);
+    else
+        return QVariant::fromValue(value);
+}
+
+/// Names and values by turns.
+template <typename... Values>
+QVariantMap properties(const Values &...values)
+{
+    const QVariantList all{asVariant(values)...};
+    QVariantMap map;
+    for (qsizetype i = 0; i < all.size(); i += 2)
+        map.insert(all[i].toString(), all[i + 1]);
+    return map;
+}
 
 /// A message bus of our own with services that have the properties the test gives them
 /// (python3-dbusmock). start() is false where the tools are missing.
@@ -73,13 +52,9 @@ public:
 
     bool start()
     {
-        qDBusRegisterMetaType<Quality>();
+        using namespace Qt::StringLiterals;
         qDBusRegisterMetaType<LocationMap>();
-        qDBusRegisterMetaType<MockMethod>();
-        qDBusRegisterMetaType<QList<MockMethod>>();
-        daemon.start(QStringLiteral("dbus-daemon"),
-                     {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                      QStringLiteral("--print-address")});
+        daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
         if (!daemon.waitForReadyRead(limitMs))
             return false;
         address = QString::fromUtf8(daemon.readLine()).trimmed();
@@ -92,13 +67,32 @@ public:
     /// Starts @p service with one object and waits until it has its name.
     bool startService(const QString &service, const QString &path, const QString &interface)
     {
-        return start(service, {QStringLiteral("-m"), service, path, interface});
+        return startMock(service, {QStringLiteral("-m"), service, path, interface});
     }
-    /// Starts @p service as python3-dbusmock knows it by the name @p known.
-    bool startKnown(const QString &service, const QString &known, const QString &parameters)
+    /// Starts a service with these arguments of python3-dbusmock.
+    bool startMock(const QString &service, const QStringList &arguments)
     {
-        return start(service, {QStringLiteral("--template"), known, QStringLiteral("--parameters"),
-                               parameters});
+        using namespace Qt::StringLiterals;
+        auto process = std::make_unique<Service>();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
+        process->setProcessEnvironment(environment);
+        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process->setStandardOutputFile(QProcess::nullDevice());
+        // The interpreter that the package belongs to; another one may come first in the path.
+        process->start(u"/usr/bin/python3"_s,
+                       QStringList{u"-m"_s, u"dbusmock"_s, u"--session"_s} + arguments);
+        services[service] = std::move(process);
+        const QString daemonName = u"org.freedesktop.DBus"_s;
+        for (int tries = 0; tries < limitMs / pauseMs; ++tries) {
+            const QDBusMessage owned = call(daemonName, u"/org/freedesktop/DBus"_s, daemonName,
+                                            u"NameHasOwner"_s, {service});
+            if (owned.arguments().value(0).toBool())
+                return true;
+            if (services[service]->waitForFinished(pauseMs))
+                return false;
+        }
+        return false;
     }
     void stopService(const QString &service) { services.erase(service); }
     /// It keeps its name and says nothing any more.
@@ -108,47 +102,48 @@ public:
     }
 
     bool addObject(const QString &service, const QString &path, const QString &interface,
-                   const QVariantMap &properties)
+                   const QVariantMap &values)
     {
-        return mock(service, root(service), QStringLiteral("AddObject"),
-                    {path, interface, properties, QVariant::fromValue(QList<MockMethod>())});
+        const QString root = u'/' + QString(service).replace(u'.', u'/');
+        return mock(service, root, "AddObject", path, interface, values, QStringList());
     }
-    bool addProperties(const QString &service, const QString &path, const QString &interface,
-                       const QVariantMap &properties)
+    bool addMethod(const QString &service, const QString &path, const QString &interface,
+                   const QString &method, const char *in, const QString &out, const QString &python)
     {
-        return mock(service, path, QStringLiteral("AddProperties"), {interface, properties});
+        return mock(service, path, "AddMethod", interface, method, in, out, python);
     }
     /// Changes what is there and signals it.
     bool set(const QString &service, const QString &path, const QString &interface,
              const QString &property, const QVariant &value)
     {
-        return succeeded(call(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
-                              QStringLiteral("Set"),
-                              {interface, property, QVariant::fromValue(QDBusVariant(value))}));
+        return tell(service, path, QStringLiteral("org.freedesktop.DBus.Properties"), "Set",
+                    interface, property, QDBusVariant(value));
     }
-    QVariant get(const QString &service, const QString &path, const QString &interface,
-                 const QString &property) const
+    /// Tells a mocked object what to be.
+    template <typename... Arguments>
+    bool mock(const QString &service, const QString &path, const char *method,
+              const Arguments &...arguments)
+    {
+        return tell(service, path, QStringLiteral("org.freedesktop.DBus.Mock"), method,
+                    arguments...);
+    }
+    template <typename... Arguments>
+    bool tell(const QString &service, const QString &path, const QString &interface,
+              const char *method, const Arguments &...arguments)
     {
         const QDBusMessage reply =
-            call(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
-                 QStringLiteral("Get"), {interface, property});
-        return qvariant_cast<QDBusVariant>(reply.arguments().value(0)).variant();
+            call(service, path, interface, QString::fromLatin1(method), {asVariant(arguments)...});
+        if (reply.type() == QDBusMessage::ReplyMessage)
+            return true;
+        qWarning("%s", qPrintable(reply.errorMessage()));
+        return false;
     }
-    bool addMethod(const QString &service, const QString &path, const QString &interface,
-                   const MockMethod &method)
+    QDBusMessage call(const QString &service, const QString &path, const QString &interface,
+                      const QString &method, const QVariantList &arguments) const
     {
-        return mock(service, path, QStringLiteral("AddMethod"),
-                    {interface, method.name, method.in, method.out, method.code});
-    }
-    bool mock(const QString &service, const QString &path, const QString &method,
-              const QVariantList &arguments)
-    {
-        return tell(service, path, QStringLiteral("org.freedesktop.DBus.Mock"), method, arguments);
-    }
-    bool tell(const QString &service, const QString &path, const QString &interface,
-              const QString &method, const QVariantList &arguments)
-    {
-        return succeeded(call(service, path, interface, method, arguments));
+        QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
+        message.setArguments(arguments);
+        return connection().call(message);
     }
 
 private:
@@ -159,55 +154,12 @@ private:
     {
         ~Service() override { stop(*this); }
     };
-    bool start(const QString &service, const QStringList &arguments)
-    {
-        auto process = std::make_unique<Service>();
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
-        process->setProcessEnvironment(environment);
-        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process->setStandardOutputFile(QProcess::nullDevice());
-        QStringList all{QStringLiteral("-m"), QStringLiteral("dbusmock"),
-                        QStringLiteral("--session")};
-        all += arguments;
-        // The interpreter that the package belongs to; another one may come first in the path.
-        process->start(QStringLiteral("/usr/bin/python3"), all);
-        services[service] = std::move(process);
-        for (int tries = 0; tries < limitMs / pauseMs; ++tries) {
-            const QDBusMessage owned = call(
-                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"), {service});
-            if (owned.arguments().value(0).toBool())
-                return true;
-            if (services[service]->waitForFinished(pauseMs))
-                return false;
-        }
-        return false;
-    }
-    static bool succeeded(const QDBusMessage &reply)
-    {
-        if (reply.type() == QDBusMessage::ReplyMessage)
-            return true;
-        qWarning("%s", qPrintable(reply.errorMessage()));
-        return false;
-    }
     static void stop(QProcess &process)
     {
         process.kill();
         process.waitForFinished(limitMs);
     }
     static QString name() { return QStringLiteral("mock"); }
-    static QString root(const QString &service)
-    {
-        return u'/' + QString(service).replace(u'.', u'/');
-    }
-    QDBusMessage call(const QString &service, const QString &path, const QString &interface,
-                      const QString &method, const QVariantList &arguments) const
-    {
-        QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
-        message.setArguments(arguments);
-        return connection().call(message);
-    }
 
     QProcess daemon;
     QString address;

@@ -7,20 +7,16 @@ class MockPhone
 {
 public:
     static inline const QString modemService = QStringLiteral("org.freedesktop.ModemManager1");
-    static inline const QString modemPath =
-        QStringLiteral("/org/freedesktop/ModemManager1/Modem/0");
-    static inline const QString simPath = QStringLiteral("/org/freedesktop/ModemManager1/SIM/0");
+    static inline const QString managers = QStringLiteral("/org/freedesktop/ModemManager1");
+    static inline const QString modemPath = managers + QStringLiteral("/Modem/0");
     static inline const QString modem = modemService + QStringLiteral(".Modem");
     static inline const QString gpp = modem + QStringLiteral(".Modem3gpp");
     static inline const QString location = modem + QStringLiteral(".Location");
     static inline const QString signal = modem + QStringLiteral(".Signal");
     static inline const QString networkService = QStringLiteral("org.freedesktop.NetworkManager");
     static inline const QString networkPath = QStringLiteral("/org/freedesktop/NetworkManager");
-    static inline const QString active = networkService + QStringLiteral(".Connection.Active");
-    static inline const QString accessPoint = networkService + QStringLiteral(".AccessPoint");
     static inline const QString mobilePath = networkPath + QStringLiteral("/ActiveConnection/1");
     static inline const QString wlanPath = networkPath + QStringLiteral("/ActiveConnection/2");
-    static inline const QString cafePath = networkPath + QStringLiteral("/AccessPoint/1");
 
     explicit MockPhone(MockBus &onBus)
         : bus(onBus)
@@ -30,99 +26,86 @@ public:
     {
         return bus.startService(modemService, managers, modemService) && addModem(modemPath) &&
                bus.addObject(modemService, simPath, modemService + QStringLiteral(".Sim"),
-                             {{QStringLiteral("Imsi"), QStringLiteral("228011234567890")},
-                              {QStringLiteral("OperatorIdentifier"), QStringLiteral("22801")}});
+                             properties("Imsi", "228011234567890", "OperatorIdentifier", "22801"));
     }
 
     bool addModem(const QString &path)
     {
-        return bus.addObject(
-                   modemService, path, modem,
-                   {{QStringLiteral("State"), 11},
-                    {QStringLiteral("Sim"), QVariant::fromValue(QDBusObjectPath(simPath))},
-                    {QStringLiteral("EquipmentIdentifier"), QStringLiteral("A1")},
-                    {QStringLiteral("Manufacturer"), QStringLiteral("Maker")},
-                    {QStringLiteral("Model"), QStringLiteral("Modem 7")},
-                    {QStringLiteral("AccessTechnologies"), 1U << 14},
-                    {QStringLiteral("SignalQuality"), QVariant::fromValue(Quality{71})}}) &&
-               bus.addProperties(modemService, path, gpp,
-                                 {{QStringLiteral("RegistrationState"), 5U},
-                                  {QStringLiteral("Imei"), QStringLiteral("356938035643809")},
-                                  {QStringLiteral("OperatorCode"), QStringLiteral("310026")},
-                                  {QStringLiteral("OperatorName"), QStringLiteral("Abroad")}}) &&
-               bus.addProperties(modemService, path, location,
-                                 {{QStringLiteral("Capabilities"), 3U},
-                                  {QStringLiteral("Enabled"), 1U},
-                                  {QStringLiteral("SignalsLocation"), true},
-                                  {QStringLiteral("Location"),
-                                   at(QStringLiteral("310,026,FFFE,002AF101,00F1E2"))}}) &&
-               bus.addProperties(
-                   modemService, path, signal,
-                   {{QStringLiteral("Rate"), 5U},
-                    {QStringLiteral("Lte"), QVariantMap{{QStringLiteral("rsrp"), -97.0},
-                                                        {QStringLiteral("rsrq"), -11.5},
-                                                        {QStringLiteral("snr"), 8.0}}}});
+        const auto add = [&](const QString &interface, const QVariantMap &values) {
+            return bus.mock(modemService, path, "AddProperties", interface, values);
+        };
+        return bus.addObject(modemService, path, modem,
+                             properties("State", 11, "Sim", QDBusObjectPath(simPath),
+                                        "EquipmentIdentifier", "A1", "Manufacturer", "Maker",
+                                        "Model", "Modem 7", "AccessTechnologies", 1U << 14,
+                                        "SignalQuality", quality(71))) &&
+               add(gpp, properties("RegistrationState", 5U, "Imei", "356938035643809",
+                                   "OperatorCode", "310026", "OperatorName", "Abroad")) &&
+               add(location,
+                   properties("Capabilities", 3U, "Enabled", 1U, "SignalsLocation", true,
+                              "Location", at(QStringLiteral("310,026,FFFE,002AF101,00F1E2")))) &&
+               add(signal, properties("Rate", 5U, "Lte",
+                                      properties("rsrp", -97.0, "rsrq", -11.5, "snr", 8.0)));
     }
 
     bool removeModem()
     {
-        return bus.mock(modemService, managers, QStringLiteral("RemoveObject"), {modemPath}) &&
-               announce();
+        return bus.mock(modemService, managers, "RemoveObject", modemPath) && announce();
     }
     /// Says that modems have come or gone.
     bool announce()
     {
-        return bus.mock(modemService, managers, QStringLiteral("EmitSignal"),
-                        {QStringLiteral("org.freedesktop.DBus.ObjectManager"),
-                         QStringLiteral("InterfacesRemoved"), QStringLiteral("oas"),
-                         QVariantList{pathValue(modemPath), QStringList{modem}}});
+        return bus.mock(modemService, managers, "EmitSignal", "org.freedesktop.DBus.ObjectManager",
+                        "InterfacesRemoved", "oas",
+                        QVariantList{asVariant(QDBusObjectPath(modemPath)), QStringList{modem}});
     }
 
     bool startNetwork()
     {
+        const QString cafe = networkPath + QStringLiteral("/AccessPoint/1");
+        const auto connect = [&](const QString &path, const char *type, const QString &point) {
+            return bus.addObject(
+                networkService, path, networkService + QStringLiteral(".Connection.Active"),
+                properties("State", 2U, "Type", type, "SpecificObject", QDBusObjectPath(point)));
+        };
         return bus.startService(networkService, networkPath, networkService) &&
-               bus.addProperties(networkService, networkPath, networkService,
-                                 {{QStringLiteral("PrimaryConnection"), pathValue(mobilePath)},
-                                  {QStringLiteral("PrimaryConnectionType"), QStringLiteral("gsm")},
-                                  {QStringLiteral("State"), 70U},
-                                  {QStringLiteral("Metered"), 3U},
-                                  {QStringLiteral("Connectivity"), 4U}}) &&
-               addConnection(mobilePath, QStringLiteral("gsm"), QStringLiteral("/")) &&
-               addConnection(wlanPath, QStringLiteral("802-11-wireless"), cafePath) &&
-               bus.addObject(networkService, cafePath, accessPoint,
-                             {{QStringLiteral("Ssid"), QByteArray("Caf\xc3\xa9\n")},
-                              {QStringLiteral("Strength"), QVariant::fromValue(uchar{64})}});
+               bus.mock(networkService, networkPath, "AddProperties", networkService,
+                        properties("PrimaryConnection", QDBusObjectPath(mobilePath),
+                                   "PrimaryConnectionType", "gsm", "State", 70U, "Metered", 3U,
+                                   "Connectivity", 4U)) &&
+               connect(mobilePath, "gsm", QStringLiteral("/")) &&
+               connect(wlanPath, "802-11-wireless", cafe) &&
+               bus.addObject(
+                   networkService, cafe, networkService + QStringLiteral(".AccessPoint"),
+                   properties("Ssid", QByteArray("Caf\xc3\xa9\n"), "Strength", uchar{64}));
     }
 
     /// Traffic leaves by @p connection; "/" is none.
     bool leaveBy(const QString &connection)
     {
         return bus.set(networkService, networkPath, networkService,
-                       QStringLiteral("PrimaryConnection"), pathValue(connection));
+                       QStringLiteral("PrimaryConnection"), asVariant(QDBusObjectPath(connection)));
     }
     bool set(const QString &interface, const QString &name, const QVariant &value)
     {
         return bus.set(modemService, modemPath, interface, name, value);
     }
-    static QVariant at(const QString &cell)
+    static QVariant at(const QString &fields)
     {
-        return QVariant::fromValue(LocationMap{{1U, QDBusVariant(cell)}});
+        return asVariant(LocationMap{{1U, QDBusVariant(fields)}});
+    }
+    /// A pair (ub), as modems tell their signal.
+    static QVariant quality(uint percent)
+    {
+        QDBusArgument pair;
+        pair.beginStructure();
+        pair << percent << true;
+        pair.endStructure();
+        return asVariant(pair);
     }
 
 private:
-    static inline const QString managers = QStringLiteral("/org/freedesktop/ModemManager1");
-
-    static QVariant pathValue(const QString &path)
-    {
-        return QVariant::fromValue(QDBusObjectPath(path));
-    }
-    bool addConnection(const QString &path, const QString &type, const QString &specific)
-    {
-        return bus.addObject(networkService, path, active,
-                             {{QStringLiteral("State"), 2U},
-                              {QStringLiteral("Type"), type},
-                              {QStringLiteral("SpecificObject"), pathValue(specific)}});
-    }
+    static inline const QString simPath = managers + QStringLiteral("/SIM/0");
 
     MockBus &bus;
 };
