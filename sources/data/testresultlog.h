@@ -37,8 +37,8 @@ public:
     QString getPhasename() const { return phasename; }
     QString getConnectionType() const { return connectionType; } ///< network mode code
     double getSignalStrength() const { return signalStrength; }  ///< percent, -1 when unknown
-    qlonglong getCellId() const { return cellId; } ///< up to 36 bits, 0 when unknown
-    qlonglong getRTT() const { return rtt; } ///< ns, -1 when the connect failed
+    qlonglong getCellId() const { return cellId; }               ///< up to 36 bits, 0 when unknown
+    qlonglong getRTT() const { return rtt; }                     ///< ns, -1 when the connect failed
 
     /// The "<LogEntry>" element of the report. Round-trip time in whole microseconds (a failed
     /// connect is 0), positions with six decimals.
