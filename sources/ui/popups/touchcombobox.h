@@ -2,9 +2,9 @@
 
 #include <QComboBox>
 
-/// A combo box whose list opens at the box in every shell. In a view that turns or scales the
-/// window the toolkit would measure the list against the unturned screen and shift it away from the
-/// box, and rows as high as a finger needs.
+/// A combo box with rows as high as a finger needs, whose list opens at the box in every shell. In
+/// a view that turns or scales the window the toolkit would measure the list against the unturned
+/// screen and shift it away from the box.
 class TouchComboBox : public QComboBox
 {
     Q_OBJECT
