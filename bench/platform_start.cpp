@@ -19,6 +19,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int repetitions = 9;
@@ -47,8 +49,9 @@ double measure(const QString &kind, const QString &busAddress)
     process.setProcessEnvironment(environment);
     for (int i = 0; i < repetitions; ++i) {
         process.start(QCoreApplication::applicationFilePath(), {kind});
-        if (!process.waitForFinished(limitMs))
+        if (!process.waitForFinished(limitMs)) {
             qFatal("no answer");
+        }
         times.push_back(process.readAllStandardOutput().toDouble());
     }
     std::sort(times.begin(), times.end());
@@ -56,6 +59,10 @@ double measure(const QString &kind, const QString &busAddress)
 }
 
 } // namespace
+
+} // namespace velometer
+
+using namespace velometer;
 
 int main(int argc, char *argv[])
 {
@@ -67,8 +74,9 @@ int main(int argc, char *argv[])
     }
     const QString nowhere = u"unix:path=/nowhere"_s;
     MockBus bus;
-    if (!bus.start())
+    if (!bus.start()) {
         qFatal("python3-dbusmock or dbus-daemon is missing");
+    }
     const double none = measure(u"none"_s, nowhere);
     const auto print = [&](const char *name, double ms) {
         std::printf("%-32s %8.1f ms %8.1f ms more\n", name, ms, ms - none);
@@ -77,8 +85,9 @@ int main(int argc, char *argv[])
     print("no bus", measure(u"system"_s, nowhere));
     print("a bus without services", measure(u"system"_s, bus.busAddress()));
     MockPhone phone(bus);
-    if (!phone.startModem() || !phone.startNetwork())
+    if (!phone.startModem() || !phone.startNetwork()) {
         qFatal("no phone");
+    }
     print("a phone", measure(u"system"_s, bus.busAddress()));
     return 0;
 }

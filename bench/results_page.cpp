@@ -23,6 +23,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int few = 100;
@@ -59,8 +61,9 @@ void fill(int count)
                                    mobile ? u"Mobile(LTE)"_s : u"WLAN"_s,
                                    u"Outdoor"_s,
                                    u"speed-zh.example"_s};
-        for (int i = 0; i < std::ssize(values); ++i)
+        for (int i = 0; i < std::ssize(values); ++i) {
             test.bindValue(i, values[i]);
+        }
         test.exec();
         for (int i = 0; i < detailsPerTest; ++i) {
             detail.bindValue(0, id);
@@ -78,8 +81,9 @@ void fill(int count)
 double residentMiB()
 {
     QFile file(u"/proc/self/statm"_s);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
         return 0;
+    }
     const double pages = file.readAll().split(' ').value(1).toDouble();
     return pages * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
 }
@@ -112,8 +116,9 @@ Figures measure(MainWindow &window)
     for (int i = 0; i < repetitions; ++i) {
         timer.start();
         window.showResultsTab();
-        while (!list->isVisible())
+        while (!list->isVisible()) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
         QCoreApplication::processEvents();
         opened.push_back(elapsed());
         timer.start();
@@ -152,18 +157,25 @@ void print(int tests, const Figures &figures)
 
 } // namespace
 
+} // namespace velometer
+
+using namespace velometer;
+
 int main(int argc, char **argv)
 {
     const QTemporaryDir directory;
-    for (const char *variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+    for (const char *variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
         qputenv(variable, QFile::encodeName(directory.path()));
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    }
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     QApplication application(argc, argv);
     QFile style(u":/velometerres/velometer.qss"_s);
-    if (style.open(QIODevice::ReadOnly))
+    if (style.open(QIODevice::ReadOnly)) {
         application.setStyleSheet(QString::fromUtf8(style.readAll()));
+    }
     DatabaseManager::database_path = directory.path();
 
     FakePlatform platform;
@@ -171,8 +183,9 @@ int main(int argc, char **argv)
         MainWindow window(platform);
         window.resize(MainWindow::designSize);
         window.show();
-        while (!window.findChild<ResultsTab *>())
+        while (!window.findChild<ResultsTab *>()) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
         QCoreApplication::processEvents();
 
         std::printf("%8s %12s %12s %12s %12s %8s %12s\n", "tests", "opened ms", "built ms",

@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Thrown inside this file only: one sentence about what the user wrote.
@@ -143,3 +145,5 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
         return End{.status = 2, .text = misuse.sentence + u'\n'};
     }
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 #include <variant>
 
+namespace velometer {
+
 /// The command line of velometer-service.
 class CommandLine
 {
@@ -27,3 +29,5 @@ public:
     /// @p arguments begin with the program's name. Reads the deployment file for the salt.
     static std::variant<Start, End> parse(const QStringList &arguments);
 };
+
+} // namespace velometer

@@ -10,6 +10,8 @@
 #include <pthread.h>
 #include <sys/stat.h>
 
+using namespace velometer;
+
 int main(int argc, char *argv[])
 {
     // Blocked before any thread exists: all of them inherit it, and sigwait below is the one

@@ -33,6 +33,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int settleMs = 700;
@@ -71,8 +73,9 @@ const Example examples[] = {
 bool run(const QString &statement)
 {
     QSqlQuery query(QSqlDatabase::database());
-    if (query.exec(statement))
+    if (query.exec(statement)) {
         return true;
+    }
     std::fprintf(stderr, "%s\n", qPrintable(query.lastError().text()));
     return false;
 }
@@ -114,8 +117,9 @@ bool fill()
                 u",'%1',5,120,8,12,17)"_s.arg(QString::fromLatin1(each.server)));
         TestDetails details(nullptr, static_cast<qlonglong>(id));
         const auto figure = [&](const QString &key, double value) {
-            if (value > 0)
+            if (value > 0) {
                 details.putLong(key, static_cast<qlonglong>(value));
+            }
         };
         figure(u"downloadAverage"_s, each.download);
         figure(u"downloadMaximum"_s, each.download * 1.09);
@@ -183,8 +187,9 @@ public:
     {
         const auto all = window.findChildren<QAbstractButton *>(name);
         for (QAbstractButton *each : all) {
-            if (each->isVisible())
+            if (each->isVisible()) {
                 return each->click();
+            }
         }
         std::fprintf(stderr, "no button %s\n", qPrintable(name));
         failed = true;
@@ -207,10 +212,12 @@ void showRunningTest(MainWindow &window)
     window.setDownloadText(u"38412 kBit/s"_s);
     const IntervalTable download = wander(38'412'000);
     const IntervalTable upload = wander(14'980'000);
-    for (int i = 0; i < 70; ++i)
+    for (int i = 0; i < 70; ++i) {
         window.setThroughput(1, i, download.value(i));
-    for (int i = 0; i < 44; ++i)
+    }
+    for (int i = 0; i < 44; ++i) {
         window.setThroughput(2, i, upload.value(i));
+    }
     window.setStatus(TestController::tr("testphase_upload"));
     window.setProgress(4400, 7000);
 }
@@ -256,6 +263,10 @@ void takeAll(MainWindow &window, Camera &camera)
 
 } // namespace
 
+} // namespace velometer
+
+using namespace velometer;
+
 int main(int argc, char *argv[])
 {
     qputenv("TZ", "UTC");
@@ -279,10 +290,12 @@ int main(int argc, char *argv[])
     Deployment::setCurrent(deployment);
     const QTemporaryDir store;
     DatabaseManager::database_path = store.path();
-    if (!gDB->openDB() || !fill())
+    if (!gDB->openDB() || !fill()) {
         return 1;
-    for (const auto &key : {u"CostWarning"_s, u"TestServer.Hostname"_s})
+    }
+    for (const auto &key : {u"CostWarning"_s, u"TestServer.Hostname"_s}) {
         Utils::setSettingsValue(key, QString());
+    }
     application.setStyleSheet(Utils::readFile(u":/velometerres/velometer.qss"_s));
 
     const auto platform = Platform::system();

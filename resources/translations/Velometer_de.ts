@@ -2,7 +2,7 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_CH" sourcelanguage="en">
 <context>
-    <name>AboutTab</name>
+    <name>velometer::AboutTab</name>
     <message>
         <source>About this program</source>
         <translation>Über dieses Programm</translation>
@@ -361,7 +361,7 @@ Beispiele:
     </message>
 </context>
 <context>
-    <name>DetailsWindow</name>
+    <name>velometer::DetailsWindow</name>
     <message>
         <source>Please Wait ...</source>
         <translation>Bitte warten ...</translation>
@@ -564,7 +564,7 @@ Beispiele:
     </message>
 </context>
 <context>
-    <name>DeviceContext</name>
+    <name>velometer::DeviceContext</name>
     <message>
         <source>Network mode</source>
         <translation>Netzmodus</translation>
@@ -763,21 +763,21 @@ Beispiele:
     </message>
 </context>
 <context>
-    <name>ErrorPopup</name>
+    <name>velometer::ErrorPopup</name>
     <message>
         <source>OK</source>
         <translation>OK</translation>
     </message>
 </context>
 <context>
-    <name>GeoMap</name>
+    <name>velometer::GeoMap</name>
     <message>
         <source>(c) OpenStreetMap contributors</source>
         <translation>© OpenStreetMap-Mitwirkende</translation>
     </message>
 </context>
 <context>
-    <name>GeoMapTab</name>
+    <name>velometer::GeoMapTab</name>
     <message>
         <source>No test has a position yet.</source>
         <translation>Noch kein Test hat eine Position.</translation>
@@ -811,7 +811,7 @@ Beispiele:
     </message>
 </context>
 <context>
-    <name>LinksTab</name>
+    <name>velometer::LinksTab</name>
     <message>
         <source>Webseite mit Details zu 
 meinen Resultaten öffnen</source>
@@ -838,7 +838,7 @@ orvak verfassen</translation>
     </message>
 </context>
 <context>
-    <name>LocationPopup</name>
+    <name>velometer::LocationPopup</name>
     <message>
         <source>Your current Location:</source>
         <translation>Wo sind Sie?</translation>
@@ -869,7 +869,7 @@ orvak verfassen</translation>
     </message>
 </context>
 <context>
-    <name>MainWindow</name>
+    <name>velometer::MainWindow</name>
     <message>
         <source>VeloMeter</source>
         <translation>VeloMeter</translation>
@@ -988,7 +988,7 @@ orvak verfassen</translation>
     </message>
 </context>
 <context>
-    <name>NavigationBar</name>
+    <name>velometer::NavigationBar</name>
     <message>
         <source>Test page</source>
         <translation>Seite «Test»</translation>
@@ -1031,7 +1031,7 @@ orvak verfassen</translation>
     </message>
 </context>
 <context>
-    <name>NumberOfMeasurementsPopup</name>
+    <name>velometer::NumberOfMeasurementsPopup</name>
     <message>
         <source>Anzahl Messungen:</source>
         <translation>Anzahl Messungen:</translation>
@@ -1131,7 +1131,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>PageHeader</name>
+    <name>velometer::PageHeader</name>
     <message>
         <source>Web site of the maker</source>
         <translation>Webseite des Herstellers</translation>
@@ -1160,7 +1160,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>Program</name>
+    <name>velometer::Program</name>
     <message>
         <source>Standard output cannot be written: %1.</source>
         <translation>Die Standardausgabe lässt sich nicht schreiben: %1.</translation>
@@ -1199,7 +1199,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>ResultsTab</name>
+    <name>velometer::ResultsTab</name>
     <message>
         <source>Please Wait ...</source>
         <translation>Bitte warten ...</translation>
@@ -1229,7 +1229,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>SettingsTab</name>
+    <name>velometer::SettingsTab</name>
     <message>
         <source>Start New Test Series</source>
         <translation>Neue Testserie beginnen</translation>
@@ -1268,7 +1268,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>TestController</name>
+    <name>velometer::TestController</name>
     <message>
         <source>testphase_init</source>
         <translation>Test wird vorbereitet</translation>
@@ -1327,14 +1327,14 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>TestDetails</name>
+    <name>velometer::TestDetails</name>
     <message>
         <source>n/a</source>
         <translation>k. A.</translation>
     </message>
 </context>
 <context>
-    <name>TestResultWidget</name>
+    <name>velometer::TestResultWidget</name>
     <message>
         <source>na</source>
         <translation>k. A.</translation>
@@ -1345,7 +1345,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>TestRunner</name>
+    <name>velometer::TestRunner</name>
     <message>
         <source>download</source>
         <translation>Download</translation>
@@ -1424,7 +1424,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>TestServerTable</name>
+    <name>velometer::TestServerTable</name>
     <message>
         <source>Zürich</source>
         <translation>Zürich</translation>
@@ -1467,7 +1467,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>TestTab</name>
+    <name>velometer::TestTab</name>
     <message>
         <source>Location:</source>
         <translation>Ort:</translation>
@@ -1617,7 +1617,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>ThroughputPlot</name>
+    <name>velometer::ThroughputPlot</name>
     <message>
         <source>Throughput over time</source>
         <translation>Durchsatz im Zeitverlauf</translation>
@@ -1636,7 +1636,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>Utils</name>
+    <name>velometer::Utils</name>
     <message>
         <source>conntypeMobile</source>
         <translation>Mobile</translation>
@@ -1739,14 +1739,14 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>WaitingPopup</name>
+    <name>velometer::WaitingPopup</name>
     <message>
         <source>Please Wait ...</source>
         <translation>Bitte warten ...</translation>
     </message>
 </context>
 <context>
-    <name>WarningPopup</name>
+    <name>velometer::WarningPopup</name>
     <message>
         <source>OK</source>
         <translation>OK</translation>

@@ -3,6 +3,8 @@
 #include <string_view>
 #include <utility>
 
+namespace velometer {
+
 namespace {
 
 std::string_view reason(int status)
@@ -38,3 +40,5 @@ std::string Answer::toBytes() const
         "\r\nX-Content-Type-Options: nosniff\r\nConnection: close\r\n" + headers + "\r\n" + body;
     return bytes;
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <string>
 
+namespace velometer {
+
 /// One complete answer to a control request.
 struct Answer
 {
@@ -16,3 +18,5 @@ struct Answer
     /// The bytes for the wire: HTTP/1.1, Content-Length, Connection: close.
     std::string toBytes() const;
 };
+
+} // namespace velometer

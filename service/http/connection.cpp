@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace velometer {
+
 namespace asio = boost::asio;
 using namespace std::chrono_literals;
 
@@ -27,46 +29,46 @@ asio::ip::address unmapped(const asio::ip::address &address)
 
 } // namespace
 
-Connection::Connection(asio::ip::tcp::socket socket)
-    : m_socket(std::move(socket))
-    , m_timer(m_socket.get_executor())
+Connection::Connection(asio::ip::tcp::socket accepted)
+    : socket(std::move(accepted))
+    , timer(socket.get_executor())
 {
     // A peer that is gone already leaves the unspecified address; reading will tell.
     boost::system::error_code error;
-    m_peer = unmapped(m_socket.remote_endpoint(error).address());
-    m_local = unmapped(m_socket.local_endpoint(error).address());
-    m_socket.set_option(asio::ip::tcp::no_delay(true), error);
+    peer = unmapped(socket.remote_endpoint(error).address());
+    local = unmapped(socket.local_endpoint(error).address());
+    socket.set_option(asio::ip::tcp::no_delay(true), error);
 }
 
 void Connection::expireAt(Clock::time_point moment)
 {
-    m_expired = false;
-    ++m_deadline;
-    m_timer.expires_at(moment);
-    m_timer.async_wait([weak = weak_from_this(), deadline = m_deadline](const auto &error) {
+    expired = false;
+    ++deadline;
+    timer.expires_at(moment);
+    timer.async_wait([weak = weak_from_this(), expected = deadline](const auto &error) {
         // An expiry that was queued already when its deadline was replaced carries an old number.
         const auto self = weak.lock();
-        if (error || !self || self->m_deadline != deadline) {
+        if (error || !self || self->deadline != expected) {
             return;
         }
-        self->m_expired = true;
+        self->expired = true;
         boost::system::error_code ignored;
-        self->m_socket.cancel(ignored);
+        self->socket.cancel(ignored);
     });
 }
 
 asio::awaitable<Connection::Head> Connection::readHead()
 {
     constexpr std::string_view end = "\r\n\r\n";
-    while (!m_expired) {
-        const auto [error, count] = co_await m_socket.async_read_some(
-            asio::buffer(m_buffer.data() + m_filled, m_buffer.size() - m_filled), quietly);
+    while (!expired) {
+        const auto [error, count] = co_await socket.async_read_some(
+            asio::buffer(buffer.data() + filled, buffer.size() - filled), quietly);
         if (error) {
             break;
         }
-        const std::string_view text(m_buffer.data(), m_filled + count);
-        const auto found = text.find(end, m_filled < end.size() ? 0 : m_filled - end.size());
-        m_filled = text.size();
+        const std::string_view text(buffer.data(), filled + count);
+        const auto found = text.find(end, filled < end.size() ? 0 : filled - end.size());
+        filled = text.size();
         const auto head = text.substr(0, found);
         if (std::ranges::any_of(head, [](char c) {
                 return static_cast<unsigned char>(c) < 0x20 && c != '\r' && c != '\n' && c != '\t';
@@ -74,11 +76,11 @@ asio::awaitable<Connection::Head> Connection::readHead()
             co_return Head::Malformed;
         }
         if (found != std::string_view::npos) {
-            m_headSize = found + end.size();
-            m_headDone = true;
+            headSize = found + end.size();
+            headDone = true;
             co_return Head::Complete;
         }
-        if (m_filled == m_buffer.size()) {
+        if (filled == buffer.size()) {
             co_return Head::TooLarge;
         }
     }
@@ -87,29 +89,28 @@ asio::awaitable<Connection::Head> Connection::readHead()
 
 asio::awaitable<bool> Connection::write(std::string_view bytes)
 {
-    if (m_expired) {
+    if (expired) {
         co_return false;
     }
-    const auto [error, count] = co_await asio::async_write(m_socket, asio::buffer(bytes), quietly);
+    const auto [error, count] = co_await asio::async_write(socket, asio::buffer(bytes), quietly);
     co_return !error;
 }
 
 asio::awaitable<void> Connection::finish()
 {
     boost::system::error_code ignored;
-    m_socket.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
+    socket.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
     expireAt(Clock::now() + drainTime);
     std::size_t drained = 0;
     bool closedByPeer = false;
-    while (!m_expired && !closedByPeer && drained < drainBytes) {
-        const auto [error, count] =
-            co_await m_socket.async_read_some(asio::buffer(m_buffer), quietly);
+    while (!expired && !closedByPeer && drained < drainBytes) {
+        const auto [error, count] = co_await socket.async_read_some(asio::buffer(buffer), quietly);
         drained += count;
         closedByPeer = static_cast<bool>(error) && error != asio::error::operation_aborted;
     }
     if (closedByPeer) {
         // A peer that merely ended its sending still gets what is on its way.
-        m_socket.close(ignored);
+        socket.close(ignored);
     }
     drop();
 }
@@ -118,25 +119,27 @@ void Connection::drop()
 {
     // Without the reset, data that nobody fetches would stay in the kernel for minutes.
     boost::system::error_code ignored;
-    if (m_socket.is_open()) {
-        m_socket.set_option(asio::socket_base::linger(true, 0), ignored);
-        m_socket.close(ignored);
+    if (socket.is_open()) {
+        socket.set_option(asio::socket_base::linger(true, 0), ignored);
+        socket.close(ignored);
     }
-    m_timer.cancel();
-    m_expired = true;
-    ++m_deadline;
+    timer.cancel();
+    expired = true;
+    ++deadline;
 }
 
 void Connection::abort()
 {
-    asio::post(m_socket.get_executor(), [self = shared_from_this()] { self->drop(); });
+    asio::post(socket.get_executor(), [self = shared_from_this()] { self->drop(); });
 }
 
 void Connection::abortIfIdle()
 {
-    asio::post(m_socket.get_executor(), [self = shared_from_this()] {
-        if (!self->m_headDone) {
+    asio::post(socket.get_executor(), [self = shared_from_this()] {
+        if (!self->headDone) {
             self->drop();
         }
     });
 }
+
+} // namespace velometer

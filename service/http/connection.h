@@ -13,6 +13,8 @@
 #include <span>
 #include <string_view>
 
+namespace velometer {
+
 /// One accepted connection: its socket, the buffer its request's head is read into, and the one
 /// deadline that bounds whatever is waited for. All members but abort() and abortIfIdle() belong on
 /// the socket's strand. Held by the coroutine that serves it.
@@ -21,31 +23,31 @@ class Connection : public std::enable_shared_from_this<Connection>
 public:
     using Clock = std::chrono::steady_clock;
 
-    explicit Connection(boost::asio::ip::tcp::socket socket);
+    explicit Connection(boost::asio::ip::tcp::socket accepted);
 
-    boost::asio::ip::tcp::socket &socket() { return m_socket; }
-    boost::asio::any_io_executor executor() { return m_socket.get_executor(); }
+    boost::asio::ip::tcp::socket &getSocket() { return socket; }
+    boost::asio::any_io_executor executor() { return socket.get_executor(); }
 
     /// Addresses at the time of accepting; an IPv4 address mapped into IPv6 is given as IPv4.
-    const boost::asio::ip::address &peer() const { return m_peer; }
-    const boost::asio::ip::address &local() const { return m_local; }
+    const boost::asio::ip::address &getPeer() const { return peer; }
+    const boost::asio::ip::address &getLocal() const { return local; }
 
     /// From @p moment on every operation on the socket, pending or started later, ends with an
-    /// error that expired() explains. Replaces the deadline before.
+    /// error that isExpired() explains. Replaces the deadline before.
     void expireAt(Clock::time_point moment);
-    bool expired() const { return m_expired; }
+    bool isExpired() const { return expired; }
 
     enum class Head { Complete, TooLarge, Malformed, Gone };
 
     /// Reads until the head is complete; head() and rest() are valid afterwards.
     boost::asio::awaitable<Head> readHead();
-    std::string_view head() const { return {m_buffer.data(), m_headSize}; }
+    std::string_view head() const { return {buffer.data(), headSize}; }
 
     /// What arrived together with the head: the beginning of the body.
-    std::string_view rest() const { return {m_buffer.data() + m_headSize, m_filled - m_headSize}; }
+    std::string_view rest() const { return {buffer.data() + headSize, filled - headSize}; }
 
     /// The head's buffer, free for other use once the head has been parsed and the rest taken.
-    std::span<char> scratch() { return m_buffer; }
+    std::span<char> scratch() { return buffer; }
 
     /// Writes all of @p bytes under the deadline in force; false when the peer is gone.
     boost::asio::awaitable<bool> write(std::string_view bytes);
@@ -61,14 +63,16 @@ public:
 private:
     void drop();
 
-    boost::asio::ip::tcp::socket m_socket;
-    boost::asio::steady_timer m_timer;
-    boost::asio::ip::address m_peer;
-    boost::asio::ip::address m_local;
-    std::array<char, maxHeadBytes> m_buffer;
-    std::size_t m_filled = 0;
-    std::size_t m_headSize = 0;
-    std::uint64_t m_deadline = 0; ///< number of the deadline in force
-    bool m_expired = false;
-    bool m_headDone = false;
+    boost::asio::ip::tcp::socket socket;
+    boost::asio::steady_timer timer;
+    boost::asio::ip::address peer;
+    boost::asio::ip::address local;
+    std::array<char, maxHeadBytes> buffer;
+    std::size_t filled = 0;
+    std::size_t headSize = 0;
+    std::uint64_t deadline = 0; ///< number of the deadline in force
+    bool expired = false;
+    bool headDone = false;
 };
+
+} // namespace velometer

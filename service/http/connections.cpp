@@ -2,54 +2,58 @@
 
 #include "http/connection.h"
 
-Connections::Connections(int perAddress)
-    : m_perAddress(perAddress)
+namespace velometer {
+
+Connections::Connections(int mostPerAddress)
+    : perAddress(mostPerAddress)
 {}
 
 Connections::Entry Connections::enter(const std::shared_ptr<Connection> &connection)
 {
-    const std::lock_guard lock(m_mutex);
-    int &count = m_counts[Subscriber::of(connection->peer())];
-    if (count >= 2 * m_perAddress) {
+    const std::lock_guard lock(mutex);
+    int &count = counts[Subscriber::of(connection->getPeer())];
+    if (count >= 2 * perAddress) {
         return Entry::Dropped;
     }
-    m_connections.insert(connection);
-    return ++count > m_perAddress ? Entry::Refused : Entry::Served;
+    connections.insert(connection);
+    return ++count > perAddress ? Entry::Refused : Entry::Served;
 }
 
 void Connections::leave(const std::shared_ptr<Connection> &connection)
 {
-    const std::lock_guard lock(m_mutex);
-    if (m_connections.erase(connection) == 0) {
+    const std::lock_guard lock(mutex);
+    if (connections.erase(connection) == 0) {
         return;
     }
-    const auto count = m_counts.find(Subscriber::of(connection->peer()));
+    const auto count = counts.find(Subscriber::of(connection->getPeer()));
     if (--count->second == 0) {
-        m_counts.erase(count);
+        counts.erase(count);
     }
-    if (m_connections.empty()) {
-        m_empty.notify_all();
+    if (connections.empty()) {
+        empty.notify_all();
     }
 }
 
 void Connections::abortIdle()
 {
-    const std::lock_guard lock(m_mutex);
-    for (const auto &connection : m_connections) {
+    const std::lock_guard lock(mutex);
+    for (const auto &connection : connections) {
         connection->abortIfIdle();
     }
 }
 
 void Connections::abortAll()
 {
-    const std::lock_guard lock(m_mutex);
-    for (const auto &connection : m_connections) {
+    const std::lock_guard lock(mutex);
+    for (const auto &connection : connections) {
         connection->abort();
     }
 }
 
 bool Connections::waitUntilEmpty(std::chrono::milliseconds time)
 {
-    std::unique_lock lock(m_mutex);
-    return m_empty.wait_for(lock, time, [this] { return m_connections.empty(); });
+    std::unique_lock lock(mutex);
+    return empty.wait_for(lock, time, [this] { return connections.empty(); });
 }
+
+} // namespace velometer

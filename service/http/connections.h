@@ -9,6 +9,8 @@
 #include <mutex>
 #include <unordered_set>
 
+namespace velometer {
+
 class Connection;
 
 /// All open connections, counted per address. Safe from every thread.
@@ -34,9 +36,11 @@ public:
     bool waitUntilEmpty(std::chrono::milliseconds time);
 
 private:
-    const int m_perAddress;
-    std::mutex m_mutex;
-    std::condition_variable m_empty;
-    std::unordered_set<std::shared_ptr<Connection>> m_connections;
-    std::map<Subscriber, int> m_counts;
+    const int perAddress;
+    std::mutex mutex;
+    std::condition_variable empty;
+    std::unordered_set<std::shared_ptr<Connection>> connections;
+    std::map<Subscriber, int> counts;
 };
+
+} // namespace velometer

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+namespace velometer {
+
 namespace asio = boost::asio;
 using namespace std::chrono_literals;
 
@@ -81,10 +83,10 @@ asio::awaitable<MaybeAnswer> userId(Connection &connection, const Request &reque
 
 asio::awaitable<MaybeAnswer> initialise(Connection &connection, const Request &, Service &service)
 {
-    const auto facts = TcpFacts::of(connection.socket().native_handle());
+    const auto facts = TcpFacts::of(connection.getSocket().native_handle());
     std::string body = "Client-Hostname:" + co_await hostName(connection, service);
-    body += ";Server-IP:" + connection.local().to_string();
-    body += ";Remote-IP:" + connection.peer().to_string();
+    body += ";Server-IP:" + connection.getLocal().to_string();
+    body += ";Remote-IP:" + connection.getPeer().to_string();
     if (facts) {
         body += ";MSS:" + std::to_string(facts->mss);
         body += ";WinScaleRcvd:" + std::to_string(facts->windowScale);
@@ -111,7 +113,7 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
     if (!seconds) {
         co_return badParameters();
     }
-    const auto place = service.streams.take(connection.peer());
+    const auto place = service.streams.take(connection.getPeer());
     if (!place) {
         co_return noRoom();
     }
@@ -136,7 +138,7 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
     if (!seconds || !key) {
         co_return badParameters();
     }
-    const auto place = service.streams.take(connection.peer());
+    const auto place = service.streams.take(connection.getPeer());
     if (!place) {
         co_return noRoom();
     }
@@ -304,3 +306,5 @@ asio::awaitable<void> refuseRequest(std::shared_ptr<Connection> connection, Serv
     co_await send(*connection, service, endpoints.size(), answer);
     co_await connection->finish();
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 /// Serves the one request of @p connection: reads its head, finds the endpoint, answers, and ends
 /// the connection. Runs on the connection's strand; @p service outlives it.
 boost::asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Service &service);
@@ -14,3 +16,5 @@ boost::asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection
 /// Tells @p connection that there is no room for it, and ends it.
 boost::asio::awaitable<void> refuseRequest(std::shared_ptr<Connection> connection,
                                            Service &service);
+
+} // namespace velometer

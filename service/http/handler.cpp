@@ -2,6 +2,8 @@
 
 #include "http/oneshot.h"
 
+namespace velometer {
+
 namespace asio = boost::asio;
 
 Answer storeFailed(Service &service, int status)
@@ -12,9 +14,11 @@ Answer storeFailed(Service &service, int status)
 
 asio::awaitable<std::string> hostName(Connection &connection, Service &service)
 {
-    const std::string address = connection.peer().to_string();
+    const std::string address = connection.getPeer().to_string();
     OneShot<std::string> name(connection.executor(), service.options.nameTimeout);
     service.hostNames.lookUp(address, name.setter());
     auto found = co_await name.wait();
     co_return found ? *std::move(found) : address;
 }
+
+} // namespace velometer

@@ -10,6 +10,8 @@
 #include <optional>
 #include <string>
 
+namespace velometer {
+
 /// What a request's handler returns; nothing when it has answered by itself.
 using MaybeAnswer = std::optional<Answer>;
 
@@ -21,3 +23,5 @@ Answer storeFailed(Service &service, int status);
 
 /// The name of the peer's address, or the address when nobody knows it in time.
 boost::asio::awaitable<std::string> hostName(Connection &connection, Service &service);
+
+} // namespace velometer

@@ -1,27 +1,31 @@
 #pragma once
 
+namespace velometer {
+
 /// Adds to a counter as long as it lives.
 template <typename Counter>
 class Held
 {
 public:
-    explicit Held(Counter &counter, typename Counter::value_type amount = 1)
-        : m_counter(counter)
-        , m_amount(amount)
+    explicit Held(Counter &sharedCounter, typename Counter::value_type share = 1)
+        : counter(sharedCounter)
+        , amount(share)
     {
-        m_counter += m_amount;
+        counter += amount;
     }
-    ~Held() { m_counter -= m_amount; }
+    ~Held() { counter -= amount; }
     Held(const Held &) = delete;
     Held &operator=(const Held &) = delete;
 
-    void add(typename Counter::value_type amount)
+    void add(typename Counter::value_type more)
     {
-        m_counter += amount;
-        m_amount += amount;
+        counter += more;
+        amount += more;
     }
 
 private:
-    Counter &m_counter;
-    typename Counter::value_type m_amount;
+    Counter &counter;
+    typename Counter::value_type amount;
 };
+
+} // namespace velometer

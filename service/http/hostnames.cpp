@@ -11,6 +11,8 @@
 
 #include <netdb.h>
 
+namespace velometer {
+
 namespace {
 
 constexpr int threadCount = 4;
@@ -62,12 +64,12 @@ struct HostNames::State
 };
 
 HostNames::HostNames(Resolver resolver)
-    : m_state(std::make_shared<State>())
+    : state(std::make_shared<State>())
 {
-    m_state->resolver = resolver ? std::move(resolver) : systemName;
+    state->resolver = resolver ? std::move(resolver) : systemName;
     for (int i = 0; i < threadCount; ++i) {
         // Detached: a thread inside a resolver that hangs cannot be waited for.
-        std::thread([state = m_state] { work(state); }).detach();
+        std::thread([state = state] { work(state); }).detach();
     }
 }
 
@@ -78,22 +80,22 @@ HostNames::~HostNames()
 
 void HostNames::close()
 {
-    const std::lock_guard lock(m_state->mutex);
-    m_state->closed = true;
-    m_state->jobs.clear();
-    m_state->queue.clear();
-    m_state->wake.notify_all();
+    const std::lock_guard lock(state->mutex);
+    state->closed = true;
+    state->jobs.clear();
+    state->queue.clear();
+    state->wake.notify_all();
 }
 
 void HostNames::lookUp(const std::string &address, Callback done)
 {
     {
-        const std::lock_guard lock(m_state->mutex);
-        if (m_state->queue.size() < queueLength && !m_state->closed) {
-            const auto job = ++m_state->lastJob;
-            m_state->jobs.emplace(job, State::Job{address, std::move(done)});
-            m_state->queue.push_back(job);
-            m_state->wake.notify_one();
+        const std::lock_guard lock(state->mutex);
+        if (state->queue.size() < queueLength && !state->closed) {
+            const auto job = ++state->lastJob;
+            state->jobs.emplace(job, State::Job{address, std::move(done)});
+            state->queue.push_back(job);
+            state->wake.notify_one();
             return;
         }
     }
@@ -121,3 +123,5 @@ void HostNames::work(const std::shared_ptr<State> &state)
         }
     }
 }
+
+} // namespace velometer

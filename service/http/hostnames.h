@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+namespace velometer {
+
 /// Reverse look-ups on a few threads of its own. A resolver that hangs occupies those and nobody
 /// else: whoever comes then gets the address back. Safe from every thread.
 class HostNames
@@ -32,5 +34,7 @@ public:
 private:
     struct State;
     static void work(const std::shared_ptr<State> &state);
-    std::shared_ptr<State> m_state;
+    std::shared_ptr<State> state;
 };
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+namespace velometer {
+
 namespace Log {
 
 namespace {
@@ -38,3 +40,5 @@ void write(Level level, std::string_view text)
 }
 
 } // namespace Log
+
+} // namespace velometer

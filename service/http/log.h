@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace velometer {
+
 /// One line per event on standard error, "warning: sentence", as systemd's journal likes it.
 /// Callable from every thread; what is below the level costs a comparison.
 namespace Log {
@@ -14,3 +16,5 @@ void setLevel(Level level);
 void write(Level level, std::string_view text);
 
 } // namespace Log
+
+} // namespace velometer

@@ -1,8 +1,10 @@
 #include "http/metrics.h"
 
+namespace velometer {
+
 void Metrics::countRequest(std::size_t endpoint, int status)
 {
-    ++m_requests.at(endpoint).at(static_cast<std::size_t>(status / 100));
+    ++requests.at(endpoint).at(static_cast<std::size_t>(status / 100));
 }
 
 std::string Metrics::toText() const
@@ -44,7 +46,7 @@ std::string Metrics::toText() const
     head("requests_total", "counter", "Requests answered.");
     for (std::size_t endpoint = 0; endpoint < endpoints.size(); ++endpoint) {
         for (std::size_t status = 2; status < 6; ++status) {
-            const auto &counter = m_requests.at(endpoint).at(status);
+            const auto &counter = requests.at(endpoint).at(status);
             if (counter.load() != 0) {
                 value("requests_total",
                       "{endpoint=\"" + std::string(endpoints.at(endpoint)) + "\",status=\"" +
@@ -55,3 +57,5 @@ std::string Metrics::toText() const
     }
     return text;
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace velometer {
+
 /// What the service counts about itself. Safe from every thread.
 class Metrics
 {
@@ -37,5 +39,7 @@ public:
     std::string toText() const;
 
 private:
-    std::array<std::array<Counter, 6>, endpoints.size()> m_requests{}; ///< by status / 100
+    std::array<std::array<Counter, 6>, endpoints.size()> requests{}; ///< by status / 100
 };
+
+} // namespace velometer

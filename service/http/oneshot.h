@@ -13,6 +13,8 @@
 #include <optional>
 #include <utility>
 
+namespace velometer {
+
 /// Completion token of all awaited operations: they yield their error code, they do not throw.
 inline constexpr auto quietly = boost::asio::as_tuple(boost::asio::use_awaitable);
 
@@ -24,12 +26,12 @@ class OneShot
 {
 public:
     OneShot(const boost::asio::any_io_executor &executor, std::chrono::milliseconds timeout)
-        : m_state(std::make_shared<State>(executor, timeout))
+        : state(std::make_shared<State>(executor, timeout))
     {}
 
     std::function<void(Value)> setter() const
     {
-        return [state = m_state](Value value) {
+        return [state = state](Value value) {
             boost::asio::post(state->executor, [state, value = std::move(value)]() mutable {
                 state->value = std::move(value);
                 state->timer.cancel();
@@ -41,10 +43,10 @@ public:
     boost::asio::awaitable<std::optional<Value>> wait()
     {
         // setter()'s value arrives on this strand: it cannot slip in between test and wait.
-        if (!m_state->value) {
-            co_await m_state->timer.async_wait(quietly);
+        if (!state->value) {
+            co_await state->timer.async_wait(quietly);
         }
-        co_return std::move(m_state->value);
+        co_return std::move(state->value);
     }
 
 private:
@@ -58,5 +60,7 @@ private:
         boost::asio::steady_timer timer;
         std::optional<Value> value;
     };
-    std::shared_ptr<State> m_state;
+    std::shared_ptr<State> state;
 };
+
+} // namespace velometer

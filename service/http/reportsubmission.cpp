@@ -13,6 +13,8 @@
 
 #include <algorithm>
 
+namespace velometer {
+
 namespace asio = boost::asio;
 using namespace Qt::StringLiterals;
 
@@ -78,9 +80,9 @@ asio::awaitable<Body> readReport(Connection &connection, const Request &request,
         }
         connection.expireAt(std::min(Connection::Clock::now() + options.reportPause, deadline));
         const auto scratch = connection.scratch();
-        const auto [error, count] = co_await connection.socket().async_read_some(
+        const auto [error, count] = co_await connection.getSocket().async_read_some(
             asio::buffer(scratch.data(), scratch.size()), quietly);
-        if (connection.expired()) {
+        if (connection.isExpired()) {
             co_return Rejection::Timeout;
         }
         if (error) {
@@ -118,7 +120,7 @@ QHash<QString, QString> serverValues(const Connection &connection, const Report 
                                           .arg(up.result->max)
                                     : nothing},
         {u"ACCESSINFO"_s,
-         u"received over %1"_s.arg(connection.peer().is_v6() ? u"IPv6"_s : u"IPv4"_s)},
+         u"received over %1"_s.arg(connection.getPeer().is_v6() ? u"IPv6"_s : u"IPv4"_s)},
     };
 }
 
@@ -151,7 +153,7 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
     }
     Report report = std::get<Report>(*std::move(result));
     const std::string name = co_await hostName(connection, service);
-    report.publicIp = QString::fromStdString(connection.peer().to_string());
+    report.publicIp = QString::fromStdString(connection.getPeer().to_string());
     report.serverTime = QDateTime::currentMSecsSinceEpoch();
     report.document =
         Placeholders::fill(report.document, serverValues(connection, report, name, service));
@@ -167,3 +169,5 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
                                                : service.metrics.reportsRepeated);
     co_return Answer::sentence(200, "stored");
 }
+
+} // namespace velometer

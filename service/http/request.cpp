@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <charconv>
 
+namespace velometer {
+
 namespace http = boost::beast::http;
 
 namespace {
@@ -83,3 +85,5 @@ std::optional<std::int64_t> Request::number(std::string_view key) const
     }
     return value;
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace velometer {
+
 /// Size of the buffer that a request's head must fit into, in bytes.
 inline constexpr std::size_t maxHeadBytes = 8192;
 
@@ -27,3 +29,5 @@ struct Request
     /// The parameter @p key when it consists of digits alone and fits into 63 bits.
     std::optional<std::int64_t> number(std::string_view key) const;
 };
+
+} // namespace velometer

@@ -20,6 +20,8 @@
 
 #include <sys/resource.h>
 
+namespace velometer {
+
 namespace asio = boost::asio;
 using asio::ip::tcp;
 using namespace std::chrono_literals;
@@ -221,3 +223,5 @@ void Server::stop()
     d->service->parsers.join();
     d->service->store.reset();
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 /// The measurement service: listeners, the threads that serve them, and the store behind. start()
 /// and stop() belong to one thread; nothing here needs an event loop.
 class Server
@@ -29,3 +31,5 @@ private:
     struct Private;
     std::unique_ptr<Private> d;
 };
+
+} // namespace velometer

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace velometer {
+
 /// What a server is started with. The limits keep one client, or a thousand bad ones, from taking
 /// the service away from the others.
 struct ServerOptions
@@ -39,3 +41,5 @@ struct ServerOptions
     std::chrono::milliseconds nameTimeout{500};
     std::function<std::string(const std::string &address)> resolver;
 };
+
+} // namespace velometer

@@ -15,6 +15,8 @@
 #include <atomic>
 #include <memory>
 
+namespace velometer {
+
 /// What all requests share. Every member is safe from every thread; options and block do not change
 /// once requests are served.
 struct Service
@@ -43,3 +45,5 @@ struct Service
     std::atomic<bool> stopping{false};       ///< the grace is over: what is parsed now is dropped
     std::atomic<std::size_t> reportBytes{0}; ///< memory that unfinished reports hold
 };
+
+} // namespace velometer

@@ -1,29 +1,33 @@
 #include "http/streams.h"
 
-Streams::Streams(int most, int mostPerAddress)
-    : m_most(most)
-    , m_mostPerAddress(mostPerAddress)
+namespace velometer {
+
+Streams::Streams(int total, int perAddress)
+    : most(total)
+    , mostPerAddress(perAddress)
 {}
 
 Streams::Place Streams::take(const boost::asio::ip::address &address)
 {
     const auto subscriber = Subscriber::of(address);
-    const std::lock_guard lock(m_mutex);
-    const auto own = m_counts.find(subscriber);
-    if (m_running >= m_most || (own != m_counts.end() && own->second >= m_mostPerAddress)) {
+    const std::lock_guard lock(mutex);
+    const auto own = counts.find(subscriber);
+    if (running >= most || (own != counts.end() && own->second >= mostPerAddress)) {
         return nullptr;
     }
-    ++m_running;
-    ++m_counts[subscriber];
+    ++running;
+    ++counts[subscriber];
     return {this, [subscriber](Streams *streams) { streams->leave(subscriber); }};
 }
 
 void Streams::leave(const Subscriber &subscriber)
 {
-    const std::lock_guard lock(m_mutex);
-    --m_running;
-    const auto own = m_counts.find(subscriber);
+    const std::lock_guard lock(mutex);
+    --running;
+    const auto own = counts.find(subscriber);
     if (--own->second == 0) {
-        m_counts.erase(own);
+        counts.erase(own);
     }
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 #include <memory>
 #include <mutex>
 
+namespace velometer {
+
 /// The places for measurement streams, counted in all and per subscriber. Safe from every thread.
 class Streams
 {
@@ -21,9 +23,11 @@ public:
 private:
     void leave(const Subscriber &subscriber);
 
-    const int m_most;
-    const int m_mostPerAddress;
-    std::mutex m_mutex;
-    int m_running = 0;
-    std::map<Subscriber, int> m_counts; ///< without zeros
+    const int most;
+    const int mostPerAddress;
+    std::mutex mutex;
+    int running = 0;
+    std::map<Subscriber, int> counts; ///< without zeros
 };
+
+} // namespace velometer

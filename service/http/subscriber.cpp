@@ -1,5 +1,7 @@
 #include "http/subscriber.h"
 
+namespace velometer {
+
 Subscriber Subscriber::of(const boost::asio::ip::address &address)
 {
     if (address.is_v4()) {
@@ -12,3 +14,5 @@ Subscriber Subscriber::of(const boost::asio::ip::address &address)
     }
     return {.network = network, .isV6 = true};
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 #include <compare>
 #include <cstdint>
 
+namespace velometer {
+
 /// The part of an address that tells one peer from another when their shares are counted: all of
 /// an IPv4 address, the /64 of an IPv6 one, which one subscriber owns.
 struct Subscriber
@@ -16,3 +18,5 @@ struct Subscriber
 
     auto operator<=>(const Subscriber &) const = default;
 };
+
+} // namespace velometer

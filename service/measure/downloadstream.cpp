@@ -9,6 +9,8 @@
 
 #include <sys/sendfile.h>
 
+namespace velometer {
+
 namespace asio = boost::asio;
 
 namespace {
@@ -27,7 +29,7 @@ asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomB
                                            std::chrono::milliseconds duration,
                                            Metrics::Counter &bytes)
 {
-    auto &socket = connection.socket();
+    auto &socket = connection.getSocket();
     preferBbr(socket.native_handle());
     const auto begun = Connection::Clock::now();
     connection.expireAt(begun + duration);
@@ -37,12 +39,12 @@ asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomB
     bool open = co_await connection.write(head);
     boost::system::error_code ignored;
     socket.native_non_blocking(true, ignored);
-    while (open && !connection.expired()) {
+    while (open && !connection.isExpired()) {
         std::size_t turn = 0;
         bool full = false;
         while (open && !full && turn < turnBytes) {
             const auto left = RandomBlock::size - static_cast<std::size_t>(offset);
-            const auto sent = ::sendfile(socket.native_handle(), block.descriptor(), &offset,
+            const auto sent = ::sendfile(socket.native_handle(), block.getDescriptor(), &offset,
                                          std::min(left, turnBytes - turn));
             if (sent > 0) {
                 turn += static_cast<std::size_t>(sent);
@@ -66,3 +68,5 @@ asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomB
         std::chrono::duration_cast<std::chrono::milliseconds>(Connection::Clock::now() - begun);
     co_return totals;
 }
+
+} // namespace velometer

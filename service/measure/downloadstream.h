@@ -9,6 +9,8 @@
 #include <chrono>
 #include <cstdint>
 
+namespace velometer {
+
 /// What one download stream sent, to the client's kernel at least.
 struct DownloadTotals
 {
@@ -21,3 +23,5 @@ struct DownloadTotals
 boost::asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomBlock &block,
                                                   std::chrono::milliseconds duration,
                                                   Metrics::Counter &bytes);
+
+} // namespace velometer

@@ -6,17 +6,19 @@
 #include <sys/random.h>
 #include <unistd.h>
 
+namespace velometer {
+
 RandomBlock::~RandomBlock()
 {
-    if (m_descriptor >= 0) {
-        ::close(m_descriptor);
+    if (descriptor >= 0) {
+        ::close(descriptor);
     }
 }
 
 bool RandomBlock::create()
 {
-    m_descriptor = memfd_create("velometer-random", MFD_CLOEXEC);
-    if (m_descriptor < 0) {
+    descriptor = memfd_create("velometer-random", MFD_CLOEXEC);
+    if (descriptor < 0) {
         return false;
     }
     std::vector<char> bytes(size);
@@ -28,7 +30,7 @@ bool RandomBlock::create()
         filled += static_cast<std::size_t>(count);
     }
     for (std::size_t written = 0; written < size;) {
-        const auto count = ::write(m_descriptor, bytes.data() + written, size - written);
+        const auto count = ::write(descriptor, bytes.data() + written, size - written);
         if (count <= 0) {
             return false;
         }
@@ -36,3 +38,5 @@ bool RandomBlock::create()
     }
     return true;
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+namespace velometer {
+
 /// A file in memory with bytes that no modem, proxy or tunnel can compress. Written once, then only
 /// read, from any number of threads.
 class RandomBlock
@@ -19,8 +21,10 @@ public:
     bool create();
 
     /// For sendfile, with an offset of one's own.
-    int descriptor() const { return m_descriptor; }
+    int getDescriptor() const { return descriptor; }
 
 private:
-    int m_descriptor = -1;
+    int descriptor = -1;
 };
+
+} // namespace velometer

@@ -8,6 +8,8 @@
 #include <mutex>
 #include <optional>
 
+namespace velometer {
+
 /// Names one stream by the numbers of its request, as they were sent.
 struct StreamKey
 {
@@ -25,29 +27,29 @@ class RecentResults
 public:
     using Clock = std::chrono::steady_clock;
 
-    RecentResults(std::size_t count, std::chrono::minutes age)
-        : m_count(count)
-        , m_age(age)
+    RecentResults(std::size_t mostEntries, std::chrono::minutes longest)
+        : count(mostEntries)
+        , age(longest)
     {}
 
     /// A stream with @p key has begun. Returns its ticket for end(). A later stream of the same key
     /// takes the place of an earlier one.
     std::uint64_t begin(const StreamKey &key)
     {
-        const std::lock_guard lock(m_mutex);
+        const std::lock_guard lock(mutex);
         makeRoom(1);
-        const auto ticket = ++m_lastTicket;
-        m_entries[key] = Entry{ticket, true, std::nullopt};
-        m_order.push_back({key, ticket, Clock::now()});
+        const auto ticket = ++lastTicket;
+        entries[key] = Entry{ticket, true, std::nullopt};
+        order.push_back({key, ticket, Clock::now()});
         return ticket;
     }
 
     /// The stream has ended, with nothing to keep when @p result is empty.
     void end(const StreamKey &key, std::uint64_t ticket, std::optional<Result> result)
     {
-        const std::lock_guard lock(m_mutex);
-        const auto entry = m_entries.find(key);
-        if (entry != m_entries.end() && entry->second.ticket == ticket) {
+        const std::lock_guard lock(mutex);
+        const auto entry = entries.find(key);
+        if (entry != entries.end() && entry->second.ticket == ticket) {
             entry->second.running = false;
             entry->second.result = std::move(result);
         }
@@ -61,11 +63,11 @@ public:
 
     Answer find(const StreamKey &key)
     {
-        const std::lock_guard lock(m_mutex);
+        const std::lock_guard lock(mutex);
         makeRoom(0);
-        const auto entry = m_entries.find(key);
-        return entry == m_entries.end() ? Answer{}
-                                        : Answer{entry->second.running, entry->second.result};
+        const auto entry = entries.find(key);
+        return entry == entries.end() ? Answer{}
+                                      : Answer{entry->second.running, entry->second.result};
     }
 
 private:
@@ -85,21 +87,22 @@ private:
     /// Forgets what is too old, and the oldest beyond the number kept when @p added come.
     void makeRoom(std::size_t added)
     {
-        const auto oldest = Clock::now() - m_age;
-        while (!m_order.empty() &&
-               (m_order.size() + added > m_count || m_order.front().begun < oldest)) {
-            const auto entry = m_entries.find(m_order.front().key);
-            if (entry != m_entries.end() && entry->second.ticket == m_order.front().ticket) {
-                m_entries.erase(entry);
+        const auto oldest = Clock::now() - age;
+        while (!order.empty() && (order.size() + added > count || order.front().begun < oldest)) {
+            const auto entry = entries.find(order.front().key);
+            if (entry != entries.end() && entry->second.ticket == order.front().ticket) {
+                entries.erase(entry);
             }
-            m_order.pop_front();
+            order.pop_front();
         }
     }
 
-    const std::size_t m_count;
-    const std::chrono::minutes m_age;
-    std::mutex m_mutex;
-    std::map<StreamKey, Entry> m_entries;
-    std::deque<Age> m_order; ///< oldest first
-    std::uint64_t m_lastTicket = 0;
+    const std::size_t count;
+    const std::chrono::minutes age;
+    std::mutex mutex;
+    std::map<StreamKey, Entry> entries;
+    std::deque<Age> order; ///< oldest first
+    std::uint64_t lastTicket = 0;
 };
+
+} // namespace velometer

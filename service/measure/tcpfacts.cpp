@@ -8,6 +8,8 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+namespace velometer {
+
 std::optional<TcpFacts> TcpFacts::of(int socket)
 {
     tcp_info info{};
@@ -37,3 +39,5 @@ void preferBbr(int socket)
     setsockopt(socket, IPPROTO_TCP, TCP_CONGESTION, name.data(),
                static_cast<socklen_t>(name.size()));
 }
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace velometer {
+
 /// What this machine's kernel knows about one TCP connection.
 struct TcpFacts
 {
@@ -18,3 +20,5 @@ struct TcpFacts
 
 /// Asks for the congestion control that fills a lossy mobile link; without it the system's stays.
 void preferBbr(int socket);
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 #include <limits>
 #include <span>
 
+namespace velometer {
+
 namespace {
 
 constexpr std::size_t rampUp = 2;
@@ -31,42 +33,42 @@ std::string UploadFigures::toText() const
 
 std::size_t UploadMeter::indexOf(TimePoint now) const
 {
-    const auto index = static_cast<std::size_t>(std::max(now - m_first, {}) / interval);
+    const auto index = static_cast<std::size_t>(std::max(now - first, {}) / interval);
     return std::min(index, maxIntervals - 1);
 }
 
 void UploadMeter::add(TimePoint now, std::int64_t bytes)
 {
-    if (m_total == 0) {
-        m_first = now;
+    if (total == 0) {
+        first = now;
     }
     const auto index = indexOf(now);
-    if (index >= m_bytes.size()) {
-        m_bytes.resize(index + 1, 0);
+    if (index >= perInterval.size()) {
+        perInterval.resize(index + 1, 0);
     }
-    m_bytes.at(index) += bytes;
-    m_total += bytes;
-    m_last = now;
-    m_end = now;
+    perInterval.at(index) += bytes;
+    total += bytes;
+    last = now;
+    ended = now;
 }
 
 std::int64_t UploadMeter::previousInterval() const
 {
-    return m_bytes.size() < 2 ? 0 : m_bytes.at(m_bytes.size() - 2);
+    return perInterval.size() < 2 ? 0 : perInterval.at(perInterval.size() - 2);
 }
 
 void UploadMeter::end(TimePoint now)
 {
-    m_end = now;
+    ended = now;
 }
 
 std::optional<UploadFigures> UploadMeter::figures() const
 {
-    if (m_total == 0) {
+    if (total == 0) {
         return std::nullopt;
     }
-    const auto count = indexOf(m_end);
-    auto full = m_bytes;
+    const auto count = indexOf(ended);
+    auto full = perInterval;
     full.resize(count, 0);
     const std::span<const std::int64_t> intervals(full);
 
@@ -78,9 +80,9 @@ std::optional<UploadFigures> UploadMeter::figures() const
     } else {
         // Shorter than one interval; below a millisecond the duration says nothing any more.
         const auto lasted =
-            std::max(std::chrono::duration_cast<std::chrono::milliseconds>(m_end - m_first).count(),
+            std::max(std::chrono::duration_cast<std::chrono::milliseconds>(ended - first).count(),
                      std::chrono::milliseconds::rep{1});
-        result.avg = m_total * 8000 / lasted;
+        result.avg = total * 8000 / lasted;
     }
     result.min = result.avg;
     result.max = result.avg;
@@ -95,3 +97,5 @@ std::optional<UploadFigures> UploadMeter::figures() const
     }
     return result;
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace velometer {
+
 /// What an upload came to, in bit/s.
 struct UploadFigures
 {
@@ -30,11 +32,11 @@ public:
     /// The stream ended at @p now; the interval that is running then is not a full one.
     void end(TimePoint now);
 
-    std::int64_t total() const { return m_total; }
+    std::int64_t getTotal() const { return total; }
 
     /// Bytes of the interval before the one of the last byte; 0 when there is none.
     std::int64_t previousInterval() const;
-    TimePoint lastByte() const { return m_last; }
+    TimePoint lastByte() const { return last; }
 
     /// Average over the full intervals without the first two, the ramp-up; minimum and maximum over
     /// windows of ten intervals where there are enough for one, else the average. A stream too
@@ -44,9 +46,11 @@ public:
 private:
     std::size_t indexOf(TimePoint now) const;
 
-    TimePoint m_first;
-    TimePoint m_last;
-    TimePoint m_end;
-    std::int64_t m_total = 0;
-    std::vector<std::int64_t> m_bytes; ///< per interval
+    TimePoint first;
+    TimePoint last;
+    TimePoint ended;
+    std::int64_t total = 0;
+    std::vector<std::int64_t> perInterval; ///< per interval
 };
+
+} // namespace velometer

@@ -11,6 +11,8 @@
 
 #include <sys/socket.h>
 
+namespace velometer {
+
 namespace asio = boost::asio;
 
 namespace {
@@ -40,7 +42,7 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
               std::string_view answer, std::chrono::milliseconds duration, Metrics::Counter &bytes)
 {
     using Clock = Connection::Clock;
-    auto &socket = connection.socket();
+    auto &socket = connection.getSocket();
     preferBbr(socket.native_handle());
     const auto deadline = Clock::now() + duration;
     // Looks every interval, for the bytes that were not enough to wake up for.
@@ -57,10 +59,10 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
     bool answered = false;
     int wakeUp = 1;
     const auto isDue = [&] {
-        return !answered && announced && static_cast<std::uint64_t>(meter.total()) >= *announced;
+        return !answered && announced && static_cast<std::uint64_t>(meter.getTotal()) >= *announced;
     };
     while (open) {
-        if (connection.expired()) {
+        if (connection.isExpired()) {
             const auto now = Clock::now();
             const auto end = answered ? std::min(meter.lastByte() + silence, deadline) : deadline;
             if (now >= end) {
@@ -87,7 +89,7 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
             co_await asio::post(connection.executor(), asio::use_awaitable);
         } else if (!isDue()) {
             const auto missing = announced && !answered
-                                     ? static_cast<std::int64_t>(*announced) - meter.total()
+                                     ? static_cast<std::int64_t>(*announced) - meter.getTotal()
                                      : std::numeric_limits<std::int64_t>::max();
             const int wanted = wakeUpBytes(meter.previousInterval(), missing);
             if (wanted != wakeUp) {
@@ -95,8 +97,10 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
                 socket.set_option(asio::socket_base::receive_low_watermark(wakeUp), ignored);
             }
             const auto [error] = co_await socket.async_wait(asio::socket_base::wait_read, quietly);
-            open = !error || connection.expired();
+            open = !error || connection.isExpired();
         }
     }
     co_return meter;
 }
+
+} // namespace velometer

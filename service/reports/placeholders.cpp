@@ -4,6 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace Placeholders {
 
 namespace {
@@ -44,3 +46,5 @@ QString fill(const QString &document, const QHash<QString, QString> &values)
 }
 
 } // namespace Placeholders
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include <QHash>
 #include <QString>
 
+namespace velometer {
+
 /// The places in a report that the service fills in, "###SERVER_NAME###".
 namespace Placeholders {
 
@@ -12,3 +14,5 @@ namespace Placeholders {
 QString fill(const QString &document, const QHash<QString, QString> &values);
 
 } // namespace Placeholders
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace velometer {
+
 /// One report as its client sent it: the figures that the service looks at, and the document.
 /// A figure that was not measured is absent, not 0.
 struct Report
@@ -45,3 +47,5 @@ struct Report
     /// The service's figure, else the client's.
     const Rate &bestUpload() const { return upload.avg ? upload : uploadClient; }
 };
+
+} // namespace velometer

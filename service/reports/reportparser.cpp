@@ -13,6 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Reports are five levels deep; more is an attack on whoever reads them later.
@@ -174,37 +176,37 @@ std::optional<qint64> decimal(const QString &text)
 class Walk
 {
 public:
-    Walk(const QString &document, const std::atomic<bool> &stop)
-        : m_stop(stop)
-        , m_reader(document)
+    Walk(const QString &document, const std::atomic<bool> &stopFlag)
+        : stop(stopFlag)
+        , reader(document)
     {}
 
     bool run();
-    QString text(const QString &path) const { return m_texts.value(path); }
-    qint64 number(const QString &path) const { return *decimal(m_texts.value(path)); }
-    QString hash() const { return m_hash; }
+    QString text(const QString &path) const { return texts.value(path); }
+    qint64 number(const QString &path) const { return *decimal(texts.value(path)); }
+    QString hash() const { return hashAttribute; }
 
 private:
     bool enter();
     bool leave();
     bool complete() const;
 
-    const std::atomic<bool> &m_stop;
-    QXmlStreamReader m_reader;
-    std::vector<const Node *> m_open; ///< from the root on; null beyond the known tree
-    QString m_text;                   ///< of the known element that is open
-    int m_elements = 0;
-    QHash<QString, QString> m_texts;
-    QString m_hash;
+    const std::atomic<bool> &stop;
+    QXmlStreamReader reader;
+    std::vector<const Node *> open; ///< from the root on; null beyond the known tree
+    QString current;                ///< of the known element that is open
+    int elements = 0;
+    QHash<QString, QString> texts;
+    QString hashAttribute;
 };
 
 bool Walk::run()
 {
-    while (!m_reader.atEnd()) {
-        if (m_stop) {
+    while (!reader.atEnd()) {
+        if (stop) {
             return false;
         }
-        switch (m_reader.readNext()) {
+        switch (reader.readNext()) {
         case QXmlStreamReader::StartElement:
             if (!enter()) {
                 return false;
@@ -215,54 +217,54 @@ bool Walk::run()
                 return false;
             }
             break;
-        case QXmlStreamReader::Characters: m_text += m_reader.text(); break;
+        case QXmlStreamReader::Characters: current += reader.text(); break;
         case QXmlStreamReader::EntityReference: return false;
         default: break;
         }
     }
-    return !m_reader.hasError() && complete();
+    return !reader.hasError() && complete();
 }
 
 bool Walk::enter()
 {
-    m_text.clear();
-    if (m_open.empty()) {
-        m_open.push_back(&knownTree());
-        m_hash = m_reader.attributes().value(u"Hash"_s).toString();
-        return m_reader.name() == u"PerformanceIPhone"_s;
+    current.clear();
+    if (open.empty()) {
+        open.push_back(&knownTree());
+        hashAttribute = reader.attributes().value(u"Hash"_s).toString();
+        return reader.name() == u"PerformanceIPhone"_s;
     }
-    const Node *parent = m_open.back();
+    const Node *parent = open.back();
     if (parent && parent->need) {
         // A known element holds text, no elements.
         return false;
     }
     const Node *node = nullptr;
     if (parent) {
-        const auto child = parent->children.find(m_reader.name());
+        const auto child = parent->children.find(reader.name());
         node = child == parent->children.end() ? nullptr : &child->second;
     }
-    m_open.push_back(node);
-    return m_open.size() <= maxDepth && ++m_elements <= maxElements;
+    open.push_back(node);
+    return open.size() <= maxDepth && ++elements <= maxElements;
 }
 
 bool Walk::leave()
 {
-    const Node *node = m_open.back();
-    m_open.pop_back();
+    const Node *node = open.back();
+    open.pop_back();
     if (node && node->need) {
-        if (m_texts.contains(node->path) || (*node->need == Need::Number && !decimal(m_text))) {
+        if (texts.contains(node->path) || (*node->need == Need::Number && !decimal(current))) {
             return false;
         }
-        m_texts.insert(node->path, m_text);
+        texts.insert(node->path, current);
     }
-    m_text.clear();
+    current.clear();
     return true;
 }
 
 bool Walk::complete() const
 {
     for (auto element = knownElements().cbegin(); element != knownElements().cend(); ++element) {
-        if (*element != Need::Optional && !m_texts.contains(element.key())) {
+        if (*element != Need::Optional && !texts.contains(element.key())) {
             return false;
         }
     }
@@ -371,3 +373,5 @@ ReportParser::parse(const QByteArray &received, const QString &salt, const std::
     report.document = *std::move(document);
     return report;
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 #include <atomic>
 #include <variant>
 
+namespace velometer {
+
 /// Reads and checks what a client posted as its report. Pure functions, callable from every thread.
 class ReportParser
 {
@@ -25,3 +27,5 @@ public:
     static std::variant<Report, Problem> parse(const QByteArray &received, const QString &salt,
                                                const std::atomic<bool> &stop);
 };
+
+} // namespace velometer

@@ -8,6 +8,8 @@
 #include <functional>
 #include <optional>
 
+namespace velometer {
+
 /// Where users and reports are kept for good. Every call returns at once and is safe from every
 /// thread; its callback is called exactly once, from a thread of the store or, when the store is
 /// overloaded or closing, within the call.
@@ -52,3 +54,5 @@ public:
     /// Whether the store answers.
     virtual void ping(std::function<void(bool)> done) = 0;
 };
+
+} // namespace velometer

@@ -14,6 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Operations that share one transaction; more would make the first of them wait.
@@ -272,10 +274,10 @@ std::unique_ptr<SqliteReportStore> SqliteReportStore::open(const QString &file, 
     std::unique_ptr<SqliteReportStore> store(new SqliteReportStore);
     bool opened = false;
     QString problem;
-    store->m_thread = std::thread([&, raw = store.get()] { raw->work(file, &problem, &opened); });
+    store->thread = std::thread([&, raw = store.get()] { raw->work(file, &problem, &opened); });
     {
-        std::unique_lock lock(store->m_mutex);
-        store->m_wake.wait(lock, [&] { return store->m_started; });
+        std::unique_lock lock(store->mutex);
+        store->wake.wait(lock, [&] { return store->started; });
     }
     if (!opened) {
         *error = u"The database %1 cannot be opened: %2."_s.arg(file, problem);
@@ -287,11 +289,11 @@ std::unique_ptr<SqliteReportStore> SqliteReportStore::open(const QString &file, 
 SqliteReportStore::~SqliteReportStore()
 {
     {
-        const std::lock_guard lock(m_mutex);
-        m_closing = true;
+        const std::lock_guard lock(mutex);
+        closing = true;
     }
-    m_wake.notify_all();
-    m_thread.join();
+    wake.notify_all();
+    thread.join();
 }
 
 void SqliteReportStore::work(const QString &file, QString *error, bool *opened)
@@ -304,23 +306,23 @@ void SqliteReportStore::work(const QString &file, QString *error, bool *opened)
         const QString problem = prepare(database, file);
         const bool usable = problem.isEmpty();
         {
-            const std::lock_guard lock(m_mutex);
+            const std::lock_guard lock(mutex);
             *error = problem;
             *opened = usable;
-            m_started = true;
+            started = true;
         }
-        m_wake.notify_all();
+        wake.notify_all();
 
-        std::unique_lock lock(m_mutex);
+        std::unique_lock lock(mutex);
         while (usable) {
-            m_wake.wait(lock, [this] { return m_closing || !m_queue.empty(); });
-            if (m_queue.empty()) {
+            wake.wait(lock, [this] { return closing || !queue.empty(); });
+            if (queue.empty()) {
                 break;
             }
             std::vector<Job> batch;
-            while (!m_queue.empty() && batch.size() < batchSize) {
-                batch.push_back(std::move(m_queue.front()));
-                m_queue.pop_front();
+            while (!queue.empty() && batch.size() < batchSize) {
+                batch.push_back(std::move(queue.front()));
+                queue.pop_front();
             }
             lock.unlock();
             runBatch(database, batch);
@@ -366,10 +368,10 @@ void SqliteReportStore::runBatch(QSqlDatabase &database, std::span<const Job> ba
 void SqliteReportStore::enqueue(Job job)
 {
     {
-        const std::lock_guard lock(m_mutex);
-        if (m_queue.size() < queueLength && !m_closing) {
-            m_queue.push_back(std::move(job));
-            m_wake.notify_one();
+        const std::lock_guard lock(mutex);
+        if (queue.size() < queueLength && !closing) {
+            queue.push_back(std::move(job));
+            wake.notify_one();
             return;
         }
     }
@@ -425,3 +427,5 @@ void SqliteReportStore::ping(std::function<void(bool)> done)
              },
              std::move(done)});
 }
+
+} // namespace velometer

@@ -13,6 +13,8 @@
 #include <thread>
 #include <vector>
 
+namespace velometer {
+
 /// The reports in one SQLite file, written and read by one thread of its own. Writes that wait at
 /// the same time share a transaction, and a callback comes after its commit: a report that was
 /// acknowledged survives a power cut. One process per file.
@@ -55,10 +57,12 @@ private:
     /// All in one transaction, or, when that fails, each in its own: one bad job fails alone.
     static void runBatch(QSqlDatabase &database, std::span<const Job> batch);
 
-    std::mutex m_mutex;
-    std::condition_variable m_wake;
-    std::deque<Job> m_queue;
-    bool m_closing = false;
-    bool m_started = false;
-    std::thread m_thread;
+    std::mutex mutex;
+    std::condition_variable wake;
+    std::deque<Job> queue;
+    bool closing = false;
+    bool started = false;
+    std::thread thread;
 };
+
+} // namespace velometer

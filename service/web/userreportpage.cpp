@@ -8,6 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 struct Texts
@@ -182,3 +184,5 @@ QByteArray UserReportPage::unknownUser(Language language)
     return page(texts, texts.unknownTitle, u"<p>"_s + texts.unknown.toHtmlEscaped() + u"</p>\n"_s)
         .toUtf8();
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 #include <string_view>
 
+namespace velometer {
+
 /// The page that shows a user his measurements. Static HTML without scripts; every text that came
 /// from a client is escaped. Pure functions, callable from every thread.
 class UserReportPage
@@ -23,3 +25,5 @@ public:
     static QByteArray measurements(const ReportStore::UserReports &reports, Language language);
     static QByteArray unknownUser(Language language);
 };
+
+} // namespace velometer

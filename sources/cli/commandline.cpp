@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 using Command = CommandLine::Command;
@@ -50,8 +52,9 @@ constexpr unsigned onDevice =
 
 QStringList formatsOf(Command command)
 {
-    if (command == Command::Export)
+    if (command == Command::Export) {
         return {u"csv"_s, u"json"_s, u"geojson"_s, u"gpx"_s};
+    }
     return {u"text"_s, u"json"_s, u"csv"_s};
 }
 
@@ -80,14 +83,17 @@ public:
     QString run()
     {
         QString error = split();
-        if (error.isEmpty())
+        if (error.isEmpty()) {
             error = takeCommand();
-        for (const Given &each : std::as_const(given)) {
-            if (error.isEmpty())
-                error = take(each);
         }
-        if (!error.isEmpty() || line.help || line.version)
+        for (const Given &each : std::as_const(given)) {
+            if (error.isEmpty()) {
+                error = take(each);
+            }
+        }
+        if (!error.isEmpty() || line.help || line.version) {
             return error;
+        }
         error = takeWords();
         return error.isEmpty() ? checkWhole() : error;
     }
@@ -218,12 +224,14 @@ QString Parser::split()
         }
         const qsizetype equals = argument.startsWith("--"_L1) ? argument.indexOf(u'=') : -1;
         const Option *option = find(equals < 0 ? argument : argument.left(equals));
-        if (!option)
+        if (!option) {
             return CommandLine::tr("There is no option %1; --help lists them.")
                 .arg(quoted(argument));
+        }
         if (!option->hasValue) {
-            if (equals >= 0)
+            if (equals >= 0) {
                 return CommandLine::tr("%1 takes no value.").arg(option->name);
+            }
             given.append({option, QString()});
             continue;
         }
@@ -235,8 +243,9 @@ QString Parser::split()
         const QString next = arguments.value(i + 1);
         const bool isValue =
             !next.startsWith(u'-') || (!find(next) && negative.match(next).hasMatch());
-        if (i + 1 >= arguments.size() || !isValue)
+        if (i + 1 >= arguments.size() || !isValue) {
             return CommandLine::tr("%1 needs a value.").arg(option->name);
+        }
         given.append({option, next});
         ++i;
     }
@@ -245,8 +254,9 @@ QString Parser::split()
 
 QString Parser::takeCommand()
 {
-    if (words.isEmpty())
+    if (words.isEmpty()) {
         return {};
+    }
     const QString word = words.takeFirst();
     QStringList names;
     for (const auto &[command, name] : commandNames) {
@@ -263,14 +273,17 @@ QString Parser::takeCommand()
 QString Parser::takeWords()
 {
     if (line.command == Command::Show) {
-        if (words.isEmpty())
+        if (words.isEmpty()) {
             return CommandLine::tr("show needs the ID of a test, as results lists it.");
+        }
         QString error = takeStoredTest(words.takeFirst());
-        if (!error.isEmpty())
+        if (!error.isEmpty()) {
             return error;
+        }
     }
-    if (words.isEmpty())
+    if (words.isEmpty()) {
         return {};
+    }
     return CommandLine::tr("%1 does not know what to do with %2.")
         .arg(CommandLine::name(line.command), quoted(words.first()));
 }
@@ -286,8 +299,9 @@ QString Parser::take(const Given &option)
 
 QString Parser::checkWhole() const
 {
-    if (intervalGiven && line.count == 1)
+    if (intervalGiven && line.count == 1) {
         return CommandLine::tr("--interval needs --count with at least 2 tests.");
+    }
     if (line.command == Command::Export && formatOption.isEmpty()) {
         return CommandLine::tr("export needs --format with %1.")
             .arg(listed(formatsOf(Command::Export)));
@@ -309,16 +323,18 @@ QString Parser::takeNumber(QLatin1StringView option, const QString &value, int m
 
 QString Parser::takeText(QLatin1StringView option, const QString &value, QString *to)
 {
-    if (value.isEmpty())
+    if (value.isEmpty()) {
         return CommandLine::tr("%1 needs a value.").arg(option);
+    }
     *to = value;
     return {};
 }
 
 QString Parser::takeFormatName(const QString &option, Format format)
 {
-    if (!formatOption.isEmpty() && format != line.format)
+    if (!formatOption.isEmpty() && format != line.format) {
         return CommandLine::tr("%1 and %2 contradict each other.").arg(formatOption, option);
+    }
     formatOption = option;
     line.format = format;
     return {};
@@ -328,8 +344,9 @@ QString Parser::format(const QString &value)
 {
     const QStringList allowed = formatsOf(line.command);
     for (const auto &[format, name] : formatNames) {
-        if (value == name && allowed.contains(value))
+        if (value == name && allowed.contains(value)) {
             return takeFormatName(u"--format %1"_s.arg(name), format);
+        }
     }
     return CommandLine::tr("--format of %1 takes %2, not %3.")
         .arg(CommandLine::name(line.command), listed(allowed), quoted(value));
@@ -373,11 +390,13 @@ QString Parser::platform(const QString &value)
 {
     const PlatformChoice before = line.platform;
     QString error;
-    if (!line.platform.setDevice(value, &error))
+    if (!line.platform.setDevice(value, &error)) {
         return error;
+    }
     const QString option = "--platform "_L1 + quoted(value);
-    if (!platformOption.isEmpty() && before != line.platform)
+    if (!platformOption.isEmpty() && before != line.platform) {
         return CommandLine::tr("%1 and %2 contradict each other.").arg(platformOption, option);
+    }
     platformOption = option;
     return {};
 }
@@ -386,11 +405,13 @@ QString Parser::position(const QString &value)
 {
     QString error;
     const auto choice = PositionChoice::parse(value, &error);
-    if (!choice)
+    if (!choice) {
         return error;
+    }
     const QString option = "--position "_L1 + quoted(value);
-    if (!positionOption.isEmpty() && *choice != line.platform.position)
+    if (!positionOption.isEmpty() && *choice != line.platform.position) {
         return CommandLine::tr("%1 and %2 contradict each other.").arg(positionOption, option);
+    }
     positionOption = option;
     line.platform.position = *choice;
     return {};
@@ -398,21 +419,23 @@ QString Parser::position(const QString &value)
 
 QString Parser::progress(const QString &value)
 {
-    if (value == "auto"_L1)
+    if (value == "auto"_L1) {
         line.progress = CommandLine::Progress::Auto;
-    else if (value == "yes"_L1)
+    } else if (value == "yes"_L1) {
         line.progress = CommandLine::Progress::Yes;
-    else if (value == "no"_L1)
+    } else if (value == "no"_L1) {
         line.progress = CommandLine::Progress::No;
-    else
+    } else {
         return CommandLine::tr("--progress takes auto, yes or no, not %1.").arg(quoted(value));
+    }
     return {};
 }
 
 QString Parser::takeProtocol(QAbstractSocket::NetworkLayerProtocol protocol)
 {
-    if (line.protocol != QAbstractSocket::AnyIPProtocol && line.protocol != protocol)
+    if (line.protocol != QAbstractSocket::AnyIPProtocol && line.protocol != protocol) {
         return CommandLine::tr("%1 and %2 contradict each other.").arg(u"-4"_s, u"-6"_s);
+    }
     line.protocol = protocol;
     return {};
 }
@@ -426,10 +449,11 @@ QString Parser::takeStoredTest(const QString &word)
         return CommandLine::tr("show takes an ID such as 17, or SERIES/TEST such as 3/12, not %1.")
             .arg(quoted(word));
     }
-    if (parts.size() == 1)
+    if (parts.size() == 1) {
         line.storedTest.row = static_cast<qulonglong>(*first);
-    else
+    } else {
         line.storedTest = {0, *first, *second};
+    }
     return {};
 }
 
@@ -448,3 +472,5 @@ QString CommandLine::name(Command command)
                                    [&](const auto &each) { return each.first == command; });
     return row->second;
 }
+
+} // namespace velometer

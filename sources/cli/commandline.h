@@ -10,6 +10,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 /// What the user asks for: a plain value, complete and in range once parse() has returned it.
 struct CommandLine
 {
@@ -69,3 +71,5 @@ public:
     /// The help page of @p command; @p overview is the page of the program itself.
     static QString helpText(Command command, bool overview);
 };
+
+} // namespace velometer

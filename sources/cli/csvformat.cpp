@@ -8,6 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 QString cellOf(const TestSummary::Text &text)
@@ -85,16 +87,18 @@ namespace CsvFormat {
 QByteArray testHeader()
 {
     QStringList names;
-    for (const auto &[name, value] : columns(TestSummary()))
+    for (const auto &[name, value] : columns(TestSummary())) {
         names.append(name);
+    }
     return line(names);
 }
 
 QByteArray test(const TestSummary &summary)
 {
     QStringList values;
-    for (const auto &[name, value] : columns(summary))
+    for (const auto &[name, value] : columns(summary)) {
         values.append(value);
+    }
     return line(values);
 }
 
@@ -114,10 +118,12 @@ QByteArray server(const TestServer &server, bool selected)
 QString cell(const QString &text)
 {
     QString value = cleanText(text);
-    if (!value.isEmpty() && u"=+-@"_s.contains(value.front()))
+    if (!value.isEmpty() && u"=+-@"_s.contains(value.front())) {
         value.prepend(u'\'');
-    if (!value.contains(u'"') && !value.contains(u','))
+    }
+    if (!value.contains(u'"') && !value.contains(u',')) {
         return value;
+    }
     return u'"' + value.replace(u'"', "\"\""_L1) + u'"';
 }
 
@@ -127,3 +133,5 @@ QByteArray line(const QStringList &cells)
 }
 
 } // namespace CsvFormat
+
+} // namespace velometer

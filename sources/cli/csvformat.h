@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QStringList>
 
+namespace velometer {
+
 class TestServer;
 
 /// Tables for spreadsheets: a header line, then one line a row, ended by CR LF. Never translated. A
@@ -25,3 +27,5 @@ QString cell(const QString &text);
 QByteArray line(const QStringList &cells);
 
 } // namespace CsvFormat
+
+} // namespace velometer

@@ -16,6 +16,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr auto pollInterval = 100ms;
@@ -62,8 +64,9 @@ TestSummary::Text number(const std::optional<double> &value)
 /// Fixed names: what programs read is not translated.
 TestSummary::Text meteredName(const PlatformFacts &facts)
 {
-    if (!facts.metered)
+    if (!facts.metered) {
         return {};
+    }
     const QString name = *facts.metered ? u"yes"_s : u"no"_s;
     return facts.meteredGuessed ? name + "-guessed"_L1 : name;
 }
@@ -157,8 +160,9 @@ void DeviceContext::look(Until end)
 {
     until = end;
     // Else positions end half a minute after the start.
-    if (until == Until::Interrupted)
+    if (until == Until::Interrupted) {
         location->startService();
+    }
     timer.start(pollInterval);
 }
 
@@ -174,8 +178,9 @@ void DeviceContext::poll()
     // A modem measures its reference signals once it is asked to; not every one can.
     const bool radioSettled = facts.modemService.isEmpty() || facts.rsrp || polls >= radioPolls;
     const bool complete = platform.isComplete() && modeSettled && positionSettled && radioSettled;
-    if (++polls < maxPolls && !complete)
+    if (++polls < maxPolls && !complete) {
         return;
+    }
     timer.stop();
     if (until == Until::Interrupted) {
         timer.disconnect(this);
@@ -189,8 +194,9 @@ void DeviceContext::poll()
 void DeviceContext::watch()
 {
     const QString now = text();
-    if (now == lastText)
+    if (now == lastText) {
         return;
+    }
     lastText = now;
     Q_EMIT ready();
 }
@@ -198,17 +204,21 @@ void DeviceContext::watch()
 QStringList DeviceContext::missing() const
 {
     QStringList sentences;
-    for (const PlatformFacts::Missing each : platform.facts().missing)
+    for (const PlatformFacts::Missing each : platform.facts().missing) {
         sentences.append(sentence(each));
+    }
     using Problem = PositionSource::Problem;
     Problem problem = location->getProblem();
     // A receiver that has had no time yet has told nothing all the same.
-    if (problem == Problem::None && location->getLocationStatus() == 0)
+    if (problem == Problem::None && location->getLocationStatus() == 0) {
         problem = Problem::NoFix;
-    if (problem != Problem::None)
+    }
+    if (problem != Problem::None) {
         sentences.append(sentence(problem, cleanText(location->getSourceName()).simplified()));
-    if (problem != Problem::NoSource && !location->hasSatelliteSource())
+    }
+    if (problem != Problem::NoSource && !location->hasSatelliteSource()) {
         sentences.append(tr("There is no source of satellites."));
+    }
     return sentences;
 }
 
@@ -263,11 +273,13 @@ QList<DeviceContext::Fact> DeviceContext::facts() const
 QString DeviceContext::text() const
 {
     QList<std::pair<QString, TestSummary::Text>> rows;
-    for (const Fact &fact : facts())
+    for (const Fact &fact : facts()) {
         rows.append({fact.label, fact.value});
+    }
     QString page = TextFormat::facts(rows);
-    if (const QStringList sentences = missing(); !sentences.isEmpty())
+    if (const QStringList sentences = missing(); !sentences.isEmpty()) {
         page += u'\n' + sentences.join(u'\n') + u'\n';
+    }
     return page;
 }
 
@@ -304,9 +316,13 @@ QByteArray DeviceContext::json() const
 QByteArray DeviceContext::csv() const
 {
     QByteArray table = CsvFormat::line({u"name"_s, u"value"_s});
-    for (const Fact &fact : facts())
+    for (const Fact &fact : facts()) {
         table += CsvFormat::line({fact.name, CsvFormat::cell(fact.value.value_or(QString()))});
-    for (const QString &each : missing())
+    }
+    for (const QString &each : missing()) {
         table += CsvFormat::line({u"missing"_s, CsvFormat::cell(each)});
+    }
     return table;
 }
+
+} // namespace velometer

@@ -10,6 +10,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class DeviceInfoHelper;
 class LocationHelper;
 class NetworkInfoHelper;
@@ -66,3 +68,5 @@ private:
     Until until = Until::Ready;
     QString lastText; ///< of the last ready(), while watching
 };
+
+} // namespace velometer

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace velometer {
+
 /// What the program says to the shell that called it; the numbers are fixed.
 enum class ExitStatus {
     Done = 0,          ///< a report that could not be delivered waits in the queue
@@ -11,3 +13,5 @@ enum class ExitStatus {
     Interrupted = 130, ///< SIGINT
     Terminated = 143,  ///< SIGTERM
 };
+
+} // namespace velometer

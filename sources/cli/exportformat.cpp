@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// About a centimetre; more digits than any receiver has.
@@ -24,16 +26,19 @@ QString description(const TestSummary &summary)
     QStringList parts;
     const auto add = [&](QLatin1StringView name, const TestSummary::Number &value,
                          QLatin1StringView unit) {
-        if (value)
+        if (value) {
             parts.append(u"%1 %2 %3"_s.arg(name, QString::number(*value), unit));
+        }
     };
     add("download"_L1, summary.download.averageRate, "bit/s"_L1);
     add("upload"_L1, summary.uploadRate(), "bit/s"_L1);
     add("round-trip time"_L1, summary.rtt.average, "ns"_L1);
-    if (summary.network.type)
+    if (summary.network.type) {
         parts.append(*summary.network.type);
-    if (summary.server.host)
+    }
+    if (summary.server.host) {
         parts.append(*summary.server.host);
+    }
     return parts.join(u"; "_s);
 }
 
@@ -54,8 +59,9 @@ QByteArray geoJsonFeature(const TestSummary &summary, bool first)
                         {u"properties"_s, JsonFormat::test(summary)}};
     if (summary.position) {
         QJsonArray coordinates{summary.position->longitude, summary.position->latitude};
-        if (summary.position->altitude)
+        if (summary.position->altitude) {
             coordinates.append(*summary.position->altitude);
+        }
         feature.insert("geometry"_L1,
                        QJsonObject{{u"type"_s, u"Point"_s}, {u"coordinates"_s, coordinates}});
     }
@@ -77,17 +83,20 @@ QByteArray gpxBegin()
 
 QByteArray gpxWaypoint(const TestSummary &summary)
 {
-    if (!summary.position)
+    if (!summary.position) {
         return {};
+    }
     QByteArray text;
     QXmlStreamWriter xml(&text);
     xml.writeStartElement(u"wpt"_s);
     xml.writeAttribute(u"lat"_s, degrees(summary.position->latitude));
     xml.writeAttribute(u"lon"_s, degrees(summary.position->longitude));
-    if (summary.position->altitude)
+    if (summary.position->altitude) {
         xml.writeTextElement(u"ele"_s, QString::number(*summary.position->altitude, 'f', 1));
-    if (summary.timestamp)
+    }
+    if (summary.timestamp) {
         xml.writeTextElement(u"time"_s, JsonFormat::timestamp(*summary.timestamp));
+    }
     xml.writeTextElement(
         u"name"_s, u"%1/%2"_s.arg(summary.seriesId.value_or(0)).arg(summary.testId.value_or(0)));
     xml.writeTextElement(u"desc"_s, description(summary));
@@ -101,3 +110,5 @@ QByteArray gpxEnd()
 }
 
 } // namespace ExportFormat
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+namespace velometer {
+
 /// Documents for maps, in three pieces so that no collection needs to fit into memory: begin, one
 /// piece a test, end.
 namespace ExportFormat {
@@ -20,3 +22,5 @@ QByteArray gpxWaypoint(const TestSummary &summary);
 QByteArray gpxEnd();
 
 } // namespace ExportFormat
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 QString CommandLine::helpText(Command command, bool overview)
 {
     const QString common =
@@ -144,3 +146,5 @@ QString CommandLine::helpText(Command command, bool overview)
     }
     Q_UNREACHABLE();
 }
+
+} // namespace velometer

@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 template <typename Value>
@@ -40,11 +42,13 @@ QJsonValue toJson(const TestSummary::Number &value)
 template <typename Value>
 QJsonValue arrayOrNull(const std::optional<QList<Value>> &list)
 {
-    if (!list)
+    if (!list) {
         return QJsonValue::Null;
+    }
     QJsonArray array;
-    for (const Value &value : *list)
+    for (const Value &value : *list) {
         array.append(toJson(value));
+    }
     return array;
 }
 
@@ -125,7 +129,7 @@ QJsonObject test(const TestSummary &summary)
             {u"user_id"_s, idOrNull(summary.userId)},
             {u"timestamp"_s, timestampOrNull(summary.timestamp)},
             {u"schedule"_s, orNull(summary.schedule)},
-            {u"server"_s, ::server(summary.server)},
+            {u"server"_s, velometer::server(summary.server)},
             {u"download"_s, throughput(summary.download)},
             {u"upload"_s, upload(summary)},
             {u"rtt"_s, roundTrip(summary.rtt)},
@@ -149,8 +153,9 @@ QJsonObject network(const TestSummary::Network &network)
 
 QJsonValue position(const std::optional<TestSummary::Position> &position)
 {
-    if (!position)
+    if (!position) {
         return QJsonValue::Null;
+    }
     return QJsonObject{{u"latitude"_s, position->latitude},
                        {u"longitude"_s, position->longitude},
                        {u"altitude_m"_s, orNull(position->altitude)},
@@ -222,3 +227,5 @@ QString timestamp(qint64 ms)
 }
 
 } // namespace JsonFormat
+
+} // namespace velometer

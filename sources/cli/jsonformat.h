@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QJsonObject>
 
+namespace velometer {
+
 class TestServer;
 
 /// The program's JSON: never translated, every field always there, null where nothing is known.
@@ -36,3 +38,5 @@ QByteArray line(const QJsonObject &object);
 QString timestamp(qint64 ms);
 
 } // namespace JsonFormat
+
+} // namespace velometer

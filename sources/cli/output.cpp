@@ -10,6 +10,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+namespace velometer {
+
 namespace {
 constexpr int defaultWidth = 80;
 }
@@ -43,8 +45,9 @@ void Output::post(const QByteArray &data)
 void Output::offer(const QByteArray &data)
 {
     drain(Wait::No);
-    if (pending.isEmpty() && writable())
+    if (pending.isEmpty() && writable()) {
         post(data);
+    }
 }
 
 bool Output::isTerminal() const
@@ -68,8 +71,9 @@ bool Output::writable() const
 void Output::drain(Wait wait)
 {
     while (!pending.isEmpty() && !gone) {
-        if (wait == Wait::No && !writable())
+        if (wait == Wait::No && !writable()) {
             return;
+        }
         // A pipe that polls writable takes this much without blocking.
         const size_t length = std::min<size_t>(static_cast<size_t>(pending.size()), PIPE_BUF);
         const ssize_t written = ::write(descriptor, pending.constData(), length);
@@ -77,20 +81,26 @@ void Output::drain(Wait wait)
             pending.remove(0, written);
             continue;
         }
-        if (errno == EINTR)
+        if (errno == EINTR) {
             continue;
+        }
         if (errno == EAGAIN) {
             // Somebody who shares the descriptor made it non-blocking.
             pollfd state{descriptor, POLLOUT, 0};
-            if (wait == Wait::No)
+            if (wait == Wait::No) {
                 return;
+            }
             ::poll(&state, 1, -1);
             continue;
         }
         gone = true;
-        if (errno != EPIPE)
+        if (errno != EPIPE) {
             failure = qt_error_string(errno);
+        }
     }
-    if (gone)
+    if (gone) {
         pending.clear();
+    }
 }
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace velometer {
+
 /// A file descriptor of the program, written to without the C library's buffers. A reader that goes
 /// away silences it and ends nothing. Not owned. Main thread only.
 class Output
@@ -43,3 +45,5 @@ private:
     QByteArray pending;
     QString failure;
 };
+
+} // namespace velometer

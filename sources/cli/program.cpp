@@ -28,6 +28,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 using Command = CommandLine::Command;
 using Format = CommandLine::Format;
 
@@ -87,16 +89,18 @@ void Program::start()
 
 void Program::stop(ExitStatus status)
 {
-    if (runner)
+    if (runner) {
         return runner->stop(status);
+    }
     end(status);
 }
 
 void Program::end(ExitStatus status)
 {
-    if (!out.error().isEmpty() && status == ExitStatus::Done)
+    if (!out.error().isEmpty() && status == ExitStatus::Done) {
         status = refuse(ExitStatus::Store,
                         tr("Standard output cannot be written: %1.").arg(out.error()));
+    }
     Q_EMIT finished(status);
 }
 
@@ -112,8 +116,9 @@ bool Program::createPlatform()
 {
     QString error;
     platform = Platform::create(options.platform, &error);
-    if (!platform)
+    if (!platform) {
         refuse(ExitStatus::Usage, error);
+    }
     return platform != nullptr;
 }
 
@@ -145,27 +150,31 @@ bool Program::createRunner()
                                 options.budget.value_or(DataBudget::remembered())};
     runner = std::make_unique<TestRunner>(plan, *table, *printer, progress, *platform);
     connect(runner.get(), &TestRunner::finished, this, &Program::end);
-    if (choice)
+    if (choice) {
         runner->getController().setTestServer(choice->server());
+    }
     return true;
 }
 
 void Program::runTests()
 {
-    if (createRunner())
+    if (createRunner()) {
         runner->start();
+    }
 }
 
 void Program::resendReports()
 {
-    if (!openStoreIfThere())
+    if (!openStoreIfThere()) {
         return end(storeFailure());
+    }
     if (!gDB->isOpen() || gDB->countUnsentXMLFiles() == 0) {
         out.line(tr("No report waits."));
         return end(ExitStatus::Done);
     }
-    if (!createRunner())
+    if (!createRunner()) {
         return;
+    }
     const auto print = [this](ExitStatus) {
         const TestOutcome &outcome = runner->getController().getOutcome();
         out.line(tr("Reports delivered: %1, still waiting: %2.")
@@ -180,10 +189,12 @@ void Program::resendReports()
 
 ExitStatus Program::startSeries()
 {
-    if (!createPlatform())
+    if (!createPlatform()) {
         return ExitStatus::Usage;
-    if (!settingsWritable())
+    }
+    if (!settingsWritable()) {
         return refuse(ExitStatus::Store, tr("The settings cannot be written."));
+    }
     printer = std::make_unique<TestPrinter>(options.format, out, language);
     TestRunner idle({}, *table, *printer, progress, *platform);
     idle.getController().startNewSeries();
@@ -203,8 +214,9 @@ bool Program::openStoreIfThere()
     // Who only looks leaves no empty store behind. Only a missing file is an empty store: a path
     // that leads through a file or a closed directory is a mistake.
     const QByteArray file = QFile::encodeName(DatabaseManager::databaseFile());
-    if (::access(file.constData(), F_OK) != 0)
+    if (::access(file.constData(), F_OK) != 0) {
         return errno == ENOENT;
+    }
     return openStore();
 }
 
@@ -218,11 +230,13 @@ ExitStatus Program::storeFailure()
 std::vector<std::unique_ptr<DBTestResults>> Program::storedTests(int limit, bool *ok)
 {
     *ok = openStoreIfThere();
-    if (!gDB->isOpen())
+    if (!gDB->isOpen()) {
         return {};
+    }
     auto rows = gDB->getAllResults();
-    if (limit > 0 && rows.size() > static_cast<size_t>(limit))
+    if (limit > 0 && rows.size() > static_cast<size_t>(limit)) {
         rows.resize(static_cast<size_t>(limit));
+    }
     return rows;
 }
 
@@ -235,22 +249,26 @@ ExitStatus Program::listResults()
 {
     bool ok = false;
     const auto rows = storedTests(options.limit, &ok);
-    if (!ok)
+    if (!ok) {
         return storeFailure();
+    }
     QList<TestSummary> tests;
-    if (options.format == Format::Csv)
+    if (options.format == Format::Csv) {
         out.write(CsvFormat::testHeader());
+    }
     for (const auto &row : rows) {
         const TestSummary test = summaryOf(*row);
-        if (options.format == Format::Json)
+        if (options.format == Format::Json) {
             out.write(JsonFormat::line(JsonFormat::test(test)));
-        else if (options.format == Format::Csv)
+        } else if (options.format == Format::Csv) {
             out.write(CsvFormat::test(test));
-        else
+        } else {
             tests.append(test);
+        }
     }
-    if (options.format == Format::Text)
+    if (options.format == Format::Text) {
         out.write(TextFormat::table(tests).toUtf8());
+    }
     return ExitStatus::Done;
 }
 
@@ -258,12 +276,14 @@ ExitStatus Program::showTest()
 {
     bool ok = false;
     const auto rows = storedTests(0, &ok);
-    if (!ok)
+    if (!ok) {
         return storeFailure();
+    }
     const auto &wanted = options.storedTest;
     const auto isWanted = [&](const std::unique_ptr<DBTestResults> &row) {
-        if (wanted.row != 0)
+        if (wanted.row != 0) {
             return row->myTestId == wanted.row;
+        }
         return row->seriesId == wanted.series && row->testId == wanted.test;
     };
     const auto row = std::find_if(rows.begin(), rows.end(), isWanted);
@@ -273,12 +293,13 @@ ExitStatus Program::showTest()
         return refuse(ExitStatus::Usage, tr("There is no stored test %1.").arg(name));
     }
     const TestSummary test = summaryOf(**row);
-    if (options.format == Format::Json)
+    if (options.format == Format::Json) {
         out.write(JsonFormat::line(JsonFormat::test(test)));
-    else if (options.format == Format::Csv)
+    } else if (options.format == Format::Csv) {
         out.write(CsvFormat::testHeader() + CsvFormat::test(test));
-    else
+    } else {
         out.write(TextFormat::test(test, QString()).toUtf8());
+    }
     return ExitStatus::Done;
 }
 
@@ -286,31 +307,35 @@ ExitStatus Program::exportTests()
 {
     bool ok = false;
     const auto rows = storedTests(0, &ok);
-    if (!ok)
+    if (!ok) {
         return storeFailure();
-    if (options.format == Format::Csv)
+    }
+    if (options.format == Format::Csv) {
         out.write(CsvFormat::testHeader());
-    else if (options.format == Format::GeoJson)
+    } else if (options.format == Format::GeoJson) {
         out.write(ExportFormat::geoJsonBegin());
-    else if (options.format == Format::Gpx)
+    } else if (options.format == Format::Gpx) {
         out.write(ExportFormat::gpxBegin());
+    }
     bool first = true;
     for (const auto &row : rows) {
         const TestSummary test = summaryOf(*row);
-        if (options.format == Format::Csv)
+        if (options.format == Format::Csv) {
             out.write(CsvFormat::test(test));
-        else if (options.format == Format::GeoJson)
+        } else if (options.format == Format::GeoJson) {
             out.write(ExportFormat::geoJsonFeature(test, first));
-        else if (options.format == Format::Gpx)
+        } else if (options.format == Format::Gpx) {
             out.write(ExportFormat::gpxWaypoint(test));
-        else
+        } else {
             out.write(JsonFormat::line(JsonFormat::test(test)));
+        }
         first = false;
     }
-    if (options.format == Format::GeoJson)
+    if (options.format == Format::GeoJson) {
         out.write(ExportFormat::geoJsonEnd());
-    else if (options.format == Format::Gpx)
+    } else if (options.format == Format::Gpx) {
         out.write(ExportFormat::gpxEnd());
+    }
     return ExitStatus::Done;
 }
 
@@ -318,8 +343,9 @@ ExitStatus Program::clearStore()
 {
     bool ok = false;
     const auto tests = storedTests(0, &ok).size();
-    if (!ok)
+    if (!ok) {
         return storeFailure();
+    }
     const int reports = gDB->isOpen() ? gDB->countUnsentXMLFiles() : 0;
     if (!options.yes) {
         return refuse(ExitStatus::Usage,
@@ -329,8 +355,9 @@ ExitStatus Program::clearStore()
                                DatabaseManager::databaseFile()));
     }
     if (gDB->isOpen()) {
-        if (!gDB->resetDB())
+        if (!gDB->resetDB()) {
             return storeFailure();
+        }
     }
     out.line(tr("Deleted %1 stored tests and %2 waiting reports.")
                  .arg(QString::number(tests), QString::number(reports)));
@@ -348,23 +375,27 @@ const TestServer *Program::selectedServer() const
 ExitStatus Program::listServers()
 {
     const TestServer *selected = selectedServer();
-    if (options.format == Format::Csv)
+    if (options.format == Format::Csv) {
         out.write(CsvFormat::serverHeader());
-    for (const TestServer *server : table->servers()) {
-        if (options.format == Format::Json)
-            out.write(JsonFormat::line(JsonFormat::server(*server, server == selected)));
-        else if (options.format == Format::Csv)
-            out.write(CsvFormat::server(*server, server == selected));
     }
-    if (options.format == Format::Text)
+    for (const TestServer *server : table->servers()) {
+        if (options.format == Format::Json) {
+            out.write(JsonFormat::line(JsonFormat::server(*server, server == selected)));
+        } else if (options.format == Format::Csv) {
+            out.write(CsvFormat::server(*server, server == selected));
+        }
+    }
+    if (options.format == Format::Text) {
         out.write(TextFormat::servers(table->servers(), selected).toUtf8());
+    }
     return ExitStatus::Done;
 }
 
 void Program::describeContext()
 {
-    if (!createPlatform())
+    if (!createPlatform()) {
         return end(ExitStatus::Usage);
+    }
     context = std::make_unique<DeviceContext>(*platform);
     connect(context.get(), &DeviceContext::ready, this, &Program::printContext);
     context->look(options.watch ? DeviceContext::Until::Interrupted : DeviceContext::Until::Ready);
@@ -372,13 +403,17 @@ void Program::describeContext()
 
 void Program::printContext()
 {
-    if (options.format == Format::Json)
+    if (options.format == Format::Json) {
         out.write(context->json());
-    else if (options.format == Format::Csv)
+    } else if (options.format == Format::Csv) {
         out.write(context->csv());
-    else
+    } else {
         out.write(context->text().toUtf8() + (options.watch ? "\n" : ""));
+    }
     // A watcher goes on until it is interrupted, or until nobody reads any more.
-    if (!options.watch || !out.error().isEmpty() || out.isGone())
+    if (!options.watch || !out.error().isEmpty() || out.isGone()) {
         end(ExitStatus::Done);
+    }
 }
+
+} // namespace velometer

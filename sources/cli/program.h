@@ -10,6 +10,8 @@
 #include <memory>
 #include <vector>
 
+namespace velometer {
+
 class DBTestResults;
 class Platform;
 class ServerChoice;
@@ -77,3 +79,5 @@ private:
     std::unique_ptr<TestRunner> runner;
     std::unique_ptr<class DeviceContext> context;
 };
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 const QByteArray eraseLine = "\r\033[K";
 }
@@ -19,16 +21,18 @@ void ProgressLine::setStatus(const QString &text)
 {
     status = cleanText(text);
     progress.clear();
-    if (mode == Mode::Lines)
+    if (mode == Mode::Lines) {
         output.post((test.isEmpty() ? status : test + u' ' + status).toUtf8() + '\n');
-    else
+    } else {
         draw();
+    }
 }
 
 void ProgressLine::setFigure(const QString &text)
 {
-    if (mode == Mode::Lines)
+    if (mode == Mode::Lines) {
         output.post(cleanText(text).toUtf8() + '\n');
+    }
 }
 
 void ProgressLine::setProgress(int value, int max)
@@ -42,26 +46,31 @@ void ProgressLine::clear()
 {
     status.clear();
     progress.clear();
-    if (drawn)
+    if (drawn) {
         output.post(eraseLine);
+    }
     drawn = false;
 }
 
 void ProgressLine::message(const QString &text)
 {
-    if (drawn)
+    if (drawn) {
         output.write(eraseLine);
+    }
     output.line(text);
     drawn = false;
 }
 
 void ProgressLine::draw()
 {
-    if (mode != Mode::Rewriting)
+    if (mode != Mode::Rewriting) {
         return;
+    }
     QStringList parts{test, status, progress};
     parts.removeAll(QString());
     // A line as wide as the terminal would wrap and could not be rewritten.
     output.offer("\r" + parts.join(u' ').left(output.width() - 1).toUtf8() + "\033[K");
     drawn = true;
 }
+
+} // namespace velometer

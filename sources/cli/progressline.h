@@ -4,6 +4,8 @@
 
 #include <QString>
 
+namespace velometer {
+
 /// What a test is doing, for a person at standard error: one line that rewrites itself on a
 /// terminal, plain lines elsewhere, or nothing. Never waits for a slow terminal while a test
 /// measures.
@@ -41,3 +43,5 @@ private:
     QString progress;
     bool drawn = false;
 };
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int defaultPort = 80;
@@ -24,13 +26,15 @@ bool looksLikeHost(const QString &text)
 ServerChoice::ServerChoice(const QString &text, const TestServerTable &table)
     : chosen(table.findByName(text))
 {
-    if (chosen)
+    if (chosen) {
         return;
+    }
     const QString shortened = text.left(100).simplified();
     if (!looksLikeHost(text)) {
         QStringList names;
-        for (const TestServer *server : table.servers())
+        for (const TestServer *server : table.servers()) {
             names.append(server->getName());
+        }
         failure = tr("There is no server \"%1\"; use HOST[:PORT] or one of: %2.")
                       .arg(shortened, names.join(", "_L1));
         return;
@@ -43,8 +47,9 @@ ServerChoice::ServerChoice(const QString &text, const TestServerTable &table)
         return;
     }
     chosen = table.find(endpoint->host, endpoint->port);
-    if (chosen)
+    if (chosen) {
         return;
+    }
     own = std::make_unique<TestServer>(nullptr);
     own->setHostname(endpoint->host);
     own->setPort(endpoint->port);
@@ -52,3 +57,5 @@ ServerChoice::ServerChoice(const QString &text, const TestServerTable &table)
 }
 
 ServerChoice::~ServerChoice() = default;
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class TestServer;
 class TestServerTable;
 
@@ -30,3 +32,5 @@ private:
     std::unique_ptr<TestServer> own; ///< an endpoint that is not in the table
     QString failure;
 };
+
+} // namespace velometer

@@ -8,6 +8,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 using Format = CommandLine::Format;
 
 TestPrinter::TestPrinter(Format howToPrint, Output &to, QString languageOfPages)
@@ -18,14 +20,16 @@ TestPrinter::TestPrinter(Format howToPrint, Output &to, QString languageOfPages)
 
 void TestPrinter::phase(const QString &name, int test, int count)
 {
-    if (format == Format::JsonStream)
+    if (format == Format::JsonStream) {
         output.post(JsonFormat::line(JsonFormat::phaseEvent(name, test, count)));
+    }
 }
 
 void TestPrinter::progress(int value, int max)
 {
-    if (format == Format::JsonStream)
+    if (format == Format::JsonStream) {
         output.offer(JsonFormat::line(JsonFormat::progressEvent(value, max)));
+    }
 }
 
 void TestPrinter::ended(const TestSummary &summary, ExitStatus status, const QString &message)
@@ -33,8 +37,9 @@ void TestPrinter::ended(const TestSummary &summary, ExitStatus status, const QSt
     switch (format) {
     case Format::Text:
         // Without a test number there was no test to speak of; the message says why.
-        if (summary.testId)
+        if (summary.testId) {
             output.write(TextFormat::test(summary, pageAddress(summary)).toUtf8());
+        }
         break;
     case Format::Json: output.write(JsonFormat::line(JsonFormat::test(summary))); break;
     case Format::JsonStream:
@@ -43,8 +48,9 @@ void TestPrinter::ended(const TestSummary &summary, ExitStatus status, const QSt
                              : JsonFormat::errorEvent(message, static_cast<int>(status))));
         break;
     case Format::Csv:
-        if (!std::exchange(headerPrinted, true))
+        if (!std::exchange(headerPrinted, true)) {
             output.write(CsvFormat::testHeader());
+        }
         output.write(CsvFormat::test(summary));
         break;
     case Format::GeoJson:
@@ -57,3 +63,5 @@ QString TestPrinter::pageAddress(const TestSummary &summary) const
     return summary.userId ? Deployment::current().userPageAddress(*summary.userId, language)
                           : QString();
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 #include "cli/exitstatus.h"
 #include "cli/testsummary.h"
 
+namespace velometer {
+
 class Output;
 
 /// Prints tests to standard output as they happen and end, in the user's format.
@@ -29,3 +31,5 @@ private:
     QString language;
     bool headerPrinted = false;
 };
+
+} // namespace velometer

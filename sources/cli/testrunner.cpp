@@ -18,6 +18,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 using Phase = TestController::Phase;
@@ -67,12 +69,15 @@ bool isWhole(const Result *result)
 QStringList brokenPhases(const TestResults *record)
 {
     QStringList broken;
-    if (!record || !isWhole(record->getDownloadResult()))
+    if (!record || !isWhole(record->getDownloadResult())) {
         broken.append(TestRunner::tr("download"));
-    if (!record || !isWhole(record->getUploadResult()))
+    }
+    if (!record || !isWhole(record->getUploadResult())) {
         broken.append(TestRunner::tr("upload"));
-    if (!record || !record->getRTTResult() || !record->getRTTResult()->isValid())
+    }
+    if (!record || !record->getRTTResult() || !record->getRTTResult()->isValid()) {
         broken.append(TestRunner::tr("round-trip time"));
+    }
     return broken;
 }
 
@@ -108,8 +113,9 @@ void TestRunner::start()
 void TestRunner::awaitDevice()
 {
     deviceTimer.start(devicePollInterval);
-    if (!platform.isComplete() && ++polls <= maxDevicePolls)
+    if (!platform.isComplete() && ++polls <= maxDevicePolls) {
         return;
+    }
     deviceTimer.stop();
     warnOfMetered();
     startNext();
@@ -118,14 +124,16 @@ void TestRunner::awaitDevice()
 void TestRunner::warnOfMetered()
 {
     const PlatformFacts facts = platform.facts();
-    if (!facts.metered.value_or(false))
+    if (!facts.metered.value_or(false)) {
         return;
+    }
     QString warning =
         facts.meteredGuessed
             ? tr("The connection is metered (guessed from its kind); a test may cost money.")
             : tr("The connection is metered; a test may cost money.");
-    if (plan.budget.bytes())
+    if (plan.budget.bytes()) {
         warning += u' ' + tr("A test uses at most %1.").arg(plan.budget.text());
+    }
     progress.message(warning);
 }
 
@@ -136,8 +144,9 @@ void TestRunner::startNext()
     errorText.clear();
     stopStatus.reset();
     shownPhase.reset();
-    if (plan.count > 1)
+    if (plan.count > 1) {
         progress.setTest(u"%1/%2"_s.arg(current).arg(plan.count));
+    }
     controller->runTests(plan.location);
 }
 
@@ -152,8 +161,9 @@ void TestRunner::stop(ExitStatus reason)
 {
     stopStatus = reason;
     seriesStopped = true;
-    if (controller->isRunning())
+    if (controller->isRunning()) {
         return controller->abortTest();
+    }
     status = reason;
     finish();
 }
@@ -161,26 +171,32 @@ void TestRunner::stop(ExitStatus reason)
 void TestRunner::testEnded(const TestOutcome &outcome)
 {
     progress.clear();
-    if (resending)
+    if (resending) {
         return resendEnded(outcome);
+    }
 
     const TestResults *record = controller->getTestResults();
     ExitStatus ended = statusOf(outcome, record);
-    if (outcome.end == TestOutcome::End::Stopped && stopStatus)
+    if (outcome.end == TestOutcome::End::Stopped && stopStatus) {
         ended = *stopStatus;
+    }
     const QString message = failureText(outcome, ended);
     printer.ended(TestSummary::ofTest(*controller, record), ended, message);
-    if (!message.isEmpty())
+    if (!message.isEmpty()) {
         progress.message(message);
+    }
     // A stop keeps its status; that what the test had is lost must be said all the same.
-    if (outcome.storeFailed && ended != ExitStatus::Store)
+    if (outcome.storeFailed && ended != ExitStatus::Store) {
         progress.message(storeFailure());
+    }
     warnOfUndelivered(outcome);
 
-    if (status == ExitStatus::Done || seriesStopped)
+    if (status == ExitStatus::Done || seriesStopped) {
         status = ended;
-    if (seriesStopped || current == plan.count)
+    }
+    if (seriesStopped || current == plan.count) {
         return finish();
+    }
     const qint64 due = startedAt + plan.interval * nsPerSecond - Utils::getTimeInNs();
     // Rounded up: a series is never faster than it was asked to be.
     nextTimer.start(static_cast<int>(std::max<qint64>(0, (due + nsPerMs - 1) / nsPerMs)));
@@ -189,22 +205,24 @@ void TestRunner::testEnded(const TestOutcome &outcome)
 void TestRunner::resendEnded(const TestOutcome &outcome)
 {
     using End = TestOutcome::End;
-    if (outcome.storeFailed)
+    if (outcome.storeFailed) {
         status = ExitStatus::Store;
-    else if (outcome.end == End::Stopped && stopStatus)
+    } else if (outcome.end == End::Stopped && stopStatus) {
         status = *stopStatus;
-    else if (outcome.resent >= waitingBefore)
+    } else if (outcome.resent >= waitingBefore) {
         status = ExitStatus::Done;
-    else
+    } else {
         status = outcome.answered ? ExitStatus::Broken : ExitStatus::Unreachable;
+    }
 
-    if (status == ExitStatus::Store)
+    if (status == ExitStatus::Store) {
         progress.message(
             tr("The reports in %1 cannot be written.").arg(DatabaseManager::databaseFile()));
-    else if (status == ExitStatus::Broken)
+    } else if (status == ExitStatus::Broken) {
         progress.message(tr("The service did not take every report."));
-    else if (status == ExitStatus::Unreachable)
+    } else if (status == ExitStatus::Unreachable) {
         progress.message(tr("The service cannot be reached."));
+    }
     finish();
 }
 
@@ -217,12 +235,14 @@ void TestRunner::finish()
 
 ExitStatus TestRunner::statusOf(const TestOutcome &outcome, const TestResults *record)
 {
-    if (outcome.storeFailed)
+    if (outcome.storeFailed) {
         return ExitStatus::Store;
+    }
     switch (outcome.end) {
     case TestOutcome::End::Completed:
-        if (!brokenPhases(record).isEmpty())
+        if (!brokenPhases(record).isEmpty()) {
             return ExitStatus::Broken;
+        }
         return record->phasesCutByBudget().isEmpty() ? ExitStatus::Done : ExitStatus::Refused;
     case TestOutcome::End::Stopped: return ExitStatus::Interrupted;
     case TestOutcome::End::NoNetwork:
@@ -251,8 +271,9 @@ QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) co
     switch (ended) {
     case ExitStatus::Done: return {};
     case ExitStatus::Refused:
-        if (outcome.end == TestOutcome::End::Completed)
+        if (outcome.end == TestOutcome::End::Completed) {
             return budgetText();
+        }
         return tr("The device is roaming; a test may be expensive. --allow-roaming tests all the "
                   "same.");
     case ExitStatus::Interrupted:
@@ -262,8 +283,9 @@ QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) co
     case ExitStatus::Unreachable:
     case ExitStatus::Usage: break;
     }
-    if (!errorText.isEmpty())
+    if (!errorText.isEmpty()) {
         return errorText;
+    }
     if (outcome.end == TestOutcome::End::Completed) {
         return tr("The test is incomplete; missing or cut short: %1.")
             .arg(brokenPhases(controller->getTestResults()).join(", "_L1));
@@ -273,8 +295,9 @@ QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) co
 
 void TestRunner::warnOfUndelivered(const TestOutcome &outcome)
 {
-    if (!outcome.reportDelivered && outcome.queueId >= 0)
+    if (!outcome.reportDelivered && outcome.queueId >= 0) {
         progress.message(tr("The report waits in the queue and goes out with the next test."));
+    }
 }
 
 // ---- TestObserver and TestHost
@@ -285,15 +308,17 @@ bool TestRunner::stopRequested()
     const Phase phase = controller->getPhase();
     const bool beforeTraffic = phase == Phase::Init || phase == Phase::DownloadStartMarker;
     if (!resending && !stopStatus && !plan.allowRoaming && beforeTraffic &&
-        controller->checkRoaming())
+        controller->checkRoaming()) {
         stopStatus = ExitStatus::Refused;
+    }
     return stopStatus.has_value();
 }
 
 void TestRunner::phaseEntered(Phase phase)
 {
-    if (resending || shownPhase == phase)
+    if (resending || shownPhase == phase) {
         return;
+    }
     shownPhase = phase;
     printer.phase(nameOf(phase), current, plan.count);
 }
@@ -311,8 +336,9 @@ void TestRunner::setProgressMax(int max)
 void TestRunner::setProgressValue(int value)
 {
     progressValue = value;
-    if (Utils::getTimeInNs() - shownAt >= progressInterval)
+    if (Utils::getTimeInNs() - shownAt >= progressInterval) {
         showProgress();
+    }
 }
 
 void TestRunner::setProgress(int value, int max)
@@ -358,8 +384,11 @@ TestServer *TestRunner::getTestServer(const QString &hostname, int port)
 
 QString TestRunner::getScheduleInfo() const
 {
-    if (plan.count <= 1)
+    if (plan.count <= 1) {
         return {};
+    }
     const qint64 minutes = qint64(plan.count) * plan.interval / secondsPerMinute;
     return u"%1,%2,%3"_s.arg(current).arg(plan.count).arg(minutes);
 }
+
+} // namespace velometer

@@ -13,6 +13,8 @@
 #include <memory>
 #include <optional>
 
+namespace velometer {
+
 class Platform;
 class ProgressLine;
 class TestPrinter;
@@ -113,3 +115,5 @@ private:
     QTimer nextTimer;
     std::unique_ptr<TestController> controller;
 };
+
+} // namespace velometer

@@ -19,6 +19,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 using Number = TestSummary::Number;
@@ -54,8 +56,9 @@ Real realAtLeast(double minimum, double value)
 TestSummary::Throughput throughput(const Result *result)
 {
     TestSummary::Throughput phase;
-    if (!result)
+    if (!result) {
         return phase;
+    }
     phase.valid = result->isValid();
     // Bytes over time are no rate of the link when the stream was refused: they are an error page.
     if (result->isValid() || result->isCutByBudget()) {
@@ -72,8 +75,9 @@ TestSummary::Throughput throughput(const Result *result)
     const IntervalTable &table = result->getIntervallValuesByte();
     const auto intervals = std::min<qsizetype>(table.size(), maxIntervals);
     QList<qint64> bytes;
-    for (int i = 0; i < intervals; ++i)
+    for (int i = 0; i < intervals; ++i) {
         bytes.append(table.value(i));
+    }
     phase.intervalBytes = bytes;
     return phase;
 }
@@ -81,8 +85,9 @@ TestSummary::Throughput throughput(const Result *result)
 TestSummary::RoundTrip roundTrip(const Result *result)
 {
     TestSummary::RoundTrip phase;
-    if (!result)
+    if (!result) {
         return phase;
+    }
     phase.minimum = atLeast(1, result->getResponseMin());
     phase.average = atLeast(1, result->getResponseAvg());
     phase.maximum = atLeast(1, result->getResponseMax());
@@ -91,8 +96,9 @@ TestSummary::RoundTrip roundTrip(const Result *result)
     QList<int> connects = result->getResponseTimes().keys();
     std::sort(connects.begin(), connects.end());
     QList<Number> samples;
-    for (int connect : std::as_const(connects))
+    for (int connect : std::as_const(connects)) {
         samples.append(atLeast(1, result->getResponseTimes().value(connect)));
+    }
     phase.samples = samples;
     return phase;
 }
@@ -140,7 +146,7 @@ public:
     bool has(const QString &key) const { return details && details->contains(key); }
     Text text(const QString &key) const
     {
-        return has(key) ? ::text(details->getString(key)) : Text();
+        return has(key) ? velometer::text(details->getString(key)) : Text();
     }
     Number integer(const QString &key, qint64 minimum) const
     {
@@ -159,16 +165,19 @@ public:
 
     std::optional<TestSummary::Position> position() const
     {
-        if (!details || !details->hasGPSCoordinates())
+        if (!details || !details->hasGPSCoordinates()) {
             return std::nullopt;
+        }
         TestSummary::Position where;
         where.latitude = details->getDouble(u"deviceLatitude"_s);
         where.longitude = details->getDouble(u"deviceLongitude"_s);
-        if (!(std::abs(where.latitude) <= 90 && std::abs(where.longitude) <= 180))
+        if (!(std::abs(where.latitude) <= 90 && std::abs(where.longitude) <= 180)) {
             return std::nullopt;
+        }
         const double altitude = details->getDouble(u"deviceAltitude"_s);
-        if (altitude != -1.0 && std::isfinite(altitude))
+        if (altitude != -1.0 && std::isfinite(altitude)) {
             where.altitude = altitude;
+        }
         where.horizontalAccuracy = accuracy(details->getDouble(u"deviceAccuracyHor"_s));
         where.verticalAccuracy = accuracy(details->getDouble(u"deviceAccuracyVert"_s));
         where.velocity = real(u"deviceVelocity"_s, 0);
@@ -190,21 +199,23 @@ TestSummary TestSummary::ofTest(const TestController &controller, const TestResu
     summary.schedule = text(controller.getScheduleInfo());
     summary.location = text(controller.getUserLocation());
     summary.userId = atLeast(1, controller.getUserId());
-    summary.server = ::server(*controller.getTestServer());
+    summary.server = velometer::server(*controller.getTestServer());
     summary.network = networkOf(*controller.getNetWorkInfoHelper());
     summary.position = positionOf(*controller.getLocationHelper());
     summary.device = deviceOf(*controller.getDeviceInfoHelper());
     summary.report.delivered = outcome.reportDelivered;
     summary.report.queueId = atLeast(0, outcome.queueId);
     summary.report.resent = outcome.resent;
-    if (!record)
+    if (!record) {
         return summary;
+    }
 
     summary.storedId = atLeast(1, static_cast<qint64>(outcome.storedId));
     summary.testId = record->getTestId();
     summary.seriesId = record->getSeriesId();
-    if (record->getTimestamp() > 0)
+    if (record->getTimestamp() > 0) {
         summary.timestamp = record->getTimestamp();
+    }
     summary.download = throughput(record->getDownloadResult());
     summary.upload = throughput(record->getUploadResult());
     summary.serverMinimumRate = atLeast(1, record->getServerUploadMin());
@@ -213,10 +224,11 @@ TestSummary TestSummary::ofTest(const TestController &controller, const TestResu
     summary.rtt = roundTrip(record->getRTTResult());
     summary.budgetReached = text(record->phasesCutByBudget().join(u','));
     summary.budget = record->getDataBudget();
-    summary.tcp = ::tcp(*record);
+    summary.tcp = velometer::tcp(*record);
     summary.server.ip = text(record->getInitialValues()->getRemoteIP());
-    if (!record->getTestResultLogs().isEmpty())
+    if (!record->getTestResultLogs().isEmpty()) {
         summary.network.type = text(record->storedConnectionType());
+    }
     if (summary.position) {
         summary.position->velocity = realAtLeast(0, record->getVelocity());
         summary.position->distance = realAtLeast(0, record->getDistance());
@@ -232,8 +244,9 @@ TestSummary TestSummary::ofStored(const DBTestResults &row, const TestDetails *s
     summary.storedId = static_cast<qint64>(row.myTestId);
     summary.testId = row.testId;
     summary.seriesId = row.seriesId;
-    if (row.timestamp > 0 && row.timestamp < 9e15)
+    if (row.timestamp > 0 && row.timestamp < 9e15) {
         summary.timestamp = std::llround(row.timestamp);
+    }
     summary.location = text(row.location);
 
     summary.server.host = text(row.testServer);
@@ -243,8 +256,9 @@ TestSummary TestSummary::ofStored(const DBTestResults &row, const TestDetails *s
     summary.server.country = details.text(u"testServerCountry"_s);
     const TestServer *known =
         table.find(row.testServer, static_cast<int>(summary.server.port.value_or(0)));
-    if (known)
-        summary.server = ::server(*known);
+    if (known) {
+        summary.server = velometer::server(*known);
+    }
     summary.server.ip = details.text(u"testServerIP"_s);
 
     const auto rate = [](double value) {
@@ -264,8 +278,9 @@ TestSummary TestSummary::ofStored(const DBTestResults &row, const TestDetails *s
         summary.upload.maximumRate = maximum;
     }
     summary.rtt.average = details.rounded(u"rttAverage"_s, 1);
-    if (!summary.rtt.average && row.rtt > 0)
+    if (!summary.rtt.average && row.rtt > 0) {
         summary.rtt.average = row.rtt * 1'000'000;
+    }
     summary.rtt.minimum = details.rounded(u"rttMinimum"_s, 1);
 
     summary.budgetReached = details.text(u"budgetReached"_s);
@@ -296,20 +311,23 @@ TestSummary::Network TestSummary::networkOf(const NetworkInfoHelper &helper)
     const QString signal =
         mode == "WlanMode"_L1 ? helper.getWlansignal() : helper.getNetworksignal();
     network.signal = atLeast(0, number(signal));
-    if (!status.isEmpty() && status != "UndefinedStatus"_L1)
+    if (!status.isEmpty() && status != "UndefinedStatus"_L1) {
         network.roaming = status == "Roaming"_L1;
+    }
     return network;
 }
 
 std::optional<TestSummary::Position> TestSummary::positionOf(const LocationHelper &helper)
 {
-    if (helper.getLocationStatus() == 0)
+    if (helper.getLocationStatus() == 0) {
         return std::nullopt;
+    }
     Position position;
     position.latitude = helper.getLatitude().toDouble();
     position.longitude = helper.getLongitude().toDouble();
-    if (helper.getLocationStatus() == 2)
+    if (helper.getLocationStatus() == 2) {
         position.altitude = helper.getAltitude().toDouble();
+    }
     position.horizontalAccuracy = accuracy(helper.getAccuracyHor().toDouble());
     position.verticalAccuracy = accuracy(helper.getAccuracyVert().toDouble());
     return position;
@@ -320,3 +338,5 @@ TestSummary::Device TestSummary::deviceOf(const DeviceInfoHelper &helper)
     return {text(helper.getManufacturer()), text(helper.getProductName()), text(helper.getModel()),
             text(helper.getPlattform())};
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 class DBTestResults;
 class DeviceInfoHelper;
 class LocationHelper;
@@ -110,3 +112,5 @@ struct TestSummary
     static std::optional<Position> positionOf(const LocationHelper &helper);
     static Device deviceOf(const DeviceInfoHelper &helper);
 };
+
+} // namespace velometer

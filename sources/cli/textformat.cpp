@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 using Row = std::pair<QString, QString>;
@@ -26,18 +28,21 @@ QString aligned(const QList<QStringList> &rows)
     QList<qsizetype> widths;
     for (const QStringList &row : rows) {
         for (qsizetype i = 0; i < row.size(); ++i) {
-            if (i == widths.size())
+            if (i == widths.size()) {
                 widths.append(0);
+            }
             widths[i] = std::max(widths[i], row[i].size());
         }
     }
     QString text;
     for (const QStringList &row : rows) {
         QString line;
-        for (qsizetype i = 0; i < row.size(); ++i)
+        for (qsizetype i = 0; i < row.size(); ++i) {
             line += row[i].leftJustified(widths[i] + 2);
-        while (line.endsWith(u' '))
+        }
+        while (line.endsWith(u' ')) {
             line.chop(1);
+        }
         text += line + u'\n';
     }
     return text;
@@ -47,8 +52,9 @@ QString joined(const QList<TestSummary::Text> &parts, QLatin1StringView separato
 {
     QStringList known;
     for (const TestSummary::Text &part : parts) {
-        if (part)
+        if (part) {
             known.append(*part);
+        }
     }
     return known.join(separator);
 }
@@ -77,8 +83,9 @@ QString serverText(const TestSummary::Server &server)
     const QString place = joined({server.city, server.country}, ", "_L1);
     const QString where = endpoint(server);
     QString text = server.name ? u"%1 (%2)"_s.arg(*server.name, where) : where;
-    if (!place.isEmpty())
+    if (!place.isEmpty()) {
         text += ", "_L1 + place;
+    }
     return text;
 }
 
@@ -86,14 +93,18 @@ QString networkText(const TestSummary::Network &network)
 {
     QStringList parts;
     parts.append(network.type ? TextFormat::connectionType(*network.type) : TextFormat::unknown());
-    if (network.name)
+    if (network.name) {
         parts.append(u'"' + *network.name + u'"');
-    if (network.signal)
+    }
+    if (network.signal) {
         parts.append(TextFormat::tr("signal %1 %").arg(*network.signal));
-    if (network.cell)
+    }
+    if (network.cell) {
         parts.append(TextFormat::tr("cell %1").arg(*network.cell));
-    if (network.roaming.value_or(false))
+    }
+    if (network.roaming.value_or(false)) {
         parts.append(TextFormat::tr("roaming"));
+    }
     return parts.join(", "_L1);
 }
 
@@ -102,8 +113,9 @@ QString positionText(const TestSummary::Position &position)
     QString text = u"%1, %2"_s.arg(QString::number(position.latitude, 'f', 5),
                                    QString::number(position.longitude, 'f', 5));
     const auto add = [&](const TestSummary::Real &value, const QString &wording) {
-        if (value)
+        if (value) {
             text += ", "_L1 + wording.arg(QString::number(*value, 'f', 0));
+        }
     };
     add(position.horizontalAccuracy, TextFormat::tr("within %1 m"));
     add(position.altitude, TextFormat::tr("altitude %1 m"));
@@ -114,14 +126,16 @@ QString positionText(const TestSummary::Position &position)
 QString reportText(const TestSummary::Report &report)
 {
     QString text;
-    if (*report.delivered)
+    if (*report.delivered) {
         text = TextFormat::tr("delivered");
-    else if (report.queueId)
+    } else if (report.queueId) {
         text = TextFormat::tr("waits in the queue");
-    else
+    } else {
         text = TextFormat::tr("none");
-    if (report.resent.value_or(0) > 0)
+    }
+    if (report.resent.value_or(0) > 0) {
         text += ", "_L1 + TextFormat::tr("earlier ones delivered: %1").arg(*report.resent);
+    }
     return text;
 }
 
@@ -135,8 +149,9 @@ QString throughputText(const TestSummary::Number &average, const TestSummary::Th
             TextFormat::tr("%1 to %2")
                 .arg(TextFormat::rate(phase.minimumRate), TextFormat::rate(phase.maximumRate)));
     }
-    if (phase.bytes)
+    if (phase.bytes) {
         text += ", "_L1 + TextFormat::megabytes(phase.bytes);
+    }
     return text;
 }
 
@@ -165,17 +180,22 @@ QString TextFormat::test(const TestSummary &summary, const QString &pageAddress)
     add(tr("Upload"), throughputText(summary.uploadRate(), summary.upload));
     add(tr("Round trip"), roundTripText(summary.rtt));
     const QString ended = summary.budget.endedEarly(summary.budgetReached.value_or(QString()));
-    if (!ended.isEmpty())
+    if (!ended.isEmpty()) {
         add(tr("Data budget"), ended);
+    }
     add(tr("Network"), networkText(summary.network));
-    if (summary.position)
+    if (summary.position) {
         add(tr("Position"), positionText(*summary.position));
-    if (!location.isEmpty())
+    }
+    if (!location.isEmpty()) {
         add(tr("Location"), location);
-    if (summary.report.delivered)
+    }
+    if (summary.report.delivered) {
         add(tr("Report"), reportText(summary.report));
-    if (!pageAddress.isEmpty())
+    }
+    if (!pageAddress.isEmpty()) {
         add(tr("All tests"), pageAddress);
+    }
 
     const QString title = tr("Test %1 of series %2, %3")
                               .arg(numberOrUnknown(summary.testId),
@@ -185,8 +205,9 @@ QString TextFormat::test(const TestSummary &summary, const QString &pageAddress)
 
 QString TextFormat::table(const QList<TestSummary> &tests)
 {
-    if (tests.isEmpty())
+    if (tests.isEmpty()) {
         return {};
+    }
     QList<QStringList> rows{{tr("ID"), tr("Time"), tr("Test"), tr("Download"), tr("Upload"),
                              tr("Round trip"), tr("Network"), tr("Location"), tr("Server")}};
     for (const TestSummary &test : tests) {
@@ -215,23 +236,26 @@ QString TextFormat::servers(const QList<TestServer *> &servers, const TestServer
 QString TextFormat::facts(const QList<std::pair<QString, TestSummary::Text>> &rows)
 {
     QList<QStringList> lines;
-    for (const auto &[name, value] : rows)
+    for (const auto &[name, value] : rows) {
         lines.append({name, value.value_or(unknown())});
+    }
     return aligned(lines);
 }
 
 QString TextFormat::connectionType(const QString &stored)
 {
-    return QCoreApplication::translate("Utils", stored.toUtf8().constData());
+    return QCoreApplication::translate("velometer::Utils", stored.toUtf8().constData());
 }
 
 QString TextFormat::rate(const TestSummary::Number &bitsPerSecond)
 {
-    if (!bitsPerSecond)
+    if (!bitsPerSecond) {
         return unknown();
+    }
     const auto value = static_cast<double>(*bitsPerSecond);
-    if (value < megaFrom)
+    if (value < megaFrom) {
         return QString::number(value / 1e3, 'f', 0) + " kbit/s"_L1;
+    }
     return QString::number(value / 1e6, 'f', value < 1e8 ? 2 : 1) + " Mbit/s"_L1;
 }
 
@@ -251,3 +275,5 @@ QString TextFormat::unknown()
 {
     return tr("unknown");
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace velometer {
+
 class TestServer;
 
 /// What a person reads, translated. Every text ends with a line end.
@@ -34,3 +36,5 @@ public:
     static QString megabytes(const TestSummary::Number &bytes);
     static QString unknown();
 };
+
+} // namespace velometer

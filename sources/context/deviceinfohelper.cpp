@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 const QString fakeImeiKey = u"fakeimei"_s;
@@ -22,8 +24,9 @@ constexpr int substituteDigits = 14;
 QString drawDigits()
 {
     QString digits;
-    for (int i = 0; i < substituteDigits; ++i)
+    for (int i = 0; i < substituteDigits; ++i) {
         digits += QString::number(QRandomGenerator::system()->bounded(10));
+    }
     return digits;
 }
 
@@ -46,18 +49,20 @@ DeviceInfoHelper::DeviceInfoHelper(Platform &platform, QObject *parent)
     , sysinfo(platform.createDeviceInfoSource())
     , plattform(u"Meego (Qt: %1)"_s.arg(QString::fromLatin1(qVersion())))
 {
-    if (sysinfo->isComplete())
+    if (sysinfo->isComplete()) {
         identity();
-    else
+    } else {
         connect(sysinfo.get(), &DeviceInfoSource::completed, this, [this] { identity(); });
+    }
 }
 
 DeviceInfoHelper::~DeviceInfoHelper() = default;
 
 const DeviceInfoHelper::Identity &DeviceInfoHelper::identity() const
 {
-    if (!known)
+    if (!known) {
         known = read(*sysinfo);
+    }
     return *known;
 }
 
@@ -71,10 +76,12 @@ DeviceInfoHelper::Identity DeviceInfoHelper::read(const DeviceInfoSource &source
     identity.model = cleanText(source.model());
 
     // That device names its processor with a blank behind it in place of itself.
-    if (identity.model == "armv7l "_L1)
+    if (identity.model == "armv7l "_L1) {
         identity.model = u"N900"_s;
-    if (identity.imei.isEmpty())
+    }
+    if (identity.imei.isEmpty()) {
         identity.imei = substituteImei();
+    }
 
     Utils::addLogEntry(u"IMEI: %1"_s.arg(identity.imei));
     Utils::addLogEntry(u"Manufacturer: %1"_s.arg(identity.manufacturer));
@@ -112,3 +119,5 @@ QString DeviceInfoHelper::getPlattform() const
 {
     return plattform;
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 #include <memory>
 #include <optional>
 
+namespace velometer {
+
 class DeviceInfoSource;
 class Platform;
 
@@ -50,3 +52,5 @@ private:
     mutable std::optional<Identity> known; ///< settled when it is first needed
     QString plattform;
 };
+
+} // namespace velometer

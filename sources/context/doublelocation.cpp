@@ -1,5 +1,7 @@
 #include "context/doublelocation.h"
 
+namespace velometer {
+
 DoubleLocation::DoubleLocation(QObject *parent)
     : QObject(parent)
 {}
@@ -63,3 +65,5 @@ void DoubleLocation::setAccuracyVert(double value)
 {
     accuracyvert = value;
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+namespace velometer {
+
 /// The position as numbers, frozen at one moment; all zeros when new. Degrees and metres.
 class DoubleLocation : public QObject
 {
@@ -31,3 +33,5 @@ private:
     double accuracyhor = 0;
     double accuracyvert = 0;
 };
+
+} // namespace velometer

@@ -10,6 +10,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int updateIntervalMs = 1000;
@@ -49,10 +51,12 @@ qint64 seconds(const QGeoPositionInfo &info)
 QGeoCoordinate checkedCoordinate(const QGeoPositionInfo &info)
 {
     QGeoCoordinate given = info.coordinate();
-    if (!given.isValid())
+    if (!given.isValid()) {
         return {};
-    if (!std::isfinite(given.altitude()))
+    }
+    if (!std::isfinite(given.altitude())) {
         return {given.latitude(), given.longitude()};
+    }
     return given;
 }
 
@@ -74,8 +78,9 @@ QString typeText(const QGeoCoordinate &coordinate)
 QString satelliteText(const QList<QGeoSatelliteInfo> &list)
 {
     QString text;
-    for (const QGeoSatelliteInfo &satellite : list.first(qMin(list.size(), maxSatellites)))
+    for (const QGeoSatelliteInfo &satellite : list.first(qMin(list.size(), maxSatellites))) {
         text += QString::number(satellite.satelliteIdentifier()) + u' ';
+    }
     return text;
 }
 
@@ -101,8 +106,9 @@ LocationHelper::LocationHelper(Platform &platform, QObject *parent)
     }
     connect(&timeoutTimer, &QTimer::timeout, this, &LocationHelper::timeoutDisableGPS);
     connect(source.get(), &PositionSource::problemChanged, this, &LocationHelper::logProblem);
-    if (source->problem() != PositionSource::Problem::None)
+    if (source->problem() != PositionSource::Problem::None) {
         logProblem();
+    }
     clearPosition();
     startService();
     stopService();
@@ -115,8 +121,9 @@ void LocationHelper::startService()
     servicestarted = true;
     myLocations.clear();
     timeoutTimer.stop();
-    if (locationcollecting)
+    if (locationcollecting) {
         return;
+    }
     locationcollecting = true;
     if (source->hasPosition()) {
         connect(source.get(), &PositionSource::positionUpdated, this,
@@ -144,17 +151,20 @@ void LocationHelper::stopService()
 void LocationHelper::timeoutDisableGPS()
 {
     timeoutTimer.stop();
-    if (!locationcollecting)
+    if (!locationcollecting) {
         return;
+    }
     locationcollecting = false;
     disconnect(source.get(), &PositionSource::positionUpdated, this, nullptr);
     disconnect(source.get(), &PositionSource::updateTimeout, this, nullptr);
     disconnect(source.get(), &PositionSource::satellitesInUseUpdated, this, nullptr);
     disconnect(source.get(), &PositionSource::satellitesInViewUpdated, this, nullptr);
-    if (source->hasPosition())
+    if (source->hasPosition()) {
         source->stopPosition();
-    if (source->hasSatellites())
+    }
+    if (source->hasSatellites()) {
         source->stopSatellites();
+    }
     Utils::addLogEntry(u"GPS stopped"_s);
 }
 
@@ -179,8 +189,9 @@ void LocationHelper::positionUpdated(const QGeoPositionInfo &info)
     posDirection = numberText(attribute(info, QGeoPositionInfo::Direction));
     posMagneticVar = numberText(attribute(info, QGeoPositionInfo::MagneticVariation));
 
-    if (!servicestarted)
+    if (!servicestarted) {
         return;
+    }
     // A path is made of places: an update that names none adds nothing to it.
     if (coordinate.isValid() && myLocations.size() < maxSamples) {
         myLocations.append({time, coordinate.longitude(), coordinate.latitude(), altitude,
@@ -231,16 +242,18 @@ void LocationHelper::satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &list
 {
     satNumInUse = QString::number(list.size());
     satInUse = satelliteText(list);
-    if (servicestarted)
+    if (servicestarted) {
         Utils::addLogEntry(u"Satellites in Use (%1): %2"_s.arg(satNumInUse, satInUse));
+    }
 }
 
 void LocationHelper::satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &list)
 {
     satNumInView = QString::number(list.size());
     satInView = satelliteText(list);
-    if (servicestarted)
+    if (servicestarted) {
         Utils::addLogEntry(u"Satellites in View (%1): %2"_s.arg(satNumInView, satInView));
+    }
 }
 
 QString LocationHelper::getCordValid() const
@@ -325,8 +338,9 @@ QString LocationHelper::getSatInView() const
 
 int LocationHelper::getLocationStatus() const
 {
-    if (hasGPSLock())
+    if (hasGPSLock()) {
         return 2;
+    }
     // Only these texts mean "no position": a place on the equator or at Greenwich reads "0".
     const auto nowhere = "0.0"_L1;
     return posLatitude == nowhere || posLongitude == nowhere ? 0 : 1;
@@ -368,3 +382,5 @@ bool LocationHelper::hasSatelliteSource() const
 {
     return source->hasSatellites();
 }
+
+} // namespace velometer

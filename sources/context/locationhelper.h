@@ -12,6 +12,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class DoubleLocation;
 class Platform;
 
@@ -106,3 +108,5 @@ private:
     bool locationcollecting = false; ///< the sources are running
     QList<MyLocation> myLocations;
 };
+
+} // namespace velometer

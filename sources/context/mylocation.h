@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+namespace velometer {
+
 /// One position sample of a test's path.
 struct MyLocation
 {
@@ -13,3 +15,5 @@ struct MyLocation
     double accuracyvert = 0; ///< metres; -1 when not known
     bool lock = false;       ///< the fix was three-dimensional
 };
+
+} // namespace velometer

@@ -9,6 +9,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 // A cell lasts for seconds even at train speed.
@@ -94,8 +96,9 @@ NetworkInfoHelper::NetworkInfoHelper(Platform &platform, QObject *parent)
     connect(&timer, &QTimer::timeout, this, qOverload<>(&NetworkInfoHelper::timerEvent));
 
     wlanconnectiondetected = netinfo->networkStatus(NetworkMode::Wlan) == NetworkStatus::Connected;
-    if (wlanconnectiondetected)
+    if (wlanconnectiondetected) {
         Utils::addLogEntry(u"WLAN mode detected"_s);
+    }
     timer.start(pollInterval);
 }
 
@@ -163,8 +166,9 @@ QString NetworkInfoHelper::getNetworkname() const
 
 QString NetworkInfoHelper::getNetworkmode() const
 {
-    if (wlanconnectiondetected)
+    if (wlanconnectiondetected) {
         return modeName(NetworkMode::Wlan);
+    }
     if (currentmode == NetworkMode::Wcdma || currentmode == NetworkMode::Gsm) {
         return modeName(networkcell.size() <= maxGsmCellDigits ? NetworkMode::Gsm
                                                                : NetworkMode::Wcdma);
@@ -202,8 +206,9 @@ void NetworkInfoHelper::networkStatusChanged(NetworkMode mode, NetworkStatus sta
 {
     if (mode == NetworkMode::Wlan) {
         const bool connected = status == NetworkStatus::Connected;
-        if (connected && !wlanconnectiondetected)
+        if (connected && !wlanconnectiondetected) {
             Utils::addLogEntry(u"WLAN mode detected"_s);
+        }
         wlanconnectiondetected = connected;
     }
     if (mode != oldmode) {
@@ -220,16 +225,18 @@ void NetworkInfoHelper::networkStatusChanged(NetworkMode mode, NetworkStatus sta
 
 void NetworkInfoHelper::networkSignalStrengthChanged(NetworkMode mode, int strength)
 {
-    if (mode == NetworkMode::Wlan)
+    if (mode == NetworkMode::Wlan) {
         wlansignal = QString::number(strength);
-    else if (isMobile(mode) || mode == currentmode)
+    } else if (isMobile(mode) || mode == currentmode) {
         networksignal = QString::number(strength);
+    }
 }
 
 void NetworkInfoHelper::networkNameChanged(NetworkMode mode, const QString &name)
 {
-    if (mode != currentmode)
+    if (mode != currentmode) {
         return;
+    }
     networkname = cleanText(name);
     Utils::addLogEntry(u"networkNameChanged %1"_s.arg(networkname));
 }
@@ -239,8 +246,9 @@ void NetworkInfoHelper::timerEvent()
     const QString cell = idText(netinfo->cellId());
     if (cell != networkcell) {
         networkcell = cell;
-        if (!networkcell.isEmpty())
+        if (!networkcell.isEmpty()) {
             Utils::addLogEntry(u"networkCellChanged %1"_s.arg(networkcell));
+        }
     }
     const QString lac = idText(netinfo->locationAreaCode());
     if (lac != networklac) {
@@ -248,3 +256,5 @@ void NetworkInfoHelper::timerEvent()
         Utils::addLogEntry(u"networkLACChanged %1"_s.arg(networklac));
     }
 }
+
+} // namespace velometer

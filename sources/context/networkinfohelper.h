@@ -8,6 +8,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class Platform;
 
 /// The current state of the cellular network and of WLAN as texts; unknown values are empty.
@@ -78,3 +80,5 @@ private:
     bool wlanconnectiondetected = false;
     bool servicestarted = false;
 };
+
+} // namespace velometer

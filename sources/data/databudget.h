@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 /// How many bytes the download and the upload of one test may move together, as the program counts
 /// them: what its sockets read and write. What the network and the kernel have under way when a
 /// share is used up comes on top. Sizes are shown in decimal units, as contracts have them.
@@ -46,3 +48,5 @@ public:
 private:
     std::optional<qint64> limit;
 };
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+namespace velometer {
+
 /// What the service saw of the client's connection, parsed from the body of the initialise answer:
 /// items of key, colon, value and semicolon, in any order, with anything between them.
 class RemoteInitialValues : public QObject
@@ -43,3 +45,5 @@ private:
     int rwin = 0;
     bool web100Error = false;
 };
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 QString wrapped(QLatin1StringView name, const QString &content)
@@ -45,8 +47,9 @@ QString ReportDocument::withoutForbiddenCharacters(const QString &document)
     QString clean;
     clean.reserve(document.size());
     for (const char32_t c : document.toUcs4()) {
-        if (allowed(c))
+        if (allowed(c)) {
             clean += QString::fromUcs4(&c, 1);
+        }
     }
     return clean;
 }
@@ -62,3 +65,5 @@ QString ReportDocument::withoutUmlauts(QString document)
 {
     return document.replace(u'ä', "ae"_L1).replace(u'ö', "oe"_L1).replace(u'ü', "ue"_L1);
 }
+
+} // namespace velometer

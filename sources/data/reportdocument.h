@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace velometer {
+
 /// Building blocks of the report's XML text. The document is written by hand because its exact
 /// bytes are fixed; every value from outside goes through one of these.
 namespace ReportDocument {
@@ -25,3 +27,5 @@ QString hash(const QString &salt, const QStringList &parts);
 QString withoutUmlauts(QString document);
 
 } // namespace ReportDocument
+
+} // namespace velometer

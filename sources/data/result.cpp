@@ -4,6 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// The first two intervals are ramp-up.
@@ -51,8 +53,9 @@ Result::Result(int port, const QHash<int, int> &times, QObject *parent)
     qint64 sum = 0;
     int count = 0;
     for (const int value : std::as_const(responsetimes)) {
-        if (value < 1)
+        if (value < 1) {
             continue;
+        }
         ++count;
         sum += value;
         responsemax = qMax(responsemax, value);
@@ -77,14 +80,16 @@ void Result::initialize()
 void Result::calculateValues()
 {
     const auto n = static_cast<int>(valuesrate.size());
-    if (n <= firstCountedInterval)
+    if (n <= firstCountedInterval) {
         return;
+    }
     qint64 sum = 0;
     for (int key = firstCountedInterval; key < n; ++key) {
         const qint64 value = valuesrate.value(key);
         sum += value;
-        if (value > 0)
+        if (value > 0) {
             valid = true;
+        }
     }
     valuesavg = sum / (n - firstCountedInterval);
 }
@@ -94,13 +99,16 @@ void Result::calculateWindows()
     const auto n = static_cast<int>(valuesrate.size());
     for (int start = firstCountedInterval; start < n - (windowLength - 1); ++start) {
         qint64 sum = 0;
-        for (int key = start; key < start + windowLength; ++key)
+        for (int key = start; key < start + windowLength; ++key) {
             sum += valuesrate.value(key);
+        }
         const qint64 mean = sum / windowLength;
-        if (ratemin == -1 || ratemin > mean)
+        if (ratemin == -1 || ratemin > mean) {
             ratemin = mean;
-        if (ratemax == -1 || ratemax < mean)
+        }
+        if (ratemax == -1 || ratemax < mean) {
             ratemax = mean;
+        }
     }
 }
 
@@ -114,3 +122,5 @@ QString Result::toString() const
            item("Avg values"_L1, valuesavg) + item("Max"_L1, ratemax) +
            item("Max Pause"_L1, max_pause);
 }
+
+} // namespace velometer

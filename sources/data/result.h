@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QString>
 
+namespace velometer {
+
 /// Value per 100 ms interval, keyed by interval number from 0: bytes, or bit/s.
 using IntervalTable = QHash<int, qint64>;
 
@@ -104,3 +106,5 @@ private:
     int resulttype = Empty;
     QString congestionControl;
 };
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QtGlobal>
 
+namespace velometer {
+
 class DeviceInfoHelper;
 class LocationHelper;
 class NetworkInfoHelper;
@@ -35,3 +37,5 @@ protected:
     TestContext() = default;
     Q_DISABLE_COPY_MOVE(TestContext)
 };
+
+} // namespace velometer

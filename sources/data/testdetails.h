@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVariant>
 
+namespace velometer {
+
 /// The facts of one finished test by key, as the details window shows them and the database keeps
 /// them. A value is a text, a 64-bit integer or a double.
 class TestDetails : public QObject
@@ -44,3 +46,5 @@ private:
     QHash<QString, QVariant> data;
     qlonglong myTestId;
 };
+
+} // namespace velometer

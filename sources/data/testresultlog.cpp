@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 TestResultLog::TestResultLog(NetworkInfoHelper *network, LocationHelper *location, QString phase,
                              TestContext *context, QObject *parent)
     : QObject(parent)
@@ -25,7 +27,7 @@ TestResultLog::TestResultLog(NetworkInfoHelper *network, LocationHelper *locatio
 
 TestResultLog::~TestResultLog()
 {
-    Sockets::release(m_socket, this);
+    Sockets::release(socket, this);
 }
 
 void TestResultLog::takeMeasurement(int timeoutMs)
@@ -39,20 +41,20 @@ void TestResultLog::takeMeasurement(int timeoutMs)
 void TestResultLog::cancel()
 {
     timer.stop();
-    Sockets::release(m_socket, this);
+    Sockets::release(socket, this);
 }
 
 void TestResultLog::doRTTTest()
 {
-    Sockets::release(m_socket, this);
-    m_socket = new QTcpSocket(this);
-    connect(m_socket, &QTcpSocket::connected, this, &TestResultLog::slotConnected);
-    connect(m_socket, &QTcpSocket::disconnected, this, &TestResultLog::slotDisconnected);
-    connect(m_socket, &QTcpSocket::errorOccurred, this, &TestResultLog::slotError);
+    Sockets::release(socket, this);
+    socket = new QTcpSocket(this);
+    connect(socket, &QTcpSocket::connected, this, &TestResultLog::slotConnected);
+    connect(socket, &QTcpSocket::disconnected, this, &TestResultLog::slotDisconnected);
+    connect(socket, &QTcpSocket::errorOccurred, this, &TestResultLog::slotError);
     timer.start(timeout);
     const TestServer *server = controller->getTestServer();
     rttstart = Utils::getTimeInNs();
-    Sockets::connectToHost(*m_socket, server->getHostname(), server->getPort());
+    Sockets::connectToHost(*socket, server->getHostname(), server->getPort());
 }
 
 void TestResultLog::slotConnected()
@@ -92,8 +94,9 @@ void TestResultLog::rttmeasurementFinished()
 
 void TestResultLog::fillInGPSAndNetworkData()
 {
-    if (date == 0)
+    if (date == 0) {
         date = Utils::getTimeInMs();
+    }
     getGPSData();
     connectionType = networkinfo->getNetworkmode();
     const double strength = networkinfo->getNetworksignal().toDouble();
@@ -132,3 +135,5 @@ QString TestResultLog::appendXmlToMutableString() const
            element("CellID"_L1, QString::number(cellId)) +
            element("NeighboringCells"_L1, QString()) + "</LogEntry>"_L1;
 }
+
+} // namespace velometer

@@ -5,9 +5,12 @@
 #include <QString>
 #include <QTimer>
 
+class QTcpSocket;
+
+namespace velometer {
+
 class LocationHelper;
 class NetworkInfoHelper;
-class QTcpSocket;
 class TestContext;
 
 /// One sample of a test's surroundings: phase, position, connection type, signal, cell, and the
@@ -72,8 +75,10 @@ private:
     NetworkInfoHelper *networkinfo;
     LocationHelper *locationinfo;
     QTimer timer;
-    QTcpSocket *m_socket = nullptr;
+    QTcpSocket *socket = nullptr;
     qint64 rttstart = 0;
     qint64 rttstop = 0;
     int timeout = 0;
 };
+
+} // namespace velometer

@@ -16,6 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Altitude of a position without a fix.
@@ -33,8 +35,9 @@ QStringList distinctModes(const QList<TestResultLog *> &log)
 {
     QStringList modes;
     for (const TestResultLog *entry : log) {
-        if (!modes.contains(entry->getConnectionType()))
+        if (!modes.contains(entry->getConnectionType())) {
             modes.append(entry->getConnectionType());
+        }
     }
     return modes;
 }
@@ -86,10 +89,12 @@ void TestResults::initialize()
 QStringList TestResults::phasesCutByBudget() const
 {
     QStringList cut;
-    if (downloadResult && downloadResult->isCutByBudget())
+    if (downloadResult && downloadResult->isCutByBudget()) {
         cut.append(u"download"_s);
-    if (uploadResult && uploadResult->isCutByBudget())
+    }
+    if (uploadResult && uploadResult->isCutByBudget()) {
         cut.append(u"upload"_s);
+    }
     return cut;
 }
 
@@ -124,8 +129,9 @@ void TestResults::setServerSideUpload(const QString &answer)
 QString TestResults::getCsvStringWithCellIds() const
 {
     QStringList cells;
-    for (const TestResultLog *entry : log)
+    for (const TestResultLog *entry : log) {
         cells.append(QString::number(entry->getCellId()));
+    }
     return cells.join(u',');
 }
 
@@ -146,8 +152,9 @@ double TestResults::distanceInKMFrom(const DoubleLocation &a, const DoubleLocati
 
 void TestResults::calculateAdditionalValues()
 {
-    if (!downloadLocationStart || !rttLocationEnd)
+    if (!downloadLocationStart || !rttLocationEnd) {
         return;
+    }
     const DoubleLocation &start = *downloadLocationStart;
     const DoubleLocation &end = *rttLocationEnd;
     const auto setAccuracies = [&] {
@@ -185,8 +192,9 @@ QString TestResults::reportConnectionType() const
 QString TestResults::storedConnectionType() const
 {
     const QStringList modes = distinctModes(log);
-    if (modes.size() != 1)
+    if (modes.size() != 1) {
         return combined(modes);
+    }
     const QString key = Utils::connectionTypeKey(modes.first());
     return key.isEmpty() ? modes.first() : key;
 }
@@ -207,16 +215,19 @@ std::unique_ptr<TestDetails> TestResults::getDetailsResults(TestContext *control
         details->putDouble(u"downloadMaximum"_s, static_cast<double>(downloadResult->getRateMax()));
         downloaded = downloadResult->getAllBytesTransfered();
     }
-    if (serverMeasured)
+    if (serverMeasured) {
         details->putDouble(u"uploadAverage"_s, static_cast<double>(getServerUploadAvg()));
-    else if (uploadResult)
+    } else if (uploadResult) {
         details->putDouble(u"uploadAverage"_s, static_cast<double>(uploadResult->getRateAvg()));
-    if (serverMeasuredMax)
+    }
+    if (serverMeasuredMax) {
         details->putDouble(u"uploadMaximum"_s, static_cast<double>(getServerUploadMax()));
-    else if (uploadResult)
+    } else if (uploadResult) {
         details->putDouble(u"uploadMaximum"_s, static_cast<double>(uploadResult->getRateMax()));
-    if (uploadResult)
+    }
+    if (uploadResult) {
         uploaded = uploadResult->getAllBytesTransfered();
+    }
     if (rttResult) {
         details->putDouble(u"rttAverage"_s, rttResult->getResponseAvg());
         details->putDouble(u"rttMinimum"_s, rttResult->getResponseMin());
@@ -258,3 +269,5 @@ std::unique_ptr<TestDetails> TestResults::getDetailsResults(TestContext *control
     details->putString(u"testTime"_s, time.toString(u"hh:mm"_s));
     return details;
 }
+
+} // namespace velometer

@@ -14,6 +14,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class Result;
 class TestContext;
 class TestDetails;
@@ -159,3 +161,5 @@ private:
     Location rttLocationEnd;
     QHash<int, qint64> ssUploadSpeeds;
 };
+
+} // namespace velometer

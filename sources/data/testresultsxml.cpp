@@ -14,6 +14,9 @@
 #include <QStringList>
 
 using namespace Qt::StringLiterals;
+
+namespace velometer {
+
 using ReportDocument::cdataElement;
 using ReportDocument::element;
 
@@ -32,8 +35,9 @@ QString number(double value)
 
 QString locationElement(QLatin1StringView name, const DoubleLocation *location)
 {
-    if (!location)
+    if (!location) {
         return element(name, QString());
+    }
     return element(
         name, QStringList{QString::number(location->getTime()), number(location->getLatitude()),
                           number(location->getLongitude()), number(location->getAltitude())}
@@ -43,8 +47,9 @@ QString locationElement(QLatin1StringView name, const DoubleLocation *location)
 QString byteList(const IntervalTable &bytes)
 {
     QStringList counts;
-    for (int key = 0; key < bytes.size(); ++key)
+    for (int key = 0; key < bytes.size(); ++key) {
         counts.append(QString::number(bytes.value(key)));
+    }
     return counts.join(u',');
 }
 
@@ -53,8 +58,9 @@ struct PhaseFigures
 {
     explicit PhaseFigures(const Result *result)
     {
-        if (!result)
+        if (!result) {
             return;
+        }
         valid = 1;
         port = result->getPort();
         connectUs = result->getConnectTime() / nsPerUs;
@@ -109,8 +115,9 @@ QString locationPath(const QList<MyLocation> &locations)
     for (const MyLocation &sample : locations) {
         path += QString::number(sample.datetime / 1000) + u' ';
         for (const double value : {sample.latitude, sample.longitude, sample.altitude,
-                                   sample.accuracyhor, sample.accuracyvert})
+                                   sample.accuracyhor, sample.accuracyvert}) {
             path += number(value) + u' ';
+        }
         path += sample.lock ? "true,"_L1 : "false,"_L1;
     }
     return path;
@@ -141,8 +148,9 @@ std::unique_ptr<XMLData> TestResults::toXML(TestContext *controller) const
          QString::number(download.rateAvg), QString::number(getServerUploadAvg()),
          QString::number(response.responseAvg / nsPerUs), QString::number(timestamp)});
     Utils::addLogEntry(u"Public IP: ###SERVER_PUBLICIP###"_s);
-    if (!schedule.isEmpty())
+    if (!schedule.isEmpty()) {
         Utils::addLogEntry("ScheduleInfo:"_L1 + schedule);
+    }
 
     const QString publicIp = initValues->getLocalIP();
     const QString clientName = initValues->getClientHostname();
@@ -163,8 +171,9 @@ std::unique_ptr<XMLData> TestResults::toXML(TestContext *controller) const
            cdataElement("OS"_L1, device->getPlattform()) + "</UserInstallation>"_L1;
 
     doc += "<TestResult>"_L1 + element("TestID"_L1, testid) + element("SeriesID"_L1, seriesid);
-    if (!schedule.isEmpty())
+    if (!schedule.isEmpty()) {
         doc += element("ScheduleInfo"_L1, schedule);
+    }
     doc += element("TestServer"_L1, host) + element("ClientTime"_L1, timestamp) +
            element("ServerTime"_L1, u"###SERVER_TIME###"_s) +
            element("PublicIP"_L1, publicIp.isEmpty() ? u"###SERVER_PUBLICIP###"_s : publicIp) +
@@ -213,8 +222,9 @@ std::unique_ptr<XMLData> TestResults::toXML(TestContext *controller) const
            "</Sim>"_L1 + element("LAC"_L1, network->getNetworklac()) +
            element("CellIDs"_L1, getCsvStringWithCellIds()) +
            element("LocationPath"_L1, locationPath(allLocations)) + "<Log>"_L1;
-    for (const TestResultLog *entry : log)
+    for (const TestResultLog *entry : log) {
         doc += entry->appendXmlToMutableString();
+    }
     doc += "</Log></Mobile>"_L1;
 
     doc += serverData("ServerDataDownload"_L1, "###SERVER_DOWNLOADFILE###"_L1) +
@@ -227,3 +237,5 @@ std::unique_ptr<XMLData> TestResults::toXML(TestContext *controller) const
     data->xml = ReportDocument::withoutForbiddenCharacters(ReportDocument::withoutUmlauts(doc));
     return data;
 }
+
+} // namespace velometer

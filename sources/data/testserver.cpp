@@ -4,6 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 TestServer::TestServer(QObject *parent)
     : QObject(parent)
 {}
@@ -31,3 +33,5 @@ QString TestServer::getHostHeader() const
 {
     return u"%1:%2"_s.arg(Endpoint::bracketed(hostname), QString::number(port));
 }
+
+} // namespace velometer

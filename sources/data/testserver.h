@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+namespace velometer {
+
 /// One server to measure against: where it is reached, and where it stands in the world.
 class TestServer : public QObject
 {
@@ -44,3 +46,5 @@ private:
     QString state;
     QString country;
 };
+
+} // namespace velometer

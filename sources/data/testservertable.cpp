@@ -2,6 +2,8 @@
 
 #include "utils/deployment.h"
 
+namespace velometer {
+
 TestServerTable::TestServerTable(const Deployment &deployment, QObject *parent)
     : QObject(parent)
 {
@@ -39,8 +41,9 @@ void TestServerTable::retranslate()
 TestServer *TestServerTable::find(const QString &hostname, int port) const
 {
     for (TestServer *server : table) {
-        if (server->getHostname() == hostname && server->getPort() == port)
+        if (server->getHostname() == hostname && server->getPort() == port) {
             return server;
+        }
     }
     return nullptr;
 }
@@ -49,8 +52,11 @@ TestServer *TestServerTable::findByName(const QString &name) const
 {
     for (qsizetype i = 0; i < table.size(); ++i) {
         if (table[i]->getName().compare(name, Qt::CaseInsensitive) == 0 ||
-            QString::fromUtf8(ownTexts[i].name).compare(name, Qt::CaseInsensitive) == 0)
+            QString::fromUtf8(ownTexts[i].name).compare(name, Qt::CaseInsensitive) == 0) {
             return table[i];
+        }
     }
     return nullptr;
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 #include <QList>
 #include <QObject>
 
+namespace velometer {
+
 struct Deployment;
 
 /// The six servers that this deployment offers, in the order in which they are shown and looked up.
@@ -42,3 +44,5 @@ private:
     QList<TestServer *> table;
     QList<Texts> ownTexts; ///< as long as the table
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace velometer {
+
 /// A report document on its way to the service: as built, or as it waits in the queue.
 struct XMLData
 {
@@ -10,3 +12,5 @@ struct XMLData
     int numberofretries = -1; ///< delivery attempts that failed, -1 in a fresh record
     bool successfull = false; ///< set once the service has taken it
 };
+
+} // namespace velometer

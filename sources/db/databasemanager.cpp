@@ -15,6 +15,9 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+
+namespace velometer {
+
 using namespace DatabaseStatements;
 
 DatabaseManager *gDB = new DatabaseManager(nullptr);
@@ -44,8 +47,9 @@ public:
     {}
     ~Transaction()
     {
-        if (open)
+        if (open) {
             run(u"ROLLBACK"_s);
+        }
     }
     Q_DISABLE_COPY_MOVE(Transaction)
 
@@ -55,8 +59,9 @@ public:
     bool commit()
     {
         const bool committed = open && run(u"COMMIT"_s);
-        if (committed)
+        if (committed) {
             open = false;
+        }
         return committed;
     }
 
@@ -65,8 +70,9 @@ private:
     {
         QSqlQuery query(db);
         const bool done = query.exec(statement);
-        if (!done)
+        if (!done) {
             logError(u"ERROR: %1 %2"_s, query.lastError());
+        }
         return done;
     }
 
@@ -130,8 +136,9 @@ DatabaseManager::DatabaseManager(QObject *parent)
 
 DatabaseManager::~DatabaseManager()
 {
-    if (!db.isValid())
+    if (!db.isValid()) {
         return;
+    }
     const QString connection = db.connectionName();
     db.close();
     db = QSqlDatabase();
@@ -140,8 +147,9 @@ DatabaseManager::~DatabaseManager()
 
 QString DatabaseManager::databaseFile()
 {
-    if (database_path.isEmpty())
+    if (database_path.isEmpty()) {
         database_path = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+    }
     return QDir(database_path).filePath(fileName);
 }
 
@@ -156,13 +164,15 @@ bool DatabaseManager::openDB()
         for (const QString &component : components) {
             const QDir parent(path);
             path = parent.filePath(component);
-            if (!QDir(path).exists() && parent.mkdir(component))
+            if (!QDir(path).exists() && parent.mkdir(component)) {
                 Utils::addLogEntry(u"Directory created: %1"_s.arg(path));
+            }
         }
     }
 
-    if (!db.isValid())
+    if (!db.isValid()) {
         db = QSqlDatabase::addDatabase(u"QSQLITE"_s);
+    }
     db.setDatabaseName(file);
     // A file that cannot be written opens all the same; only a write tells.
     if (!db.open() || !execute(u"BEGIN IMMEDIATE"_s) || !execute(u"ROLLBACK"_s)) {
@@ -175,8 +185,9 @@ bool DatabaseManager::openDB()
     // Readers of another program do not stop a writer, and what is committed survives a power cut.
     execute(u"PRAGMA journal_mode=WAL"_s);
     execute(u"PRAGMA synchronous=FULL"_s);
-    if (checkDatabase())
+    if (checkDatabase()) {
         return true;
+    }
     db.close();
     return false;
 }
@@ -199,8 +210,9 @@ bool DatabaseManager::deleteDB()
 bool DatabaseManager::resetDB()
 {
     Transaction transaction(db);
-    if (!transaction.isOpen())
+    if (!transaction.isOpen()) {
         return false;
+    }
     recreateTables();
     return transaction.commit();
 }
@@ -222,8 +234,9 @@ bool DatabaseManager::checkDatabase()
     Transaction transaction(db);
     Utils::addLogEntry(u"checkDatabase()"_s);
     QSqlQuery query(db);
-    if (!transaction.isOpen() || !query.exec(COUNT_VERSION_TABLES) || !query.next())
+    if (!transaction.isOpen() || !query.exec(COUNT_VERSION_TABLES) || !query.next()) {
         return false;
+    }
     if (query.value(0).toInt() == 0) {
         query.finish();
         Utils::addLogEntry(u"Create Version Table..."_s);
@@ -232,11 +245,13 @@ bool DatabaseManager::checkDatabase()
         recreateTables();
         return transaction.commit();
     }
-    if (!query.exec(SELECT_VERSION))
+    if (!query.exec(SELECT_VERSION)) {
         return false;
+    }
     const int version = query.next() ? query.value(0).toInt() : -1;
-    if (query.lastError().isValid())
+    if (query.lastError().isValid()) {
         return false;
+    }
     query.finish();
     Utils::addLogEntry(u"Database Version: %1"_s.arg(version));
     execute(CREATE_TABLE_TESTINTERVALS);
@@ -274,8 +289,9 @@ void DatabaseManager::recreateTables()
     };
     for (const auto &step : steps) {
         QSqlQuery query(db);
-        if (!query.exec(step.statement))
+        if (!query.exec(step.statement)) {
             logError("SQLError-"_L1 + step.name + ": %1 %2"_L1, query.lastError());
+        }
     }
     execute(CREATE_INDEX_TOTALBYTES);
 }
@@ -305,8 +321,9 @@ qulonglong DatabaseManager::storeTestResults(const TestResults *results)
     QSqlQuery select(db);
     select.exec(QString(SELECT_TESTRESULTS_ID_BY_TEST_AND_SERIES_ID).arg(testId, seriesId));
     while (select.next()) {
-        if (select.value(0).toULongLong() == inserted)
+        if (select.value(0).toULongLong() == inserted) {
             return inserted;
+        }
     }
     return 0;
 }
@@ -369,8 +386,9 @@ std::vector<std::unique_ptr<DBTestResults>> DatabaseManager::getAllResults()
     QSqlQuery query(db);
     query.setForwardOnly(true);
     query.exec(SELECT_ALL_TESTRESULTS);
-    while (query.next())
+    while (query.next()) {
         results.push_back(fromRow(query));
+    }
     Utils::addLogEntry(u"Retrieved %1 test result entries."_s.arg(results.size()));
     return results;
 }
@@ -379,8 +397,9 @@ std::unique_ptr<TestDetails> DatabaseManager::getDetailsById(qulonglong id)
 {
     QSqlQuery count(db);
     count.exec(QString(COUNT_TESTDETAILS_BY_ID).arg(id));
-    if (!count.next() || count.value(0).toInt() == 0)
+    if (!count.next() || count.value(0).toInt() == 0) {
         return nullptr;
+    }
 
     auto details = std::make_unique<TestDetails>(nullptr, static_cast<qlonglong>(id));
     QSqlQuery query(db);
@@ -388,12 +407,13 @@ std::unique_ptr<TestDetails> DatabaseManager::getDetailsById(qulonglong id)
     while (query.next()) {
         const QString key = query.value(u"key"_s).toString();
         const QString type = query.value(u"type"_s).toString();
-        if (type == "s"_L1)
+        if (type == "s"_L1) {
             details->putString(key, query.value(u"string"_s).toString());
-        else if (type == "l"_L1)
+        } else if (type == "l"_L1) {
             details->putLong(key, query.value(u"long"_s).toLongLong());
-        else if (type == "f"_L1)
+        } else if (type == "f"_L1) {
             details->putDouble(key, query.value(u"double"_s).toDouble());
+        }
     }
     return details;
 }
@@ -401,14 +421,16 @@ std::unique_ptr<TestDetails> DatabaseManager::getDetailsById(qulonglong id)
 bool DatabaseManager::storeIntervals(qulonglong id, int resulttype, const IntervalTable &bytes)
 {
     QStringList values;
-    for (int i = 0; i < bytes.size(); ++i)
+    for (int i = 0; i < bytes.size(); ++i) {
         values.append(QString::number(bytes.value(i)));
+    }
     QSqlQuery query(db);
     const bool stored =
         query.exec(QString(REPLACE_TESTINTERVALS)
                        .arg(QString::number(id), QString::number(resulttype), values.join(u',')));
-    if (!stored)
+    if (!stored) {
         logError(u"ERROR: %1 %2"_s, query.lastError());
+    }
     return stored;
 }
 
@@ -417,12 +439,14 @@ IntervalTable DatabaseManager::getIntervals(qulonglong id, int resulttype)
     IntervalTable bytes;
     QSqlQuery query(db);
     query.exec(QString(SELECT_TESTINTERVALS).arg(QString::number(id), QString::number(resulttype)));
-    if (!query.next())
+    if (!query.next()) {
         return bytes;
+    }
     const QStringList values =
         query.value(0).toString().left(maxIntervalsText).split(u',', Qt::SkipEmptyParts);
-    for (int i = 0; i < values.size(); ++i)
+    for (int i = 0; i < values.size(); ++i) {
         bytes.insert(i, std::max<qint64>(0, values.at(i).toLongLong()));
+    }
     return bytes;
 }
 
@@ -454,8 +478,9 @@ std::vector<TestLocation> DatabaseManager::getLocationsOfTests()
     std::vector<TestLocation> locations;
     QSqlQuery query(db);
     if (!query.exec(QString(SELECT_ALL_LOCATIONS)
-                        .arg("deviceLatitude"_L1, "deviceLongitude"_L1, "deviceAccuracyVert"_L1)))
+                        .arg("deviceLatitude"_L1, "deviceLongitude"_L1, "deviceAccuracyVert"_L1))) {
         logError(u"ERROR: %1 %2"_s, query.lastError());
+    }
     while (query.next()) {
         const qulonglong id = query.value(u"id"_s).toULongLong();
         if (locations.empty() || locations.back().myTestId != id) {
@@ -468,12 +493,13 @@ std::vector<TestLocation> DatabaseManager::getLocationsOfTests()
         }
         const QString key = query.value(u"key"_s).toString();
         const double value = query.value(u"double"_s).toDouble();
-        if (key == "deviceLatitude"_L1)
+        if (key == "deviceLatitude"_L1) {
             locations.back().latitude = value;
-        else if (key == "deviceLongitude"_L1)
+        } else if (key == "deviceLongitude"_L1) {
             locations.back().longitude = value;
-        else
+        } else {
             locations.back().accuracy = value;
+        }
     }
     // A test without a position may have an accuracy all the same.
     std::erase_if(locations, [](const TestLocation &location) {
@@ -485,10 +511,12 @@ std::vector<TestLocation> DatabaseManager::getLocationsOfTests()
 std::unique_ptr<XMLData> DatabaseManager::getNextUnsentXMLFile(int lastId)
 {
     QSqlQuery query(db);
-    if (!query.exec(QString(SELECT_NEXTUNSENTXMLFILE).arg(lastId)))
+    if (!query.exec(QString(SELECT_NEXTUNSENTXMLFILE).arg(lastId))) {
         Utils::addLogEntry(query.lastError().databaseText());
-    if (!query.next())
+    }
+    if (!query.next()) {
         return nullptr;
+    }
     auto data = std::make_unique<XMLData>();
     data->identification = query.value(0).toInt();
     data->numberofretries = query.value(1).toInt();
@@ -500,8 +528,9 @@ bool DatabaseManager::deleteUnsentXMLFile(int id)
 {
     QSqlQuery query(db);
     const bool deleted = query.exec(QString(DELETE_UNSENTXMLFILE).arg(id));
-    if (!deleted)
+    if (!deleted) {
         logError(u"ERROR: %1 %2"_s, query.lastError());
+    }
     return deleted;
 }
 
@@ -526,3 +555,5 @@ int DatabaseManager::countUnsentXMLFiles()
     query.exec(COUNT_UNSENTXMLFILES);
     return query.next() ? query.value(0).toInt() : 0;
 }
+
+} // namespace velometer

@@ -12,6 +12,8 @@
 #include <memory>
 #include <vector>
 
+namespace velometer {
+
 class TestDetails;
 class TestResults;
 
@@ -101,3 +103,5 @@ private:
 
 /// The one database of the process: there before main() begins, deleted by it at its end.
 extern DatabaseManager *gDB;
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QLatin1StringView>
 
+namespace velometer {
+
 /// The statements of the result database. "%1", "%2" ... are filled by substitution.
 namespace DatabaseStatements {
 
@@ -84,3 +86,5 @@ inline constexpr auto SELECT_ALL_LOCATIONS =
     "key = '%3') AND double<>0 order by id desc, key"_L1;
 
 } // namespace DatabaseStatements
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include "data/result.h"
 #include "data/testresults.h"
 
+namespace velometer {
+
 namespace {
 
 constexpr qint64 nsPerMs = 1000000;
@@ -39,3 +41,5 @@ void DBTestResults::createDBTestResultFromTestResult(const TestResults *results)
     accuracyhor = results->getAccuracyHor();
     distanceDurationInSeconds = results->getDistanceDurationInSeconds();
 }
+
+} // namespace velometer

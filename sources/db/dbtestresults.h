@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+namespace velometer {
+
 class TestResults;
 
 /// One row of the results table: the figures of a finished test.
@@ -34,3 +36,5 @@ public:
     double accuracyhor = 0;
     double distanceDurationInSeconds = -1;
 };
+
+} // namespace velometer

@@ -8,6 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 QString say(const char *text)
@@ -78,12 +80,14 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString *err
                      .arg(quoted(options.language));
         return std::nullopt;
     }
-    if (parser.isSet(platform) && !options.platform.setDevice(parser.value(platform), error))
+    if (parser.isSet(platform) && !options.platform.setDevice(parser.value(platform), error)) {
         return std::nullopt;
+    }
     if (parser.isSet(position)) {
         const auto choice = PositionChoice::parse(parser.value(position), error);
-        if (!choice)
+        if (!choice) {
             return std::nullopt;
+        }
         options.platform.position = *choice;
     }
     if (parser.isSet(shell)) {
@@ -128,3 +132,5 @@ QString Options::noDisplay()
     return say(
         QT_TRANSLATE_NOOP("Options", "There is no display; velometer-cli measures without one."));
 }
+
+} // namespace velometer

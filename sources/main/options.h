@@ -8,6 +8,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 /// The command line of velometer, checked. A plain value.
 struct Options
 {
@@ -27,3 +29,5 @@ struct Options
     /// One sentence for who starts the program where nothing can be shown.
     static QString noDisplay();
 };
+
+} // namespace velometer

@@ -11,6 +11,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int connectTimeout = 1000;
@@ -22,8 +24,9 @@ QString socketPath(const QString &key)
     const QByteArray hash =
         QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Sha256).toHex().left(16);
     QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    if (folder.isEmpty())
+    if (folder.isEmpty()) {
         folder = QDir::tempPath();
+    }
     return QDir(folder).filePath("velometer-"_L1 + QString::fromLatin1(hash));
 }
 
@@ -40,8 +43,9 @@ SingleInstance::SingleInstance(const QString &key)
 
 bool SingleInstance::otherRaised()
 {
-    if (!lock.tryLock(0) && lock.error() == QLockFile::LockFailedError && askOther())
+    if (!lock.tryLock(0) && lock.error() == QLockFile::LockFailedError && askOther()) {
         return true;
+    }
     listen();
     return false;
 }
@@ -50,8 +54,9 @@ bool SingleInstance::askOther() const
 {
     QLocalSocket socket;
     socket.connectToServer(name);
-    if (!socket.waitForConnected(connectTimeout))
+    if (!socket.waitForConnected(connectTimeout)) {
         return false;
+    }
     socket.write(qgetenv("XDG_ACTIVATION_TOKEN").left(maxToken) + '\n');
     return socket.waitForBytesWritten(connectTimeout);
 }
@@ -69,8 +74,9 @@ void SingleInstance::serve()
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         QTimer::singleShot(readTimeout, socket, &QLocalSocket::abort);
         const auto read = [this, socket] {
-            if (!socket->canReadLine())
+            if (!socket->canReadLine()) {
                 return;
+            }
             const QByteArray token = socket->readLine(maxToken + 1).trimmed();
             socket->disconnectFromServer();
             Q_EMIT raiseRequested(token);
@@ -79,3 +85,5 @@ void SingleInstance::serve()
         read();
     }
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QString>
 
+namespace velometer {
+
 /// One program for one data directory: the first becomes the owner, a later one asks it to come to
 /// the front and ends. Only the same user is heard. Main thread only.
 class SingleInstance : public QObject
@@ -33,3 +35,5 @@ private:
     QLockFile lock;
     QLocalServer server;
 };
+
+} // namespace velometer

@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// As much as one wake-up takes from the kernel: enough to keep up with a fast link, small enough
@@ -23,8 +25,8 @@ constexpr qint64 readBufferBytes = 262'144;
 DownloadTest::DownloadTest(MeasurementContext *context, QObject *parent)
     : ThroughputTest(context, u"DownloadTest"_s, Result::Download, parent)
 {
-    m_socket->setReadBufferSize(readBufferBytes);
-    connect(m_socket, &QTcpSocket::readyRead, this, &DownloadTest::readyRead);
+    socket->setReadBufferSize(readBufferBytes);
+    connect(socket, &QTcpSocket::readyRead, this, &DownloadTest::readyRead);
 }
 
 void DownloadTest::doMeasurement(int seconds)
@@ -45,13 +47,15 @@ QString DownloadTest::requestText() const
 
 void DownloadTest::readyRead()
 {
-    if (bytesRead == 0)
+    if (bytesRead == 0) {
         begin();
+    }
     takeTime();
-    bytesRead += m_socket->skip(m_socket->bytesAvailable());
+    bytesRead += socket->skip(socket->bytesAvailable());
     recordInterval(bytesRead, old_bytesRead);
-    if (bytesRead >= byteLimit())
+    if (bytesRead >= byteLimit()) {
         return finish(true);
+    }
     holdToLimit();
 }
 
@@ -63,11 +67,14 @@ void DownloadTest::slotConnected()
 
 void DownloadTest::holdToLimit()
 {
-    if (byteLimit() == unlimited)
+    if (byteLimit() == unlimited) {
         return;
+    }
     // Neither the network nor the socket brings what may not be read. The server is slowed down by
     // neither: the end of what it may send does not move.
     const qint64 left = byteLimit() - bytesRead;
-    m_socket->setReadBufferSize(std::min(readBufferBytes, left));
-    Sockets::limitWindow(*m_socket, left);
+    socket->setReadBufferSize(std::min(readBufferBytes, left));
+    Sockets::limitWindow(*socket, left);
 }
+
+} // namespace velometer

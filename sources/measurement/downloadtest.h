@@ -2,6 +2,8 @@
 
 #include "measurement/throughputtest.h"
 
+namespace velometer {
+
 /// Download throughput: asks the test server for a stream and discards what comes. The measured
 /// period begins with the first byte, so connecting and asking are not part of it.
 class DownloadTest : public ThroughputTest
@@ -29,3 +31,5 @@ private:
     qint64 bytesRead = 0; ///< the answer's header included
     qint64 old_bytesRead = 0;
 };
+
+} // namespace velometer

@@ -8,6 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// No answer of the service comes near it; what does is no answer of the service.
@@ -25,39 +27,39 @@ HttpGetRequester::HttpGetRequester(MeasurementContext *context, QObject *parent)
 
 HttpGetRequester::~HttpGetRequester()
 {
-    Sockets::release(m_socket, this);
+    Sockets::release(socket, this);
 }
 
 void HttpGetRequester::doRequest(QString host, int serverPort, QString text, int timeoutMs)
 {
-    Sockets::release(m_socket, this);
-    m_socket = new QTcpSocket(this);
-    m_socket->setReadBufferSize(maxAnswer);
+    Sockets::release(socket, this);
+    socket = new QTcpSocket(this);
+    socket->setReadBufferSize(maxAnswer);
     response.clear();
     hostname = std::move(host);
     port = serverPort;
     request = std::move(text);
     timeout = timeoutMs;
-    connect(m_socket, &QTcpSocket::connected, this, &HttpGetRequester::slotConnected);
-    connect(m_socket, &QTcpSocket::disconnected, this, &HttpGetRequester::slotDisconnected);
-    connect(m_socket, &QTcpSocket::errorOccurred, this, &HttpGetRequester::slotError);
-    connect(m_socket, &QTcpSocket::readyRead, this, &HttpGetRequester::readyRead);
-    connect(m_socket, &QTcpSocket::bytesWritten, this, &HttpGetRequester::bytesWritten);
+    connect(socket, &QTcpSocket::connected, this, &HttpGetRequester::slotConnected);
+    connect(socket, &QTcpSocket::disconnected, this, &HttpGetRequester::slotDisconnected);
+    connect(socket, &QTcpSocket::errorOccurred, this, &HttpGetRequester::slotError);
+    connect(socket, &QTcpSocket::readyRead, this, &HttpGetRequester::readyRead);
+    connect(socket, &QTcpSocket::bytesWritten, this, &HttpGetRequester::bytesWritten);
     timer.start(timeout);
-    Sockets::connectToHost(*m_socket, hostname, port);
+    Sockets::connectToHost(*socket, hostname, port);
 }
 
 void HttpGetRequester::cancel()
 {
     timer.stop();
-    Sockets::release(m_socket, this);
+    Sockets::release(socket, this);
 }
 
 void HttpGetRequester::slotConnected()
 {
-    localip = m_socket->localAddress().toString();
+    localip = socket->localAddress().toString();
     Utils::addLogEntry(u"HttpGetRequester Connected()"_s);
-    const qint64 written = m_socket->write(request.toUtf8());
+    const qint64 written = socket->write(request.toUtf8());
     Utils::addLogEntry(u"Written: %1"_s.arg(written));
 }
 
@@ -68,7 +70,7 @@ void HttpGetRequester::bytesWritten(qint64 count)
 
 void HttpGetRequester::readyRead()
 {
-    const QByteArray bytes = m_socket->readAll();
+    const QByteArray bytes = socket->readAll();
     const qsizetype nul = bytes.indexOf('\0');
     response += QString::fromLatin1(nul < 0 ? bytes : bytes.left(nul));
     Utils::addLogEntry(u"Ready Read: %1"_s.arg(response.size()));
@@ -94,7 +96,7 @@ void HttpGetRequester::slotError(QAbstractSocket::SocketError code)
 void HttpGetRequester::timeoutOccourd()
 {
     Utils::addLogEntry(
-        u"HttpGetRequester timeout, num bytes available: %1"_s.arg(m_socket->bytesAvailable()));
+        u"HttpGetRequester timeout, num bytes available: %1"_s.arg(socket->bytesAvailable()));
     finish();
 }
 
@@ -107,8 +109,11 @@ void HttpGetRequester::finish()
 void HttpGetRequester::decodeAnswer(const QString &answer)
 {
     const QStringList parts = answer.trimmed().split(u"\r\n\r\n"_s);
-    if (parts.size() < 2)
+    if (parts.size() < 2) {
         controller->httpRequestDone(false, QString(), QString());
-    else
+    } else {
         controller->httpRequestDone(true, parts.first(), parts.mid(1).join(u"\r\n"_s));
+    }
 }
+
+} // namespace velometer

@@ -5,8 +5,11 @@
 #include <QString>
 #include <QTimer>
 
-class MeasurementContext;
 class QTcpSocket;
+
+namespace velometer {
+
+class MeasurementContext;
 
 /// Sends one complete HTTP request over a socket of its own and hands the answer, split at its
 /// first empty line, to the controller's httpRequestDone: exactly once for each doRequest, from the
@@ -43,7 +46,7 @@ private:
 
     MeasurementContext *controller;
     QTimer timer;
-    QTcpSocket *m_socket = nullptr;
+    QTcpSocket *socket = nullptr;
     QString hostname;
     int port = 0;
     QString request;
@@ -51,3 +54,5 @@ private:
     QString localip;
     QString response;
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include "data/testcontext.h"
 
+namespace velometer {
+
 class Result;
 class TestObserver;
 
@@ -21,3 +23,5 @@ public:
     /// found in what came.
     virtual void httpRequestDone(bool ok, QString header, QString body) = 0;
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace velometer {
+
 class TestContext;
 
 /// Offsets on the test id that tell the service which request of a test it sees.
@@ -14,3 +16,5 @@ inline constexpr qlonglong upload = 3000000;
 
 /// "testuserid=...&seriesid=...&testid=..." of the running test, as every request carries it.
 QString testParameters(const TestContext &context, qlonglong testIdOffset);
+
+} // namespace velometer

@@ -14,6 +14,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 /// A connect that takes longer tells nothing about the radio link any more.
@@ -36,21 +38,21 @@ RttTest::RttTest(MeasurementContext *context, QObject *parent)
 
 RttTest::~RttTest()
 {
-    Sockets::release(m_socket, this);
+    Sockets::release(socket, this);
 }
 
 void RttTest::doMeasurement()
 {
     const TestServer *server = controller->getTestServer();
     rtt = -1;
-    Sockets::release(m_socket, this);
-    m_socket = new QTcpSocket(this);
-    connect(m_socket, &QTcpSocket::connected, this, &RttTest::slotConnected);
-    connect(m_socket, &QTcpSocket::disconnected, this, &RttTest::slotDisconnected);
-    connect(m_socket, &QTcpSocket::errorOccurred, this, &RttTest::slotError);
+    Sockets::release(socket, this);
+    socket = new QTcpSocket(this);
+    connect(socket, &QTcpSocket::connected, this, &RttTest::slotConnected);
+    connect(socket, &QTcpSocket::disconnected, this, &RttTest::slotDisconnected);
+    connect(socket, &QTcpSocket::errorOccurred, this, &RttTest::slotError);
     timer.start(connectTimeout);
     rttstart = Utils::getTimeInNs();
-    Sockets::connectToHost(*m_socket, ipadress.isEmpty() ? server->getHostname() : ipadress,
+    Sockets::connectToHost(*socket, ipadress.isEmpty() ? server->getHostname() : ipadress,
                            server->getPort());
 }
 
@@ -59,7 +61,7 @@ void RttTest::cancel()
     cancelled = true;
     timer.stop();
     timerPause.stop();
-    Sockets::release(m_socket, this);
+    Sockets::release(socket, this);
 }
 
 void RttTest::slotConnected()
@@ -67,7 +69,7 @@ void RttTest::slotConnected()
     rttstop = Utils::getTimeInNs();
     Utils::addLogEntry(u"RTT Connected()"_s);
     rtt = rttstop - rttstart;
-    ipadress = m_socket->peerAddress().toString();
+    ipadress = socket->peerAddress().toString();
     rttmeasurementFinished();
 }
 
@@ -91,13 +93,15 @@ void RttTest::rttTimeoutOccourd()
 void RttTest::rttmeasurementFinished()
 {
     timer.stop();
-    Sockets::release(m_socket, this);
+    Sockets::release(socket, this);
     // A time beyond 2^31 ns wraps to a negative value, which the statistics leave out.
-    if (testsexecuted >= 1)
+    if (testsexecuted >= 1) {
         responsetimes.insert(testsexecuted, static_cast<int>(rtt));
+    }
     controller->getTestObserver()->setProgressValue(testsexecuted + 1);
-    if (cancelled)
+    if (cancelled) {
         return;
+    }
     if (testsexecuted >= lastConnect) {
         testExecuted();
         return;
@@ -116,3 +120,5 @@ void RttTest::testExecuted()
     result = new Result(controller->getTestServer()->getPort(), responsetimes, parent());
     controller->measurementDone(result);
 }
+
+} // namespace velometer

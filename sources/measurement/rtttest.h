@@ -6,8 +6,11 @@
 #include <QString>
 #include <QTimer>
 
-class MeasurementContext;
 class QTcpSocket;
+
+namespace velometer {
+
+class MeasurementContext;
 class Result;
 
 /// Round-trip time as TCP connect time: four connects with a pause between them, each timed from
@@ -42,7 +45,7 @@ private:
     MeasurementContext *controller;
     QTimer timer;
     QTimer timerPause;
-    QTcpSocket *m_socket = nullptr;
+    QTcpSocket *socket = nullptr;
     Result *result = nullptr;
     qint64 rttstart = 0;
     qint64 rttstop = 0;
@@ -52,3 +55,5 @@ private:
     int testsexecuted = 0;
     bool cancelled = false;
 };
+
+} // namespace velometer

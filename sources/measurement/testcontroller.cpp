@@ -28,6 +28,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int testduration = 7; ///< s, of the download and of the upload
@@ -87,10 +89,11 @@ TestController::TestController(QObject *parent, TestObserver *testObserver, Test
     , httpgetter(new HttpGetRequester(this, this))
 {
     userid = Utils::getSettingsCommonValue(u"UserId"_s).toLongLong();
-    if (userid >= 1)
+    if (userid >= 1) {
         loadIds();
-    else
+    } else {
         userid = 0;
+    }
     initializeTestServer();
 }
 
@@ -104,10 +107,12 @@ void TestController::initializeTestServer()
     QString hostname = Utils::getSettingsValue(u"TestServer.Hostname"_s);
     QString port = Utils::getSettingsValue(u"TestServer.Port"_s);
     // The settings are a file that anyone may edit, and the host goes into requests as it is.
-    if (!Endpoint::parse(Endpoint::bracketed(hostname), 0))
+    if (!Endpoint::parse(Endpoint::bracketed(hostname), 0)) {
         hostname.clear();
-    if (port.toInt() > 65535)
+    }
+    if (port.toInt() > 65535) {
         port = u"0"_s;
+    }
 
     if (hostname.isEmpty() || port.isEmpty()) {
         const int mcc = networkinfohelper->getMcc().trimmed().toInt();
@@ -142,10 +147,12 @@ void TestController::initializeTestServer()
 void TestController::setTestServer(TestServer *server)
 {
     selectedServer = server;
-    if (!running)
+    if (!running) {
         testServer = server;
-    if (!running && server)
+    }
+    if (!running && server) {
         showInformation();
+    }
     if (!server) {
         Utils::addLogEntry(u"TestController::setTestServer -- called with NULL testServer"_s);
         return;
@@ -198,8 +205,9 @@ int TestController::getMSS() const
 
 void TestController::runTests(QString location)
 {
-    if (running)
+    if (running) {
         return;
+    }
     prepare();
     userLocation = std::move(location);
     advance(Phase::Init);
@@ -207,8 +215,9 @@ void TestController::runTests(QString location)
 
 void TestController::resendReports()
 {
-    if (running)
+    if (running) {
         return;
+    }
     prepare();
     continueLater(Phase::StoreAndResubmit);
 }
@@ -216,8 +225,9 @@ void TestController::resendReports()
 void TestController::prepare()
 {
     // It may be the parent of what has just signalled the end of the last test.
-    if (testResults)
+    if (testResults) {
         testResults->deleteLater();
+    }
     testResults = nullptr;
     xmldata.reset();
     testServer = selectedServer;
@@ -244,8 +254,9 @@ void TestController::continueTest()
 {
     Utils::addLogEntry(u"Status: %1"_s.arg(static_cast<int>(teststatus)));
     cancelActivity = nullptr;
-    if (observer->stopRequested())
+    if (observer->stopRequested()) {
         return stopOnRequest();
+    }
     Q_EMIT phaseEntered(teststatus);
     switch (teststatus) {
     case Phase::Init: return beginTest();
@@ -289,13 +300,15 @@ void TestController::openSession()
     }
     netsession = platform.createNetworkSession();
     const auto configurations = netsession->allConfigurations();
-    for (const NetworkConfiguration &configuration : configurations)
+    for (const NetworkConfiguration &configuration : configurations) {
         Utils::addLogEntry("Connection:"_L1 + described(configuration));
+    }
     const NetworkConfiguration chosen = netsession->defaultConfiguration();
     Utils::addLogEntry("Default Connection:"_L1 + described(chosen));
     if (!chosen.valid && !netsession->canStartAndStopInterfaces() &&
-        chosen.state != NetworkConfiguration::Active)
+        chosen.state != NetworkConfiguration::Active) {
         Utils::addLogEntry(u"No default access point available"_s);
+    }
     connect(netsession.get(), &NetworkSession::opened, this, &TestController::connectionOpened);
     connect(netsession.get(), &NetworkSession::error, this, &TestController::connectionError);
     netsession->open();
@@ -303,8 +316,9 @@ void TestController::openSession()
 
 void TestController::connectionOpened()
 {
-    if (!running || teststatus != Phase::NetworkSession)
+    if (!running || teststatus != Phase::NetworkSession) {
         return;
+    }
     Utils::addLogEntry(u"Connected!"_s);
     advance(Phase::Reachability);
 }
@@ -312,8 +326,9 @@ void TestController::connectionOpened()
 void TestController::connectionError(NetworkSession::SessionError error)
 {
     Utils::addLogEntry(u"Connection Error: %1"_s.arg(static_cast<int>(error)));
-    if (!running)
+    if (!running) {
         return;
+    }
     dropActivity();
     if (testResults) {
         // The network went away in the middle of the test.
@@ -327,10 +342,11 @@ void TestController::connectionError(NetworkSession::SessionError error)
             queuePartialReport();
         }
     }
-    if (concluded)
+    if (concluded) {
         endTest(TestOutcome::End::Completed);
-    else
+    } else {
         endTest(TestOutcome::End::NoNetwork, tr("noConnectionText"));
+    }
 }
 
 void TestController::checkReachability()
@@ -342,11 +358,13 @@ void TestController::checkReachability()
 void TestController::reachabilityChecked(qlonglong rtt)
 {
     ++numberOfRetries;
-    if (numberOfRetries <= maxReachabilityRetries)
+    if (numberOfRetries <= maxReachabilityRetries) {
         return advance(rtt >= 0 ? Phase::UserId : Phase::Reachability);
+    }
     stopServices();
-    if (testResults)
+    if (testResults) {
         queuePartialReport();
+    }
     endTest(TestOutcome::End::ServerUnreachable, tr("noConnectionToServer"));
 }
 
@@ -388,8 +406,9 @@ void TestController::requestInitialise()
         // Another program of the family may draw its ids at this moment, from the same settings.
         QLockFile lock(idLockFile());
         lock.tryLock(idLockTimeout);
-        if (Utils::getSettingsCommonValue(u"UserId"_s).toLongLong() == userid)
+        if (Utils::getSettingsCommonValue(u"UserId"_s).toLongLong() == userid) {
             loadIds();
+        }
         createRecord();
         showInformation();
         saveUserSettings();
@@ -465,8 +484,9 @@ void TestController::requestUploadResult()
 
 void TestController::uploadResultAnswered(bool ok, const QString &header, const QString &body)
 {
-    if (!isOk(ok, header))
+    if (!isOk(ok, header)) {
         Utils::addLogEntry(u"Error getting server side upload results: %1"_s.arg(body));
+    }
     testResults->setServerSideUpload(body);
     continueLater(Phase::UploadEndMarker);
 }
@@ -475,10 +495,11 @@ void TestController::markUploadEnd()
 {
     const qint64 serverRate = testResults->getServerUploadAvg();
     const qint64 clientRate = testResults->getUploadResult()->getRateAvg();
-    if (serverRate > 0)
+    if (serverRate > 0) {
         observer->setUploadText(kiloBitsPerSecond(serverRate));
-    else
+    } else {
         observer->setUploadText(clientRate > 0 ? kiloBitsPerSecond(clientRate) : tr("na"));
+    }
     showInformation();
     observer->setStatus(tr("testphase_wait"));
     testResults->setUploadLocationEnd(locationhelper->getDoubleLocation());
@@ -558,8 +579,9 @@ void TestController::storeAndResubmit()
             testResults->getDetailsResults(this)->getFormatedStringByKey(u"totalBytes"_s));
     }
     xmldata = gDB->getNextUnsentXMLFile(lastId);
-    if (!xmldata)
+    if (!xmldata) {
         return endTest(TestOutcome::End::Completed);
+    }
     resubmit();
 }
 
@@ -571,12 +593,14 @@ void TestController::storeTest()
     testResults->setMyTestId(static_cast<qlonglong>(id));
     details->setMyTestId(static_cast<qlonglong>(id));
     outcome.storedId = id;
-    if (id == 0 || !gDB->storeTestDetails(details.get()))
+    if (id == 0 || !gDB->storeTestDetails(details.get())) {
         outcome.storeFailed = true;
+    }
     for (const Result *phase : {testResults->getDownloadResult(), testResults->getUploadResult()}) {
         if (id != 0 && phase &&
-            !gDB->storeIntervals(id, phase->getResultType(), phase->getIntervallValuesByte()))
+            !gDB->storeIntervals(id, phase->getResultType(), phase->getIntervallValuesByte())) {
             outcome.storeFailed = true;
+        }
     }
 }
 
@@ -596,10 +620,12 @@ void TestController::resubmit()
 void TestController::testResultLogReady(TestResultLog *log)
 {
     Utils::addLogEntry("TestResultLogReady! RTT: "_L1 + QString::number(log->getRTT() / 1000000));
-    if (!running)
+    if (!running) {
         return;
-    if (log == internetconnectionchecker)
+    }
+    if (log == internetconnectionchecker) {
         return reachabilityChecked(log->getRTT());
+    }
     testResults->addTestResultLog(log);
     advance(afterLogEntry);
 }
@@ -607,8 +633,9 @@ void TestController::testResultLogReady(TestResultLog *log)
 void TestController::measurementDone(Result *result)
 {
     Utils::addLogEntry(u"MeasurementDone!"_s);
-    if (!running)
+    if (!running) {
         return;
+    }
     if (teststatus == Phase::Download) {
         testResults->setDownloadResult(result);
         advance(Phase::DownloadEndMarker);
@@ -623,32 +650,36 @@ void TestController::measurementDone(Result *result)
 
 void TestController::httpRequestDone(bool ok, QString header, QString body)
 {
-    if (!running)
+    if (!running) {
         return;
-    if (teststatus == Phase::UserId)
+    }
+    if (teststatus == Phase::UserId) {
         userIdAnswered(ok, body);
-    else if (teststatus == Phase::Initialise)
+    } else if (teststatus == Phase::Initialise) {
         initialiseAnswered(ok, header, body);
-    else if (teststatus == Phase::UploadResult)
+    } else if (teststatus == Phase::UploadResult) {
         uploadResultAnswered(ok, header, body);
-    else if (teststatus == Phase::Submit)
+    } else if (teststatus == Phase::Submit) {
         submissionAnswered(ok, header, body);
+    }
 }
 
 // ---- Ends
 
 void TestController::abortTest()
 {
-    if (!running)
+    if (!running) {
         return;
+    }
     dropActivity();
     stopOnRequest();
 }
 
 void TestController::dropActivity()
 {
-    if (cancelActivity)
+    if (cancelActivity) {
         std::exchange(cancelActivity, nullptr)();
+    }
 }
 
 void TestController::stopOnRequest()
@@ -663,12 +694,14 @@ void TestController::stopOnRequest()
 void TestController::keepUnfinishedTest()
 {
     stopServices();
-    if (!testResults)
+    if (!testResults) {
         return;
+    }
     const bool complete = xmldata && xmldata->identification == -1;
     if (complete) {
-        if (teststatus == Phase::Submit)
+        if (teststatus == Phase::Submit) {
             queueReport(); // its answer is not waited for any more; the service takes a report once
+        }
         storeTest();
     } else if (!concluded) {
         queuePartialReport();
@@ -686,10 +719,11 @@ void TestController::queueReport()
 {
     const bool isOwn = xmldata->identification == -1;
     const int row = gDB->insertOrUpdateXMLFile(xmldata.get());
-    if (row == -1)
+    if (row == -1) {
         outcome.storeFailed = true;
-    else if (isOwn)
+    } else if (isOwn) {
         outcome.queueId = row;
+    }
 }
 
 void TestController::endTest(TestOutcome::End end, const QString &errorText)
@@ -700,8 +734,9 @@ void TestController::endTest(TestOutcome::End end, const QString &errorText)
     outcome.waiting = gDB->countUnsentXMLFiles();
     const TestOutcome ended = outcome;
     observer->stopTest();
-    if (!errorText.isEmpty())
+    if (!errorText.isEmpty()) {
         observer->setErrorText(errorText);
+    }
     Q_EMIT testEnded(ended);
 }
 
@@ -783,3 +818,5 @@ void TestController::postReport()
             "Content-Length: "_L1 +
             QString::number(body.size()) + "\r\n\r\n"_L1 + QString::fromLatin1(body));
 }
+
+} // namespace velometer

@@ -11,6 +11,8 @@
 #include <functional>
 #include <memory>
 
+namespace velometer {
+
 class HttpGetRequester;
 class Platform;
 class TestHost;
@@ -210,3 +212,5 @@ private:
     std::unique_ptr<QObject> testScope;
     TestOutcome outcome;
 };
+
+} // namespace velometer

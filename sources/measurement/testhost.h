@@ -3,6 +3,8 @@
 #include <QString>
 #include <QtGlobal>
 
+namespace velometer {
+
 class TestServer;
 
 /// What the controller asks of the program around it.
@@ -22,3 +24,5 @@ protected:
     TestHost() = default;
     Q_DISABLE_COPY_MOVE(TestHost)
 };
+
+} // namespace velometer

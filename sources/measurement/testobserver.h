@@ -3,6 +3,8 @@
 #include <QString>
 #include <QtGlobal>
 
+namespace velometer {
+
 /// How a test reports to whoever shows it. Called on the main thread, from the event loop.
 class TestObserver
 {
@@ -38,3 +40,5 @@ protected:
     TestObserver() = default;
     Q_DISABLE_COPY_MOVE(TestObserver)
 };
+
+} // namespace velometer

@@ -13,6 +13,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr qint64 intervalNs = 100'000'000;
@@ -35,7 +37,7 @@ ThroughputTest::ThroughputTest(MeasurementContext *context, QString testName, Re
                                QObject *parent)
     : QObject(parent)
     , controller(context)
-    , m_socket(new QTcpSocket(this))
+    , socket(new QTcpSocket(this))
     , name(std::move(testName))
     , resulttype(type)
     , time_start(Utils::getTimeInNs())
@@ -45,9 +47,9 @@ ThroughputTest::ThroughputTest(MeasurementContext *context, QString testName, Re
     timer.setTimerType(Qt::PreciseTimer);
     connect(&timer, &QTimer::timeout, this, &ThroughputTest::timeoutOccourd);
     connect(&repainttimer, &QTimer::timeout, this, &ThroughputTest::timeoutOccourdRepaint);
-    connect(m_socket, &QTcpSocket::connected, this, &ThroughputTest::slotConnected);
-    connect(m_socket, &QTcpSocket::disconnected, this, &ThroughputTest::slotDisconnected);
-    connect(m_socket, &QTcpSocket::errorOccurred, this, &ThroughputTest::slotError);
+    connect(socket, &QTcpSocket::connected, this, &ThroughputTest::slotConnected);
+    connect(socket, &QTcpSocket::disconnected, this, &ThroughputTest::slotDisconnected);
+    connect(socket, &QTcpSocket::errorOccurred, this, &ThroughputTest::slotError);
 }
 
 ThroughputTest::~ThroughputTest()
@@ -72,25 +74,25 @@ void ThroughputTest::doMeasurement(int seconds)
     timer.start(std::chrono::seconds(testduration));
     timeconnectstart = Utils::getTimeInNs();
     const TestServer *server = controller->getTestServer();
-    Sockets::connectToHost(*m_socket, server->getHostname(), server->getPort());
+    Sockets::connectToHost(*socket, server->getHostname(), server->getPort());
 }
 
 void ThroughputTest::cancel()
 {
     timer.stop();
     repainttimer.stop();
-    Sockets::release(m_socket, this);
+    Sockets::release(socket, this);
 }
 
 void ThroughputTest::slotConnected()
 {
     timeconnectend = Utils::getTimeInNs();
     Utils::addLogEntry(name + " Connected()"_L1);
-    Sockets::preferBbr(*m_socket);
-    congestionControl = Sockets::congestionControl(*m_socket);
+    Sockets::preferBbr(*socket);
+    congestionControl = Sockets::congestionControl(*socket);
     const QByteArray text = requestText().toUtf8();
     timegettimestart = Utils::getTimeInNs();
-    const qint64 written = m_socket->write(text);
+    const qint64 written = socket->write(text);
     Utils::addLogEntry(u"Written: %1"_s.arg(written));
 }
 
@@ -108,8 +110,9 @@ void ThroughputTest::takeTime()
 {
     akttime = Utils::getTimeInNs();
     const qint64 elapsed = akttime - time_start;
-    if (mseconds >= 1)
+    if (mseconds >= 1) {
         max_pause = qMax(max_pause, elapsed - mseconds);
+    }
     mseconds = elapsed;
 }
 
@@ -156,8 +159,9 @@ void ThroughputTest::slotError(QAbstractSocket::SocketError code)
 void ThroughputTest::finish(bool cut)
 {
     cancel();
-    if (time_end == 0)
+    if (time_end == 0) {
         time_end = Utils::getTimeInNs();
+    }
     controller->getTestObserver()->setProgress(1, 1);
     // The intervals that the limit took away are no measured zeros.
     for (int i = static_cast<int>(mseconds / intervalNs);
@@ -174,3 +178,5 @@ void ThroughputTest::finish(bool cut)
     result->setCutByBudget(cut);
     controller->measurementDone(result);
 }
+
+} // namespace velometer

@@ -9,8 +9,11 @@
 #include <limits>
 #include <optional>
 
-class MeasurementContext;
 class QTcpSocket;
+
+namespace velometer {
+
+class MeasurementContext;
 
 /// What the download and the upload have in common: one connection to the test server, a period
 /// that begins with the first data, a deadline, and the credit of bytes to intervals of 100 ms.
@@ -59,7 +62,7 @@ protected:
     void finish(bool cut = false);
 
     MeasurementContext *controller;
-    QTcpSocket *m_socket; ///< null when the test has ended
+    QTcpSocket *socket; ///< null when the test has ended
     int testduration = 0;
 
 protected Q_SLOTS:
@@ -93,3 +96,5 @@ private:
     qint64 timegettimestart = 0;
     qint64 timegettimeend = 0;
 };
+
+} // namespace velometer

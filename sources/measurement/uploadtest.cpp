@@ -15,6 +15,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 /// Larger than any segment; a service that names more does not get to choose our memory.
@@ -34,8 +36,9 @@ QByteArray randomDigits(int count)
     QRandomGenerator generator(static_cast<quint32>(Utils::getTimeInMs() % 1000));
     QByteArray digits;
     digits.reserve(count);
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         digits.append(static_cast<char>('0' + generator.bounded(10)));
+    }
     return digits;
 }
 
@@ -44,11 +47,11 @@ QByteArray randomDigits(int count)
 UploadTest::UploadTest(MeasurementContext *context, QObject *parent)
     : ThroughputTest(context, u"UploadTest"_s, Result::Upload, parent)
 {
-    m_socket->setReadBufferSize(maxResponse);
-    connect(m_socket, &QTcpSocket::bytesWritten, this, &UploadTest::bytesWritten);
+    socket->setReadBufferSize(maxResponse);
+    connect(socket, &QTcpSocket::bytesWritten, this, &UploadTest::bytesWritten);
     delivery.setTimerType(Qt::PreciseTimer);
     connect(&delivery, &QTimer::timeout, this, &UploadTest::endWhenDelivered);
-    connect(m_socket, &QTcpSocket::readyRead, this, &UploadTest::readyRead);
+    connect(socket, &QTcpSocket::readyRead, this, &UploadTest::readyRead);
 }
 
 void UploadTest::doMeasurement(int seconds)
@@ -70,39 +73,46 @@ QString UploadTest::requestText() const
 
 void UploadTest::slotConnected()
 {
-    Sockets::dropUnsentOnClose(*m_socket);
-    Sockets::limitUnsent(*m_socket, maxUnsentBytes);
+    Sockets::dropUnsentOnClose(*socket);
+    Sockets::limitUnsent(*socket, maxUnsentBytes);
     ThroughputTest::slotConnected();
 }
 
 void UploadTest::bytesWritten(qint64 count)
 {
-    if (bytesSent == 0)
+    if (bytesSent == 0) {
         begin();
+    }
     takeTime();
     bytesSent += count;
-    const qint64 left = byteLimit() - bytesSent - m_socket->bytesToWrite();
-    if (left > 0)
-        m_socket->write(randomvalues.constData(), std::min(left, qint64(randomvalues.size())));
+    const qint64 left = byteLimit() - bytesSent - socket->bytesToWrite();
+    if (left > 0) {
+        socket->write(randomvalues.constData(), std::min(left, qint64(randomvalues.size())));
+    }
     recordInterval(bytesSent, old_bytesSent);
     // What the kernel has taken has not gone anywhere yet: a limit may be smaller than its buffer.
-    if (bytesSent >= byteLimit())
+    if (bytesSent >= byteLimit()) {
         delivery.start(deliveryPeriod);
+    }
 }
 
 void UploadTest::endWhenDelivered()
 {
-    if (!m_socket)
+    if (!socket) {
         delivery.stop();
-    else if (Sockets::unconfirmedBytes(*m_socket) == 0)
+    } else if (Sockets::unconfirmedBytes(*socket) == 0) {
         finish(true);
+    }
 }
 
 void UploadTest::readyRead()
 {
-    const QByteArray bytes = m_socket->readAll();
+    const QByteArray bytes = socket->readAll();
     const qsizetype nul = bytes.indexOf('\0');
-    if (response.size() < maxResponse)
+    if (response.size() < maxResponse) {
         response += QString::fromLatin1(nul < 0 ? bytes : bytes.left(nul));
+    }
     Utils::addLogEntry(u"Ready Read: %1"_s.arg(response.size()));
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+namespace velometer {
+
 /// Upload throughput: announces a large body and sends one more block of random digits whenever the
 /// network has taken some. The measured period begins when the request has been taken; with a limit
 /// it ends when the server's end has confirmed all of it.
@@ -36,3 +38,5 @@ private:
     QByteArray randomvalues;
     QString response; ///< what the server sends back; for the log alone
 };
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+namespace velometer {
+
 /// Who the device is. Asked once at start; unknown texts are empty. Main thread only; nothing
 /// blocks.
 class DeviceInfoSource : public QObject
@@ -26,3 +28,5 @@ Q_SIGNALS:
     /// At most once, and never from a source that was complete from the start.
     void completed();
 };
+
+} // namespace velometer

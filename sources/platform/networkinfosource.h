@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+namespace velometer {
+
 /// How the device is connected right now. The numbers are fixed: they stand in log lines.
 enum class NetworkMode {
     Unknown = 0,
@@ -79,3 +81,5 @@ Q_SIGNALS:
     void networkSignalStrengthChanged(NetworkMode mode, int strength);
     void networkNameChanged(NetworkMode mode, const QString &name);
 };
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QString>
 
+namespace velometer {
+
 /// One way into the network as the platform lists it; the numbers stand in log lines.
 struct NetworkConfiguration
 {
@@ -50,3 +52,5 @@ Q_SIGNALS:
     void opened();
     void error(NetworkSession::SessionError error);
 };
+
+} // namespace velometer

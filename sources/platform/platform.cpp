@@ -11,6 +11,8 @@
 #include "platform/system/bareplatform.h"
 #include "platform/system/systemplatform.h"
 
+namespace velometer {
+
 namespace {
 
 std::unique_ptr<Platform> createDevice(const PlatformChoice &choice, QString *error)
@@ -28,8 +30,9 @@ std::unique_ptr<Platform> createDevice(const PlatformChoice &choice, QString *er
 std::unique_ptr<Platform> Platform::create(const PlatformChoice &choice, QString *error)
 {
     std::unique_ptr<Platform> device = createDevice(choice, error);
-    if (!device || choice.position.source == PositionChoice::Source::Platform)
+    if (!device || choice.position.source == PositionChoice::Source::Platform) {
         return device;
+    }
     return std::make_unique<PositionedPlatform>(std::move(device), choice.position);
 }
 
@@ -46,7 +49,10 @@ std::unique_ptr<Platform> Platform::none()
 std::unique_ptr<Platform> Platform::scripted(const QString &file, QString *error)
 {
     std::optional<PlatformScript> script = PlatformScript::load(file, error);
-    if (!script)
+    if (!script) {
         return nullptr;
+    }
     return std::make_unique<ScriptedPlatform>(std::move(*script));
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class DeviceInfoSource;
 class NetworkInfoSource;
 class NetworkSession;
@@ -49,3 +51,5 @@ protected:
     Platform() = default;
     Q_DISABLE_COPY_MOVE(Platform)
 };
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 bool PlatformChoice::setDevice(const QString &text, QString *error)
 {
     constexpr auto scripted = "scripted:"_L1;
@@ -19,3 +21,5 @@ bool PlatformChoice::setDevice(const QString &text, QString *error)
     device = isScript ? Device::Scripted : text == "none"_L1 ? Device::None : Device::System;
     return true;
 }
+
+} // namespace velometer

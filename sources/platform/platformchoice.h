@@ -4,6 +4,8 @@
 
 #include <QString>
 
+namespace velometer {
+
 /// Which device a program runs on, as its user writes it. A plain value.
 struct PlatformChoice
 {
@@ -23,3 +25,5 @@ struct PlatformChoice
 
     bool operator==(const PlatformChoice &other) const = default;
 };
+
+} // namespace velometer

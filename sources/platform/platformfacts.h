@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 /// What the device tells beyond what a test records, for who looks for the reason of a problem.
 /// Unknown texts are empty.
 struct PlatformFacts
@@ -34,3 +36,5 @@ struct PlatformFacts
     QString ssid;
     QList<Missing> missing;
 };
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QString>
 
+namespace velometer {
+
 /// Where the device is, and which satellites tell it so. A device may have either, both or neither;
 /// what is missing never signals, and problem() says why there are no positions. Main thread only;
 /// nothing blocks.
@@ -57,8 +59,9 @@ Q_SIGNALS:
 protected:
     void setProblem(Problem now)
     {
-        if (now == currentProblem)
+        if (now == currentProblem) {
             return;
+        }
         currentProblem = now;
         Q_EMIT problemChanged();
     }
@@ -66,3 +69,5 @@ protected:
 private:
     Problem currentProblem = Problem::None;
 };
+
+} // namespace velometer

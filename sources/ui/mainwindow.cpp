@@ -35,6 +35,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr auto countDownPeriod = 200ms;
@@ -148,8 +150,9 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::KeyPress) {
         const auto *press = static_cast<QKeyEvent *>(event);
         const bool enter = press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter;
-        if (enter && press->isAutoRepeat())
+        if (enter && press->isAutoRepeat()) {
             return true;
+        }
     }
     return QMainWindow::eventFilter(watched, event);
 }
@@ -157,14 +160,16 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 void MainWindow::setOrientation(ScreenOrientation orientation)
 {
     Qt::ScreenOrientation content = Qt::PrimaryOrientation;
-    if (orientation == ScreenOrientationLockPortrait)
+    if (orientation == ScreenOrientationLockPortrait) {
         content = Qt::PortraitOrientation;
-    else if (orientation == ScreenOrientationLockLandscape)
+    } else if (orientation == ScreenOrientationLockLandscape) {
         content = Qt::LandscapeOrientation;
+    }
     // Embedded in a view, this widget has no window of its own.
     const auto windows = QGuiApplication::topLevelWindows();
-    for (QWindow *each : windows)
+    for (QWindow *each : windows) {
         each->reportContentOrientationChange(content);
+    }
 }
 
 void MainWindow::showExpanded()
@@ -181,27 +186,32 @@ void MainWindow::setLanguage(const QString &language)
 void MainWindow::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
+    if (event->type() != QEvent::LanguageChange) {
         return;
+    }
     ui->retranslateUi(this);
-    if (testTab)
+    if (testTab) {
         testTab->setLocation(Utils::trLocation(userLocation));
-    if (controller)
+    }
+    if (controller) {
         controller->showInformation();
+    }
 }
 
 // ---- Pages
 
 bool MainWindow::showPage(TabBase *page)
 {
-    if (popupShown || !page)
+    if (popupShown || !page) {
         return false;
+    }
     for (TabBase *each : {static_cast<TabBase *>(testTab), static_cast<TabBase *>(resultsTab),
                           static_cast<TabBase *>(settingsTab), static_cast<TabBase *>(linksTab),
                           static_cast<TabBase *>(aboutTab), static_cast<TabBase *>(geomapTab),
                           static_cast<TabBase *>(detailsWindow)}) {
-        if (each && each != page)
+        if (each && each != page) {
             each->hide();
+        }
     }
     activeTab = page;
     fitActiveTab();
@@ -218,14 +228,16 @@ void MainWindow::focusPage()
 
 void MainWindow::fitActiveTab()
 {
-    if (!activeTab)
+    if (!activeTab) {
         return;
+    }
     activeTab->move(0, 0);
     activeTab->setFixedSize(size());
     activeTab->show();
     activeTab->activateWindow();
-    if (activePopup)
+    if (activePopup) {
         placePopup();
+    }
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event)
@@ -243,14 +255,16 @@ void MainWindow::showTestTab()
 
 void MainWindow::showResultsTab()
 {
-    if (showPage(resultsTab))
+    if (showPage(resultsTab)) {
         resultsTab->updateResults();
+    }
 }
 
 void MainWindow::showSettingsTab()
 {
-    if (showPage(settingsTab))
+    if (showPage(settingsTab)) {
         settingsTab->updateSettings();
+    }
 }
 
 void MainWindow::showLinksTab()
@@ -260,15 +274,17 @@ void MainWindow::showLinksTab()
 
 void MainWindow::showAboutTab()
 {
-    if (showPage(aboutTab))
+    if (showPage(aboutTab)) {
         aboutTab->showDefaultPage();
+    }
 }
 
 void MainWindow::showGeomapTab()
 {
     holdTiles();
-    if (showPage(geomapTab))
+    if (showPage(geomapTab)) {
         geomapTab->showResultsOnMap();
+    }
 }
 
 // Tiles would take their share of what is measured, and cost money where the user has not agreed
@@ -276,8 +292,9 @@ void MainWindow::showGeomapTab()
 void MainWindow::holdTiles()
 {
     const bool costly = controller && controller->checkRoaming() && !roamingShowed;
-    if (geomapTab)
+    if (geomapTab) {
         geomapTab->pauseDownloads(advmoderunning || costly);
+    }
 }
 
 void MainWindow::showDetailsWindow()
@@ -293,14 +310,16 @@ QString MainWindow::makerAddress()
 
 void MainWindow::showOrvakWebpage()
 {
-    if (!popupShown)
+    if (!popupShown) {
         QDesktopServices::openUrl(QUrl(makerAddress()));
+    }
 }
 
 void MainWindow::exitClicked()
 {
-    if (popupShown)
+    if (popupShown) {
         return;
+    }
     close();
     delete controller;
     controller = nullptr;
@@ -308,8 +327,9 @@ void MainWindow::exitClicked()
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (advtimerscreenupdate)
+    if (advtimerscreenupdate) {
         advtimerscreenupdate->stop();
+    }
     if (controller && controller->isRunning()) {
         stoprequestedflag = true;
         controller->abortTest();
@@ -346,8 +366,9 @@ void MainWindow::closePopup(PopupBase *popup)
     popup->setVisible(false);
     activePopup = nullptr;
     shade->hide();
-    if (activeTab)
+    if (activeTab) {
         focusPage();
+    }
 }
 
 void MainWindow::showNotice(const QString &title, const QString &message)
@@ -377,18 +398,21 @@ void MainWindow::showWarning(const QString &title, const QString &message)
 
 void MainWindow::showLocationPopup()
 {
-    if (testrunning || (popupShown && teststatus != 3))
+    if (testrunning || (popupShown && teststatus != 3)) {
         return;
-    if (teststatus != 3)
+    }
+    if (teststatus != 3) {
         teststatus = -1;
+    }
     popupShown = true;
     openPopup(locationPopup);
 }
 
 void MainWindow::showNumberOfMeasurementsPopup()
 {
-    if (testrunning)
+    if (testrunning) {
         return;
+    }
     popupShown = true;
     openPopup(numberOfMeasurementsPopup);
 }
@@ -397,8 +421,9 @@ void MainWindow::showNumberOfMeasurementsPopup()
 
 void MainWindow::startTestClicked()
 {
-    if (!controller || popupShown)
+    if (!controller || popupShown) {
         return;
+    }
     if (testrunning) {
         if (advancedmode) {
             testTab->setStatusText(tr("aborting..."));
@@ -460,8 +485,9 @@ QString MainWindow::costsQuestion() const
                                           : tr("This connection is metered."));
     }
     const DataBudget budget = DataBudget::remembered();
-    if (budget.bytes())
+    if (budget.bytes()) {
         hints.append(tr("A test uses at most %1.").arg(budget.text()));
+    }
     const QString question = tr("CostsQuestion");
     return hints.isEmpty() ? question : question + "<br><br>"_L1 + hints.join(u' ');
 }
@@ -476,8 +502,9 @@ void MainWindow::warningPopupOkClicked()
 {
     closePopup(warningPopup);
     popupShown = false;
-    if (teststatus == 5)
+    if (teststatus == 5) {
         roamingShowed = true;
+    }
     ++teststatus;
     Utils::setSettingsValue(u"CostWarning"_s, u"set"_s);
     startTestRun();
@@ -494,8 +521,9 @@ void MainWindow::locationPopupLocationSelected(UserLocation location)
     popupShown = false;
     userLocation = locationCode(location);
     testTab->setLocation(Utils::trLocation(userLocation));
-    if (teststatus >= 0)
+    if (teststatus >= 0) {
         teststatus = 4;
+    }
     startTestRun();
 }
 
@@ -531,8 +559,9 @@ void MainWindow::cancelDialogue(PopupBase *popup)
 void MainWindow::setAdvancedMode(bool on)
 {
     chosenmode = on;
-    if (!testrunning)
+    if (!testrunning) {
         advancedmode = on;
+    }
 }
 
 bool MainWindow::inSeries() const
@@ -542,8 +571,9 @@ bool MainWindow::inSeries() const
 
 QString MainWindow::getScheduleInfo() const
 {
-    if (!inSeries())
+    if (!inSeries()) {
         return {};
+    }
     const qlonglong minutes = qlonglong(numberoftests) * timebetweentests / secondsPerMinute;
     return u"%1,%2,%3"_s.arg(numberoftests - aktnumberoftests).arg(numberoftests).arg(minutes);
 }
@@ -559,10 +589,11 @@ void MainWindow::startTest()
     }
     testrunning = true;
     holdTiles();
-    if (inSeries())
+    if (inSeries()) {
         testTab->setAbortCaption(tr("Abort Test"));
-    else
+    } else {
         testTab->setGUIDisabled(true);
+    }
     testTab->showProgessBar(true);
     testTab->clearThroughput();
     setDownloadText(QString());
@@ -579,10 +610,12 @@ void MainWindow::armNextMeasurement(int milliseconds)
 
 void MainWindow::startNextMeasurement()
 {
-    if (!controller || !inSeries() || aktnumberoftests < 1)
+    if (!controller || !inSeries() || aktnumberoftests < 1) {
         return;
-    if (advmoderunning)
+    }
+    if (advmoderunning) {
         return armNextMeasurement(retryPeriod);
+    }
     runTest();
 }
 
@@ -590,8 +623,9 @@ void MainWindow::stopTest()
 {
     advmoderunning = false;
     holdTiles();
-    if (!inSeries())
+    if (!inSeries()) {
         return endSingleTest();
+    }
     testTab->showProgessBar(false);
     if (stoprequestedflag) {
         aktnumberoftests = -1;
@@ -644,8 +678,9 @@ void MainWindow::updateScreenNextMeasurement()
 void MainWindow::testEnded(const TestOutcome &outcome)
 {
     resultLost |= outcome.storeFailed;
-    if (testrunning || popupShown)
+    if (testrunning || popupShown) {
         return;
+    }
     if (std::exchange(resultLost, false)) {
         showNotice(tr("ErrorTitle"), tr("The test could not be stored in %1. Make room or correct "
                                         "the rights of this folder.")
@@ -654,10 +689,12 @@ void MainWindow::testEnded(const TestOutcome &outcome)
     }
     const TestResults *record = controller->getTestResults();
     if (outcome.end == TestOutcome::End::Completed && record &&
-        !record->phasesCutByBudget().isEmpty())
+        !record->phasesCutByBudget().isEmpty()) {
         testTab->addNote(tr("The data budget ended the test early."));
-    if (!outcome.reportDelivered && outcome.queueId >= 0)
+    }
+    if (!outcome.reportDelivered && outcome.queueId >= 0) {
         testTab->addNote(tr("The report waits and goes out with the next test."));
+    }
 }
 
 // ---- What the controller reports
@@ -707,14 +744,16 @@ void MainWindow::setRTTText(QString text)
 
 void MainWindow::setDataTransferred(QString text)
 {
-    if (!inSeries() || aktnumberoftests <= 0)
+    if (!inSeries() || aktnumberoftests <= 0) {
         testTab->setDataTransferred(text);
+    }
 }
 
 void MainWindow::setErrorText(QString text)
 {
-    if (inSeries())
+    if (inSeries()) {
         return;
+    }
     Utils::addLogEntry(u"Error: %1"_s.arg(text));
     showNotice(tr("ErrorTitle"), text.toHtmlEscaped());
 }
@@ -741,8 +780,9 @@ TestServer *MainWindow::getTestServer(const QString &hostname, int port)
 
 void MainWindow::clearLocalDatabase()
 {
-    if (popupShown || testrunning)
+    if (popupShown || testrunning) {
         return;
+    }
     waitingPopup->setTitel(tr("Please Wait"));
     waitingPopup->setMessage(tr("Database is beeing reseted..."));
     popupShown = true;
@@ -768,10 +808,13 @@ void MainWindow::clearLocalDatabaseImpl()
 
 void MainWindow::startNewSeries()
 {
-    if (popupShown || testrunning)
+    if (popupShown || testrunning) {
         return;
+    }
     controller->startNewSeries();
     controller->showInformation();
     showNotice(tr("Information"), tr("Starting new Test Series with Id:") + u' ' +
                                       QString::number(controller->getSeriesId()));
 }
+
+} // namespace velometer

@@ -9,6 +9,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class AboutTab;
 class DetailsWindow;
 class ErrorPopup;
@@ -208,3 +210,5 @@ private:
     /// later one.
     std::unique_ptr<QObject> seriesScope;
 };
+
+} // namespace velometer

@@ -19,6 +19,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int handsetDegrees = 270;
@@ -37,8 +39,9 @@ void setOrientationProperty(WId window, int degrees)
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     Display *display = x11 ? x11->display() : nullptr;
-    if (!display)
+    if (!display) {
         return;
+    }
     const Atom property = XInternAtom(display, "_MEEGOTOUCH_ORIENTATION_ANGLE", False);
     const long value = degrees; // the library takes an array of long for 32 bits
     XChangeProperty(display, window, property, XA_CARDINAL, 32, PropModeReplace,
@@ -86,8 +89,9 @@ private:
     {
         const bool turned = degrees % 180 != 0;
         const QSize size = turned ? viewport()->size().transposed() : viewport()->size();
-        if (size.isEmpty())
+        if (size.isEmpty()) {
             return;
+        }
         const QSizeF design = MainWindow::designSize;
         const qreal factor =
             std::min(size.width() / design.width(), size.height() / design.height());
@@ -106,12 +110,15 @@ private:
 
 std::optional<ShellKind> Shell::fromName(const QString &name)
 {
-    if (name == "handset"_L1)
+    if (name == "handset"_L1) {
         return ShellKind::Handset;
-    if (name == "phone"_L1)
+    }
+    if (name == "phone"_L1) {
         return ShellKind::Phone;
-    if (name == "desktop"_L1)
+    }
+    if (name == "desktop"_L1) {
         return ShellKind::Desktop;
+    }
     return std::nullopt;
 }
 
@@ -147,17 +154,19 @@ Shell::Shell(ShellKind shellKind, MainWindow &mainWindow)
     proxy->setPos(0, 0);
     view = std::make_unique<View>(scene.get(), window,
                                   kind == ShellKind::Handset ? handsetDegrees : 0);
-    if (kind == ShellKind::Desktop)
+    if (kind == ShellKind::Desktop) {
         view->resize(
             MainWindow::designSize.scaled(free - QSize(0, decoration), Qt::KeepAspectRatio));
+    }
     connect(&window, &MainWindow::closed, view.get(), &QWidget::close, Qt::QueuedConnection);
 }
 
 Shell::~Shell()
 {
     // The window is not ours: it leaves the scene before the scene goes.
-    if (QGraphicsProxyWidget *proxy = window.graphicsProxyWidget())
+    if (QGraphicsProxyWidget *proxy = window.graphicsProxyWidget()) {
         proxy->setWidget(nullptr);
+    }
 }
 
 QWidget &Shell::topLevel()
@@ -177,8 +186,9 @@ void Shell::show()
     Utils::addLogEntry(u"View Size: %1 x %2"_s.arg(QString::number(topLevel().width()),
                                                    QString::number(topLevel().height())));
     window.setOrientation(MainWindow::ScreenOrientationLockPortrait);
-    if (kind == ShellKind::Handset)
+    if (kind == ShellKind::Handset) {
         setOrientationProperty(view->winId(), handsetDegrees);
+    }
 }
 
 void Shell::raise()
@@ -189,3 +199,5 @@ void Shell::raise()
     top.raise();
     top.activateWindow();
 }
+
+} // namespace velometer

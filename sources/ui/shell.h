@@ -6,8 +6,11 @@
 #include <memory>
 #include <optional>
 
-class MainWindow;
 class QScreen;
+
+namespace velometer {
+
+class MainWindow;
 
 /// How the portrait window meets the screen.
 enum class ShellKind {
@@ -50,3 +53,5 @@ private:
     std::unique_ptr<QGraphicsScene> scene;
     std::unique_ptr<View> view;
 };
+
+} // namespace velometer

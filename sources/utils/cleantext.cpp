@@ -1,5 +1,7 @@
 #include "utils/cleantext.h"
 
+namespace velometer {
+
 namespace {
 
 bool isNoncharacter(char32_t code)
@@ -20,13 +22,17 @@ QString cleanText(const QString &text, qsizetype maxLength)
             code = QChar::surrogateToUcs4(first, text.at(i + 1));
             units = 2;
         }
-        if (clean.size() + units > maxLength)
+        if (clean.size() + units > maxLength) {
             break;
+        }
         const bool halfACharacter = units == 1 && first.isSurrogate();
         if (!halfACharacter && QChar::category(code) != QChar::Other_Control &&
-            !isNoncharacter(code))
+            !isNoncharacter(code)) {
             clean += QStringView(text).mid(i, units);
+        }
         i += units - 1;
     }
     return clean;
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+namespace velometer {
+
 namespace {
 
 using namespace std::chrono;
@@ -40,3 +42,5 @@ void Clock::install(const Clock *clock)
 {
     installed = clock;
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+namespace velometer {
+
 /// The one source of time. Everything that measures or stamps asks Utils, which asks the installed
 /// clock; a test installs its own and moves it instead of sleeping. Main thread only.
 class Clock
@@ -26,3 +28,5 @@ protected:
     Clock() = default;
     Q_DISABLE_COPY_MOVE(Clock)
 };
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// A configuration is a few lines; anything of this size is some other file.
@@ -23,37 +25,44 @@ public:
 
     void text(const QString &key, QString &value) const
     {
-        if (settings.contains(key))
+        if (settings.contains(key)) {
             value = valueOf(key);
+        }
     }
 
     void host(const QString &key, QString &value)
     {
-        if (!settings.contains(key))
+        if (!settings.contains(key)) {
             return;
+        }
         const auto endpoint = Endpoint::parse(valueOf(key), defaultHttpPort);
-        if (!endpoint)
+        if (!endpoint) {
             return reject(key);
+        }
         value = endpoint->host;
     }
 
     void port(const QString &key, int &value)
     {
-        if (!settings.contains(key))
+        if (!settings.contains(key)) {
             return;
+        }
         const auto endpoint = Endpoint::parse(u"host:"_s + valueOf(key), defaultHttpPort);
-        if (!endpoint)
+        if (!endpoint) {
             return reject(key);
+        }
         value = endpoint->port;
     }
 
     void endpoint(const QString &key, Endpoint &value)
     {
-        if (!settings.contains(key))
+        if (!settings.contains(key)) {
             return;
+        }
         const auto parsed = Endpoint::parse(valueOf(key), defaultHttpPort);
-        if (!parsed)
+        if (!parsed) {
             return reject(key);
+        }
         value = *parsed;
     }
 
@@ -69,8 +78,9 @@ private:
 
     void reject(const QString &key)
     {
-        if (rejectedKey.isEmpty())
+        if (rejectedKey.isEmpty()) {
             rejectedKey = u"%1=%2"_s.arg(key, valueOf(key).left(100));
+        }
     }
 
     QSettings settings;
@@ -116,11 +126,13 @@ std::optional<Deployment> Deployment::fromFile(const QString &file, QString *err
 
 std::optional<Deployment> Deployment::load(const QString &file, QString *error)
 {
-    if (!file.isEmpty())
+    if (!file.isEmpty()) {
         return fromFile(file, error);
+    }
     const QString fromEnvironment = qEnvironmentVariable("VELOMETER_CONFIG");
-    if (!fromEnvironment.isEmpty())
+    if (!fromEnvironment.isEmpty()) {
         return fromFile(fromEnvironment, error);
+    }
     const QString installed = QStandardPaths::locate(QStandardPaths::GenericConfigLocation,
                                                      u"velometer/deployment.conf"_s);
     return installed.isEmpty() ? Deployment() : fromFile(installed, error);
@@ -147,3 +159,5 @@ void Deployment::setCurrent(const Deployment &deployment)
 {
     currentDeployment = deployment;
 }
+
+} // namespace velometer

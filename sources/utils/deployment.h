@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 /// Where this installation's service lives: read from an INI file, over built-in defaults that
 /// point at a service on this machine. A plain value; the program keeps one as current().
 struct Deployment
@@ -45,3 +47,5 @@ struct Deployment
     static const Deployment &current();
     static void setCurrent(const Deployment &deployment);
 };
+
+} // namespace velometer

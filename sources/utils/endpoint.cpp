@@ -6,14 +6,17 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 std::optional<int> parsePort(QStringView text)
 {
     static const QRegularExpression digits(u"^[0-9]{1,5}$"_s);
     const int port = digits.match(text.toString()).hasMatch() ? text.toInt() : 0;
-    if (port < 1 || port > 65535)
+    if (port < 1 || port > 65535) {
         return std::nullopt;
+    }
     return port;
 }
 
@@ -28,14 +31,17 @@ bool isIpv6(const QString &text)
 std::optional<Endpoint> checked(const QString &host, std::optional<int> port)
 {
     static const QRegularExpression name(u"^[A-Za-z0-9_]([A-Za-z0-9._-]{0,251}[A-Za-z0-9_.])?$"_s);
-    if (!port)
+    if (!port) {
         return std::nullopt;
-    if (isIpv6(host))
+    }
+    if (isIpv6(host)) {
         return Endpoint{host, *port};
+    }
     const QString ascii = QString::fromLatin1(QUrl::toAce(host));
     const QString candidate = ascii.isEmpty() ? host : ascii;
-    if (!name.match(candidate).hasMatch())
+    if (!name.match(candidate).hasMatch()) {
         return std::nullopt;
+    }
     return Endpoint{candidate, *port};
 }
 
@@ -47,15 +53,18 @@ std::optional<Endpoint> Endpoint::parse(const QString &text, int defaultPort)
         const qsizetype end = text.indexOf(u']');
         const QStringView rest = end < 0 ? QStringView() : QStringView(text).mid(end + 1);
         const QString host = end < 0 ? QString() : text.mid(1, end - 1);
-        if (!isIpv6(host) || (!rest.isEmpty() && !rest.startsWith(u':')))
+        if (!isIpv6(host) || (!rest.isEmpty() && !rest.startsWith(u':'))) {
             return std::nullopt;
+        }
         return checked(host, rest.isEmpty() ? std::optional(defaultPort) : parsePort(rest.mid(1)));
     }
-    if (text.count(u':') > 1)
+    if (text.count(u':') > 1) {
         return isIpv6(text) ? checked(text, defaultPort) : std::nullopt;
+    }
     const qsizetype colon = text.indexOf(u':');
-    if (colon < 0)
+    if (colon < 0) {
         return checked(text, defaultPort);
+    }
     return checked(text.left(colon), parsePort(QStringView(text).mid(colon + 1)));
 }
 
@@ -63,3 +72,5 @@ QString Endpoint::bracketed(const QString &host)
 {
     return host.contains(u':') ? u'[' + host + u']' : host;
 }
+
+} // namespace velometer

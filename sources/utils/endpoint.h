@@ -4,6 +4,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 /// A host and a TCP port as people write them: "name", "name:8080", "192.0.2.1:8080", "[::1]:8080",
 /// "::1". Values are checked: a host of at most 253 letters, digits, dots, hyphens and underscores
 /// or an IPv6 literal (kept without its brackets), a port from 1 to 65535.
@@ -21,3 +23,5 @@ struct Endpoint
 
     bool operator==(const Endpoint &other) const = default;
 };
+
+} // namespace velometer

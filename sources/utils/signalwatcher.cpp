@@ -6,6 +6,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+namespace velometer {
+
 namespace {
 
 /// Write end first. A signal handler may use little more than write().
@@ -54,6 +56,9 @@ SignalWatcher::~SignalWatcher()
 void SignalWatcher::read()
 {
     unsigned char byte = 0;
-    if (::read(wires[1], &byte, 1) == 1)
+    if (::read(wires[1], &byte, 1) == 1) {
         Q_EMIT caught(byte);
+    }
 }
+
+} // namespace velometer

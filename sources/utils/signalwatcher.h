@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QSocketNotifier>
 
+namespace velometer {
+
 /// Turns the first SIGINT or SIGTERM into a Qt signal, from its construction on; a second one ends
 /// the program at once, for a user who has lost patience. One in a process, main thread.
 class SignalWatcher : public QObject
@@ -23,3 +25,5 @@ private:
 
     QSocketNotifier notifier;
 };
+
+} // namespace velometer

@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace velometer {
+
 namespace {
 
 QAbstractSocket::NetworkLayerProtocol chosenProtocol = QAbstractSocket::AnyIPProtocol;
@@ -20,8 +22,9 @@ template <typename Value>
 void setOption(const QTcpSocket &socket, int level, int option, const Value &value)
 {
     const auto descriptor = static_cast<int>(socket.socketDescriptor());
-    if (descriptor >= 0)
+    if (descriptor >= 0) {
         ::setsockopt(descriptor, level, option, &value, sizeof value);
+    }
 }
 
 } // namespace
@@ -42,8 +45,9 @@ void Sockets::connectToHost(QTcpSocket &socket, const QString &host, int port)
 
 void Sockets::release(QTcpSocket *&socket, const QObject *receiver)
 {
-    if (!socket)
+    if (!socket) {
         return;
+    }
     socket->disconnect(receiver);
     socket->abort();
     socket->deleteLater();
@@ -60,8 +64,10 @@ QString Sockets::congestionControl(const QTcpSocket &socket)
     char name[16] = {};
     socklen_t length = sizeof name - 1;
     const auto descriptor = static_cast<int>(socket.socketDescriptor());
-    if (descriptor < 0 || ::getsockopt(descriptor, IPPROTO_TCP, TCP_CONGESTION, name, &length) != 0)
+    if (descriptor < 0 ||
+        ::getsockopt(descriptor, IPPROTO_TCP, TCP_CONGESTION, name, &length) != 0) {
         return {};
+    }
     return QString::fromLatin1(name);
 }
 
@@ -85,7 +91,10 @@ qint64 Sockets::unconfirmedBytes(const QTcpSocket &socket)
 {
     int bytes = 0;
     const auto descriptor = static_cast<int>(socket.socketDescriptor());
-    if (descriptor < 0 || ::ioctl(descriptor, SIOCOUTQ, &bytes) != 0)
+    if (descriptor < 0 || ::ioctl(descriptor, SIOCOUTQ, &bytes) != 0) {
         return 0;
+    }
     return bytes;
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 class QObject;
 class QTcpSocket;
 
+namespace velometer {
+
 /// What the measuring sockets ask of the kernel, in one place. Options are set on a best-effort
 /// basis: a kernel that lacks one is no failure of the test, it only measures with what it has.
 namespace Sockets {
@@ -45,3 +47,5 @@ void limitWindow(const QTcpSocket &socket, qint64 bytes);
 qint64 unconfirmedBytes(const QTcpSocket &socket);
 
 } // namespace Sockets
+
+} // namespace velometer

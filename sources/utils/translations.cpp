@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 QTranslator *installed = nullptr;
 QTranslator *toolkits = nullptr; ///< menus of text fields and the like
@@ -36,8 +38,9 @@ void Translations::choose(const QString &language)
 
 QString Translations::translate(const char *context, const char *text)
 {
-    if (installed)
+    if (installed) {
         return QCoreApplication::translate(context, text);
+    }
     QTranslator catalogue;
     const QString translated =
         loadCatalogue(catalogue, language()) ? catalogue.translate(context, text) : QString();
@@ -53,6 +56,10 @@ void Translations::install(const QString &language)
     QCoreApplication::installTranslator(installed);
     delete toolkits;
     toolkits = new QTranslator(QCoreApplication::instance());
-    if (toolkits->load("qtbase_"_L1 + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    if (toolkits->load("qtbase_"_L1 + language,
+                       QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(toolkits);
+    }
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace velometer {
+
 /// The catalogues compiled into the program, German and English.
 namespace Translations {
 
@@ -23,3 +25,5 @@ QString translate(const char *context, const char *text);
 void install(const QString &language);
 
 } // namespace Translations
+
+} // namespace velometer

@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr qsizetype maxLogLines = 1000;
@@ -26,36 +28,36 @@ struct Code
     const char *shortKey;
 };
 
-constexpr const char *shortMobile = QT_TRANSLATE_NOOP("Utils", "conntypeMobile");
-constexpr const char *shortWlan = QT_TRANSLATE_NOOP("Utils", "conntypeWLAN");
-constexpr const char *shortOther = QT_TRANSLATE_NOOP("Utils", "conntypeother");
+constexpr const char *shortMobile = QT_TRANSLATE_NOOP("velometer::Utils", "conntypeMobile");
+constexpr const char *shortWlan = QT_TRANSLATE_NOOP("velometer::Utils", "conntypeWLAN");
+constexpr const char *shortOther = QT_TRANSLATE_NOOP("velometer::Utils", "conntypeother");
 
 const Code connectionTypes[] = {
-    {"Unknown"_L1, QT_TRANSLATE_NOOP("Utils", "Unknown"), shortOther},
-    {"GsmMode"_L1, QT_TRANSLATE_NOOP("Utils", "Mobile(GSM)"), shortMobile},
-    {"CdmaMode"_L1, QT_TRANSLATE_NOOP("Utils", "Mobile(CDMA)"), shortMobile},
-    {"WcdmaMode"_L1, QT_TRANSLATE_NOOP("Utils", "Mobile(UMTS)"), shortMobile},
-    {"WlanMode"_L1, QT_TRANSLATE_NOOP("Utils", "WLAN"), shortWlan},
-    {"EthernetMode"_L1, QT_TRANSLATE_NOOP("Utils", "Ethernet"), shortOther},
-    {"BluetoothMode"_L1, QT_TRANSLATE_NOOP("Utils", "Bluetooth"), shortOther},
-    {"WimaxMode"_L1, QT_TRANSLATE_NOOP("Utils", "Wimax"), shortOther},
-    {"LteMode"_L1, QT_TRANSLATE_NOOP("Utils", "Mobile(LTE)"), shortMobile},
-    {"NrMode"_L1, QT_TRANSLATE_NOOP("Utils", "Mobile(5G)"), shortMobile},
+    {"Unknown"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "Unknown"), shortOther},
+    {"GsmMode"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "Mobile(GSM)"), shortMobile},
+    {"CdmaMode"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "Mobile(CDMA)"), shortMobile},
+    {"WcdmaMode"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "Mobile(UMTS)"), shortMobile},
+    {"WlanMode"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "WLAN"), shortWlan},
+    {"EthernetMode"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "Ethernet"), shortOther},
+    {"BluetoothMode"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "Bluetooth"), shortOther},
+    {"WimaxMode"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "Wimax"), shortOther},
+    {"LteMode"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "Mobile(LTE)"), shortMobile},
+    {"NrMode"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "Mobile(5G)"), shortMobile},
 };
 
 const Code locations[] = {
-    {"Unknown"_L1, QT_TRANSLATE_NOOP("Utils", "LocationUnknown"),
-     QT_TRANSLATE_NOOP("Utils", "LocationUnknownShort")},
-    {"Indoor"_L1, QT_TRANSLATE_NOOP("Utils", "LocationIndoor"),
-     QT_TRANSLATE_NOOP("Utils", "LocationIndoorShort")},
-    {"Outdoor"_L1, QT_TRANSLATE_NOOP("Utils", "LocationOutdoor"),
-     QT_TRANSLATE_NOOP("Utils", "LocationOutdoorShort")},
-    {"Train"_L1, QT_TRANSLATE_NOOP("Utils", "LocationTrain"),
-     QT_TRANSLATE_NOOP("Utils", "LocationTrainShort")},
-    {"Car"_L1, QT_TRANSLATE_NOOP("Utils", "LocationCar"),
-     QT_TRANSLATE_NOOP("Utils", "LocationCarShort")},
-    {"Other"_L1, QT_TRANSLATE_NOOP("Utils", "LocationOther"),
-     QT_TRANSLATE_NOOP("Utils", "LocationOtherShort")},
+    {"Unknown"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "LocationUnknown"),
+     QT_TRANSLATE_NOOP("velometer::Utils", "LocationUnknownShort")},
+    {"Indoor"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "LocationIndoor"),
+     QT_TRANSLATE_NOOP("velometer::Utils", "LocationIndoorShort")},
+    {"Outdoor"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "LocationOutdoor"),
+     QT_TRANSLATE_NOOP("velometer::Utils", "LocationOutdoorShort")},
+    {"Train"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "LocationTrain"),
+     QT_TRANSLATE_NOOP("velometer::Utils", "LocationTrainShort")},
+    {"Car"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "LocationCar"),
+     QT_TRANSLATE_NOOP("velometer::Utils", "LocationCarShort")},
+    {"Other"_L1, QT_TRANSLATE_NOOP("velometer::Utils", "LocationOther"),
+     QT_TRANSLATE_NOOP("velometer::Utils", "LocationOtherShort")},
 };
 
 template <typename Table>
@@ -118,8 +120,9 @@ QString Utils::getAppTitle()
 QString Utils::readFile(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         return {};
+    }
     return QTextStream(&file).readAll();
 }
 
@@ -145,8 +148,9 @@ void Utils::setSettingsCommonValue(QString key, QString value)
 
 void Utils::addLogEntry(QString text)
 {
-    if (logentries.size() < maxLogLines)
+    if (logentries.size() < maxLogLines) {
         logentries.append(logLine(text));
+    }
     qDebug().noquote() << logLine(text);
 }
 
@@ -203,3 +207,5 @@ bool Utils::isOldSymbian()
 {
     return qstrcmp(qVersion(), "4.6.3") == 0;
 }
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+namespace velometer {
+
 /// Static helpers that every folder uses: the clock, the version, the two settings stores, the
 /// diagnostic log and the code tables of connection types and locations. No state but the log.
 /// Main thread only. Nothing here fails loudly: a missing file, setting or code gives an empty
@@ -61,3 +63,5 @@ public:
 
     static bool isOldSymbian();
 };
+
+} // namespace velometer

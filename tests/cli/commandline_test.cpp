@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 using Command = CommandLine::Command;
 using Format = CommandLine::Format;
 using Check = bool (*)(const CommandLine &);
@@ -132,5 +134,7 @@ private:
     }
 };
 
-QTEST_APPLESS_MAIN(CommandLineTest)
+} // namespace velometer
+
+QTEST_APPLESS_MAIN(velometer::CommandLineTest)
 #include "commandline_test.moc"

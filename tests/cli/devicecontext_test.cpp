@@ -8,6 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 using Missing = PlatformFacts::Missing;
 using Problem = PositionSource::Problem;
 
@@ -48,11 +50,14 @@ private Q_SLOTS:
         };
         fire();
         QCOMPARE(looks.size(), ready ? 1 : 0);
-        for (int times = 1; times < 30; ++times)
+        for (int times = 1; times < 30; ++times) {
             fire();
+        }
         QVERIFY(!looks.isEmpty()); // after three seconds in any case
     }
 };
 
-QTEST_GUILESS_MAIN(DeviceContextTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::DeviceContextTest)
 #include "devicecontext_test.moc"

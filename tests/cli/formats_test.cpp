@@ -24,6 +24,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// What the runner of a test on a device makes of @p record.
@@ -55,8 +57,9 @@ TestSummary summaryOf(const TestResults *record, bool located)
 QList<QByteArray> printed(const TestSummary &summary)
 {
     const QByteArray line = JsonFormat::line(JsonFormat::test(summary));
-    if (line.count('\n') != 1 || !line.endsWith('\n'))
+    if (line.count('\n') != 1 || !line.endsWith('\n')) {
         return {"not one line"};
+    }
     QByteArray text = QJsonDocument::fromJson(line).toJson();
     return text.replace(qVersion(), "@QT@").split('\n');
 }
@@ -175,8 +178,9 @@ private Q_SLOTS:
                  "<desc>&lt;&amp;&quot;'&gt;</desc></wpt>\n");
         QXmlStreamReader gpx(ExportFormat::gpxBegin() + ExportFormat::gpxWaypoint(somewhere) +
                              ExportFormat::gpxEnd());
-        while (!gpx.atEnd())
+        while (!gpx.atEnd()) {
             gpx.readNext();
+        }
         QVERIFY2(!gpx.hasError(), qPrintable(gpx.errorString()));
     }
 
@@ -189,5 +193,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FormatsTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::FormatsTest)
 #include "formats_test.moc"

@@ -9,14 +9,17 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 /// What velometer-cli writes to, with the reader in the test's hand.
 class Pipe
 {
 public:
     Pipe()
     {
-        if (::pipe2(ends, O_CLOEXEC) != 0)
+        if (::pipe2(ends, O_CLOEXEC) != 0) {
             qFatal("no pipe");
+        }
     }
     int writeEnd() const { return ends[1]; }
     void closeReadEnd() { ::close(ends[0]); }
@@ -85,5 +88,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(OutputTest)
+} // namespace velometer
+
+QTEST_APPLESS_MAIN(velometer::OutputTest)
 #include "output_test.moc"

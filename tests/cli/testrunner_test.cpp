@@ -22,10 +22,12 @@
 
 using namespace Qt::StringLiterals;
 
+Q_DECLARE_METATYPE(velometer::ExitStatus)
+
+namespace velometer {
+
 using End = TestOutcome::End;
 using Format = CommandLine::Format;
-
-Q_DECLARE_METATYPE(ExitStatus)
 
 /// A runner on a device without a network: its tests end at once, without any traffic.
 class Run
@@ -48,8 +50,9 @@ public:
         QList<QJsonObject> objects;
         file.seek(0);
         for (const QByteArray &line : file.readAll().split('\n')) {
-            if (!line.isEmpty())
+            if (!line.isEmpty()) {
                 objects.append(QJsonDocument::fromJson(line).object());
+            }
         }
         return objects;
     }
@@ -60,8 +63,9 @@ public:
     }
     bool endsWith(ExitStatus status)
     {
-        if (finished->isEmpty() && !finished->wait())
+        if (finished->isEmpty() && !finished->wait()) {
             return false;
+        }
         // A second end would come from the event loop.
         QCoreApplication::processEvents();
         return finished->size() == 1 && finished->at(0).at(0).value<ExitStatus>() == status;
@@ -156,8 +160,9 @@ private Q_SLOTS:
         QCOMPARE(run.messages(), QByteArray());
         QCOMPARE(run.platform.session.openCalls, 0);
         // The device answers.
-        if (!metered.isEmpty())
+        if (!metered.isEmpty()) {
             run.platform.told.metered = metered.startsWith("yes"_L1);
+        }
         run.platform.told.meteredGuessed = metered.endsWith("guessed"_L1);
         run.platform.complete = true;
         QVERIFY(run.endsWith(ExitStatus::Unreachable));
@@ -172,8 +177,9 @@ private Q_SLOTS:
             run.platform.complete = false;
             run.runner->start();
             QCoreApplication::processEvents();
-            if (stopped)
+            if (stopped) {
                 run.runner->stop(ExitStatus::Terminated);
+            }
             QVERIFY(run.endsWith(stopped ? ExitStatus::Terminated : ExitStatus::Unreachable));
             run.platform.complete = true;
             QTest::qWait(150); // longer than a poll takes
@@ -203,8 +209,9 @@ private Q_SLOTS:
         QFETCH(int, responseTime);
         QFETCH(ExitStatus, status);
         IntervalTable values;
-        for (int i = 0; i < 70; ++i)
+        for (int i = 0; i < 70; ++i) {
             values.insert(i, 1000);
+        }
         const auto throughput = [&](int ms, Result::Type type, QObject *parent) {
             return new Result(80, 7, ms * 1'000'000LL, 70'000, values, values, 0, 0, 0, type,
                               parent);
@@ -227,5 +234,7 @@ private:
     QTemporaryDir directory;
 };
 
-QTEST_GUILESS_MAIN(TestRunnerTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::TestRunnerTest)
 #include "testrunner_test.moc"

@@ -13,6 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class VelometerCliDeviceTest : public QObject
 {
     Q_OBJECT
@@ -44,8 +46,9 @@ private Q_SLOTS:
               "NetworkManager is not running: whether the connection is metered is unknown.",
               "The source of positions (geoclue2) cannot be reached: check that it is there, that "
               "it runs and that you may read it.",
-              "There is no source of satellites."})
+              "There is no source of satellites."}) {
             QVERIFY2(page.contains('\n' + QByteArray(each) + '\n'), page.constData());
+        }
         QCOMPARE(page.count(".\n"), 4);
     }
 
@@ -93,8 +96,9 @@ private Q_SLOTS:
              {"GPGSV,1,1,03,04,40,083,46,07,17,308,41,09,20,100,30",
               "GPGSA,A,3,04,07,09,,,,,,,,,,2.0,0.9,1.5",
               "GPGGA,101500,4713.596,N,00849.104,E,1,03,0.9,410.0,M,48.0,M,,",
-              "GPRMC,101500,A,4713.596,N,00849.104,E,5.0,90.0,010624,,"})
+              "GPRMC,101500,A,4713.596,N,00849.104,E,5.0,90.0,010624,,"}) {
             recording += sentence(text);
+        }
         const QStringList arguments{u"context"_s, u"--position"_s,
                                     u"nmea:"_s + home->write(u"drive.nmea"_s, recording)};
         const QByteArray page = run(arguments).printed;
@@ -166,5 +170,7 @@ private:
     std::unique_ptr<MockPhone> phone;
 };
 
-QTEST_GUILESS_MAIN(VelometerCliDeviceTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::VelometerCliDeviceTest)
 #include "velometer_cli_device_test.moc"

@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 QJsonObject object(const QByteArray &line)
@@ -48,8 +50,9 @@ private Q_SLOTS:
         const QJsonObject rtt = test.value("rtt"_L1).toObject();
         const QJsonObject tcp = test.value("tcp"_L1).toObject();
         const QJsonObject report = test.value("report"_L1).toObject();
-        for (const QJsonObject &phase : {download, upload, rtt})
+        for (const QJsonObject &phase : {download, upload, rtt}) {
             QCOMPARE(phase.value("valid"_L1), true);
+        }
         QCOMPARE(download.value("interval_bytes"_L1).toArray().size(), 70);
         QCOMPARE(rtt.value("samples_ns"_L1).toArray().size(), 3);
         QVERIFY(upload.value("server_avg_bps"_L1).toInteger() > 0);
@@ -209,5 +212,7 @@ private:
     std::unique_ptr<ProgramHome> home;
 };
 
-QTEST_GUILESS_MAIN(VelometerCliTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::VelometerCliTest)
 #include "velometer_cli_test.moc"

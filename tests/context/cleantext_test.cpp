@@ -6,6 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class CleanTextTest : public QObject
 {
     Q_OBJECT
@@ -30,5 +32,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CleanTextTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::CleanTextTest)
 #include "cleantext_test.moc"

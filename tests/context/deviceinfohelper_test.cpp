@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class DeviceInfoHelperTest : public QObject
 {
     Q_OBJECT
@@ -56,5 +58,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DeviceInfoHelperTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::DeviceInfoHelperTest)
 #include "deviceinfohelper_test.moc"

@@ -13,6 +13,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
@@ -149,8 +151,9 @@ private Q_SLOTS:
     void boundsItsSamples()
     {
         helper->startService();
-        for (int i = 0; i < 10'001; ++i)
+        for (int i = 0; i < 10'001; ++i) {
             platform->position.emitPosition(i < 10'000 ? 1 : 2, 8.5);
+        }
         QCOMPARE(helper->getAllLocations().size(), 10'000);
         QCOMPARE(helper->getLatitude(), u"2"_s);
     }
@@ -172,5 +175,7 @@ private:
     std::unique_ptr<LocationHelper> helper;
 };
 
-QTEST_GUILESS_MAIN(LocationHelperTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::LocationHelperTest)
 #include "locationhelper_test.moc"

@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class NetworkInfoHelperTest : public QObject
 {
     Q_OBJECT
@@ -118,5 +120,7 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(NetworkInfoHelperTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::NetworkInfoHelperTest)
 #include "networkinfohelper_test.moc"

@@ -12,18 +12,22 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 QString golden(const QString &name)
 {
     QFile file(QStringLiteral(GOLDEN) + u'/' + name);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
         qFatal("no golden file");
+    }
     QString document;
     while (!file.atEnd()) {
         const QString line = QString::fromUtf8(file.readLine()).remove(u'\n');
-        if (!line.startsWith(u'#'))
+        if (!line.startsWith(u'#')) {
             document += line;
+        }
     }
     return document.replace(u"\\n"_s, u"\n"_s).replace(u"@QT@"_s, QString::fromLatin1(qVersion()));
 }
@@ -39,10 +43,12 @@ QString withoutLog(QString document)
 bool wellFormed(const QString &document)
 {
     QXmlStreamReader reader(document);
-    while (!reader.atEnd())
+    while (!reader.atEnd()) {
         reader.readNext();
-    if (reader.hasError())
+    }
+    if (reader.hasError()) {
         qWarning() << reader.errorString();
+    }
     return !reader.hasError();
 }
 
@@ -147,5 +153,7 @@ private:
     std::unique_ptr<TestResults> madeRecord;
 };
 
-QTEST_GUILESS_MAIN(ReportTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::ReportTest)
 #include "report_test.moc"

@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+namespace velometer {
+
 class ResultTest : public QObject
 {
     Q_OBJECT
@@ -28,8 +30,9 @@ private Q_SLOTS:
     {
         QFETCH(QList<qint64>, rates);
         IntervalTable table;
-        for (int i = 0; i < rates.size(); ++i)
+        for (int i = 0; i < rates.size(); ++i) {
             table.insert(i, rates[i]);
+        }
         const Result result(80, 7, 2'000'000'000, 500'000, table, table, 5, 6, 7, Result::Download,
                             nullptr);
         QCOMPARE(result.getRateAvg(), 2'000'000);
@@ -60,5 +63,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ResultTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::ResultTest)
 #include "result_test.moc"

@@ -6,6 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class TestDetailsTest : public QObject
 {
     Q_OBJECT
@@ -59,5 +61,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDetailsTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::TestDetailsTest)
 #include "testdetails_test.moc"

@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 struct Fix
@@ -146,5 +148,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestResultsTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::TestResultsTest)
 #include "testresults_test.moc"

@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class DatabaseManagerTest : public QObject
 {
     Q_OBJECT
@@ -213,5 +215,7 @@ private:
     std::unique_ptr<DatabaseManager> db;
 };
 
-QTEST_GUILESS_MAIN(DatabaseManagerTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::DatabaseManagerTest)
 #include "databasemanager_test.moc"

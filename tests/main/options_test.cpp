@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class OptionsTest : public QObject
 {
     Q_OBJECT
@@ -85,6 +87,8 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(OptionsTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::OptionsTest)
 
 #include "options_test.moc"

@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int startLimit = 20'000;
@@ -188,6 +190,8 @@ private:
     ProgramHome::Process application;
 };
 
-QTEST_GUILESS_MAIN(VelometerTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::VelometerTest)
 
 #include "velometer_test.moc"

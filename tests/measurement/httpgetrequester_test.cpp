@@ -8,6 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class HttpGetRequesterTest : public QObject
 {
     Q_OBJECT
@@ -51,8 +53,9 @@ private Q_SLOTS:
         FakeService own;
         own.script("probe", {answer, false});
         context.server->setPort(own.port());
-        if (refused)
+        if (refused) {
             own.refuse();
+        }
         ask(timeout);
         QTRY_COMPARE(context.answers.size(), 1);
         QCOMPARE(context.answers.first().ok, !answer.isEmpty());
@@ -91,5 +94,7 @@ private:
     std::unique_ptr<HttpGetRequester> requester;
 };
 
-QTEST_GUILESS_MAIN(HttpGetRequesterTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::HttpGetRequesterTest)
 #include "httpgetrequester_test.moc"

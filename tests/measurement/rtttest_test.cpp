@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class RttTestTest : public QObject
 {
     Q_OBJECT
@@ -61,5 +63,7 @@ private:
     QObject record;
 };
 
-QTEST_GUILESS_MAIN(RttTestTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::RttTestTest)
 #include "rtttest_test.moc"

@@ -17,6 +17,9 @@
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
+
+namespace velometer {
+
 using Phase = TestController::Phase;
 using End = TestOutcome::End;
 
@@ -26,15 +29,17 @@ const QStringList idKeys{u"UserId"_s, u"SeriesId"_s, u"TestId"_s};
 
 void saveIds(const QStringList &ids)
 {
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         Utils::setSettingsCommonValue(idKeys[i], ids.value(i));
+    }
 }
 
 QStringList savedIds()
 {
     QStringList ids;
-    for (const QString &key : idKeys)
+    for (const QString &key : idKeys) {
         ids += Utils::getSettingsCommonValue(key);
+    }
     return ids;
 }
 
@@ -167,10 +172,11 @@ private Q_SLOTS:
         create();
         const qlonglong before = Utils::getTimeInMs();
         runToEnd();
-        if (user != 0)
+        if (user != 0) {
             QCOMPARE(controller->getUserId(), user);
-        else
+        } else {
             QVERIFY(controller->getUserId() >= before);
+        }
         QTEST(controller->getSeriesId(), "series");
         QCOMPARE(controller->getTestId(), 1);
     }
@@ -231,31 +237,39 @@ private Q_SLOTS:
         const QByteArray failure = QTest::currentDataTag();
         QFETCH(QString, error);
         QFETCH(QString, inReport);
-        if (failure.endsWith("series"))
+        if (failure.endsWith("series")) {
             host->schedule = u"1,20,60"_s;
-        if (failure.startsWith("no network"))
+        }
+        if (failure.startsWith("no network")) {
             platform->session.fails(NetworkSession::InvalidConfigurationError);
-        if (failure == "not initialised")
+        }
+        if (failure == "not initialised") {
             service->script("initialise", {"HTTP/1.1 500 Internal Server Error\r\n\r\nsorry"});
-        if (failure == "server unreachable")
+        }
+        if (failure == "server unreachable") {
             service->refuse();
+        }
         create();
         int checks = 0;
         connect(controller.get(), &TestController::phaseEntered, this, [&](Phase phase) {
             checks += phase == Phase::Reachability ? 1 : 0;
-            if (phase != Phase::Download)
+            if (phase != Phase::Download) {
                 return;
+            }
             observer->stop = failure == "stop requested";
-            if (failure == "network lost")
+            if (failure == "network lost") {
                 QTimer::singleShot(0, this, [this] { platform->session.lose(); });
-            if (failure == "aborted")
+            }
+            if (failure == "aborted") {
                 QTimer::singleShot(0, controller.get(), &TestController::abortTest);
+            }
         });
         runToEnd();
 
         QTEST(ended.end, "end");
-        if (failure == "server unreachable")
+        if (failure == "server unreachable") {
             QCOMPARE(checks, 6);
+        }
         QCOMPARE(observer->calls.count(u"stop"_s), 1);
         QCOMPARE(observer->calls.last(), error.isEmpty() ? u"stop"_s : "error "_L1 + error);
         const QStringList documents = queued();
@@ -315,8 +329,9 @@ private Q_SLOTS:
         QFETCH(QString, reached);
         const QByteArray head = "HTTP/1.0 200 OK\r\n\r\n";
         service->script("downloadtest", {head + QByteArray(served - head.size(), 'x')});
-        if (budget > 0)
+        if (budget > 0) {
             service->script("uploadtest", {{}, false});
+        }
         create();
         controller->setDataBudget(DataBudget(budget));
         controller->runTests(u"Train"_s);
@@ -327,8 +342,9 @@ private Q_SLOTS:
         QVERIFY(ended.reportDelivered);
         const auto details = gDB->getDetailsById(ended.storedId);
         QTEST(details->getLong(u"downloadedBytes"_s), "downloaded");
-        if (uploaded >= 0)
+        if (uploaded >= 0) {
             QCOMPARE(details->getLong(u"uploadedBytes"_s), uploaded);
+        }
         QCOMPARE(details->getString(u"budgetReached"_s), reached);
         QCOMPARE(details->contains(u"budgetReached"_s), !reached.isEmpty());
         QCOMPARE(details->getLong(u"dataBudget"_s), reached.isEmpty() ? 0 : budget);
@@ -377,5 +393,7 @@ private:
     TestOutcome ended;
 };
 
-QTEST_GUILESS_MAIN(TestControllerTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::TestControllerTest)
 #include "testcontroller_test.moc"

@@ -14,6 +14,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 /// One arrival of data: after this time, this many bytes.
@@ -87,8 +89,9 @@ private Q_SLOTS:
         serve(test, clock, arrivals);
         QVERIFY(peer);
         QFETCH(bool, cut);
-        if (!cut)
+        if (!cut) {
             peer->close();
+        }
         QTRY_COMPARE(context.results.size(), 1);
 
         const Result *result = context.results.first();
@@ -251,5 +254,7 @@ private:
     std::unique_ptr<QTcpSocket> peer;
 };
 
-QTEST_GUILESS_MAIN(ThroughputTestTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::ThroughputTestTest)
 #include "throughputtest_test.moc"

@@ -16,6 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 using enum NetworkMode;
 using Missing = PlatformFacts::Missing;
 
@@ -147,7 +149,7 @@ private Q_SLOTS:
         const QString change = u"PropertiesChanged"_s;
         // Somebody else's signal, and one that tells something else than its name says.
         QDBusMessage foreign = QDBusMessage::createSignal(MockPhone::modemPath, properties, change);
-        foreign << MockPhone::modem << ::properties("Model", "Foreign") << QStringList();
+        foreign << MockPhone::modem << velometer::properties("Model", "Foreign") << QStringList();
         QVERIFY(bus->connection().send(foreign));
         QVERIFY(bus->mock(MockPhone::modemService, MockPhone::modemPath, "EmitSignal", properties,
                           change, "s", QVariantList{MockPhone::modem}));
@@ -369,5 +371,7 @@ private:
     std::unique_ptr<NetworkInfoSource> network;
 };
 
-QTEST_GUILESS_MAIN(DeviceBackendsTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::DeviceBackendsTest)
 #include "devicebackends_test.moc"

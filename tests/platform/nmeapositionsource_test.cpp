@@ -15,6 +15,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 using Problem = PositionSource::Problem;
 
 namespace {
@@ -23,8 +25,9 @@ namespace {
 QByteArray sentence(const QByteArray &body)
 {
     int sum = 0;
-    for (const char each : body)
+    for (const char each : body) {
         sum ^= static_cast<uchar>(each);
+    }
     return '$' + body + '*' + QByteArray::number(sum, 16).rightJustified(2, '0').toUpper() + "\r\n";
 }
 
@@ -101,8 +104,9 @@ private Q_SLOTS:
         play(bytes + rmc("101501"));
         source->startPosition();
         // A megabyte takes some looks.
-        for (int looks = 0; looks < 100; ++looks)
+        for (int looks = 0; looks < 100; ++looks) {
             fire(u"poll"_s);
+        }
         QTRY_VERIFY(!heard.isEmpty());
         QTEST(heard.first(), "first");
         QCOMPARE(shown(source->lastKnownPosition()), heard.last());
@@ -124,8 +128,9 @@ private Q_SLOTS:
         QFETCH(QByteArray, before);
         play(before + sentence("GPGSA,A,3,04,07,09,,,,,,,,,,2.0,0.9,1.5") + first + second);
         source->startSatellites();
-        for (int looks = 0; looks < 100; ++looks)
+        for (int looks = 0; looks < 100; ++looks) {
             fire(u"poll"_s);
+        }
         QCOMPARE(inView, u"16 27 4 7 9"_s);
         QCOMPARE(inUse, u"4 7 9"_s);
     }
@@ -241,8 +246,9 @@ private:
         const auto keepIn = [](QString *shown) {
             return [shown](const QList<QGeoSatelliteInfo> &satellites) {
                 QStringList ids;
-                for (const QGeoSatelliteInfo &each : satellites)
+                for (const QGeoSatelliteInfo &each : satellites) {
                     ids += QString::number(each.satelliteIdentifier());
+                }
                 ids.sort();
                 *shown = ids.join(u' ');
             };
@@ -270,13 +276,15 @@ private:
     /// The next connection, once it has asked for sentences.
     static std::unique_ptr<QTcpSocket> accept(QTcpServer &server)
     {
-        if (!QTest::qWaitFor([&] { return server.hasPendingConnections(); }))
+        if (!QTest::qWaitFor([&] { return server.hasPendingConnections(); })) {
             return nullptr;
+        }
         std::unique_ptr<QTcpSocket> client(server.nextPendingConnection());
         client->setParent(nullptr);
         if (!QTest::qWaitFor([&] { return client->canReadLine(); }) ||
-            client->readLine() != "?WATCH={\"enable\":true,\"nmea\":true};\n")
+            client->readLine() != "?WATCH={\"enable\":true,\"nmea\":true};\n") {
             return nullptr;
+        }
         return client;
     }
 
@@ -288,5 +296,7 @@ private:
     QString inUse;
 };
 
-QTEST_GUILESS_MAIN(NmeaPositionSourceTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::NmeaPositionSourceTest)
 #include "nmeapositionsource_test.moc"

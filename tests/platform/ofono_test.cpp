@@ -17,6 +17,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class OfonoTest : public QObject
 {
     Q_OBJECT
@@ -227,5 +229,7 @@ private:
     std::unique_ptr<OfonoClient> client;
 };
 
-QTEST_GUILESS_MAIN(OfonoTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::OfonoTest)
 #include "ofono_test.moc"

@@ -6,6 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class PositionChoiceTest : public QObject
 {
     Q_OBJECT
@@ -46,5 +48,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(PositionChoiceTest)
+} // namespace velometer
+
+QTEST_APPLESS_MAIN(velometer::PositionChoiceTest)
 #include "positionchoice_test.moc"

@@ -16,6 +16,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 // Later than any run of this test takes, so that only advanceTo() plays these lines.
@@ -25,8 +27,9 @@ std::unique_ptr<ScriptedPlatform> play(const QByteArray &text)
 {
     QString error;
     std::optional<PlatformScript> script = PlatformScript::parse(text, u"script"_s, &error);
-    if (!script)
+    if (!script) {
         qFatal("%s", qPrintable(error));
+    }
     return std::make_unique<ScriptedPlatform>(std::move(*script));
 }
 
@@ -189,8 +192,9 @@ private Q_SLOTS:
         QCOMPARE(session->isOpen(), failures.isEmpty());
 
         // What is open is lost once; what is not stays silent.
-        if (failures.isEmpty())
+        if (failures.isEmpty()) {
             failures += NetworkSession::SessionAbortedError;
+        }
         platform->advanceTo(later + 2ms);
         QCOMPARE(failed, failures);
         QVERIFY(!session->isOpen());
@@ -209,5 +213,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ScriptedPlatformTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::ScriptedPlatformTest)
 #include "scriptedplatform_test.moc"

@@ -15,6 +15,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 using Interface = QNetworkInterface;
 
 namespace {
@@ -179,5 +181,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SystemPlatformTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::SystemPlatformTest)
 #include "systemplatform_test.moc"

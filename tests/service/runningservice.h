@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QVariant>
 
+namespace velometer {
+
 /// The real service on any free port of loopback, with a database of its own that goes with it.
 class RunningService
 {
@@ -29,24 +31,24 @@ public:
     explicit RunningService(ServerOptions options = defaults())
     {
         options.databaseFile = databaseFile();
-        m_server = std::make_unique<Server>(std::move(options));
+        server = std::make_unique<Server>(std::move(options));
         QString error;
-        if (m_server->start(&error)) {
-            const std::string address = m_server->addresses().front();
-            m_port = static_cast<quint16>(std::stoi(address.substr(address.rfind(':') + 1)));
+        if (server->start(&error)) {
+            const std::string address = server->addresses().front();
+            servicePort = static_cast<quint16>(std::stoi(address.substr(address.rfind(':') + 1)));
         } else {
             qWarning("%s", qUtf8Printable(error));
         }
     }
 
-    quint16 port() const { return m_port; } ///< 0 when it could not start
-    QString databaseFile() const { return m_directory.filePath(QStringLiteral("dir/reports.db")); }
+    quint16 port() const { return servicePort; } ///< 0 when it could not start
+    QString databaseFile() const { return directory.filePath(QStringLiteral("dir/reports.db")); }
 
     /// A figure of the metrics page, -1 when it is not there.
     qint64 metric(const QByteArray &name) const
     {
         const QByteArray key = "\nvelometer_" + name + ' ';
-        const QByteArray text = SocketClient::get(m_port, "/metrics");
+        const QByteArray text = SocketClient::get(servicePort, "/metrics");
         const auto at = text.indexOf(key);
         return at < 0 ? -1 : text.mid(at + key.size()).split('\n').constFirst().toLongLong();
     }
@@ -58,9 +60,9 @@ public:
     }
 
 private:
-    QTemporaryDir m_directory;
-    std::unique_ptr<Server> m_server;
-    quint16 m_port = 0;
+    QTemporaryDir directory;
+    std::unique_ptr<Server> server;
+    quint16 servicePort = 0;
 };
 
 /// Runs statements on a database file; gives the first value of the last one.
@@ -82,3 +84,5 @@ inline QVariant sql(const QString &file, const QStringList &statements)
     QSqlDatabase::removeDatabase(QStringLiteral("raw"));
     return value;
 }
+
+} // namespace velometer

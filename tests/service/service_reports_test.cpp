@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 QByteArray report()
@@ -230,5 +232,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ServiceReportsTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::ServiceReportsTest)
 #include "service_reports_test.moc"

@@ -10,6 +10,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 /// Control requests against the real service.
 class ServiceRequestsTest : public QObject
 {
@@ -173,5 +175,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ServiceRequestsTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::ServiceRequestsTest)
 #include "service_requests_test.moc"

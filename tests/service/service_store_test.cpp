@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 using Store = std::unique_ptr<SqliteReportStore>;
@@ -206,5 +208,7 @@ private:
     QString file;
 };
 
-QTEST_GUILESS_MAIN(ServiceStoreTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::ServiceStoreTest)
 #include "service_store_test.moc"

@@ -7,6 +7,8 @@
 
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 const QByteArray ids = "&testuserid=1&seriesid=2&testid=3000003";
@@ -161,5 +163,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ServiceStreamsTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::ServiceStreamsTest)
 #include "service_streams_test.moc"

@@ -12,29 +12,30 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+namespace velometer {
+
 /// A blocking TCP client on loopback that does exactly what it is told. Waits ten seconds at most,
 /// then everything fails.
 class SocketClient
 {
 public:
     explicit SocketClient(quint16 port)
-        : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+        : socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         const timeval patience{.tv_sec = 10, .tv_usec = 0};
-        setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-        setsockopt(m_socket, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+        setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+        setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(port);
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        if (::connect(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) !=
-            0) {
+        if (::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
             close();
         }
     }
     ~SocketClient() { close(); }
     SocketClient(SocketClient &&other) noexcept
-        : m_socket(std::exchange(other.m_socket, -1))
+        : socket(std::exchange(other.socket, -1))
     {}
     SocketClient(const SocketClient &) = delete;
     SocketClient &operator=(const SocketClient &) = delete;
@@ -43,7 +44,7 @@ public:
     {
         qsizetype sent = 0;
         while (sent < bytes.size()) {
-            const auto count = ::send(m_socket, bytes.constData() + sent,
+            const auto count = ::send(socket, bytes.constData() + sent,
                                       static_cast<size_t>(bytes.size() - sent), MSG_NOSIGNAL);
             if (count <= 0) {
                 return false;
@@ -60,7 +61,7 @@ public:
         QByteArray all;
         std::array<char, 65536> buffer{};
         while (all.size() < count) {
-            const auto got = ::recv(m_socket, buffer.data(), buffer.size(), 0);
+            const auto got = ::recv(socket, buffer.data(), buffer.size(), 0);
             if (got <= 0) {
                 if (ended) {
                     *ended = got == 0;
@@ -78,14 +79,14 @@ public:
 
     void close()
     {
-        if (m_socket >= 0) {
-            ::close(std::exchange(m_socket, -1));
+        if (socket >= 0) {
+            ::close(std::exchange(socket, -1));
         }
     }
     void reset()
     {
         const linger hard{.l_onoff = 1, .l_linger = 0};
-        setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
+        setsockopt(socket, SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
         close();
     }
 
@@ -103,7 +104,7 @@ public:
     }
 
 private:
-    int m_socket;
+    int socket;
 };
 
 /// 0 when it is none.
@@ -117,3 +118,5 @@ inline QByteArray bodyOf(const QByteArray &answer)
     const auto end = answer.indexOf("\r\n\r\n");
     return end < 0 ? QByteArray() : answer.mid(end + 4);
 }
+
+} // namespace velometer

@@ -18,6 +18,8 @@
 #include <memory>
 #include <utility>
 
+namespace velometer {
+
 /// Base of a test of the whole application: its window on a fake device, with a store of its own,
 /// used as a person does, by what is visible. Deletes the process's gDB at its end.
 class Application
@@ -42,8 +44,9 @@ public:
         window.reset();
         store.reset();
         store = std::make_unique<StoredTests>();
-        if (qApp->styleSheet().isEmpty())
+        if (qApp->styleSheet().isEmpty()) {
             qApp->setStyleSheet(Utils::readFile(QStringLiteral(":/velometerres/velometer.qss")));
+        }
         window = std::make_unique<MainWindow>(platform);
         window->resize(MainWindow::designSize);
         window->show();
@@ -81,8 +84,11 @@ public:
     {
         QPoint finger = from->mapTo(window.get(), from->rect().center());
         QTest::mousePress(window->windowHandle(), Qt::LeftButton, {}, finger);
-        for (int moved = 0; moved < pixels; moved += 5)
+        for (int moved = 0; moved < pixels; moved += 5) {
             QTest::mouseMove(window->windowHandle(), finger -= QPoint(0, 5));
+        }
         QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, {}, finger);
     }
 };
+
+} // namespace velometer

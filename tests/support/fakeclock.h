@@ -4,6 +4,8 @@
 
 #include <chrono>
 
+namespace velometer {
+
 /// A clock that stands still until the test moves it. In force from its construction to its
 /// destruction, when the system's clock is back. One at a time.
 class FakeClock : public Clock
@@ -38,3 +40,5 @@ private:
     std::chrono::microseconds wall;
     std::chrono::microseconds steady;
 };
+
+} // namespace velometer

@@ -8,6 +8,8 @@
 #include "support/fakeobserver.h"
 #include "support/fakeplatform.h"
 
+namespace velometer {
+
 /// A running test for one record or measurement alone: fixed ids, the fake device, and what was
 /// reported back.
 class FakeContext : public MeasurementContext
@@ -51,3 +53,5 @@ public:
     QList<Result *> results;
     QList<Answer> answers;
 };
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 #include "measurement/testhost.h"
 #include "utils/deployment.h"
 
+namespace velometer {
+
 /// The program around a test: the servers of the current deployment, and a schedule as told.
 class FakeHost : public TestHost
 {
@@ -17,3 +19,5 @@ public:
     TestServerTable table{Deployment::current(), nullptr};
     QString schedule;
 };
+
+} // namespace velometer

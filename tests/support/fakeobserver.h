@@ -7,6 +7,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 /// Keeps what a test reports, each call as one line.
 class FakeObserver : public TestObserver
 {
@@ -50,3 +52,5 @@ public:
     int max = 0;
     bool stop = false;
 };
+
+} // namespace velometer

@@ -13,6 +13,8 @@
 #include <memory>
 #include <optional>
 
+namespace velometer {
+
 /// A component of the fake device: makes sources and signals through the one that was made last, as
 /// long as it lives.
 template <typename Component, typename Interface>
@@ -53,16 +55,18 @@ public:
 
     void emitPosition(const QGeoPositionInfo &info)
     {
-        if (source)
+        if (source) {
             Q_EMIT source->positionUpdated(info);
+        }
     }
     /// A fix as receivers send it; without @p altitude a two-dimensional one.
     void emitPosition(double latitude, double longitude,
                       std::optional<double> altitude = std::nullopt)
     {
         QGeoCoordinate coordinate(latitude, longitude);
-        if (altitude)
+        if (altitude) {
             coordinate.setAltitude(*altitude);
+        }
         emitPosition({coordinate, QDateTime::fromSecsSinceEpoch(1'700'000'000)});
     }
     void emitTimeout() { Q_EMIT source->updateTimeout(); }
@@ -101,14 +105,16 @@ public:
     void setMode(NetworkMode value)
     {
         mode = value;
-        if (source)
+        if (source) {
             Q_EMIT source->networkModeChanged(value);
+        }
     }
     void setStatus(NetworkMode of, NetworkStatus value)
     {
         status[of] = value;
-        if (source)
+        if (source) {
             Q_EMIT source->networkStatusChanged(of, value);
+        }
     }
     void setSignal(NetworkMode of, int percent)
     {
@@ -191,10 +197,11 @@ public:
         void reply()
         {
             fake.sessionOpen = !fake.failure;
-            if (fake.sessionOpen)
+            if (fake.sessionOpen) {
                 Q_EMIT opened();
-            else
+            } else {
                 Q_EMIT error(*fake.failure);
+            }
         }
     };
 
@@ -261,3 +268,5 @@ public:
     std::unique_ptr<DeviceInfoSource> createDeviceInfoSource() override { return device.create(); }
     std::unique_ptr<NetworkSession> createNetworkSession() override { return session.create(); }
 };
+
+} // namespace velometer

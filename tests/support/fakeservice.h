@@ -6,6 +6,8 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+namespace velometer {
+
 /// A measurement service on a loopback port that records every byte it gets and answers as told.
 /// With nothing told it serves a whole test, with streams that end at once instead of after
 /// seconds.
@@ -24,11 +26,13 @@ public:
     FakeService()
     {
         connect(&server, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket *socket = server.nextPendingConnection())
+            while (QTcpSocket *socket = server.nextPendingConnection()) {
                 serve(socket);
+            }
         });
-        if (!server.listen(QHostAddress::LocalHost))
+        if (!server.listen(QHostAddress::LocalHost)) {
             qFatal("no loopback port");
+        }
         listenedPort = server.serverPort();
 
         script("getIDwithUUID", {ok("52077;12")});
@@ -54,8 +58,9 @@ public:
     {
         QList<QByteArray> found;
         for (const QByteArray &each : received) {
-            if (each.left(each.indexOf('\r')).contains(path))
+            if (each.left(each.indexOf('\r')).contains(path)) {
                 found.append(each);
+            }
         }
         return found;
     }
@@ -75,25 +80,30 @@ private:
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         connect(socket, &QTcpSocket::readyRead, this, [this, socket, number] {
             received[number] += socket->readAll();
-            if (!socket->property("answered").toBool())
+            if (!socket->property("answered").toBool()) {
                 respond(socket, received[number]);
+            }
         });
     }
 
     void respond(QTcpSocket *socket, const QByteArray &request)
     {
-        if (!request.contains("\r\n\r\n"))
+        if (!request.contains("\r\n\r\n")) {
             return;
+        }
         const QByteArray line = request.left(request.indexOf('\r'));
         for (auto each = answers.begin(); each != answers.end(); ++each) {
-            if (!line.contains(each.key()))
+            if (!line.contains(each.key())) {
                 continue;
-            if (request.size() < each->awaitedBytes || !request.endsWith(each->awaitedTail))
+            }
+            if (request.size() < each->awaitedBytes || !request.endsWith(each->awaitedTail)) {
                 return;
+            }
             socket->setProperty("answered", true);
             socket->write(each->bytes);
-            if (each->close)
+            if (each->close) {
                 socket->disconnectFromHost();
+            }
             return;
         }
     }
@@ -103,3 +113,5 @@ private:
     QMap<QByteArray, Answer> answers;
     QList<QByteArray> received;
 };
+
+} // namespace velometer

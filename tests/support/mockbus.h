@@ -14,16 +14,19 @@
 #include <memory>
 #include <type_traits>
 
+namespace velometer {
+
 using LocationMap = QMap<uint, QDBusVariant>;
 
 /// What a mocked object holds or is told; a literal is a text.
 template <typename Value>
 QVariant asVariant(const Value &value)
 {
-    if constexpr (std::is_array_v<Value> || std::is_pointer_v<Value>)
+    if constexpr (std::is_array_v<Value> || std::is_pointer_v<Value>) {
         return QString::fromLatin1(value);
-    else
+    } else {
         return QVariant::fromValue(value);
+    }
 }
 
 /// Names and values by turns.
@@ -32,8 +35,9 @@ QVariantMap properties(const Values &...values)
 {
     const QVariantList all{asVariant(values)...};
     QVariantMap map;
-    for (qsizetype i = 0; i < all.size(); i += 2)
+    for (qsizetype i = 0; i < all.size(); i += 2) {
         map.insert(all[i].toString(), all[i + 1]);
+    }
     return map;
 }
 
@@ -45,8 +49,9 @@ public:
     ~MockBus()
     {
         services.clear();
-        if (!address.isEmpty())
+        if (!address.isEmpty()) {
             QDBusConnection::disconnectFromBus(name());
+        }
         stop(daemon);
     }
 
@@ -55,8 +60,9 @@ public:
         using namespace Qt::StringLiterals;
         qDBusRegisterMetaType<LocationMap>();
         daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
-        if (!daemon.waitForReadyRead(limitMs))
+        if (!daemon.waitForReadyRead(limitMs)) {
             return false;
+        }
         address = QString::fromUtf8(daemon.readLine()).trimmed();
         return connection().isConnected();
     }
@@ -87,10 +93,12 @@ public:
         for (int tries = 0; tries < limitMs / pauseMs; ++tries) {
             const QDBusMessage owned = call(daemonName, u"/org/freedesktop/DBus"_s, daemonName,
                                             u"NameHasOwner"_s, {service});
-            if (owned.arguments().value(0).toBool())
+            if (owned.arguments().value(0).toBool()) {
                 return true;
-            if (services[service]->waitForFinished(pauseMs))
+            }
+            if (services[service]->waitForFinished(pauseMs)) {
                 return false;
+            }
         }
         return false;
     }
@@ -133,8 +141,9 @@ public:
     {
         const QDBusMessage reply =
             call(service, path, interface, QString::fromLatin1(method), {asVariant(arguments)...});
-        if (reply.type() == QDBusMessage::ReplyMessage)
+        if (reply.type() == QDBusMessage::ReplyMessage) {
             return true;
+        }
         qWarning("%s", qPrintable(reply.errorMessage()));
         return false;
     }
@@ -165,3 +174,5 @@ private:
     QString address;
     std::map<QString, std::unique_ptr<Service>> services;
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include "support/mockbus.h"
 
+namespace velometer {
+
 /// A location service on a MockBus that refuses to tell the position, as one does whose user or
 /// agent has not allowed it.
 class MockGeoClue
@@ -47,3 +49,5 @@ private:
 
     MockBus &bus;
 };
+
+} // namespace velometer

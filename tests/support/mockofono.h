@@ -2,6 +2,8 @@
 
 #include "support/mockbus.h"
 
+namespace velometer {
+
 /// oFono on a MockBus, without modems at first. A modem that is added stands in a foreign LTE
 /// network.
 class MockOfono
@@ -41,8 +43,9 @@ public:
     {
         const auto all = [&](const QString &interface, const QVariantMap &values) {
             bool done = true;
-            for (auto each = values.cbegin(); each != values.cend(); ++each)
+            for (auto each = values.cbegin(); each != values.cend(); ++each) {
                 done = done && set(interface, each.key(), each.value());
+            }
             return done;
         };
         return addPlainModem() && all(modem, properties("Serial", "356938035643809")) &&
@@ -75,3 +78,5 @@ public:
 private:
     MockBus &bus;
 };
+
+} // namespace velometer

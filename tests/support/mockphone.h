@@ -2,6 +2,8 @@
 
 #include "support/mockbus.h"
 
+namespace velometer {
+
 /// A phone on a MockBus: a modem in a foreign LTE network, and a WLAN beside it.
 class MockPhone
 {
@@ -109,3 +111,5 @@ private:
 
     MockBus &bus;
 };
+
+} // namespace velometer

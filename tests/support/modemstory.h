@@ -4,14 +4,17 @@
 
 #include <QStringList>
 
+namespace velometer {
+
 /// What @p state tells otherwise than @p before: "mode 9, cell 2af102, radio -97 -11.5 8".
 inline QString told(const ModemState &state, const ModemState &before = {})
 {
     using namespace Qt::StringLiterals;
     const auto fields = [](const ModemState &of) {
         QString radio = u"radio"_s;
-        for (const auto &figure : {of.rsrp, of.rsrq, of.snr})
+        for (const auto &figure : {of.rsrp, of.rsrq, of.snr}) {
             radio += figure ? u" %1"_s.arg(*figure) : QString();
+        }
         return QStringList{u"mode %1"_s.arg(int(of.mode)),
                            u"status %1"_s.arg(int(of.status)),
                            u"signal %1"_s.arg(of.signal),
@@ -24,7 +27,10 @@ inline QString told(const ModemState &state, const ModemState &before = {})
                            radio};
     };
     QStringList news = fields(state);
-    for (const QString &old : fields(before))
+    for (const QString &old : fields(before)) {
         news.removeOne(old);
+    }
     return news.join(u", "_s);
 }
+
+} // namespace velometer

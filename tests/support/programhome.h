@@ -10,6 +10,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 /// The built programs as a shell would run them: with a home of their own, and the built service
 /// (SERVICE_PROGRAM) on loopback to measure against. Both end with it.
 class ProgramHome
@@ -32,8 +34,9 @@ public:
     {
         environment.insert(QStringLiteral("HOME"), directory.path());
         for (const QString &each :
-             {QStringLiteral("CONFIG"), QStringLiteral("DATA"), QStringLiteral("CACHE")})
+             {QStringLiteral("CONFIG"), QStringLiteral("DATA"), QStringLiteral("CACHE")}) {
             environment.insert(QStringLiteral("XDG_%1_HOME").arg(each), path(each.toLower()));
+        }
     }
     ~ProgramHome() { stopService(); }
     Q_DISABLE_COPY_MOVE(ProgramHome)
@@ -50,8 +53,9 @@ public:
     QString write(const QString &name, const QByteArray &content) const
     {
         QFile file(path(name));
-        if (!file.open(QIODevice::Append) || file.write(content) != content.size())
+        if (!file.open(QIODevice::Append) || file.write(content) != content.size()) {
             qFatal("%s cannot be written", qPrintable(name));
+        }
         return file.fileName();
     }
 
@@ -64,8 +68,9 @@ public:
         const QByteArray announced = "listening on 127.0.0.1:";
         QVERIFY2(waitForText(*service, announced), "the service did not start");
         QByteArray line = service->readLine();
-        while (!line.contains(announced))
+        while (!line.contains(announced)) {
             line = service->readLine();
+        }
         port = line.mid(line.indexOf(announced) + announced.size()).trimmed().toInt();
         QFile::remove(config());
         const QByteArray number = QByteArray::number(port);
@@ -75,8 +80,9 @@ public:
     }
     void stopService()
     {
-        if (!service)
+        if (!service) {
             return;
+        }
         service->kill();
         service->waitForFinished();
         service.reset();
@@ -118,12 +124,14 @@ public:
                 QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("reader"));
             db.setDatabaseName(file);
             QSqlQuery statement(db);
-            if (!db.open() || !statement.exec(query))
+            if (!db.open() || !statement.exec(query)) {
                 qWarning("%s", qPrintable(statement.lastError().text()));
+            }
             while (statement.next()) {
                 QVariantList row;
-                for (int i = 0; statement.value(i).isValid(); ++i)
+                for (int i = 0; statement.value(i).isValid(); ++i) {
                     row.append(statement.value(i));
+                }
                 result.append(row);
             }
         }
@@ -138,3 +146,5 @@ private:
     Process service;
     int port = 0;
 };
+
+} // namespace velometer

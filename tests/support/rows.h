@@ -5,6 +5,8 @@
 
 #include <type_traits>
 
+namespace velometer {
+
 /// A text that a row may give as a literal.
 struct TextCell
 {
@@ -48,3 +50,5 @@ private:
         return value;
     }
 };
+
+} // namespace velometer

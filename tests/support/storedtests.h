@@ -11,6 +11,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 /// A store of its own, open as gDB, that takes rows as they are: also such as no test would leave.
 class StoredTests
 {
@@ -46,8 +48,9 @@ public:
         for (const QVariant &value :
              {QVariant(row.id), QVariant(row.series), QVariant(row.test), row.timestamp,
               QVariant(row.download), QVariant(row.upload), QVariant(row.rtt), QVariant(row.type),
-              QVariant(row.location), QVariant(row.server)})
+              QVariant(row.location), QVariant(row.server)}) {
             query.addBindValue(value);
+        }
         QVERIFY(query.exec());
     }
 
@@ -62,11 +65,14 @@ public:
                                      "VALUES(?,?,?,?)")
                           .arg(QLatin1StringView(column)));
         for (const QVariant &each :
-             {QVariant(id), QVariant(key), QVariant(QLatin1StringView(letter)), value})
+             {QVariant(id), QVariant(key), QVariant(QLatin1StringView(letter)), value}) {
             query.addBindValue(each);
+        }
         QVERIFY(query.exec());
     }
 
 private:
     QTemporaryDir directory;
 };
+
+} // namespace velometer

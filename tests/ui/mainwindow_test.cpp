@@ -24,6 +24,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int limitMs = 30'000;
@@ -77,8 +79,9 @@ private Q_SLOTS:
         QFETCH(QString, presses);
         QFETCH(QString, shown);
         Utils::setSettingsValue(u"CostWarning"_s, accepted ? u"set"_s : QString());
-        if (roaming)
+        if (roaming) {
             roam();
+        }
         create(series);
 
         click(u"buttonStartTest"_s);
@@ -88,10 +91,11 @@ private Q_SLOTS:
             click(button);
         }
         QCOMPARE(openPopup(), QString());
-        if (window->getController()->isRunning())
+        if (window->getController()->isRunning()) {
             seen.append(window->getScheduleInfo().isEmpty() ? u"test"_s : u"series"_s);
-        else
+        } else {
             seen.append(u"nothing"_s);
+        }
         QCOMPARE(seen.join(u' '), shown);
     }
 
@@ -110,8 +114,9 @@ private Q_SLOTS:
         QFETCH(QString, hints);
         Utils::setSettingsValue(u"CostWarning"_s, QString());
         Utils::setSettingsValue(u"MaxBytes"_s, budget);
-        if (!metered.isEmpty())
+        if (!metered.isEmpty()) {
             platform.told.metered = metered.startsWith("yes"_L1);
+        }
         platform.told.meteredGuessed = metered.endsWith("guessed"_L1);
         create(false);
         click(u"buttonStartTest"_s);
@@ -138,8 +143,9 @@ private Q_SLOTS:
         roam();
         create(true);
         for (const QString &press : {u"buttonStartTest"_s, u"buttonOk"_s, u"buttonTrain"_s,
-                                     u"buttonOk"_s, u"buttonCancel"_s})
+                                     u"buttonOk"_s, u"buttonCancel"_s}) {
             click(press);
+        }
         // Costs, place and roaming are settled now, how many is asked each time.
         click(u"buttonStartTest"_s);
         QCOMPARE(openPopup(), u"NumberOfMeasurementsPopup"_s);
@@ -156,8 +162,9 @@ private Q_SLOTS:
     {
         create(false);
         click(u"buttonStartTest"_s);
-        for (const auto *name : {"buttonResults1", "buttonSettings2", "buttonAbout1"})
+        for (const auto *name : {"buttonResults1", "buttonSettings2", "buttonAbout1"}) {
             page()->findChild<QAbstractButton *>(QString::fromLatin1(name))->click();
+        }
         QCOMPARE(page()->objectName(), u"TestTab"_s);
         page()->findChild<QAbstractButton *>(u"buttonClose"_s)->click();
         QVERIFY(window->isVisible());
@@ -380,8 +387,9 @@ private:
     void startSeries(int count, int interval)
     {
         click(u"buttonStartTest"_s);
-        if (openPopup() == "LocationPopup"_L1)
+        if (openPopup() == "LocationPopup"_L1) {
             click(u"buttonTrain"_s);
+        }
         QCOMPARE(openPopup(), u"NumberOfMeasurementsPopup"_s);
         window->numberOfMeasurementsPopupNumberSelected(count, interval);
         QVERIFY(window->getController()->isRunning());
@@ -399,13 +407,16 @@ private:
     QString openPopup() const
     {
         const auto *popup = shown<PopupBase>();
-        return popup ? QString::fromLatin1(popup->metaObject()->className()) : QString();
+        return popup ? QString::fromLatin1(popup->metaObject()->className()).section(u"::"_s, -1)
+                     : QString();
     }
     QString line() const { return label(u"labelDataTransfered"_s); }
 
     std::unique_ptr<FakeService> service;
 };
 
-QTEST_MAIN(MainWindowTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::MainWindowTest)
 
 #include "mainwindow_test.moc"

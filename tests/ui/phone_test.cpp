@@ -27,6 +27,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 using Phase = TestController::Phase;
 using End = TestOutcome::End;
 
@@ -76,8 +78,9 @@ private Q_SLOTS:
         QTRY_VERIFY(platform->isComplete());
         steps.clear();
         connect(controller.get(), &TestController::phaseEntered, this, [this](Phase phase) {
-            if (const auto step = steps.find(phase); step != steps.end())
+            if (const auto step = steps.find(phase); step != steps.end()) {
                 step->second();
+            }
         });
     }
     void cleanup()
@@ -102,8 +105,9 @@ private Q_SLOTS:
         for (const QString &each :
              {u"<Network><![CDATA[Abroad]]></Network><MNC>026</MNC><MCC>310</MCC>"_s,
               u"<MNC>01</MNC><MCC>228</MCC>"_s, u"<LAC>61922</LAC><CellIDs>2814209,"_s,
-              u"<UUID>356938035643809</UUID>"_s, u"<![CDATA[Modem 7]]>"_s})
+              u"<UUID>356938035643809</UUID>"_s, u"<![CDATA[Modem 7]]>"_s}) {
             QVERIFY2(report.contains(each), qPrintable(each + u'\n' + report));
+        }
         QCOMPARE(storedType(), u"Mobile(LTE)"_s);
 
         GeoMapTab map(nullptr);
@@ -204,5 +208,7 @@ private:
     bool online = true;
 };
 
-QTEST_MAIN(PhoneTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::PhoneTest)
 #include "phone_test.moc"

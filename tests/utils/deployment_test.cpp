@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class DeploymentTest : public QObject
 {
     Q_OBJECT
@@ -21,10 +23,11 @@ private Q_SLOTS:
         row("[::1]", "::1", 80);
         row("2001:db8::1", "2001:db8::1", 80);
         row("b\u00fccher.example:1", "xn--bcher-kva.example", 1);
-        for (const char *bad :
-             {":80", "host:", "host:0", "host:65536", "host:8x", "[::1", "[::1]80", "[host]:80",
-              "1:2:3", "a b", "a\r\nX: y", "a'b", "[::1%it's]", "-host", "host/path", "user@host"})
+        for (const char *bad : {":80", "host:", "host:0", "host:65536", "host:8x", "[::1",
+                                "[::1]80", "[host]:80", "1:2:3", "a b", "a\r\nX: y", "a'b",
+                                "[::1%it's]", "-host", "host/path", "user@host"}) {
             row(bad, {}, 0);
+        }
     }
     void readsEndpoints()
     {
@@ -70,8 +73,9 @@ private Q_SLOTS:
         QFETCH(QString, named);
         // Settings files are cached by name.
         file = directory.filePath(QString::fromLatin1(QTest::currentDataTag()));
-        if (!content.isEmpty())
+        if (!content.isEmpty()) {
             write(content);
+        }
         QString error;
         QVERIFY(!Deployment::fromFile(file, &error));
         QVERIFY2(error.contains(named), qPrintable(error));
@@ -89,5 +93,7 @@ private:
     QString file = directory.filePath(u"deployment.conf"_s);
 };
 
-QTEST_GUILESS_MAIN(DeploymentTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::DeploymentTest)
 #include "deployment_test.moc"

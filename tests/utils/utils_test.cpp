@@ -7,6 +7,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 class UtilsTest : public QObject
 {
     Q_OBJECT
@@ -30,8 +32,9 @@ private Q_SLOTS:
         FakeClock clock(1234ms);
         Utils::addLogEntry(u"a<b & 'x' \"y\""_s);
         Utils::addLogEntry(QString(1'000'000, u'z'));
-        for (int i = 2; i < 1000; ++i)
+        for (int i = 2; i < 1000; ++i) {
             Utils::addLogEntry(u"line"_s);
+        }
         const QString full = Utils::getLogEntries();
         Utils::addLogEntry(u"one too many"_s);
         QCOMPARE(Utils::getLogEntries(), full);
@@ -52,5 +55,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UtilsTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::UtilsTest)
 #include "utils_test.moc"

@@ -21,13 +21,16 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Standard error is for the user; the diagnostic log and the toolkit's remarks are not.
 void onlyFatal(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    if (type == QtCriticalMsg || type == QtFatalMsg)
+    if (type == QtCriticalMsg || type == QtFatalMsg) {
         Output(STDERR_FILENO).line(message);
+    }
 }
 
 void everything(QtMsgType, const QMessageLogContext &, const QString &message)
@@ -40,8 +43,9 @@ void everything(QtMsgType, const QMessageLogContext &, const QString &message)
 void openStandardDescriptors()
 {
     for (int descriptor = 0; descriptor <= STDERR_FILENO; ++descriptor) {
-        if (::fcntl(descriptor, F_GETFD) == -1)
+        if (::fcntl(descriptor, F_GETFD) == -1) {
             ::open("/dev/null", O_RDWR);
+        }
     }
 }
 
@@ -67,6 +71,10 @@ int run(const CommandLine &options, Output &out, Output &err, const QString &lan
 
 } // namespace
 
+} // namespace velometer
+
+using namespace velometer;
+
 int main(int argc, char *argv[])
 {
     // Settings, store and their directories tell where the device was, and which one it is.
@@ -87,8 +95,9 @@ int main(int argc, char *argv[])
 
     QString error;
     const auto options = CommandLine::parse(QCoreApplication::arguments().mid(1), &error);
-    if (!options)
+    if (!options) {
         return fail(err, error);
+    }
     if (options->help) {
         out.write(CommandLine::helpText(options->command, !options->commandGiven).toUtf8());
         return 0;
@@ -97,15 +106,18 @@ int main(int argc, char *argv[])
         out.line("velometer-cli "_L1 + Utils::getPlainVersion());
         return 0;
     }
-    if (options->verbose)
+    if (options->verbose) {
         qInstallMessageHandler(everything);
+    }
     // What programs read does not depend on who runs it where.
-    if (options->format != CommandLine::Format::Text)
+    if (options->format != CommandLine::Format::Text) {
         Translations::install(u"en"_s);
+    }
 
     const auto deployment = Deployment::load(options->configFile, &error);
-    if (!deployment)
+    if (!deployment) {
         return fail(err, error);
+    }
     Deployment::setCurrent(*deployment);
     DatabaseManager::database_path =
         options->dataDir.isEmpty()

@@ -25,6 +25,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int usageError = 2;
@@ -32,8 +34,9 @@ constexpr int usageError = 2;
 /// Standard error is for the user; the diagnostic log and the toolkit's remarks are not.
 void onlyFatal(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    if (type == QtCriticalMsg || type == QtFatalMsg)
+    if (type == QtCriticalMsg || type == QtFatalMsg) {
         std::fprintf(stderr, "%s\n", qPrintable(message));
+    }
 }
 
 int fail(const QString &sentence)
@@ -45,16 +48,18 @@ int fail(const QString &sentence)
 bool hasDisplay()
 {
     for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        if (!qEnvironmentVariableIsEmpty(name))
+        if (!qEnvironmentVariableIsEmpty(name)) {
             return true;
+        }
     }
     return false;
 }
 
 QString chosenLanguage(const Options &options)
 {
-    if (!options.language.isEmpty())
+    if (!options.language.isEmpty()) {
         return options.language;
+    }
     const QString chosen = Utils::getSettingsValue(u"Language"_s);
     return chosen == "de"_L1 || chosen == "en"_L1 ? chosen : Translations::systemLanguage();
 }
@@ -81,6 +86,10 @@ int run(const Options &options, Platform &platform, SingleInstance &instance)
 
 } // namespace
 
+} // namespace velometer
+
+using namespace velometer;
+
 int main(int argc, char *argv[])
 {
     // Settings, store and their directories tell where the device was, and which one it is.
@@ -89,12 +98,14 @@ int main(int argc, char *argv[])
 
     // Read before there is an application: help needs no display.
     QStringList arguments;
-    for (int i = 1; i < argc; ++i)
+    for (int i = 1; i < argc; ++i) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
+    }
     QString error;
     const auto options = Options::parse(arguments, &error);
-    if (!options)
+    if (!options) {
         return fail(error);
+    }
     if (options->help) {
         std::fputs(qPrintable(Options::helpText()), stdout);
         return 0;
@@ -103,10 +114,12 @@ int main(int argc, char *argv[])
         std::printf("velometer %s\n", qPrintable(Utils::getPlainVersion()));
         return 0;
     }
-    if (!hasDisplay())
+    if (!hasDisplay()) {
         return fail(Options::noDisplay());
-    if (options->verbose)
+    }
+    if (options->verbose) {
         qInstallMessageHandler(nullptr);
+    }
 
     // The toolkit has a --platform of its own and must not see ours.
     int nameAlone = std::min(argc, 1);
@@ -124,8 +137,9 @@ int main(int argc, char *argv[])
     const auto deployment = Deployment::load(options->configFile, &error);
     if (!deployment) {
         // Started from a menu, nobody sees what is printed.
-        if (options->configFile.isEmpty() && ::isatty(STDERR_FILENO) == 0)
+        if (options->configFile.isEmpty() && ::isatty(STDERR_FILENO) == 0) {
             QMessageBox::critical(nullptr, Utils::getAppTitle(), error);
+        }
         return fail(error);
     }
     Deployment::setCurrent(*deployment);
@@ -134,12 +148,14 @@ int main(int argc, char *argv[])
             ? QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
             : QFileInfo(options->dataDir).absoluteFilePath();
     const auto platform = Platform::create(options->platform, &error);
-    if (!platform)
+    if (!platform) {
         return fail(error);
+    }
 
     SingleInstance instance(DatabaseManager::databaseFile());
-    if (instance.otherRaised())
+    if (instance.otherRaised()) {
         return 0;
+    }
     application.setStyleSheet(Utils::readFile(u":/velometerres/velometer.qss"_s));
     return run(*options, *platform, instance);
 }

@@ -11,6 +11,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 /// Services answer within milliseconds; one that does not is as good as absent.
@@ -40,8 +42,9 @@ BusService::BusService(const QDBusConnection &messageBus, const QString &service
                 setOwner(newOwner);
             });
     listen(propertiesInterface, u"PropertiesChanged"_s);
-    for (const QString &each : own)
+    for (const QString &each : own) {
         listen(each, ownChange);
+    }
     askForOwner();
 }
 
@@ -56,8 +59,9 @@ void BusService::askForOwner()
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher *call) {
                 call->deleteLater();
-                if (watched)
+                if (watched) {
                     return;
+                }
                 const QDBusMessage reply = call->reply();
                 setOwner(reply.type() == QDBusMessage::ReplyMessage
                              ? reply.arguments().value(0).toString()
@@ -75,8 +79,9 @@ void BusService::setOwner(const QString &newOwner)
 void BusService::call(const QString &path, const QString &interface, const QString &method,
                       const QVariantList &arguments, Handler handler)
 {
-    if (present != Presence::Present)
+    if (present != Presence::Present) {
         return;
+    }
     QDBusMessage message = QDBusMessage::createMethodCall(owner, path, interface, method);
     message.setArguments(arguments);
     // A call must not start a service that the administrator has stopped.
@@ -86,16 +91,18 @@ void BusService::call(const QString &path, const QString &interface, const QStri
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this, asked = owner, then = std::move(handler)](QDBusPendingCallWatcher *pending) {
                 pending->deleteLater();
-                if (asked == owner)
+                if (asked == owner) {
                     then(pending->reply());
+                }
             });
 }
 
 void BusService::tell(const QString &path, const QString &interface, const QString &method,
                       const QVariantList &arguments)
 {
-    if (present != Presence::Present)
+    if (present != Presence::Present) {
         return;
+    }
     QDBusMessage message = QDBusMessage::createMethodCall(owner, path, interface, method);
     message.setArguments(arguments);
     message.setAutoStartService(false);
@@ -109,18 +116,20 @@ void BusService::callForMap(const QString &path, const QString &interface, const
          [then = std::move(handler)](const QDBusMessage &reply) {
              QVariantMap values;
              // The signature first: taking apart what does not match it is undefined.
-             if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "a{sv}"_L1)
+             if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "a{sv}"_L1) {
                  values = qdbus_cast<QVariantMap>(reply.arguments().constFirst());
+             }
              then(values);
          });
 }
 
 void BusService::readProperties(const QString &path, const QString &interface, MapHandler handler)
 {
-    if (own.contains(interface))
+    if (own.contains(interface)) {
         callForMap(path, interface, u"GetProperties"_s, {}, std::move(handler));
-    else
+    } else {
         callForMap(path, propertiesInterface, u"GetAll"_s, {interface}, std::move(handler));
+    }
 }
 
 void BusService::listen(const QString &interface, const QString &signalName)
@@ -132,8 +141,9 @@ void BusService::listen(const QString &interface, const QString &signalName)
 
 void BusService::handleSignal(const QDBusMessage &message)
 {
-    if (owner.isEmpty() || message.service() != owner)
+    if (owner.isEmpty() || message.service() != owner) {
         return;
+    }
     const QVariantList arguments = message.arguments();
     if (message.interface() == propertiesInterface) {
         if (message.signature() == "sa{sv}as"_L1 && !own.contains(arguments.at(0).toString())) {
@@ -152,3 +162,5 @@ void BusService::handleSignal(const QDBusMessage &message)
         Q_EMIT received(message);
     }
 }
+
+} // namespace velometer

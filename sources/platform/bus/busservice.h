@@ -9,6 +9,8 @@
 
 #include <functional>
 
+namespace velometer {
+
 /// One well-known service on a message bus: whether it is there, its answers and its signals. All
 /// calls are asynchronous and answered within two seconds, else failed. Answers and signals of an
 /// owner that has gone are dropped, and so is what other programs send in the service's name.
@@ -76,3 +78,5 @@ private:
     Presence present = Presence::Asking;
     bool watched = false; ///< the bus told of the owner before it was asked
 };
+
+} // namespace velometer

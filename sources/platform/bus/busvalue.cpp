@@ -11,17 +11,21 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// The contents of a container that came as @p signature; nothing when it came as something else:
 /// taking it apart as what it is not is undefined.
 std::optional<QDBusArgument> container(const QVariant &value, QLatin1StringView signature)
 {
-    if (value.metaType() != QMetaType::fromType<QDBusArgument>())
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>()) {
         return std::nullopt;
+    }
     auto argument = value.value<QDBusArgument>();
-    if (argument.currentSignature() != signature)
+    if (argument.currentSignature() != signature) {
         return std::nullopt;
+    }
     return argument;
 }
 
@@ -29,7 +33,7 @@ std::optional<QDBusArgument> container(const QVariant &value, QLatin1StringView 
 
 QString BusValue::cleanText(const QString &text)
 {
-    return ::cleanText(text.trimmed(), maxText).trimmed();
+    return velometer::cleanText(text.trimmed(), maxText).trimmed();
 }
 
 QString BusValue::text(const QVariant &value)
@@ -77,8 +81,9 @@ std::optional<qint64> BusValue::number(const QVariant &value, qint64 min, qint64
 
 std::optional<double> BusValue::real(const QVariant &value, double min, double max)
 {
-    if (value.typeId() != QMetaType::Double)
+    if (value.typeId() != QMetaType::Double) {
         return std::nullopt;
+    }
     const double result = value.toDouble();
     return std::isfinite(result) && result >= min && result <= max ? std::optional(result)
                                                                    : std::nullopt;
@@ -87,8 +92,9 @@ std::optional<double> BusValue::real(const QVariant &value, double min, double m
 std::optional<qint64> BusValue::firstOfPair(const QVariant &value, qint64 min, qint64 max)
 {
     const auto pair = container(value, "(ub)"_L1);
-    if (!pair)
+    if (!pair) {
         return std::nullopt;
+    }
     uint first = 0;
     bool second = false;
     pair->beginStructure();
@@ -111,9 +117,12 @@ QVariantMap BusValue::dictionary(const QVariant &value)
 QString BusValue::textUnder(const QVariant &value, uint key)
 {
     const auto map = container(value, "a{uv}"_L1);
-    if (!map)
+    if (!map) {
         return {};
+    }
     const auto values = qdbus_cast<QMap<uint, QDBusVariant>>(*map);
     const auto found = values.constFind(key);
     return found == values.cend() ? QString() : text(found->variant());
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 /// Values that came over a bus, checked. What has another type or is out of range is not there.
 namespace BusValue {
 
@@ -34,3 +36,5 @@ QVariantMap dictionary(const QVariant &value);
 QString textUnder(const QVariant &value, uint key);
 
 } // namespace BusValue
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr auto retryInterval = 10s;
@@ -23,8 +25,9 @@ BusModemClient::BusModemClient(const QDBusConnection &bus, const Names &serviceN
     connect(&service, &BusService::received, this, &BusModemClient::takeSignal);
     connect(&retryTimer, &QTimer::timeout, this, &BusModemClient::readModems);
     retryTimer.setSingleShot(true);
-    if (complete)
+    if (complete) {
         return;
+    }
     service.listen(names.managerInterface, names.added);
     service.listen(names.managerInterface, names.removed);
 }
@@ -43,8 +46,9 @@ void BusModemClient::restart()
     readAgain = false;
     listed = false;
     forget();
-    if (service.presence() == BusService::Presence::Present)
+    if (service.presence() == BusService::Presence::Present) {
         readModems();
+    }
     refresh();
     Q_EMIT changed();
 }
@@ -68,14 +72,17 @@ void BusModemClient::readModems()
                      listed = true;
                      // What was known stays: a service that is slow has not lost its modems.
                      const bool failed = reply.type() == QDBusMessage::ErrorMessage;
-                     if (failed)
+                     if (failed) {
                          retryTimer.start(retryInterval);
-                     else
+                     } else {
                          takeModems(reply);
-                     if (std::exchange(silent, failed) != failed)
+                     }
+                     if (std::exchange(silent, failed) != failed) {
                          Q_EMIT changed();
-                     if (std::exchange(readAgain, false))
+                     }
+                     if (std::exchange(readAgain, false)) {
                          readModems();
+                     }
                      refresh();
                  });
 }
@@ -83,8 +90,9 @@ void BusModemClient::readModems()
 void BusModemClient::keep(const QVariantMap &values, QVariantMap *kept) const
 {
     for (auto each = values.cbegin(); each != values.cend(); ++each) {
-        if (names.properties.contains(each.key()))
+        if (names.properties.contains(each.key())) {
             kept->insert(each.key(), each.value());
+        }
     }
 }
 
@@ -111,15 +119,17 @@ void BusModemClient::refresh()
 {
     const QString path = primary();
     follow(path);
-    if (presence() != BusService::Presence::Absent && !(listed && hasAnswered()))
+    if (presence() != BusService::Presence::Absent && !(listed && hasAnswered())) {
         return;
+    }
     ModemState state = path.isEmpty() ? ModemState() : describe(path);
     if (state != shown) {
         shown = std::move(state);
         Q_EMIT changed();
     }
-    if (complete)
+    if (complete) {
         return;
+    }
     complete = true;
     Q_EMIT completed();
 }
@@ -129,3 +139,5 @@ int BusModemClient::areaCode(qint64 told)
     constexpr qint64 reserved = 0xfffe;
     return told <= 0 || told >= reserved ? -1 : static_cast<int>(told);
 }
+
+} // namespace velometer

@@ -8,6 +8,8 @@
 #include <QTimer>
 #include <QVariantMap>
 
+namespace velometer {
+
 /// What services that show modems on a bus have in common: a list of modems that is read anew when
 /// one comes or goes, properties by interface, and one modem of several that is shown: the
 /// connected one, else a registered one, else the first. Until all that belongs together has been
@@ -86,3 +88,5 @@ private:
     bool reading = false;
     bool readAgain = false;
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 ModemChoice::ModemChoice(std::unique_ptr<ModemClient> firstService,
                          std::unique_ptr<ModemClient> secondService, QObject *parent)
     : ModemClient(parent)
@@ -18,8 +20,9 @@ ModemChoice::ModemChoice(std::unique_ptr<ModemClient> firstService,
 
 const ModemClient &ModemChoice::chosen() const
 {
-    if (!first->state().path.isEmpty())
+    if (!first->state().path.isEmpty()) {
         return *first;
+    }
     const bool other = !second->state().path.isEmpty() || second->presence() > first->presence();
     return other ? *second : *first;
 }
@@ -37,8 +40,11 @@ void ModemChoice::refresh()
     // the second service may yet have to give way.
     const bool answered =
         first->isComplete() && (!first->state().path.isEmpty() || second->isComplete());
-    if (complete || !answered)
+    if (complete || !answered) {
         return;
+    }
     complete = true;
     Q_EMIT completed();
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 /// The modem of whichever service has one: the first service's, else the second's. Two services
 /// that fight over one modem are a mistake of the installation; then the first one is believed.
 class ModemChoice final : public ModemClient
@@ -30,3 +32,5 @@ private:
     BusService::Presence shownPresence = BusService::Presence::Asking;
     bool complete = false;
 };
+
+} // namespace velometer

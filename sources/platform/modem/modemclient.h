@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+namespace velometer {
+
 /// The modem as one service of the system shows it. Follows every change, modems that come and go,
 /// and a restart of the service. Main thread only; nothing blocks and nothing fails: what is not
 /// known is unknown.
@@ -26,3 +28,5 @@ Q_SIGNALS:
     /// Once, when isComplete() becomes true; never when it was from the start.
     void completed();
 };
+
+} // namespace velometer

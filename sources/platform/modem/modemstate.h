@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 /// What a modem tells, cleaned and in range. Unknown texts are empty, unknown numbers -1 or not
 /// set.
 struct ModemState
@@ -35,3 +37,5 @@ struct ModemState
 
     bool operator==(const ModemState &other) const = default;
 };
+
+} // namespace velometer

@@ -14,6 +14,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 const QString modemInterface = u"org.freedesktop.ModemManager1.Modem"_s;
@@ -54,8 +56,9 @@ constexpr Technology technologies[] = {
 NetworkMode modeOf(qint64 mask)
 {
     for (const Technology &each : technologies) {
-        if (mask & each.bits)
+        if (mask & each.bits) {
             return each.mode;
+        }
     }
     return NetworkMode::Unknown;
 }
@@ -134,8 +137,9 @@ ModemManagerClient::~ModemManagerClient()
 {
     // Measuring its signal wakes the modem up again and again.
     for (auto each = asked.cbegin(); each != asked.cend(); ++each) {
-        if (each.key().second == signalInterface && *each)
+        if (each.key().second == signalInterface && *each) {
             service.tell(each.key().first, signalInterface, u"Setup"_s, {0U});
+        }
     }
 }
 
@@ -151,12 +155,14 @@ void ModemManagerClient::takeModems(const QDBusMessage &reply)
     if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "a{oa{sa{sv}}}"_L1) {
         const auto objects = qdbus_cast<Objects>(reply.arguments().constFirst());
         for (auto object = objects.cbegin(); object != objects.cend(); ++object) {
-            if (!object->contains(modemInterface) || modems.size() >= maxModems)
+            if (!object->contains(modemInterface) || modems.size() >= maxModems) {
                 continue;
+            }
             Interfaces &kept = modems[object.key().path()];
             for (auto each = object->cbegin(); each != object->cend(); ++each) {
-                if (isKept(each.key()))
+                if (isKept(each.key())) {
                     keep(each.value(), &kept[each.key()]);
+                }
             }
         }
     }
@@ -170,11 +176,13 @@ void ModemManagerClient::takeProperties(const QString &path, const QString &inte
         return;
     }
     const auto modem = modems.find(path);
-    if (modem == modems.end() || !isKept(interface))
+    if (modem == modems.end() || !isKept(interface)) {
         return;
+    }
     keep(values, &(*modem)[interface]);
-    if (!invalidated.isEmpty())
+    if (!invalidated.isEmpty()) {
         readModems();
+    }
     refresh();
 }
 
@@ -187,8 +195,9 @@ qint64 ModemManagerClient::stateOf(const Interfaces &modem)
 BusModemClient::Rank ModemManagerClient::rank(const Interfaces &modem) const
 {
     const qint64 state = stateOf(modem);
-    if (state < stateRegistered)
+    if (state < stateRegistered) {
         return Rank::Unregistered;
+    }
     return state == stateConnected ? Rank::Connected : Rank::Registered;
 }
 
@@ -196,8 +205,9 @@ void ModemManagerClient::takeLocation(const QString &location, ModemState *state
 {
     // "MCC,MNC,LAC,CI,TAC", the last three hexadecimal.
     const QStringList fields = location.split(u',');
-    if (fields.size() < 4)
+    if (fields.size() < 4) {
         return;
+    }
     const bool hasTac = state->mode == NetworkMode::Lte || state->mode == NetworkMode::Nr;
     // Modems in networks without location areas report the reserved ones.
     const int lac = areaCode(hexNumber(fields.at(2), maxLac));
@@ -228,8 +238,9 @@ ModemState ModemManagerClient::describe(const QString &path) const
     const QVariantMap gpp = interfaces.value(gppInterface);
     // The general identifier is another number in networks that have no IMEI.
     state.imei = BusValue::digits(gpp.value(u"Imei"_s), 14, 16);
-    if (state.imei.isEmpty())
+    if (state.imei.isEmpty()) {
         state.imei = BusValue::text(modem.value(u"EquipmentIdentifier"_s));
+    }
     takeOperator(gpp.value(u"OperatorCode"_s), &state.mcc, &state.mnc);
     state.operatorName = BusValue::text(gpp.value(u"OperatorName"_s));
     state.status =
@@ -273,12 +284,14 @@ void ModemManagerClient::follow(const QString &path)
 
 void ModemManagerClient::readSim()
 {
-    if (simPath.isEmpty())
+    if (simPath.isEmpty()) {
         return;
+    }
     service.readProperties(simPath, simInterface,
                            [this, asked = simPath](const QVariantMap &values) {
-                               if (asked != simPath)
+                               if (asked != simPath) {
                                    return;
+                               }
                                sim.clear();
                                keep(values, &sim);
                                simKnown = true;
@@ -303,13 +316,15 @@ void ModemManagerClient::ask(const Setup &request, const QVariantList &arguments
     asked.insert(request, true);
     service.call(request.first, request.second, u"Setup"_s, arguments,
                  [this, request, refusal](const QDBusMessage &reply) {
-                     if (reply.type() != QDBusMessage::ErrorMessage)
+                     if (reply.type() != QDBusMessage::ErrorMessage) {
                          return;
+                     }
                      Utils::addLogEntry(refusal.arg(BusValue::cleanText(reply.errorMessage())));
                      // Who does not answer in time may do it all the same.
                      const bool refused = QDBusError(reply).type() != QDBusError::NoReply;
-                     if (const auto done = asked.find(request); done != asked.end() && refused)
+                     if (const auto done = asked.find(request); done != asked.end() && refused) {
                          *done = false;
+                     }
                  });
 }
 
@@ -336,9 +351,10 @@ void ModemManagerClient::locate()
         locationTimer.start(locationInterval);
         readLocation();
     }
-    if (!isOn && (bits(u"Capabilities"_s) & cellSource) != 0 && mayAsk(path, locationInterface))
+    if (!isOn && (bits(u"Capabilities"_s) & cellSource) != 0 && mayAsk(path, locationInterface)) {
         ask({path, locationInterface}, {enabled | cellSource, signalled},
             u"The modem does not tell its cell: %1"_s);
+    }
 }
 
 void ModemManagerClient::askForSignal()
@@ -346,9 +362,10 @@ void ModemManagerClient::askForSignal()
     const QString path = primary();
     const auto rate = BusValue::number(modems.value(path).value(signalInterface).value(u"Rate"_s),
                                        0, 0xffffffffLL);
-    if (rate == 0 && mayAsk(path, signalInterface))
+    if (rate == 0 && mayAsk(path, signalInterface)) {
         ask({path, signalInterface}, {signalInterval},
             u"The modem does not tell its reference signals: %1"_s);
+    }
 }
 
 void ModemManagerClient::readLocation()
@@ -356,17 +373,21 @@ void ModemManagerClient::readLocation()
     const QString path = primary();
     service.call(
         path, locationInterface, u"GetLocation"_s, {}, [this, path](const QDBusMessage &reply) {
-            if (path != primary())
+            if (path != primary()) {
                 return;
+            }
             if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
                 // Asking on might open a dialogue for a password every time.
                 locationRefused = reply.errorName().contains("Unauthorized"_L1) ||
                                   reply.errorName().contains("AccessDenied"_L1);
-                if (locationRefused)
+                if (locationRefused) {
                     locationTimer.stop();
+                }
                 return;
             }
             polledLocation = BusValue::textUnder(reply.arguments().constFirst(), cellSource);
             refresh();
         });
 }
+
+} // namespace velometer

@@ -9,6 +9,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 /// The modem as ModemManager shows it on the system bus. Of several modems it is the connected one,
 /// else a registered one, else the first. Asks the modem for its cell and for the strength of its
 /// reference signals where nobody has done so yet, which the system may refuse; the signals end
@@ -52,3 +54,5 @@ private:
     QTimer locationTimer;         ///< polls a modem that does not signal its cell
     QString polledLocation;       ///< of the modem that is shown
 };
+
+} // namespace velometer

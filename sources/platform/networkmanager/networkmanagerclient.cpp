@@ -10,6 +10,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 using Link = NetworkManagerState::Link;
 
 namespace {
@@ -28,19 +30,24 @@ constexpr qsizetype maxSsidBytes = 32;
 
 Link linkOf(const QString &type)
 {
-    if (type.isEmpty())
+    if (type.isEmpty()) {
         return Link::None;
-    if (type == "802-11-wireless"_L1)
+    }
+    if (type == "802-11-wireless"_L1) {
         return Link::Wlan;
+    }
     // Wires, real or not, as the kernel sees them.
     static const QSet<QString> wired{u"802-3-ethernet"_s, u"bridge"_s,  u"bond"_s, u"team"_s,
                                      u"vlan"_s,           u"macvlan"_s, u"veth"_s};
-    if (wired.contains(type))
+    if (wired.contains(type)) {
         return Link::Ethernet;
-    if (type == "gsm"_L1 || type == "cdma"_L1)
+    }
+    if (type == "gsm"_L1 || type == "cdma"_L1) {
         return Link::Mobile;
-    if (type == "bluetooth"_L1)
+    }
+    if (type == "bluetooth"_L1) {
         return Link::Bluetooth;
+    }
     return Link::Other;
 }
 
@@ -59,8 +66,9 @@ void keep(const QVariantMap &values, QVariantMap *kept)
         u"Strength"_s,
     };
     for (auto each = values.cbegin(); each != values.cend(); ++each) {
-        if (names.contains(each.key()))
+        if (names.contains(each.key())) {
             kept->insert(each.key(), each.value());
+        }
     }
 }
 
@@ -96,27 +104,31 @@ void NetworkManagerClient::restart()
     manager = {};
     connection = {};
     accessPoint = {};
-    if (presence() == BusService::Presence::Present)
+    if (presence() == BusService::Presence::Present) {
         follow(&manager, managerPath, managerInterface);
+    }
     refresh();
     Q_EMIT changed();
 }
 
 void NetworkManagerClient::follow(Object *object, const QString &path, const QString &interface)
 {
-    if (path == object->path)
+    if (path == object->path) {
         return;
+    }
     *object = {path, {}, path.isEmpty()};
-    if (!path.isEmpty())
+    if (!path.isEmpty()) {
         read(object, interface);
+    }
 }
 
 void NetworkManagerClient::read(Object *object, const QString &interface)
 {
     service.readProperties(object->path, interface,
                            [this, object, asked = object->path](const QVariantMap &values) {
-                               if (asked != object->path)
+                               if (asked != object->path) {
                                    return;
+                               }
                                object->known = true;
                                if (!values.isEmpty()) {
                                    object->values.clear();
@@ -132,20 +144,23 @@ void NetworkManagerClient::takeProperties(const QString &path, const QString &in
                                           const QVariantMap &values, const QStringList &invalidated)
 {
     Object *object = nullptr;
-    if (path == manager.path && interface == managerInterface)
+    if (path == manager.path && interface == managerInterface) {
         object = &manager;
-    else if (path == connection.path && interface == connectionInterface)
+    } else if (path == connection.path && interface == connectionInterface) {
         object = &connection;
-    else if (path == accessPoint.path && interface == accessPointInterface)
+    } else if (path == accessPoint.path && interface == accessPointInterface) {
         object = &accessPoint;
-    else
+    } else {
         return;
+    }
     // A change of what is not known yet is half of it.
-    if (object->values.isEmpty())
+    if (object->values.isEmpty()) {
         return;
+    }
     keep(values, &object->values);
-    if (!invalidated.isEmpty())
+    if (!invalidated.isEmpty()) {
         read(object, interface);
+    }
     refresh();
 }
 
@@ -159,11 +174,13 @@ NetworkManagerState NetworkManagerClient::describe() const
     state.connecting =
         BusValue::number(manager.values.value(u"State"_s), managerConnecting, managerConnecting)
             .has_value();
-    if (connection.path.isEmpty())
+    if (connection.path.isEmpty()) {
         return state;
+    }
     QString type = BusValue::text(connection.values.value(u"Type"_s));
-    if (type.isEmpty())
+    if (type.isEmpty()) {
         type = BusValue::text(manager.values.value(u"PrimaryConnectionType"_s));
+    }
     state.link = linkOf(type);
     state.activated =
         BusValue::number(connection.values.value(u"State"_s), stateActivated, stateActivated)
@@ -188,15 +205,19 @@ void NetworkManagerClient::refresh()
            accessPointInterface);
 
     // Half an answer looks like a lost connection: what was known holds until the rest is there.
-    if (!manager.known || !connection.known || !accessPoint.known)
+    if (!manager.known || !connection.known || !accessPoint.known) {
         return;
+    }
     NetworkManagerState state = describe();
     if (state != shown) {
         shown = std::move(state);
         Q_EMIT changed();
     }
-    if (complete || presence() == BusService::Presence::Asking)
+    if (complete || presence() == BusService::Presence::Asking) {
         return;
+    }
     complete = true;
     Q_EMIT completed();
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <QVariantMap>
 
+namespace velometer {
+
 /// The primary connection as NetworkManager shows it on the system bus. Follows every change and a
 /// restart of the service. Main thread only; nothing blocks and nothing fails: what is not known is
 /// unknown.
@@ -52,3 +54,5 @@ private:
     NetworkManagerState shown;
     bool complete = false;
 };
+
+} // namespace velometer

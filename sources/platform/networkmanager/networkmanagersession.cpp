@@ -8,6 +8,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr auto modemWait = 2s;
@@ -72,8 +74,9 @@ void NetworkManagerSession::open()
 
 void NetworkManagerSession::proceed()
 {
-    if (!opening || !network.isComplete() || (!modem.isComplete() && modemTimer.isActive()))
+    if (!opening || !network.isComplete() || (!modem.isComplete() && modemTimer.isActive())) {
         return;
+    }
     const bool managed = network.presence() == BusService::Presence::Present;
     if (!managed || hasForeignNetwork()) {
         opening = false;
@@ -81,8 +84,9 @@ void NetworkManagerSession::proceed()
         interfaces.open();
         return;
     }
-    if (!network.state().activated)
+    if (!network.state().activated) {
         return;
+    }
     opening = false;
     sessionOpen = true;
     openTimer.stop();
@@ -103,15 +107,17 @@ void NetworkManagerSession::watch()
     const bool managed = network.presence() == BusService::Presence::Present;
     const bool there = (managed && network.state().activated) || lookUp().outgoing().has_value();
     looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
-    if (looksWithoutNetwork >= looksUntilLost)
+    if (looksWithoutNetwork >= looksUntilLost) {
         fail();
+    }
 }
 
 void NetworkManagerSession::stopWaiting()
 {
     // NetworkManager may be busy with one connection while traffic leaves by another's.
-    if (!lookUp().outgoing())
+    if (!lookUp().outgoing()) {
         return fail();
+    }
     opening = false;
     interfaces.open();
 }
@@ -124,3 +130,5 @@ void NetworkManagerSession::fail()
     watchTimer.stop();
     Q_EMIT error(SessionAbortedError);
 }
+
+} // namespace velometer

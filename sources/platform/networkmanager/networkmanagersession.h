@@ -5,6 +5,8 @@
 
 #include <QTimer>
 
+namespace velometer {
+
 class ModemClient;
 class NetworkManagerClient;
 
@@ -49,3 +51,5 @@ private:
     bool sessionOpen = false;
     int looksWithoutNetwork = 0;
 };
+
+} // namespace velometer

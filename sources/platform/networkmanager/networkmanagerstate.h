@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace velometer {
+
 /// What NetworkManager tells of the connection that traffic leaves by. Texts are cleaned.
 struct NetworkManagerState
 {
@@ -19,3 +21,5 @@ struct NetworkManagerState
 
     bool operator==(const NetworkManagerState &other) const = default;
 };
+
+} // namespace velometer

@@ -11,6 +11,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 const QString modemInterface = u"org.ofono.Modem"_s;
@@ -29,30 +31,39 @@ constexpr qint64 maxShortCell = (1LL << 28) - 1;
 NetworkMode modeOf(const QVariant &technology)
 {
     const QString name = BusValue::text(technology);
-    if (name == "gsm"_L1 || name == "edge"_L1)
+    if (name == "gsm"_L1 || name == "edge"_L1) {
         return NetworkMode::Gsm;
-    if (name == "umts"_L1 || name == "hspa"_L1)
+    }
+    if (name == "umts"_L1 || name == "hspa"_L1) {
         return NetworkMode::Wcdma;
-    if (name == "lte"_L1)
+    }
+    if (name == "lte"_L1) {
         return NetworkMode::Lte;
-    if (name == "nr"_L1)
+    }
+    if (name == "nr"_L1) {
         return NetworkMode::Nr;
+    }
     return NetworkMode::Unknown;
 }
 
 NetworkStatus statusOf(const QVariantMap &registration)
 {
     const QString name = BusValue::text(registration.value(u"Status"_s));
-    if (name == "unregistered"_L1)
+    if (name == "unregistered"_L1) {
         return NetworkStatus::NoNetworkAvailable;
-    if (name == "registered"_L1)
+    }
+    if (name == "registered"_L1) {
         return NetworkStatus::HomeNetwork;
-    if (name == "searching"_L1)
+    }
+    if (name == "searching"_L1) {
         return NetworkStatus::Searching;
-    if (name == "denied"_L1)
+    }
+    if (name == "denied"_L1) {
         return NetworkStatus::Denied;
-    if (name == "roaming"_L1)
+    }
+    if (name == "roaming"_L1) {
         return NetworkStatus::Roaming;
+    }
     return NetworkStatus::Undefined;
 }
 
@@ -89,14 +100,17 @@ void takeReference(const QVariantMap &cell, ModemState *state)
     // place. No step of quality is as high as the magnitude of a power.
     if (quality > qualitySteps) {
         state->rsrp = -static_cast<double>(*quality);
-        if (power && *power <= qualitySteps)
+        if (power && *power <= qualitySteps) {
             state->rsrq = -static_cast<double>(*power);
+        }
         return;
     }
-    if (power && *power <= powerSteps)
+    if (power && *power <= powerSteps) {
         state->rsrp = static_cast<double>(*power) - 141;
-    if (quality)
+    }
+    if (quality) {
         state->rsrq = static_cast<double>(*quality) / 2 - 20;
+    }
 }
 
 /// The signal over the noise; it comes in tenths.
@@ -106,8 +120,9 @@ void takeRatio(const QVariantMap &cell, ModemState *state)
     const QVariant misspelt = cell.value(u"SingalToNoiseRatio"_s);
     const auto ratio = BusValue::number(
         misspelt.isValid() ? misspelt : cell.value(u"SignalToNoiseRatio"_s), -200, 300);
-    if (ratio)
+    if (ratio) {
         state->snr = static_cast<double>(*ratio) / 10;
+    }
 }
 
 } // namespace
@@ -161,8 +176,9 @@ void OfonoClient::forget()
 void OfonoClient::takeModems(const QDBusMessage &reply)
 {
     const QMap<QString, Interfaces> known = std::exchange(modems, {});
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != "a(oa{sv})"_L1)
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != "a(oa{sv})"_L1) {
         return;
+    }
     const auto list = reply.arguments().constFirst().value<QDBusArgument>();
     list.beginArray();
     while (!list.atEnd() && modems.size() < maxModems) {
@@ -171,8 +187,9 @@ void OfonoClient::takeModems(const QDBusMessage &reply)
         list.beginStructure();
         list >> path >> values;
         list.endStructure();
-        if (BusValue::text(values.value(u"Type"_s)) == "hfp"_L1)
+        if (BusValue::text(values.value(u"Type"_s)) == "hfp"_L1) {
             continue;
+        }
         Interfaces &modem = modems[path.path()];
         modem = known.value(path.path());
         modem[modemInterface].clear();
@@ -201,8 +218,9 @@ void OfonoClient::takeInterfaces(const QString &path, const QStringList &offered
         } else if (!modem.contains(each)) {
             modem.insert(each, {});
             // The monitor has nothing but its method.
-            if (each != monitorInterface)
+            if (each != monitorInterface) {
                 read({path, each}, true);
+            }
         }
     }
 }
@@ -229,8 +247,9 @@ void OfonoClient::takeAnswer(const Place &place, const QVariantMap &values)
             kept.clear();
             keep(values, &kept);
         }
-        if (done.again)
+        if (done.again) {
             read(place, done.first);
+        }
     }
     refresh();
 }
@@ -245,24 +264,28 @@ void OfonoClient::takeProperties(const QString &path, const QString &interface,
                                  const QVariantMap &values, const QStringList & /*invalidated*/)
 {
     const auto modem = modems.find(path);
-    if (modem == modems.end() || !modem->contains(interface))
+    if (modem == modems.end() || !modem->contains(interface)) {
         return;
+    }
     keep(values, &(*modem)[interface]);
-    if (interface == modemInterface && values.contains(u"Interfaces"_s))
+    if (interface == modemInterface && values.contains(u"Interfaces"_s)) {
         takeInterfaces(path, BusValue::names(values.value(u"Interfaces"_s)));
+    }
     // No signal tells that a property is gone: the cell of the last network, the number of the last
     // SIM.
     if (values.contains(u"Status"_s) || values.contains(u"Technology"_s) ||
-        values.contains(u"Present"_s))
+        values.contains(u"Present"_s)) {
         read({path, interface}, false);
+    }
     refresh();
 }
 
 BusModemClient::Rank OfonoClient::rank(const Interfaces &modem) const
 {
     if (isOff(modem.value(modemInterface)) ||
-        !isRegistered(statusOf(modem.value(registrationInterface))))
+        !isRegistered(statusOf(modem.value(registrationInterface)))) {
         return Rank::Unregistered;
+    }
     const bool attached =
         BusValue::flag(modem.value(packetInterface).value(u"Attached"_s)).value_or(false);
     return attached ? Rank::Connected : Rank::Registered;
@@ -273,8 +296,9 @@ void OfonoClient::follow(const QString &path)
     const Interfaces modem = modems.value(path);
     const bool asks = modem.contains(monitorInterface) && rank(modem) != Rank::Unregistered;
     const QString wanted = asks ? path : QString();
-    if (wanted == cellPath)
+    if (wanted == cellPath) {
         return;
+    }
     cellPath = wanted;
     cell.clear();
     if (cellPath.isEmpty()) {
@@ -289,8 +313,9 @@ void OfonoClient::readCell()
 {
     service.callForMap(cellPath, monitorInterface, u"GetServingCellInformation"_s, {},
                        [this, asked = cellPath](const QVariantMap &values) {
-                           if (asked != cellPath)
+                           if (asked != cellPath) {
                                return;
+                           }
                            // No answer is no news.
                            if (!values.isEmpty()) {
                                cell.clear();
@@ -322,8 +347,9 @@ ModemState OfonoClient::describe(const QString &path) const
     const QVariantMap registration = interfaces.value(registrationInterface);
     state.status = isOff(modem) ? NetworkStatus::NoNetworkAvailable : statusOf(registration);
     // Else all that follows is the last network's.
-    if (!isRegistered(state.status))
+    if (!isRegistered(state.status)) {
         return state;
+    }
     state.mcc = countryCode(registration.value(u"MobileCountryCode"_s));
     state.mnc = networkCode(registration.value(u"MobileNetworkCode"_s));
     state.operatorName = BusValue::text(registration.value(u"Name"_s));
@@ -346,11 +372,15 @@ void OfonoClient::describeCell(const QVariantMap &registration, ModemState *stat
     state->cellId = value(u"CellId"_s, 0, isNr ? maxCell : maxShortCell).value_or(-1);
     // With LTE the location area is the tracking area's code, where there is no name for that.
     state->areaCode = areaCode(value(u"LocationAreaCode"_s, 0, maxLac).value_or(-1));
-    if (!current || (state->mode != NetworkMode::Lte && !isNr))
+    if (!current || (state->mode != NetworkMode::Lte && !isNr)) {
         return;
+    }
     const auto tac = BusValue::number(cell.value(u"TrackingAreaCode"_s), 1, maxTac);
-    if (tac)
+    if (tac) {
         state->areaCode = static_cast<int>(*tac);
+    }
     takeReference(cell, state);
     takeRatio(cell, state);
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 /// The modem as oFono shows it on the system bus. Of several modems it is the registered one that
 /// is attached to the packet service, else a registered one, else the first. The phone at the other
 /// end of a hands-free link is none of them: traffic does not leave by its modem.
@@ -48,3 +50,5 @@ private:
     QVariantMap cell; ///< its last answer
     QTimer cellTimer{this};
 };
+
+} // namespace velometer

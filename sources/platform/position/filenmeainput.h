@@ -8,6 +8,8 @@
 
 #include <termios.h>
 
+namespace velometer {
+
 /// A recording in a regular file, or a receiver behind a device file or a FIFO. A terminal line is
 /// set to raw while it is open, so that nothing is echoed to the receiver; its speed stays as it
 /// is.
@@ -31,3 +33,5 @@ private:
     bool fifo = false;
     std::optional<termios> line; ///< how a terminal line was before
 };
+
+} // namespace velometer

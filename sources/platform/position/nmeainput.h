@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QtGlobal>
 
+namespace velometer {
+
 /// Where the bytes of NMEA sentences come from. Nothing here waits: what is not there yet is asked
 /// for again later.
 class NmeaInput
@@ -34,3 +36,5 @@ protected:
     NmeaInput() = default;
     Q_DISABLE_COPY_MOVE(NmeaInput)
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace velometer {
+
 namespace {
 
 /// What the standard allows is 82; Qt's readers take 1023 bytes at a time.
@@ -15,14 +17,16 @@ constexpr int maxSatellites = 4 * maxSentences;
 bool hasRightChecksum(QByteArrayView text)
 {
     const qsizetype star = text.size() - 3;
-    if (star < 1 || text.at(star) != '*')
+    if (star < 1 || text.at(star) != '*') {
         return false;
+    }
     bool ok = false;
     const int told = text.last(2).toByteArray().toInt(&ok, 16);
     const auto body = text.sliced(1, star - 1);
     int sum = 0;
-    for (const char each : body)
+    for (const char each : body) {
         sum ^= static_cast<uchar>(each);
+    }
     return ok && told == sum && !body.contains('*');
 }
 
@@ -48,8 +52,9 @@ std::optional<int> timeOfDay(const QByteArray &field)
     const auto hour = number(field.left(2), 0, 23);
     const auto minute = number(field.mid(2, 2), 0, 59);
     const auto second = number(field.mid(4, 2), 0, 59);
-    if (field.size() < wholeSeconds || !hour || !minute || !second)
+    if (field.size() < wholeSeconds || !hour || !minute || !second) {
         return std::nullopt;
+    }
     const QByteArray fraction = field.mid(wholeSeconds + 1, 3).leftJustified(3, '0');
     return ((*hour * 60 + *minute) * 60 + *second) * 1000 + number(fraction, 0, 999).value_or(0);
 }
@@ -70,15 +75,18 @@ QList<NmeaSentence> NmeaLines::take(QByteArrayView bytes)
         const qsizetype end = bytes.indexOf('\n');
         const QByteArrayView part = end < 0 ? bytes : bytes.first(end);
         tooLong = tooLong || unfinished.size() + part.size() > maxLine;
-        if (tooLong)
+        if (tooLong) {
             unfinished.clear();
-        else
+        } else {
             unfinished.append(part);
-        if (end < 0)
+        }
+        if (end < 0) {
             break;
+        }
         if (!tooLong) {
-            if (auto sentence = check(unfinished.trimmed()))
+            if (auto sentence = check(unfinished.trimmed())) {
                 sentences.append(*std::move(sentence));
+            }
         }
         unfinished.clear();
         tooLong = false;
@@ -89,13 +97,15 @@ QList<NmeaSentence> NmeaLines::take(QByteArrayView bytes)
 
 std::optional<NmeaSentence> NmeaLines::check(const QByteArray &text)
 {
-    if (!text.startsWith('$') || !isPrintable(text) || !hasRightChecksum(text))
+    if (!text.startsWith('$') || !isPrintable(text) || !hasRightChecksum(text)) {
         return std::nullopt;
+    }
     const QList<QByteArray> fields = text.sliced(1, text.size() - 4).split(',');
     // Two letters of the talker, three of the kind.
     constexpr qsizetype nameLength = 5;
-    if (fields.first().size() != nameLength)
+    if (fields.first().size() != nameLength) {
         return std::nullopt;
+    }
     const QByteArray talker = fields.first().first(2);
     const QByteArray kind = fields.first().last(3);
     const auto field = [&](qsizetype index) { return fields.value(index); };
@@ -145,3 +155,5 @@ bool NmeaLines::continuesSatellites(const QByteArray &talker, const QList<QByteA
     listSentence = *sentence;
     return true;
 }
+
+} // namespace velometer

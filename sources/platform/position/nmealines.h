@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 /// A sentence that has passed the check: "$...*hh" CR LF.
 struct NmeaSentence
 {
@@ -37,3 +39,5 @@ private:
     QByteArray listTalker;
     int listSentence = 0; ///< the last one of it; 0: none is under way
 };
+
+} // namespace velometer

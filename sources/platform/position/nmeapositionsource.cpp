@@ -14,6 +14,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 /// Finer than people and tests look at positions.
@@ -96,8 +98,9 @@ void NmeaPositionSource::setUpdateInterval(int ms)
 
 void NmeaPositionSource::startPosition()
 {
-    if (positionRunning)
+    if (positionRunning) {
         return;
+    }
     positionRunning = true;
     fixTimer.start();
     run();
@@ -106,8 +109,9 @@ void NmeaPositionSource::startPosition()
 
 void NmeaPositionSource::stopPosition()
 {
-    if (!positionRunning)
+    if (!positionRunning) {
         return;
+    }
     positionRunning = false;
     fixTimer.stop();
     position->stopUpdates();
@@ -116,8 +120,9 @@ void NmeaPositionSource::stopPosition()
 
 void NmeaPositionSource::startSatellites()
 {
-    if (satellitesRunning)
+    if (satellitesRunning) {
         return;
+    }
     satellitesRunning = true;
     run();
     satellites->startUpdates();
@@ -125,8 +130,9 @@ void NmeaPositionSource::startSatellites()
 
 void NmeaPositionSource::stopSatellites()
 {
-    if (!satellitesRunning)
+    if (!satellitesRunning) {
         return;
+    }
     satellitesRunning = false;
     satellites->stopUpdates();
     pauseUnlessWanted();
@@ -134,26 +140,30 @@ void NmeaPositionSource::stopSatellites()
 
 void NmeaPositionSource::run()
 {
-    if (pollTimer.isActive())
+    if (pollTimer.isActive()) {
         return;
+    }
     pollTimer.start();
     const bool goesOn = input->isRecording() && input->state() == NmeaInput::State::Open;
-    if (goesOn)
+    if (goesOn) {
         renewReaders();
-    else
+    } else {
         open();
+    }
     dueNs = Utils::getTimeInNs() + (goesOn ? restNs : 0);
 }
 
 void NmeaPositionSource::pauseUnlessWanted()
 {
-    if (positionRunning || satellitesRunning)
+    if (positionRunning || satellitesRunning) {
         return;
+    }
     pollTimer.stop();
     retryTimer.stop();
     restNs = std::max<qint64>(0, dueNs - Utils::getTimeInNs());
-    if (!input->isRecording())
+    if (!input->isRecording()) {
         input->close();
+    }
 }
 
 void NmeaPositionSource::open()
@@ -164,15 +174,17 @@ void NmeaPositionSource::open()
     renewReaders();
     input->open();
     retryTimer.start();
-    if (input->state() == NmeaInput::State::Lost)
+    if (input->state() == NmeaInput::State::Lost) {
         setProblem(Problem::Unavailable);
+    }
 }
 
 void NmeaPositionSource::retry()
 {
     const NmeaInput::State state = input->state();
-    if (state == NmeaInput::State::Open || state == NmeaInput::State::Ended)
+    if (state == NmeaInput::State::Open || state == NmeaInput::State::Ended) {
         return;
+    }
     setProblem(Problem::Unavailable);
     open();
 }
@@ -185,16 +197,19 @@ void NmeaPositionSource::poll()
     case NmeaInput::State::Ended: return;
     case NmeaInput::State::Lost:
         setProblem(Problem::Unavailable);
-        if (!retryTimer.isActive())
+        if (!retryTimer.isActive()) {
             retryTimer.start();
+        }
         return;
     case NmeaInput::State::Open: break;
     }
     // It is there again; whether it finds a position will be seen.
-    if (problem() == Problem::Unavailable)
+    if (problem() == Problem::Unavailable) {
         setProblem(Problem::NoFix);
-    if (ahead.isEmpty())
+    }
+    if (ahead.isEmpty()) {
         ahead.append(lines.take(input->read(maxBytesPerPoll)));
+    }
     play();
 }
 
@@ -205,11 +220,13 @@ void NmeaPositionSource::play()
     while (!ahead.isEmpty() && pollTimer.isActive()) {
         const std::optional<int> next = ahead.head().timeOfDay;
         if (input->isRecording() && next) {
-            if (timeOfDay)
+            if (timeOfDay) {
                 dueNs += std::chrono::nanoseconds(pauseBetween(*timeOfDay, *next)).count();
+            }
             timeOfDay = next;
-            if (dueNs > now)
+            if (dueNs > now) {
                 return;
+            }
         }
         hand(ahead.dequeue());
     }
@@ -255,10 +272,12 @@ void NmeaPositionSource::renewReaders()
             &PositionSource::satellitesInUseUpdated);
     connect(satellites, &QGeoSatelliteInfoSource::satellitesInViewUpdated, this,
             &PositionSource::satellitesInViewUpdated);
-    if (positionRunning)
+    if (positionRunning) {
         position->startUpdates();
-    if (satellitesRunning)
+    }
+    if (satellitesRunning) {
         satellites->startUpdates();
+    }
 }
 
 void NmeaPositionSource::takePosition(const QGeoPositionInfo &info)
@@ -271,7 +290,10 @@ void NmeaPositionSource::takePosition(const QGeoPositionInfo &info)
 
 void NmeaPositionSource::giveUpOnFix()
 {
-    if (problem() == Problem::None)
+    if (problem() == Problem::None) {
         setProblem(Problem::NoFix);
+    }
     Q_EMIT updateTimeout();
 }
+
+} // namespace velometer

@@ -9,9 +9,12 @@
 
 #include <memory>
 
-class NmeaInput;
 class QNmeaPositionInfoSource;
 class QNmeaSatelliteInfoSource;
+
+namespace velometer {
+
+class NmeaInput;
 class SentencePipe;
 
 /// Positions and satellites from NMEA sentences, by Qt's readers: of a receiver behind a device
@@ -77,3 +80,5 @@ private:
     qint64 restNs = 0;            ///< how long it was to that when the recording was stopped
     std::optional<int> timeOfDay; ///< of the last sentence that told one, or of the next
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include "platform/positionsource.h"
 
+namespace velometer {
+
 /// A device without positioning: never signals.
 class NoPositionSource : public PositionSource
 {
@@ -25,3 +27,5 @@ public:
     void startSatellites() override {}
     void stopSatellites() override {}
 };
+
+} // namespace velometer

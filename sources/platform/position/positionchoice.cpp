@@ -5,6 +5,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// What follows @p prefix; nothing when something else does.
@@ -16,8 +18,9 @@ std::optional<QString> after(const QString &text, QLatin1StringView prefix)
 std::optional<PositionChoice> read(const QString &text)
 {
     using Source = PositionChoice::Source;
-    if (text == "gpsd"_L1)
+    if (text == "gpsd"_L1) {
         return PositionChoice{Source::Gpsd, {}, {u"localhost"_s, PositionChoice::gpsdPort}};
+    }
     if (const auto address = after(text, "gpsd://"_L1)) {
         const auto endpoint = Endpoint::parse(*address, PositionChoice::gpsdPort);
         return endpoint ? std::optional(PositionChoice{Source::Gpsd, {}, *endpoint}) : std::nullopt;
@@ -33,8 +36,9 @@ std::optional<PositionChoice> read(const QString &text)
     }
     // An address of another kind is a mistake rather than a file's name.
     if (rest.size() == text.size() || rest.isEmpty() || rest.contains("://"_L1) ||
-        rest.contains(QChar::Null))
+        rest.contains(QChar::Null)) {
         return std::nullopt;
+    }
     return PositionChoice{Source::NmeaFile, rest, {}};
 }
 
@@ -65,3 +69,5 @@ QString PositionChoice::name() const
     }
     return {};
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace velometer {
+
 /// Where positions come from, as the user writes it. A plain value.
 struct PositionChoice
 {
@@ -33,3 +35,5 @@ struct PositionChoice
 
     bool operator==(const PositionChoice &other) const = default;
 };
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 PositionedPlatform::PositionedPlatform(std::unique_ptr<Platform> platform,
                                        PositionChoice positionsFrom)
     : device(std::move(platform))
@@ -44,3 +46,5 @@ bool PositionedPlatform::isComplete() const
 {
     return device->isComplete();
 }
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include "platform/platform.h"
 #include "platform/position/positionchoice.h"
 
+namespace velometer {
+
 /// Any platform, with its positions from elsewhere.
 class PositionedPlatform : public Platform
 {
@@ -22,3 +24,5 @@ private:
     const std::unique_ptr<Platform> device;
     const PositionChoice choice;
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace velometer {
+
 namespace {
 
 constexpr qsizetype maxWaiting = 65'536;
@@ -16,14 +18,16 @@ SentencePipe::SentencePipe(QObject *parent)
 
 void SentencePipe::put(const QByteArray &line)
 {
-    if (waiting.size() + line.size() <= maxWaiting)
+    if (waiting.size() + line.size() <= maxWaiting) {
         waiting.append(line);
+    }
 }
 
 void SentencePipe::announce()
 {
-    if (!waiting.isEmpty())
+    if (!waiting.isEmpty()) {
         Q_EMIT readyRead();
+    }
 }
 
 qint64 SentencePipe::bytesAvailable() const
@@ -43,3 +47,5 @@ qint64 SentencePipe::readData(char *data, qint64 size)
     waiting.remove(0, count);
     return count;
 }
+
+} // namespace velometer

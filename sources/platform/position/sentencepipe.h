@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QIODevice>
 
+namespace velometer {
+
 /// Sentences for one of Qt's NMEA readers, which each want a device of their own. Keeps at most
 /// 64 KiB that are not read; what comes on top is dropped. Open from the beginning.
 class SentencePipe : public QIODevice
@@ -28,3 +30,5 @@ protected:
 private:
     QByteArray waiting;
 };
+
+} // namespace velometer

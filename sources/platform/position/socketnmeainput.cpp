@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 namespace {
 
 /// A receiver sends some 10 KiB/s at most.
@@ -19,8 +21,9 @@ SocketNmeaInput::SocketNmeaInput(Endpoint endpoint, Peer peer)
     QObject::connect(&socket, &QTcpSocket::connected, &socket, [this, peer] {
         // Notices a peer that went away without a word, as after a night of sleep.
         socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
-        if (peer == Peer::Gpsd)
+        if (peer == Peer::Gpsd) {
             socket.write("?WATCH={\"enable\":true,\"nmea\":true};\n");
+        }
     });
 }
 
@@ -44,8 +47,9 @@ void SocketNmeaInput::close()
 
 NmeaInput::State SocketNmeaInput::state() const
 {
-    if (!wanted)
+    if (!wanted) {
         return State::Closed;
+    }
     switch (socket.state()) {
     case QAbstractSocket::HostLookupState:
     case QAbstractSocket::ConnectingState: return State::Opening;
@@ -62,3 +66,5 @@ QByteArray SocketNmeaInput::read(qint64 most)
 {
     return socket.read(most);
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 
 #include <QTcpSocket>
 
+namespace velometer {
+
 /// A receiver behind a TCP port, or gpsd, which has to be asked. Connects directly, never through a
 /// proxy; the kernel keeps what is not read.
 class SocketNmeaInput : public NmeaInput
@@ -26,3 +28,5 @@ private:
     bool wanted = false;
     QTcpSocket socket;
 };
+
+} // namespace velometer

@@ -13,6 +13,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 /// A service that has to be started first answers within a second.
@@ -26,8 +28,9 @@ QLoggingCategory::CategoryFilter previousFilter = nullptr;
 void withoutPositioningWarnings(QLoggingCategory *category)
 {
     // Installing calls this for every category there is, before the old filter is known.
-    if (previousFilter)
+    if (previousFilter) {
         previousFilter(category);
+    }
     constexpr const char *prefix = "qt.positioning";
     if (std::strncmp(category->categoryName(), prefix, std::strlen(prefix)) == 0 &&
         !category->isDebugEnabled()) {
@@ -48,8 +51,9 @@ private:
 
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
     {
-        if (type != QtWarningMsg)
+        if (type != QtWarningMsg) {
             previous(type, context, text);
+        }
     }
 
     static inline QtMessageHandler previous = nullptr;
@@ -60,8 +64,9 @@ private:
 SystemPositionSource::SystemPositionSource(QObject *parent)
     : PositionSource(parent)
 {
-    if (!previousFilter)
+    if (!previousFilter) {
         previousFilter = QLoggingCategory::installFilter(withoutPositioningWarnings);
+    }
 
     connect(&retryTimer, &QTimer::timeout, this, &SystemPositionSource::askLocationService);
 
@@ -107,11 +112,13 @@ void SystemPositionSource::takeError(QGeoPositionInfoSource::Error error)
 
 void SystemPositionSource::askLocationService()
 {
-    if (!wanted || running)
+    if (!wanted || running) {
         return;
+    }
     const QDBusConnection bus = QDBusConnection::systemBus();
-    if (!bus.isConnected())
+    if (!bus.isConnected()) {
         return setProblem(Problem::Unavailable);
+    }
     retryTimer.start(retryInterval);
     // The property that the plug-in reads first; the question also starts the service.
     QDBusMessage question = QDBusMessage::createMethodCall(
@@ -122,17 +129,19 @@ void SystemPositionSource::askLocationService()
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher *call) {
                 call->deleteLater();
-                if (call->isError())
+                if (call->isError()) {
                     setProblem(Problem::Unavailable);
-                else
+                } else {
                     startUpdates();
+                }
             });
 }
 
 void SystemPositionSource::startUpdates()
 {
-    if (!wanted || running)
+    if (!wanted || running) {
         return;
+    }
     running = true;
     retryTimer.stop();
     position->setPreferredPositioningMethods(QGeoPositionInfoSource::AllPositioningMethods);
@@ -172,31 +181,38 @@ void SystemPositionSource::setUpdateInterval(int ms)
 
 void SystemPositionSource::startPosition()
 {
-    if (!position || wanted)
+    if (!position || wanted) {
         return;
+    }
     wanted = true;
-    if (name() == locationService)
+    if (name() == locationService) {
         askLocationService();
-    else
+    } else {
         startUpdates();
+    }
 }
 
 void SystemPositionSource::stopPosition()
 {
     wanted = false;
     retryTimer.stop();
-    if (std::exchange(running, false))
+    if (std::exchange(running, false)) {
         position->stopUpdates();
+    }
 }
 
 void SystemPositionSource::startSatellites()
 {
-    if (satellites)
+    if (satellites) {
         satellites->startUpdates();
+    }
 }
 
 void SystemPositionSource::stopSatellites()
 {
-    if (satellites)
+    if (satellites) {
         satellites->stopUpdates();
+    }
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 class QGeoSatelliteInfoSource;
 
+namespace velometer {
+
 /// Qt's default sources of positions and satellites; what they cannot do simply never signals.
 /// Where that is the system's location service, it is asked whether it is there first, for two
 /// seconds at most: Qt's plug-in would wait for its answers. Their plug-ins' complaints about
@@ -44,3 +46,5 @@ private:
     QGeoPositionInfoSource *position = nullptr;
     QGeoSatelliteInfoSource *satellites = nullptr;
 };
+
+} // namespace velometer

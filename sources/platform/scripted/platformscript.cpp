@@ -13,6 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr qint64 maxFileBytes = 16LL * 1024 * 1024;
@@ -71,29 +73,34 @@ public:
     std::optional<double> number(const QString &key, double from, double to)
     {
         const std::optional<QJsonValue> value = take(key);
-        if (!value)
+        if (!value) {
             return std::nullopt;
+        }
         // Written so that NaN is refused.
-        if (!value->isDouble() || !(value->toDouble() >= from && value->toDouble() <= to))
+        if (!value->isDouble() || !(value->toDouble() >= from && value->toDouble() <= to)) {
             return fail(key, u"must be a number from %1 to %2"_s.arg(from).arg(to));
+        }
         return value->toDouble();
     }
 
     std::optional<int> integer(const QString &key, int from, int to)
     {
         const std::optional<QJsonValue> value = take(key);
-        if (!value)
+        if (!value) {
             return std::nullopt;
-        if (!isInteger(*value, from, to))
+        }
+        if (!isInteger(*value, from, to)) {
             return fail(key, u"must be a whole number from %1 to %2"_s.arg(from).arg(to));
+        }
         return value->toInt();
     }
 
     /// As integer(); null stands for unknown, -1.
     std::optional<int> integerOrUnknown(const QString &key, int to)
     {
-        if (!object.value(key).isNull())
+        if (!object.value(key).isNull()) {
             return integer(key, 0, to);
+        }
         take(key);
         return -1;
     }
@@ -101,10 +108,12 @@ public:
     std::optional<QString> text(const QString &key)
     {
         const std::optional<QJsonValue> value = take(key);
-        if (!value)
+        if (!value) {
             return std::nullopt;
-        if (!value->isString())
+        }
+        if (!value->isString()) {
             return fail(key, u"must be a text"_s);
+        }
         return value->toString();
     }
 
@@ -112,27 +121,32 @@ public:
     std::optional<Value> oneOf(const QString &key, const QHash<QString, Value> &table)
     {
         const std::optional<QString> name = text(key);
-        if (!name)
+        if (!name) {
             return std::nullopt;
+        }
         const auto found = table.constFind(*name);
-        if (found == table.constEnd())
+        if (found == table.constEnd()) {
             return fail(key, u"is none of the known names"_s);
+        }
         return *found;
     }
 
     std::optional<QList<int>> integers(const QString &key)
     {
         const std::optional<QJsonValue> value = take(key);
-        if (!value)
+        if (!value) {
             return std::nullopt;
+        }
         const auto wrong = u"must be a list of whole numbers from 0"_s;
-        if (!value->isArray())
+        if (!value->isArray()) {
             return fail(key, wrong);
+        }
         QList<int> list;
         const QJsonArray array = value->toArray();
         for (const QJsonValue each : array) {
-            if (!isInteger(each, 0, maxInt))
+            if (!isInteger(each, 0, maxInt)) {
                 return fail(key, wrong);
+            }
             list.append(each.toInt());
         }
         return list;
@@ -141,39 +155,45 @@ public:
     std::optional<QJsonObject> nested(const QString &key)
     {
         const std::optional<QJsonValue> value = take(key);
-        if (!value)
+        if (!value) {
             return std::nullopt;
-        if (!value->isObject())
+        }
+        if (!value->isObject()) {
             return fail(key, u"must be an object"_s);
+        }
         return value->toObject();
     }
 
     bool takeNull(const QString &key)
     {
-        if (!object.value(key).isNull())
+        if (!object.value(key).isNull()) {
             return false;
+        }
         take(key);
         return true;
     }
 
     std::nullopt_t fail(const QString &key, const QString &what)
     {
-        if (complaint.isEmpty())
+        if (complaint.isEmpty()) {
             complaint = u"\"%1\" %2"_s.arg(prefix + key, what);
+        }
         return std::nullopt;
     }
 
     void adopt(const ObjectReader &inner)
     {
-        if (complaint.isEmpty())
+        if (complaint.isEmpty()) {
             complaint = inner.finish();
+        }
     }
 
     /// The complaint; empty when everything was understood.
     QString finish() const
     {
-        if (!complaint.isEmpty() || object.isEmpty())
+        if (!complaint.isEmpty() || object.isEmpty()) {
             return complaint;
+        }
         return u"\"%1\" is not a known key"_s.arg(prefix + object.begin().key().left(64));
     }
 
@@ -181,8 +201,9 @@ private:
     std::optional<QJsonValue> take(const QString &key)
     {
         const QJsonValue value = object.take(key);
-        if (value.isUndefined())
+        if (value.isUndefined()) {
             return std::nullopt;
+        }
         return value;
     }
 
@@ -204,8 +225,9 @@ void readPosition(ObjectReader &line, ScriptEvent &event)
         return;
     }
     const std::optional<QJsonObject> object = line.nested(u"position"_s);
-    if (!object)
+    if (!object) {
         return;
+    }
     ObjectReader reader(*object, u"position."_s);
     const std::optional<double> latitude = reader.number(u"latitude"_s, -90, 90);
     const std::optional<double> longitude = reader.number(u"longitude"_s, -180, 180);
@@ -214,13 +236,15 @@ void readPosition(ObjectReader &line, ScriptEvent &event)
         reader.fail(latitude ? u"longitude"_s : u"latitude"_s, u"is missing"_s);
     } else {
         QGeoCoordinate coordinate(*latitude, *longitude);
-        if (const auto altitude = reader.number(u"altitude"_s, -maxMetres, maxMetres))
+        if (const auto altitude = reader.number(u"altitude"_s, -maxMetres, maxMetres)) {
             coordinate.setAltitude(*altitude);
+        }
         info.setCoordinate(coordinate);
     }
     const auto attribute = [&](const QString &key, QGeoPositionInfo::Attribute which, double max) {
-        if (const std::optional<double> value = reader.number(key, 0, max))
+        if (const std::optional<double> value = reader.number(key, 0, max)) {
             info.setAttribute(which, *value);
+        }
     };
     attribute(u"accuracy_h"_s, QGeoPositionInfo::HorizontalAccuracy, maxMetres);
     attribute(u"accuracy_v"_s, QGeoPositionInfo::VerticalAccuracy, maxMetres);
@@ -228,8 +252,9 @@ void readPosition(ObjectReader &line, ScriptEvent &event)
     attribute(u"direction"_s, QGeoPositionInfo::Direction, 360);
     if (const std::optional<QString> text = reader.text(u"timestamp"_s)) {
         info.setTimestamp(QDateTime::fromString(*text, Qt::ISODateWithMs));
-        if (!info.timestamp().isValid())
+        if (!info.timestamp().isValid()) {
             reader.fail(u"timestamp"_s, u"must be an ISO 8601 date and time"_s);
+        }
     }
     line.adopt(reader);
     event.position = info;
@@ -239,8 +264,9 @@ void readSession(ObjectReader &line, ScriptEvent &event)
 {
     const auto key = u"session"_s;
     const std::optional<QString> text = line.text(key);
-    if (!text)
+    if (!text) {
         return;
+    }
     ScriptEvent::Session session;
     if (*text == "opened"_L1) {
         session.kind = ScriptEvent::Session::Opened;
@@ -267,10 +293,12 @@ void readDevice(ObjectReader &line, const ScriptEvent &event, ScriptDevice &devi
 {
     const auto key = u"device"_s;
     const std::optional<QJsonObject> object = line.nested(key);
-    if (!object)
+    if (!object) {
         return;
-    if (event.at.count() != 0)
+    }
+    if (event.at.count() != 0) {
         line.fail(key, u"is only possible at the start (at_ms 0)"_s);
+    }
     ObjectReader reader(*object, u"device."_s);
     const auto set = [&](const QString &name, QString &value) {
         value = reader.text(name).value_or(value);
@@ -288,17 +316,20 @@ QString readLine(const QByteArray &text, PlatformScript &script)
 {
     QJsonParseError jsonError;
     const QJsonDocument document = QJsonDocument::fromJson(text, &jsonError);
-    if (jsonError.error != QJsonParseError::NoError)
+    if (jsonError.error != QJsonParseError::NoError) {
         return u"not JSON: %1 at byte %2"_s.arg(jsonError.errorString(),
                                                 QString::number(jsonError.offset));
-    if (!document.isObject())
+    }
+    if (!document.isObject()) {
         return u"not a JSON object"_s;
+    }
 
     ObjectReader line(document.object(), {});
     ScriptEvent event;
     event.at = std::chrono::milliseconds(line.integer(u"at_ms"_s, 0, maxAtMs).value_or(0));
-    if (!script.events.isEmpty() && event.at < script.events.constLast().at)
+    if (!script.events.isEmpty() && event.at < script.events.constLast().at) {
         line.fail(u"at_ms"_s, u"goes back in time"_s);
+    }
     readPosition(line, event);
     event.satellitesInUse = line.integers(u"satellites_in_use"_s);
     event.satellitesInView = line.integers(u"satellites_in_view"_s);
@@ -331,14 +362,17 @@ std::optional<PlatformScript> PlatformScript::load(const QString &file, QString 
         return std::nullopt;
     };
     // Opening a pipe would wait for its writer.
-    if (!QFileInfo(file).isFile())
+    if (!QFileInfo(file).isFile()) {
         return refuse(u"is not a file"_s);
+    }
     QFile device(file);
-    if (!device.open(QIODevice::ReadOnly))
+    if (!device.open(QIODevice::ReadOnly)) {
         return refuse(device.errorString());
+    }
     const QByteArray text = device.read(maxFileBytes + 1);
-    if (device.error() != QFileDevice::NoError)
+    if (device.error() != QFileDevice::NoError) {
         return refuse(device.errorString());
+    }
     return parse(text, file, error);
 }
 
@@ -353,8 +387,9 @@ std::optional<PlatformScript> PlatformScript::parse(const QByteArray &text, cons
     qsizetype start = 0;
     for (int number = 1; start < text.size(); ++number) {
         qsizetype end = text.indexOf('\n', start);
-        if (end < 0)
+        if (end < 0) {
             end = text.size();
+        }
         QString wrong;
         if (number > maxLines) {
             wrong = u"more than %1 lines"_s.arg(maxLines);
@@ -362,8 +397,9 @@ std::optional<PlatformScript> PlatformScript::parse(const QByteArray &text, cons
             wrong = u"longer than 1 MiB"_s;
         } else {
             const QByteArray line = text.mid(start, end - start).trimmed();
-            if (!line.isEmpty() && !line.startsWith('#'))
+            if (!line.isEmpty() && !line.startsWith('#')) {
                 wrong = readLine(line, script);
+            }
         }
         if (!wrong.isEmpty()) {
             *error = u"%1, line %2: %3"_s.arg(name, QString::number(number), wrong);
@@ -373,3 +409,5 @@ std::optional<PlatformScript> PlatformScript::parse(const QByteArray &text, cons
     }
     return script;
 }
+
+} // namespace velometer

@@ -10,6 +10,8 @@
 #include <chrono>
 #include <optional>
 
+namespace velometer {
+
 /// What one line of a script changes. Members that are not set stay as they were.
 struct ScriptEvent
 {
@@ -71,3 +73,5 @@ struct PlatformScript
     static std::optional<PlatformScript> parse(const QByteArray &text, const QString &name,
                                                QString *error);
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 ScriptedDeviceInfoSource::ScriptedDeviceInfoSource(ScriptDevice scripted)
     : device(std::move(scripted))
 {}
@@ -30,3 +32,5 @@ QString ScriptedDeviceInfoSource::model() const
 {
     return device.model;
 }
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include "platform/deviceinfosource.h"
 #include "platform/scripted/platformscript.h"
 
+namespace velometer {
+
 /// The device that a script names.
 class ScriptedDeviceInfoSource final : public DeviceInfoSource
 {
@@ -20,3 +22,5 @@ public:
 private:
     const ScriptDevice device;
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include "platform/scripted/scriptstate.h"
 
+namespace velometer {
+
 ScriptedNetworkInfoSource::ScriptedNetworkInfoSource(const ScriptState &scripted, QObject *parent)
     : NetworkInfoSource(parent)
     , state(scripted)
@@ -66,3 +68,5 @@ QString ScriptedNetworkInfoSource::networkName(NetworkMode mode) const
 {
     return mode == state.mode ? state.name : QString();
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include "platform/networkinfosource.h"
 
+namespace velometer {
+
 class ScriptState;
 
 /// The network of the moment in a script.
@@ -27,3 +29,5 @@ public:
 private:
     const ScriptState &state;
 };
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 QString bearerOf(NetworkMode mode)
@@ -82,8 +84,11 @@ void ScriptedNetworkSession::answer()
 
 void ScriptedNetworkSession::sessionChanged()
 {
-    if (!sessionOpen || state.session.kind == ScriptEvent::Session::Opened)
+    if (!sessionOpen || state.session.kind == ScriptEvent::Session::Opened) {
         return;
+    }
     sessionOpen = false;
     Q_EMIT error(failureOf(state.session));
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include "platform/networksession.h"
 
+namespace velometer {
+
 class ScriptState;
 
 /// A session that opens, fails and gets lost as a script says. There is one configuration, named
@@ -27,3 +29,5 @@ private:
     const ScriptState &state;
     bool sessionOpen = false;
 };
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 ScriptedPlatform::ScriptedPlatform(PlatformScript script)
     : state(std::move(script))
 {}
@@ -43,3 +45,5 @@ void ScriptedPlatform::advanceTo(std::chrono::milliseconds now)
 {
     state.advanceTo(now);
 }
+
+} // namespace velometer

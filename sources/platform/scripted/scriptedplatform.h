@@ -3,6 +3,8 @@
 #include "platform/platform.h"
 #include "platform/scripted/scriptstate.h"
 
+namespace velometer {
+
 /// A device that does what a file says, for tests, demonstrations and bug reports. Its time starts
 /// when it is created. The program keeps it longer than anything made from it; main thread only.
 ///
@@ -68,3 +70,5 @@ public:
 private:
     ScriptState state;
 };
+
+} // namespace velometer

@@ -2,33 +2,40 @@
 
 #include "platform/scripted/scriptstate.h"
 
+namespace velometer {
+
 ScriptedPositionSource::ScriptedPositionSource(const ScriptState &scripted, QObject *parent)
     : PositionSource(parent)
     , state(scripted)
 {
-    if (!state.script().hasPosition)
+    if (!state.script().hasPosition) {
         setProblem(Problem::NoSource);
+    }
     connect(&state, &ScriptState::positionUpdated, this, [this](const QGeoPositionInfo &info) {
-        if (!positionRunning)
+        if (!positionRunning) {
             return;
+        }
         setProblem(Problem::None);
         Q_EMIT positionUpdated(info);
     });
     connect(&state, &ScriptState::updateTimeout, this, [this] {
-        if (!positionRunning)
+        if (!positionRunning) {
             return;
+        }
         setProblem(Problem::NoFix);
         Q_EMIT updateTimeout();
     });
     connect(&state, &ScriptState::satellitesInUseUpdated, this,
             [this](const QList<QGeoSatelliteInfo> &satellites) {
-                if (satellitesRunning)
+                if (satellitesRunning) {
                     Q_EMIT satellitesInUseUpdated(satellites);
+                }
             });
     connect(&state, &ScriptState::satellitesInViewUpdated, this,
             [this](const QList<QGeoSatelliteInfo> &satellites) {
-                if (satellitesRunning)
+                if (satellitesRunning) {
                     Q_EMIT satellitesInViewUpdated(satellites);
+                }
             });
 }
 
@@ -79,3 +86,5 @@ void ScriptedPositionSource::stopSatellites()
 {
     satellitesRunning = false;
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include "platform/positionsource.h"
 
+namespace velometer {
+
 class ScriptState;
 
 /// The positions and satellites of a script, as they come, while started; the update interval
@@ -30,3 +32,5 @@ private:
     bool positionRunning = false;
     bool satellitesRunning = false;
 };
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 namespace {
 
 QList<QGeoSatelliteInfo> satellites(const QList<int> &ids)
@@ -39,8 +41,9 @@ void ScriptState::advanceTo(std::chrono::milliseconds now)
 {
     // A slot may run an event loop of its own: the next line waits until this one is done.
     timer.stop();
-    while (next < playing.events.size() && playing.events.at(next).at <= now)
+    while (next < playing.events.size() && playing.events.at(next).at <= now) {
         apply(playing.events.at(next++));
+    }
     if (next < playing.events.size()) {
         const std::chrono::milliseconds due(playing.events.at(next).at.count() - elapsed.elapsed());
         timer.start(qMax(due, std::chrono::milliseconds(0)));
@@ -66,16 +69,20 @@ void ScriptState::applyPosition(const ScriptEvent &event)
 {
     if (event.position) {
         position = *event.position;
-        if (!position.timestamp().isValid())
+        if (!position.timestamp().isValid()) {
             position.setTimestamp(QDateTime::fromMSecsSinceEpoch(Utils::getTimeInMs()));
+        }
         Q_EMIT positionUpdated(position);
     }
-    if (event.positionTimeout)
+    if (event.positionTimeout) {
         Q_EMIT updateTimeout();
-    if (event.satellitesInUse)
+    }
+    if (event.satellitesInUse) {
         Q_EMIT satellitesInUseUpdated(satellites(*event.satellitesInUse));
-    if (event.satellitesInView)
+    }
+    if (event.satellitesInView) {
         Q_EMIT satellitesInViewUpdated(satellites(*event.satellitesInView));
+    }
 }
 
 void ScriptState::applyNetwork(const ScriptEvent &event)
@@ -104,14 +111,21 @@ void ScriptState::applyNetwork(const ScriptEvent &event)
         Q_EMIT modeChanged(mode);
         Q_EMIT statusChanged(oldMode, statusOf(oldMode));
     }
-    if (otherMode || event.status)
+    if (otherMode || event.status) {
         Q_EMIT statusChanged(mode, status);
-    if (otherMode || event.signal)
+    }
+    if (otherMode || event.signal) {
         Q_EMIT signalChanged(mode, signal);
-    if (otherMode || event.name)
+    }
+    if (otherMode || event.name) {
         Q_EMIT nameChanged(mode, name);
-    if (event.mcc)
+    }
+    if (event.mcc) {
         Q_EMIT mccChanged(mcc);
-    if (event.mnc)
+    }
+    if (event.mnc) {
         Q_EMIT mncChanged(mnc);
+    }
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QTimer>
 
+namespace velometer {
+
 /// The device that a script describes, at the present moment of the script. What happens at 0 ms
 /// holds from construction on; the rest follows in real time. The sources of the scripted platform
 /// show it.
@@ -63,3 +65,5 @@ private:
     QTimer timer;
     qsizetype next = 0; ///< the first line not yet applied
 };
+
+} // namespace velometer

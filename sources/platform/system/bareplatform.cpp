@@ -5,6 +5,8 @@
 #include "platform/system/systemnetworkinfosource.h"
 #include "platform/system/systemnetworksession.h"
 
+namespace velometer {
+
 std::unique_ptr<PositionSource> BarePlatform::createPositionSource()
 {
     return std::make_unique<NoPositionSource>();
@@ -24,3 +26,5 @@ std::unique_ptr<NetworkSession> BarePlatform::createNetworkSession()
 {
     return std::make_unique<SystemNetworkSession>();
 }
+
+} // namespace velometer

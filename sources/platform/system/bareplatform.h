@@ -2,6 +2,8 @@
 
 #include "platform/platform.h"
 
+namespace velometer {
+
 /// The machine without modem and position: what its interfaces and its firmware tell.
 class BarePlatform : public Platform
 {
@@ -11,3 +13,5 @@ public:
     std::unique_ptr<DeviceInfoSource> createDeviceInfoSource() override;
     std::unique_ptr<NetworkSession> createNetworkSession() override;
 };
+
+} // namespace velometer

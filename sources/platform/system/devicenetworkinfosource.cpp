@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 namespace {
 
 using Link = NetworkManagerState::Link;
@@ -52,8 +54,9 @@ DeviceNetworkInfoSource::Shown DeviceNetworkInfoSource::look() const
         network.presence() == BusService::Presence::Present && managedState.activated;
     if (managed) {
         now.mode = modeOf(managedState.link, now.modem.mode);
-        if (managedState.link == Link::Wlan)
+        if (managedState.link == Link::Wlan) {
             now.wlan = {NetworkStatus::Connected, managedState.strength, managedState.ssid};
+        }
     } else {
         // A mobile interface has no mode of its own there.
         const NetworkMode mode = interfaces.currentMode();
@@ -61,11 +64,13 @@ DeviceNetworkInfoSource::Shown DeviceNetworkInfoSource::look() const
         now.wlan.status = interfaces.networkStatus(NetworkMode::Wlan);
     }
 
-    if (managed || interfaces.networkStatus(interfaces.currentMode()) == NetworkStatus::Connected)
+    if (managed || interfaces.networkStatus(interfaces.currentMode()) == NetworkStatus::Connected) {
         now.other.status = NetworkStatus::Connected;
+    }
     // A modem that does not tell its radio tells its registration all the same: roaming counts.
-    if (now.mode == NetworkMode::Unknown && !now.modem.path.isEmpty())
+    if (now.mode == NetworkMode::Unknown && !now.modem.path.isEmpty()) {
         now.other = now.mobile;
+    }
     return now;
 }
 
@@ -73,10 +78,12 @@ const DeviceNetworkInfoSource::ModeState &DeviceNetworkInfoSource::stateOf(const
                                                                            NetworkMode mode)
 {
     static const ModeState none;
-    if (mode == NetworkMode::Wlan)
+    if (mode == NetworkMode::Wlan) {
         return all.wlan;
-    if (isMobile(mode))
+    }
+    if (isMobile(mode)) {
         return mode == all.modem.mode ? all.mobile : none;
+    }
     return mode == all.mode ? all.other : none;
 }
 
@@ -89,26 +96,35 @@ void DeviceNetworkInfoSource::refresh()
         // A listener takes status and name of the current mode alone: it has missed those of
         // others.
         const bool isNew = mode == shown.mode && mode != before.mode;
-        if (isNew || is.status != was.status)
+        if (isNew || is.status != was.status) {
             Q_EMIT networkStatusChanged(mode, is.status);
-        if (isNew || is.signal != was.signal)
+        }
+        if (isNew || is.signal != was.signal) {
             Q_EMIT networkSignalStrengthChanged(mode, is.signal);
-        if (isNew || is.name != was.name)
+        }
+        if (isNew || is.name != was.name) {
             Q_EMIT networkNameChanged(mode, is.name);
+        }
     };
 
-    if (shown.modem.mcc != before.modem.mcc)
+    if (shown.modem.mcc != before.modem.mcc) {
         Q_EMIT currentMobileCountryCodeChanged(shown.modem.mcc);
-    if (shown.modem.mnc != before.modem.mnc)
+    }
+    if (shown.modem.mnc != before.modem.mnc) {
         Q_EMIT currentMobileNetworkCodeChanged(shown.modem.mnc);
-    if (shown.modem.homeMcc != before.modem.homeMcc || shown.modem.homeMnc != before.modem.homeMnc)
+    }
+    if (shown.modem.homeMcc != before.modem.homeMcc ||
+        shown.modem.homeMnc != before.modem.homeMnc) {
         Q_EMIT homeOperatorChanged();
+    }
     const auto isFound = [](qint64 is, qint64 was) { return is >= 0 && was < 0; };
     if (isFound(shown.modem.cellId, before.modem.cellId) ||
-        isFound(shown.modem.areaCode, before.modem.areaCode))
+        isFound(shown.modem.areaCode, before.modem.areaCode)) {
         Q_EMIT cellFound();
-    if (shown.mode != before.mode)
+    }
+    if (shown.mode != before.mode) {
         Q_EMIT networkModeChanged(shown.mode);
+    }
     // The modes that were, then those that are, each once.
     QList<NetworkMode> told;
     for (const NetworkMode mode :
@@ -169,3 +185,5 @@ QString DeviceNetworkInfoSource::networkName(NetworkMode mode) const
 {
     return stateOf(shown, mode).name;
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 #include "platform/networkmanager/networkmanagerstate.h"
 #include "platform/system/systemnetworkinfosource.h"
 
+namespace velometer {
+
 class ModemClient;
 class NetworkManagerClient;
 
@@ -60,3 +62,5 @@ private:
     SystemNetworkInfoSource interfaces;
     Shown shown;
 };
+
+} // namespace velometer

@@ -12,6 +12,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr auto modemWait = 2s;
@@ -44,12 +46,14 @@ bool isPlaceholder(const QString &text)
 QString readName(const QString &file)
 {
     QFile source(file);
-    if (!source.open(QIODevice::ReadOnly))
+    if (!source.open(QIODevice::ReadOnly)) {
         return {};
+    }
     QByteArray content = source.read(maxFileBytes);
     // Texts of the device tree end in a zero byte.
-    if (const qsizetype end = content.indexOf('\0'); end >= 0)
+    if (const qsizetype end = content.indexOf('\0'); end >= 0) {
         content.truncate(end);
+    }
     const QString name = BusValue::cleanText(QString::fromUtf8(content));
     return isPlaceholder(name) ? QString() : name;
 }
@@ -78,8 +82,9 @@ SystemDeviceInfoSource::SystemDeviceInfoSource(const ModemClient *modemClient,
         boardManufacturer = boardProduct.section(u' ', 0, 0);
         boardModel = boardProduct.section(u' ', 1);
     }
-    if (complete)
+    if (complete) {
         return;
+    }
     connect(modem, &ModemClient::completed, this, &SystemDeviceInfoSource::finish);
     connect(&timer, &QTimer::timeout, this, &SystemDeviceInfoSource::finish);
     timer.setSingleShot(true);
@@ -88,8 +93,9 @@ SystemDeviceInfoSource::SystemDeviceInfoSource(const ModemClient *modemClient,
 
 void SystemDeviceInfoSource::finish()
 {
-    if (complete)
+    if (complete) {
         return;
+    }
     complete = true;
     timer.stop();
     Q_EMIT completed();
@@ -125,3 +131,5 @@ QString SystemDeviceInfoSource::model() const
     const QString known = firstKnown(modem ? modem->state().model : QString(), boardModel);
     return firstKnown(known, QSysInfo::currentCpuArchitecture());
 }
+
+} // namespace velometer

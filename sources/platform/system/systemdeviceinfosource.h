@@ -4,6 +4,8 @@
 
 #include <QTimer>
 
+namespace velometer {
+
 class ModemClient;
 
 /// The device as its modem, the device tree and the firmware tables tell it, else the operating
@@ -37,3 +39,5 @@ private:
     QTimer timer; ///< the end of waiting for the modem
     bool complete = false;
 };
+
+} // namespace velometer

@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 // Routing tables of a router may be long; a default route stands at their beginning.
@@ -39,8 +41,9 @@ struct Route
 
 void keepBetter(Route &best, const QByteArray &interface, qulonglong metric)
 {
-    if (best.interface.isEmpty() || metric < best.metric)
+    if (best.interface.isEmpty() || metric < best.metric) {
         best = {QString::fromLocal8Bit(interface), metric};
+    }
 }
 
 constexpr uint routeUp = 0x1;
@@ -94,16 +97,20 @@ QString defaultRouteInterface(const QByteArray &ipv4Routes, const QByteArray &ip
     // Iface Destination Gateway Flags RefCnt Use Metric Mask ...
     for (const QByteArray &line : ipv4Routes.split('\n')) {
         const QList<QByteArray> columns = line.simplified().split(' ');
-        if (columns.size() >= 8 && isZero(columns[1]) && isZero(columns[7]) && usable(columns[3]))
+        if (columns.size() >= 8 && isZero(columns[1]) && isZero(columns[7]) && usable(columns[3])) {
             keepBetter(best, columns[0], columns[6].toULongLong());
+        }
     }
-    if (!best.interface.isEmpty())
+    if (!best.interface.isEmpty()) {
         return best.interface;
+    }
     // Destination Prefix Source Prefix NextHop Metric RefCnt Use Flags Iface
     for (const QByteArray &line : ipv6Routes.split('\n')) {
         const QList<QByteArray> columns = line.simplified().split(' ');
-        if (columns.size() >= 10 && isZero(columns[0]) && isZero(columns[1]) && usable(columns[8]))
+        if (columns.size() >= 10 && isZero(columns[0]) && isZero(columns[1]) &&
+            usable(columns[8])) {
             keepBetter(best, columns[9], columns[5].toULongLong(nullptr, 16));
+        }
     }
     return best.interface;
 }
@@ -112,12 +119,15 @@ std::optional<SystemInterface> SystemNetwork::outgoing() const
 {
     std::optional<SystemInterface> first;
     for (const SystemInterface &each : interfaces) {
-        if (!each.up || !each.routable)
+        if (!each.up || !each.routable) {
             continue;
-        if (each.name == defaultRoute)
+        }
+        if (each.name == defaultRoute) {
             return each;
-        if (!first)
+        }
+        if (!first) {
             first = each;
+        }
     }
     return first;
 }
@@ -140,3 +150,5 @@ QString anonymousInterfaceName(const QString &name)
     const QRegularExpressionMatch match = hardwareAddress.match(name);
     return match.hasMatch() ? match.captured(1) + u'x' : name;
 }
+
+} // namespace velometer

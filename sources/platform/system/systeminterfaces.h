@@ -10,6 +10,8 @@
 #include <functional>
 #include <optional>
 
+namespace velometer {
+
 /// A network interface of this machine, as far as the system's back ends care.
 struct SystemInterface
 {
@@ -50,3 +52,5 @@ QString defaultRouteInterface(const QByteArray &ipv4Routes, const QByteArray &ip
 /// Interface names that systems build from the hardware address ("enx0050b6..") without that
 /// address: configuration names travel with reports.
 QString anonymousInterfaceName(const QString &name);
+
+} // namespace velometer

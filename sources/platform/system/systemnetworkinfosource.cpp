@@ -5,6 +5,8 @@
 
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 // Soon enough for a test of ten seconds to notice that the network changed under it.
@@ -83,6 +85,9 @@ void SystemNetworkInfoSource::refresh()
         Q_EMIT networkModeChanged(mode);
         Q_EMIT networkStatusChanged(oldMode, networkStatus(oldMode));
     }
-    if (mode != oldMode || connected != wasConnected)
+    if (mode != oldMode || connected != wasConnected) {
         Q_EMIT networkStatusChanged(mode, networkStatus(mode));
+    }
 }
+
+} // namespace velometer

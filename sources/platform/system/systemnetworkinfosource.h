@@ -5,6 +5,8 @@
 
 #include <QTimer>
 
+namespace velometer {
+
 /// WLAN or Ethernet by the interface that traffic leaves by, looked up every two seconds. A mobile
 /// interface shows as connected in an unknown mode: which radio, operator and cell it uses is known
 /// to the modem alone. No signal strengths and no names.
@@ -35,3 +37,5 @@ private:
     NetworkMode mode = NetworkMode::Unknown;
     bool connected = false;
 };
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 constexpr auto watchInterval = 2s;
@@ -18,12 +20,13 @@ NetworkConfiguration configurationOf(const SystemInterface &interface)
     configuration.name = anonymousInterfaceName(interface.name);
     configuration.purpose = interface.loopback ? NetworkConfiguration::PrivatePurpose
                                                : NetworkConfiguration::UnknownPurpose;
-    if (interface.up && (interface.routable || interface.loopback))
+    if (interface.up && (interface.routable || interface.loopback)) {
         configuration.state = NetworkConfiguration::Active;
-    else if (interface.up)
+    } else if (interface.up) {
         configuration.state = NetworkConfiguration::Discovered;
-    else
+    } else {
         configuration.state = NetworkConfiguration::Defined;
+    }
     configuration.valid = true;
     return configuration;
 }
@@ -47,16 +50,18 @@ QList<NetworkConfiguration> SystemNetworkSession::allConfigurations() const
 {
     QList<NetworkConfiguration> list;
     const SystemNetwork network = lookUp();
-    for (const SystemInterface &interface : network.interfaces)
+    for (const SystemInterface &interface : network.interfaces) {
         list.append(configurationOf(interface));
+    }
     return list;
 }
 
 NetworkConfiguration SystemNetworkSession::defaultConfiguration() const
 {
     const SystemNetwork network = lookUp();
-    if (const std::optional<SystemInterface> outgoing = network.outgoing())
+    if (const std::optional<SystemInterface> outgoing = network.outgoing()) {
         return configurationOf(*outgoing);
+    }
     const QList<SystemInterface> &interfaces = network.interfaces;
     const auto loopback = std::find_if(interfaces.begin(), interfaces.end(),
                                        [](const SystemInterface &each) { return each.loopback; });
@@ -97,9 +102,12 @@ void SystemNetworkSession::watch()
     const SystemNetwork network = lookUp();
     const bool there = openedOnNetwork ? network.outgoing().has_value() : anythingUp(network);
     looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
-    if (looksWithoutNetwork < looksUntilLost)
+    if (looksWithoutNetwork < looksUntilLost) {
         return;
+    }
     watchTimer.stop();
     sessionOpen = false;
     Q_EMIT error(SessionAbortedError);
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 
 #include <QTimer>
 
+namespace velometer {
+
 /// The interfaces of this machine as configurations. Interfaces are brought up by the system, not
 /// from here: opening succeeds when one is up, loopback included, so that a machine without a
 /// network can measure against a service of its own. An open session is lost when it opened with a
@@ -34,3 +36,5 @@ private:
     bool openedOnNetwork = false; ///< not on loopback alone
     int looksWithoutNetwork = 0;
 };
+
+} // namespace velometer

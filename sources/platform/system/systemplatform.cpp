@@ -10,6 +10,8 @@
 
 #include <utility>
 
+namespace velometer {
+
 namespace {
 
 using Missing = PlatformFacts::Missing;
@@ -76,22 +78,26 @@ PlatformFacts SystemPlatform::facts() const
     facts.connectivity = state.connectivity;
     facts.ssid = state.ssid;
 
-    if (modem->presence() == Presence::NoBus)
+    if (modem->presence() == Presence::NoBus) {
         facts.missing.append(Missing::SystemBus);
-    else if (!modem->isComplete() || modem->presence() == Presence::Silent)
+    } else if (!modem->isComplete() || modem->presence() == Presence::Silent) {
         facts.missing.append(Missing::ModemServiceAnswer);
-    else if (modem->presence() == Presence::Absent)
+    } else if (modem->presence() == Presence::Absent) {
         facts.missing.append(Missing::ModemService);
-    else if (modem->state().path.isEmpty())
+    } else if (modem->state().path.isEmpty()) {
         facts.missing.append(Missing::Modem);
+    }
 
     if (network.presence() != Presence::NoBus) {
-        if (!network.isComplete() || network.presence() == Presence::Silent)
+        if (!network.isComplete() || network.presence() == Presence::Silent) {
             facts.missing.append(Missing::NetworkManagerAnswer);
-        else if (network.presence() == Presence::Absent)
+        } else if (network.presence() == Presence::Absent) {
             facts.missing.append(Missing::NetworkManager);
-        else if (!state.activated)
+        } else if (!state.activated) {
             facts.missing.append(Missing::PrimaryConnection);
+        }
     }
     return facts;
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class ModemClient;
 
 /// The machine the program runs on: modem and network as their services on the system bus show
@@ -32,3 +34,5 @@ private:
     const std::unique_ptr<ModemClient> modem;
     NetworkManagerClient network;
 };
+
+} // namespace velometer

@@ -1,5 +1,7 @@
 #include "ui/details/detailscategory.h"
 
+namespace velometer {
+
 DetailsCategory::DetailsCategory(const QString &categoryTitle)
     : title(categoryTitle)
 {}
@@ -9,3 +11,5 @@ void DetailsCategory::addItem(const QString &itemTitle, const QString &descripti
 {
     items.append({itemTitle, description, value});
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+namespace velometer {
+
 /// A titled group of rows of the details window. A plain value.
 class DetailsCategory
 {
@@ -20,3 +22,5 @@ private:
     QString title;
     QList<DetailsItem> items;
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace velometer {
+
 /// One row of the details window, as shown.
 struct DetailsItem
 {
@@ -9,3 +11,5 @@ struct DetailsItem
     QString description; ///< empty when the title says it all
     QString value;
 };
+
+} // namespace velometer

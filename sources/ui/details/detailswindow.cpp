@@ -19,6 +19,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Lets the page be painted before the rows are built.
@@ -49,61 +51,78 @@ struct Category
 const QList<Category> &categoryTable()
 {
     static const QList<Category> table{
-        {QT_TRANSLATE_NOOP("DetailsWindow", "Performance Data"),
-         {{QT_TRANSLATE_NOOP("DetailsWindow", "Download Average"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "over 5 seconds"), "downloadAverage"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Download Maximum"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "fastest second"), "downloadMaximum"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Upload Average"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "over 5 seconds"), "uploadAverage"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Upload Maximum"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "fastest second"), "uploadMaximum"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "RTT Average"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "over 3 \"TCP Connect Time\""), "rttAverage"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "RTT Minimum"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "min \"TCP Connect Time\""), "rttMinimum"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Downloaded Bytes"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "whole test"), "downloadedBytes"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Uploaded Bytes"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "whole test"), "uploadedBytes"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Total transferred Bytes"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "whole test"), "totalBytes"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Data Budget"), nullptr, "budgetReached"_L1, true}}},
-        {QT_TRANSLATE_NOOP("DetailsWindow", "Device Information"),
-         {{QT_TRANSLATE_NOOP("DetailsWindow", "Connectiontype(s)"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "during test cycle"), "connectionType"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "NetworkCell"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "at the end of the test"), "networkCell"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "GSM Signalstrength"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "at the end of the test"), "gsmSignalStrength"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "External IP"), nullptr, "deviceIP"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Device IP"), nullptr, "externalIP"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Device Latitude"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "at the end of the test"), "deviceLatitude"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Device Longitude"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "at the end of the test"), "deviceLongitude"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Device Altitude"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "at the end of the test"), "deviceAltitude"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Distance Traveled"),
-           QT_TRANSLATE_NOOP("DetailsWindow", "during test, in meters"), "deviceDistance"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Average Velocity"), nullptr, "deviceVelocity"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Vert. Accuracy of GPS/Network"), nullptr,
+        {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Performance Data"),
+         {{QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Download Average"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "over 5 seconds"), "downloadAverage"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Download Maximum"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "fastest second"), "downloadMaximum"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Upload Average"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "over 5 seconds"), "uploadAverage"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Upload Maximum"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "fastest second"), "uploadMaximum"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "RTT Average"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "over 3 \"TCP Connect Time\""),
+           "rttAverage"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "RTT Minimum"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "min \"TCP Connect Time\""),
+           "rttMinimum"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Downloaded Bytes"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "whole test"), "downloadedBytes"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Uploaded Bytes"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "whole test"), "uploadedBytes"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Total transferred Bytes"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "whole test"), "totalBytes"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Data Budget"), nullptr,
+           "budgetReached"_L1, true}}},
+        {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device Information"),
+         {{QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Connectiontype(s)"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "during test cycle"), "connectionType"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "NetworkCell"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "at the end of the test"),
+           "networkCell"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "GSM Signalstrength"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "at the end of the test"),
+           "gsmSignalStrength"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "External IP"), nullptr, "deviceIP"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device IP"), nullptr, "externalIP"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device Latitude"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "at the end of the test"),
+           "deviceLatitude"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device Longitude"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "at the end of the test"),
+           "deviceLongitude"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device Altitude"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "at the end of the test"),
+           "deviceAltitude"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Distance Traveled"),
+           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "during test, in meters"),
+           "deviceDistance"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Average Velocity"), nullptr,
+           "deviceVelocity"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Vert. Accuracy of GPS/Network"), nullptr,
            "deviceAccuracyVert"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Hor. Accuracy of GPS/Network"), nullptr,
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Hor. Accuracy of GPS/Network"), nullptr,
            "deviceAccuracyHor"_L1}}},
-        {QT_TRANSLATE_NOOP("DetailsWindow", "Test Server Info"),
-         {{QT_TRANSLATE_NOOP("DetailsWindow", "Server Name"), nullptr, "testServerName"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Server Domain"), nullptr, "testServerDomain"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Server IP"), nullptr, "testServerIP"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Server Port"), nullptr, "testServerPort"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Server Country"), nullptr, "testServerCountry"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Server State"), nullptr, "testServerState"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Server City"), nullptr, "testServerCity"_L1}}},
-        {QT_TRANSLATE_NOOP("DetailsWindow", "Test Info"),
-         {{QT_TRANSLATE_NOOP("DetailsWindow", "Date of Test"), nullptr, "testDate"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Time of Test"), nullptr, "testTime"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Test Series ID"), nullptr, "testSeriesId"_L1},
-          {QT_TRANSLATE_NOOP("DetailsWindow", "Test ID"), nullptr, "testTestId"_L1}}},
+        {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Test Server Info"),
+         {{QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server Name"), nullptr,
+           "testServerName"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server Domain"), nullptr,
+           "testServerDomain"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server IP"), nullptr, "testServerIP"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server Port"), nullptr,
+           "testServerPort"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server Country"), nullptr,
+           "testServerCountry"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server State"), nullptr,
+           "testServerState"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server City"), nullptr,
+           "testServerCity"_L1}}},
+        {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Test Info"),
+         {{QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Date of Test"), nullptr, "testDate"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Time of Test"), nullptr, "testTime"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Test Series ID"), nullptr,
+           "testSeriesId"_L1},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Test ID"), nullptr, "testTestId"_L1}}},
     };
     return table;
 }
@@ -111,10 +130,12 @@ const QList<Category> &categoryTable()
 /// As the details format it, but for degrees, which they would cut to whole ones.
 QString valueText(const TestDetails &details, const QString &key)
 {
-    if (key != "deviceLatitude"_L1 && key != "deviceLongitude"_L1)
+    if (key != "deviceLatitude"_L1 && key != "deviceLongitude"_L1) {
         return details.getFormatedStringByKey(key).left(shownLength);
-    if (!details.hasGPSCoordinates())
+    }
+    if (!details.hasGPSCoordinates()) {
         return TestDetails::tr("n/a");
+    }
     return QString::number(details.getDouble(key), 'f', degreeDecimals).left(shownLength);
 }
 
@@ -151,8 +172,9 @@ DetailsWindow::~DetailsWindow()
 void DetailsWindow::retranslate()
 {
     ui->retranslateUi(this);
-    if (shownId != 0 && !showTimer.isActive())
+    if (shownId != 0 && !showTimer.isActive()) {
         setTestResultsImpl();
+    }
 }
 
 void DetailsWindow::setTestResults(const DBTestResults *results)
@@ -169,8 +191,9 @@ void DetailsWindow::setTestResultsImpl()
     showPleaseWait(false);
     Utils::addLogEntry(u"Setup Details Window for TestId: %1"_s.arg(shownId));
     const auto details = readDetails();
-    if (!details)
+    if (!details) {
         return;
+    }
     categories = setupDetailsCategories(details.get());
     addRows();
     ui->scrollArea->verticalScrollBar()->setValue(0);
@@ -179,8 +202,9 @@ void DetailsWindow::setTestResultsImpl()
 std::unique_ptr<TestDetails> DetailsWindow::readDetails() const
 {
     auto details = gDB->getDetailsById(shownId);
-    if (!details)
+    if (!details) {
         Utils::addLogEntry(u"NO DETAILS FOUND FOR ID: %1"_s.arg(shownId));
+    }
     return details;
 }
 
@@ -196,8 +220,9 @@ void DetailsWindow::addRows()
             row->setData(item.title, item.description, item.value);
             ui->contentsLayout->addWidget(row);
         }
-        if (category == categories.first())
+        if (category == categories.first()) {
             addPlot();
+        }
     }
     ui->contentsLayout->addStretch();
 }
@@ -208,8 +233,9 @@ void DetailsWindow::addPlot()
     plot->setProperty("onPaper", true);
     plot->setValues(Result::Download, gDB->getIntervals(shownId, Result::Download));
     plot->setValues(Result::Upload, gDB->getIntervals(shownId, Result::Upload));
-    if (!plot->isEmpty())
+    if (!plot->isEmpty()) {
         ui->contentsLayout->addWidget(plot.release());
+    }
 }
 
 void DetailsWindow::clearExistingWidgets()
@@ -240,8 +266,9 @@ QList<DetailsCategory *> DetailsWindow::setupDetailsCategories(const TestDetails
         list.append(new DetailsCategory(tr(category.title)));
         for (const Row &row : category.rows) {
             const QString value = valueText(*details, row.key);
-            if (row.onlyWithValue && value.isEmpty())
+            if (row.onlyWithValue && value.isEmpty()) {
                 continue;
+            }
             list.last()->addItem(tr(row.title), row.description ? tr(row.description) : QString(),
                                  value);
         }
@@ -258,8 +285,9 @@ void DetailsWindow::deleteCategories(QList<DetailsCategory *> &list)
 void DetailsWindow::on_pushButton_clicked()
 {
     const auto details = readDetails();
-    if (!details)
+    if (!details) {
         return;
+    }
     Utils::addLogEntry(u"Setup Details Window for TestId: %1"_s.arg(shownId));
     QList<DetailsCategory *> summary = setupDetailsCategories(details.get());
 
@@ -268,8 +296,9 @@ void DetailsWindow::on_pushButton_clicked()
     QString body = tr("Summary for the current measurement:") + "\n\n"_L1;
     for (const DetailsCategory *category : std::as_const(summary)) {
         body += category->getTitle() + u'\n' + separatorLine;
-        for (const DetailsItem &item : category->getItems())
+        for (const DetailsItem &item : category->getItems()) {
             body += u"%1:\t%2\n"_s.arg(item.title, item.value);
+        }
         body += "\n\n"_L1;
     }
     body += tr("Link to the measurements:") + u'\n' +
@@ -283,3 +312,5 @@ void DetailsWindow::on_pushButton_clicked()
     ui->notice->openMail(address, deployment.feedbackMailbox);
     Utils::addLogEntry(u"URL (Qt): %1..."_s.arg(address.left(loggedLength)));
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class DBTestResults;
 class DetailsCategory;
 class TestDetails;
@@ -57,3 +59,5 @@ private:
     qulonglong shownId = 0; ///< row id of the test; 0 before there is one
     QList<DetailsCategory *> categories;
 };
+
+} // namespace velometer

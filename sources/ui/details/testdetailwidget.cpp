@@ -4,6 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 TestDetailWidget::TestDetailWidget(QWidget *parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::TestDetailWidget>())
@@ -39,3 +41,5 @@ void TestDetailWidget::state(bool heading)
                             "QLabel#title { font-weight: bold; }"_s
                           : QString());
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class TestDetailWidget;
 }
@@ -28,3 +30,5 @@ private:
 
     const std::unique_ptr<Ui::TestDetailWidget> ui;
 };
+
+} // namespace velometer

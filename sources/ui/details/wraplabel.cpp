@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace velometer {
+
 namespace {
 
 constexpr int mostHeight = 100000; // px, more than any text that is shown
@@ -58,3 +60,5 @@ void WrapLabel::paintEvent(QPaintEvent * /*event*/)
     style()->drawItemText(&painter, contentsRect(), textFlags(contentsRect().width()), palette(),
                           isEnabled(), text(), foregroundRole());
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QLabel>
 
+namespace velometer {
+
 /// Plain text on as many lines as it needs, broken between words; inside them where one is too long
 /// for a line, so the text never asks for more width than there is.
 class WrapLabel : public QLabel
@@ -22,3 +24,5 @@ protected:
 private:
     int textFlags(int width) const;
 };
+
+} // namespace velometer

@@ -16,6 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr QColor beyondTheWorld(0xb9, 0xd9, 0xeb);
@@ -60,8 +62,9 @@ void GeoMap::setCenter(const QGeoCoordinate &coordinate)
 void GeoMap::setZoomLevel(int level)
 {
     const int bounded = std::clamp(level, Mercator::minimumZoom, Mercator::maximumZoom);
-    if (bounded == view.zoom)
+    if (bounded == view.zoom) {
         return;
+    }
     view.zoom = bounded;
     forgetGroups();
     viewChanged();
@@ -98,8 +101,9 @@ void GeoMap::removeMapObject(MapObject *object)
     // The last one added is mostly the first to go.
     const auto removeFrom = [object](auto &list) {
         const auto found = std::find(list.rbegin(), list.rend(), object);
-        if (found != list.rend())
+        if (found != list.rend()) {
             list.erase(std::next(found).base());
+        }
     };
     removeFrom(labels);
     removeFrom(ground);
@@ -119,20 +123,24 @@ std::vector<MapObject *> GeoMap::mapObjectsAt(QPointF point) const
     groupMarkers();
     std::vector<MapObject *> found;
     const auto consider = [&](MapObject *object) {
-        if (object->contains(view, point))
+        if (object->contains(view, point)) {
             found.push_back(object);
+        }
     };
     std::for_each(labels.begin(), labels.end(), consider);
     for (const auto &[marker, tip] : fannedOut()) {
-        if (Marker::rectAt(tip).contains(point))
+        if (Marker::rectAt(tip).contains(point)) {
             found.push_back(marker);
+        }
     }
-    if (fan.cluster)
+    if (fan.cluster) {
         consider(fan.cluster);
+    }
     std::for_each(singles.begin(), singles.end(), consider);
     for (const auto &cluster : clusters) {
-        if (cluster.get() != fan.cluster)
+        if (cluster.get() != fan.cluster) {
             consider(cluster.get());
+        }
     }
     std::for_each(ground.begin(), ground.end(), consider);
     return found;
@@ -169,8 +177,9 @@ void GeoMap::viewChanged()
             return distance(a) < distance(b);
         });
         for (const Square &square : visible) {
-            if (!tiles.contains(square.tile))
+            if (!tiles.contains(square.tile)) {
                 tiles += square.tile;
+            }
         }
     }
     provider.setVisible(tiles);
@@ -180,8 +189,9 @@ void GeoMap::viewChanged()
 
 void GeoMap::tileArrived(const TileId &tile)
 {
-    if (tile.zoom == view.zoom)
+    if (tile.zoom == view.zoom) {
         update();
+    }
 }
 
 std::vector<GeoMap::Square> GeoMap::squares() const
@@ -217,18 +227,21 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
     painter->fillRect(view.rect(), beyondTheWorld);
     bool pictured = false;
     for (const Square &square : squares()) {
-        if (paintSquare(*painter, square))
+        if (paintSquare(*painter, square)) {
             pictured = true;
+        }
     }
 
     // Each object leaves pen, brush and font as it needs them.
     const QRectF visible = view.rect();
     const auto paintIfVisible = [&](const MapObject &object) {
-        if (object.boundingRect(view).intersects(visible))
+        if (object.boundingRect(view).intersects(visible)) {
             object.paint(*painter, view);
+        }
     };
-    for (const MapObject *object : ground)
+    for (const MapObject *object : ground) {
         paintIfVisible(*object);
+    }
     painter->setOpacity(fan.cluster ? besideFan : 1);
     std::for_each(clusters.rbegin(), clusters.rend(),
                   [&](const auto &cluster) { paintIfVisible(*cluster); });
@@ -237,10 +250,12 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
     painter->setOpacity(1);
     paintFan(*painter);
     // The bare outline is nobody's work but ours.
-    if (pictured)
+    if (pictured) {
         paintCredits(*painter);
-    for (const MapObject *label : labels)
+    }
+    for (const MapObject *label : labels) {
         paintIfVisible(*label);
+    }
     if (keyboardFocus) {
         painter->setBrush(Qt::NoBrush);
         painter->setPen(QPen(focusColour, 3));
@@ -255,15 +270,17 @@ bool GeoMap::paintSquare(QPainter &painter, const Square &square)
         return true;
     };
     const QPixmap own = provider.tile(square.tile);
-    if (!own.isNull())
+    if (!own.isNull()) {
         return draw(own, own.rect());
+    }
     const QPixmap plain = outline.tile(square.tile);
     draw(plain, plain.rect());
     for (int levels = 1; levels <= std::min(coarsestAncestor, square.tile.zoom); ++levels) {
         const TileId ancestor = square.tile.ancestor(levels);
         const QPixmap coarse = provider.tile(ancestor);
-        if (coarse.isNull())
+        if (coarse.isNull()) {
             continue;
+        }
         const int parts = 1 << levels;
         const QSizeF part = QSizeF(coarse.size()) / parts;
         const QPointF corner((square.tile.x % parts) * part.width(),
@@ -278,10 +295,12 @@ void GeoMap::paintCredits(QPainter &painter) const
     // The words are the deployment's; those of the built-in one have translations.
     static constexpr const char *builtIn = QT_TR_NOOP("(c) OpenStreetMap contributors");
     QString text = provider.attribution();
-    if (text == QLatin1StringView(builtIn))
+    if (text == QLatin1StringView(builtIn)) {
         text = tr(builtIn);
-    if (text.isEmpty())
+    }
+    if (text.isEmpty()) {
         return;
+    }
     text.replace("(c)"_L1, u"\u00a9"_s, Qt::CaseInsensitive);
     QFont font = painter.font();
     font.setBold(false);
@@ -298,28 +317,33 @@ void GeoMap::paintCredits(QPainter &painter) const
 
 void GeoMap::paintFan(QPainter &painter) const
 {
-    if (!fan.cluster)
+    if (!fan.cluster) {
         return;
+    }
     const QPointF disc = fan.cluster->boundingRect(view).center();
     const auto fanned = fannedOut();
     painter.setPen(QPen(QColor(0x17, 0x1b, 0x1f), 2));
-    for (const auto &[marker, tip] : fanned)
+    for (const auto &[marker, tip] : fanned) {
         painter.drawLine(disc, tip);
-    for (const auto &[marker, tip] : fanned)
+    }
+    for (const auto &[marker, tip] : fanned) {
         marker->paintAt(painter, tip);
+    }
     fan.cluster->paint(painter, view);
 }
 
 void GeoMap::groupMarkers() const
 {
-    if (markersGrouped)
+    if (markersGrouped) {
         return;
+    }
     markersGrouped = true;
     for (auto &group : MarkerCluster::grouped(markers, view.zoom)) {
-        if (group.size() == 1)
+        if (group.size() == 1) {
             singles.push_back(group.front());
-        else
+        } else {
             clusters.push_back(std::make_unique<MarkerCluster>(std::move(group)));
+        }
     }
 }
 
@@ -345,8 +369,9 @@ void GeoMap::openCluster(MarkerCluster *cluster)
     const size_t count = cluster->members().size();
     const size_t first = fan.cluster == cluster ? fan.first + markersInFan : 0;
     closeFan();
-    if (first >= count)
+    if (first >= count) {
         return;
+    }
     fan = {cluster, first};
     if (count > markersInFan) {
         cluster->setCaption(
@@ -359,8 +384,9 @@ void GeoMap::openCluster(MarkerCluster *cluster)
 void GeoMap::bringFanIntoView()
 {
     QRectF area = fan.cluster->boundingRect(view);
-    for (const auto &[marker, tip] : fannedOut())
+    for (const auto &[marker, tip] : fannedOut()) {
         area |= Marker::rectAt(tip);
+    }
     const double right = view.controls.isEmpty()
                              ? view.size.width()
                              : std::min(view.size.width(), view.controls.left());
@@ -373,8 +399,9 @@ void GeoMap::bringFanIntoView()
 
 void GeoMap::closeFan()
 {
-    if (fan.cluster)
+    if (fan.cluster) {
         fan.cluster->setCaption({});
+    }
     fan = {};
     update();
 }
@@ -382,8 +409,9 @@ void GeoMap::closeFan()
 std::vector<std::pair<Marker *, QPointF>> GeoMap::fannedOut() const
 {
     std::vector<std::pair<Marker *, QPointF>> result;
-    if (!fan.cluster)
+    if (!fan.cluster) {
         return result;
+    }
     const auto &members = fan.cluster->members();
     const size_t last = std::min(members.size(), fan.first + markersInFan);
     const double steps = static_cast<double>(last - fan.first) - 1;
@@ -412,8 +440,9 @@ void GeoMap::mousePressEvent(QGraphicsSceneMouseEvent *event)
 
 void GeoMap::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
 {
-    if (!panActive)
+    if (!panActive) {
         return;
+    }
     const QPointF moved = event->lastPos() - event->pos();
     pan(static_cast<int>(moved.x()), static_cast<int>(moved.y()));
 }
@@ -426,19 +455,23 @@ void GeoMap::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     const int way = (event->screenPos() - pressedAt).manhattanLength();
     const bool tapped = way < QGuiApplication::styleHints()->startDragDistance();
     const bool onObject = std::exchange(markerPressed, false);
-    if (!tapped)
+    if (!tapped) {
         return;
-    if (!onObject)
+    }
+    if (!onObject) {
         return closeFan();
+    }
     const auto under = mapObjectsAt(event->pos());
-    if (std::find(under.begin(), under.end(), pressed) == under.end())
+    if (std::find(under.begin(), under.end(), pressed) == under.end()) {
         return;
-    if (auto *marker = dynamic_cast<Marker *>(pressed))
+    }
+    if (auto *marker = dynamic_cast<Marker *>(pressed)) {
         Q_EMIT clicked(marker);
-    else if (auto *label = dynamic_cast<MapTextObject *>(pressed))
+    } else if (auto *label = dynamic_cast<MapTextObject *>(pressed)) {
         Q_EMIT clickedPopup(label);
-    else if (auto *cluster = dynamic_cast<MarkerCluster *>(pressed))
+    } else if (auto *cluster = dynamic_cast<MarkerCluster *>(pressed)) {
         openCluster(cluster);
+    }
 }
 
 void GeoMap::wheelEvent(QGraphicsSceneWheelEvent *event)
@@ -488,3 +521,5 @@ void GeoMap::resizeEvent(QGraphicsSceneResizeEvent *event)
     QGraphicsWidget::resizeEvent(event);
     viewChanged();
 }
+
+} // namespace velometer

@@ -9,6 +9,8 @@
 #include <memory>
 #include <vector>
 
+namespace velometer {
+
 class MapProvider;
 class MapTextObject;
 
@@ -123,3 +125,5 @@ private:
     mutable std::vector<std::unique_ptr<MarkerCluster>> clusters;
     Fan fan;
 };
+
+} // namespace velometer

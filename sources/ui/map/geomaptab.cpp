@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Half round the earth; nobody's accuracy is worse.
@@ -42,8 +44,9 @@ GeoMapTab::~GeoMapTab()
 
 void GeoMapTab::showResultsOnMap()
 {
-    if (!initialised)
+    if (!initialised) {
         initializeMap();
+    }
     std::vector<TestLocation> found = gDB->getLocationsOfTests();
     // What another program put into the store may lie nowhere on earth.
     std::erase_if(found, [](const TestLocation &location) {
@@ -51,8 +54,9 @@ void GeoMapTab::showResultsOnMap()
     });
     if (!found.empty()) {
         QVector<Marker *> markers;
-        for (const TestLocation &location : found)
+        for (const TestLocation &location : found) {
             markers += markerOf(location).release();
+        }
         mapwidget->showResultsOnMap(markers);
         locations = std::move(found);
     }
@@ -62,23 +66,26 @@ void GeoMapTab::showResultsOnMap()
 void GeoMapTab::clearMarkers()
 {
     locations.clear();
-    if (mapwidget)
+    if (mapwidget) {
         mapwidget->clearMarkers();
+    }
     describe();
 }
 
 void GeoMapTab::pauseDownloads(bool on)
 {
     downloadsPaused = on;
-    if (serviceProvider)
+    if (serviceProvider) {
         serviceProvider->setPaused(on);
+    }
 }
 
 void GeoMapTab::initializeMap()
 {
     const QStringList providers = MapProvider::available();
-    for (qsizetype i = 0; i < providers.size(); ++i)
+    for (qsizetype i = 0; i < providers.size(); ++i) {
         Utils::addLogEntry(u"Provider %1: %2"_s.arg(i).arg(providers[i]));
+    }
     serviceProvider = MapProvider::create(providers.constFirst());
     serviceProvider->setPaused(downloadsPaused);
     mapwidget = new MapsWidget(this);
@@ -111,12 +118,14 @@ void GeoMapTab::retranslate()
 {
     ui->retranslateUi(this);
     describe();
-    if (!mapwidget)
+    if (!mapwidget) {
         return;
+    }
     mapwidget->closeLabel();
     const auto &markers = mapwidget->shownMarkers();
-    for (size_t i = 0; i < markers.size(); ++i)
+    for (size_t i = 0; i < markers.size(); ++i) {
         markers[i]->setPopupText(popupTextOf(locations[i]));
+    }
     mapwidget->map()->update();
 }
 
@@ -125,8 +134,9 @@ std::unique_ptr<Marker> GeoMapTab::markerOf(const TestLocation &location)
     auto marker = std::make_unique<Marker>(Marker::typeOf(location.connectionType));
     marker->setPopupText(popupTextOf(location));
     marker->setCoordinate({location.latitude, location.longitude});
-    if (std::isfinite(location.accuracy))
+    if (std::isfinite(location.accuracy)) {
         marker->setPrecision(static_cast<int>(std::clamp(location.accuracy, 0.0, worstAccuracy)));
+    }
     return marker;
 }
 
@@ -136,3 +146,5 @@ QString GeoMapTab::popupTextOf(const TestLocation &location)
            tr("DownloadSpeed:") + kiloBits(location.downloadSpeed) + u'\n' + tr("UploadSpeed:") +
            kiloBits(location.uploadSpeed);
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 #include <memory>
 #include <vector>
 
+namespace velometer {
+
 class MapProvider;
 class MapsWidget;
 class Marker;
@@ -54,3 +56,5 @@ private:
     bool downloadsPaused = false;
     std::vector<TestLocation> locations; ///< of the markers, in their order
 };
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <array>
 
+namespace velometer {
+
 namespace {
 
 constexpr QColor fill(100, 100, 255, 150);
@@ -32,8 +34,9 @@ bool MapCircleObject::contains(const MapView &view, QPointF point) const
 void MapCircleObject::paint(QPainter &painter, const MapView &view) const
 {
     const double r = pixelRadius(view);
-    if (r <= 0)
+    if (r <= 0) {
         return;
+    }
     // A circle that reaches beyond the view on all sides may be larger than a painter can count.
     const QRectF rect = view.rect();
     const std::array corners{rect.topLeft(), rect.topRight(), rect.bottomLeft(),
@@ -47,3 +50,5 @@ void MapCircleObject::paint(QPainter &painter, const MapView &view) const
     painter.setPen(edge);
     painter.drawEllipse(view.toScreen(world()), r, r);
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include "ui/map/mapobject.h"
 
+namespace velometer {
+
 /// A disc on the ground around its coordinate: how accurate a position is.
 class MapCircleObject : public MapObject
 {
@@ -18,3 +20,5 @@ private:
 
     double radius = 0;
 };
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 class QPainter;
 
+namespace velometer {
+
 /// Something that lies on a map at a coordinate. The map borrows it: whoever adds an object removes
 /// it before it dies.
 class MapObject
@@ -36,3 +38,5 @@ private:
     QGeoCoordinate onEarth{0, 0};
     QPointF inWorld{0.5, 0.5};
 };
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 QStringList MapProvider::available()
 {
     return {u"tiles"_s, u"outline"_s};
@@ -13,9 +15,13 @@ QStringList MapProvider::available()
 
 std::unique_ptr<MapProvider> MapProvider::create(const QString &name)
 {
-    if (name == "tiles"_L1)
+    if (name == "tiles"_L1) {
         return std::make_unique<TileSource>(Deployment::current(), TileSource::cacheDirectory());
-    if (name == "outline"_L1)
+    }
+    if (name == "outline"_L1) {
         return std::make_unique<OutlineProvider>();
+    }
     return nullptr;
 }
+
+} // namespace velometer

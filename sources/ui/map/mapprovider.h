@@ -9,6 +9,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 /// Where a map gets its pictures from, tile by tile. tile() never blocks on a network: a picture
 /// that is not there yet is announced by tileReady() when it has come. Main thread only.
 class MapProvider : public QObject
@@ -41,3 +43,5 @@ Q_SIGNALS:
 protected:
     MapProvider() = default;
 };
+
+} // namespace velometer

@@ -14,6 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int resultsZoom = 12;
@@ -37,8 +39,9 @@ MapsWidget::MapsWidget(QWidget *parent)
 MapsWidget::~MapsWidget()
 {
     // The map goes before the objects on it, and the view must not look at a scene that has gone.
-    if (d->view)
+    if (d->view) {
         d->view->setScene(nullptr);
+    }
     d->scene.reset();
 }
 
@@ -86,8 +89,9 @@ void MapsWidget::showResultsOnMap(QVector<Marker *> markers)
         marks.emplace_back(marker);
         d->map->addMapObject(marker);
     }
-    if (!marks.empty())
+    if (!marks.empty()) {
         d->map->setCenter(marks.front()->coordinate());
+    }
     d->map->setZoomLevel(resultsZoom);
 }
 
@@ -99,8 +103,9 @@ void MapsWidget::markerClicked(Marker *marker)
 
 void MapsWidget::step(int by)
 {
-    if (marks.empty())
+    if (marks.empty()) {
         return;
+    }
     const auto last = static_cast<qsizetype>(marks.size()) - 1;
     Marker *marker = marks[static_cast<size_t>(std::clamp<qsizetype>(current + by, 0, last))].get();
     d->map->setCenter(marker->coordinate());
@@ -129,25 +134,29 @@ void MapsWidget::open(Marker *marker)
 
 void MapsWidget::markerClickedPopup(MapTextObject *label)
 {
-    if (label == popupmark.get())
+    if (label == popupmark.get()) {
         closeLabel();
+    }
 }
 
 void MapsWidget::closeLabel()
 {
-    if (!popupmark)
+    if (!popupmark) {
         return;
+    }
     removeLabel();
     Q_EMIT labelChanged();
 }
 
 void MapsWidget::removeLabel()
 {
-    if (popupmark)
+    if (popupmark) {
         d->map->removeMapObject(popupmark.get());
+    }
     popupmark.reset();
-    if (circlemark)
+    if (circlemark) {
         d->map->removeMapObject(circlemark.get());
+    }
     circlemark.reset();
 }
 
@@ -165,17 +174,19 @@ void MapsWidget::clearMarkers()
 // What the map has no use for, its view hands on to here.
 void MapsWidget::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Escape && popupmark)
+    if (event->key() == Qt::Key_Escape && popupmark) {
         closeLabel();
-    else
+    } else {
         QWidget::keyPressEvent(event);
+    }
 }
 
 void MapsWidget::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    if (d->map)
+    if (d->map) {
         layOut();
+    }
 }
 
 void MapsWidget::layOut()
@@ -193,13 +204,17 @@ void MapsWidget::layOut()
 void MapsWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    if (d->map)
+    if (d->map) {
         d->map->setShown(true);
+    }
 }
 
 void MapsWidget::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
-    if (d->map)
+    if (d->map) {
         d->map->setShown(false);
+    }
 }
+
+} // namespace velometer

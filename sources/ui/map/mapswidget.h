@@ -7,11 +7,14 @@
 
 #include <memory>
 
+class QGraphicsView;
+
+namespace velometer {
+
 class GeoMap;
 class MapCircleObject;
 class MapProvider;
 class MapTextObject;
-class QGraphicsView;
 
 /// The map with its zoom bar in a graphics view, the markers on it, and the label and the accuracy
 /// circle of the marker tapped last or stepped to with the keys. Escape closes the two. Owns all of
@@ -71,3 +74,5 @@ private:
     std::unique_ptr<MapCircleObject> circlemark;
     qsizetype current = -1; ///< index in marks of the one opened last, -1 for none
 };
+
+} // namespace velometer

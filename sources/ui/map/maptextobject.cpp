@@ -3,6 +3,8 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
+namespace velometer {
+
 namespace {
 
 constexpr int fontSize = 16; // px
@@ -58,3 +60,5 @@ void MapTextObject::paint(QPainter &painter, const MapView &view) const
     painter.setPen(Qt::black);
     painter.drawText(box.adjusted(padding, padding, -padding, -padding), textFlags, text);
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 #include <QFont>
 #include <QString>
 
+namespace velometer {
+
 /// A label of one or more lines in a white box beside its coordinate. It is moved rather than cut
 /// off: as long as the coordinate is in view, no part of the label leaves the view or slips under
 /// the controls on it.
@@ -28,3 +30,5 @@ private:
     QPoint offset;
     QFont font;
 };
+
+} // namespace velometer

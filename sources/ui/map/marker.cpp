@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 QString iconOf(Marker::MarkerType type)
@@ -26,11 +28,13 @@ QString iconOf(Marker::MarkerType type)
 QPixmap scaledIcon(const QString &file)
 {
     QPixmap icon;
-    if (QPixmapCache::find(file, &icon))
+    if (QPixmapCache::find(file, &icon)) {
         return icon;
+    }
     icon = QPixmap(file);
-    if (icon.isNull())
+    if (icon.isNull()) {
         return icon;
+    }
     icon = icon.scaledToWidth(qRound(Marker::width * icon.devicePixelRatio()),
                               Qt::SmoothTransformation);
     QPixmapCache::insert(file, icon);
@@ -41,24 +45,30 @@ QPixmap scaledIcon(const QString &file)
 
 Marker::MarkerType Marker::typeOf(const QString &connectionType)
 {
-    if (connectionType == "Mobile(GSM)"_L1)
+    if (connectionType == "Mobile(GSM)"_L1) {
         return LocGSM;
-    if (connectionType == "Mobile(UMTS)"_L1)
+    }
+    if (connectionType == "Mobile(UMTS)"_L1) {
         return LocUMTS;
-    if (connectionType == "WLAN"_L1)
+    }
+    if (connectionType == "WLAN"_L1) {
         return LocWLAN;
-    if (connectionType == "Mobile(LTE)"_L1)
+    }
+    if (connectionType == "Mobile(LTE)"_L1) {
         return LocLTE;
-    if (connectionType == "Mobile(5G)"_L1)
+    }
+    if (connectionType == "Mobile(5G)"_L1) {
         return LocNR;
+    }
     return LocOther;
 }
 
 QPixmap Marker::pixmap(double density) const
 {
     QString file = iconOf(type);
-    if (density > 1)
+    if (density > 1) {
         file.replace(".png"_L1, "@2x.png"_L1);
+    }
     return scaledIcon(file);
 }
 
@@ -78,3 +88,5 @@ void Marker::paintAt(QPainter &painter, QPointF tip) const
     const double density = std::sqrt(std::abs(painter.deviceTransform().determinant()));
     painter.drawPixmap(tip + offset, pixmap(density));
 }
+
+} // namespace velometer

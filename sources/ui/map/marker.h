@@ -5,6 +5,8 @@
 #include <QPixmap>
 #include <QString>
 
+namespace velometer {
+
 /// The drop that marks where one stored test was made; its tip is at the coordinate.
 class Marker : public MapObject
 {
@@ -48,3 +50,5 @@ private:
     QString text;
     int precision = 0;
 };
+
+} // namespace velometer

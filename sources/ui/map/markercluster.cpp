@@ -8,6 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr double diameter = 46; // px, not less than a finger needs
@@ -43,8 +45,9 @@ QPixmap picture(qreal ratio)
 {
     const QString key = u"cluster@%1"_s.arg(ratio);
     QPixmap disc;
-    if (QPixmapCache::find(key, &disc))
+    if (QPixmapCache::find(key, &disc)) {
         return disc;
+    }
     constexpr double halfTip = 9;
     constexpr double intoDisc = 3;
     const QSizeF size(diameter, diameter + tipLength);
@@ -87,8 +90,9 @@ std::vector<std::vector<Marker *>> MarkerCluster::grouped(const std::vector<Mark
         for (qint64 y = cell.y - 1; y <= cell.y + 1; ++y) {
             for (qint64 x = cell.x - 1; x <= cell.x + 1; ++x) {
                 const auto found = cells.constFind({x, y});
-                if (found != cells.cend() && withinReach(places[*found] - place))
+                if (found != cells.cend() && withinReach(places[*found] - place)) {
                     return *found;
+                }
             }
         }
         return std::nullopt;
@@ -113,8 +117,9 @@ std::optional<int> MarkerCluster::opensAt(int zoom) const
     for (int level = zoom + 1; level <= Mercator::maximumZoom; ++level) {
         const double worldSize = Mercator::worldSize(level);
         for (const Marker *marker : markers) {
-            if (!withinReach((marker->world() - world()) * worldSize))
+            if (!withinReach((marker->world() - world()) * worldSize)) {
                 return level;
+            }
         }
     }
     return std::nullopt;
@@ -143,8 +148,9 @@ void MarkerCluster::paint(QPainter &painter, const MapView &view) const
     painter.drawPixmap(discAt(tip).topLeft(), picture(painter.device()->devicePixelRatio()));
 
     QString text = caption;
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         text = QString::number(markers.size());
+    }
     QFont font = painter.font();
     font.setBold(true);
     font.setPixelSize(text.size() <= 3 ? 17 : 13);
@@ -152,3 +158,5 @@ void MarkerCluster::paint(QPainter &painter, const MapView &view) const
     painter.setPen(Qt::white);
     painter.drawText(discAt(tip), Qt::AlignCenter, text);
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 #include <optional>
 #include <vector>
 
+namespace velometer {
+
 /// Markers that would lie on each other at the present zoom, drawn as one disc with their number
 /// over a tip at the place of the first one. Borrows the markers.
 class MarkerCluster : public MapObject
@@ -39,3 +41,5 @@ private:
     std::vector<Marker *> markers;
     QString caption;
 };
+
+} // namespace velometer

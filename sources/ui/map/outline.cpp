@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr QByteArrayView magic("VMAP\x01");
@@ -95,10 +97,12 @@ QPolygonF clippedRing(QPolygonF ring, const QRectF &area)
             const QPointF to = ring[i];
             const bool fromInside = isInside(from, area, side);
             const bool toInside = isInside(to, area, side);
-            if (fromInside != toInside)
+            if (fromInside != toInside) {
                 kept += crossing(from, to, area, side);
-            if (toInside)
+            }
+            if (toInside) {
                 kept += to;
+            }
         }
         ring = std::move(kept);
     }
@@ -111,12 +115,14 @@ bool clipSegment(QPointF &from, QPointF &to, const QRectF &area)
     for (const Side side : {Side::Left, Side::Right, Side::Top, Side::Bottom}) {
         const bool fromInside = isInside(from, area, side);
         const bool toInside = isInside(to, area, side);
-        if (!fromInside && !toInside)
+        if (!fromInside && !toInside) {
             return false;
-        if (!fromInside)
+        }
+        if (!fromInside) {
             from = crossing(from, to, area, side);
-        else if (!toInside)
+        } else if (!toInside) {
             to = crossing(from, to, area, side);
+        }
     }
     return true;
 }
@@ -144,8 +150,9 @@ public:
     {
         x = y = 0;
         const quint32 count = number(maximumLines);
-        for (quint32 i = 0; i < count && good(); ++i)
+        for (quint32 i = 0; i < count && good(); ++i) {
             lines.push_back(line(leastPoints));
+        }
         return good();
     }
 
@@ -154,8 +161,9 @@ private:
     {
         Line result;
         const quint32 count = number(maximumPoints - points);
-        if (count < leastPoints)
+        if (count < leastPoints) {
             failed = true;
+        }
         points += count;
         for (quint32 i = 0; i < count && good(); ++i) {
             x = moved(x, unitsAround);
@@ -172,8 +180,9 @@ private:
         const quint32 coded = number(2 * unitsAround + 1);
         const qint64 difference = coded % 2 == 0 ? qint64{coded / 2} : -qint64{coded / 2} - 1;
         const qint64 to = from + difference;
-        if (to < 0 || to > limit)
+        if (to < 0 || to > limit) {
             failed = true;
+        }
         return failed ? 0 : to;
     }
 
@@ -184,8 +193,9 @@ private:
             const auto byte = static_cast<quint8>(bytes[position++]);
             value |= (byte & 0x7FU) << shift;
             if (byte < 0x80) {
-                if (value > limit)
+                if (value > limit) {
                     break;
+                }
                 return value;
             }
         }
@@ -203,18 +213,21 @@ private:
 
 std::optional<Outline> Outline::parse(const QByteArray &bytes)
 {
-    if (!bytes.startsWith(magic))
+    if (!bytes.startsWith(magic)) {
         return std::nullopt;
+    }
     Outline outline;
     Reader reader(QByteArrayView(bytes).sliced(magic.size()));
-    if (!reader.lines(outline.land, 3) || !reader.lines(outline.borders, 2) || !reader.atEnd())
+    if (!reader.lines(outline.land, 3) || !reader.lines(outline.borders, 2) || !reader.atEnd()) {
         return std::nullopt;
+    }
     for (Line &ring : outline.land) {
         ring.points.push_back(ring.points.front());
         finish(ring);
     }
-    for (Line &border : outline.borders)
+    for (Line &border : outline.borders) {
         finish(border);
+    }
     return outline;
 }
 
@@ -234,8 +247,9 @@ const Outline &Outline::world()
         QFile file(u":/velometerres/world.bin"_s);
         const bool opened = file.open(QIODevice::ReadOnly);
         std::optional<Outline> outline = opened ? parse(file.readAll()) : std::nullopt;
-        if (!outline)
+        if (!outline) {
             Utils::addLogEntry(u"The map's outline cannot be read"_s);
+        }
         return outline.value_or(Outline());
     }();
     return builtIn;
@@ -253,21 +267,24 @@ void Outline::paint(QPainter &painter, const QRectF &part, double worldSize) con
 
     const auto addStroke = [&](QPainterPath &path, const Line &line) {
         for (const Run &run : line.runs) {
-            if (isBeside(run.bounds))
+            if (isBeside(run.bounds)) {
                 continue;
+            }
             QPointF from = toPart(line.points[static_cast<size_t>(run.first)]);
             QPointF pen(-1e9, -1e9);
             for (qsizetype i = run.first + 1; i <= run.last; ++i) {
                 const QPointF to = toPart(line.points[static_cast<size_t>(i)]);
-                if (i < run.last && isNear(from, to))
+                if (i < run.last && isNear(from, to)) {
                     continue;
+                }
                 QPointF start = from;
                 QPointF end = to;
                 const bool seam = isSeam(line.points[static_cast<size_t>(i - 1)],
                                          line.points[static_cast<size_t>(i)]);
                 if (!seam && clipSegment(start, end, area)) {
-                    if (start != pen)
+                    if (start != pen) {
                         path.moveTo(start);
+                    }
                     path.lineTo(end);
                     pen = end;
                 }
@@ -282,17 +299,20 @@ void Outline::paint(QPainter &painter, const QRectF &part, double worldSize) con
     for (const Line &ring : land) {
         const bool tooSmall = ring.bounds.width() * worldSize < visibleStep &&
                               ring.bounds.height() * worldSize < visibleStep;
-        if (tooSmall || isBeside(ring.bounds))
+        if (tooSmall || isBeside(ring.bounds)) {
             continue;
+        }
         QPolygonF polygon;
         for (const Run &run : ring.runs) {
             polygon += toPart(ring.points[static_cast<size_t>(run.first)]);
-            if (isBeside(run.bounds))
+            if (isBeside(run.bounds)) {
                 continue;
+            }
             for (qsizetype i = run.first + 1; i < run.last; ++i) {
                 const QPointF point = toPart(ring.points[static_cast<size_t>(i)]);
-                if (!isNear(point, polygon.constLast()))
+                if (!isNear(point, polygon.constLast())) {
                     polygon += point;
+                }
             }
         }
         polygon = clippedRing(std::move(polygon), area);
@@ -304,8 +324,9 @@ void Outline::paint(QPainter &painter, const QRectF &part, double worldSize) con
     }
     QPainterPath frontiers;
     for (const Line &border : borders) {
-        if (!isBeside(border.bounds))
+        if (!isBeside(border.bounds)) {
             addStroke(frontiers, border);
+        }
     }
 
     painter.save();
@@ -319,3 +340,5 @@ void Outline::paint(QPainter &painter, const QRectF &part, double worldSize) con
     painter.drawPath(frontiers);
     painter.restore();
 }
+
+} // namespace velometer

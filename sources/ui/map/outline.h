@@ -9,6 +9,8 @@
 
 class QPainter;
 
+namespace velometer {
+
 /// Coast lines and country borders of the world, built into the program so that a map without a
 /// network still shows where it is. A plain value; painting is const and touches no state.
 ///
@@ -55,3 +57,5 @@ private:
     std::vector<Line> land;
     std::vector<Line> borders;
 };
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+namespace velometer {
+
 namespace {
 
 /// A view of 480 x 854 shows up to 15 at once; the rest spares painting on the way back. 16 MB.
@@ -17,10 +19,12 @@ OutlineProvider::OutlineProvider()
 
 QPixmap OutlineProvider::tile(const TileId &tile)
 {
-    if (!tile.isValid())
+    if (!tile.isValid()) {
         return {};
-    if (const QPixmap *known = painted.object(tile))
+    }
+    if (const QPixmap *known = painted.object(tile)) {
         return *known;
+    }
     const QSize size(Mercator::tileSize, Mercator::tileSize);
     auto picture = std::make_unique<QPixmap>(size * devicePixelRatio);
     picture->setDevicePixelRatio(devicePixelRatio);
@@ -43,8 +47,11 @@ void OutlineProvider::setVisible(const QList<TileId> &tiles)
 void OutlineProvider::setDevicePixelRatio(qreal ratio)
 {
     const qreal bounded = std::clamp(std::ceil(ratio), 1.0, 4.0);
-    if (bounded == devicePixelRatio)
+    if (bounded == devicePixelRatio) {
         return;
+    }
     devicePixelRatio = bounded;
     painted.clear();
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <QCache>
 
+namespace velometer {
+
 class Outline;
 
 /// Tiles of the built-in outline, painted when they are asked for and kept while there is room.
@@ -26,3 +28,5 @@ private:
     QCache<TileId, QPixmap> painted;
     qreal devicePixelRatio = 1;
 };
+
+} // namespace velometer

@@ -9,6 +9,8 @@
 #include <cmath>
 #include <numbers>
 
+namespace velometer {
+
 /// Spherical Web Mercator (EPSG:3857), the projection of all tile servers: the world is a square
 /// whose x runs from 0 at 180 degrees west to 1 at 180 degrees east, and whose y runs from 0 at the
 /// northern limit to 1 at the southern one.
@@ -93,3 +95,5 @@ struct MapView
 
     QRectF rect() const { return {QPointF(), size}; }
 };
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <QHashFunctions>
 
+namespace velometer {
+
 /// One square of 256 px of the map: of the 2^zoom by 2^zoom squares of the world, the one in column
 /// x, counted from the west, and row y, counted from the north.
 struct TileId
@@ -29,3 +31,5 @@ inline size_t qHash(const TileId &tile, size_t seed = 0) noexcept
 {
     return qHashMulti(seed, tile.zoom, tile.x, tile.y);
 }
+
+} // namespace velometer

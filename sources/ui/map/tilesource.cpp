@@ -15,6 +15,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Tile servers redirect once at most, to another host or to https.
@@ -32,8 +34,9 @@ QString printable(const QString &text)
 {
     QString result;
     for (const QChar c : text) {
-        if (c >= u' ' && c <= u'~')
+        if (c >= u' ' && c <= u'~') {
             result += c;
+        }
     }
     return result;
 }
@@ -70,8 +73,9 @@ TileSource::TileSource(const Deployment &deployment, const QString &directory)
 TileSource::~TileSource()
 {
     const auto replies = requests.keys();
-    for (QNetworkReply *reply : replies)
+    for (QNetworkReply *reply : replies) {
         giveUp(reply);
+    }
 }
 
 QString TileSource::cacheDirectory()
@@ -85,10 +89,11 @@ QByteArray TileSource::userAgentOf(const Deployment &deployment)
         printable(deployment.makerUrl.isEmpty() ? deployment.webAddress() : deployment.makerUrl);
     const QString mailbox = printable(deployment.feedbackMailbox);
     QString contact;
-    if (leadsToAnotherMachine(maker))
+    if (leadsToAnotherMachine(maker)) {
         contact = u" (+%1)"_s.arg(maker);
-    else if (mailbox.contains(u'@') && !mailbox.endsWith(".invalid"_L1, Qt::CaseInsensitive))
+    } else if (mailbox.contains(u'@') && !mailbox.endsWith(".invalid"_L1, Qt::CaseInsensitive)) {
         contact = u" (+mailto:%1)"_s.arg(mailbox);
+    }
     return (u"Velometer/"_s + Utils::getPlainVersion() + contact).toLatin1();
 }
 
@@ -100,28 +105,33 @@ QPixmap TileSource::tile(const TileId &tile)
 
 void TileSource::setVisible(const QList<TileId> &tiles)
 {
-    if (tiles == visible)
+    if (tiles == visible) {
         return;
+    }
     visible = tiles;
     decoded.setMaxCost(std::max(keptTiles, static_cast<int>(visible.size())));
     const auto replies = requests.keys();
     for (QNetworkReply *reply : replies) {
-        if (!visible.contains(requests[reply].tile))
+        if (!visible.contains(requests[reply].tile)) {
             giveUp(reply);
+        }
     }
     askForNext();
 }
 
 void TileSource::setPaused(bool on)
 {
-    if (paused == on)
+    if (paused == on) {
         return;
+    }
     paused = on;
     const auto replies = requests.keys();
-    for (QNetworkReply *reply : replies)
+    for (QNetworkReply *reply : replies) {
         giveUp(reply);
-    if (!paused)
+    }
+    if (!paused) {
         notBefore.clear();
+    }
     askForNext();
 }
 
@@ -129,8 +139,9 @@ bool TileSource::isValidTemplate(const QString &address)
 {
     QString example = address;
     for (const auto placeholder : {"{z}"_L1, "{x}"_L1, "{y}"_L1}) {
-        if (!example.contains(placeholder))
+        if (!example.contains(placeholder)) {
             return false;
+        }
         example.replace(placeholder, "1"_L1);
     }
     const QUrl url(example, QUrl::StrictMode);
@@ -155,23 +166,28 @@ bool TileSource::isAskedFor(const TileId &tile) const
 
 void TileSource::askForNext()
 {
-    if (addressTemplate.isEmpty())
+    if (addressTemplate.isEmpty()) {
         return;
+    }
     const qint64 now = steadyMs();
     qint64 earliest = 0;
     for (const TileId &tile : std::as_const(visible)) {
-        if (requests.size() >= maximumRequests)
+        if (requests.size() >= maximumRequests) {
             return;
-        if (!tile.isValid() || decoded.contains(tile) || isAskedFor(tile))
+        }
+        if (!tile.isValid() || decoded.contains(tile) || isAskedFor(tile)) {
             continue;
+        }
         const qint64 waits = notBefore.value(tile) - now;
-        if (waits <= 0)
+        if (waits <= 0) {
             ask(tile);
-        else if (earliest == 0 || waits < earliest)
+        } else if (earliest == 0 || waits < earliest) {
             earliest = waits;
+        }
     }
-    if (earliest > 0)
+    if (earliest > 0) {
         retryTimer.start(std::chrono::milliseconds(earliest));
+    }
 }
 
 void TileSource::ask(const TileId &tile)
@@ -201,8 +217,9 @@ void TileSource::ask(const TileId &tile)
         Qt::QueuedConnection);
     // The total time counts, not the time between two bytes: a trickle must not hold a place.
     QTimer::singleShot(requestTimeout, reply, [this, reply] {
-        if (!requests.contains(reply))
+        if (!requests.contains(reply)) {
             return;
+        }
         const Request late = requests.value(reply);
         giveUp(reply);
         failed(late);
@@ -212,11 +229,13 @@ void TileSource::ask(const TileId &tile)
 void TileSource::readAnswer(QNetworkReply *reply)
 {
     const auto request = requests.find(reply);
-    if (request == requests.end())
+    if (request == requests.end()) {
         return;
+    }
     request->body += reply->read(maximumAnswer + 1 - request->body.size());
-    if (request->body.size() <= maximumAnswer)
+    if (request->body.size() <= maximumAnswer) {
         return;
+    }
     Request tooLarge = *request;
     tooLarge.answered = true;
     giveUp(reply);
@@ -226,20 +245,24 @@ void TileSource::readAnswer(QNetworkReply *reply)
 void TileSource::finish(QNetworkReply *reply)
 {
     // A signal on its way when its reply was given up may find a later reply at the same address.
-    if (!requests.contains(reply) || !reply->isFinished())
+    if (!requests.contains(reply) || !reply->isFinished()) {
         return;
+    }
     readAnswer(reply);
-    if (!requests.contains(reply))
+    if (!requests.contains(reply)) {
         return;
+    }
     Request request = requests.take(reply);
     reply->deleteLater();
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     request.answered = status != 0;
     QImage picture;
-    if (reply->error() == QNetworkReply::NoError && status == 200)
+    if (reply->error() == QNetworkReply::NoError && status == 200) {
         picture = decodeTile(request.body);
-    if (picture.isNull())
+    }
+    if (picture.isNull()) {
         return failed(request);
+    }
     decoded.insert(request.tile, new QPixmap(QPixmap::fromImage(std::move(picture))));
     Q_EMIT tileReady(request.tile);
     askForNext();
@@ -253,8 +276,9 @@ void TileSource::giveUp(QNetworkReply *reply)
     // What has begun to arrive is taken out of the disk cache again. Before that there is nothing
     // to take back, and a reply may have an error of its own on its way, of which Qt takes only
     // one.
-    if (reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid())
+    if (reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()) {
         reply->abort();
+    }
     reply->deleteLater();
 }
 
@@ -265,9 +289,12 @@ void TileSource::failed(const Request &request)
         // No server was reached: the disk cache gets a chance at this tile and the others.
         offlineUntil = again;
     } else {
-        if (notBefore.size() >= maximumFailures)
+        if (notBefore.size() >= maximumFailures) {
             notBefore.removeIf([this](auto entry) { return !visible.contains(entry.key()); });
+        }
         notBefore.insert(request.tile, again);
     }
     askForNext();
 }
+
+} // namespace velometer

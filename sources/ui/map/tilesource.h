@@ -11,6 +11,9 @@
 #include <chrono>
 
 class QNetworkReply;
+
+namespace velometer {
+
 struct Deployment;
 
 /// Tiles from a tile server, as its cache headers allow from a disk cache of 50 MB, the last ones
@@ -81,3 +84,5 @@ private:
     QTimer retryTimer;
     bool paused = false;
 };
+
+} // namespace velometer

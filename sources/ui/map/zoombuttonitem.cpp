@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace velometer {
+
 namespace {
 
 constexpr double touchSize = 44; // px
@@ -36,8 +38,9 @@ void ZoomButtonItem::setRect(double x, double y, double width, double height)
 QRectF ZoomButtonItem::boundingRect() const
 {
     QRectF area = rect();
-    if (area.width() < touchSize)
+    if (area.width() < touchSize) {
         area.setLeft(area.right() - touchSize);
+    }
     if (area.height() < 2 * touchSize) {
         const double more = touchSize - area.height() / 2;
         area.adjust(0, -more, 0, more);
@@ -79,8 +82,9 @@ void ZoomButtonItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *op
         painter->setPen(
             QPen(further ? QColor(Qt::white) : quietSign, 2.5, Qt::SolidLine, Qt::RoundCap));
         painter->drawLine(middle - QPointF(signLength, 0), middle + QPointF(signLength, 0));
-        if (plus)
+        if (plus) {
             painter->drawLine(middle - QPointF(0, signLength), middle + QPointF(0, signLength));
+        }
     };
     drawSign({bar.center().x(), bar.top() + half / 2}, true,
              map->zoomLevel() < Mercator::maximumZoom);
@@ -100,10 +104,11 @@ void ZoomButtonItem::mousePressEvent(QGraphicsSceneMouseEvent *event)
 
 void ZoomButtonItem::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
 {
-    if (topPressed && isTopHalf(event->pos()))
+    if (topPressed && isTopHalf(event->pos())) {
         map->setZoomLevel(map->zoomLevel() + 1);
-    else if (bottomPressed && isBottomHalf(event->pos()))
+    } else if (bottomPressed && isBottomHalf(event->pos())) {
         map->setZoomLevel(map->zoomLevel() - 1);
+    }
     topPressed = false;
     bottomPressed = false;
     map->setFocus(Qt::MouseFocusReason);
@@ -126,3 +131,5 @@ bool ZoomButtonItem::isBottomHalf(QPointF point) const
 {
     return boundingRect().contains(point) && point.y() >= rect().center().y();
 }
+
+} // namespace velometer

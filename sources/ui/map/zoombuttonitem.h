@@ -2,6 +2,8 @@
 
 #include <QGraphicsRectItem>
 
+namespace velometer {
+
 class GeoMap;
 
 /// The bar on the map with plus over minus. A tap on one half zooms by one level; a press that
@@ -33,3 +35,5 @@ private:
     bool topPressed = false;
     bool bottomPressed = false;
 };
+
+} // namespace velometer

@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 constexpr qreal pageMargin = 12; // px
 }
@@ -46,6 +48,9 @@ void AboutTab::retranslate()
 void AboutTab::openLink(const QUrl &link)
 {
     const QString scheme = link.scheme();
-    if (scheme == "https"_L1 || scheme == "http"_L1 || scheme == "mailto"_L1)
+    if (scheme == "https"_L1 || scheme == "http"_L1 || scheme == "mailto"_L1) {
         QDesktopServices::openUrl(link);
+    }
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 class QUrl;
 
+namespace velometer {
+
 namespace Ui {
 class AboutTab;
 }
@@ -32,3 +34,5 @@ private:
 
     std::unique_ptr<Ui::AboutTab> ui;
 };
+
+} // namespace velometer

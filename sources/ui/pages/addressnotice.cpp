@@ -6,6 +6,8 @@
 #include <QDesktopServices>
 #include <QUrl>
 
+namespace velometer {
+
 // The catalogues have both sentences under the links page.
 
 AddressNotice::AddressNotice(QWidget *parent)
@@ -22,23 +24,26 @@ void AddressNotice::openPage(const QString &address)
 {
     open(address, address,
          QCoreApplication::translate(
-             "LinksTab",
+             "velometer::LinksTab",
              "No browser could be opened. Copy this address into the browser of another device:"));
 }
 
 void AddressNotice::openMail(const QString &address, const QString &mailbox)
 {
     open(address, mailbox,
-         QCoreApplication::translate("LinksTab",
+         QCoreApplication::translate("velometer::LinksTab",
                                      "No mail program could be opened. Write to this address:"));
 }
 
 void AddressNotice::open(const QString &address, const QString &shown, const QString &whenNot)
 {
     hide();
-    if (QDesktopServices::openUrl(QUrl(address)))
+    if (QDesktopServices::openUrl(QUrl(address))) {
         return;
+    }
     ui->labelNotOpened->setText(whenNot);
     ui->labelAddress->setText(shown);
     show();
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class AddressNotice;
 }
@@ -30,3 +32,5 @@ private:
 
     const std::unique_ptr<Ui::AddressNotice> ui;
 };
+
+} // namespace velometer

@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QStyle>
 
+namespace velometer {
+
 namespace {
 
 constexpr int smallestPixelSize = 13;
@@ -36,3 +38,5 @@ void ElidedLabel::paintEvent(QPaintEvent * /*event*/)
     style()->drawItemText(&painter, room, static_cast<int>(alignment()) | Qt::TextSingleLine,
                           palette(), isEnabled(), line, foregroundRole());
 }
+
+} // namespace velometer

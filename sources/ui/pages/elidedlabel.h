@@ -2,6 +2,8 @@
 
 #include <QLabel>
 
+namespace velometer {
+
 /// One line of plain text that never asks for more room than it is given: it is drawn smaller, down
 /// to 13 px, and where that is not enough ends in an ellipsis. text() stays whole.
 class ElidedLabel : public QLabel
@@ -16,3 +18,5 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
 };
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Empty before the service has given one. The settings are a file that anyone may edit.
@@ -66,3 +68,5 @@ void LinksTab::on_feedbackButtun_clicked()
     ui->notice->openMail(address, mailbox);
     Utils::addLogEntry("URL (Qt): "_L1 + address);
 }
+
+} // namespace velometer

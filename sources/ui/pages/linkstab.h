@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class LinksTab;
 }
@@ -33,3 +35,5 @@ private:
 
     std::unique_ptr<Ui::LinksTab> ui;
 };
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 NavigationBar::NavigationBar(QWidget *parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::NavigationBar>())
@@ -46,3 +48,5 @@ void NavigationBar::retranslate()
 {
     ui->retranslateUi(this);
 }
+
+} // namespace velometer

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class NavigationBar;
 }
@@ -30,3 +32,5 @@ private:
     std::unique_ptr<Ui::NavigationBar> ui;
     QString current;
 };
+
+} // namespace velometer

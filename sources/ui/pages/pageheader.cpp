@@ -4,6 +4,8 @@
 
 #include "ui_pageheader.h"
 
+namespace velometer {
+
 PageHeader::PageHeader(QWidget *parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::PageHeader>())
@@ -24,3 +26,5 @@ void PageHeader::retranslate()
 {
     ui->retranslateUi(this);
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class PageHeader;
 }
@@ -24,3 +26,5 @@ public:
 private:
     std::unique_ptr<Ui::PageHeader> ui;
 };
+
+} // namespace velometer

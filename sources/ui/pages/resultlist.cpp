@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace velometer {
+
 namespace {
 
 /// Entries beyond the view, so that one is there before the finger has pulled its row in.
@@ -33,8 +35,9 @@ void ResultList::setResults(std::vector<std::unique_ptr<DBTestResults>> results,
     clear();
     mw = mainWindow;
     rows = std::move(results);
-    if (rows.size() > mostRows)
+    if (rows.size() > mostRows) {
         rows.resize(mostRows);
+    }
     const qulonglong id = rows.empty() ? 0 : rows.front()->myTestId;
     const bool isSameList = id == firstId;
     firstId = id;
@@ -45,11 +48,13 @@ void ResultList::setResults(std::vector<std::unique_ptr<DBTestResults>> results,
 
 void ResultList::clear()
 {
-    if (!rows.empty())
+    if (!rows.empty()) {
         lastPosition = verticalScrollBar()->value();
+    }
     TestResultWidget::forgetPress();
-    for (const Entry &entry : pool)
+    for (const Entry &entry : pool) {
         delete entry.widget;
+    }
     pool.clear();
     rows.clear();
 }
@@ -57,8 +62,9 @@ void ResultList::clear()
 QList<TestResultWidget *> ResultList::entries() const
 {
     QList<TestResultWidget *> widgets;
-    for (const Entry &entry : pool)
+    for (const Entry &entry : pool) {
         widgets.append(entry.widget);
+    }
     return widgets;
 }
 
@@ -77,33 +83,39 @@ void ResultList::scrollContentsBy(int dx, int dy)
 bool ResultList::eventFilter(QObject *object, QEvent *event)
 {
     // An entry wants another height: the font has changed.
-    if (object == widget() && event->type() == QEvent::LayoutRequest)
+    if (object == widget() && event->type() == QEvent::LayoutRequest) {
         layOut();
+    }
     return QScrollArea::eventFilter(object, event);
 }
 
 void ResultList::layOut()
 {
-    if (!widget())
+    if (!widget()) {
         return;
+    }
     if (!rows.empty()) {
-        if (pool.empty())
+        if (pool.empty()) {
             addEntry();
+        }
         const int height = pool.front().widget->sizeHint().height();
         if (height != rowHeight) {
             rowHeight = height;
-            for (Entry &entry : pool)
+            for (Entry &entry : pool) {
                 entry.row = -1;
+            }
         }
         const qsizetype wanted =
             std::min<qsizetype>(viewport()->height() / height + 1 + spareEntries, std::ssize(rows));
-        while (std::ssize(pool) < wanted)
+        while (std::ssize(pool) < wanted) {
             addEntry();
+        }
     }
     const qsizetype height = std::min<qsizetype>(std::ssize(rows) * rowHeight, QWIDGETSIZE_MAX);
     widget()->setMinimumHeight(static_cast<int>(height));
-    for (const Entry &entry : pool)
+    for (const Entry &entry : pool) {
         entry.widget->resize(viewport()->width(), rowHeight);
+    }
     placeEntries();
 }
 
@@ -126,15 +138,17 @@ ResultList::Entry &ResultList::entryOf(qsizetype row)
 
 void ResultList::placeEntries()
 {
-    if (pool.empty() || rowHeight == 0)
+    if (pool.empty() || rowHeight == 0) {
         return;
+    }
     const qsizetype last = std::ssize(rows) - std::ssize(pool);
     const qsizetype top = verticalScrollBar()->value() / rowHeight;
     const qsizetype first = std::clamp<qsizetype>(top - 1, 0, last);
     for (qsizetype row = first; row < first + std::ssize(pool); ++row) {
         Entry &entry = entryOf(row);
-        if (entry.row == row)
+        if (entry.row == row) {
             continue;
+        }
         entry.row = row;
         entry.widget->setDBTestResults(rows[static_cast<size_t>(row)].get());
         entry.widget->move(0, static_cast<int>(row) * rowHeight);
@@ -146,20 +160,23 @@ void ResultList::placeEntries()
 /// Keeps the current entry among those that exist, and the focus with it.
 void ResultList::followCurrent()
 {
-    if (pool.empty() || rowHeight == 0)
+    if (pool.empty() || rowHeight == 0) {
         return;
+    }
     const qsizetype top = verticalScrollBar()->value() / rowHeight;
-    if (entryOf(current).row != current)
+    if (entryOf(current).row != current) {
         current =
             std::clamp(current, top, std::min<qsizetype>(top + rowsInView(), std::ssize(rows) - 1));
+    }
     TestResultWidget *target = entryOf(current).widget;
     bool hadFocus = false;
     for (const Entry &entry : pool) {
         hadFocus = hadFocus || entry.widget->hasFocus();
         entry.widget->setFocusPolicy(entry.widget == target ? Qt::TabFocus : Qt::NoFocus);
     }
-    if (hadFocus && !target->hasFocus())
+    if (hadFocus && !target->hasFocus()) {
         target->setFocus();
+    }
 }
 
 qsizetype ResultList::rowsInView() const
@@ -199,3 +216,5 @@ void ResultList::keyPressEvent(QKeyEvent *event)
     default: QScrollArea::keyPressEvent(event);
     }
 }
+
+} // namespace velometer

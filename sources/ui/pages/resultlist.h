@@ -6,6 +6,8 @@
 #include <memory>
 #include <vector>
 
+namespace velometer {
+
 class DBTestResults;
 class MainWindow;
 class TestResultWidget;
@@ -61,3 +63,5 @@ private:
     qulonglong firstId = 0; ///< of the results shown last
     int lastPosition = 0;   ///< and where they had been scrolled to
 };
+
+} // namespace velometer

@@ -9,6 +9,8 @@
 
 #include <chrono>
 
+namespace velometer {
+
 namespace {
 
 /// Lets the page be painted before the work begins.
@@ -85,3 +87,5 @@ void ResultsTab::on_pushButton_clicked()
 {
     mw->showGeomapTab();
 }
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class TestResultWidget;
 
 namespace Ui {
@@ -47,3 +49,5 @@ private:
     double megabytes = 0;
     double megabytesOverMobile = 0;
 };
+
+} // namespace velometer

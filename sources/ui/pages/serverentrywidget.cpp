@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 ServerEntryWidget::ServerEntryWidget(QWidget *parent, TestServer *entryServer)
     : QWidget(parent)
     , ui(std::make_unique<Ui::ServerEntryWidget>())
@@ -48,6 +50,9 @@ void ServerEntryWidget::on_checkBox_clicked()
 {
     // A click on the chosen server has just taken its mark away.
     setServerEnabled(true);
-    if (settingsTab)
+    if (settingsTab) {
         settingsTab->selectServer(server);
+    }
 }
+
+} // namespace velometer

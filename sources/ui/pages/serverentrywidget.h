@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class SettingsTab;
 class TestServer;
 
@@ -40,3 +42,5 @@ private:
     TestServer *server;
     SettingsTab *settingsTab = nullptr;
 };
+
+} // namespace velometer

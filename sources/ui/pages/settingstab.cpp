@@ -18,6 +18,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 SettingsTab::SettingsTab(MainWindow *mainWindow)
     : TabBase(mainWindow)
     , ui(std::make_unique<Ui::SettingsTab>())
@@ -43,8 +45,9 @@ void SettingsTab::initializeServerList()
         ui->serverListLayout->addWidget(entry);
         serverWidgets.append(entry);
     }
-    if (!serverWidgets.isEmpty())
+    if (!serverWidgets.isEmpty()) {
         serverWidgets.last()->setLastEntry(true);
+    }
     ui->serverListLayout->addStretch();
     // The scroller's filter comes first and lets nothing but taps through to this one.
     ui->scrollArea->viewport()->installEventFilter(this);
@@ -54,8 +57,9 @@ void SettingsTab::initializeServerList()
 
 bool SettingsTab::eventFilter(QObject *object, QEvent *event)
 {
-    if (event->type() != QEvent::MouseButtonRelease)
+    if (event->type() != QEvent::MouseButtonRelease) {
         return TabBase::eventFilter(object, event);
+    }
     const auto *mouse = static_cast<QMouseEvent *>(event);
     const QPoint point = ui->scrollAreaWidgetContents->mapFrom(ui->scrollArea->viewport(),
                                                                mouse->position().toPoint());
@@ -84,14 +88,16 @@ void SettingsTab::selectServer(TestServer *server)
 
 void SettingsTab::markServer(const TestServer *server)
 {
-    for (ServerEntryWidget *entry : std::as_const(serverWidgets))
+    for (ServerEntryWidget *entry : std::as_const(serverWidgets)) {
         entry->setServerEnabled(entry->getServer() == server);
+    }
 }
 
 void SettingsTab::storeTestServer(TestServer *server)
 {
-    if (TestController *controller = mw->getController())
+    if (TestController *controller = mw->getController()) {
         controller->setTestServer(server);
+    }
 }
 
 TestServer *SettingsTab::getTestServer(const QString &hostname, int port) const
@@ -103,8 +109,9 @@ void SettingsTab::retranslate()
 {
     ui->retranslateUi(this);
     table->retranslate();
-    for (ServerEntryWidget *entry : std::as_const(serverWidgets))
+    for (ServerEntryWidget *entry : std::as_const(serverWidgets)) {
         entry->retranslate();
+    }
     showLanguage();
     showBudget();
 }
@@ -125,12 +132,14 @@ void SettingsTab::showBudget()
 {
     QList<qint64> choices{10'000'000, 50'000'000, 100'000'000, 500'000'000};
     const auto chosen = DataBudget::remembered().bytes();
-    if (chosen && !choices.contains(*chosen))
+    if (chosen && !choices.contains(*chosen)) {
         choices.insert(std::lower_bound(choices.begin(), choices.end(), *chosen), *chosen);
+    }
     ui->comboBoxBudget->clear();
     ui->comboBoxBudget->addChoice(tr("No limit"), QVariant());
-    for (const qint64 bytes : std::as_const(choices))
+    for (const qint64 bytes : std::as_const(choices)) {
         ui->comboBoxBudget->addChoice(DataBudget(bytes).text(), bytes);
+    }
     ui->comboBoxBudget->setCurrentIndex(chosen ? static_cast<int>(choices.indexOf(*chosen)) + 1
                                                : 0);
 }
@@ -168,3 +177,5 @@ void SettingsTab::on_buttonEnglish_clicked()
 {
     mw->setLanguage(u"en"_s);
 }
+
+} // namespace velometer

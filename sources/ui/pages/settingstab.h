@@ -6,6 +6,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 class ServerEntryWidget;
 class TestServer;
 class TestServerTable;
@@ -67,3 +69,5 @@ private:
     QList<ServerEntryWidget *> serverWidgets;
     bool advmode = false;
 };
+
+} // namespace velometer

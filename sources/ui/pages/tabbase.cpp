@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 TabBase::TabBase(MainWindow *mainWindow)
     : QWidget(mainWindow)
     , mw(mainWindow)
@@ -18,19 +20,23 @@ TabBase::TabBase(MainWindow *mainWindow)
 
 void TabBase::fillFrame()
 {
-    if (auto *header = findChild<PageHeader *>())
+    if (auto *header = findChild<PageHeader *>()) {
         header->fill();
+    }
 }
 
 void TabBase::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() != QEvent::LanguageChange)
+    if (event->type() != QEvent::LanguageChange) {
         return;
-    if (auto *header = findChild<PageHeader *>())
+    }
+    if (auto *header = findChild<PageHeader *>()) {
         header->retranslate();
-    if (auto *navigation = findChild<NavigationBar *>())
+    }
+    if (auto *navigation = findChild<NavigationBar *>()) {
         navigation->retranslate();
+    }
     retranslate();
     fillFrame();
 }
@@ -106,3 +112,5 @@ void TabBase::on_buttonClose_clicked()
     Utils::addLogEntry(u"Exit Clicked"_s);
     mw->exitClicked();
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+namespace velometer {
+
 class MainWindow;
 
 /// A page of the application: the frame that all of them share, with a header row (the maker's
@@ -40,3 +42,5 @@ protected:
 
     MainWindow *const mw;
 };
+
+} // namespace velometer

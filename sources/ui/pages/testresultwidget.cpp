@@ -15,6 +15,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int tapTolerance = 4; // px, in both directions
@@ -47,8 +49,9 @@ TestResultWidget::TestResultWidget(MainWindow *mainWindow, QWidget *parent)
     ui->testserver->setText(Deployment::current().swisscom.host);
     // They are pictures: a press on one of them is one on the entry.
     for (QPushButton *button :
-         {ui->buttonConnectiontype, ui->pushButton, ui->pushButton_2, ui->pushButton_3})
+         {ui->buttonConnectiontype, ui->pushButton, ui->pushButton_2, ui->pushButton_3}) {
         button->setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
     installEventFilter(this);
 }
 
@@ -64,8 +67,9 @@ void TestResultWidget::fill()
 {
     const DBTestResults &results = *dbTestResults;
     QDateTime time;
-    if (results.timestamp >= 0 && results.timestamp < latestTimestamp)
+    if (results.timestamp >= 0 && results.timestamp < latestTimestamp) {
         time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(results.timestamp / msPerSecond));
+    }
 
     const auto speed = [](double value) {
         return value > 0 && value < greatestSpeed ? speedText(value) : tr("na");
@@ -91,8 +95,9 @@ void TestResultWidget::fill()
 
 void TestResultWidget::widgetSelected()
 {
-    if (!dbTestResults)
+    if (!dbTestResults) {
         return;
+    }
     Utils::addLogEntry(u"Widget Selected!"_s);
     mw->getDetailsWindow()->setTestResults(dbTestResults);
     mw->showDetailsWindow();
@@ -102,26 +107,31 @@ bool TestResultWidget::eventFilter(QObject * /*object*/, QEvent *event)
 {
     const QEvent::Type type = event->type();
     if (type != QEvent::MouseButtonPress && type != QEvent::MouseButtonRelease &&
-        type != QEvent::MouseMove)
+        type != QEvent::MouseMove) {
         return false;
+    }
     const auto *mouse = static_cast<const QMouseEvent *>(event);
     const QPoint position = mapTo(window(), mouse->position().toPoint());
     if (type == QEvent::MouseButtonPress) {
-        if (mouse->button() == Qt::LeftButton)
+        if (mouse->button() == Qt::LeftButton) {
             pressPosition = position;
+        }
         return false;
     }
-    if (!pressPosition)
+    if (!pressPosition) {
         return false;
+    }
     const QPoint moved = position - *pressPosition;
     const bool isTap = std::abs(moved.x()) <= tapTolerance && std::abs(moved.y()) <= tapTolerance;
     if (type == QEvent::MouseMove) {
-        if (!isTap)
+        if (!isTap) {
             forgetPress();
+        }
     } else if (mouse->button() == Qt::LeftButton) {
         forgetPress();
-        if (isTap)
+        if (isTap) {
             widgetSelected();
+        }
     }
     return false;
 }
@@ -129,8 +139,9 @@ bool TestResultWidget::eventFilter(QObject * /*object*/, QEvent *event)
 void TestResultWidget::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange && dbTestResults)
+    if (event->type() == QEvent::LanguageChange && dbTestResults) {
         fill();
+    }
 }
 
 void TestResultWidget::focusInEvent(QFocusEvent *event)
@@ -138,3 +149,5 @@ void TestResultWidget::focusInEvent(QFocusEvent *event)
     QWidget::focusInEvent(event);
     Q_EMIT focused();
 }
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 #include <memory>
 #include <optional>
 
+namespace velometer {
+
 class DBTestResults;
 class MainWindow;
 
@@ -60,3 +62,5 @@ private:
     const QIcon wlanIcon;
     DBTestResults *dbTestResults = nullptr;
 };
+
+} // namespace velometer

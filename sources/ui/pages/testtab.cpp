@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Between the caption of the start button and its edges, px.
@@ -26,8 +28,9 @@ TestTab::TestTab(MainWindow *mainWindow)
     fillFrame();
     // On a low screen the fields scroll under the finger, also where it lands on one.
     (new QsKineticScroller(this))->enableKineticScrollFor(ui->scrollArea);
-    for (QLineEdit *field : {ui->labelDownload, ui->labelUpload, ui->labelRTT})
+    for (QLineEdit *field : {ui->labelDownload, ui->labelUpload, ui->labelRTT}) {
         field->setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
     ui->progressBar->hide();
     ui->progressBar->setMaximum(1);
     ui->progressBar->setValue(0);
@@ -40,8 +43,9 @@ void TestTab::retranslate()
     // The caption of a running test stays until the test writes the next one.
     const QString caption = ui->buttonStartTest->text();
     ui->retranslateUi(this);
-    if (mw->isTestRunning())
+    if (mw->isTestRunning()) {
         ui->buttonStartTest->setText(caption);
+    }
     fitCaption();
 }
 
@@ -148,8 +152,9 @@ void TestTab::fitCaption()
     button->setProperty("long", false);
     button->style()->polish(button);
     const int wide = button->fontMetrics().horizontalAdvance(button->text());
-    if (wide <= button->width() - 2 * captionMargin)
+    if (wide <= button->width() - 2 * captionMargin) {
         return;
+    }
     button->setProperty("long", true);
     button->style()->polish(button);
 }
@@ -174,8 +179,11 @@ void TestTab::on_labelLocation_linkActivated(const QString &link)
 
 void TestTab::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         ui->buttonStartTest->click();
-    else
+    } else {
         TabBase::keyPressEvent(event);
+    }
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class TestTab;
 }
@@ -59,3 +61,5 @@ private:
 
     std::unique_ptr<Ui::TestTab> ui;
 };
+
+} // namespace velometer

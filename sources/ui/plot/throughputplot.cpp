@@ -14,6 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr double bitsPerSecondFactor = 80.0; ///< bytes in 100 ms to bit/s
@@ -38,8 +40,9 @@ ThroughputPlot::ThroughputPlot(QWidget *parent)
 void ThroughputPlot::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
         setAccessibleName(tr("Throughput over time"));
+    }
 }
 
 QSize ThroughputPlot::sizeHint() const
@@ -49,8 +52,9 @@ QSize ThroughputPlot::sizeHint() const
 
 QList<qint64> *ThroughputPlot::valuesOf(int resulttype)
 {
-    if (resulttype == Result::Download)
+    if (resulttype == Result::Download) {
         return &download;
+    }
     return resulttype == Result::Upload ? &upload : nullptr;
 }
 
@@ -64,20 +68,24 @@ void ThroughputPlot::clear()
 void ThroughputPlot::addValue(int resulttype, int interval, qint64 bytes)
 {
     QList<qint64> *values = valuesOf(resulttype);
-    if (!values || interval < 0 || interval >= maxIntervals)
+    if (!values || interval < 0 || interval >= maxIntervals) {
         return;
-    if (values->size() <= interval)
+    }
+    if (values->size() <= interval) {
         values->resize(interval + 1);
+    }
     (*values)[interval] = std::max<qint64>(0, bytes);
     update();
 }
 
 void ThroughputPlot::setValues(int resulttype, const IntervalTable &bytes)
 {
-    if (QList<qint64> *values = valuesOf(resulttype))
+    if (QList<qint64> *values = valuesOf(resulttype)) {
         values->clear();
-    for (auto each = bytes.begin(); each != bytes.end(); ++each)
+    }
+    for (auto each = bytes.begin(); each != bytes.end(); ++each) {
         addValue(resulttype, each.key(), each.value());
+    }
     update();
 }
 
@@ -88,8 +96,9 @@ QList<double> ThroughputPlot::smoothed(const QList<qint64> &bytes)
     double sum = 0;
     for (qsizetype i = 0; i < bytes.size(); ++i) {
         sum += static_cast<double>(bytes[i]);
-        if (i >= smoothing)
+        if (i >= smoothing) {
             sum -= static_cast<double>(bytes[i - smoothing]);
+        }
         const auto count = static_cast<double>(std::min<qsizetype>(i + 1, smoothing));
         rates.append(sum / count * bitsPerSecondFactor);
     }
@@ -123,8 +132,9 @@ ThroughputPlot::Axis ThroughputPlot::axisFor(double highest)
 void ThroughputPlot::drawCurve(QPainter &painter, const QRectF &area, const QList<double> &rates,
                                double top, const QColor &colour) const
 {
-    if (rates.isEmpty())
+    if (rates.isEmpty()) {
         return;
+    }
     const auto planned = static_cast<double>(std::max(plannedIntervals, rates.size()));
     QPainterPath path(area.bottomLeft());
     for (qsizetype i = 0; i < rates.size(); ++i) {
@@ -142,8 +152,9 @@ void ThroughputPlot::drawCurve(QPainter &painter, const QRectF &area, const QLis
 
 void ThroughputPlot::paintEvent(QPaintEvent *)
 {
-    if (isEmpty())
+    if (isEmpty()) {
         return;
+    }
     const QColor ground = onPaper ? QColor(0xff, 0xff, 0xff) : QColor(0x19, 0x1e, 0x23);
     const QColor frame = onPaper ? QColor(0xc4, 0xcc, 0xd3) : QColor(0x2c, 0x32, 0x38);
     const QColor text = onPaper ? QColor(0x4a, 0x53, 0x5b) : QColor(0x9a, 0xa4, 0xae);
@@ -164,8 +175,9 @@ void ThroughputPlot::paintEvent(QPaintEvent *)
     const QList<double> uploadRates = smoothed(upload);
     double highest = 0;
     for (const auto *rates : {&downloadRates, &uploadRates}) {
-        for (const double rate : *rates)
+        for (const double rate : *rates) {
             highest = std::max(highest, rate);
+        }
     }
     const Axis axis = axisFor(highest);
     const double top = axis.step * axis.steps;
@@ -174,8 +186,9 @@ void ThroughputPlot::paintEvent(QPaintEvent *)
     const double head = 1.6 * metrics.height(); // the unit stands above the highest line's number
     const QRectF area(left, margin + head, width() - left - margin,
                       height() - 2 * margin - head - metrics.height());
-    if (area.height() < metrics.height())
+    if (area.height() < metrics.height()) {
         return;
+    }
     painter.setPen(text);
     painter.drawText(QPointF(margin, margin + metrics.ascent() - 2), axis.unit);
     for (int line = 0; line <= axis.steps; ++line) {
@@ -207,3 +220,5 @@ void ThroughputPlot::paintEvent(QPaintEvent *)
                          Qt::AlignCenter, tr("%1, %2 s").arg(phase.name).arg(seconds));
     }
 }
+
+} // namespace velometer

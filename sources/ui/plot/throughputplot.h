@@ -5,6 +5,8 @@
 #include <QList>
 #include <QWidget>
 
+namespace velometer {
+
 /// The throughput of a test over time: the download's curve and beside it the upload's, from bytes
 /// per interval of 100 ms, each point the mean of the second that ends there (of what there is of
 /// it). The axis has one unit, chosen by the highest point: kbit/s, Mbit/s or Gbit/s.
@@ -52,3 +54,5 @@ private:
     QList<qint64> download;
     QList<qint64> upload;
 };
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 ErrorPopup::ErrorPopup(MainWindow *mainWindow)
     : PopupBase(mainWindow)
     , ui(std::make_unique<Ui::ErrorPopup>())
@@ -46,3 +48,5 @@ void ErrorPopup::on_buttonOk_clicked()
     Utils::addLogEntry(u"OK clicked"_s);
     mw->errorPopupOkClicked();
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class ErrorPopup;
 }
@@ -35,3 +37,5 @@ private Q_SLOTS:
 private:
     std::unique_ptr<Ui::ErrorPopup> ui;
 };
+
+} // namespace velometer

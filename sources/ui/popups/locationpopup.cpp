@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 LocationPopup::LocationPopup(MainWindow *mainWindow)
     : PopupBase(mainWindow)
     , ui(std::make_unique<Ui::LocationPopup>())
@@ -56,3 +58,5 @@ void LocationPopup::on_buttonCancel_clicked()
     Utils::addLogEntry(u"Location cancel clicked"_s);
     mw->locationPopupCancelClicked();
 }
+
+} // namespace velometer

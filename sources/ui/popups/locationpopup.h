@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class LocationPopup;
 }
@@ -32,3 +34,5 @@ private Q_SLOTS:
 private:
     std::unique_ptr<Ui::LocationPopup> ui;
 };
+
+} // namespace velometer

@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 constexpr int minutesPerHour = 60;
@@ -15,8 +17,9 @@ constexpr int secondsPerMinute = 60;
 void fill(TouchComboBox *box, std::initializer_list<int> values, QLatin1StringView unit,
           int initial)
 {
-    for (const int value : values)
+    for (const int value : values) {
         box->addChoice(QString::number(value) + unit, value);
+    }
     box->setCurrentIndex(box->findData(initial));
 }
 
@@ -64,3 +67,5 @@ void NumberOfMeasurementsPopup::on_buttonCancel_clicked()
     Utils::addLogEntry(u"Number of measurements cancel clicked"_s);
     mw->numberOfMeasurementsPopupCancelClicked();
 }
+
+} // namespace velometer

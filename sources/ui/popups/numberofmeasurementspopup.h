@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class NumberOfMeasurementsPopup;
 }
@@ -33,3 +35,5 @@ private:
     int testevery = 10; ///< min
     int during = 1;     ///< h
 };
+
+} // namespace velometer

@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 PopupBase::PopupBase(MainWindow *mainWindow)
     : QWidget(mainWindow)
     , mw(mainWindow)
@@ -20,8 +22,9 @@ PopupBase::PopupBase(MainWindow *mainWindow)
 void PopupBase::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
         retranslate();
+    }
 }
 
 QList<QWidget *> PopupBase::stops() const
@@ -30,8 +33,9 @@ QList<QWidget *> PopupBase::stops() const
     const auto children = findChildren<QWidget *>();
     for (QWidget *child : children) {
         if ((child->focusPolicy() & Qt::TabFocus) && child->isVisible() && child->isEnabled() &&
-            !child->focusProxy())
+            !child->focusProxy()) {
             found.append(child);
+        }
     }
     return found;
 }
@@ -39,8 +43,9 @@ QList<QWidget *> PopupBase::stops() const
 bool PopupBase::focusNextPrevChild(bool next)
 {
     const QList<QWidget *> all = stops();
-    if (all.isEmpty())
+    if (all.isEmpty()) {
         return false;
+    }
     const qsizetype last = all.size() - 1;
     const qsizetype here = all.indexOf(focusWidget());
     const qsizetype there = next ? here + 1 : here - 1;
@@ -58,8 +63,9 @@ QWidget *PopupBase::focusedFirst()
 void PopupBase::describe()
 {
     const auto *title = findChild<QLabel *>(u"labelTitle"_s);
-    if (!title)
+    if (!title) {
         title = findChild<QLabel *>(u"labelLocation"_s);
+    }
     const auto *message = findChild<QLabel *>(u"labelMessage"_s);
     const QString name = title ? title->text() : QString();
     const QString question =
@@ -83,10 +89,14 @@ void PopupBase::keyPressEvent(QKeyEvent *event)
 {
     // No key that the popup does not know may reach the page below.
     event->accept();
-    if (event->key() != Qt::Key_Escape)
+    if (event->key() != Qt::Key_Escape) {
         return;
+    }
     for (const auto &name : {u"buttonCancel"_s, u"buttonOk"_s}) {
-        if (auto *button = findChild<QAbstractButton *>(name))
+        if (auto *button = findChild<QAbstractButton *>(name)) {
             return button->click();
+        }
     }
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+namespace velometer {
+
 class MainWindow;
 
 /// A panel that asks or tells something over the current page. Created once and hidden; the main
@@ -39,3 +41,5 @@ protected:
 private:
     QList<QWidget *> stops() const;
 };
+
+} // namespace velometer

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace velometer {
+
 namespace {
 constexpr int rowHeight = 44; ///< px
 }
@@ -29,9 +31,12 @@ void TouchComboBox::showPopup()
     QComboBox::showPopup();
     const QWidget *list = view()->parentWidget();
     QGraphicsProxyWidget *proxy = list->graphicsProxyWidget();
-    if (!proxy)
+    if (!proxy) {
         return;
+    }
     const QPoint below = mapTo(window(), QPoint(0, height()));
     const int highest = std::max(0, window()->height() - list->height());
     proxy->setPos(below.x(), std::min(below.y(), highest));
 }
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <QComboBox>
 
+namespace velometer {
+
 /// A combo box with rows as high as a finger needs, whose list opens at the box in every shell. In
 /// a view that turns or scales the window the toolkit would measure the list against the unturned
 /// screen and shift it away from the box.
@@ -17,3 +19,5 @@ public:
 
     void showPopup() override;
 };
+
+} // namespace velometer

@@ -2,6 +2,8 @@
 
 #include "ui_waitingpopup.h"
 
+namespace velometer {
+
 WaitingPopup::WaitingPopup(MainWindow *mainWindow)
     : PopupBase(mainWindow)
     , ui(std::make_unique<Ui::WaitingPopup>())
@@ -30,3 +32,5 @@ void WaitingPopup::retranslate()
 {
     ui->retranslateUi(this);
 }
+
+} // namespace velometer

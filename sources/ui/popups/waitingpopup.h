@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class WaitingPopup;
 }
@@ -30,3 +32,5 @@ protected:
 private:
     std::unique_ptr<Ui::WaitingPopup> ui;
 };
+
+} // namespace velometer

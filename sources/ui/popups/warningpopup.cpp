@@ -7,6 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 WarningPopup::WarningPopup(MainWindow *mainWindow)
     : PopupBase(mainWindow)
     , ui(std::make_unique<Ui::WarningPopup>())
@@ -62,3 +64,5 @@ void WarningPopup::on_buttonCancel_clicked()
     Utils::addLogEntry(u"Cancel clicked"_s);
     mw->warningPopupCancelClicked();
 }
+
+} // namespace velometer

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace velometer {
+
 namespace Ui {
 class WarningPopup;
 }
@@ -39,3 +41,5 @@ private Q_SLOTS:
 private:
     std::unique_ptr<Ui::WarningPopup> ui;
 };
+
+} // namespace velometer

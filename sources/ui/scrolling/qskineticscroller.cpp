@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <chrono>
 
+namespace velometer {
+
 namespace {
 
 /// A finger never holds quite still: fewer moves than this are a tap.
@@ -68,8 +70,9 @@ QsKineticScroller::~QsKineticScroller() = default;
 
 void QsKineticScroller::enableKineticScrollFor(QAbstractScrollArea *scrollArea)
 {
-    if (!scrollArea)
+    if (!scrollArea) {
         return;
+    }
     if (d->scrollArea) {
         d->scrollArea->removeEventFilter(this);
         d->scrollArea->viewport()->removeEventFilter(this);
@@ -95,8 +98,9 @@ bool QsKineticScroller::eventFilter(QObject *object, QEvent *event)
             --d->ignoredMouseActions;
             return false;
         }
-        if (mouse->button() != Qt::LeftButton || !d->scrollArea)
+        if (mouse->button() != Qt::LeftButton || !d->scrollArea) {
             return false;
+        }
         return event->type() == QEvent::MouseButtonRelease ? released(object)
                                                            : pressed(object, mouse);
     }
@@ -127,8 +131,9 @@ bool QsKineticScroller::pressed(QObject *object, const QMouseEvent *event)
 bool QsKineticScroller::moved(QObject *object, const QMouseEvent *event)
 {
     // A pointer that hovers over a viewport with mouse tracking drags nothing.
-    if (!d->isPressed || !d->scrollArea)
+    if (!d->isPressed || !d->scrollArea) {
         return false;
+    }
     d->fingerYPos = d->yInArea(object, event);
     if (d->isMoving) {
         const int distance = event->position().toPoint().y() - d->lastPressPoint.y();
@@ -139,8 +144,9 @@ bool QsKineticScroller::moved(QObject *object, const QMouseEvent *event)
         d->ignoredMouseMoves = 0;
         d->isMoving = true;
         d->lastMouseYPos = d->fingerYPos;
-        if (!d->kineticTimer.isActive())
+        if (!d->kineticTimer.isActive()) {
             d->kineticTimer.start();
+        }
     }
     return true;
 }
@@ -149,11 +155,13 @@ bool QsKineticScroller::released(QObject *object)
 {
     // The click's own release comes by once more when the viewport has no use for it and hands it
     // on to the area.
-    if (!d->isPressed)
+    if (!d->isPressed) {
         return false;
+    }
     d->isPressed = false;
-    if (d->isMoving || d->pressStoppedMotion)
+    if (d->isMoving || d->pressStoppedMotion) {
         return true;
+    }
 
     const auto *widget = qobject_cast<QWidget *>(object);
     const QPointF point = d->lastPressPoint;
@@ -177,13 +185,17 @@ void QsKineticScroller::onKineticTimerElapsed()
         d->lastMouseYPos = d->fingerYPos;
     } else {
         int velocity = std::clamp(d->velocity, -gMaxDecelerationSpeed, gMaxDecelerationSpeed);
-        if (velocity > 0)
+        if (velocity > 0) {
             velocity -= gFriction;
-        else if (velocity < 0)
+        } else if (velocity < 0) {
             velocity += gFriction;
+        }
         d->velocity = velocity;
-        if (velocity == 0)
+        if (velocity == 0) {
             d->stopMotion();
+        }
         d->scrollBar()->setValue(d->scrollBar()->value() - velocity);
     }
 }
+
+} // namespace velometer

@@ -6,6 +6,9 @@
 
 class QAbstractScrollArea;
 class QMouseEvent;
+
+namespace velometer {
+
 class QsKineticScrollerImpl;
 
 /// Lets a scroll area (a text browser is one) follow the finger and coast after it is lifted.
@@ -45,3 +48,5 @@ private:
 
     const std::unique_ptr<QsKineticScrollerImpl> d;
 };
+
+} // namespace velometer

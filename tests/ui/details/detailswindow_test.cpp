@@ -13,6 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class DetailsWindowTest : public QObject, protected Application
 {
     Q_OBJECT
@@ -152,5 +154,7 @@ private:
     QList<QUrl> addresses;
 };
 
-QTEST_MAIN(DetailsWindowTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::DetailsWindowTest)
 #include "detailswindow_test.moc"

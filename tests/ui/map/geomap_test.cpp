@@ -17,6 +17,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 /// Has the tiles that the test gives it.
@@ -87,8 +89,9 @@ private Q_SLOTS:
         QCOMPARE(widget->openLabel() != nullptr, opens);
         const QPoint followed = map->toScreen({47, 8}).toPoint();
         QCOMPARE(followed, middle + release - press);
-        if (!opens)
+        if (!opens) {
             return;
+        }
         QCOMPARE(widget->openLabel()->getText(), u"first line\nsecond line of some length"_s);
         QCOMPARE(widget->openLabel()->getOffset(), QPoint(-150, 20));
         QCOMPARE(widget->openCircle()->getRadius(), 700.0);
@@ -176,8 +179,9 @@ private Q_SLOTS:
             QTest::keyClick(view, key);
             if (!widget->openLabel() ||
                 widget->openCircle()->coordinate() != widget->openLabel()->coordinate() ||
-                map->center().distanceTo(widget->openLabel()->coordinate()) > 1)
+                map->center().distanceTo(widget->openLabel()->coordinate()) > 1) {
                 return -1.0;
+            }
             return widget->openLabel()->coordinate().latitude();
         };
         QCOMPARE(opens(Qt::Key_P), 47.0);
@@ -226,8 +230,9 @@ private Q_SLOTS:
                 const auto under = map->mapObjectsAt(point);
                 // Not on the disc itself, which shows the next page.
                 auto *marker = under.empty() ? nullptr : dynamic_cast<Marker *>(under.front());
-                if (!marker)
+                if (!marker) {
                     continue;
+                }
                 tap(point);
                 QCOMPARE(widget->openLabel()->getText(), marker->getPopupText());
                 opened.insert(marker->getPopupText());
@@ -255,10 +260,12 @@ private Q_SLOTS:
             return std::abs(away.x()) < 44 && std::abs(away.y()) < 56;
         };
         for (size_t i = 0; i < groups.size(); ++i) {
-            for (Marker *marker : groups[i])
+            for (Marker *marker : groups[i]) {
                 QVERIFY(seen.insert(marker).second && covers(marker, groups[i].front()));
-            for (size_t k = 0; k < i; ++k)
+            }
+            for (size_t k = 0; k < i; ++k) {
                 QVERIFY(!covers(groups[i].front(), groups[k].front()));
+            }
         }
         QCOMPARE(seen.size(), markers.size());
         QCOMPARE(groups.front().front(), markers.front());
@@ -321,5 +328,7 @@ private:
     GeoMap *map = nullptr;
 };
 
-QTEST_MAIN(GeoMapTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::GeoMapTest)
 #include "geomap_test.moc"

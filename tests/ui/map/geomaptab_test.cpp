@@ -15,6 +15,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class GeoMapTabTest : public QObject
 {
     Q_OBJECT
@@ -108,8 +110,9 @@ private Q_SLOTS:
         add(2, 46, 7, u"Mobile(LTE)"_s);
         page->showResultsOnMap();
         const QString closed = view->accessibleDescription();
-        for (const auto name : {"Plus"_L1, "minus"_L1, "N or Page Down"_L1, "P or Page Up"_L1})
+        for (const auto name : {"Plus"_L1, "minus"_L1, "N or Page Down"_L1, "P or Page Up"_L1}) {
             QVERIFY2(closed.contains(name), name.data());
+        }
 
         page->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(page.get()));
@@ -156,5 +159,7 @@ private:
     std::unique_ptr<GeoMapTab> page;
 };
 
-QTEST_MAIN(GeoMapTabTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::GeoMapTabTest)
 #include "geomaptab_test.moc"

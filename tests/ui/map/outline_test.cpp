@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class OutlineTest : public QObject
 {
     Q_OBJECT
@@ -65,5 +67,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(OutlineTest)
+} // namespace velometer
+
+QTEST_GUILESS_MAIN(velometer::OutlineTest)
 #include "outline_test.moc"

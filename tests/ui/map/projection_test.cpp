@@ -6,6 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class ProjectionTest : public QObject
 {
     Q_OBJECT
@@ -52,5 +54,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(ProjectionTest)
+} // namespace velometer
+
+QTEST_APPLESS_MAIN(velometer::ProjectionTest)
 #include "projection_test.moc"

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+namespace velometer {
+
 /// A tile server of a few lines on loopback that records what it is asked and answers, or holds its
 /// answers back, as the test says. One request a connection.
 class TileServer : public QTcpServer
@@ -22,8 +24,9 @@ public:
     TileServer()
     {
         connect(this, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket *socket = nextPendingConnection())
+            while (QTcpSocket *socket = nextPendingConnection()) {
                 serve(socket);
+            }
         });
         listen(QHostAddress::LocalHost);
     }
@@ -37,8 +40,9 @@ public:
     void release()
     {
         holding = false;
-        for (const Request &request : std::exchange(held, {}))
+        for (const Request &request : std::exchange(held, {})) {
             reply(request);
+        }
     }
 
     static QByteArray message(const QByteArray &status, const QByteArray &headers,
@@ -71,13 +75,15 @@ private:
             socket->deleteLater();
         });
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-            if (!socket->peek(socket->bytesAvailable()).contains("\r\n\r\n"))
+            if (!socket->peek(socket->bytesAvailable()).contains("\r\n\r\n")) {
                 return;
+            }
             const QByteArray head = socket->readAll();
             const Request request{head.split(' ').value(1), head, socket};
             requests += request;
-            if (!holding)
+            if (!holding) {
                 return reply(request);
+            }
             held += request;
         });
     }
@@ -88,3 +94,5 @@ private:
         request.socket->disconnectFromHost();
     }
 };
+
+} // namespace velometer

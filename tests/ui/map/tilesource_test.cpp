@@ -14,6 +14,8 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace velometer {
+
 namespace {
 
 const QByteArray picture = TileServer::png(256, 256);
@@ -155,8 +157,9 @@ private Q_SLOTS:
         QFETCH(QByteArray, answer);
         bool wellAgain = false;
         server->answer = [&](const TileServer::Request &request) {
-            if (request.path != "/5/17/11.png")
+            if (request.path != "/5/17/11.png") {
                 return TileServer::message("200 OK", {}, TileServer::png(512, 512));
+            }
             return wellAgain ? moved("/elsewhere.png") : answer;
         };
         start();
@@ -225,5 +228,7 @@ private:
     std::unique_ptr<QSignalSpy> arrived;
 };
 
-QTEST_MAIN(TileSourceTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::TileSourceTest)
 #include "tilesource_test.moc"

@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class AboutTabTest : public QObject, protected Application
 {
     Q_OBJECT
@@ -21,8 +23,9 @@ public Q_SLOTS:
 private Q_SLOTS:
     void init()
     {
-        for (const QString &scheme : {u"http"_s, u"mailto"_s, u"file"_s})
+        for (const QString &scheme : {u"http"_s, u"mailto"_s, u"file"_s}) {
             QDesktopServices::setUrlHandler(scheme, this, "take");
+        }
         open();
         window->showAboutTab();
         opened.clear();
@@ -66,5 +69,7 @@ private:
     QList<QUrl> opened;
 };
 
-QTEST_MAIN(AboutTabTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::AboutTabTest)
 #include "abouttab_test.moc"

@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class LinksTabTest : public QObject, protected Application
 {
     Q_OBJECT
@@ -45,8 +47,9 @@ private Q_SLOTS:
         deployment.feedbackMailbox = u"maker@speed.example"_s;
         Deployment::setCurrent(deployment);
         Utils::setSettingsCommonValue(u"UserId"_s, stored);
-        for (const QString &scheme : {u"http"_s, u"mailto"_s})
+        for (const QString &scheme : {u"http"_s, u"mailto"_s}) {
             QDesktopServices::setUrlHandler(scheme, this, "take");
+        }
         window->showLinksTab();
         QCOMPARE(shown<QLabel>(u"labelNoUserId"_s) != nullptr, page.isEmpty());
         click(u"websiteButton"_s);
@@ -55,8 +58,9 @@ private Q_SLOTS:
             u"mailto:maker@speed.example?subject=Zenta Velometer Feedback (UserId:%1 Version:%2)"_s
                 .arg(mailId, QLatin1StringView(VELOMETER_VERSION))};
         QVERIFY(Utils::getLogEntries().contains("URL (Qt): "_L1 + wanted.constFirst()));
-        if (!page.isEmpty())
+        if (!page.isEmpty()) {
             wanted.prepend(page);
+        }
         QCOMPARE(opened, wanted);
         QVERIFY(!shown<QLabel>(u"labelAddress"_s));
     }
@@ -65,8 +69,9 @@ private Q_SLOTS:
     {
         Deployment::setCurrent({});
         Utils::setSettingsCommonValue(u"UserId"_s, u"52077"_s);
-        for (const QString &scheme : {u"http"_s, u"mailto"_s})
+        for (const QString &scheme : {u"http"_s, u"mailto"_s}) {
             QDesktopServices::unsetUrlHandler(scheme);
+        }
         window->showLinksTab();
         click(u"feedbackButtun"_s);
         QVERIFY(shown<QLabel>(u"labelNotOpened"_s));
@@ -84,5 +89,7 @@ private:
     QStringList opened;
 };
 
-QTEST_MAIN(LinksTabTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::LinksTabTest)
 #include "linkstab_test.moc"

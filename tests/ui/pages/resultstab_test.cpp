@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 QString textOf(const QWidget *widget, const char *name)
@@ -143,8 +145,9 @@ private Q_SLOTS:
             }
         };
         for (const int position : {0, 1, height - 1, height, 10 * height + 7, bar->maximum() - 1,
-                                   bar->maximum(), 3 * height, 0, bar->maximum() / 2})
+                                   bar->maximum(), 3 * height, 0, bar->maximum() / 2}) {
             check(position);
+        }
         window->resize(480, 2000); // needs more entries
         QCoreApplication::processEvents();
         check(bar->value());
@@ -199,8 +202,9 @@ private:
     void showResults(int added = 0)
     {
         QSqlDatabase::database().transaction();
-        for (int id = 1; id <= added; ++id)
+        for (int id = 1; id <= added; ++id) {
             store->add({.id = id, .test = id});
+        }
         QSqlDatabase::database().commit();
         window->showResultsTab();
         QVERIFY(!list->isVisible() && shown<QLabel>(u"labelPleaseWait"_s));
@@ -211,8 +215,9 @@ private:
     TestResultWidget *entryAt(int y) const
     {
         QWidget *at = list->widget()->childAt(50, y - list->widget()->y());
-        while (at && !qobject_cast<TestResultWidget *>(at))
+        while (at && !qobject_cast<TestResultWidget *>(at)) {
             at = at->parentWidget();
+        }
         return static_cast<TestResultWidget *>(at);
     }
 
@@ -221,5 +226,7 @@ private:
     QScrollBar *bar = nullptr;
 };
 
-QTEST_MAIN(ResultsTabTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::ResultsTabTest)
 #include "resultstab_test.moc"

@@ -15,6 +15,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class SettingsTabTest : public QObject, protected Application
 {
     Q_OBJECT
@@ -148,12 +150,15 @@ private:
     {
         QList<int> found;
         for (int i = 0; i < entries().size(); ++i) {
-            if (static_cast<QPushButton *>(part(i, u"checkBox"_s))->isChecked())
+            if (static_cast<QPushButton *>(part(i, u"checkBox"_s))->isChecked()) {
                 found.append(i);
+            }
         }
         return found;
     }
 };
 
-QTEST_MAIN(SettingsTabTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::SettingsTabTest)
 #include "settingstab_test.moc"

@@ -6,6 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class ThroughputPlotTest : public QObject
 {
     Q_OBJECT
@@ -59,6 +61,8 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(ThroughputPlotTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::ThroughputPlotTest)
 
 #include "throughputplot_test.moc"

@@ -8,6 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 class PopupsTest : public QObject, protected Application
 {
     Q_OBJECT
@@ -33,8 +35,9 @@ private Q_SLOTS:
         for (const auto &[name, value] :
              {std::pair{u"comboBoxDuring"_s, hours}, {u"comboBoxTestEvery"_s, minutes}}) {
             auto *box = shown<QComboBox>(name);
-            if (value > 0)
+            if (value > 0) {
                 box->setCurrentIndex(box->findData(value));
+            }
         }
         click(u"buttonMultiple"_s);
         QVERIFY(Utils::getLogEntries().contains(log));
@@ -77,8 +80,9 @@ private Q_SLOTS:
         auto *opened = find<PopupBase>(popup);
         auto *title = opened->findChild<QLabel *>(u"labelTitle"_s);
         (title ? title : opened->findChild<QLabel *>(u"labelLocation"_s))->setText(u"Title"_s);
-        if (auto *message = opened->findChild<QLabel *>(u"labelMessage"_s))
+        if (auto *message = opened->findChild<QLabel *>(u"labelMessage"_s)) {
             message->setText(question);
+        }
         opened->show();
         QCOMPARE(opened->accessibleName(), u"Title"_s);
         QCOMPARE(opened->accessibleDescription().isEmpty(), question.isEmpty());
@@ -87,5 +91,7 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PopupsTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::PopupsTest)
 #include "popups_test.moc"

@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
+namespace velometer {
+
 namespace {
 
 void send(QWidget *to, QEvent::Type type, QPointF at, Qt::MouseButton button = Qt::LeftButton)
@@ -100,8 +102,9 @@ private Q_SLOTS:
                     break;
                 }
                 default:
-                    for (int i = 0; i < number; ++i)
+                    for (int i = 0; i < number; ++i) {
                         area.tick();
+                    }
                 }
             }
             QTEST(area.verticalScrollBar()->value(), "position");
@@ -123,8 +126,9 @@ private Q_SLOTS:
             send(view.viewport(), type, view.mapFromScene(proxy->mapToScene(QPointF(100, y))));
         };
         finger(QEvent::MouseButtonPress, 200);
-        for (const int y : {198, 196, 194, 192, 190})
+        for (const int y : {198, 196, 194, 192, 190}) {
             finger(QEvent::MouseMove, y);
+        }
         area->tick();
         finger(QEvent::MouseMove, 170);
         QCOMPARE(area->verticalScrollBar()->value(), 530);
@@ -157,13 +161,16 @@ private Q_SLOTS:
         send(left.viewport(), QEvent::MouseButtonRelease, {100, 200});
         QCOMPARE(left.clicks, 1);
 
-        for (int y = 200; y > 190; --y)
+        for (int y = 200; y > 190; --y) {
             send(next->viewport(), y == 200 ? QEvent::MouseButtonPress : QEvent::MouseMove,
                  {100.0, double(y)});
+        }
         next.reset();
         left.tick(); // with nothing left to scroll
     }
 };
 
-QTEST_MAIN(QsKineticScrollerTest)
+} // namespace velometer
+
+QTEST_MAIN(velometer::QsKineticScrollerTest)
 #include "qskineticscroller_test.moc"
