@@ -4,6 +4,9 @@
 function(velometer_warnings target)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+        # Qt Test tells every target where it is built, in macros of its own headers. Nothing here asks,
+        # and with them no two programs could share what is precompiled.
+        -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR
         $<$<BOOL:${VELOMETER_WERROR}>:-Werror>)
     target_compile_definitions(${target} PRIVATE
         QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
@@ -20,11 +23,32 @@ function(velometer_warnings target)
     endif()
 endfunction()
 
+# velometer_precompile(TARGET KIND): TARGET starts from what cmake/pch/KIND.h includes, which is compiled
+# once for all that name the same kind. The compiler takes it for those alone that set the same options
+# (hence one list of them in velometer_warnings) and link at least the modules named here.
+function(velometer_precompile target kind)
+    if(NOT TARGET velometer_pch_${kind})
+        set(core Qt6::Core Qt6::Network)
+        set(ui ${core} Qt6::DBus Qt6::Positioning Qt6::Sql Qt6::Widgets)
+        set(test ${core} Qt6::Test)
+        set(uitest ${ui} Qt6::Test)
+        set(service Qt6::Core Qt6::Sql velometer_asio)
+        set(source ${CMAKE_BINARY_DIR}/pch/${kind}.cpp)
+        file(CONFIGURE OUTPUT ${source} CONTENT "// Nothing but what is precompiled.\n")
+        add_library(velometer_pch_${kind} OBJECT ${source})
+        set_target_properties(velometer_pch_${kind} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
+        target_link_libraries(velometer_pch_${kind} PRIVATE ${${kind}})
+        velometer_warnings(velometer_pch_${kind})
+        target_precompile_headers(velometer_pch_${kind} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch/${kind}.h)
+    endif()
+    target_precompile_headers(${target} REUSE_FROM velometer_pch_${kind})
+endfunction()
+
 # velometer_library(context LINKS velometer_platform): all sources of this folder, and of those named
-# after FOLDERS, become velometer_context. Includes are folder-qualified ("context/locationhelper.h"); a folder sees only
+# after FOLDERS, become velometer_context, precompiled as PRECOMPILE says (core). Includes are folder-qualified ("context/locationhelper.h"); a folder sees only
 # what it links, because every folder's headers are handed on through a directory of its own.
 function(velometer_library folder)
-    cmake_parse_arguments(arg "" "" "LINKS;FOLDERS" ${ARGN})
+    cmake_parse_arguments(arg "" "PRECOMPILE" "LINKS;FOLDERS" ${ARGN})
     set(patterns)
     foreach(place . ${arg_FOLDERS})
         foreach(suffix cpp h ui)
@@ -39,13 +63,20 @@ function(velometer_library folder)
     target_include_directories(velometer_${folder} PUBLIC ${view})
     target_link_libraries(velometer_${folder} PUBLIC ${arg_LINKS})
     velometer_warnings(velometer_${folder})
+    if(NOT arg_PRECOMPILE)
+        set(arg_PRECOMPILE core)
+    endif()
+    velometer_precompile(velometer_${folder} ${arg_PRECOMPILE})
 endfunction()
 
 # velometer_test(clock_test LINKS velometer_utils): one Qt Test program from clock_test.cpp, run by
 # ctest without a display, without the machine's modem and connections, and with settings and data of
 # its own.
 function(velometer_test name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(arg "" "PRECOMPILE" "SOURCES;LINKS" ${ARGN})
+    if(NOT arg_PRECOMPILE)
+        set(arg_PRECOMPILE test)
+    endif()
     if(NOT arg_SOURCES)
         set(arg_SOURCES ${name}.cpp)
     endif()
@@ -53,6 +84,7 @@ function(velometer_test name)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${arg_LINKS} velometer_test_support Qt6::Test)
     velometer_warnings(${name})
+    velometer_precompile(${name} ${arg_PRECOMPILE})
     add_test(NAME ${name} COMMAND ${name})
     set(home ${CMAKE_BINARY_DIR}/tests/home/${name})
     file(MAKE_DIRECTORY ${home})

@@ -1,0 +1,10 @@
+// What most tests include, parsed once.
+#pragma once
+
+#include "core.h"
+
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTest>
