@@ -763,13 +763,6 @@ Beispiele:
     </message>
 </context>
 <context>
-    <name>velometer::ErrorPopup</name>
-    <message>
-        <source>OK</source>
-        <translation>OK</translation>
-    </message>
-</context>
-<context>
     <name>velometer::GeoMap</name>
     <message>
         <source>(c) OpenStreetMap contributors</source>
@@ -1028,6 +1021,13 @@ orvak verfassen</translation>
     <message>
         <source>About</source>
         <translation>About</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::MessagePopup</name>
+    <message>
+        <source>Please Wait ...</source>
+        <translation>Bitte warten ...</translation>
     </message>
 </context>
 <context>
@@ -1736,24 +1736,6 @@ velometer-cli tut dasselbe ohne Bildschirm.
     <message>
         <source>LocationOtherShort</source>
         <translation>Anderswo</translation>
-    </message>
-</context>
-<context>
-    <name>velometer::WaitingPopup</name>
-    <message>
-        <source>Please Wait ...</source>
-        <translation>Bitte warten ...</translation>
-    </message>
-</context>
-<context>
-    <name>velometer::WarningPopup</name>
-    <message>
-        <source>OK</source>
-        <translation>OK</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
     </message>
 </context>
 </TS>

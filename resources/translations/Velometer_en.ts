@@ -763,13 +763,6 @@ Examples:
     </message>
 </context>
 <context>
-    <name>velometer::ErrorPopup</name>
-    <message>
-        <source>OK</source>
-        <translation>OK</translation>
-    </message>
-</context>
-<context>
     <name>velometer::GeoMap</name>
     <message>
         <source>(c) OpenStreetMap contributors</source>
@@ -1028,6 +1021,13 @@ to orvak</translation>
     <message>
         <source>About</source>
         <translation>About</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::MessagePopup</name>
+    <message>
+        <source>Please Wait ...</source>
+        <translation>Please Wait ...</translation>
     </message>
 </context>
 <context>
@@ -1736,24 +1736,6 @@ velometer-cli does the same without a display.
     <message>
         <source>LocationOtherShort</source>
         <translation>Other</translation>
-    </message>
-</context>
-<context>
-    <name>velometer::WaitingPopup</name>
-    <message>
-        <source>Please Wait ...</source>
-        <translation>Please Wait ...</translation>
-    </message>
-</context>
-<context>
-    <name>velometer::WarningPopup</name>
-    <message>
-        <source>OK</source>
-        <translation>OK</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Cancel</translation>
     </message>
 </context>
 </TS>

@@ -1,5 +1,6 @@
 #include "ui/mainwindow.h"
 
+#include "data/testservertable.h"
 #include "db/databasemanager.h"
 #include "measurement/testcontroller.h"
 #include "platform/platform.h"
@@ -10,11 +11,8 @@
 #include "ui/pages/resultstab.h"
 #include "ui/pages/settingstab.h"
 #include "ui/pages/testtab.h"
-#include "ui/popups/errorpopup.h"
-#include "ui/popups/locationpopup.h"
+#include "ui/popups/messagepopup.h"
 #include "ui/popups/numberofmeasurementspopup.h"
-#include "ui/popups/waitingpopup.h"
-#include "ui/popups/warningpopup.h"
 #include "utils/deployment.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
@@ -68,7 +66,6 @@ MainWindow::MainWindow(Platform &devicePlatform, QWidget *parent)
     : QMainWindow(parent)
     , ui(std::make_unique<Ui::MainWindow>())
     , platform(devicePlatform)
-    , ownparent(parent)
     , userLocation(u"Unknown"_s)
 {
     ui->setupUi(this);
@@ -95,8 +92,6 @@ void MainWindow::windowReady()
     advtimerstarttime = 0;
     createPages();
     createPopups();
-    detailsWindow = new DetailsWindow(this);
-    detailsWindow->hide();
     controller = new TestController(this, this, this, platform);
     connect(controller, &TestController::testEnded, this, &MainWindow::testEnded);
     controller->showInformation();
@@ -112,19 +107,42 @@ void MainWindow::windowReady()
 
 void MainWindow::createPages()
 {
+    servers = new TestServerTable(Deployment::current(), this);
     testTab = new TestTab(this);
-    testTab->hide();
     resultsTab = new ResultsTab(this);
-    resultsTab->hide();
     settingsTab = new SettingsTab(this);
-    settingsTab->hide();
     linksTab = new LinksTab(this);
-    linksTab->hide();
     aboutTab = new AboutTab(this);
-    aboutTab->hide();
     geomapTab = new GeoMapTab(this);
-    geomapTab->hide();
+    detailsWindow = new DetailsWindow(this);
+    connectPages();
+    setAdvancedMode(settingsTab->isSeriesMode());
     testTab->setLocation(Utils::trLocation(userLocation));
+}
+
+void MainWindow::connectPages()
+{
+    for (TabBase *page : pages()) {
+        page->hide();
+        connect(page, &TabBase::pageClicked, this, &MainWindow::showPageOf);
+        connect(page, &TabBase::makerClicked, this, &MainWindow::showOrvakWebpage);
+        connect(page, &TabBase::exitClicked, this, &MainWindow::exitClicked);
+    }
+    connect(testTab, &TestTab::startClicked, this, &MainWindow::startTestClicked);
+    connect(testTab, &TestTab::locationLinkClicked, this, &MainWindow::showLocationPopup);
+    connect(resultsTab, &ResultsTab::mapClicked, this, &MainWindow::showGeomapTab);
+    connect(resultsTab, &ResultsTab::resultSelected, detailsWindow, &DetailsWindow::setTestResults);
+    connect(resultsTab, &ResultsTab::resultSelected, this, &MainWindow::showDetailsWindow);
+    connect(settingsTab, &SettingsTab::serverChosen, this, &MainWindow::setTestServer);
+    connect(settingsTab, &SettingsTab::newSeriesClicked, this, &MainWindow::startNewSeries);
+    connect(settingsTab, &SettingsTab::clearDatabaseClicked, this, &MainWindow::clearLocalDatabase);
+    connect(settingsTab, &SettingsTab::seriesModeChosen, this, &MainWindow::setAdvancedMode);
+    connect(settingsTab, &SettingsTab::languageChosen, this, &MainWindow::setLanguage);
+}
+
+QList<TabBase *> MainWindow::pages() const
+{
+    return {testTab, resultsTab, settingsTab, linksTab, aboutTab, geomapTab, detailsWindow};
 }
 
 void MainWindow::createPopups()
@@ -133,15 +151,27 @@ void MainWindow::createPopups()
     shade->setObjectName(u"shade"_s);
     shade->hide();
     locationPopup = new LocationPopup(this);
-    locationPopup->hide();
     numberOfMeasurementsPopup = new NumberOfMeasurementsPopup(this);
-    numberOfMeasurementsPopup->hide();
-    warningPopup = new WarningPopup(this);
-    warningPopup->hide();
-    errorPopup = new ErrorPopup(this);
-    errorPopup->hide();
-    waitingPopup = new WaitingPopup(this);
-    waitingPopup->hide();
+    warningPopup = new MessagePopup(this);
+    warningPopup->setObjectName(u"WarningPopup"_s);
+    errorPopup = new MessagePopup(this);
+    errorPopup->setObjectName(u"ErrorPopup"_s);
+    waitingPopup = new MessagePopup(this);
+    waitingPopup->setObjectName(u"WaitingPopup"_s);
+    for (PopupBase *popup : std::initializer_list<PopupBase *>{
+             locationPopup, numberOfMeasurementsPopup, warningPopup, errorPopup, waitingPopup}) {
+        popup->hide();
+    }
+    connect(locationPopup, &LocationPopup::locationSelected, this,
+            &MainWindow::locationPopupLocationSelected);
+    connect(locationPopup, &PopupBase::cancelled, this, &MainWindow::locationPopupCancelClicked);
+    connect(numberOfMeasurementsPopup, &NumberOfMeasurementsPopup::numberSelected, this,
+            &MainWindow::numberOfMeasurementsPopupNumberSelected);
+    connect(numberOfMeasurementsPopup, &PopupBase::cancelled, this,
+            &MainWindow::numberOfMeasurementsPopupCancelClicked);
+    connect(warningPopup, &MessagePopup::accepted, this, &MainWindow::warningPopupOkClicked);
+    connect(warningPopup, &PopupBase::cancelled, this, &MainWindow::warningPopupCancelClicked);
+    connect(errorPopup, &MessagePopup::accepted, this, &MainWindow::errorPopupOkClicked);
 }
 
 // A finger that rests on Enter answers one question, not all that follow.
@@ -190,6 +220,9 @@ void MainWindow::changeEvent(QEvent *event)
         return;
     }
     ui->retranslateUi(this);
+    if (servers) {
+        servers->retranslate();
+    }
     if (testTab) {
         testTab->setLocation(Utils::trLocation(userLocation));
     }
@@ -205,11 +238,8 @@ bool MainWindow::showPage(TabBase *page)
     if (popupShown || !page) {
         return false;
     }
-    for (TabBase *each : {static_cast<TabBase *>(testTab), static_cast<TabBase *>(resultsTab),
-                          static_cast<TabBase *>(settingsTab), static_cast<TabBase *>(linksTab),
-                          static_cast<TabBase *>(aboutTab), static_cast<TabBase *>(geomapTab),
-                          static_cast<TabBase *>(detailsWindow)}) {
-        if (each && each != page) {
+    for (TabBase *each : pages()) {
+        if (each != page) {
             each->hide();
         }
     }
@@ -248,6 +278,17 @@ void MainWindow::resizeEvent(QResizeEvent *event)
     fitActiveTab();
 }
 
+void MainWindow::showPageOf(Page page)
+{
+    switch (page) {
+    case Page::Test: return showTestTab();
+    case Page::Results: return showResultsTab();
+    case Page::Settings: return showSettingsTab();
+    case Page::Links: return showLinksTab();
+    case Page::About: return showAboutTab();
+    }
+}
+
 void MainWindow::showTestTab()
 {
     showPage(testTab);
@@ -262,6 +303,9 @@ void MainWindow::showResultsTab()
 
 void MainWindow::showSettingsTab()
 {
+    if (controller) {
+        settingsTab->setServers(servers, controller->getSelectedServer());
+    }
     if (showPage(settingsTab)) {
         settingsTab->updateSettings();
     }
@@ -310,6 +354,7 @@ QString MainWindow::makerAddress()
 
 void MainWindow::showOrvakWebpage()
 {
+    Utils::addLogEntry("Open URL "_L1 + makerAddress());
     if (!popupShown) {
         QDesktopServices::openUrl(QUrl(makerAddress()));
     }
@@ -373,9 +418,7 @@ void MainWindow::closePopup(PopupBase *popup)
 
 void MainWindow::showNotice(const QString &title, const QString &message)
 {
-    errorPopup->setTitel(title);
-    errorPopup->setMessage(message);
-    errorPopup->setOKButtonText(tr("OK"));
+    errorPopup->setMessage({title, message, tr("OK"), {}});
     popupShown = true;
     openPopup(errorPopup);
 }
@@ -389,10 +432,7 @@ void MainWindow::errorPopupOkClicked()
 void MainWindow::showWarning(const QString &title, const QString &message)
 {
     popupShown = true;
-    warningPopup->setTitel(title);
-    warningPopup->setMessage(message);
-    warningPopup->setOKButtonText(tr("Yes, start test"));
-    warningPopup->setCancelButtonText(tr("No, don't test"));
+    warningPopup->setMessage({title, message, tr("Yes, start test"), tr("No, don't test")});
     openPopup(warningPopup);
 }
 
@@ -773,7 +813,14 @@ void MainWindow::setThroughput(int resulttype, int interval, qint64 bytes)
 
 TestServer *MainWindow::getTestServer(const QString &hostname, int port)
 {
-    return settingsTab->getTestServer(hostname, port);
+    return servers->find(hostname, port);
+}
+
+void MainWindow::setTestServer(TestServer *server)
+{
+    if (controller) {
+        controller->setTestServer(server);
+    }
 }
 
 // ---- Actions of the settings page
@@ -783,8 +830,7 @@ void MainWindow::clearLocalDatabase()
     if (popupShown || testrunning) {
         return;
     }
-    waitingPopup->setTitel(tr("Please Wait"));
-    waitingPopup->setMessage(tr("Database is beeing reseted..."));
+    waitingPopup->setMessage({tr("Please Wait"), tr("Database is beeing reseted..."), {}, {}});
     popupShown = true;
     openPopup(waitingPopup);
     QTimer::singleShot(paintTime, this, &MainWindow::clearLocalDatabaseImpl);

@@ -2,6 +2,8 @@
 
 #include "measurement/testhost.h"
 #include "measurement/testobserver.h"
+#include "ui/frame/tabbase.h"
+#include "ui/popups/locationpopup.h"
 
 #include <QMainWindow>
 #include <QString>
@@ -13,35 +15,22 @@ namespace velometer {
 
 class AboutTab;
 class DetailsWindow;
-class ErrorPopup;
 class GeoMapTab;
 class LinksTab;
-class LocationPopup;
+class MessagePopup;
 class NumberOfMeasurementsPopup;
 class Platform;
 class PopupBase;
 class ResultsTab;
 class SettingsTab;
-class TabBase;
 class TestController;
+class TestServerTable;
 class TestTab;
-class WaitingPopup;
-class WarningPopup;
 struct TestOutcome;
 
 namespace Ui {
 class MainWindow;
 }
-
-/// The user's choice of where he is, as the location popup returns it.
-enum UserLocation {
-    LOCATION_NOTSELECTED = 0,
-    LOCATION_INDOOR = 1,
-    LOCATION_OUTDOOR = 2,
-    LOCATION_TRAIN = 3,
-    LOCATION_CAR = 4,
-    LOCATION_OTHER = 5,
-};
 
 /// The application: owns pages, popups and the test controller, switches between the pages, leads
 /// through the questions before a test, schedules the tests of a series and shows what the
@@ -120,6 +109,7 @@ public Q_SLOTS:
     void warningPopupCancelClicked();
     void errorPopupOkClicked();
 
+    void showPageOf(Page page);
     void showTestTab();
     void showResultsTab();
     void showSettingsTab();
@@ -151,7 +141,10 @@ private Q_SLOTS:
 
 private:
     void createPages();
+    void connectPages();
     void createPopups();
+    QList<TabBase *> pages() const;
+    void setTestServer(TestServer *server);
     bool showPage(TabBase *page);
     void fitActiveTab();
     void focusPage();
@@ -174,12 +167,12 @@ private:
     int teststatus = -1;
     std::unique_ptr<Ui::MainWindow> ui;
     Platform &platform;
-    QWidget *ownparent;
     LocationPopup *locationPopup = nullptr;
     NumberOfMeasurementsPopup *numberOfMeasurementsPopup = nullptr;
-    WarningPopup *warningPopup = nullptr;
-    ErrorPopup *errorPopup = nullptr;
-    WaitingPopup *waitingPopup = nullptr;
+    MessagePopup *warningPopup = nullptr;
+    MessagePopup *errorPopup = nullptr;
+    MessagePopup *waitingPopup = nullptr;
+    TestServerTable *servers = nullptr;
     TestTab *testTab = nullptr;
     ResultsTab *resultsTab = nullptr;
     SettingsTab *settingsTab = nullptr;

@@ -4,7 +4,7 @@
 #include "ui/mainwindow.h"
 
 #include "data/testdetails.h"
-#include "ui/pages/tabbase.h"
+#include "ui/frame/tabbase.h"
 #include "ui/plot/throughputplot.h"
 #include "ui/popups/popupbase.h"
 #include "utils/deployment.h"
@@ -403,12 +403,11 @@ private:
     void tick() { QMetaObject::invokeMethod(window.get(), "updateScreenNextMeasurement"); }
 
     TabBase *page() const { return shown<TabBase>(); }
-    /// The class of the popup that is open, empty when there is none.
+    /// The name of the popup that is open, empty when there is none.
     QString openPopup() const
     {
         const auto *popup = shown<PopupBase>();
-        return popup ? QString::fromLatin1(popup->metaObject()->className()).section(u"::"_s, -1)
-                     : QString();
+        return popup ? popup->objectName() : QString();
     }
     QString line() const { return label(u"labelDataTransfered"_s); }
 

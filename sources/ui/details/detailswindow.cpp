@@ -150,8 +150,8 @@ QString escapedForBody(QString text)
 
 } // namespace
 
-DetailsWindow::DetailsWindow(MainWindow *mainWindow)
-    : TabBase(mainWindow)
+DetailsWindow::DetailsWindow(QWidget *parent)
+    : TabBase(parent)
     , ui(std::make_unique<Ui::DetailsWindow>())
 {
     ui->setupUi(this);

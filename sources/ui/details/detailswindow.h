@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/pages/tabbase.h"
+#include "ui/frame/tabbase.h"
 
 #include <QList>
 #include <QTimer>
@@ -26,8 +26,8 @@ class DetailsWindow : public TabBase
     Q_OBJECT
 
 public:
-    /// @p mainWindow is the parent and owns the page.
-    explicit DetailsWindow(MainWindow *mainWindow);
+    /// @p parent owns the page.
+    explicit DetailsWindow(QWidget *parent);
     ~DetailsWindow() override;
 
     /// Shows the test of @p results, which is not kept. The rows follow a moment later, so that the

@@ -28,8 +28,8 @@ QString kiloBits(double bitsPerSecond)
 
 } // namespace
 
-GeoMapTab::GeoMapTab(MainWindow *mainWindow)
-    : TabBase(mainWindow)
+GeoMapTab::GeoMapTab(QWidget *parent)
+    : TabBase(parent)
     , ui(std::make_unique<Ui::GeoMapTab>())
 {
     ui->setupUi(this);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/databasemanager.h"
-#include "ui/pages/tabbase.h"
+#include "ui/frame/tabbase.h"
 
 #include <memory>
 #include <vector>
@@ -25,7 +25,7 @@ class GeoMapTab : public TabBase
     Q_OBJECT
 
 public:
-    explicit GeoMapTab(MainWindow *mainWindow);
+    explicit GeoMapTab(QWidget *parent);
     ~GeoMapTab() override;
 
     /// Reads the positions from the database and shows them.

@@ -17,8 +17,8 @@ namespace {
 constexpr qreal pageMargin = 12; // px
 }
 
-AboutTab::AboutTab(MainWindow *mainWindow)
-    : TabBase(mainWindow)
+AboutTab::AboutTab(QWidget *parent)
+    : TabBase(parent)
     , ui(std::make_unique<Ui::AboutTab>())
 {
     ui->setupUi(this);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/pages/tabbase.h"
+#include "ui/frame/tabbase.h"
 
 #include <memory>
 
@@ -19,8 +19,8 @@ class AboutTab : public TabBase
     Q_OBJECT
 
 public:
-    /// @p mainWindow is the parent and owns the page.
-    explicit AboutTab(MainWindow *mainWindow);
+    /// @p parent owns the page.
+    explicit AboutTab(QWidget *parent);
     ~AboutTab() override;
 
     /// Shows the text from its start.

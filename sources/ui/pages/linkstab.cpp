@@ -20,8 +20,8 @@ QString userId()
 
 } // namespace
 
-LinksTab::LinksTab(MainWindow *mainWindow)
-    : TabBase(mainWindow)
+LinksTab::LinksTab(QWidget *parent)
+    : TabBase(parent)
     , ui(std::make_unique<Ui::LinksTab>())
 {
     ui->setupUi(this);

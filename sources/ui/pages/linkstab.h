@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/pages/tabbase.h"
+#include "ui/frame/tabbase.h"
 
 #include <memory>
 
@@ -18,8 +18,8 @@ class LinksTab : public TabBase
     Q_OBJECT
 
 public:
-    /// @p mainWindow is the parent and owns the page.
-    explicit LinksTab(MainWindow *mainWindow);
+    /// @p parent owns the page.
+    explicit LinksTab(QWidget *parent);
     ~LinksTab() override;
 
 protected:

@@ -29,11 +29,9 @@ ResultList::ResultList(QWidget *parent)
 
 ResultList::~ResultList() = default;
 
-void ResultList::setResults(std::vector<std::unique_ptr<DBTestResults>> results,
-                            MainWindow *mainWindow)
+void ResultList::setResults(std::vector<std::unique_ptr<DBTestResults>> results)
 {
     clear();
-    mw = mainWindow;
     rows = std::move(results);
     if (rows.size() > mostRows) {
         rows.resize(mostRows);
@@ -121,8 +119,9 @@ void ResultList::layOut()
 
 void ResultList::addEntry()
 {
-    auto *entry = new TestResultWidget(mw, widget());
+    auto *entry = new TestResultWidget(widget());
     entry->hide();
+    connect(entry, &TestResultWidget::selected, this, &ResultList::selected);
     connect(entry, &TestResultWidget::focused, this, [this, entry] {
         const auto found = std::find_if(
             pool.begin(), pool.end(), [entry](const Entry &each) { return each.widget == entry; });

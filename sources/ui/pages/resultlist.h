@@ -9,7 +9,6 @@
 namespace velometer {
 
 class DBTestResults;
-class MainWindow;
 class TestResultWidget;
 
 /// The list of stored tests. Only as many entries exist as fill the view and a little more; each
@@ -26,13 +25,17 @@ public:
     ~ResultList() override;
 
     /// Takes @p results, newest first, in place of what was shown; of more than 100,000 the newest.
-    /// @p mainWindow is borrowed. The place in the list is kept while its first test is the same.
-    void setResults(std::vector<std::unique_ptr<DBTestResults>> results, MainWindow *mainWindow);
+    /// The place in the list is kept while its first test is the same.
+    void setResults(std::vector<std::unique_ptr<DBTestResults>> results);
     /// Deletes entries and results.
     void clear();
 
     /// The entries that exist, in no particular order.
     QList<TestResultWidget *> entries() const;
+
+Q_SIGNALS:
+    /// A tap on an entry, or Enter on the current one. @p results stay the list's.
+    void selected(const DBTestResults *results);
 
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;
@@ -55,7 +58,6 @@ private:
     void setCurrent(qsizetype row);
     qsizetype rowsInView() const;
 
-    MainWindow *mw = nullptr;
     std::vector<std::unique_ptr<DBTestResults>> rows;
     std::vector<Entry> pool; ///< row r is shown by entry r modulo the pool's size
     int rowHeight = 0;       ///< px; 0 before the first entry

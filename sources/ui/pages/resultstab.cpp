@@ -1,7 +1,6 @@
 #include "ui/pages/resultstab.h"
 
 #include "db/databasemanager.h"
-#include "ui/mainwindow.h"
 #include "ui/pages/testresultwidget.h"
 #include "ui/scrolling/qskineticscroller.h"
 
@@ -18,8 +17,8 @@ constexpr std::chrono::milliseconds paintTime{100};
 
 } // namespace
 
-ResultsTab::ResultsTab(MainWindow *mainWindow)
-    : TabBase(mainWindow)
+ResultsTab::ResultsTab(QWidget *parent)
+    : TabBase(parent)
     , ui(std::make_unique<Ui::ResultsTab>())
 {
     ui->setupUi(this);
@@ -27,6 +26,7 @@ ResultsTab::ResultsTab(MainWindow *mainWindow)
     auto *scroller = new QsKineticScroller(this);
     scroller->enableKineticScrollFor(ui->scrollArea);
     connect(scroller, &QsKineticScroller::coastingStopped, this, &TestResultWidget::forgetPress);
+    connect(ui->scrollArea, &ResultList::selected, this, &ResultsTab::resultSelected);
     updateTimer.setSingleShot(true);
     updateTimer.setInterval(paintTime);
     connect(&updateTimer, &QTimer::timeout, this, &ResultsTab::updateResultsImpl);
@@ -56,7 +56,7 @@ void ResultsTab::updateResultsImpl()
     ui->labelNoTests->setVisible(results.empty());
     showTotals();
     showList(true);
-    ui->scrollArea->setResults(std::move(results), mw);
+    ui->scrollArea->setResults(std::move(results));
 }
 
 void ResultsTab::clearCurrentResults()
@@ -85,7 +85,7 @@ void ResultsTab::showTotals()
 
 void ResultsTab::on_pushButton_clicked()
 {
-    mw->showGeomapTab();
+    Q_EMIT mapClicked();
 }
 
 } // namespace velometer

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/pages/tabbase.h"
+#include "ui/frame/tabbase.h"
 
 #include <QTimer>
 
@@ -8,7 +8,7 @@
 
 namespace velometer {
 
-class TestResultWidget;
+class DBTestResults;
 
 namespace Ui {
 class ResultsTab;
@@ -20,8 +20,8 @@ class ResultsTab : public TabBase
     Q_OBJECT
 
 public:
-    /// @p mainWindow is the parent and owns the page.
-    explicit ResultsTab(MainWindow *mainWindow);
+    /// @p parent owns the page.
+    explicit ResultsTab(QWidget *parent);
     ~ResultsTab() override;
 
     /// Says that it takes a moment, and reads the store a tenth of a second later, so that this is
@@ -33,8 +33,12 @@ public Q_SLOTS:
     /// before are gone, so it is not for their own signals. A store that cannot be read is shown as
     /// an empty one.
     void updateResultsImpl();
-    /// Asks for the map. The main window refuses while one of its popups is open.
     void on_pushButton_clicked();
+
+Q_SIGNALS:
+    void mapClicked();
+    /// One of the tests in the list. @p results stay the list's.
+    void resultSelected(const DBTestResults *results);
 
 protected:
     void retranslate() override;

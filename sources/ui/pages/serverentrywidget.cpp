@@ -1,7 +1,6 @@
 #include "ui/pages/serverentrywidget.h"
 
 #include "data/testserver.h"
-#include "ui/pages/settingstab.h"
 
 #include "ui_serverentrywidget.h"
 
@@ -50,9 +49,7 @@ void ServerEntryWidget::on_checkBox_clicked()
 {
     // A click on the chosen server has just taken its mark away.
     setServerEnabled(true);
-    if (settingsTab) {
-        settingsTab->selectServer(server);
-    }
+    Q_EMIT chosen(server);
 }
 
 } // namespace velometer

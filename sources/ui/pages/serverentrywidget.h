@@ -6,7 +6,6 @@
 
 namespace velometer {
 
-class SettingsTab;
 class TestServer;
 
 namespace Ui {
@@ -24,8 +23,6 @@ public:
     ServerEntryWidget(QWidget *parent, TestServer *server);
     ~ServerEntryWidget() override;
 
-    /// Where a choice is reported; borrowed, outlives the entry.
-    void setSettingsTab(SettingsTab *tab) { settingsTab = tab; }
     void setServerEnabled(bool enabled);
     /// The last entry has no line below it.
     void setLastEntry(bool last);
@@ -34,13 +31,15 @@ public:
     /// Shows the server's name anew.
     void retranslate();
 
+Q_SIGNALS:
+    void chosen(TestServer *server);
+
 private Q_SLOTS:
     void on_checkBox_clicked();
 
 private:
     std::unique_ptr<Ui::ServerEntryWidget> ui;
     TestServer *server;
-    SettingsTab *settingsTab = nullptr;
 };
 
 } // namespace velometer

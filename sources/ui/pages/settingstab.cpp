@@ -2,11 +2,8 @@
 
 #include "data/databudget.h"
 #include "data/testservertable.h"
-#include "measurement/testcontroller.h"
-#include "ui/mainwindow.h"
 #include "ui/pages/serverentrywidget.h"
 #include "ui/scrolling/qskineticscroller.h"
-#include "utils/deployment.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
 
@@ -20,17 +17,15 @@ using namespace Qt::StringLiterals;
 
 namespace velometer {
 
-SettingsTab::SettingsTab(MainWindow *mainWindow)
-    : TabBase(mainWindow)
+SettingsTab::SettingsTab(QWidget *parent)
+    : TabBase(parent)
     , ui(std::make_unique<Ui::SettingsTab>())
-    , table(new TestServerTable(Deployment::current(), this))
 {
     ui->setupUi(this);
     fillFrame();
     initializeServerList();
     advmode = Utils::getSettingsValue(u"AdvMode"_s) == "set"_L1;
     showAdvMode();
-    mw->setAdvancedMode(advmode);
     showLanguage();
     showBudget();
 }
@@ -39,20 +34,36 @@ SettingsTab::~SettingsTab() = default;
 
 void SettingsTab::initializeServerList()
 {
-    for (TestServer *server : table->servers()) {
-        auto *entry = new ServerEntryWidget(ui->scrollAreaWidgetContents, server);
-        entry->setSettingsTab(this);
-        ui->serverListLayout->addWidget(entry);
-        serverWidgets.append(entry);
-    }
-    if (!serverWidgets.isEmpty()) {
-        serverWidgets.last()->setLastEntry(true);
-    }
     ui->serverListLayout->addStretch();
     // The scroller's filter comes first and lets nothing but taps through to this one.
     ui->scrollArea->viewport()->installEventFilter(this);
     auto *scroller = new QsKineticScroller(this);
     scroller->enableKineticScrollFor(ui->scrollArea);
+}
+
+void SettingsTab::fillServerList()
+{
+    qDeleteAll(serverWidgets);
+    serverWidgets.clear();
+    for (TestServer *server : table->servers()) {
+        auto *entry = new ServerEntryWidget(ui->scrollAreaWidgetContents, server);
+        connect(entry, &ServerEntryWidget::chosen, this, &SettingsTab::selectServer);
+        // Above the stretch that ends the list.
+        ui->serverListLayout->insertWidget(static_cast<int>(serverWidgets.size()), entry);
+        serverWidgets.append(entry);
+    }
+    if (!serverWidgets.isEmpty()) {
+        serverWidgets.last()->setLastEntry(true);
+    }
+}
+
+void SettingsTab::setServers(const TestServerTable *servers, const TestServer *current)
+{
+    if (table != servers) {
+        table = servers;
+        fillServerList();
+    }
+    markServer(current ? table->find(current->getHostname(), current->getPort()) : nullptr);
 }
 
 bool SettingsTab::eventFilter(QObject *object, QEvent *event)
@@ -74,16 +85,13 @@ bool SettingsTab::eventFilter(QObject *object, QEvent *event)
 
 void SettingsTab::updateSettings()
 {
-    const TestController *controller = mw->getController();
-    const TestServer *current = controller ? controller->getSelectedServer() : nullptr;
-    markServer(current ? getTestServer(current->getHostname(), current->getPort()) : nullptr);
     showBudget();
 }
 
 void SettingsTab::selectServer(TestServer *server)
 {
     markServer(server);
-    storeTestServer(server);
+    Q_EMIT serverChosen(server);
 }
 
 void SettingsTab::markServer(const TestServer *server)
@@ -93,22 +101,9 @@ void SettingsTab::markServer(const TestServer *server)
     }
 }
 
-void SettingsTab::storeTestServer(TestServer *server)
-{
-    if (TestController *controller = mw->getController()) {
-        controller->setTestServer(server);
-    }
-}
-
-TestServer *SettingsTab::getTestServer(const QString &hostname, int port) const
-{
-    return table->find(hostname, port);
-}
-
 void SettingsTab::retranslate()
 {
     ui->retranslateUi(this);
-    table->retranslate();
     for (ServerEntryWidget *entry : std::as_const(serverWidgets)) {
         entry->retranslate();
     }
@@ -152,12 +147,12 @@ void SettingsTab::on_comboBoxBudget_activated(int index)
 
 void SettingsTab::on_buttonNewSeries_clicked()
 {
-    mw->startNewSeries();
+    Q_EMIT newSeriesClicked();
 }
 
 void SettingsTab::on_buttonClearDatabase_clicked()
 {
-    mw->clearLocalDatabase();
+    Q_EMIT clearDatabaseClicked();
 }
 
 void SettingsTab::on_buttonAdvMode_clicked()
@@ -165,17 +160,17 @@ void SettingsTab::on_buttonAdvMode_clicked()
     advmode = !advmode;
     showAdvMode();
     Utils::setSettingsValue(u"AdvMode"_s, advmode ? u"set"_s : u"notset"_s);
-    mw->setAdvancedMode(advmode);
+    Q_EMIT seriesModeChosen(advmode);
 }
 
 void SettingsTab::on_buttonGerman_clicked()
 {
-    mw->setLanguage(u"de"_s);
+    Q_EMIT languageChosen(u"de"_s);
 }
 
 void SettingsTab::on_buttonEnglish_clicked()
 {
-    mw->setLanguage(u"en"_s);
+    Q_EMIT languageChosen(u"en"_s);
 }
 
 } // namespace velometer

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/pages/tabbase.h"
+#include "ui/frame/tabbase.h"
 
 #include <QList>
 
@@ -17,32 +17,40 @@ class SettingsTab;
 }
 
 /// The settings page: new series, clear the database, the test server, the language, the data
-/// budget of a test, series mode. Owns the table of test servers. Reads "AdvMode" when it is made
-/// and writes it with every change.
+/// budget of a test, series mode. Reads "AdvMode" when it is made and writes it with every change.
 ///
-/// Everything may be changed at any time: what a running test or series cannot take over waits for
-/// the next one, and a new series or clearing the database is refused by the main window, without a
-/// word, while a test runs or one of its popups is open.
+/// Everything may be pressed at any time; whether it can be done now, or waits for the next test,
+/// is the business of whoever listens.
 class SettingsTab : public TabBase
 {
     Q_OBJECT
 
 public:
-    /// @p mainWindow is the parent and owns the page; it need not have a controller yet.
-    explicit SettingsTab(MainWindow *mainWindow);
+    /// @p parent owns the page, which offers no server before setServers().
+    explicit SettingsTab(QWidget *parent);
     ~SettingsTab() override;
 
-    /// Shows the data budget and marks the server that the next test uses; no server when it is
-    /// not one of the table, or before there is a controller.
+    /// Offers the servers of @p servers (borrowed, outlives the page) and marks the one with the
+    /// host name and port of @p current: none where the table has no such server, or for null. The
+    /// page shows the names that the table has at the moment; a table that is translated anew is so
+    /// before the page hears of the new language.
+    void setServers(const TestServerTable *servers, const TestServer *current);
+
+    /// Shows the data budget as it is remembered now.
     void updateSettings();
-    /// Marks the entry of @p server (one of the table) alone and uses it from the next test on.
+
+    /// As a tap on @p server (one of the table) does.
     void selectServer(TestServer *server);
-    /// Hands @p server (one of the table) to the controller, which borrows and remembers it; lost
-    /// when there is no controller.
-    void storeTestServer(TestServer *server);
-    /// The server of the table with this host name and port; null when there is none. The page
-    /// keeps it.
-    TestServer *getTestServer(const QString &hostname, int port) const;
+
+    bool isSeriesMode() const { return advmode; }
+
+Q_SIGNALS:
+    void serverChosen(TestServer *server);
+    void newSeriesClicked();
+    void clearDatabaseClicked();
+    void seriesModeChosen(bool on);
+    /// "de" or "en".
+    void languageChosen(const QString &language);
 
 protected:
     /// Gives a tap in the list to the entry below it.
@@ -59,13 +67,14 @@ private Q_SLOTS:
 
 private:
     void initializeServerList();
+    void fillServerList();
     void markServer(const TestServer *server);
     void showAdvMode();
     void showLanguage();
     void showBudget();
 
     std::unique_ptr<Ui::SettingsTab> ui;
-    TestServerTable *table;
+    const TestServerTable *table = nullptr;
     QList<ServerEntryWidget *> serverWidgets;
     bool advmode = false;
 };

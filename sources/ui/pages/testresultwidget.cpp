@@ -1,8 +1,6 @@
 #include "ui/pages/testresultwidget.h"
 
 #include "db/dbtestresults.h"
-#include "ui/details/detailswindow.h"
-#include "ui/mainwindow.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
@@ -37,9 +35,8 @@ QString speedText(double speed)
 
 std::optional<QPoint> TestResultWidget::pressPosition;
 
-TestResultWidget::TestResultWidget(MainWindow *mainWindow, QWidget *parent)
+TestResultWidget::TestResultWidget(QWidget *parent)
     : QWidget(parent)
-    , mw(mainWindow)
     , ui(std::make_unique<Ui::TestResultWidget>())
     , mobileIcon(u":/velometerres/wwan.png"_s)
     , wlanIcon(u":/velometerres/wlan.png"_s)
@@ -99,8 +96,7 @@ void TestResultWidget::widgetSelected()
         return;
     }
     Utils::addLogEntry(u"Widget Selected!"_s);
-    mw->getDetailsWindow()->setTestResults(dbTestResults);
-    mw->showDetailsWindow();
+    Q_EMIT selected(dbTestResults);
 }
 
 bool TestResultWidget::eventFilter(QObject * /*object*/, QEvent *event)

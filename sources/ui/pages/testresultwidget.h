@@ -10,21 +10,19 @@
 namespace velometer {
 
 class DBTestResults;
-class MainWindow;
 
 namespace Ui {
 class TestResultWidget;
 }
 
 /// One stored test in the list of the results page: ids, time, place, server, connection and
-/// figures on three lines. A tap on it, or widgetSelected(), shows the test's details.
+/// figures on three lines. A tap on it, or widgetSelected(), selects the test.
 class TestResultWidget : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// @p parent owns the entry. @p mainWindow is borrowed, outlives it and shows the details.
-    TestResultWidget(MainWindow *mainWindow, QWidget *parent);
+    explicit TestResultWidget(QWidget *parent);
     ~TestResultWidget() override;
 
     /// Shows @p results, which are borrowed and outlive their being shown here.
@@ -35,11 +33,11 @@ public:
     static void forgetPress() { pressPosition.reset(); }
 
 public Q_SLOTS:
-    /// Hands the test to the details page and asks for that page; the main window refuses while one
-    /// of its popups is open. Before there is a test nothing happens.
+    /// Before there is a test nothing happens.
     void widgetSelected();
 
 Q_SIGNALS:
+    void selected(const DBTestResults *results);
     /// The entry has got the keyboard.
     void focused();
 
@@ -56,7 +54,6 @@ private:
     /// moves with the finger.
     static std::optional<QPoint> pressPosition;
 
-    MainWindow *const mw;
     const std::unique_ptr<Ui::TestResultWidget> ui;
     const QIcon mobileIcon;
     const QIcon wlanIcon;

@@ -1,6 +1,5 @@
 #include "ui/pages/testtab.h"
 
-#include "ui/mainwindow.h"
 #include "ui/scrolling/qskineticscroller.h"
 #include "utils/utils.h"
 
@@ -20,8 +19,8 @@ constexpr int captionMargin = 16;
 
 } // namespace
 
-TestTab::TestTab(MainWindow *mainWindow)
-    : TabBase(mainWindow)
+TestTab::TestTab(QWidget *parent)
+    : TabBase(parent)
     , ui(std::make_unique<Ui::TestTab>())
 {
     ui->setupUi(this);
@@ -43,7 +42,7 @@ void TestTab::retranslate()
     // The caption of a running test stays until the test writes the next one.
     const QString caption = ui->buttonStartTest->text();
     ui->retranslateUi(this);
-    if (mw->isTestRunning()) {
+    if (isTestShown()) {
         ui->buttonStartTest->setText(caption);
     }
     fitCaption();
@@ -145,6 +144,13 @@ void TestTab::setStartState(const char *state)
     ui->buttonStartTest->style()->polish(ui->buttonStartTest);
 }
 
+// While a test runs the button either waits for its end or aborts the series.
+bool TestTab::isTestShown() const
+{
+    return !ui->buttonStartTest->isEnabled() ||
+           ui->buttonStartTest->property("state").toString() == "abort"_L1;
+}
+
 // Status texts are as long as their language makes them; the button has one width.
 void TestTab::fitCaption()
 {
@@ -168,13 +174,13 @@ void TestTab::resizeEvent(QResizeEvent *event)
 void TestTab::on_buttonStartTest_clicked()
 {
     Utils::addLogEntry(u"Start Test clicked"_s);
-    mw->startTestClicked();
+    Q_EMIT startClicked();
 }
 
 void TestTab::on_labelLocation_linkActivated(const QString &link)
 {
     Q_UNUSED(link)
-    mw->showLocationPopup();
+    Q_EMIT locationLinkClicked();
 }
 
 void TestTab::keyPressEvent(QKeyEvent *event)

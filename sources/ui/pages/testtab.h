@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/pages/tabbase.h"
+#include "ui/frame/tabbase.h"
 
 #include <memory>
 
@@ -10,15 +10,15 @@ namespace Ui {
 class TestTab;
 }
 
-/// The page from which tests are started and on which they are watched. It holds no logic: the main
-/// window writes every field, the start button and the location link call it back. A field keeps
-/// what was last written into it.
+/// The page from which tests are started and on which they are watched. It holds no logic: what it
+/// shows is written into it from outside, and its start button and location link only say that they
+/// were pressed. A field keeps what was last written into it.
 class TestTab : public TabBase
 {
     Q_OBJECT
 
 public:
-    explicit TestTab(MainWindow *mainWindow);
+    explicit TestTab(QWidget *parent);
     ~TestTab() override;
 
     /// Shown as a link that leads to the location popup.
@@ -50,6 +50,10 @@ public Q_SLOTS:
     void on_buttonStartTest_clicked();
     void on_labelLocation_linkActivated(const QString &link);
 
+Q_SIGNALS:
+    void startClicked();
+    void locationLinkClicked();
+
 protected:
     void retranslate() override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -57,6 +61,7 @@ protected:
 
 private:
     void setStartState(const char *state);
+    bool isTestShown() const;
     void fitCaption();
 
     std::unique_ptr<Ui::TestTab> ui;

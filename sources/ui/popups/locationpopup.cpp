@@ -1,6 +1,5 @@
 #include "ui/popups/locationpopup.h"
 
-#include "ui/mainwindow.h"
 #include "utils/utils.h"
 
 #include "ui_locationpopup.h"
@@ -9,8 +8,8 @@ using namespace Qt::StringLiterals;
 
 namespace velometer {
 
-LocationPopup::LocationPopup(MainWindow *mainWindow)
-    : PopupBase(mainWindow)
+LocationPopup::LocationPopup(QWidget *parent)
+    : PopupBase(parent)
     , ui(std::make_unique<Ui::LocationPopup>())
 {
     ui->setupUi(this);
@@ -26,37 +25,37 @@ void LocationPopup::retranslate()
 void LocationPopup::on_buttonIndoor_clicked()
 {
     Utils::addLogEntry(u"Indoor clicked"_s);
-    mw->locationPopupLocationSelected(LOCATION_INDOOR);
+    Q_EMIT locationSelected(LOCATION_INDOOR);
 }
 
 void LocationPopup::on_buttonOutdoor_clicked()
 {
     Utils::addLogEntry(u"Outdoor clicked"_s);
-    mw->locationPopupLocationSelected(LOCATION_OUTDOOR);
+    Q_EMIT locationSelected(LOCATION_OUTDOOR);
 }
 
 void LocationPopup::on_buttonTrain_clicked()
 {
     Utils::addLogEntry(u"Train clicked"_s);
-    mw->locationPopupLocationSelected(LOCATION_TRAIN);
+    Q_EMIT locationSelected(LOCATION_TRAIN);
 }
 
 void LocationPopup::on_buttonCar_clicked()
 {
     Utils::addLogEntry(u"Car clicked"_s);
-    mw->locationPopupLocationSelected(LOCATION_CAR);
+    Q_EMIT locationSelected(LOCATION_CAR);
 }
 
 void LocationPopup::on_buttonOther_clicked()
 {
     Utils::addLogEntry(u"Other clicked"_s);
-    mw->locationPopupLocationSelected(LOCATION_OTHER);
+    Q_EMIT locationSelected(LOCATION_OTHER);
 }
 
 void LocationPopup::on_buttonCancel_clicked()
 {
     Utils::addLogEntry(u"Location cancel clicked"_s);
-    mw->locationPopupCancelClicked();
+    Q_EMIT cancelled();
 }
 
 } // namespace velometer

@@ -10,15 +10,27 @@ namespace Ui {
 class LocationPopup;
 }
 
+/// The answers of the location popup.
+enum UserLocation {
+    LOCATION_NOTSELECTED = 0,
+    LOCATION_INDOOR = 1,
+    LOCATION_OUTDOOR = 2,
+    LOCATION_TRAIN = 3,
+    LOCATION_CAR = 4,
+    LOCATION_OTHER = 5,
+};
+
 /// Asks where the user is.
 class LocationPopup : public PopupBase
 {
     Q_OBJECT
 
 public:
-    /// @p mainWindow is the parent, owns the popup and takes its answers.
-    explicit LocationPopup(MainWindow *mainWindow);
+    explicit LocationPopup(QWidget *parent);
     ~LocationPopup() override;
+
+Q_SIGNALS:
+    void locationSelected(UserLocation location);
 
 protected:
     void retranslate() override;

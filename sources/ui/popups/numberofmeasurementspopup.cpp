@@ -1,6 +1,5 @@
 #include "ui/popups/numberofmeasurementspopup.h"
 
-#include "ui/mainwindow.h"
 #include "utils/utils.h"
 
 #include "ui_numberofmeasurementspopup.h"
@@ -25,8 +24,8 @@ void fill(TouchComboBox *box, std::initializer_list<int> values, QLatin1StringVi
 
 } // namespace
 
-NumberOfMeasurementsPopup::NumberOfMeasurementsPopup(MainWindow *mainWindow)
-    : PopupBase(mainWindow)
+NumberOfMeasurementsPopup::NumberOfMeasurementsPopup(QWidget *parent)
+    : PopupBase(parent)
     , ui(std::make_unique<Ui::NumberOfMeasurementsPopup>())
 {
     ui->setupUi(this);
@@ -49,7 +48,7 @@ QWidget *NumberOfMeasurementsPopup::focusedFirst()
 void NumberOfMeasurementsPopup::on_buttonSingle_clicked()
 {
     Utils::addLogEntry(u"single measurements clicked"_s);
-    mw->numberOfMeasurementsPopupNumberSelected(1, 0);
+    Q_EMIT numberSelected(1, 0);
 }
 
 void NumberOfMeasurementsPopup::on_buttonMultiple_clicked()
@@ -59,13 +58,13 @@ void NumberOfMeasurementsPopup::on_buttonMultiple_clicked()
     const int count = during * minutesPerHour / testevery;
     const int interval = testevery * secondsPerMinute;
     Utils::addLogEntry(u"multiple measurements clicked %1 %2"_s.arg(count).arg(interval));
-    mw->numberOfMeasurementsPopupNumberSelected(count, interval);
+    Q_EMIT numberSelected(count, interval);
 }
 
 void NumberOfMeasurementsPopup::on_buttonCancel_clicked()
 {
     Utils::addLogEntry(u"Number of measurements cancel clicked"_s);
-    mw->numberOfMeasurementsPopupCancelClicked();
+    Q_EMIT cancelled();
 }
 
 } // namespace velometer

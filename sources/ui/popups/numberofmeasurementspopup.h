@@ -17,9 +17,12 @@ class NumberOfMeasurementsPopup : public PopupBase
     Q_OBJECT
 
 public:
-    /// @p mainWindow is the parent, owns the popup and takes its answers.
-    explicit NumberOfMeasurementsPopup(MainWindow *mainWindow);
+    explicit NumberOfMeasurementsPopup(QWidget *parent);
     ~NumberOfMeasurementsPopup() override;
+
+Q_SIGNALS:
+    /// @p interval in s, from start to start.
+    void numberSelected(int count, int interval);
 
 protected:
     void retranslate() override;

@@ -1,7 +1,5 @@
 #include "ui/popups/popupbase.h"
 
-#include "ui/mainwindow.h"
-
 #include <QAbstractButton>
 #include <QEvent>
 #include <QKeyEvent>
@@ -12,9 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace velometer {
 
-PopupBase::PopupBase(MainWindow *mainWindow)
-    : QWidget(mainWindow)
-    , mw(mainWindow)
+PopupBase::PopupBase(QWidget *parent)
+    : QWidget(parent)
 {
     setAttribute(Qt::WA_StyledBackground);
 }
@@ -93,7 +90,7 @@ void PopupBase::keyPressEvent(QKeyEvent *event)
         return;
     }
     for (const auto &name : {u"buttonCancel"_s, u"buttonOk"_s}) {
-        if (auto *button = findChild<QAbstractButton *>(name)) {
+        if (auto *button = findChild<QAbstractButton *>(name); button && !button->isHidden()) {
             return button->click();
         }
     }

@@ -4,23 +4,24 @@
 
 namespace velometer {
 
-class MainWindow;
-
-/// A panel that asks or tells something over the current page. Created once and hidden; the main
-/// window fills it, centres it, shows it and takes its answer. While it is shown the keyboard stays
-/// inside it: Tab goes round, Escape is its cancel button. A screen reader is told its title
-/// (labelTitle or labelLocation in the form) and its question (labelMessage). Main thread only.
+/// A panel that asks or tells something over the current page. Created once and hidden; its owner
+/// fills it, centres it, shows it and takes its answer. While it is shown the keyboard stays inside
+/// it: Tab goes round, Escape is its cancel button, or the only one. A screen reader is told its
+/// title (labelTitle or labelLocation in the form) and its question (labelMessage). Main thread
+/// only.
 ///
-/// A button only reports: whether the answer may still count, and that the popup closes, is the
-/// main window's business. Nothing is decided twice by a second press, for the popup is hidden by
-/// then.
+/// A button only signals: whether the answer still counts is for the owner to say, who also closes
+/// the popup. A second press decides nothing, because the popup is hidden by then.
 class PopupBase : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// @p mainWindow is the parent and owns the popup.
-    explicit PopupBase(MainWindow *mainWindow);
+    /// @p parent owns the popup.
+    explicit PopupBase(QWidget *parent);
+
+Q_SIGNALS:
+    void cancelled();
 
 protected:
     /// The language has changed: sets every text of the form anew.
@@ -35,8 +36,6 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
     bool focusNextPrevChild(bool next) override;
-
-    MainWindow *const mw;
 
 private:
     QList<QWidget *> stops() const;

@@ -1,4 +1,4 @@
-#include "ui/popups/errorpopup.h"
+#include "ui/popups/messagepopup.h"
 #include "ui/popups/numberofmeasurementspopup.h"
 
 #include "support/application.h"
@@ -46,7 +46,7 @@ private Q_SLOTS:
 
     void aMessageIsNeverCut()
     {
-        const auto *popup = find<ErrorPopup>();
+        const auto *popup = find<MessagePopup>(u"ErrorPopup"_s);
         const auto *message = popup->findChild<QLabel *>(u"labelMessage"_s);
         int before = 0;
         // The second time the layouts know the popup's height of the first.
@@ -64,28 +64,27 @@ private Q_SLOTS:
     // A screen reader says the description of the widget that has the focus.
     void theKeyboardBeginsWhereAnEarlyKeyDoesLeastAndHearsTheQuestion_data()
     {
-        const Rows<QString, QString, QString, QString> row("popup", "question", "focused", "heard");
-        row("agrees to no costs", "WarningPopup", "Costs &amp; <b>roaming</b>.<br>Go on?",
+        const Rows<QString, QString, QString, QString> row("buttons", "question", "focused",
+                                                           "heard");
+        row("agrees to no costs", "OK Cancel", "Costs &amp; <b>roaming</b>.<br>Go on?",
             "buttonCancel", "Costs & roaming.\nGo on?");
-        row("presses nothing below", "WaitingPopup", "It takes <i>long</i>", "WaitingPopup",
-            "It takes long");
-        row("the title is the question", "LocationPopup", "", "buttonIndoor", "Title");
+        row("the only answer", "OK", "It <i>failed</i>", "buttonOk", "It failed");
+        row("presses nothing below", "", "It takes <i>long</i>", "MessagePopup", "It takes long");
+        row("the title is the question", "OK", "", "buttonOk", "Title");
     }
     void theKeyboardBeginsWhereAnEarlyKeyDoesLeastAndHearsTheQuestion()
     {
-        QFETCH(QString, popup);
+        QFETCH(QString, buttons);
         QFETCH(QString, question);
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
-        auto *opened = find<PopupBase>(popup);
-        auto *title = opened->findChild<QLabel *>(u"labelTitle"_s);
-        (title ? title : opened->findChild<QLabel *>(u"labelLocation"_s))->setText(u"Title"_s);
-        if (auto *message = opened->findChild<QLabel *>(u"labelMessage"_s)) {
-            message->setText(question);
-        }
+        auto *opened = new MessagePopup(window.get());
+        opened->setMessage(
+            {u"Title"_s, question, buttons.section(u' ', 0, 0), buttons.section(u' ', 1, 1)});
         opened->show();
         QCOMPARE(opened->accessibleName(), u"Title"_s);
         QCOMPARE(opened->accessibleDescription().isEmpty(), question.isEmpty());
+        QCOMPARE(shown<QLabel>(u"labelPleaseWait"_s) != nullptr, buttons.isEmpty());
         QTEST(window->focusWidget()->objectName(), "focused");
         QTEST(window->focusWidget()->accessibleDescription(), "heard");
     }

@@ -1,4 +1,4 @@
-#include "ui/pages/navigationbar.h"
+#include "ui/frame/navigationbar.h"
 
 #include "ui_navigationbar.h"
 

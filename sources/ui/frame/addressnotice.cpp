@@ -1,4 +1,4 @@
-#include "ui/pages/addressnotice.h"
+#include "ui/frame/addressnotice.h"
 
 #include "ui_addressnotice.h"
 

@@ -1,4 +1,4 @@
-#include "ui/pages/pageheader.h"
+#include "ui/frame/pageheader.h"
 
 #include "utils/utils.h"
 

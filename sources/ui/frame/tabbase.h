@@ -4,20 +4,21 @@
 
 namespace velometer {
 
-class MainWindow;
+/// The pages that the navigation bar leads to.
+enum class Page { Test, Results, Settings, Links, About };
 
 /// A page of the application: the frame that all of them share, with a header row (the maker's
 /// mark, title, version, close) and the navigation bar at the bottom. A page's form holds both
 /// under the object names that the slots below are named after; each slot writes a line to the
-/// diagnostic log and asks the main window, which refuses while one of its popups is open. Main
-/// thread only.
+/// diagnostic log and says what the user wants. Whether he gets it is decided by whoever listens.
+/// Main thread only.
 class TabBase : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// @p mainWindow is the parent and owns the page.
-    explicit TabBase(MainWindow *mainWindow);
+    /// @p parent owns the page.
+    explicit TabBase(QWidget *parent);
 
 public Q_SLOTS:
     void on_buttonTest1_clicked();
@@ -33,14 +34,18 @@ public Q_SLOTS:
     void on_orvakLink_clicked();
     void on_buttonClose_clicked();
 
+Q_SIGNALS:
+    void pageClicked(Page page);
+    /// The maker's mark, which stands for his web page.
+    void makerClicked();
+    void exitClicked();
+
 protected:
     /// Title and version of the header; once the form is built, and again in another language.
     void fillFrame();
     /// The language has changed: sets every text of the page anew.
     virtual void retranslate() = 0;
     void changeEvent(QEvent *event) override;
-
-    MainWindow *const mw;
 };
 
 } // namespace velometer

@@ -1,4 +1,4 @@
-#include "ui/popups/touchcombobox.h"
+#include "ui/frame/touchcombobox.h"
 
 #include <QAbstractItemView>
 #include <QGraphicsProxyWidget>

@@ -1,8 +1,7 @@
-#include "ui/pages/tabbase.h"
+#include "ui/frame/tabbase.h"
 
-#include "ui/mainwindow.h"
-#include "ui/pages/navigationbar.h"
-#include "ui/pages/pageheader.h"
+#include "ui/frame/navigationbar.h"
+#include "ui/frame/pageheader.h"
 #include "utils/utils.h"
 
 #include <QEvent>
@@ -11,9 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace velometer {
 
-TabBase::TabBase(MainWindow *mainWindow)
-    : QWidget(mainWindow)
-    , mw(mainWindow)
+TabBase::TabBase(QWidget *parent)
+    : QWidget(parent)
 {
     setAttribute(Qt::WA_StyledBackground);
 }
@@ -44,73 +42,72 @@ void TabBase::changeEvent(QEvent *event)
 void TabBase::on_buttonTest1_clicked()
 {
     Utils::addLogEntry(u"Test1 Clicked"_s);
-    mw->showTestTab();
+    Q_EMIT pageClicked(Page::Test);
 }
 
 void TabBase::on_buttonTest2_clicked()
 {
     Utils::addLogEntry(u"Test2 Clicked"_s);
-    mw->showTestTab();
+    Q_EMIT pageClicked(Page::Test);
 }
 
 void TabBase::on_buttonResults1_clicked()
 {
     Utils::addLogEntry(u"Results1 Clicked"_s);
-    mw->showResultsTab();
+    Q_EMIT pageClicked(Page::Results);
 }
 
 void TabBase::on_buttonResults2_clicked()
 {
     Utils::addLogEntry(u"Results2 Clicked"_s);
-    mw->showResultsTab();
+    Q_EMIT pageClicked(Page::Results);
 }
 
 void TabBase::on_buttonSettings1_clicked()
 {
     Utils::addLogEntry(u"Settings1 Clicked"_s);
-    mw->showSettingsTab();
+    Q_EMIT pageClicked(Page::Settings);
 }
 
 void TabBase::on_buttonSettings2_clicked()
 {
     Utils::addLogEntry(u"Settings2 Clicked"_s);
-    mw->showSettingsTab();
+    Q_EMIT pageClicked(Page::Settings);
 }
 
 void TabBase::on_buttonLinks1_clicked()
 {
     Utils::addLogEntry(u"Links1 Clicked"_s);
-    mw->showLinksTab();
+    Q_EMIT pageClicked(Page::Links);
 }
 
 void TabBase::on_buttonLinks2_clicked()
 {
     Utils::addLogEntry(u"Links2 Clicked"_s);
-    mw->showLinksTab();
+    Q_EMIT pageClicked(Page::Links);
 }
 
 void TabBase::on_buttonAbout1_clicked()
 {
     Utils::addLogEntry(u"About1 Clicked"_s);
-    mw->showAboutTab();
+    Q_EMIT pageClicked(Page::About);
 }
 
 void TabBase::on_buttonAbout2_clicked()
 {
     Utils::addLogEntry(u"About2 Clicked"_s);
-    mw->showAboutTab();
+    Q_EMIT pageClicked(Page::About);
 }
 
 void TabBase::on_orvakLink_clicked()
 {
-    Utils::addLogEntry("Open URL "_L1 + MainWindow::makerAddress());
-    mw->showOrvakWebpage();
+    Q_EMIT makerClicked();
 }
 
 void TabBase::on_buttonClose_clicked()
 {
     Utils::addLogEntry(u"Exit Clicked"_s);
-    mw->exitClicked();
+    Q_EMIT exitClicked();
 }
 
 } // namespace velometer

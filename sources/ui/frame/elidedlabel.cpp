@@ -1,4 +1,4 @@
-#include "ui/pages/elidedlabel.h"
+#include "ui/frame/elidedlabel.h"
 
 #include <QPainter>
 #include <QStyle>
