@@ -2,13 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_CH" sourcelanguage="en">
 <context>
-    <name>velometer::AboutTab</name>
-    <message>
-        <source>About this program</source>
-        <translation>Über dieses Programm</translation>
-    </message>
-</context>
-<context>
     <name>CommandLine</name>
     <message>
         <source>%1 or %2</source>
@@ -285,12 +278,17 @@ oder Datenlimit erreicht, 5 kein Netz oder kein Server, 130 unterbrochen, 143 be
 </translation>
     </message>
     <message>
+        <source>--resume goes on with what the series began with; leave out --count, --interval and --location.</source>
+        <translation>--resume setzt die Serie fort, wie sie begann; --count, --interval und --location weglassen.</translation>
+    </message>
+    <message>
         <source>velometer-cli [test] [options]
 
   --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
   --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
   --count N                  so many tests (1 to 100000)
   --interval SECONDS         from start to start (0 to 604800)
+  --resume                   go on with a series that was interrupted
   --max-bytes N              download and upload of a test end when they have moved
                              N bytes together (from 100000; 500k, 10M, 2G), 0 for
                              no limit; else what the settings page says
@@ -318,6 +316,7 @@ Examples:
   --location CODE            Unknown, Indoor, Outdoor, Train, Car oder Other
   --count N                  so viele Tests (1 bis 100000)
   --interval SECONDS         von Start zu Start (0 bis 604800)
+  --resume                   eine unterbrochene Serie fortsetzen
   --max-bytes N              Download und Upload eines Tests enden, wenn sie zusammen
                              N Bytes bewegt haben (ab 100000; 500k, 10M, 2G), 0 für
                              kein Limit; sonst gilt die Seite mit den Einstellungen
@@ -358,6 +357,211 @@ Beispiele:
     <message>
         <source>at most %1; %2</source>
         <translation>höchstens %1; %2</translation>
+    </message>
+</context>
+<context>
+    <name>Options</name>
+    <message>
+        <source>%1; --help lists the options.</source>
+        <translation>%1; --help zählt die Optionen auf.</translation>
+    </message>
+    <message>
+        <source>There is no option %1; --help lists them.</source>
+        <translation>Die Option %1 gibt es nicht; --help zählt sie auf.</translation>
+    </message>
+    <message>
+        <source>velometer does not know what to do with %1; --help lists the options.</source>
+        <translation>velometer kann mit %1 nichts anfangen; --help zählt die Optionen auf.</translation>
+    </message>
+    <message>
+        <source>--%1 needs a value.</source>
+        <translation>--%1 braucht einen Wert.</translation>
+    </message>
+    <message>
+        <source>--language takes de or en, not %1.</source>
+        <translation>--language nimmt de oder en, nicht %1.</translation>
+    </message>
+    <message>
+        <source>--shell takes handset, phone or desktop, not %1.</source>
+        <translation>--shell nimmt handset, phone oder desktop, nicht %1.</translation>
+    </message>
+    <message>
+        <source>There is no display; velometer-cli measures without one.</source>
+        <translation>Es gibt keinen Bildschirm; velometer-cli misst ohne.</translation>
+    </message>
+    <message>
+        <source>velometer measures a mobile data connection: download, upload and round-trip time.
+
+usage: velometer [options]
+
+  --config FILE      deployment file: where the service and the test servers are
+  --data-dir DIR     where results are kept
+  --platform system|scripted:FILE|none
+                     asks the device, replays a recorded one, or does without modem and
+                     position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                     positions from a receiver or a recording of one
+  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
+                     (a window); without it what fits the screen
+  --language de|en   German or English; without it as chosen on the settings page
+  --verbose          writes the diagnostic log to standard error
+  --version          prints the version
+  --help             prints this text
+
+velometer-cli does the same without a display.
+</source>
+        <translation>velometer misst eine mobile Datenverbindung: Download, Upload und Antwortzeit.
+
+Aufruf: velometer [Optionen]
+
+  --config DATEI     Konfigurationsdatei: wo Dienst und Testserver sind
+  --data-dir ORDNER  wo die Resultate aufbewahrt werden
+  --platform system|scripted:DATEI|none
+                     fragt das Gerät, spielt ein aufgezeichnetes ab oder kommt ohne Modem
+                     und Position aus
+  --position nmea:DATEI|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                     Positionen von einem Empfänger oder aus einer Aufzeichnung
+  --shell NAME       handset (gedreht, ganzer Bildschirm), phone (ganzer Bildschirm) oder
+                     desktop (ein Fenster); ohne Angabe, was zum Bildschirm passt
+  --language de|en   Deutsch oder Englisch; ohne Angabe wie auf der Einstellungsseite gewählt
+  --verbose          schreibt das Diagnoseprotokoll auf die Standardfehlerausgabe
+  --version          zeigt die Version
+  --help             zeigt diesen Text
+
+velometer-cli tut dasselbe ohne Bildschirm.
+</translation>
+    </message>
+</context>
+<context>
+    <name>PlatformChoice</name>
+    <message>
+        <source>--platform takes system, scripted:FILE or none, not %1.</source>
+        <translation>--platform nimmt system, scripted:DATEI oder none, nicht %1.</translation>
+    </message>
+</context>
+<context>
+    <name>PositionChoice</name>
+    <message>
+        <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
+        <translation>--position nimmt nmea:DATEI, nmea:socket://HOST:PORT, gpsd oder gpsd://HOST:PORT, nicht %1.</translation>
+    </message>
+</context>
+<context>
+    <name>TextFormat</name>
+    <message>
+        <source>signal %1 %</source>
+        <translation>Signal %1 %</translation>
+    </message>
+    <message>
+        <source>cell %1</source>
+        <translation>Zelle %1</translation>
+    </message>
+    <message>
+        <source>roaming</source>
+        <translation>Roaming</translation>
+    </message>
+    <message>
+        <source>within %1 m</source>
+        <translation>auf %1 m</translation>
+    </message>
+    <message>
+        <source>altitude %1 m</source>
+        <translation>Höhe %1 m</translation>
+    </message>
+    <message>
+        <source>%1 km/h</source>
+        <translation>%1 km/h</translation>
+    </message>
+    <message>
+        <source>delivered</source>
+        <translation>abgeliefert</translation>
+    </message>
+    <message>
+        <source>waits in the queue</source>
+        <translation>wartet</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keiner</translation>
+    </message>
+    <message>
+        <source>earlier ones delivered: %1</source>
+        <translation>frühere abgeliefert: %1</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>not measured</source>
+        <translation>nicht gemessen</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>Round trip</source>
+        <translation>Antwortzeit</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Netz</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Location</source>
+        <translation>Ort</translation>
+    </message>
+    <message>
+        <source>Report</source>
+        <translation>Bericht</translation>
+    </message>
+    <message>
+        <source>All tests</source>
+        <translation>Alle Tests</translation>
+    </message>
+    <message>
+        <source>Test %1 of series %2, %3</source>
+        <translation>Test %1 der Serie %2, %3</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation>Test</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>Data budget</source>
+        <translation>Datenlimit</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::AboutTab</name>
+    <message>
+        <source>About this program</source>
+        <translation>Über dieses Programm</translation>
     </message>
 </context>
 <context>
@@ -872,80 +1076,8 @@ orvak verfassen</translation>
         <translation>Wird geladen...</translation>
     </message>
     <message>
-        <source>ErrorTitle</source>
-        <translation>Fehler</translation>
-    </message>
-    <message>
-        <source>The results in %1 cannot be opened or written. Make room or correct the rights of this folder, then start again.</source>
-        <translation>Die Resultate in %1 lassen sich nicht öffnen oder schreiben. Schaffen Sie Platz oder berichtigen Sie die Rechte dieses Ordners und starten Sie neu.</translation>
-    </message>
-    <message>
         <source>OK</source>
         <translation>OK</translation>
-    </message>
-    <message>
-        <source>Yes, start test</source>
-        <translation>Ja, Test starten</translation>
-    </message>
-    <message>
-        <source>No, don&apos;t test</source>
-        <translation>Nein, nicht testen</translation>
-    </message>
-    <message>
-        <source>aborting...</source>
-        <translation>wird abgebrochen...</translation>
-    </message>
-    <message>
-        <source>Costs</source>
-        <translation>Kosten</translation>
-    </message>
-    <message>
-        <source>CostsQuestion</source>
-        <translation>Ein Test lastet die Verbindung 14 Sekunden lang aus. In einem schnellen Netz sind das mehrere hundert Megabyte, die je nach Abo etwas kosten. Test starten?</translation>
-    </message>
-    <message>
-        <source>Roaming</source>
-        <translation>Roaming</translation>
-    </message>
-    <message>
-        <source>RoamingQuestion</source>
-        <translation>Ihr Gerät ist im Roaming. Ein Test überträgt so viele Daten, wie in 14 Sekunden möglich sind, und kann teuer werden. Trotzdem starten?</translation>
-    </message>
-    <message>
-        <source>Abort Test</source>
-        <translation>Test abbrechen</translation>
-    </message>
-    <message>
-        <source>Start Test</source>
-        <translation>Test starten</translation>
-    </message>
-    <message>
-        <source>Next measurement in %1:%2 minutes.</source>
-        <translation>Nächste Messung in %1:%2 Minuten.</translation>
-    </message>
-    <message>
-        <source>The test could not be stored in %1. Make room or correct the rights of this folder.</source>
-        <translation>Der Test liess sich nicht in %1 speichern. Schaffen Sie Platz oder berichtigen Sie die Rechte dieses Ordners.</translation>
-    </message>
-    <message>
-        <source>The report waits and goes out with the next test.</source>
-        <translation>Der Bericht wartet und wird mit dem nächsten Test gesendet.</translation>
-    </message>
-    <message>
-        <source>Please Wait</source>
-        <translation>Bitte warten</translation>
-    </message>
-    <message>
-        <source>Database is beeing reseted...</source>
-        <translation>Die Datenbank wird zurückgesetzt...</translation>
-    </message>
-    <message>
-        <source>Clear Database</source>
-        <translation>Datenbank löschen</translation>
-    </message>
-    <message>
-        <source>Database has been reseted</source>
-        <translation>Die Datenbank wurde zurückgesetzt</translation>
     </message>
     <message>
         <source>Information</source>
@@ -955,29 +1087,12 @@ orvak verfassen</translation>
         <source>Starting new Test Series with Id:</source>
         <translation>Neue Testserie mit der Nummer:</translation>
     </message>
+</context>
+<context>
+    <name>velometer::MessagePopup</name>
     <message>
-        <source>na</source>
-        <translation>k. A.</translation>
-    </message>
-    <message>
-        <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
-        <translation>Nichts wurde gelöscht: Die Resultate in %1 lassen sich im Moment nicht schreiben. Versuchen Sie es wieder, wenn kein anderes Programm sie benutzt.</translation>
-    </message>
-    <message>
-        <source>This connection is probably metered.</source>
-        <translation>Diese Verbindung wird wahrscheinlich nach Verbrauch verrechnet.</translation>
-    </message>
-    <message>
-        <source>This connection is metered.</source>
-        <translation>Diese Verbindung wird nach Verbrauch verrechnet.</translation>
-    </message>
-    <message>
-        <source>A test uses at most %1.</source>
-        <translation>Ein Test braucht höchstens %1.</translation>
-    </message>
-    <message>
-        <source>The data budget ended the test early.</source>
-        <translation>Das Datenlimit hat den Test vorzeitig beendet.</translation>
+        <source>Please Wait ...</source>
+        <translation>Bitte warten ...</translation>
     </message>
 </context>
 <context>
@@ -1024,13 +1139,6 @@ orvak verfassen</translation>
     </message>
 </context>
 <context>
-    <name>velometer::MessagePopup</name>
-    <message>
-        <source>Please Wait ...</source>
-        <translation>Bitte warten ...</translation>
-    </message>
-</context>
-<context>
     <name>velometer::NumberOfMeasurementsPopup</name>
     <message>
         <source>Anzahl Messungen:</source>
@@ -1058,79 +1166,6 @@ orvak verfassen</translation>
     </message>
 </context>
 <context>
-    <name>Options</name>
-    <message>
-        <source>%1; --help lists the options.</source>
-        <translation>%1; --help zählt die Optionen auf.</translation>
-    </message>
-    <message>
-        <source>There is no option %1; --help lists them.</source>
-        <translation>Die Option %1 gibt es nicht; --help zählt sie auf.</translation>
-    </message>
-    <message>
-        <source>velometer does not know what to do with %1; --help lists the options.</source>
-        <translation>velometer kann mit %1 nichts anfangen; --help zählt die Optionen auf.</translation>
-    </message>
-    <message>
-        <source>--%1 needs a value.</source>
-        <translation>--%1 braucht einen Wert.</translation>
-    </message>
-    <message>
-        <source>--language takes de or en, not %1.</source>
-        <translation>--language nimmt de oder en, nicht %1.</translation>
-    </message>
-    <message>
-        <source>--shell takes handset, phone or desktop, not %1.</source>
-        <translation>--shell nimmt handset, phone oder desktop, nicht %1.</translation>
-    </message>
-    <message>
-        <source>There is no display; velometer-cli measures without one.</source>
-        <translation>Es gibt keinen Bildschirm; velometer-cli misst ohne.</translation>
-    </message>
-    <message>
-        <source>velometer measures a mobile data connection: download, upload and round-trip time.
-
-usage: velometer [options]
-
-  --config FILE      deployment file: where the service and the test servers are
-  --data-dir DIR     where results are kept
-  --platform system|scripted:FILE|none
-                     asks the device, replays a recorded one, or does without modem and
-                     position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                     positions from a receiver or a recording of one
-  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
-                     (a window); without it what fits the screen
-  --language de|en   German or English; without it as chosen on the settings page
-  --verbose          writes the diagnostic log to standard error
-  --version          prints the version
-  --help             prints this text
-
-velometer-cli does the same without a display.
-</source>
-        <translation>velometer misst eine mobile Datenverbindung: Download, Upload und Antwortzeit.
-
-Aufruf: velometer [Optionen]
-
-  --config DATEI     Konfigurationsdatei: wo Dienst und Testserver sind
-  --data-dir ORDNER  wo die Resultate aufbewahrt werden
-  --platform system|scripted:DATEI|none
-                     fragt das Gerät, spielt ein aufgezeichnetes ab oder kommt ohne Modem
-                     und Position aus
-  --position nmea:DATEI|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                     Positionen von einem Empfänger oder aus einer Aufzeichnung
-  --shell NAME       handset (gedreht, ganzer Bildschirm), phone (ganzer Bildschirm) oder
-                     desktop (ein Fenster); ohne Angabe, was zum Bildschirm passt
-  --language de|en   Deutsch oder Englisch; ohne Angabe wie auf der Einstellungsseite gewählt
-  --verbose          schreibt das Diagnoseprotokoll auf die Standardfehlerausgabe
-  --version          zeigt die Version
-  --help             zeigt diesen Text
-
-velometer-cli tut dasselbe ohne Bildschirm.
-</translation>
-    </message>
-</context>
-<context>
     <name>velometer::PageHeader</name>
     <message>
         <source>Web site of the maker</source>
@@ -1143,20 +1178,6 @@ velometer-cli tut dasselbe ohne Bildschirm.
     <message>
         <source>Close</source>
         <translation>Schliessen</translation>
-    </message>
-</context>
-<context>
-    <name>PlatformChoice</name>
-    <message>
-        <source>--platform takes system, scripted:FILE or none, not %1.</source>
-        <translation>--platform nimmt system, scripted:DATEI oder none, nicht %1.</translation>
-    </message>
-</context>
-<context>
-    <name>PositionChoice</name>
-    <message>
-        <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
-        <translation>--position nimmt nmea:DATEI, nmea:socket://HOST:PORT, gpsd oder gpsd://HOST:PORT, nicht %1.</translation>
     </message>
 </context>
 <context>
@@ -1197,6 +1218,10 @@ velometer-cli tut dasselbe ohne Bildschirm.
         <source>Deleted %1 stored tests and %2 waiting reports.</source>
         <translation>%1 gespeicherte Tests und %2 wartende Berichte gelöscht.</translation>
     </message>
+    <message>
+        <source>No interrupted series waits to be continued.</source>
+        <translation>Es wartet keine unterbrochene Serie auf Fortsetzung.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultsTab</name>
@@ -1218,7 +1243,7 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
-    <name>ServerChoice</name>
+    <name>velometer::ServerSelection</name>
     <message>
         <source>There is no server &quot;%1&quot;; use HOST[:PORT] or one of: %2.</source>
         <translation>Den Server «%1» gibt es nicht; möglich sind HOST[:PORT] oder: %2.</translation>
@@ -1265,6 +1290,107 @@ velometer-cli tut dasselbe ohne Bildschirm.
     <message>
         <source>No limit</source>
         <translation>Kein Limit</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::StartDialogue</name>
+    <message>
+        <source>Test Series</source>
+        <translation>Testserie</translation>
+    </message>
+    <message>
+        <source>A series was interrupted. Test %1 of %2 was next. Continue?</source>
+        <translation>Eine Serie wurde unterbrochen. Test %1 von %2 war der nächste. Fortsetzen?</translation>
+    </message>
+    <message>
+        <source>Yes, continue</source>
+        <translation>Ja, fortsetzen</translation>
+    </message>
+    <message>
+        <source>No, forget it</source>
+        <translation>Nein, verwerfen</translation>
+    </message>
+    <message>
+        <source>Yes, start test</source>
+        <translation>Ja, Test starten</translation>
+    </message>
+    <message>
+        <source>No, don&apos;t test</source>
+        <translation>Nein, nicht testen</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::StoreDialogue</name>
+    <message>
+        <source>ErrorTitle</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be opened or written. Make room or correct the rights of this folder, then start again.</source>
+        <translation>Die Resultate in %1 lassen sich nicht öffnen oder schreiben. Schaffen Sie Platz oder berichtigen Sie die Rechte dieses Ordners und starten Sie neu.</translation>
+    </message>
+    <message>
+        <source>Please Wait</source>
+        <translation>Bitte warten</translation>
+    </message>
+    <message>
+        <source>Database is beeing reseted...</source>
+        <translation>Die Datenbank wird zurückgesetzt...</translation>
+    </message>
+    <message>
+        <source>Clear Database</source>
+        <translation>Datenbank löschen</translation>
+    </message>
+    <message>
+        <source>Database has been reseted</source>
+        <translation>Die Datenbank wurde zurückgesetzt</translation>
+    </message>
+    <message>
+        <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
+        <translation>Nichts wurde gelöscht: Die Resultate in %1 lassen sich im Moment nicht schreiben. Versuchen Sie es wieder, wenn kein anderes Programm sie benutzt.</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::TestConsent</name>
+    <message>
+        <source>This connection is probably metered.</source>
+        <translation>Diese Verbindung wird wahrscheinlich nach Verbrauch verrechnet.</translation>
+    </message>
+    <message>
+        <source>This connection is metered.</source>
+        <translation>Diese Verbindung wird nach Verbrauch verrechnet.</translation>
+    </message>
+    <message>
+        <source>A test uses at most %1.</source>
+        <translation>Ein Test braucht höchstens %1.</translation>
+    </message>
+    <message>
+        <source>CostsQuestion</source>
+        <translation>Ein Test lastet die Verbindung 14 Sekunden lang aus. In einem schnellen Netz sind das mehrere hundert Megabyte, die je nach Abo etwas kosten. Test starten?</translation>
+    </message>
+    <message>
+        <source>Costs</source>
+        <translation>Kosten</translation>
+    </message>
+    <message>
+        <source>Roaming</source>
+        <translation>Roaming</translation>
+    </message>
+    <message>
+        <source>RoamingQuestion</source>
+        <translation>Ihr Gerät ist im Roaming. Ein Test überträgt so viele Daten, wie in 14 Sekunden möglich sind, und kann teuer werden. Trotzdem starten?</translation>
+    </message>
+    <message>
+        <source>The connection is metered (guessed from its kind); a test may cost money.</source>
+        <translation>Die Verbindung wird nach Verbrauch verrechnet (aus ihrer Art geschlossen); ein Test kann etwas kosten.</translation>
+    </message>
+    <message>
+        <source>The connection is metered; a test may cost money.</source>
+        <translation>Die Verbindung wird nach Verbrauch verrechnet; ein Test kann etwas kosten.</translation>
+    </message>
+    <message>
+        <source>The device is roaming; a test may be expensive. --allow-roaming tests all the same.</source>
+        <translation>Das Gerät ist im Roaming, ein Test kann teuer werden; --allow-roaming misst trotzdem.</translation>
     </message>
 </context>
 <context>
@@ -1334,6 +1460,57 @@ velometer-cli tut dasselbe ohne Bildschirm.
     </message>
 </context>
 <context>
+    <name>velometer::TestDisplay</name>
+    <message>
+        <source>aborting...</source>
+        <translation>wird abgebrochen...</translation>
+    </message>
+    <message>
+        <source>Abort Test</source>
+        <translation>Test abbrechen</translation>
+    </message>
+    <message>
+        <source>Start Test</source>
+        <translation>Test starten</translation>
+    </message>
+    <message>
+        <source>Next measurement in %1:%2 minutes.</source>
+        <translation>Nächste Messung in %1:%2 Minuten.</translation>
+    </message>
+    <message>
+        <source>Test Series</source>
+        <translation>Testserie</translation>
+    </message>
+    <message>
+        <source>The interrupted series is over: its tests from %1 to %2 were missed.</source>
+        <translation>Die unterbrochene Serie ist vorbei: Ihre Tests %1 bis %2 wurden versäumt.</translation>
+    </message>
+    <message>
+        <source>Tests from %1 to %2 of %3 were missed.</source>
+        <translation>Die Tests %1 bis %2 von %3 wurden versäumt.</translation>
+    </message>
+    <message>
+        <source>ErrorTitle</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>The test could not be stored in %1. Make room or correct the rights of this folder.</source>
+        <translation>Der Test liess sich nicht in %1 speichern. Schaffen Sie Platz oder berichtigen Sie die Rechte dieses Ordners.</translation>
+    </message>
+    <message>
+        <source>The data budget ended the test early.</source>
+        <translation>Das Datenlimit hat den Test vorzeitig beendet.</translation>
+    </message>
+    <message>
+        <source>The report waits and goes out with the next test.</source>
+        <translation>Der Bericht wartet und wird mit dem nächsten Test gesendet.</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>k. A.</translation>
+    </message>
+</context>
+<context>
     <name>velometer::TestResultWidget</name>
     <message>
         <source>na</source>
@@ -1371,10 +1548,6 @@ velometer-cli tut dasselbe ohne Bildschirm.
         <translation>Der Dienst ist nicht erreichbar.</translation>
     </message>
     <message>
-        <source>The device is roaming; a test may be expensive. --allow-roaming tests all the same.</source>
-        <translation>Das Gerät ist im Roaming, ein Test kann teuer werden; --allow-roaming misst trotzdem.</translation>
-    </message>
-    <message>
         <source>The test was stopped.</source>
         <translation>Der Test wurde gestoppt.</translation>
     </message>
@@ -1407,20 +1580,24 @@ velometer-cli tut dasselbe ohne Bildschirm.
         <translation>Antwortzeit: %1</translation>
     </message>
     <message>
-        <source>The connection is metered (guessed from its kind); a test may cost money.</source>
-        <translation>Die Verbindung wird nach Verbrauch verrechnet (aus ihrer Art geschlossen); ein Test kann etwas kosten.</translation>
-    </message>
-    <message>
-        <source>The connection is metered; a test may cost money.</source>
-        <translation>Die Verbindung wird nach Verbrauch verrechnet; ein Test kann etwas kosten.</translation>
-    </message>
-    <message>
-        <source>A test uses at most %1.</source>
-        <translation>Ein Test braucht höchstens %1.</translation>
-    </message>
-    <message>
         <source>The test reached its data budget (%1) and is stored as far as it came; --max-bytes gives it more, --max-bytes 0 lifts the limit.</source>
         <translation>Der Test hat sein Datenlimit erreicht (%1) und ist gespeichert, so weit er kam; --max-bytes gibt ihm mehr, --max-bytes 0 hebt das Limit auf.</translation>
+    </message>
+    <message>
+        <source>The series that was interrupted is over: its tests from %1 to %2 were missed.</source>
+        <translation>Die unterbrochene Serie ist vorbei: Ihre Tests %1 bis %2 wurden versäumt.</translation>
+    </message>
+    <message>
+        <source>A series was interrupted: test %1 of %2 is next. --resume continues it; a new series takes its place.</source>
+        <translation>Eine Serie wurde unterbrochen: Test %1 von %2 ist der nächste. --resume setzt sie fort; eine neue Serie tritt an ihre Stelle.</translation>
+    </message>
+    <message>
+        <source>Test %1 of %2 was missed.</source>
+        <translation>Test %1 von %2 wurde versäumt.</translation>
+    </message>
+    <message>
+        <source>Tests %1 to %2 of %3 were missed.</source>
+        <translation>Tests %1 bis %2 von %3 wurden versäumt.</translation>
     </message>
 </context>
 <context>
@@ -1503,117 +1680,6 @@ velometer-cli tut dasselbe ohne Bildschirm.
     <message>
         <source>Start Test</source>
         <translation>Test starten</translation>
-    </message>
-</context>
-<context>
-    <name>TextFormat</name>
-    <message>
-        <source>signal %1 %</source>
-        <translation>Signal %1 %</translation>
-    </message>
-    <message>
-        <source>cell %1</source>
-        <translation>Zelle %1</translation>
-    </message>
-    <message>
-        <source>roaming</source>
-        <translation>Roaming</translation>
-    </message>
-    <message>
-        <source>within %1 m</source>
-        <translation>auf %1 m</translation>
-    </message>
-    <message>
-        <source>altitude %1 m</source>
-        <translation>Höhe %1 m</translation>
-    </message>
-    <message>
-        <source>%1 km/h</source>
-        <translation>%1 km/h</translation>
-    </message>
-    <message>
-        <source>delivered</source>
-        <translation>abgeliefert</translation>
-    </message>
-    <message>
-        <source>waits in the queue</source>
-        <translation>wartet</translation>
-    </message>
-    <message>
-        <source>none</source>
-        <translation>keiner</translation>
-    </message>
-    <message>
-        <source>earlier ones delivered: %1</source>
-        <translation>frühere abgeliefert: %1</translation>
-    </message>
-    <message>
-        <source>%1 to %2</source>
-        <translation>%1 bis %2</translation>
-    </message>
-    <message>
-        <source>not measured</source>
-        <translation>nicht gemessen</translation>
-    </message>
-    <message>
-        <source>Server</source>
-        <translation>Server</translation>
-    </message>
-    <message>
-        <source>Download</source>
-        <translation>Download</translation>
-    </message>
-    <message>
-        <source>Upload</source>
-        <translation>Upload</translation>
-    </message>
-    <message>
-        <source>Round trip</source>
-        <translation>Antwortzeit</translation>
-    </message>
-    <message>
-        <source>Network</source>
-        <translation>Netz</translation>
-    </message>
-    <message>
-        <source>Position</source>
-        <translation>Position</translation>
-    </message>
-    <message>
-        <source>Location</source>
-        <translation>Ort</translation>
-    </message>
-    <message>
-        <source>Report</source>
-        <translation>Bericht</translation>
-    </message>
-    <message>
-        <source>All tests</source>
-        <translation>Alle Tests</translation>
-    </message>
-    <message>
-        <source>Test %1 of series %2, %3</source>
-        <translation>Test %1 der Serie %2, %3</translation>
-    </message>
-    <message>
-        <source>ID</source>
-        <translation>ID</translation>
-    </message>
-    <message>
-        <source>Time</source>
-        <translation>Zeit</translation>
-    </message>
-    <message>
-        <source>Test</source>
-        <translation>Test</translation>
-    </message>
-    <message>
-        <source>unknown</source>
-        <translation>unbekannt</translation>
-    </message>
-    <message>
-        <source>Data budget</source>
-        <translation>Datenlimit</translation>
     </message>
 </context>
 <context>

@@ -2,13 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en">
 <context>
-    <name>velometer::AboutTab</name>
-    <message>
-        <source>About this program</source>
-        <translation>About this program</translation>
-    </message>
-</context>
-<context>
     <name>CommandLine</name>
     <message>
         <source>%1 or %2</source>
@@ -285,12 +278,17 @@ Examples:
 </translation>
     </message>
     <message>
+        <source>--resume goes on with what the series began with; leave out --count, --interval and --location.</source>
+        <translation>--resume goes on with what the series began with; leave out --count, --interval and --location.</translation>
+    </message>
+    <message>
         <source>velometer-cli [test] [options]
 
   --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
   --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
   --count N                  so many tests (1 to 100000)
   --interval SECONDS         from start to start (0 to 604800)
+  --resume                   go on with a series that was interrupted
   --max-bytes N              download and upload of a test end when they have moved
                              N bytes together (from 100000; 500k, 10M, 2G), 0 for
                              no limit; else what the settings page says
@@ -318,6 +316,7 @@ Examples:
   --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
   --count N                  so many tests (1 to 100000)
   --interval SECONDS         from start to start (0 to 604800)
+  --resume                   go on with a series that was interrupted
   --max-bytes N              download and upload of a test end when they have moved
                              N bytes together (from 100000; 500k, 10M, 2G), 0 for
                              no limit; else what the settings page says
@@ -358,6 +357,211 @@ Examples:
     <message>
         <source>at most %1; %2</source>
         <translation>at most %1; %2</translation>
+    </message>
+</context>
+<context>
+    <name>Options</name>
+    <message>
+        <source>%1; --help lists the options.</source>
+        <translation>%1; --help lists the options.</translation>
+    </message>
+    <message>
+        <source>There is no option %1; --help lists them.</source>
+        <translation>There is no option %1; --help lists them.</translation>
+    </message>
+    <message>
+        <source>velometer does not know what to do with %1; --help lists the options.</source>
+        <translation>velometer does not know what to do with %1; --help lists the options.</translation>
+    </message>
+    <message>
+        <source>--%1 needs a value.</source>
+        <translation>--%1 needs a value.</translation>
+    </message>
+    <message>
+        <source>--language takes de or en, not %1.</source>
+        <translation>--language takes de or en, not %1.</translation>
+    </message>
+    <message>
+        <source>--shell takes handset, phone or desktop, not %1.</source>
+        <translation>--shell takes handset, phone or desktop, not %1.</translation>
+    </message>
+    <message>
+        <source>There is no display; velometer-cli measures without one.</source>
+        <translation>There is no display; velometer-cli measures without one.</translation>
+    </message>
+    <message>
+        <source>velometer measures a mobile data connection: download, upload and round-trip time.
+
+usage: velometer [options]
+
+  --config FILE      deployment file: where the service and the test servers are
+  --data-dir DIR     where results are kept
+  --platform system|scripted:FILE|none
+                     asks the device, replays a recorded one, or does without modem and
+                     position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                     positions from a receiver or a recording of one
+  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
+                     (a window); without it what fits the screen
+  --language de|en   German or English; without it as chosen on the settings page
+  --verbose          writes the diagnostic log to standard error
+  --version          prints the version
+  --help             prints this text
+
+velometer-cli does the same without a display.
+</source>
+        <translation>velometer measures a mobile data connection: download, upload and round-trip time.
+
+usage: velometer [options]
+
+  --config FILE      deployment file: where the service and the test servers are
+  --data-dir DIR     where results are kept
+  --platform system|scripted:FILE|none
+                     asks the device, replays a recorded one, or does without modem and
+                     position
+  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
+                     positions from a receiver or a recording of one
+  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
+                     (a window); without it what fits the screen
+  --language de|en   German or English; without it as chosen on the settings page
+  --verbose          writes the diagnostic log to standard error
+  --version          prints the version
+  --help             prints this text
+
+velometer-cli does the same without a display.
+</translation>
+    </message>
+</context>
+<context>
+    <name>PlatformChoice</name>
+    <message>
+        <source>--platform takes system, scripted:FILE or none, not %1.</source>
+        <translation>--platform takes system, scripted:FILE or none, not %1.</translation>
+    </message>
+</context>
+<context>
+    <name>PositionChoice</name>
+    <message>
+        <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
+        <translation>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</translation>
+    </message>
+</context>
+<context>
+    <name>TextFormat</name>
+    <message>
+        <source>signal %1 %</source>
+        <translation>signal %1 %</translation>
+    </message>
+    <message>
+        <source>cell %1</source>
+        <translation>cell %1</translation>
+    </message>
+    <message>
+        <source>roaming</source>
+        <translation>roaming</translation>
+    </message>
+    <message>
+        <source>within %1 m</source>
+        <translation>within %1 m</translation>
+    </message>
+    <message>
+        <source>altitude %1 m</source>
+        <translation>altitude %1 m</translation>
+    </message>
+    <message>
+        <source>%1 km/h</source>
+        <translation>%1 km/h</translation>
+    </message>
+    <message>
+        <source>delivered</source>
+        <translation>delivered</translation>
+    </message>
+    <message>
+        <source>waits in the queue</source>
+        <translation>waits in the queue</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>none</translation>
+    </message>
+    <message>
+        <source>earlier ones delivered: %1</source>
+        <translation>earlier ones delivered: %1</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 to %2</translation>
+    </message>
+    <message>
+        <source>not measured</source>
+        <translation>not measured</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>Round trip</source>
+        <translation>Round trip</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Network</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Location</source>
+        <translation>Location</translation>
+    </message>
+    <message>
+        <source>Report</source>
+        <translation>Report</translation>
+    </message>
+    <message>
+        <source>All tests</source>
+        <translation>All tests</translation>
+    </message>
+    <message>
+        <source>Test %1 of series %2, %3</source>
+        <translation>Test %1 of series %2, %3</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation>Test</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unknown</translation>
+    </message>
+    <message>
+        <source>Data budget</source>
+        <translation>Data budget</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::AboutTab</name>
+    <message>
+        <source>About this program</source>
+        <translation>About this program</translation>
     </message>
 </context>
 <context>
@@ -872,80 +1076,8 @@ to orvak</translation>
         <translation>Loading...</translation>
     </message>
     <message>
-        <source>ErrorTitle</source>
-        <translation>Error</translation>
-    </message>
-    <message>
-        <source>The results in %1 cannot be opened or written. Make room or correct the rights of this folder, then start again.</source>
-        <translation>The results in %1 cannot be opened or written. Make room or correct the rights of this folder, then start again.</translation>
-    </message>
-    <message>
         <source>OK</source>
         <translation>OK</translation>
-    </message>
-    <message>
-        <source>Yes, start test</source>
-        <translation>Yes, start test</translation>
-    </message>
-    <message>
-        <source>No, don&apos;t test</source>
-        <translation>No, don&apos;t test</translation>
-    </message>
-    <message>
-        <source>aborting...</source>
-        <translation>aborting...</translation>
-    </message>
-    <message>
-        <source>Costs</source>
-        <translation>Costs</translation>
-    </message>
-    <message>
-        <source>CostsQuestion</source>
-        <translation>A test uses the connection fully for 14 seconds. On a fast network that is several hundred megabytes, which some contracts charge for. Start the test?</translation>
-    </message>
-    <message>
-        <source>Roaming</source>
-        <translation>Roaming</translation>
-    </message>
-    <message>
-        <source>RoamingQuestion</source>
-        <translation>Your device is roaming. A test moves as much data as is possible in 14 seconds and may be expensive. Start it anyway?</translation>
-    </message>
-    <message>
-        <source>Abort Test</source>
-        <translation>Abort Test</translation>
-    </message>
-    <message>
-        <source>Start Test</source>
-        <translation>Start Test</translation>
-    </message>
-    <message>
-        <source>Next measurement in %1:%2 minutes.</source>
-        <translation>Next measurement in %1:%2 minutes.</translation>
-    </message>
-    <message>
-        <source>The test could not be stored in %1. Make room or correct the rights of this folder.</source>
-        <translation>The test could not be stored in %1. Make room or correct the rights of this folder.</translation>
-    </message>
-    <message>
-        <source>The report waits and goes out with the next test.</source>
-        <translation>The report waits and goes out with the next test.</translation>
-    </message>
-    <message>
-        <source>Please Wait</source>
-        <translation>Please Wait</translation>
-    </message>
-    <message>
-        <source>Database is beeing reseted...</source>
-        <translation>Database is beeing reseted...</translation>
-    </message>
-    <message>
-        <source>Clear Database</source>
-        <translation>Clear Database</translation>
-    </message>
-    <message>
-        <source>Database has been reseted</source>
-        <translation>Database has been reseted</translation>
     </message>
     <message>
         <source>Information</source>
@@ -955,29 +1087,12 @@ to orvak</translation>
         <source>Starting new Test Series with Id:</source>
         <translation>Starting new Test Series with Id:</translation>
     </message>
+</context>
+<context>
+    <name>velometer::MessagePopup</name>
     <message>
-        <source>na</source>
-        <translation>na</translation>
-    </message>
-    <message>
-        <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
-        <translation>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</translation>
-    </message>
-    <message>
-        <source>This connection is probably metered.</source>
-        <translation>This connection is probably metered.</translation>
-    </message>
-    <message>
-        <source>This connection is metered.</source>
-        <translation>This connection is metered.</translation>
-    </message>
-    <message>
-        <source>A test uses at most %1.</source>
-        <translation>A test uses at most %1.</translation>
-    </message>
-    <message>
-        <source>The data budget ended the test early.</source>
-        <translation>The data budget ended the test early.</translation>
+        <source>Please Wait ...</source>
+        <translation>Please Wait ...</translation>
     </message>
 </context>
 <context>
@@ -1024,13 +1139,6 @@ to orvak</translation>
     </message>
 </context>
 <context>
-    <name>velometer::MessagePopup</name>
-    <message>
-        <source>Please Wait ...</source>
-        <translation>Please Wait ...</translation>
-    </message>
-</context>
-<context>
     <name>velometer::NumberOfMeasurementsPopup</name>
     <message>
         <source>Anzahl Messungen:</source>
@@ -1058,79 +1166,6 @@ to orvak</translation>
     </message>
 </context>
 <context>
-    <name>Options</name>
-    <message>
-        <source>%1; --help lists the options.</source>
-        <translation>%1; --help lists the options.</translation>
-    </message>
-    <message>
-        <source>There is no option %1; --help lists them.</source>
-        <translation>There is no option %1; --help lists them.</translation>
-    </message>
-    <message>
-        <source>velometer does not know what to do with %1; --help lists the options.</source>
-        <translation>velometer does not know what to do with %1; --help lists the options.</translation>
-    </message>
-    <message>
-        <source>--%1 needs a value.</source>
-        <translation>--%1 needs a value.</translation>
-    </message>
-    <message>
-        <source>--language takes de or en, not %1.</source>
-        <translation>--language takes de or en, not %1.</translation>
-    </message>
-    <message>
-        <source>--shell takes handset, phone or desktop, not %1.</source>
-        <translation>--shell takes handset, phone or desktop, not %1.</translation>
-    </message>
-    <message>
-        <source>There is no display; velometer-cli measures without one.</source>
-        <translation>There is no display; velometer-cli measures without one.</translation>
-    </message>
-    <message>
-        <source>velometer measures a mobile data connection: download, upload and round-trip time.
-
-usage: velometer [options]
-
-  --config FILE      deployment file: where the service and the test servers are
-  --data-dir DIR     where results are kept
-  --platform system|scripted:FILE|none
-                     asks the device, replays a recorded one, or does without modem and
-                     position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                     positions from a receiver or a recording of one
-  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
-                     (a window); without it what fits the screen
-  --language de|en   German or English; without it as chosen on the settings page
-  --verbose          writes the diagnostic log to standard error
-  --version          prints the version
-  --help             prints this text
-
-velometer-cli does the same without a display.
-</source>
-        <translation>velometer measures a mobile data connection: download, upload and round-trip time.
-
-usage: velometer [options]
-
-  --config FILE      deployment file: where the service and the test servers are
-  --data-dir DIR     where results are kept
-  --platform system|scripted:FILE|none
-                     asks the device, replays a recorded one, or does without modem and
-                     position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                     positions from a receiver or a recording of one
-  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
-                     (a window); without it what fits the screen
-  --language de|en   German or English; without it as chosen on the settings page
-  --verbose          writes the diagnostic log to standard error
-  --version          prints the version
-  --help             prints this text
-
-velometer-cli does the same without a display.
-</translation>
-    </message>
-</context>
-<context>
     <name>velometer::PageHeader</name>
     <message>
         <source>Web site of the maker</source>
@@ -1143,20 +1178,6 @@ velometer-cli does the same without a display.
     <message>
         <source>Close</source>
         <translation>Close</translation>
-    </message>
-</context>
-<context>
-    <name>PlatformChoice</name>
-    <message>
-        <source>--platform takes system, scripted:FILE or none, not %1.</source>
-        <translation>--platform takes system, scripted:FILE or none, not %1.</translation>
-    </message>
-</context>
-<context>
-    <name>PositionChoice</name>
-    <message>
-        <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
-        <translation>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</translation>
     </message>
 </context>
 <context>
@@ -1197,6 +1218,10 @@ velometer-cli does the same without a display.
         <source>Deleted %1 stored tests and %2 waiting reports.</source>
         <translation>Deleted %1 stored tests and %2 waiting reports.</translation>
     </message>
+    <message>
+        <source>No interrupted series waits to be continued.</source>
+        <translation>No interrupted series waits to be continued.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultsTab</name>
@@ -1218,7 +1243,7 @@ velometer-cli does the same without a display.
     </message>
 </context>
 <context>
-    <name>ServerChoice</name>
+    <name>velometer::ServerSelection</name>
     <message>
         <source>There is no server &quot;%1&quot;; use HOST[:PORT] or one of: %2.</source>
         <translation>There is no server &quot;%1&quot;; use HOST[:PORT] or one of: %2.</translation>
@@ -1265,6 +1290,107 @@ velometer-cli does the same without a display.
     <message>
         <source>No limit</source>
         <translation>No limit</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::StartDialogue</name>
+    <message>
+        <source>Test Series</source>
+        <translation>Test Series</translation>
+    </message>
+    <message>
+        <source>A series was interrupted. Test %1 of %2 was next. Continue?</source>
+        <translation>A series was interrupted. Test %1 of %2 was next. Continue?</translation>
+    </message>
+    <message>
+        <source>Yes, continue</source>
+        <translation>Yes, continue</translation>
+    </message>
+    <message>
+        <source>No, forget it</source>
+        <translation>No, forget it</translation>
+    </message>
+    <message>
+        <source>Yes, start test</source>
+        <translation>Yes, start test</translation>
+    </message>
+    <message>
+        <source>No, don&apos;t test</source>
+        <translation>No, don&apos;t test</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::StoreDialogue</name>
+    <message>
+        <source>ErrorTitle</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be opened or written. Make room or correct the rights of this folder, then start again.</source>
+        <translation>The results in %1 cannot be opened or written. Make room or correct the rights of this folder, then start again.</translation>
+    </message>
+    <message>
+        <source>Please Wait</source>
+        <translation>Please Wait</translation>
+    </message>
+    <message>
+        <source>Database is beeing reseted...</source>
+        <translation>Database is beeing reseted...</translation>
+    </message>
+    <message>
+        <source>Clear Database</source>
+        <translation>Clear Database</translation>
+    </message>
+    <message>
+        <source>Database has been reseted</source>
+        <translation>Database has been reseted</translation>
+    </message>
+    <message>
+        <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
+        <translation>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::TestConsent</name>
+    <message>
+        <source>This connection is probably metered.</source>
+        <translation>This connection is probably metered.</translation>
+    </message>
+    <message>
+        <source>This connection is metered.</source>
+        <translation>This connection is metered.</translation>
+    </message>
+    <message>
+        <source>A test uses at most %1.</source>
+        <translation>A test uses at most %1.</translation>
+    </message>
+    <message>
+        <source>CostsQuestion</source>
+        <translation>A test uses the connection fully for 14 seconds. On a fast network that is several hundred megabytes, which some contracts charge for. Start the test?</translation>
+    </message>
+    <message>
+        <source>Costs</source>
+        <translation>Costs</translation>
+    </message>
+    <message>
+        <source>Roaming</source>
+        <translation>Roaming</translation>
+    </message>
+    <message>
+        <source>RoamingQuestion</source>
+        <translation>Your device is roaming. A test moves as much data as is possible in 14 seconds and may be expensive. Start it anyway?</translation>
+    </message>
+    <message>
+        <source>The connection is metered (guessed from its kind); a test may cost money.</source>
+        <translation>The connection is metered (guessed from its kind); a test may cost money.</translation>
+    </message>
+    <message>
+        <source>The connection is metered; a test may cost money.</source>
+        <translation>The connection is metered; a test may cost money.</translation>
+    </message>
+    <message>
+        <source>The device is roaming; a test may be expensive. --allow-roaming tests all the same.</source>
+        <translation>The device is roaming; a test may be expensive. --allow-roaming tests all the same.</translation>
     </message>
 </context>
 <context>
@@ -1334,6 +1460,57 @@ velometer-cli does the same without a display.
     </message>
 </context>
 <context>
+    <name>velometer::TestDisplay</name>
+    <message>
+        <source>aborting...</source>
+        <translation>aborting...</translation>
+    </message>
+    <message>
+        <source>Abort Test</source>
+        <translation>Abort Test</translation>
+    </message>
+    <message>
+        <source>Start Test</source>
+        <translation>Start Test</translation>
+    </message>
+    <message>
+        <source>Next measurement in %1:%2 minutes.</source>
+        <translation>Next measurement in %1:%2 minutes.</translation>
+    </message>
+    <message>
+        <source>Test Series</source>
+        <translation>Test Series</translation>
+    </message>
+    <message>
+        <source>The interrupted series is over: its tests from %1 to %2 were missed.</source>
+        <translation>The interrupted series is over: its tests from %1 to %2 were missed.</translation>
+    </message>
+    <message>
+        <source>Tests from %1 to %2 of %3 were missed.</source>
+        <translation>Tests from %1 to %2 of %3 were missed.</translation>
+    </message>
+    <message>
+        <source>ErrorTitle</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>The test could not be stored in %1. Make room or correct the rights of this folder.</source>
+        <translation>The test could not be stored in %1. Make room or correct the rights of this folder.</translation>
+    </message>
+    <message>
+        <source>The data budget ended the test early.</source>
+        <translation>The data budget ended the test early.</translation>
+    </message>
+    <message>
+        <source>The report waits and goes out with the next test.</source>
+        <translation>The report waits and goes out with the next test.</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>na</translation>
+    </message>
+</context>
+<context>
     <name>velometer::TestResultWidget</name>
     <message>
         <source>na</source>
@@ -1371,10 +1548,6 @@ velometer-cli does the same without a display.
         <translation>The service cannot be reached.</translation>
     </message>
     <message>
-        <source>The device is roaming; a test may be expensive. --allow-roaming tests all the same.</source>
-        <translation>The device is roaming; a test may be expensive. --allow-roaming tests all the same.</translation>
-    </message>
-    <message>
         <source>The test was stopped.</source>
         <translation>The test was stopped.</translation>
     </message>
@@ -1407,20 +1580,24 @@ velometer-cli does the same without a display.
         <translation>Round-trip time: %1</translation>
     </message>
     <message>
-        <source>The connection is metered (guessed from its kind); a test may cost money.</source>
-        <translation>The connection is metered (guessed from its kind); a test may cost money.</translation>
-    </message>
-    <message>
-        <source>The connection is metered; a test may cost money.</source>
-        <translation>The connection is metered; a test may cost money.</translation>
-    </message>
-    <message>
-        <source>A test uses at most %1.</source>
-        <translation>A test uses at most %1.</translation>
-    </message>
-    <message>
         <source>The test reached its data budget (%1) and is stored as far as it came; --max-bytes gives it more, --max-bytes 0 lifts the limit.</source>
         <translation>The test reached its data budget (%1) and is stored as far as it came; --max-bytes gives it more, --max-bytes 0 lifts the limit.</translation>
+    </message>
+    <message>
+        <source>The series that was interrupted is over: its tests from %1 to %2 were missed.</source>
+        <translation>The series that was interrupted is over: its tests from %1 to %2 were missed.</translation>
+    </message>
+    <message>
+        <source>A series was interrupted: test %1 of %2 is next. --resume continues it; a new series takes its place.</source>
+        <translation>A series was interrupted: test %1 of %2 is next. --resume continues it; a new series takes its place.</translation>
+    </message>
+    <message>
+        <source>Test %1 of %2 was missed.</source>
+        <translation>Test %1 of %2 was missed.</translation>
+    </message>
+    <message>
+        <source>Tests %1 to %2 of %3 were missed.</source>
+        <translation>Tests %1 to %2 of %3 were missed.</translation>
     </message>
 </context>
 <context>
@@ -1503,117 +1680,6 @@ velometer-cli does the same without a display.
     <message>
         <source>Start Test</source>
         <translation>Start Test</translation>
-    </message>
-</context>
-<context>
-    <name>TextFormat</name>
-    <message>
-        <source>signal %1 %</source>
-        <translation>signal %1 %</translation>
-    </message>
-    <message>
-        <source>cell %1</source>
-        <translation>cell %1</translation>
-    </message>
-    <message>
-        <source>roaming</source>
-        <translation>roaming</translation>
-    </message>
-    <message>
-        <source>within %1 m</source>
-        <translation>within %1 m</translation>
-    </message>
-    <message>
-        <source>altitude %1 m</source>
-        <translation>altitude %1 m</translation>
-    </message>
-    <message>
-        <source>%1 km/h</source>
-        <translation>%1 km/h</translation>
-    </message>
-    <message>
-        <source>delivered</source>
-        <translation>delivered</translation>
-    </message>
-    <message>
-        <source>waits in the queue</source>
-        <translation>waits in the queue</translation>
-    </message>
-    <message>
-        <source>none</source>
-        <translation>none</translation>
-    </message>
-    <message>
-        <source>earlier ones delivered: %1</source>
-        <translation>earlier ones delivered: %1</translation>
-    </message>
-    <message>
-        <source>%1 to %2</source>
-        <translation>%1 to %2</translation>
-    </message>
-    <message>
-        <source>not measured</source>
-        <translation>not measured</translation>
-    </message>
-    <message>
-        <source>Server</source>
-        <translation>Server</translation>
-    </message>
-    <message>
-        <source>Download</source>
-        <translation>Download</translation>
-    </message>
-    <message>
-        <source>Upload</source>
-        <translation>Upload</translation>
-    </message>
-    <message>
-        <source>Round trip</source>
-        <translation>Round trip</translation>
-    </message>
-    <message>
-        <source>Network</source>
-        <translation>Network</translation>
-    </message>
-    <message>
-        <source>Position</source>
-        <translation>Position</translation>
-    </message>
-    <message>
-        <source>Location</source>
-        <translation>Location</translation>
-    </message>
-    <message>
-        <source>Report</source>
-        <translation>Report</translation>
-    </message>
-    <message>
-        <source>All tests</source>
-        <translation>All tests</translation>
-    </message>
-    <message>
-        <source>Test %1 of series %2, %3</source>
-        <translation>Test %1 of series %2, %3</translation>
-    </message>
-    <message>
-        <source>ID</source>
-        <translation>ID</translation>
-    </message>
-    <message>
-        <source>Time</source>
-        <translation>Time</translation>
-    </message>
-    <message>
-        <source>Test</source>
-        <translation>Test</translation>
-    </message>
-    <message>
-        <source>unknown</source>
-        <translation>unknown</translation>
-    </message>
-    <message>
-        <source>Data budget</source>
-        <translation>Data budget</translation>
     </message>
 </context>
 <context>

@@ -149,6 +149,7 @@ private:
         intervalGiven = true;
         return takeNumber("--interval"_L1, v, 0, maxInterval, &line.interval);
     }
+    QString resume(const QString &) { return set(&line.resume); }
     QString maxBytes(const QString &v);
     QString limit(const QString &v)
     {
@@ -185,6 +186,7 @@ const Parser::Option Parser::options[] = {
     {"--location"_L1, true, onlyTest, &Parser::location},
     {"--count"_L1, true, onlyTest, &Parser::count},
     {"--interval"_L1, true, onlyTest, &Parser::interval},
+    {"--resume"_L1, false, onlyTest, &Parser::resume},
     {"--max-bytes"_L1, true, onlyTest, &Parser::maxBytes},
     {"--format"_L1, true, formatted, &Parser::format},
     {"--json"_L1, false, formatted, &Parser::json},
@@ -301,6 +303,10 @@ QString Parser::checkWhole() const
 {
     if (intervalGiven && line.count == 1) {
         return CommandLine::tr("--interval needs --count with at least 2 tests.");
+    }
+    if (line.resume && (line.count > 1 || line.location != "Unknown"_L1)) {
+        return CommandLine::tr("--resume goes on with what the series began with; leave out "
+                               "--count, --interval and --location.");
     }
     if (line.command == Command::Export && formatOption.isEmpty()) {
         return CommandLine::tr("export needs --format with %1.")

@@ -48,6 +48,7 @@ public:
     QString location = QStringLiteral("Unknown"); ///< location code
     int count = 1;                                ///< tests, 1 to 100000
     int interval = 0;                             ///< s from start to start, 0 to 604800
+    bool resume = false;                          ///< go on with an interrupted series
     std::optional<DataBudget> budget;             ///< none: as the settings say
     int limit = 0;                                ///< most results to list, 0 for all
     bool allowRoaming = false;

@@ -44,6 +44,7 @@ QString CommandLine::helpText(Command command, bool overview)
                   "  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other\n"
                   "  --count N                  so many tests (1 to 100000)\n"
                   "  --interval SECONDS         from start to start (0 to 604800)\n"
+                  "  --resume                   go on with a series that was interrupted\n"
                   "  --max-bytes N              download and upload of a test end when they have "
                   "moved\n"
                   "                             N bytes together (from 100000; 500k, 10M, 2G), 0 "

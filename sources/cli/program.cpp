@@ -1,10 +1,10 @@
 #include "cli/program.h"
 
+#include "app/serverselection.h"
 #include "cli/csvformat.h"
 #include "cli/devicecontext.h"
 #include "cli/exportformat.h"
 #include "cli/jsonformat.h"
-#include "cli/serverchoice.h"
 #include "cli/testprinter.h"
 #include "cli/testrunner.h"
 #include "cli/testsummary.h"
@@ -12,6 +12,7 @@
 #include "data/testdetails.h"
 #include "data/testservertable.h"
 #include "db/databasemanager.h"
+#include "measurement/testids.h"
 #include "platform/platform.h"
 #include "utils/deployment.h"
 #include "utils/sockets.h"
@@ -22,6 +23,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <utility>
 
 #include <unistd.h>
@@ -82,7 +84,7 @@ void Program::start()
     case Command::Servers: return end(listServers());
     case Command::Context: return describeContext();
     case Command::Resend: return resendReports();
-    case Command::NewSeries: return end(startSeries());
+    case Command::NewSeries: return startSeries();
     case Command::Clear: return end(clearStore());
     }
 }
@@ -124,15 +126,14 @@ bool Program::createPlatform()
 
 bool Program::createRunner()
 {
-    if (!options.server.isEmpty()) {
-        choice = std::make_unique<ServerChoice>(options.server, *table);
-        if (!choice->server()) {
-            end(refuse(ExitStatus::Usage, choice->error()));
-            return false;
-        }
-    }
     if (!createPlatform()) {
         end(ExitStatus::Usage);
+        return false;
+    }
+    servers = std::make_unique<ServerSelection>(*platform, nullptr);
+    QString error;
+    if (!options.server.isEmpty() && !servers->choose(options.server, &error)) {
+        end(refuse(ExitStatus::Usage, error));
         return false;
     }
     if (!settingsWritable()) {
@@ -145,21 +146,24 @@ bool Program::createRunner()
     }
     Sockets::setProtocol(options.protocol);
     printer = std::make_unique<TestPrinter>(options.format, out, language);
-    const TestRunner::Plan plan{options.location, options.count, options.interval,
-                                options.allowRoaming,
-                                options.budget.value_or(DataBudget::remembered())};
-    runner = std::make_unique<TestRunner>(plan, *table, *printer, progress, *platform);
+    const TestRunner::Plan plan{
+        {options.location, options.count, std::chrono::seconds(options.interval)},
+        options.allowRoaming,
+        options.budget.value_or(DataBudget::remembered())};
+    runner = std::make_unique<TestRunner>(plan, *servers, *printer, progress, *platform);
     connect(runner.get(), &TestRunner::finished, this, &Program::end);
-    if (choice) {
-        runner->getController().setTestServer(choice->server());
-    }
     return true;
 }
 
 void Program::runTests()
 {
-    if (createRunner()) {
+    if (!createRunner()) {
+        return;
+    }
+    if (!options.resume) {
         runner->start();
+    } else if (!runner->resume()) {
+        end(refuse(ExitStatus::Usage, tr("No interrupted series waits to be continued.")));
     }
 }
 
@@ -187,19 +191,16 @@ void Program::resendReports()
     runner->resend();
 }
 
-ExitStatus Program::startSeries()
+void Program::startSeries()
 {
-    if (!createPlatform()) {
-        return ExitStatus::Usage;
-    }
     if (!settingsWritable()) {
-        return refuse(ExitStatus::Store, tr("The settings cannot be written."));
+        return end(refuse(ExitStatus::Store, tr("The settings cannot be written.")));
     }
-    printer = std::make_unique<TestPrinter>(options.format, out, language);
-    TestRunner idle({}, *table, *printer, progress, *platform);
-    idle.getController().startNewSeries();
-    out.line(tr("Series %1").arg(idle.getController().getSeriesId()));
-    return ExitStatus::Done;
+    ids = std::make_unique<TestIds>();
+    ids->startNewSeries(this, [this] {
+        out.line(tr("Series %1").arg(ids->getSeriesId()));
+        end(ExitStatus::Done);
+    });
 }
 
 // ---- The store

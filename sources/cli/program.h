@@ -14,7 +14,8 @@ namespace velometer {
 
 class DBTestResults;
 class Platform;
-class ServerChoice;
+class ServerSelection;
+class TestIds;
 class TestPrinter;
 class TestRunner;
 class TestServer;
@@ -47,11 +48,11 @@ private:
     ExitStatus exportTests();
     ExitStatus listServers();
     ExitStatus clearStore();
-    ExitStatus startSeries();
     // Commands that take their time, and end in end().
     void runTests();
     void resendReports();
     void describeContext();
+    void startSeries();
 
     void printContext();
     void end(ExitStatus status);
@@ -73,9 +74,10 @@ private:
     const QString language;
     ProgressLine progress;
     std::unique_ptr<TestServerTable> table;
-    std::unique_ptr<ServerChoice> choice;
     std::unique_ptr<TestPrinter> printer;
     std::unique_ptr<Platform> platform;
+    std::unique_ptr<ServerSelection> servers;
+    std::unique_ptr<TestIds> ids;
     std::unique_ptr<TestRunner> runner;
     std::unique_ptr<class DeviceContext> context;
 };

@@ -32,6 +32,14 @@ void TestPrinter::progress(int value, int max)
     }
 }
 
+void TestPrinter::missed(const QString &message)
+{
+    if (format == CommandLine::Format::JsonStream) {
+        output.write(JsonFormat::line(
+            JsonFormat::errorEvent(message, static_cast<int>(ExitStatus::Broken))));
+    }
+}
+
 void TestPrinter::ended(const TestSummary &summary, ExitStatus status, const QString &message)
 {
     switch (format) {

@@ -17,6 +17,8 @@ public:
 
     void phase(const QString &name, int test, int count);
     void progress(int value, int max);
+    /// A test of a series that will not be made: an event of its own in a stream, else nothing.
+    void missed(const QString &message);
     /// Called once for each test. @p message says what went wrong, empty when nothing did. A text
     /// or a table shows what was measured; JSON has an object in any case; a stream ends with a
     /// result when the test is stored, else with an error.

@@ -1,10 +1,10 @@
 #include "cli/testrunner.h"
 
+#include "app/serverselection.h"
 #include "cli/progressline.h"
 #include "cli/testprinter.h"
 #include "data/result.h"
 #include "data/testresults.h"
-#include "data/testservertable.h"
 #include "db/databasemanager.h"
 #include "platform/platform.h"
 #include "utils/utils.h"
@@ -26,7 +26,6 @@ using Phase = TestController::Phase;
 
 constexpr qint64 nsPerSecond = 1'000'000'000;
 constexpr qint64 nsPerMs = 1'000'000;
-constexpr int secondsPerMinute = 60;
 constexpr auto devicePollInterval = 100ms;
 /// A service of the device that has not answered by now hangs; a test does not wait for it.
 constexpr int maxDevicePolls = 3s / devicePollInterval;
@@ -83,22 +82,27 @@ QStringList brokenPhases(const TestResults *record)
 
 } // namespace
 
-TestRunner::TestRunner(Plan whatToRun, const TestServerTable &servers, TestPrinter &results,
+TestRunner::TestRunner(Plan whatToRun, ServerSelection &serverSelection, TestPrinter &results,
                        ProgressLine &progressLine, Platform &devicePlatform)
     : plan(std::move(whatToRun))
-    , table(servers)
     , printer(results)
     , progress(progressLine)
     , platform(devicePlatform)
-    , controller(std::make_unique<TestController>(nullptr, this, this, devicePlatform))
+    , consent(devicePlatform)
+    , session(devicePlatform, serverSelection, this, nullptr)
+    , controller(&session.getController())
+    , series(&session.getSeries())
 {
-    controller->setDataBudget(plan.budget);
-    connect(&deviceTimer, &QTimer::timeout, this, &TestRunner::awaitDevice);
-    nextTimer.setSingleShot(true);
-    nextTimer.setTimerType(Qt::PreciseTimer);
-    connect(&nextTimer, &QTimer::timeout, this, &TestRunner::startNext);
-    connect(controller.get(), &TestController::phaseEntered, this, &TestRunner::phaseEntered);
-    connect(controller.get(), &TestController::testEnded, this, &TestRunner::testEnded);
+    if (plan.allowRoaming) {
+        consent.allowRoaming();
+    }
+    connect(&deviceTimer, &ClockTimer::timeout, this, &TestRunner::awaitDevice);
+    connect(controller, &TestController::phaseEntered, this, &TestRunner::phaseEntered);
+    connect(controller, &TestController::testEnded, this, &TestRunner::testEnded);
+    connect(series, &TestSeries::testStarting, this, &TestRunner::testStarting);
+    connect(series, &TestSeries::missed, this, &TestRunner::testsMissed);
+    connect(series, &TestSeries::ended, this, &TestRunner::finish);
+    connect(&session, &TestSession::resumed, this, &TestRunner::finish);
 }
 
 TestRunner::~TestRunner() = default;
@@ -107,47 +111,75 @@ TestRunner::~TestRunner() = default;
 
 void TestRunner::start()
 {
-    deviceTimer.start(0);
+    tellOfInterrupted();
+    awaitDevice();
+}
+
+bool TestRunner::resume()
+{
+    resuming = series->interrupted().has_value();
+    if (resuming) {
+        awaitDevice();
+    }
+    return resuming;
+}
+
+void TestRunner::tellOfInterrupted()
+{
+    const auto waiting = series->interrupted();
+    if (!waiting) {
+        return;
+    }
+    const int next = waiting->nextAt(Utils::getTimeInMs());
+    if (next > waiting->plan.count) {
+        progress.message(tr("The series that was interrupted is over: its tests from %1 to %2 were "
+                            "missed.")
+                             .arg(waiting->next)
+                             .arg(waiting->plan.count));
+        series->discard();
+    } else {
+        progress.message(tr("A series was interrupted: test %1 of %2 is next. --resume continues "
+                            "it; a new series takes its place.")
+                             .arg(next)
+                             .arg(waiting->plan.count));
+    }
 }
 
 void TestRunner::awaitDevice()
 {
-    deviceTimer.start(devicePollInterval);
     if (!platform.isComplete() && ++polls <= maxDevicePolls) {
-        return;
+        return deviceTimer.start(devicePollInterval);
     }
-    deviceTimer.stop();
-    warnOfMetered();
-    startNext();
+    if (const QString notice = consent.notice(plan.budget); !notice.isEmpty()) {
+        progress.message(notice);
+    }
+    if (resuming) {
+        session.resume(plan.budget);
+    } else {
+        session.start(plan.series, plan.budget);
+    }
 }
 
-void TestRunner::warnOfMetered()
+void TestRunner::testStarting()
 {
-    const PlatformFacts facts = platform.facts();
-    if (!facts.metered.value_or(false)) {
-        return;
-    }
-    QString warning =
-        facts.meteredGuessed
-            ? tr("The connection is metered (guessed from its kind); a test may cost money.")
-            : tr("The connection is metered; a test may cost money.");
-    if (plan.budget.bytes()) {
-        warning += u' ' + tr("A test uses at most %1.").arg(plan.budget.text());
-    }
-    progress.message(warning);
-}
-
-void TestRunner::startNext()
-{
-    ++current;
-    startedAt = Utils::getTimeInNs();
+    testing = true;
     errorText.clear();
     stopStatus.reset();
     shownPhase.reset();
-    if (plan.count > 1) {
-        progress.setTest(u"%1/%2"_s.arg(current).arg(plan.count));
+    if (series->isSeries()) {
+        progress.setTest(u"%1/%2"_s.arg(series->getNumber()).arg(series->getCount()));
     }
-    controller->runTests(plan.location);
+}
+
+void TestRunner::testsMissed(int first, int last)
+{
+    for (int number = first; number <= last; ++number) {
+        printer.missed(tr("Test %1 of %2 was missed.").arg(number).arg(series->getCount()));
+    }
+    progress.message(
+        first == last
+            ? tr("Test %1 of %2 was missed.").arg(first).arg(series->getCount())
+            : tr("Tests %1 to %2 of %3 were missed.").arg(first).arg(last).arg(series->getCount()));
 }
 
 void TestRunner::resend()
@@ -161,10 +193,10 @@ void TestRunner::stop(ExitStatus reason)
 {
     stopStatus = reason;
     seriesStopped = true;
-    if (controller->isRunning()) {
-        return controller->abortTest();
+    if (!controller->isRunning()) {
+        status = reason;
     }
-    status = reason;
+    session.close();
     finish();
 }
 
@@ -194,12 +226,8 @@ void TestRunner::testEnded(const TestOutcome &outcome)
     if (status == ExitStatus::Done || seriesStopped) {
         status = ended;
     }
-    if (seriesStopped || current == plan.count) {
-        return finish();
-    }
-    const qint64 due = startedAt + plan.interval * nsPerSecond - Utils::getTimeInNs();
-    // Rounded up: a series is never faster than it was asked to be.
-    nextTimer.start(static_cast<int>(std::max<qint64>(0, (due + nsPerMs - 1) / nsPerMs)));
+    testing = false;
+    finish();
 }
 
 void TestRunner::resendEnded(const TestOutcome &outcome)
@@ -228,8 +256,11 @@ void TestRunner::resendEnded(const TestOutcome &outcome)
 
 void TestRunner::finish()
 {
+    // The series may hear of the end of its last test first; the test is told before.
+    if (testing || session.isActive() || std::exchange(isFinished, true)) {
+        return;
+    }
     deviceTimer.stop();
-    nextTimer.stop();
     Q_EMIT finished(status);
 }
 
@@ -274,8 +305,7 @@ QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) co
         if (outcome.end == TestOutcome::End::Completed) {
             return budgetText();
         }
-        return tr("The device is roaming; a test may be expensive. --allow-roaming tests all the "
-                  "same.");
+        return consent.roamingRefusal();
     case ExitStatus::Interrupted:
     case ExitStatus::Terminated: return tr("The test was stopped.");
     case ExitStatus::Store: return storeFailure();
@@ -295,20 +325,20 @@ QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) co
 
 void TestRunner::warnOfUndelivered(const TestOutcome &outcome)
 {
-    if (!outcome.reportDelivered && outcome.queueId >= 0) {
+    if (!outcome.reportDelivered && outcome.queueId) {
         progress.message(tr("The report waits in the queue and goes out with the next test."));
     }
 }
 
-// ---- TestObserver and TestHost
+// ---- TestObserver
 
 bool TestRunner::stopRequested()
 {
     // A network may tell only after the start that it roams; once data flows it is too late.
     const Phase phase = controller->getPhase();
     const bool beforeTraffic = phase == Phase::Init || phase == Phase::DownloadStartMarker;
-    if (!resending && !stopStatus && !plan.allowRoaming && beforeTraffic &&
-        controller->checkRoaming()) {
+    if (!resending && !stopStatus && beforeTraffic &&
+        consent.askRoaming(controller->checkRoaming())) {
         stopStatus = ExitStatus::Refused;
     }
     return stopStatus.has_value();
@@ -320,7 +350,7 @@ void TestRunner::phaseEntered(Phase phase)
         return;
     }
     shownPhase = phase;
-    printer.phase(nameOf(phase), current, plan.count);
+    printer.phase(nameOf(phase), series->getNumber(), series->getCount());
 }
 
 void TestRunner::setStatus(QString text)
@@ -375,20 +405,6 @@ void TestRunner::setRTTText(QString text)
 void TestRunner::setDataTransferred(QString text)
 {
     progress.setFigure(text);
-}
-
-TestServer *TestRunner::getTestServer(const QString &hostname, int port)
-{
-    return table.find(hostname, port);
-}
-
-QString TestRunner::getScheduleInfo() const
-{
-    if (plan.count <= 1) {
-        return {};
-    }
-    const qint64 minutes = qint64(plan.count) * plan.interval / secondsPerMinute;
-    return u"%1,%2,%3"_s.arg(current).arg(plan.count).arg(minutes);
 }
 
 } // namespace velometer

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "app/testconsent.h"
+#include "app/testsession.h"
 #include "cli/exitstatus.h"
 #include "cli/testsummary.h"
-#include "measurement/testcontroller.h"
-#include "measurement/testhost.h"
 #include "measurement/testobserver.h"
+#include "utils/clocktimer.h"
 
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -17,36 +17,36 @@ namespace velometer {
 
 class Platform;
 class ProgressLine;
+class ServerSelection;
 class TestPrinter;
-class TestServerTable;
 
-/// Runs the tests of one call of the program: a single one, or a series from start to start. A test
-/// that outlasts the interval delays the next one, which then starts at once; a test that fails
-/// does not end the series. Main thread only. gDB is open.
-class TestRunner : public QObject, public TestObserver, public TestHost
+/// Runs the tests of one call of the program, a single one or a series, and prints what becomes of
+/// them. A test that fails does not end the series. Main thread only. gDB is open.
+class TestRunner : public QObject, public TestObserver
 {
     Q_OBJECT
 
 public:
     struct Plan
     {
-        QString location = QStringLiteral("Unknown"); ///< location code
-        int count = 1;                                ///< tests, at least 1
-        int interval = 0;                             ///< s, start to start
+        TestSeries::Plan series{};
         bool allowRoaming = false;
         DataBudget budget{}; ///< of each test
     };
 
     /// Everything but the plan is borrowed and outlives the runner.
-    TestRunner(Plan plan, const TestServerTable &table, TestPrinter &printer,
-               ProgressLine &progress, Platform &platform);
+    TestRunner(Plan plan, ServerSelection &servers, TestPrinter &printer, ProgressLine &progress,
+               Platform &platform);
     ~TestRunner() override;
 
     TestController &getController() { return *controller; }
 
     /// Starts the first test as soon as the device has told about itself, at the latest after three
-    /// seconds; says before it when the connection is metered. Ends in one finished().
+    /// seconds; says before it when the connection is metered, and when a series of an earlier run
+    /// waits. Ends in one finished().
     void start();
+    /// The same with an interrupted series in place of the plan's. False when none waits.
+    bool resume();
     /// Offers the waiting reports once. Ends in one finished().
     void resend();
     /// Ends the running test and the series now; finished() says @p status.
@@ -67,10 +67,6 @@ public:
     bool stopRequested() override;
     void setInformation(QString, QString, QString, QString) override {}
 
-    // TestHost
-    TestServer *getTestServer(const QString &hostname, int port) override;
-    QString getScheduleInfo() const override;
-
     /// What became of a test in terms of the program's exit status; a stop counts as interrupted.
     static ExitStatus statusOf(const TestOutcome &outcome, const TestResults *record);
 
@@ -80,8 +76,9 @@ Q_SIGNALS:
 
 private:
     void awaitDevice();
-    void warnOfMetered();
-    void startNext();
+    void tellOfInterrupted();
+    void testStarting();
+    void testsMissed(int first, int last);
     void phaseEntered(TestController::Phase phase);
     void testEnded(const TestOutcome &outcome);
     void resendEnded(const TestOutcome &outcome);
@@ -93,27 +90,29 @@ private:
     void finish();
 
     const Plan plan;
-    const TestServerTable &table;
     TestPrinter &printer;
     ProgressLine &progress;
     const Platform &platform;
 
     int polls = 0;
-    int current = 0; ///< number of the test, from 1 on
-    qint64 startedAt = 0;
+    bool resuming = false;
     bool resending = false;
     int waitingBefore = 0;
     std::optional<ExitStatus> stopStatus; ///< the user's, or that of a refusal
     bool seriesStopped = false;
+    bool testing = false; ///< a test has begun and its end has not been told
+    bool isFinished = false;
     ExitStatus status = ExitStatus::Done;
     QString errorText;
     std::optional<TestController::Phase> shownPhase;
     int progressValue = 0;
     int progressMax = 0;
     qint64 shownAt = 0;
-    QTimer deviceTimer;
-    QTimer nextTimer;
-    std::unique_ptr<TestController> controller;
+    ClockTimer deviceTimer;
+    TestConsent consent;
+    TestSession session;
+    TestController *controller; ///< of the session, as is the series
+    TestSeries *series;
 };
 
 } // namespace velometer

@@ -8,21 +8,16 @@
 #include "data/testresultlog.h"
 #include "data/testserver.h"
 #include "db/databasemanager.h"
+#include "measurement/controlrequests.h"
 #include "measurement/downloadtest.h"
 #include "measurement/httpgetrequester.h"
-#include "measurement/requestparameters.h"
 #include "measurement/rtttest.h"
-#include "measurement/testhost.h"
 #include "measurement/testobserver.h"
 #include "measurement/uploadtest.h"
-#include "platform/platform.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
-#include <QLockFile>
-#include <QStandardPaths>
 #include <QTimer>
-#include <QUrl>
 
 #include <utility>
 
@@ -32,36 +27,11 @@ namespace velometer {
 
 namespace {
 
-constexpr int testduration = 7; ///< s, of the download and of the upload
 constexpr int requestTimeout = 10000;
 constexpr int reachabilityTimeout = 10000;
 constexpr int logEntryTimeout = 3000;
-/// Ids are drawn in a moment; a program that hangs while it does must not keep the others.
-constexpr int idLockTimeout = 200;
 /// The check that follows the fifth is not looked at any more.
 constexpr int maxReachabilityRetries = 5;
-
-/// Ids stay where every program that reads them, a script's doubles included, has them exactly.
-constexpr qlonglong maxId = qlonglong(1) << 53;
-
-qlonglong plausibleId(qlonglong id, qlonglong minimum)
-{
-    return id < minimum || id > maxId ? minimum : id;
-}
-
-/// Beside the settings it guards.
-QString idLockFile()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           "/orvak/ids.lock"_L1;
-}
-
-QString described(const NetworkConfiguration &configuration)
-{
-    return u"%1:%2:%3:%4"_s.arg(configuration.bearer, configuration.name,
-                                QString::number(configuration.purpose),
-                                QString::number(configuration.state));
-}
 
 QString kiloBitsPerSecond(qint64 bitsPerSecond)
 {
@@ -75,125 +45,46 @@ bool isOk(bool ok, const QString &header)
 
 } // namespace
 
-TestController::TestController(QObject *parent, TestObserver *testObserver, TestHost *testHost,
-                               Platform &devicePlatform)
+TestController::TestController(QObject *parent, TestObserver *testObserver, TestServer *server,
+                               Platform &platform)
     : QObject(parent)
+    , selectedServer(server)
+    , testServer(server)
     , observer(testObserver)
-    , host(testHost)
-    , platform(devicePlatform)
     , deviceinfohelper(new DeviceInfoHelper(platform, this))
     , locationhelper(new LocationHelper(platform, this))
     , networkinfohelper(new NetworkInfoHelper(platform, this))
     , internetconnectionchecker(
           new TestResultLog(networkinfohelper, locationhelper, u"test"_s, this, this))
     , httpgetter(new HttpGetRequester(this, this))
+    , session(new SessionOpener(platform, this))
+    , delivery(new ReportDelivery(*httpgetter, this))
 {
-    userid = Utils::getSettingsCommonValue(u"UserId"_s).toLongLong();
-    if (userid >= 1) {
-        loadIds();
-    } else {
-        userid = 0;
-    }
-    initializeTestServer();
+    connect(session, &SessionOpener::opened, this, &TestController::connectionOpened);
+    connect(session, &SessionOpener::failed, this, &TestController::connectionError);
 }
 
 TestController::~TestController() = default;
 
-// ---- Choice of server, ids and settings
-
-void TestController::initializeTestServer()
-{
-    const Deployment &deployment = Deployment::current();
-    QString hostname = Utils::getSettingsValue(u"TestServer.Hostname"_s);
-    QString port = Utils::getSettingsValue(u"TestServer.Port"_s);
-    // The settings are a file that anyone may edit, and the host goes into requests as it is.
-    if (!Endpoint::parse(Endpoint::bracketed(hostname), 0)) {
-        hostname.clear();
-    }
-    if (port.toInt() > 65535) {
-        port = u"0"_s;
-    }
-
-    if (hostname.isEmpty() || port.isEmpty()) {
-        const int mcc = networkinfohelper->getMcc().trimmed().toInt();
-        const int mnc = networkinfohelper->getMnc().trimmed().toInt();
-        Endpoint chosen = deployment.swisscom;
-        if (mcc == 228 && mnc == 1) {
-            Utils::addLogEntry(u"SELECTED SWISSCOM"_s);
-        } else if (mcc == 228 && mnc == 2) {
-            Utils::addLogEntry(u"SELECTED SUNRISE"_s);
-            chosen = deployment.sunrise;
-        } else {
-            Utils::addLogEntry(u"SELECTED DEFAULT"_s);
-        }
-        hostname = chosen.host;
-        port = QString::number(chosen.port);
-        Utils::setSettingsValue(u"TestServer.Hostname"_s, hostname);
-        Utils::setSettingsValue(u"TestServer.Port"_s, port);
-    }
-
-    testServer = host->getTestServer(hostname, port.toInt());
-    if (!testServer) {
-        testServer = new TestServer(this);
-        testServer->setHostname(hostname);
-        testServer->setPort(port.toInt());
-        Utils::addLogEntry(u"Test Server not found"_s);
-    }
-    selectedServer = testServer;
-    Utils::addLogEntry(u"Selected TestServer: %1:%2"_s.arg(testServer->getHostname(),
-                                                           QString::number(testServer->getPort())));
-}
+// ---- What is set between tests
 
 void TestController::setTestServer(TestServer *server)
 {
     selectedServer = server;
     if (!running) {
         testServer = server;
-    }
-    if (!running && server) {
         showInformation();
     }
-    if (!server) {
-        Utils::addLogEntry(u"TestController::setTestServer -- called with NULL testServer"_s);
-        return;
-    }
-    Utils::setSettingsValue(u"TestServer.Hostname"_s, server->getHostname());
-    Utils::setSettingsValue(u"TestServer.Port"_s, QString::number(server->getPort()));
 }
 
-void TestController::loadIds()
+void TestController::startNewSeries(const std::function<void()> &done)
 {
-    testid = plausibleId(Utils::getSettingsCommonValue(u"TestId"_s).toLongLong(), 0);
-    seriesid = plausibleId(Utils::getSettingsCommonValue(u"SeriesId"_s).toLongLong(), 1);
-}
-
-void TestController::loadUserId()
-{}
-
-void TestController::saveUserSettings()
-{
-    Utils::setSettingsCommonValue(u"UserId"_s, QString::number(userid));
-    Utils::setSettingsCommonValue(u"SeriesId"_s, QString::number(seriesid));
-    Utils::setSettingsCommonValue(u"TestId"_s, QString::number(testid));
-    Utils::setSettingsValue(u"TestServer.Hostname"_s, selectedServer->getHostname());
-    Utils::setSettingsValue(u"TestServer.Port"_s, QString::number(selectedServer->getPort()));
-}
-
-void TestController::startNewSeries()
-{
-    testid = 0;
-    ++seriesid;
-    saveUserSettings();
+    ids.startNewSeries(this, done);
 }
 
 bool TestController::checkRoaming() const
 {
     return networkinfohelper->roaming();
-}
-
-QString TestController::getScheduleInfo() const
-{
-    return host->getScheduleInfo();
 }
 
 int TestController::getMSS() const
@@ -203,13 +94,14 @@ int TestController::getMSS() const
 
 // ---- The phase machine
 
-void TestController::runTests(QString location)
+void TestController::runTests(QString location, QString seriesSchedule)
 {
     if (running) {
         return;
     }
     prepare();
     userLocation = std::move(location);
+    schedule = std::move(seriesSchedule);
     advance(Phase::Init);
 }
 
@@ -229,10 +121,12 @@ void TestController::prepare()
         testResults->deleteLater();
     }
     testResults = nullptr;
-    xmldata.reset();
+    schedule.clear();
     testServer = selectedServer;
+    delivery->begin(testServer);
     dataBudget = nextBudget;
     outcome = TestOutcome();
+    complete = false;
     concluded = false;
     testScope = std::make_unique<QObject>();
     running = true;
@@ -290,28 +184,11 @@ void TestController::beginTest()
 
 void TestController::openSession()
 {
-    if (netsession && netsession->isOpen()) {
+    if (session->isOpen()) {
         Utils::addLogEntry(u"Connection is open!"_s);
         return advance(Phase::Reachability);
     }
-    if (netsession) {
-        netsession->disconnect(this);
-        netsession.release()->deleteLater(); // its error signal may have ended the last test
-    }
-    netsession = platform.createNetworkSession();
-    const auto configurations = netsession->allConfigurations();
-    for (const NetworkConfiguration &configuration : configurations) {
-        Utils::addLogEntry("Connection:"_L1 + described(configuration));
-    }
-    const NetworkConfiguration chosen = netsession->defaultConfiguration();
-    Utils::addLogEntry("Default Connection:"_L1 + described(chosen));
-    if (!chosen.valid && !netsession->canStartAndStopInterfaces() &&
-        chosen.state != NetworkConfiguration::Active) {
-        Utils::addLogEntry(u"No default access point available"_s);
-    }
-    connect(netsession.get(), &NetworkSession::opened, this, &TestController::connectionOpened);
-    connect(netsession.get(), &NetworkSession::error, this, &TestController::connectionError);
-    netsession->open();
+    session->open();
 }
 
 void TestController::connectionOpened()
@@ -333,20 +210,22 @@ void TestController::connectionError(NetworkSession::SessionError error)
     if (testResults) {
         // The network went away in the middle of the test.
         keepUnfinishedTest();
+        if (concluded) {
+            return endTest(TestOutcome::End::Completed);
+        }
     } else {
         stopServices();
-        if (!getScheduleInfo().isEmpty() && userid >= 1) {
-            createRecord();
-            addInitFailedEntry();
-            showInformation();
-            queuePartialReport();
+        if (!schedule.isEmpty() && ids.getUserId() >= 1) {
+            return ids.draw(testScope.get(), [this] {
+                createRecord();
+                addInitFailedEntry();
+                showInformation();
+                queuePartialReport();
+                endTest(TestOutcome::End::NoNetwork, tr("noConnectionText"));
+            });
         }
     }
-    if (concluded) {
-        endTest(TestOutcome::End::Completed);
-    } else {
-        endTest(TestOutcome::End::NoNetwork, tr("noConnectionText"));
-    }
+    endTest(TestOutcome::End::NoNetwork, tr("noConnectionText"));
 }
 
 void TestController::checkReachability()
@@ -370,52 +249,29 @@ void TestController::reachabilityChecked(qlonglong rtt)
 
 void TestController::obtainUserId()
 {
-    userid = Utils::getSettingsCommonValue(u"UserId"_s).toLongLong();
-    if (userid >= 1) {
-        loadIds();
+    ids.load();
+    if (ids.getUserId() >= 1) {
         return advance(Phase::Initialise);
     }
     const Deployment &deployment = Deployment::current();
-    const QString uuid = QString::fromLatin1(QUrl::toPercentEncoding(deviceinfohelper->getImei()));
-    const QString text =
-        u"GET /velometer/getIDwithUUID.jsp?UUID=%1 HTTP/1.1\r\n"
-        "Host: %2\r\n"
-        "Connection: Close\r\n\r\n"_s.arg(uuid, Endpoint::bracketed(deployment.webHost));
     cancelActivity = [this] { httpgetter->cancel(); };
-    httpgetter->doRequest(deployment.webHost, deployment.webPort, text, requestTimeout);
+    httpgetter->doRequest(deployment.webHost, deployment.webPort,
+                          ControlRequests::userId(deviceinfohelper->getImei()), requestTimeout);
 }
 
 void TestController::userIdAnswered(bool ok, const QString &body)
 {
-    const QStringList parts = body.trimmed().split(u';');
-    userid = ok && parts.size() >= 2 ? plausibleId(parts[0].toLongLong(), 0) : 0;
-    if (userid != 0) {
-        seriesid = plausibleId(parts[1].toLongLong(), 0) + 1;
-    } else {
-        // A test is worth more than a proper id: go on with one that hardly anyone else has.
-        userid = Utils::getTimeInMs();
-        seriesid = 1;
-    }
-    testid = 0;
+    ids.assignUser(ok, body);
     continueLater(Phase::Initialise);
 }
 
 void TestController::requestInitialise()
 {
-    {
-        // Another program of the family may draw its ids at this moment, from the same settings.
-        QLockFile lock(idLockFile());
-        lock.tryLock(idLockTimeout);
-        if (Utils::getSettingsCommonValue(u"UserId"_s).toLongLong() == userid) {
-            loadIds();
-        }
+    ids.draw(testScope.get(), [this] {
         createRecord();
         showInformation();
-        saveUserSettings();
-    }
-    request("GET /velometer/initialise.php?logtraffic=0.1&"_L1 +
-            testParameters(*this, TestIdOffset::initialise) + " HTTP/1.1\r\nHost: "_L1 +
-            testServer->getHostHeader() + "\r\nConnection: Close\r\n\r\n"_L1);
+        request(ControlRequests::initialise(*this));
+    });
 }
 
 void TestController::initialiseAnswered(bool ok, const QString &header, const QString &body)
@@ -446,7 +302,7 @@ void TestController::runDownload()
     auto *test = new DownloadTest(this, testResults);
     test->setByteLimit(testResults->getDataBudget().downloadShare());
     cancelActivity = [test] { test->cancel(); };
-    test->doMeasurement(testduration);
+    test->doMeasurement(measurementDuration);
 }
 
 void TestController::markDownloadEnd()
@@ -472,14 +328,12 @@ void TestController::runUpload()
     const qint64 downloaded = testResults->getDownloadResult()->getAllBytesTransfered();
     test->setByteLimit(testResults->getDataBudget().uploadShare(downloaded));
     cancelActivity = [test] { test->cancel(); };
-    test->doMeasurement(testduration);
+    test->doMeasurement(measurementDuration);
 }
 
 void TestController::requestUploadResult()
 {
-    request("GET /velometer/getuploadresult.php?"_L1 + testParameters(*this, TestIdOffset::upload) +
-            " HTTP/1.1\r\nHost: "_L1 + testServer->getHostHeader() +
-            "\r\nConnection: Close\r\n\r\n"_L1);
+    request(ControlRequests::uploadResult(*this));
 }
 
 void TestController::uploadResultAnswered(bool ok, const QString &header, const QString &body)
@@ -536,53 +390,33 @@ void TestController::submitReport()
     stopServices();
     testResults->setAllLocations(locationhelper->getAllLocations());
     testResults->calculateAdditionalValues();
+    complete = true;
     observer->setStatus(tr("testphase_sendresults"));
-    xmldata = testResults->toXML(this);
-    testResults->setSizeOfXmInBytes(xmldata->xml.toUtf8().size());
-    postReport();
-}
-
-void TestController::submissionAnswered(bool ok, const QString &header, const QString &body)
-{
-    const bool fromQueue = xmldata->identification != -1;
-    xmldata->successfull = isOk(ok, header);
-    outcome.answered |= ok;
-    if (!xmldata->successfull) {
-        Utils::addLogEntry(u"Error saving results: %1"_s.arg(body));
-        ++xmldata->numberofretries;
-        queueReport();
-    } else if (!fromQueue) {
-        outcome.reportDelivered = true;
-    } else if (gDB->deleteUnsentXMLFile(xmldata->identification)) {
-        Utils::addLogEntry(u"Result retry successfull!"_s);
-        if (xmldata->identification == outcome.queueId) {
-            outcome.reportDelivered = true;
-            outcome.queueId = -1;
-        } else {
-            ++outcome.resent;
-        }
-    }
-    continueLater(Phase::StoreAndResubmit);
+    const QString report = testResults->toXML(this)->xml;
+    testResults->setSizeOfXmInBytes(report.toUtf8().size());
+    // Its answer is not waited for any more.
+    cancelActivity = [this] { delivery->keepSubmitted(); };
+    delivery->submit(report, [this] { advance(Phase::StoreAndResubmit); });
 }
 
 void TestController::storeAndResubmit()
 {
-    const int lastId = xmldata ? xmldata->identification : 0;
-    if (xmldata && xmldata->identification == -1) {
+    if (testResults) {
         storeTest();
-        const QString mode = networkinfohelper->getNetworkmode();
-        const QString prefix =
-            mode.isEmpty() ? QString() : Utils::trConnectionTypeShort(mode) + u' ';
-        showInformation();
-        observer->setDataTransferred(
-            tr("DataTransferred") + prefix + ": "_L1 +
-            testResults->getDetailsResults(this)->getFormatedStringByKey(u"totalBytes"_s));
+        showTransferred();
     }
-    xmldata = gDB->getNextUnsentXMLFile(lastId);
-    if (!xmldata) {
-        return endTest(TestOutcome::End::Completed);
-    }
-    resubmit();
+    cancelActivity = [this] { delivery->cancel(); };
+    delivery->walkQueue([this] { endTest(TestOutcome::End::Completed); });
+}
+
+void TestController::showTransferred()
+{
+    const QString mode = networkinfohelper->getNetworkmode();
+    const QString prefix = mode.isEmpty() ? QString() : Utils::trConnectionTypeShort(mode) + u' ';
+    showInformation();
+    observer->setDataTransferred(
+        tr("DataTransferred") + prefix + ": "_L1 +
+        testResults->getDetailsResults(this)->getFormatedStringByKey(u"totalBytes"_s));
 }
 
 void TestController::storeTest()
@@ -602,17 +436,6 @@ void TestController::storeTest()
             outcome.storeFailed = true;
         }
     }
-}
-
-void TestController::resubmit()
-{
-    Utils::addLogEntry(u"Found old result: %1,%2"_s.arg(QString::number(xmldata->identification),
-                                                        QString::number(xmldata->numberofretries)));
-    teststatus = Phase::Submit; // its answer is judged like a submission's
-    xmldata->xml.replace(
-        "</ClientTime>"_L1,
-        u"</ClientTime><ClientRetryTime>%1</ClientRetryTime>"_s.arg(Utils::getTimeInMs()));
-    postReport();
 }
 
 // ---- Completions
@@ -659,8 +482,8 @@ void TestController::httpRequestDone(bool ok, QString header, QString body)
         initialiseAnswered(ok, header, body);
     } else if (teststatus == Phase::UploadResult) {
         uploadResultAnswered(ok, header, body);
-    } else if (teststatus == Phase::Submit) {
-        submissionAnswered(ok, header, body);
+    } else {
+        delivery->answered(ok, header, body);
     }
 }
 
@@ -694,16 +517,12 @@ void TestController::stopOnRequest()
 void TestController::keepUnfinishedTest()
 {
     stopServices();
-    if (!testResults) {
+    if (!testResults || concluded) {
         return;
     }
-    const bool complete = xmldata && xmldata->identification == -1;
     if (complete) {
-        if (teststatus == Phase::Submit) {
-            queueReport(); // its answer is not waited for any more; the service takes a report once
-        }
         storeTest();
-    } else if (!concluded) {
+    } else {
         queuePartialReport();
     }
 }
@@ -711,26 +530,20 @@ void TestController::keepUnfinishedTest()
 void TestController::queuePartialReport()
 {
     testResults->setTimestamp(Utils::getTimeInMs());
-    xmldata = testResults->toXML(this);
-    queueReport();
-}
-
-void TestController::queueReport()
-{
-    const bool isOwn = xmldata->identification == -1;
-    const int row = gDB->insertOrUpdateXMLFile(xmldata.get());
-    if (row == -1) {
-        outcome.storeFailed = true;
-    } else if (isOwn) {
-        outcome.queueId = row;
-    }
+    delivery->keep(testResults->toXML(this)->xml);
 }
 
 void TestController::endTest(TestOutcome::End end, const QString &errorText)
 {
     running = false;
     testScope.reset();
+    const ReportDelivery::Outcome &reports = delivery->getOutcome();
     outcome.end = end;
+    outcome.storeFailed |= reports.storeFailed;
+    outcome.reportDelivered = reports.delivered;
+    outcome.queueId = reports.queueId;
+    outcome.answered = reports.answered;
+    outcome.resent = reports.resent;
     outcome.waiting = gDB->countUnsentXMLFiles();
     const TestOutcome ended = outcome;
     observer->stopTest();
@@ -744,8 +557,7 @@ void TestController::endTest(TestOutcome::End end, const QString &errorText)
 
 void TestController::createRecord()
 {
-    ++testid;
-    testResults = new TestResults(seriesid, testid, this);
+    testResults = new TestResults(ids.getSeriesId(), ids.getTestId(), this);
     testResults->setDataBudget(dataBudget);
     testResults->setUserLocation(userLocation);
     testResults->setTestServer(testServer->getHostname());
@@ -796,27 +608,14 @@ void TestController::showInformation()
         break;
     default: position = tr("positionabout"); break;
     }
-    observer->setInformation(testServer->getHostname(), QString::number(seriesid),
-                             QString::number(testid), position);
+    observer->setInformation(testServer->getHostname(), QString::number(ids.getSeriesId()),
+                             QString::number(ids.getTestId()), position);
 }
 
 void TestController::request(const QString &text)
 {
     cancelActivity = [this] { httpgetter->cancel(); };
     httpgetter->doRequest(testServer->getHostname(), testServer->getPort(), text, requestTimeout);
-}
-
-// The body's UTF-8 bytes go out as Latin-1 characters, which the requester encodes once more: the
-// service knows this encoding and the length that counts the bytes before it.
-void TestController::postReport()
-{
-    const QByteArray body = xmldata->xml.toUtf8();
-    request("POST /velometer/redirect_iphone.php HTTP/1.1\r\nHost: "_L1 +
-            testServer->getHostHeader() +
-            "\r\nConnection: Close\r\n"
-            "Content-Type: application/x-www-form-urlencoded\r\n"
-            "Content-Length: "_L1 +
-            QString::number(body.size()) + "\r\n\r\n"_L1 + QString::fromLatin1(body));
 }
 
 } // namespace velometer

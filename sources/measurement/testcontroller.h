@@ -1,21 +1,22 @@
 #pragma once
 
 #include "data/testresults.h"
-#include "data/xmldata.h"
 #include "measurement/measurementcontext.h"
-#include "platform/networksession.h"
+#include "measurement/reportdelivery.h"
+#include "measurement/sessionopener.h"
+#include "measurement/testids.h"
 
 #include <QObject>
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace velometer {
 
 class HttpGetRequester;
 class Platform;
-class TestHost;
 class TestObserver;
 class TestServer;
 
@@ -34,7 +35,7 @@ struct TestOutcome
     qulonglong storedId = 0;      ///< row of the results table, 0 when nothing was stored
     bool storeFailed = false;     ///< results or report could not be written
     bool reportDelivered = false; ///< the service has taken this test's report
-    int queueId = -1;             ///< row of the queue where it waits, -1 when it does not
+    std::optional<int> queueId;   ///< row of the queue where it waits
     bool answered = false;        ///< the service has answered a report, in whatever way
     int resent = 0;               ///< earlier reports delivered at the end of this test
     int waiting = 0;              ///< reports that wait in the queue now
@@ -46,8 +47,8 @@ struct TestOutcome
 /// Reports to its observer; every test ends in exactly one stopTest() followed by testEnded(). Main
 /// thread only.
 ///
-/// Observer, host and platform are borrowed and outlive the controller; it owns everything else.
-/// Results and reports go to gDB, which is open.
+/// Observer and platform are borrowed and outlive the controller; it owns everything else. Results
+/// and reports go to gDB, which is open.
 class TestController : public QObject, public MeasurementContext
 {
     Q_OBJECT
@@ -74,29 +75,35 @@ public:
     };
     Q_ENUM(Phase)
 
-    TestController(QObject *parent, TestObserver *observer, TestHost *host, Platform &platform);
+    /// How long the download and the upload last, s.
+    static constexpr int standardDuration = 7;
+
+    /// @p server as for setTestServer().
+    TestController(QObject *parent, TestObserver *observer, TestServer *server, Platform &platform);
     ~TestController() override;
 
-    /// Starts a test at the user's location (a location code). Does nothing while one runs.
-    void runTests(QString userLocation);
+    /// Starts a test at the user's location (a location code), in a series with @p schedule
+    /// "number,count,minutes". Does nothing while one runs.
+    void runTests(QString userLocation, QString schedule = {});
     /// Offers the queued reports to the service once, without a test; ends like a test.
     void resendReports();
     /// Ends a running test now: the running phase is dropped, a partial report goes to the queue.
     void abortTest();
     bool isRunning() const { return running; }
 
-    void startNewSeries();
-    void saveUserSettings();
-    /// Chooses the server (borrowed, outlives its use) and remembers the choice. A test that runs
+    /// The ids are drawn under a lock that another program may hold: @p done is called once the new
+    /// series is saved.
+    void startNewSeries(const std::function<void()> &done = [] {});
+    /// The server of the tests to come: never null, borrowed, outlives its use. A test that runs
     /// ends with the server it began with.
     void setTestServer(TestServer *server);
-    /// The server of the next test.
     TestServer *getSelectedServer() const { return selectedServer; }
     /// From the next test on.
     void setDataBudget(DataBudget budget) { nextBudget = budget; }
+    /// From the next test on, s: shorter ones try the program out, they are no comparable figures.
+    void setMeasurementDuration(int seconds) { measurementDuration = seconds; }
     /// Shows the observer server, ids and position as they are now.
     void showInformation();
-    void loadUserId();
     bool checkRoaming() const;
 
     /// The record of the running or the last test; null before the first. Gone with the next
@@ -108,10 +115,10 @@ public:
     // MeasurementContext
     TestServer *getTestServer() const override { return testServer; }
     QString getUserLocation() const override { return userLocation; }
-    qlonglong getUserId() const override { return userid; }
-    qlonglong getSeriesId() const override { return seriesid; }
-    qlonglong getTestId() const override { return testid; }
-    QString getScheduleInfo() const override;
+    qlonglong getUserId() const override { return ids.getUserId(); }
+    qlonglong getSeriesId() const override { return ids.getSeriesId(); }
+    qlonglong getTestId() const override { return ids.getTestId(); }
+    QString getScheduleInfo() const override { return schedule; }
     LocationHelper *getLocationHelper() const override { return locationhelper; }
     NetworkInfoHelper *getNetWorkInfoHelper() const override { return networkinfohelper; }
     DeviceInfoHelper *getDeviceInfoHelper() const override { return deviceinfohelper; }
@@ -154,19 +161,14 @@ private:
     void userIdAnswered(bool ok, const QString &body);
     void initialiseAnswered(bool ok, const QString &header, const QString &body);
     void uploadResultAnswered(bool ok, const QString &header, const QString &body);
-    void submissionAnswered(bool ok, const QString &header, const QString &body);
 
-    void initializeTestServer();
-    void loadIds();
     void createRecord();
     void takeLogEntry(const QString &name, Phase next);
     void addInitFailedEntry();
     void reachabilityChecked(qlonglong rtt);
     void queuePartialReport();
-    void queueReport();
     void storeTest();
-    void resubmit();
-    void postReport();
+    void showTransferred();
     void request(const QString &text);
 
     void prepare();
@@ -183,13 +185,11 @@ private:
     TestServer *testServer = nullptr; ///< of the running or the last test
     DataBudget nextBudget;
     DataBudget dataBudget; ///< of the running or the last test
+    int measurementDuration = standardDuration;
     QString userLocation;
-    qlonglong userid = 0;
-    qlonglong testid = 0;
-    qlonglong seriesid = 0;
+    QString schedule;
+    TestIds ids;
     TestObserver *observer;
-    TestHost *host;
-    Platform &platform;
     DeviceInfoHelper *deviceinfohelper;
     LocationHelper *locationhelper;
     NetworkInfoHelper *networkinfohelper;
@@ -197,13 +197,13 @@ private:
     int numberOfRetries = 0;
     TestResults *testResults = nullptr; ///< a child, or null before the record exists
     HttpGetRequester *httpgetter;
-    std::unique_ptr<NetworkSession> netsession;
-    std::unique_ptr<XMLData> xmldata; ///< the report being submitted
+    SessionOpener *session;
+    ReportDelivery *delivery;
     Phase teststatus = Phase::Init;
 
     bool running = false;
-    /// The record is complete: stored, its report delivered or queued.
-    bool concluded = false;
+    bool complete = false;  ///< the record has all that it will get
+    bool concluded = false; ///< it is stored
     /// Where the log entry that is being taken leads.
     Phase afterLogEntry = Phase::Init;
     /// Silences what the current phase has under way.

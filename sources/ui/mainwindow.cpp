@@ -1,10 +1,11 @@
 #include "ui/mainwindow.h"
 
-#include "data/testservertable.h"
+#include "app/serverselection.h"
+#include "app/testconsent.h"
+#include "app/testsession.h"
 #include "db/databasemanager.h"
-#include "measurement/testcontroller.h"
-#include "platform/platform.h"
 #include "ui/details/detailswindow.h"
+#include "ui/frame/pagestack.h"
 #include "ui/map/geomaptab.h"
 #include "ui/pages/abouttab.h"
 #include "ui/pages/linkstab.h"
@@ -12,7 +13,9 @@
 #include "ui/pages/settingstab.h"
 #include "ui/pages/testtab.h"
 #include "ui/popups/messagepopup.h"
-#include "ui/popups/numberofmeasurementspopup.h"
+#include "ui/popups/popuplayer.h"
+#include "ui/popups/storedialogue.h"
+#include "ui/testdisplay.h"
 #include "utils/deployment.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
@@ -22,63 +25,29 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
-#include <QKeyEvent>
 #include <QUrl>
 #include <QWindow>
 
-#include <algorithm>
-#include <chrono>
-#include <utility>
-
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace velometer {
-
-namespace {
-
-constexpr auto countDownPeriod = 200ms;
-/// How often a test that is due looks whether the one before it has ended.
-constexpr int retryPeriod = 2000;
-constexpr qlonglong msPerSecond = 1000;
-constexpr int secondsPerMinute = 60;
-/// Lets the waiting popup be painted before the work begins.
-constexpr auto paintTime = 100ms;
-constexpr int popupWidth = 400;
-constexpr int popupMargin = 16;
-
-QString locationCode(UserLocation location)
-{
-    switch (location) {
-    case LOCATION_NOTSELECTED: return u"Unknown"_s;
-    case LOCATION_INDOOR: return u"Indoor"_s;
-    case LOCATION_OUTDOOR: return u"Outdoor"_s;
-    case LOCATION_TRAIN: return u"Train"_s;
-    case LOCATION_CAR: return u"Car"_s;
-    case LOCATION_OTHER: return u"Other"_s;
-    }
-    Q_UNREACHABLE();
-}
-
-} // namespace
 
 MainWindow::MainWindow(Platform &devicePlatform, QWidget *parent)
     : QMainWindow(parent)
     , ui(std::make_unique<Ui::MainWindow>())
     , platform(devicePlatform)
-    , userLocation(u"Unknown"_s)
+    , pages(new PageStack(this))
+    , popups(new PopupLayer(this))
 {
     ui->setupUi(this);
-    qApp->installEventFilter(this);
+    connect(popups, &PopupLayer::closed, pages, &PageStack::focus);
     QTimer::singleShot(0, this, &MainWindow::windowReady);
 }
 
 MainWindow::~MainWindow()
 {
-    // Its last words go to pages that are still there.
-    delete controller;
-    delete advtimer;
-    delete advtimerscreenupdate;
+    // Their last words go to pages that are still there.
+    endSession();
 }
 
 // ---- Set-up
@@ -86,44 +55,39 @@ MainWindow::~MainWindow()
 void MainWindow::windowReady()
 {
     const bool storeOpen = gDB->openDB();
-    advtimer = new QTimer(this);
-    advtimerscreenupdate = new QTimer(this);
-    connect(advtimerscreenupdate, &QTimer::timeout, this, &MainWindow::updateScreenNextMeasurement);
-    advtimerstarttime = 0;
+    servers = new ServerSelection(platform, this);
+    consent = new TestConsent(platform, this);
     createPages();
     createPopups();
-    controller = new TestController(this, this, this, platform);
-    connect(controller, &TestController::testEnded, this, &MainWindow::testEnded);
-    controller->showInformation();
+    createTests();
+    getController()->showInformation();
     ui->labelLoading->hide();
     showTestTab();
     if (!storeOpen) {
-        showNotice(tr("ErrorTitle"),
-                   tr("The results in %1 cannot be opened or written. Make room or correct the "
-                      "rights of this folder, then start again.")
-                       .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
+        storeDialogue->tellNotOpened();
+    } else {
+        offerInterrupted();
     }
 }
 
 void MainWindow::createPages()
 {
-    servers = new TestServerTable(Deployment::current(), this);
-    testTab = new TestTab(this);
-    resultsTab = new ResultsTab(this);
-    settingsTab = new SettingsTab(this);
-    linksTab = new LinksTab(this);
-    aboutTab = new AboutTab(this);
-    geomapTab = new GeoMapTab(this);
-    detailsWindow = new DetailsWindow(this);
+    pages->add(testTab = new TestTab(this));
+    pages->add(resultsTab = new ResultsTab(this));
+    pages->add(settingsTab = new SettingsTab(this));
+    pages->add(linksTab = new LinksTab(this));
+    pages->add(aboutTab = new AboutTab(this));
+    pages->add(geomapTab = new GeoMapTab(this));
+    pages->add(detailsWindow = new DetailsWindow(this));
+    display = new TestDisplay(testTab, this);
+    connect(display, &TestDisplay::notice, this, &MainWindow::showNotice);
     connectPages();
     setAdvancedMode(settingsTab->isSeriesMode());
-    testTab->setLocation(Utils::trLocation(userLocation));
 }
 
 void MainWindow::connectPages()
 {
-    for (TabBase *page : pages()) {
-        page->hide();
+    for (TabBase *page : pages->pages()) {
         connect(page, &TabBase::pageClicked, this, &MainWindow::showPageOf);
         connect(page, &TabBase::makerClicked, this, &MainWindow::showOrvakWebpage);
         connect(page, &TabBase::exitClicked, this, &MainWindow::exitClicked);
@@ -133,58 +97,38 @@ void MainWindow::connectPages()
     connect(resultsTab, &ResultsTab::mapClicked, this, &MainWindow::showGeomapTab);
     connect(resultsTab, &ResultsTab::resultSelected, detailsWindow, &DetailsWindow::setTestResults);
     connect(resultsTab, &ResultsTab::resultSelected, this, &MainWindow::showDetailsWindow);
-    connect(settingsTab, &SettingsTab::serverChosen, this, &MainWindow::setTestServer);
+    connect(settingsTab, &SettingsTab::serverChosen, servers,
+            qOverload<TestServer *>(&ServerSelection::choose));
     connect(settingsTab, &SettingsTab::newSeriesClicked, this, &MainWindow::startNewSeries);
     connect(settingsTab, &SettingsTab::clearDatabaseClicked, this, &MainWindow::clearLocalDatabase);
     connect(settingsTab, &SettingsTab::seriesModeChosen, this, &MainWindow::setAdvancedMode);
     connect(settingsTab, &SettingsTab::languageChosen, this, &MainWindow::setLanguage);
 }
 
-QList<TabBase *> MainWindow::pages() const
-{
-    return {testTab, resultsTab, settingsTab, linksTab, aboutTab, geomapTab, detailsWindow};
-}
-
 void MainWindow::createPopups()
 {
-    shade = new QWidget(this);
-    shade->setObjectName(u"shade"_s);
-    shade->hide();
-    locationPopup = new LocationPopup(this);
-    numberOfMeasurementsPopup = new NumberOfMeasurementsPopup(this);
-    warningPopup = new MessagePopup(this);
-    warningPopup->setObjectName(u"WarningPopup"_s);
     errorPopup = new MessagePopup(this);
     errorPopup->setObjectName(u"ErrorPopup"_s);
-    waitingPopup = new MessagePopup(this);
-    waitingPopup->setObjectName(u"WaitingPopup"_s);
-    for (PopupBase *popup : std::initializer_list<PopupBase *>{
-             locationPopup, numberOfMeasurementsPopup, warningPopup, errorPopup, waitingPopup}) {
-        popup->hide();
-    }
-    connect(locationPopup, &LocationPopup::locationSelected, this,
-            &MainWindow::locationPopupLocationSelected);
-    connect(locationPopup, &PopupBase::cancelled, this, &MainWindow::locationPopupCancelClicked);
-    connect(numberOfMeasurementsPopup, &NumberOfMeasurementsPopup::numberSelected, this,
-            &MainWindow::numberOfMeasurementsPopupNumberSelected);
-    connect(numberOfMeasurementsPopup, &PopupBase::cancelled, this,
-            &MainWindow::numberOfMeasurementsPopupCancelClicked);
-    connect(warningPopup, &MessagePopup::accepted, this, &MainWindow::warningPopupOkClicked);
-    connect(warningPopup, &PopupBase::cancelled, this, &MainWindow::warningPopupCancelClicked);
-    connect(errorPopup, &MessagePopup::accepted, this, &MainWindow::errorPopupOkClicked);
+    errorPopup->hide();
+    connect(errorPopup, &MessagePopup::accepted, popups, [this] { popups->close(errorPopup); });
+    storeDialogue = new StoreDialogue(*popups, this);
+    connect(storeDialogue, &StoreDialogue::notice, this, &MainWindow::showNotice);
+    connect(storeDialogue, &StoreDialogue::emptied, this, &MainWindow::storeEmptied);
+    dialogue = new StartDialogue(
+        *popups, *consent, [this] { return getController()->checkRoaming(); }, this);
+    connect(dialogue, &StartDialogue::agreed, this, &MainWindow::startAgreed);
+    connect(dialogue, &StartDialogue::declined, this, [this] { session->getSeries().discard(); });
+    connect(dialogue, &StartDialogue::locationChanged, testTab,
+            [this](const QString &code) { testTab->setLocation(Utils::trLocation(code)); });
+    testTab->setLocation(Utils::trLocation(dialogue->getLocation()));
 }
 
-// A finger that rests on Enter answers one question, not all that follow.
-bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+void MainWindow::createTests()
 {
-    if (event->type() == QEvent::KeyPress) {
-        const auto *press = static_cast<QKeyEvent *>(event);
-        const bool enter = press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter;
-        if (enter && press->isAutoRepeat()) {
-            return true;
-        }
-    }
-    return QMainWindow::eventFilter(watched, event);
+    session = std::make_unique<TestSession>(platform, *servers, this, nullptr);
+    display->watch(&session->getController(), &session->getSeries());
+    connect(session.get(), &TestSession::resumed, this, &MainWindow::seriesResumed);
+    connect(getController(), &TestController::testEnded, this, &MainWindow::holdTiles);
 }
 
 void MainWindow::setOrientation(ScreenOrientation orientation)
@@ -202,11 +146,6 @@ void MainWindow::setOrientation(ScreenOrientation orientation)
     }
 }
 
-void MainWindow::showExpanded()
-{
-    showFullScreen();
-}
-
 void MainWindow::setLanguage(const QString &language)
 {
     Utils::setSettingsValue(u"Language"_s, language);
@@ -220,14 +159,10 @@ void MainWindow::changeEvent(QEvent *event)
         return;
     }
     ui->retranslateUi(this);
-    if (servers) {
-        servers->retranslate();
-    }
-    if (testTab) {
-        testTab->setLocation(Utils::trLocation(userLocation));
-    }
-    if (controller) {
-        controller->showInformation();
+    if (session) {
+        servers->servers().retranslate();
+        testTab->setLocation(Utils::trLocation(dialogue->getLocation()));
+        getController()->showInformation();
     }
 }
 
@@ -235,39 +170,11 @@ void MainWindow::changeEvent(QEvent *event)
 
 bool MainWindow::showPage(TabBase *page)
 {
-    if (popupShown || !page) {
+    if (popups->isOpen() || !page) {
         return false;
     }
-    for (TabBase *each : pages()) {
-        if (each != page) {
-            each->hide();
-        }
-    }
-    activeTab = page;
-    fitActiveTab();
-    focusPage();
+    pages->show(page);
     return true;
-}
-
-// Back to where the keyboard was on this page.
-void MainWindow::focusPage()
-{
-    QWidget *last = activeTab->focusWidget();
-    (last && last->isVisible() && last->isEnabled() ? last : activeTab)->setFocus();
-}
-
-void MainWindow::fitActiveTab()
-{
-    if (!activeTab) {
-        return;
-    }
-    activeTab->move(0, 0);
-    activeTab->setFixedSize(size());
-    activeTab->show();
-    activeTab->activateWindow();
-    if (activePopup) {
-        placePopup();
-    }
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event)
@@ -275,51 +182,33 @@ void MainWindow::resizeEvent(QResizeEvent *event)
     QMainWindow::resizeEvent(event);
     Utils::addLogEntry(
         u"Resized: %1 x %2"_s.arg(QString::number(width()), QString::number(height())));
-    fitActiveTab();
+    pages->fit();
+    popups->place();
 }
 
 void MainWindow::showPageOf(Page page)
 {
     switch (page) {
-    case Page::Test: return showTestTab();
-    case Page::Results: return showResultsTab();
-    case Page::Settings: return showSettingsTab();
-    case Page::Links: return showLinksTab();
-    case Page::About: return showAboutTab();
-    }
-}
-
-void MainWindow::showTestTab()
-{
-    showPage(testTab);
-}
-
-void MainWindow::showResultsTab()
-{
-    if (showPage(resultsTab)) {
-        resultsTab->updateResults();
-    }
-}
-
-void MainWindow::showSettingsTab()
-{
-    if (controller) {
-        settingsTab->setServers(servers, controller->getSelectedServer());
-    }
-    if (showPage(settingsTab)) {
-        settingsTab->updateSettings();
-    }
-}
-
-void MainWindow::showLinksTab()
-{
-    showPage(linksTab);
-}
-
-void MainWindow::showAboutTab()
-{
-    if (showPage(aboutTab)) {
-        aboutTab->showDefaultPage();
+    case Page::Test: showPage(testTab); return;
+    case Page::Links: showPage(linksTab); return;
+    case Page::Results:
+        if (showPage(resultsTab)) {
+            resultsTab->updateResults();
+        }
+        return;
+    case Page::Settings:
+        if (servers) {
+            settingsTab->setServers(&servers->servers(), servers->current());
+        }
+        if (showPage(settingsTab)) {
+            settingsTab->updateSettings();
+        }
+        return;
+    case Page::About:
+        if (showPage(aboutTab)) {
+            aboutTab->showDefaultPage();
+        }
+        return;
     }
 }
 
@@ -335,9 +224,9 @@ void MainWindow::showGeomapTab()
 // to.
 void MainWindow::holdTiles()
 {
-    const bool costly = controller && controller->checkRoaming() && !roamingShowed;
-    if (geomapTab) {
-        geomapTab->pauseDownloads(advmoderunning || costly);
+    if (session) {
+        const bool costly = consent->askRoaming(getController()->checkRoaming()).has_value();
+        geomapTab->pauseDownloads(session->getSeries().isTesting() || costly);
     }
 }
 
@@ -355,512 +244,161 @@ QString MainWindow::makerAddress()
 void MainWindow::showOrvakWebpage()
 {
     Utils::addLogEntry("Open URL "_L1 + makerAddress());
-    if (!popupShown) {
+    if (!popups->isOpen()) {
         QDesktopServices::openUrl(QUrl(makerAddress()));
     }
 }
 
 void MainWindow::exitClicked()
 {
-    if (popupShown) {
+    if (popups->isOpen()) {
         return;
     }
     close();
-    delete controller;
-    controller = nullptr;
+    endSession();
+}
+
+void MainWindow::endSession()
+{
+    if (display) {
+        display->watch(nullptr, nullptr);
+    }
+    session.reset();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (advtimerscreenupdate) {
-        advtimerscreenupdate->stop();
+    if (session) {
+        display->requestStop();
+        session->close();
     }
-    if (controller && controller->isRunning()) {
-        stoprequestedflag = true;
-        controller->abortTest();
-    }
-    seriesScope.reset();
     event->accept();
     Q_EMIT closed();
-}
-
-// ---- Popups
-
-void MainWindow::openPopup(PopupBase *popup)
-{
-    activePopup = popup;
-    placePopup();
-    popup->setVisible(true);
-}
-
-void MainWindow::placePopup()
-{
-    const int wide = std::min(popupWidth, width() - 2 * popupMargin);
-    const int high = activePopup->heightForWidth(wide);
-    activePopup->setFixedSize(
-        wide, std::min(high > 0 ? high : activePopup->sizeHint().height(), height()));
-    activePopup->move((width() - activePopup->width()) / 2, (height() - activePopup->height()) / 2);
-    shade->setGeometry(rect());
-    shade->show();
-    shade->raise();
-    activePopup->raise();
-}
-
-void MainWindow::closePopup(PopupBase *popup)
-{
-    popup->setVisible(false);
-    activePopup = nullptr;
-    shade->hide();
-    if (activeTab) {
-        focusPage();
-    }
 }
 
 void MainWindow::showNotice(const QString &title, const QString &message)
 {
     errorPopup->setMessage({title, message, tr("OK"), {}});
-    popupShown = true;
-    openPopup(errorPopup);
+    popups->show(errorPopup);
 }
 
 void MainWindow::errorPopupOkClicked()
 {
-    closePopup(errorPopup);
-    popupShown = false;
-}
-
-void MainWindow::showWarning(const QString &title, const QString &message)
-{
-    popupShown = true;
-    warningPopup->setMessage({title, message, tr("Yes, start test"), tr("No, don't test")});
-    openPopup(warningPopup);
-}
-
-void MainWindow::showLocationPopup()
-{
-    if (testrunning || (popupShown && teststatus != 3)) {
-        return;
-    }
-    if (teststatus != 3) {
-        teststatus = -1;
-    }
-    popupShown = true;
-    openPopup(locationPopup);
+    popups->close(errorPopup);
 }
 
 void MainWindow::showNumberOfMeasurementsPopup()
 {
-    if (testrunning) {
-        return;
-    }
-    popupShown = true;
-    openPopup(numberOfMeasurementsPopup);
-}
-
-// ---- The questions before a test
-
-void MainWindow::startTestClicked()
-{
-    if (!controller || popupShown) {
-        return;
-    }
-    if (testrunning) {
-        if (advancedmode) {
-            testTab->setStatusText(tr("aborting..."));
-            stoprequestedflag = true;
-        }
-        return;
-    }
-    advancedmode = chosenmode;
-    teststatus = 0;
-    stoprequestedflag = false;
-    startTestRun();
-}
-
-void MainWindow::startTestRun()
-{
-    if (teststatus == 0) {
-        if (!Utils::getSettingsValue(u"CostWarning"_s).isEmpty()) {
-            teststatus = 2;
-        } else {
-            teststatus = 1;
-            showWarning(tr("Costs"), costsQuestion());
-        }
-    }
-    if (teststatus == 2) {
-        if (userLocation == "Unknown"_L1) {
-            teststatus = 3;
-            showLocationPopup();
-        } else {
-            teststatus = 4;
-        }
-    }
-    if (teststatus == 4) {
-        if (!controller->checkRoaming() || roamingShowed) {
-            teststatus = 6;
-        } else {
-            teststatus = 5;
-            showWarning(tr("Roaming"), tr("RoamingQuestion"));
-        }
-    }
-    if (teststatus == 6) {
-        if (advancedmode) {
-            teststatus = 7;
-            showNumberOfMeasurementsPopup();
-        } else {
-            runTest();
-        }
-    } else if (teststatus == 8 && advancedmode) {
-        seriesScope = std::make_unique<QObject>();
-        runTest();
+    if (!isTestRunning() && !popups->isOpen()) {
+        dialogue->askNumber();
     }
 }
 
-QString MainWindow::costsQuestion() const
+void MainWindow::showLocationPopup()
 {
-    QStringList hints;
-    const PlatformFacts facts = platform.facts();
-    if (facts.metered.value_or(false)) {
-        hints.append(facts.meteredGuessed ? tr("This connection is probably metered.")
-                                          : tr("This connection is metered."));
+    if (!isTestRunning() && !popups->isOpen()) {
+        dialogue->askLocation();
     }
-    const DataBudget budget = DataBudget::remembered();
-    if (budget.bytes()) {
-        hints.append(tr("A test uses at most %1.").arg(budget.text()));
-    }
-    const QString question = tr("CostsQuestion");
-    return hints.isEmpty() ? question : question + "<br><br>"_L1 + hints.join(u' ');
-}
-
-void MainWindow::runTest()
-{
-    controller->setDataBudget(DataBudget::remembered());
-    controller->runTests(userLocation);
-}
-
-void MainWindow::warningPopupOkClicked()
-{
-    closePopup(warningPopup);
-    popupShown = false;
-    if (teststatus == 5) {
-        roamingShowed = true;
-    }
-    ++teststatus;
-    Utils::setSettingsValue(u"CostWarning"_s, u"set"_s);
-    startTestRun();
-}
-
-void MainWindow::warningPopupCancelClicked()
-{
-    cancelDialogue(warningPopup);
-}
-
-void MainWindow::locationPopupLocationSelected(UserLocation location)
-{
-    closePopup(locationPopup);
-    popupShown = false;
-    userLocation = locationCode(location);
-    testTab->setLocation(Utils::trLocation(userLocation));
-    if (teststatus >= 0) {
-        teststatus = 4;
-    }
-    startTestRun();
-}
-
-void MainWindow::locationPopupCancelClicked()
-{
-    cancelDialogue(locationPopup);
-}
-
-void MainWindow::numberOfMeasurementsPopupNumberSelected(int count, int interval)
-{
-    closePopup(numberOfMeasurementsPopup);
-    popupShown = false;
-    aktnumberoftests = numberoftests = count;
-    timebetweentests = interval;
-    teststatus = 8;
-    startTestRun();
-}
-
-void MainWindow::numberOfMeasurementsPopupCancelClicked()
-{
-    cancelDialogue(numberOfMeasurementsPopup);
-}
-
-void MainWindow::cancelDialogue(PopupBase *popup)
-{
-    closePopup(popup);
-    popupShown = false;
-    teststatus = 0;
 }
 
 // ---- Tests and series
 
-void MainWindow::setAdvancedMode(bool on)
+bool MainWindow::isTestRunning() const
 {
-    chosenmode = on;
-    if (!testrunning) {
-        advancedmode = on;
-    }
-}
-
-bool MainWindow::inSeries() const
-{
-    return advancedmode && numberoftests > 1;
+    return session && session->isActive();
 }
 
 QString MainWindow::getScheduleInfo() const
 {
-    if (!inSeries()) {
-        return {};
+    return isTestRunning() ? session->getSeries().getScheduleInfo() : QString();
+}
+
+void MainWindow::startTestClicked()
+{
+    if (!session || popups->isOpen()) {
+        return;
     }
-    const qlonglong minutes = qlonglong(numberoftests) * timebetweentests / secondsPerMinute;
-    return u"%1,%2,%3"_s.arg(numberoftests - aktnumberoftests).arg(numberoftests).arg(minutes);
+    if (!getScheduleInfo().isEmpty()) {
+        display->requestStop();
+        session->getSeries().abort();
+    } else if (!isTestRunning()) {
+        dialogue->begin(advancedmode ? StartDialogue::Goal::Series : StartDialogue::Goal::Test);
+    }
+}
+
+void MainWindow::startAgreed(StartDialogue::Goal goal, const TestSeries::Plan &plan)
+{
+    display->prepare();
+    if (goal == StartDialogue::Goal::Resumption) {
+        session->resume(DataBudget::remembered());
+    } else {
+        session->start(plan, DataBudget::remembered());
+    }
+}
+
+void MainWindow::seriesResumed(bool done)
+{
+    if (done) {
+        dialogue->setLocation(session->getSeries().getLocation());
+        display->awaitNext();
+    } else {
+        display->seriesEnded();
+    }
+}
+
+void MainWindow::offerInterrupted()
+{
+    TestSeries &series = session->getSeries();
+    const auto waiting = series.interrupted();
+    if (!waiting) {
+        return;
+    }
+    if (waiting->nextAt(Utils::getTimeInMs()) > waiting->plan.count) {
+        series.resume(); // tells what was missed, and ends
+    } else {
+        dialogue->offer(*waiting);
+    }
 }
 
 void MainWindow::startTest()
 {
-    advmoderunning = true;
-    advtimerscreenupdate->stop();
-    --aktnumberoftests;
-    if (advancedmode && aktnumberoftests >= 1) {
-        advtimerstarttime = Utils::getTimeInMs();
-        armNextMeasurement(1000 * timebetweentests);
-    }
-    testrunning = true;
+    display->startTest();
     holdTiles();
-    if (inSeries()) {
-        testTab->setAbortCaption(tr("Abort Test"));
-    } else {
-        testTab->setGUIDisabled(true);
-    }
-    testTab->showProgessBar(true);
-    testTab->clearThroughput();
-    setDownloadText(QString());
-    setUploadText(QString());
-    setRTTText(QString());
-    testTab->setDataTransferred(QString());
 }
 
-void MainWindow::armNextMeasurement(int milliseconds)
+TestController *MainWindow::getController() const
 {
-    QTimer::singleShot(milliseconds, Qt::PreciseTimer, seriesScope.get(),
-                       [this] { startNextMeasurement(); });
-}
-
-void MainWindow::startNextMeasurement()
-{
-    if (!controller || !inSeries() || aktnumberoftests < 1) {
-        return;
-    }
-    if (advmoderunning) {
-        return armNextMeasurement(retryPeriod);
-    }
-    runTest();
-}
-
-void MainWindow::stopTest()
-{
-    advmoderunning = false;
-    holdTiles();
-    if (!inSeries()) {
-        return endSingleTest();
-    }
-    testTab->showProgessBar(false);
-    if (stoprequestedflag) {
-        aktnumberoftests = -1;
-        numberoftests = 0;
-        advtimer->stop();
-        endSeries();
-    } else if (aktnumberoftests > 0) {
-        advtimerscreenupdate->start(countDownPeriod);
-    } else {
-        aktnumberoftests = -1;
-        endSeries();
-    }
-    setProgress(0, 1);
-}
-
-void MainWindow::endSingleTest()
-{
-    testrunning = false;
-    setStatus(tr("Start Test"));
-    testTab->setGUIDisabled(false);
-    testTab->showProgessBar(false);
-    setProgress(0, 1);
-}
-
-void MainWindow::endSeries()
-{
-    seriesScope.reset();
-    advtimerscreenupdate->stop();
-    testrunning = false;
-    setStatus(tr("Start Test"));
-    setDataTransferred(QString());
-    testTab->setGUIDisabled(false);
-}
-
-void MainWindow::updateScreenNextMeasurement()
-{
-    if (stopRequested()) {
-        advtimerscreenupdate->stop();
-        advtimer->stop();
-        return stopTest();
-    }
-    const qlonglong passed = (Utils::getTimeInMs() - advtimerstarttime) / msPerSecond;
-    const qlonglong remaining = std::max<qlonglong>(0, timebetweentests - passed);
-    setStatus(tr("Next measurement in %1:%2 minutes.")
-                  .arg(remaining / secondsPerMinute)
-                  .arg(remaining % secondsPerMinute, 2, 10, QChar(u'0')));
-}
-
-// An unattended series is not stopped by a notice; what it lost is told when it is over.
-void MainWindow::testEnded(const TestOutcome &outcome)
-{
-    resultLost |= outcome.storeFailed;
-    if (testrunning || popupShown) {
-        return;
-    }
-    if (std::exchange(resultLost, false)) {
-        showNotice(tr("ErrorTitle"), tr("The test could not be stored in %1. Make room or correct "
-                                        "the rights of this folder.")
-                                         .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
-        return;
-    }
-    const TestResults *record = controller->getTestResults();
-    if (outcome.end == TestOutcome::End::Completed && record &&
-        !record->phasesCutByBudget().isEmpty()) {
-        testTab->addNote(tr("The data budget ended the test early."));
-    }
-    if (!outcome.reportDelivered && outcome.queueId >= 0) {
-        testTab->addNote(tr("The report waits and goes out with the next test."));
-    }
-}
-
-// ---- What the controller reports
-
-void MainWindow::setStatus(QString text)
-{
-    if (!inSeries() || aktnumberoftests < 0) {
-        testTab->setStatusText(text);
-        return;
-    }
-    const int number =
-        advmoderunning ? numberoftests - aktnumberoftests : numberoftests + 1 - aktnumberoftests;
-    testTab->setDataTransferred(
-        u"%1/%2: %3"_s.arg(QString::number(number), QString::number(numberoftests), text));
-}
-
-void MainWindow::setProgressMax(int max)
-{
-    testTab->setProgressMaxValue(max);
-}
-
-void MainWindow::setProgressValue(int value)
-{
-    testTab->setProgressValue(value);
-}
-
-void MainWindow::setProgress(int value, int max)
-{
-    testTab->setProgressMaxValue(max);
-    testTab->setProgressValue(value);
-}
-
-void MainWindow::setDownloadText(QString text)
-{
-    testTab->setDownloadText(text);
-}
-
-void MainWindow::setUploadText(QString text)
-{
-    testTab->setUploadText(text);
-}
-
-void MainWindow::setRTTText(QString text)
-{
-    testTab->setRTTText(text);
-}
-
-void MainWindow::setDataTransferred(QString text)
-{
-    if (!inSeries() || aktnumberoftests <= 0) {
-        testTab->setDataTransferred(text);
-    }
-}
-
-void MainWindow::setErrorText(QString text)
-{
-    if (inSeries()) {
-        return;
-    }
-    Utils::addLogEntry(u"Error: %1"_s.arg(text));
-    showNotice(tr("ErrorTitle"), text.toHtmlEscaped());
-}
-
-void MainWindow::setInformation(QString server, QString seriesId, QString testId, QString position)
-{
-    testTab->setTestserver(server);
-    // Before the first test there is no series yet.
-    testTab->setTestSeries(seriesId == "0"_L1 ? tr("na") : seriesId + u'/' + testId);
-    testTab->setPosition(position);
-}
-
-void MainWindow::setThroughput(int resulttype, int interval, qint64 bytes)
-{
-    testTab->addThroughput(resulttype, interval, bytes);
-}
-
-TestServer *MainWindow::getTestServer(const QString &hostname, int port)
-{
-    return servers->find(hostname, port);
-}
-
-void MainWindow::setTestServer(TestServer *server)
-{
-    if (controller) {
-        controller->setTestServer(server);
-    }
+    return session ? &session->getController() : nullptr;
 }
 
 // ---- Actions of the settings page
 
 void MainWindow::clearLocalDatabase()
 {
-    if (popupShown || testrunning) {
+    if (popups->isOpen() || isTestRunning()) {
         return;
     }
-    waitingPopup->setMessage({tr("Please Wait"), tr("Database is beeing reseted..."), {}, {}});
-    popupShown = true;
-    openPopup(waitingPopup);
-    QTimer::singleShot(paintTime, this, &MainWindow::clearLocalDatabaseImpl);
+    storeDialogue->empty();
 }
 
-void MainWindow::clearLocalDatabaseImpl()
+void MainWindow::storeEmptied(bool done)
 {
-    closePopup(waitingPopup);
-    const bool cleared = gDB->resetDB();
     resultsTab->updateResults();
-    if (cleared) {
+    if (done) {
         geomapTab->clearMarkers();
-        showNotice(tr("Clear Database"), tr("Database has been reseted"));
-    } else {
-        showNotice(tr("ErrorTitle"),
-                   tr("Nothing was deleted: the results in %1 cannot be written at the moment. Try "
-                      "again when no other program uses them.")
-                       .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
     }
 }
 
 void MainWindow::startNewSeries()
 {
-    if (popupShown || testrunning) {
+    if (popups->isOpen() || isTestRunning()) {
         return;
     }
-    controller->startNewSeries();
-    controller->showInformation();
-    showNotice(tr("Information"), tr("Starting new Test Series with Id:") + u' ' +
-                                      QString::number(controller->getSeriesId()));
+    getController()->startNewSeries([this] {
+        getController()->showInformation();
+        showNotice(tr("Information"), tr("Starting new Test Series with Id:") + u' ' +
+                                          QString::number(getController()->getSeriesId()));
+    });
 }
 
 } // namespace velometer

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "measurement/testhost.h"
+#include "app/testseries.h"
 #include "measurement/testobserver.h"
 #include "ui/frame/tabbase.h"
-#include "ui/popups/locationpopup.h"
+#include "ui/popups/startdialogue.h"
+#include "ui/testdisplay.h"
 
 #include <QMainWindow>
 #include <QString>
-#include <QTimer>
 
 #include <memory>
 
@@ -18,29 +18,31 @@ class DetailsWindow;
 class GeoMapTab;
 class LinksTab;
 class MessagePopup;
-class NumberOfMeasurementsPopup;
+class PageStack;
 class Platform;
-class PopupBase;
+class PopupLayer;
 class ResultsTab;
+class ServerSelection;
 class SettingsTab;
+class StoreDialogue;
+class TestConsent;
 class TestController;
-class TestServerTable;
+class TestSession;
 class TestTab;
-struct TestOutcome;
 
 namespace Ui {
 class MainWindow;
 }
 
-/// The application: owns pages, popups and the test controller, switches between the pages, leads
-/// through the questions before a test, schedules the tests of a series and shows what the
-/// controller reports.
+/// The application: owns pages, popups, the controller and the classes around it, switches between
+/// the pages, stacks the popups and hands on what the controller reports.
 ///
 /// The window paints a loading screen first and makes everything else from a zero timer, so until
 /// then there is no page and no controller. While one of its popups is open, or, for some actions,
 /// while a test runs, requests of pages are ignored. Closing it during a test puts the partial
-/// report into the queue and returns at once. Main thread only.
-class MainWindow : public QMainWindow, public TestObserver, public TestHost
+/// report into the queue, keeps what is left of a series for the next start, and returns at once.
+/// Main thread only.
+class MainWindow : public QMainWindow, public TestObserver
 {
     Q_OBJECT
 
@@ -60,61 +62,72 @@ public:
 
     /// Tells the system which way up the content is.
     void setOrientation(ScreenOrientation orientation);
-    void showExpanded();
+    void showExpanded() { showFullScreen(); }
 
     /// Null before the loading screen is over and after exitClicked().
-    TestController *getController() const { return controller; }
+    TestController *getController() const;
+    /// Null as long as the controller is.
+    ServerSelection *getServers() const { return servers; }
     DetailsWindow *getDetailsWindow() const { return detailsWindow; }
-    bool isTestRunning() const { return testrunning; }
+    /// A test or a series is in progress, or about to begin.
+    bool isTestRunning() const;
 
     /// Where showOrvakWebpage() leads.
     static QString makerAddress();
 
     /// Series mode on or off; a test or series that runs ends in the mode it began in.
-    void setAdvancedMode(bool on);
+    void setAdvancedMode(bool on) { advancedmode = on; }
     /// Shows every text in @p language ("de" or "en") from now on and remembers it.
     void setLanguage(const QString &language);
 
-    // TestHost
-    TestServer *getTestServer(const QString &hostname, int port) override;
-    QString getScheduleInfo() const override;
+    /// "number,count,minutes" while a series runs, else empty.
+    QString getScheduleInfo() const;
 
-    // TestObserver
-    void setStatus(QString text) override;
-    void setProgressMax(int max) override;
-    void setProgressValue(int value) override;
-    void setProgress(int value, int max) override;
+    // TestObserver: handed on to what shows the tests.
+    void setStatus(QString text) override { display->setStatus(text); }
+    void setProgressMax(int max) override { display->setProgressMax(max); }
+    void setProgressValue(int value) override { display->setProgressValue(value); }
+    void setProgress(int value, int max) override { display->setProgress(value, max); }
     void startTest() override;
-    void stopTest() override;
-    void setDownloadText(QString text) override;
-    void setUploadText(QString text) override;
-    void setRTTText(QString text) override;
-    void setDataTransferred(QString text) override;
-    void setErrorText(QString text) override;
-    bool stopRequested() override { return stoprequestedflag; }
-    void setInformation(QString server, QString seriesId, QString testId,
-                        QString position) override;
-    void setThroughput(int resulttype, int interval, qint64 bytes) override;
+    void stopTest() override { display->stopTest(); }
+    void setDownloadText(QString text) override { display->setDownloadText(text); }
+    void setUploadText(QString text) override { display->setUploadText(text); }
+    void setRTTText(QString text) override { display->setRTTText(text); }
+    void setDataTransferred(QString text) override { display->setDataTransferred(text); }
+    void setErrorText(QString text) override { display->setErrorText(text); }
+    bool stopRequested() override { return display->stopRequested(); }
+    void setInformation(QString server, QString seriesId, QString testId, QString position) override
+    {
+        display->setInformation(server, seriesId, testId, position);
+    }
+    void setThroughput(int resulttype, int interval, qint64 bytes) override
+    {
+        display->setThroughput(resulttype, interval, bytes);
+    }
 
 public Q_SLOTS:
     void startTestClicked();
     void showLocationPopup();
     void showNumberOfMeasurementsPopup();
 
-    void locationPopupLocationSelected(UserLocation location);
-    void locationPopupCancelClicked();
-    void numberOfMeasurementsPopupNumberSelected(int count, int interval); ///< interval in s
-    void numberOfMeasurementsPopupCancelClicked();
-    void warningPopupOkClicked();
-    void warningPopupCancelClicked();
+    // The answers of the popups, as they give them.
+    void locationPopupLocationSelected(UserLocation where) { dialogue->locationSelected(where); }
+    void locationPopupCancelClicked() { dialogue->cancel(); }
+    void numberOfMeasurementsPopupNumberSelected(int count, int interval) ///< interval in s
+    {
+        dialogue->numberSelected(count, interval);
+    }
+    void numberOfMeasurementsPopupCancelClicked() { dialogue->cancel(); }
+    void warningPopupOkClicked() { dialogue->warningAccepted(); }
+    void warningPopupCancelClicked() { dialogue->cancel(); }
     void errorPopupOkClicked();
 
     void showPageOf(Page page);
-    void showTestTab();
-    void showResultsTab();
-    void showSettingsTab();
-    void showLinksTab();
-    void showAboutTab();
+    void showTestTab() { showPageOf(Page::Test); }
+    void showResultsTab() { showPageOf(Page::Results); }
+    void showSettingsTab() { showPageOf(Page::Settings); }
+    void showLinksTab() { showPageOf(Page::Links); }
+    void showAboutTab() { showPageOf(Page::About); }
     void showGeomapTab();
     void showDetailsWindow();
     void showOrvakWebpage();
@@ -131,48 +144,28 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
     void windowReady();
-    void startNextMeasurement();
-    void updateScreenNextMeasurement();
-    void clearLocalDatabaseImpl();
 
 private:
     void createPages();
     void connectPages();
     void createPopups();
-    QList<TabBase *> pages() const;
-    void setTestServer(TestServer *server);
+    void createTests();
     bool showPage(TabBase *page);
-    void fitActiveTab();
-    void focusPage();
     void holdTiles();
-    void openPopup(PopupBase *popup);
-    void closePopup(PopupBase *popup);
-    void placePopup();
     void showNotice(const QString &title, const QString &message);
-    void showWarning(const QString &title, const QString &message);
-    void cancelDialogue(PopupBase *popup);
-    QString costsQuestion() const;
-    void startTestRun();
-    void runTest();
-    void armNextMeasurement(int milliseconds);
-    bool inSeries() const;
-    void endSingleTest();
-    void endSeries();
-    void testEnded(const TestOutcome &outcome);
+    void storeEmptied(bool done);
+    void seriesResumed(bool done);
+    void offerInterrupted();
+    void endSession();
+    void startAgreed(StartDialogue::Goal goal, const TestSeries::Plan &plan);
 
-    int teststatus = -1;
     std::unique_ptr<Ui::MainWindow> ui;
     Platform &platform;
-    LocationPopup *locationPopup = nullptr;
-    NumberOfMeasurementsPopup *numberOfMeasurementsPopup = nullptr;
-    MessagePopup *warningPopup = nullptr;
-    MessagePopup *errorPopup = nullptr;
-    MessagePopup *waitingPopup = nullptr;
-    TestServerTable *servers = nullptr;
+    PageStack *pages;
+    PopupLayer *popups;
     TestTab *testTab = nullptr;
     ResultsTab *resultsTab = nullptr;
     SettingsTab *settingsTab = nullptr;
@@ -180,28 +173,14 @@ private:
     AboutTab *aboutTab = nullptr;
     GeoMapTab *geomapTab = nullptr;
     DetailsWindow *detailsWindow = nullptr;
-    QWidget *shade = nullptr; ///< darkens the page under a popup
-    TabBase *activeTab = nullptr;
-    PopupBase *activePopup = nullptr;
-    TestController *controller = nullptr;
-    bool popupShown = false;
-    bool testrunning = false;
-    bool roamingShowed = false;
-    bool stoprequestedflag = false;
+    MessagePopup *errorPopup = nullptr;
+    ServerSelection *servers = nullptr;
+    TestConsent *consent = nullptr;
+    StartDialogue *dialogue = nullptr;
+    StoreDialogue *storeDialogue = nullptr;
+    TestDisplay *display = nullptr;
+    std::unique_ptr<TestSession> session;
     bool advancedmode = false;
-    bool chosenmode = false; ///< what advancedmode becomes with the next start
-    int numberoftests = 0;
-    int aktnumberoftests = -1;
-    int timebetweentests = 0;        ///< s
-    qlonglong advtimerstarttime = 0; ///< ms
-    QTimer *advtimer = nullptr;
-    QTimer *advtimerscreenupdate = nullptr;
-    bool advmoderunning = false;
-    bool resultLost = false; ///< a test could not be stored, and the user has not heard of it
-    QString userLocation;
-    /// Context of a series' armed timers. It ends with the series, so that none of them finds a
-    /// later one.
-    std::unique_ptr<QObject> seriesScope;
 };
 
 } // namespace velometer

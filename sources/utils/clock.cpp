@@ -43,4 +43,9 @@ void Clock::install(const Clock *clock)
     installed = clock;
 }
 
+bool Clock::runsByItself()
+{
+    return !installed;
+}
+
 } // namespace velometer

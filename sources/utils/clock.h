@@ -24,6 +24,9 @@ public:
     /// restores the system's clock.
     static void install(const Clock *clock);
 
+    /// False while a clock is installed whose time passes only when somebody moves it.
+    static bool runsByItself();
+
 protected:
     Clock() = default;
     Q_DISABLE_COPY_MOVE(Clock)

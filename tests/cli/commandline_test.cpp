@@ -1,9 +1,6 @@
 #include "cli/commandline.h"
 
-#include "cli/serverchoice.h"
-#include "data/testservertable.h"
 #include "support/rows.h"
-#include "utils/deployment.h"
 
 #include <QTest>
 
@@ -85,6 +82,7 @@ private Q_SLOTS:
         row("--location moon", "Indoor");
         row("show 1/2/3", "1/2/3");
         row("--bogus --help", "--bogus");
+        row("--resume --count 2", "--resume");
     }
     void refusesWithASentence()
     {
@@ -93,38 +91,6 @@ private Q_SLOTS:
         QVERIFY(!CommandLine::parse(arguments(), &error));
         QVERIFY2(error.contains(mentions), qPrintable(error));
         QVERIFY(error.endsWith(u'.') && !error.contains(u'\n'));
-    }
-
-    void choosesTheServer_data()
-    {
-        // name: of a refused text, what the error mentions
-        const Rows<QString, QString, int> row("name", "host", "port");
-        row("ip-plus italy", "IP-Plus Italy", "127.0.0.5", 8080);
-        row("127.0.0.3:8080", "HSR", "127.0.0.3", 8080);
-        row("127.0.0.3", {}, "127.0.0.3", 80); // a host of the table on another port
-        row("test.example.org:81", {}, "test.example.org", 81);
-        row("[::1]:9", {}, "::1", 9);
-        row("sunrice", "Swisscom", {}, 0); // a name misspelt is no host
-        row("host.example:65536", "65535", {}, 0);
-        row("a.b HTTP/1.1\r\nX: y", "HOST[:PORT]", {}, 0);
-    }
-    void choosesTheServer()
-    {
-        QFETCH(QString, name);
-        QFETCH(QString, host);
-        QFETCH(int, port);
-        const TestServerTable table(Deployment(), nullptr);
-        const ServerChoice choice(QString::fromUtf8(QTest::currentDataTag()), table);
-        if (host.isEmpty()) {
-            QVERIFY(!choice.server());
-            QVERIFY2(choice.error().contains(name), qPrintable(choice.error()));
-            QVERIFY(!choice.error().contains(u'\n'));
-            return;
-        }
-        QVERIFY2(choice.server(), qPrintable(choice.error()));
-        QCOMPARE(choice.server()->getName(), name);
-        QCOMPARE(choice.server()->getHostname(), host);
-        QCOMPARE(choice.server()->getPort(), port);
     }
 
 private:

@@ -1,3 +1,4 @@
+#include "app/serverselection.h"
 #include "cli/csvformat.h"
 #include "cli/exportformat.h"
 #include "cli/jsonformat.h"
@@ -42,8 +43,8 @@ TestSummary summaryOf(const TestResults *record, bool located)
     Output output(-1);
     TestPrinter printer(CommandLine::Format::Json, output, u"en"_s);
     ProgressLine progress(output, ProgressLine::Mode::Silent);
-    TestServerTable table(Deployment(), nullptr);
-    TestRunner runner({}, table, printer, progress, platform);
+    ServerSelection servers(platform, nullptr);
+    TestRunner runner({}, servers, printer, progress, platform);
     if (located) {
         QGeoPositionInfo fix({47.22, 8.82, 410}, QDateTime::fromSecsSinceEpoch(1'700'000'000));
         fix.setAttribute(QGeoPositionInfo::HorizontalAccuracy, 0);

@@ -1,10 +1,11 @@
 #include "cli/testrunner.h"
 
+#include "app/serverselection.h"
+#include "app/startup.h"
 #include "cli/progressline.h"
 #include "cli/testprinter.h"
 #include "data/result.h"
 #include "data/testresults.h"
-#include "data/testservertable.h"
 #include "db/databasemanager.h"
 #include "support/fakeplatform.h"
 #include "support/rows.h"
@@ -18,9 +19,11 @@
 #include <QTemporaryFile>
 #include <QTest>
 
+#include <chrono>
 #include <memory>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 Q_DECLARE_METATYPE(velometer::ExitStatus)
 
@@ -38,10 +41,9 @@ public:
         , errors(open(errorFile))
         , printer(format, output, u"en"_s)
         , progress(errors, ProgressLine::Mode::Silent)
-        , table(Deployment(), nullptr)
     {
         platform.session.fails(NetworkSession::UnknownSessionError);
-        runner = std::make_unique<TestRunner>(plan, table, printer, progress, platform);
+        runner = std::make_unique<TestRunner>(plan, servers, printer, progress, platform);
         finished = std::make_unique<QSignalSpy>(runner.get(), &TestRunner::finished);
     }
 
@@ -78,7 +80,7 @@ public:
     Output errors;
     TestPrinter printer;
     ProgressLine progress;
-    TestServerTable table;
+    ServerSelection servers{platform, nullptr};
     std::unique_ptr<TestRunner> runner;
     std::unique_ptr<QSignalSpy> finished;
 
@@ -100,12 +102,16 @@ private Q_SLOTS:
         DatabaseManager::database_path = directory.path();
         QVERIFY(gDB->openDB());
     }
-    void init() { Utils::setSettingsCommonValue(u"UserId"_s, QString()); }
+    void init()
+    {
+        Utils::setSettingsCommonValue(u"UserId"_s, QString());
+        QFile::remove(StartUp::seriesFile());
+    }
     void cleanupTestCase() { delete std::exchange(gDB, nullptr); }
 
     void goesOnAfterAFailedTest()
     {
-        Run run({u"Train"_s, 3, 0, false}, Format::Json);
+        Run run({{u"Train"_s, 3}}, Format::Json);
         run.runner->start();
         QVERIFY(run.endsWith(ExitStatus::Unreachable));
         QCOMPARE(run.platform.session.openCalls, 3);
@@ -118,7 +124,7 @@ private Q_SLOTS:
     void refusesToRoam()
     {
         for (const bool allowed : {false, true}) {
-            Run run({u"Unknown"_s, 1, 0, allowed}, Format::Json);
+            Run run({{}, allowed}, Format::Json);
             run.platform.network.setMode(NetworkMode::Lte);
             run.platform.network.setStatus(NetworkMode::Lte, NetworkStatus::Roaming);
             run.runner->start();
@@ -130,13 +136,26 @@ private Q_SLOTS:
 
     void endsAtOnceBetweenTests()
     {
-        Run run({u"Unknown"_s, 2, 604'800, false}, Format::Json);
+        Run run({{u"Unknown"_s, 2, 604'800s}}, Format::Json);
         run.runner->start();
         QTRY_COMPARE(run.lines().size(), 1);
         QVERIFY(run.finished->isEmpty());
         run.runner->stop(ExitStatus::Terminated);
         QVERIFY(run.endsWith(ExitStatus::Terminated));
         QCOMPARE(run.platform.session.openCalls, 1);
+
+        // What is left of it is told by the next start, and waits for --resume.
+        Run next({}, Format::Json);
+        next.runner->start();
+        QVERIFY(next.messages().startsWith("A series was interrupted: test 2 of 2 is next."));
+        QVERIFY(next.endsWith(ExitStatus::Unreachable));
+        Run resumed({}, Format::Json);
+        QVERIFY(resumed.runner->resume());
+        QTest::qWait(0);
+        QVERIFY(resumed.finished->isEmpty());
+        resumed.runner->stop(ExitStatus::Interrupted);
+        QVERIFY(resumed.endsWith(ExitStatus::Interrupted));
+        QCOMPARE(resumed.platform.session.openCalls, 0);
     }
 
     void saysFirstThatTheConnectionIsMetered_data()
@@ -153,7 +172,7 @@ private Q_SLOTS:
         QFETCH(QString, metered);
         QFETCH(qint64, budget);
         QFETCH(QString, line);
-        Run run({u"Unknown"_s, 2, 0, false, DataBudget(budget)}, Format::JsonStream);
+        Run run({{u"Unknown"_s, 2}, false, DataBudget(budget)}, Format::JsonStream);
         run.platform.complete = false;
         run.runner->start();
         QCoreApplication::processEvents();

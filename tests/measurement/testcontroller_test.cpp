@@ -2,16 +2,19 @@
 
 #include "data/result.h"
 #include "data/testdetails.h"
+#include "data/testserver.h"
 #include "db/databasemanager.h"
+#include "utils/deployment.h"
 #include "utils/utils.h"
 
-#include "support/fakehost.h"
 #include "support/fakeobserver.h"
 #include "support/fakeplatform.h"
 #include "support/fakeservice.h"
 #include "support/rows.h"
 
+#include <QLockFile>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -41,12 +44,6 @@ QStringList savedIds()
         ids += Utils::getSettingsCommonValue(key);
     }
     return ids;
-}
-
-void setServer(const QString &host, const QString &port)
-{
-    Utils::setSettingsValue(u"TestServer.Hostname"_s, host);
-    Utils::setSettingsValue(u"TestServer.Port"_s, port);
 }
 
 /// The queued documents in order.
@@ -83,10 +80,11 @@ private Q_SLOTS:
         deployment.webPort = service->port();
         Deployment::setCurrent(deployment);
         observer = std::make_unique<FakeObserver>();
-        host = std::make_unique<FakeHost>();
+        schedule.clear();
         platform = std::make_unique<FakePlatform>();
         saveIds({u"52077"_s, u"13"_s, u"2"_s});
-        setServer(u"127.0.0.1"_s, QString::number(service->port()));
+        server.setHostname(u"127.0.0.1"_s);
+        server.setPort(service->port());
     }
 
     void cleanup()
@@ -110,7 +108,7 @@ private Q_SLOTS:
         QCOMPARE(phases, (QList<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}));
         QCOMPARE(ended.end, End::Completed);
         QVERIFY(ended.reportDelivered && !ended.storeFailed);
-        QCOMPARE(ended.queueId, -1);
+        QVERIFY(!ended.queueId);
         // The service's last series was 12.
         QCOMPARE(savedIds(), (QStringList{u"52077"_s, u"13"_s, u"1"_s}));
 
@@ -187,36 +185,35 @@ private Q_SLOTS:
         create();
         QCOMPARE(controller->getSeriesId(), 1);
         QCOMPARE(controller->getTestId(), 0);
-        controller->startNewSeries();
+        bool done = false;
+        controller->startNewSeries([&] { done = true; });
+        QVERIFY(done);
         QCOMPARE(savedIds(), (QStringList{u"52077"_s, u"2"_s, u"0"_s}));
     }
 
-    void choosesTheServer_data()
+    void anIdIsDrawnOnceWhoeverElseDraws()
     {
-        const Rows<QString, QString, QString, QString, QString> row("savedHost", "savedPort", "mcc",
-                                                                    "mnc", "chosen");
-        const QString none;
-        row("operator 2, blanks", none, none, " 228 ", " 2", "127.0.0.2:8080");
-        row("saved", "127.0.0.3", "8080", "228", "2", "127.0.0.3:8080");
-        row("saved port that would wrap", "127.0.0.3", "73616", none, none, "127.0.0.3:0");
-        row("saved port missing", "127.0.0.3", none, "228", "2", "127.0.0.2:8080");
-        row("saved literal", "::1", "8080", none, none, "[::1]:8080");
-        row("saved host that would write a header", "a\r\nX: y", "8080", "228", "2",
-            "127.0.0.2:8080");
-    }
-    void choosesTheServer()
-    {
-        QFETCH(QString, savedHost);
-        QFETCH(QString, savedPort);
-        QFETCH(QString, mcc);
-        QFETCH(QString, mnc);
-        setServer(savedHost, savedPort);
-        platform->network.mcc = mcc;
-        platform->network.mnc = mnc;
-        create();
-        QTEST(controller->getTestServer()->getHostHeader(), "chosen");
-        QCOMPARE(Utils::getSettingsValue(u"TestServer.Hostname"_s),
-                 controller->getTestServer()->getHostname());
+        TestIds first;
+        TestIds second;
+        const QString lockFile =
+            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+            "/orvak/ids.lock"_L1;
+        QLockFile other(lockFile);
+        QVERIFY(other.tryLock());
+        QStringList drawn;
+        QObject context;
+        for (TestIds *ids : {&first, &second}) {
+            ids->draw(&context, [&drawn, ids] {
+                drawn.append(u"%1/%2"_s.arg(ids->getSeriesId()).arg(ids->getTestId()));
+                QCOMPARE(savedIds().last(), QString::number(ids->getTestId()));
+            });
+        }
+        QTest::qWait(60); // several looks at the lock
+        QCOMPARE(drawn, QStringList());
+        other.unlock();
+        QTRY_COMPARE(drawn.size(), 2);
+        drawn.sort();
+        QCOMPARE(drawn, (QStringList{u"13/3"_s, u"13/4"_s}));
     }
 
     void everyFailureSaysSoAndKeepsWhatItHas_data()
@@ -238,7 +235,7 @@ private Q_SLOTS:
         QFETCH(QString, error);
         QFETCH(QString, inReport);
         if (failure.endsWith("series")) {
-            host->schedule = u"1,20,60"_s;
+            schedule = u"1,20,60"_s;
         }
         if (failure.startsWith("no network")) {
             platform->session.fails(NetworkSession::InvalidConfigurationError);
@@ -290,10 +287,10 @@ private Q_SLOTS:
         create();
         runToEnd();
         QCOMPARE(ended.end, End::Completed);
-        QVERIFY(!ended.reportDelivered && ended.queueId > 0 && ended.storedId > 0);
-        // Submitted, queued, and offered once more with the queue.
-        QCOMPARE(service->requests("redirect_iphone").size(), 2);
-        QCOMPARE(gDB->getNextUnsentXMLFile(0)->numberofretries, 1);
+        QVERIFY(!ended.reportDelivered && ended.queueId && ended.storedId > 0);
+        // Submitted and queued; what was just refused is not offered again in the same test.
+        QCOMPARE(service->requests("redirect_iphone").size(), 1);
+        QCOMPARE(gDB->getNextUnsentXMLFile(0)->numberofretries, 0);
         QVERIFY(!queued().first().contains("ClientRetryTime"_L1));
 
         XMLData old;
@@ -306,10 +303,10 @@ private Q_SLOTS:
         QCOMPARE(ended.resent, 2);
         QCOMPARE(ended.waiting, 0);
         QCOMPARE(gDB->getAllResults().size(), size_t(2));
-        // The failed one, its second offer, the next test's, and the two of the queue.
+        // The failed one, the next test's, and the two of the queue.
         const auto sent = service->requests("redirect_iphone");
-        QCOMPARE(sent.size(), 5);
-        QCOMPARE(sent[3].count("</ClientTime><ClientRetryTime>"), 1);
+        QCOMPARE(sent.size(), 4);
+        QCOMPARE(sent[2].count("</ClientTime><ClientRetryTime>"), 1);
     }
 
     void aBudgetIsSharedAndLeavesItsMark_data()
@@ -360,7 +357,6 @@ private Q_SLOTS:
         controller->setTestServer(&other);
         waitForEnd();
         QVERIFY(ended.reportDelivered);
-        QCOMPARE(Utils::getSettingsValue(u"TestServer.Hostname"_s), u"127.0.0.9"_s);
         controller->runTests(u"Train"_s);
         QCOMPARE(controller->getTestServer(), &other);
         controller->abortTest();
@@ -369,12 +365,12 @@ private Q_SLOTS:
 private:
     void create()
     {
-        controller =
-            std::make_unique<TestController>(nullptr, observer.get(), host.get(), *platform);
+        controller = std::make_unique<TestController>(nullptr, observer.get(), &server, *platform);
+        controller->setMeasurementDuration(1);
     }
     void runToEnd()
     {
-        controller->runTests(u"Train"_s);
+        controller->runTests(u"Train"_s, schedule);
         waitForEnd();
     }
     void waitForEnd()
@@ -387,7 +383,8 @@ private:
     QTemporaryDir directory;
     std::unique_ptr<FakeService> service;
     std::unique_ptr<FakeObserver> observer;
-    std::unique_ptr<FakeHost> host;
+    TestServer server{nullptr};
+    QString schedule;
     std::unique_ptr<FakePlatform> platform;
     std::unique_ptr<TestController> controller;
     TestOutcome ended;

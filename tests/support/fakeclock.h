@@ -1,6 +1,7 @@
 #pragma once
 
 #include "utils/clock.h"
+#include "utils/clocktimer.h"
 
 #include <chrono>
 
@@ -26,11 +27,12 @@ public:
     }
     qint64 steadyUs() const override { return steady.count(); }
 
-    /// Time passes: both clocks move.
+    /// Time passes: both clocks move, and what became due happens.
     void advance(std::chrono::microseconds duration)
     {
         wall += duration;
         steady += duration;
+        ClockTimer::fireDue();
     }
 
     /// Somebody sets the system clock: only the wall clock moves, back too.

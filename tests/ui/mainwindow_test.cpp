@@ -3,6 +3,7 @@
 
 #include "ui/mainwindow.h"
 
+#include "app/startup.h"
 #include "data/testdetails.h"
 #include "ui/frame/tabbase.h"
 #include "ui/plot/throughputplot.h"
@@ -14,6 +15,7 @@
 #include "support/fakeservice.h"
 #include "support/rows.h"
 
+#include <QFile>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -252,15 +254,12 @@ private Q_SLOTS:
         // Between two tests the line names the next one, and counts down from the start of the
         // last.
         for (const auto &[passed, shown] :
-             {std::pair{0s, u"3:00"_s}, {55s, u"2:05"_s}, {180s, u"0:00"_s}}) {
+             {std::pair{200ms, u"3:00"_s}, {54'800ms, u"2:05"_s}, {124'999ms, u"0:01"_s}}) {
             clock.advance(passed);
-            tick();
             QCOMPARE(line(), u"2/20: Next measurement in %1 minutes."_s.arg(shown));
         }
-        due();
+        clock.advance(1ms);
         QVERIFY(window->getController()->isRunning());
-        QCOMPARE(window->getScheduleInfo(), u"2,20,60"_s);
-        due(); // a test that outlasts the interval is not joined by another one
         QCOMPARE(window->getScheduleInfo(), u"2,20,60"_s);
 
         click(u"buttonStartTest"_s);
@@ -268,7 +267,7 @@ private Q_SLOTS:
         endTest();
         QVERIFY(!window->isTestRunning());
         QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
-        due();
+        clock.advance(600s);
         QVERIFY(!window->getController()->isRunning());
     }
 
@@ -280,38 +279,52 @@ private Q_SLOTS:
         QCOMPARE(window->getScheduleInfo(), u"1,2,2"_s);
         endTest();
         click(u"buttonStartTest"_s);
-        tick();
         QVERIFY(!window->isTestRunning());
         QCOMPARE(line(), QString());
     }
 
-    void theArmedTimerStartsTheNextTestOfItsOwnSeriesOnly()
+    void offersToGoOnWithAnInterruptedSeries_data()
     {
+        const Rows<int, QString, QString> row("gap", "press", "then");
+        row("go on", 100, "buttonOk", "7,20,60");
+        row("forget it", 100, "buttonCancel", "");
+        row("too late for any", 100'000, "buttonOk", "");
+    }
+    void offersToGoOnWithAnInterruptedSeries()
+    {
+        QFETCH(int, gap);
+        QFETCH(QString, press);
+        QFETCH(QString, then);
+        FakeClock clock;
         create(true);
-        window->showLocationPopup();
-        window->locationPopupLocationSelected(LOCATION_TRAIN);
-        const auto start = [this](int count, int interval) {
-            window->startTestClicked();
-            window->numberOfMeasurementsPopupNumberSelected(count, interval);
-        };
-        // A series that is due at once ends before the event loop comes to its timer.
-        start(3, 0);
-        window->startTestClicked();
+        startSeries(20, 180);
+        for (int test = 1; test < 6; ++test) {
+            endTest();
+            clock.advance(180s);
+        }
         endTest();
-        QVERIFY(!window->isTestRunning());
-        start(4, 60);
-        endTest();
-        QTest::qWait(0);
-        QVERIFY(!window->getController()->isRunning());
-        QCOMPARE(window->getScheduleInfo(), u"1,4,4"_s);
-        window->startTestClicked();
-        tick();
-        // The timer finds the first test still running, waits for it, and starts the second.
-        start(2, 0);
-        QTest::qWait(0);
-        endTest();
-        QTRY_COMPARE(window->getScheduleInfo(), u"2,2,0"_s);
-        QVERIFY(window->getController()->isRunning());
+        window.reset();
+        clock.advance(std::chrono::seconds(gap));
+        window = std::make_unique<MainWindow>(platform);
+        window->show();
+        QTRY_VERIFY(shown<PopupBase>());
+        QCOMPARE(label(u"labelMessage"_s),
+                 gap > 1000
+                     ? u"The interrupted series is over: its tests from 7 to 20 were missed."_s
+                     : u"A series was interrupted. Test 7 of 20 was next. Continue?"_s);
+        click(press);
+        if (!then.isEmpty()) {
+            QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Abort Test"_s);
+            clock.advance(79s);
+            QCOMPARE(line(), u"7/20: Next measurement in 0:01 minutes."_s);
+            clock.advance(1s);
+        }
+        QCOMPARE(window->getScheduleInfo(), then);
+        QCOMPARE(window->getController()->isRunning(), !then.isEmpty());
+        QCOMPARE(label(u"labelLocation"_s).contains(Utils::trLocation(u"Train"_s)),
+                 !then.isEmpty());
+        window.reset();
+        QFile::remove(StartUp::seriesFile());
     }
 
     void closingQueuesThePartialReport()
@@ -332,21 +345,19 @@ private Q_SLOTS:
     void aSeriesTellsAtItsEndThatATestWasLost()
     {
         create(true);
-        startSeries(2, 60);
+        startSeries(2, 0);
         QTRY_VERIFY_WITH_TIMEOUT(window->getController()->getPhase() >=
                                      TestController::Phase::DownloadStartMarker,
                                  limitMs);
         QVERIFY(QSqlQuery().exec(u"DROP TABLE xmlfiles"_s));
         endTest();
         QCOMPARE(openPopup(), QString());
-        due();
+        QTRY_VERIFY(window->getController()->isRunning());
         endTest();
         QCOMPARE(openPopup(), u"ErrorPopup"_s);
         QVERIFY(label(u"labelMessage"_s).contains(DatabaseManager::database_path));
         QVERIFY(!window->isTestRunning());
         QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
-        due();
-        QVERIFY(!window->getController()->isRunning());
     }
 
     void clearingLeavesNothingBehindOrSaysSo()
@@ -397,11 +408,6 @@ private:
 
     /// The running test ends as an aborted one does, without its minutes of measurements.
     void endTest() { window->getController()->abortTest(); }
-    /// The series' timer fires.
-    void due() { QMetaObject::invokeMethod(window.get(), "startNextMeasurement"); }
-    /// The count-down's timer fires.
-    void tick() { QMetaObject::invokeMethod(window.get(), "updateScreenNextMeasurement"); }
-
     TabBase *page() const { return shown<TabBase>(); }
     /// The name of the popup that is open, empty when there is none.
     QString openPopup() const

@@ -3,6 +3,7 @@
 
 #include "context/networkinfohelper.h"
 #include "data/testdetails.h"
+#include "data/testserver.h"
 #include "db/databasemanager.h"
 #include "measurement/testcontroller.h"
 #include "platform/system/systemplatform.h"
@@ -10,7 +11,8 @@
 #include "ui/map/mapswidget.h"
 #include "utils/utils.h"
 
-#include "support/fakehost.h"
+#include "utils/deployment.h"
+
 #include "support/fakeobserver.h"
 #include "support/fakeplatform.h"
 #include "support/fakeservice.h"
@@ -64,17 +66,15 @@ private Q_SLOTS:
         deployment.webPort = service->port();
         Deployment::setCurrent(deployment);
         Utils::setSettingsCommonValue(u"UserId"_s, u"52077"_s);
-        Utils::setSettingsValue(u"TestServer.Hostname"_s, u"127.0.0.1"_s);
-        Utils::setSettingsValue(u"TestServer.Port"_s, QString::number(service->port()));
         online = true;
-        host = std::make_unique<FakeHost>();
         observer = std::make_unique<FakeObserver>();
         platform = std::make_unique<PhonePlatform>(bus->connection(), [this] {
             const SystemInterface modem{u"wwan0"_s, u"Mobile"_s, {}, false, true, online};
             return SystemNetwork{{modem}, online ? u"wwan0"_s : QString()};
         });
-        controller =
-            std::make_unique<TestController>(nullptr, observer.get(), host.get(), *platform);
+        server.setHostname(u"127.0.0.1"_s);
+        server.setPort(service->port());
+        controller = std::make_unique<TestController>(nullptr, observer.get(), &server, *platform);
         QTRY_VERIFY(platform->isComplete());
         steps.clear();
         connect(controller.get(), &TestController::phaseEntered, this, [this](Phase phase) {
@@ -200,7 +200,7 @@ private:
     std::unique_ptr<MockPhone> phone;
     std::unique_ptr<StoredTests> store;
     std::unique_ptr<FakeService> service;
-    std::unique_ptr<FakeHost> host;
+    TestServer server{nullptr};
     std::unique_ptr<FakeObserver> observer;
     std::unique_ptr<PhonePlatform> platform;
     std::unique_ptr<TestController> controller;

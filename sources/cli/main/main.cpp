@@ -1,22 +1,17 @@
+#include "app/startup.h"
 #include "cli/commandline.h"
 #include "cli/exitstatus.h"
 #include "cli/output.h"
 #include "cli/program.h"
-#include "db/databasemanager.h"
-#include "utils/deployment.h"
 #include "utils/signalwatcher.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
-#include <QStandardPaths>
 #include <QTimer>
 
 #include <csignal>
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -24,30 +19,6 @@ using namespace Qt::StringLiterals;
 namespace velometer {
 
 namespace {
-
-/// Standard error is for the user; the diagnostic log and the toolkit's remarks are not.
-void onlyFatal(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (type == QtCriticalMsg || type == QtFatalMsg) {
-        Output(STDERR_FILENO).line(message);
-    }
-}
-
-void everything(QtMsgType, const QMessageLogContext &, const QString &message)
-{
-    Output(STDERR_FILENO).line(message);
-}
-
-/// Called with a standard descriptor closed, the first file we open would take its place: what is
-/// printed would end up in the database.
-void openStandardDescriptors()
-{
-    for (int descriptor = 0; descriptor <= STDERR_FILENO; ++descriptor) {
-        if (::fcntl(descriptor, F_GETFD) == -1) {
-            ::open("/dev/null", O_RDWR);
-        }
-    }
-}
 
 int fail(Output &err, const QString &sentence)
 {
@@ -77,17 +48,9 @@ using namespace velometer;
 
 int main(int argc, char *argv[])
 {
-    // Settings, store and their directories tell where the device was, and which one it is.
-    ::umask(S_IRWXG | S_IRWXO);
-    openStandardDescriptors();
-    // A reader that goes away must not end a test; Output notices it.
-    std::signal(SIGPIPE, SIG_IGN);
-    qInstallMessageHandler(onlyFatal);
-    QCoreApplication application(argc, argv);
-    QCoreApplication::setOrganizationName(u"orvak"_s);
-    QCoreApplication::setApplicationName(u"Velometer"_s);
-    QCoreApplication::setApplicationVersion(Utils::getPlainVersion());
-
+    StartUp::prepareProcess();
+    const QCoreApplication application(argc, argv);
+    StartUp::nameApplication();
     Output out(STDOUT_FILENO);
     Output err(STDERR_FILENO);
     const QString language = Translations::systemLanguage();
@@ -107,25 +70,16 @@ int main(int argc, char *argv[])
         return 0;
     }
     if (options->verbose) {
-        qInstallMessageHandler(everything);
+        StartUp::showLog();
     }
     // What programs read does not depend on who runs it where.
     if (options->format != CommandLine::Format::Text) {
         Translations::install(u"en"_s);
     }
-
-    const auto deployment = Deployment::load(options->configFile, &error);
-    if (!deployment) {
+    if (!StartUp::loadDeployment(options->configFile, options->dataDir, &error)) {
         return fail(err, error);
     }
-    Deployment::setCurrent(*deployment);
-    DatabaseManager::database_path =
-        options->dataDir.isEmpty()
-            ? QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
-            : QFileInfo(options->dataDir).absoluteFilePath();
-
     const int status = run(*options, out, err, language);
-    delete gDB;
-    gDB = nullptr;
+    StartUp::closeStore();
     return status;
 }

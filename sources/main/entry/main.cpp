@@ -1,26 +1,22 @@
+#include "app/startup.h"
 #include "db/databasemanager.h"
 #include "main/options.h"
 #include "main/singleinstance.h"
 #include "platform/platform.h"
 #include "ui/mainwindow.h"
 #include "ui/shell.h"
-#include "utils/deployment.h"
 #include "utils/signalwatcher.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QIcon>
 #include <QLocale>
 #include <QMessageBox>
-#include <QStandardPaths>
 
 #include <algorithm>
 #include <cstdio>
-#include <utility>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -30,14 +26,6 @@ namespace velometer {
 namespace {
 
 constexpr int usageError = 2;
-
-/// Standard error is for the user; the diagnostic log and the toolkit's remarks are not.
-void onlyFatal(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (type == QtCriticalMsg || type == QtFatalMsg) {
-        std::fprintf(stderr, "%s\n", qPrintable(message));
-    }
-}
 
 int fail(const QString &sentence)
 {
@@ -80,7 +68,7 @@ int run(const Options &options, Platform &platform, SingleInstance &instance)
     shell.show();
     window.showTestTab();
     const int status = QApplication::exec();
-    delete std::exchange(gDB, nullptr);
+    StartUp::closeStore();
     return status;
 }
 
@@ -92,9 +80,7 @@ using namespace velometer;
 
 int main(int argc, char *argv[])
 {
-    // Settings, store and their directories tell where the device was, and which one it is.
-    ::umask(S_IRWXG | S_IRWXO);
-    qInstallMessageHandler(onlyFatal);
+    StartUp::prepareProcess();
 
     // Read before there is an application: help needs no display.
     QStringList arguments;
@@ -118,35 +104,27 @@ int main(int argc, char *argv[])
         return fail(Options::noDisplay());
     }
     if (options->verbose) {
-        qInstallMessageHandler(nullptr);
+        StartUp::showLog();
     }
 
     // The toolkit has a --platform of its own and must not see ours.
     int nameAlone = std::min(argc, 1);
     QApplication application(nameAlone, argv);
     QApplication::setQuitOnLastWindowClosed(true);
-    QApplication::setOrganizationName(u"orvak"_s);
-    QApplication::setApplicationName(u"Velometer"_s);
-    QApplication::setApplicationVersion(Utils::getPlainVersion());
+    StartUp::nameApplication();
     QApplication::setDesktopFileName(u"velometer"_s);
     QApplication::setWindowIcon(QIcon(u":/velometerres/velometer.png"_s));
     QApplication::setStyle(u"Fusion"_s);
     Utils::addLogEntry(u"Locale: %1"_s.arg(QLocale::system().name().left(2)));
     Translations::install(chosenLanguage(*options));
 
-    const auto deployment = Deployment::load(options->configFile, &error);
-    if (!deployment) {
+    if (!StartUp::loadDeployment(options->configFile, options->dataDir, &error)) {
         // Started from a menu, nobody sees what is printed.
         if (options->configFile.isEmpty() && ::isatty(STDERR_FILENO) == 0) {
             QMessageBox::critical(nullptr, Utils::getAppTitle(), error);
         }
         return fail(error);
     }
-    Deployment::setCurrent(*deployment);
-    DatabaseManager::database_path =
-        options->dataDir.isEmpty()
-            ? QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
-            : QFileInfo(options->dataDir).absoluteFilePath();
     const auto platform = Platform::create(options->platform, &error);
     if (!platform) {
         return fail(error);

@@ -1,3 +1,4 @@
+#include "app/serverselection.h"
 #include "ui/pages/settingstab.h"
 
 #include "data/testserver.h"
@@ -49,18 +50,16 @@ private Q_SLOTS:
             dragUp(part(1, place), 0);
             QTRY_COMPARE(checked(), QList<int>{1});
         }
-        QCOMPARE(window->getController()->getSelectedServer(), entries().at(1)->getServer());
+        QCOMPARE(window->getController()->getTestServer(), entries().at(1)->getServer());
         QCOMPARE(Utils::getSettingsValue(u"TestServer.Hostname"_s), u"127.0.0.2"_s);
     }
 
     void showingThePageMarksTheServerOfTheNextTest()
     {
-        TestServer server(nullptr);
-        server.setHostname(u"127.0.0.3"_s);
+        QString error;
         entries().at(4)->setServerEnabled(true);
         for (const int port : {8080, 80}) {
-            server.setPort(port);
-            window->getController()->setTestServer(&server);
+            QVERIFY(window->getServers()->choose(u"127.0.0.3:%1"_s.arg(port), &error));
             window->showSettingsTab();
             QCOMPARE(checked(), port == 8080 ? QList<int>{2} : QList<int>{});
         }

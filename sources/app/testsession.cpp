@@ -1,0 +1,52 @@
+#include "app/testsession.h"
+
+#include "app/serverselection.h"
+#include "app/startup.h"
+
+namespace velometer {
+
+TestSession::TestSession(Platform &platform, ServerSelection &serverSelection,
+                         TestObserver *observer, QObject *parent)
+    : QObject(parent)
+    , servers(serverSelection)
+    , controller(nullptr, observer, serverSelection.current(), platform)
+    , series(controller, StartUp::seriesFile(), nullptr)
+{
+    controller.setMeasurementDuration(StartUp::measurementDuration());
+    connect(&servers, &ServerSelection::changed, &controller, &TestController::setTestServer);
+}
+
+TestSession::~TestSession()
+{
+    servers.cancelWait();
+}
+
+void TestSession::start(const TestSeries::Plan &plan, DataBudget budget)
+{
+    starting = true;
+    servers.whenSettled([this, plan, budget] {
+        starting = false;
+        controller.setDataBudget(budget);
+        series.start(plan);
+    });
+}
+
+void TestSession::resume(DataBudget budget)
+{
+    starting = true;
+    servers.whenSettled([this, budget] {
+        starting = false;
+        controller.setDataBudget(budget);
+        Q_EMIT resumed(series.resume());
+    });
+}
+
+void TestSession::close()
+{
+    starting = false;
+    servers.cancelWait();
+    series.suspend();
+    controller.abortTest();
+}
+
+} // namespace velometer

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "app/testseries.h"
+#include "data/databudget.h"
+#include "measurement/testcontroller.h"
+
+#include <QObject>
+
+namespace velometer {
+
+class Platform;
+class ServerSelection;
+
+/// The controller and its series as a program holds them: the server is chosen before the first
+/// test begins, and an end of the program keeps what there is. Main thread only. gDB is open.
+class TestSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Everything is borrowed and outlives the session.
+    TestSession(Platform &platform, ServerSelection &servers, TestObserver *observer,
+                QObject *parent);
+    ~TestSession() override;
+
+    TestController &getController() { return controller; }
+    TestSeries &getSeries() { return series; }
+
+    /// Starts as soon as the server is settled, see ServerSelection::whenSettled.
+    void start(const TestSeries::Plan &plan, DataBudget budget);
+    /// The same with the series that was interrupted. Ends in resumed().
+    void resume(DataBudget budget);
+    /// From start() or resume() to the end of the last test.
+    bool isActive() const { return starting || series.isRunning(); }
+
+    /// The program ends: a running test ends now, its partial report goes to the queue, and what is
+    /// left of a series can be resumed.
+    void close();
+
+Q_SIGNALS:
+    /// False: there was no series any more, another program has taken it.
+    void resumed(bool done);
+
+private:
+    ServerSelection &servers;
+    TestController controller;
+    TestSeries series;
+    bool starting = false;
+};
+
+} // namespace velometer

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+namespace velometer {
+
+class TestContext;
+
+/// The texts of the requests that go to the service, byte for byte as it expects them.
+namespace ControlRequests {
+
+/// Asks the web host for a user id; the Host line carries no port.
+QString userId(const QString &uuid);
+QString initialise(const TestContext &context);
+QString uploadResult(const TestContext &context);
+
+/// Posts a report to the test server with this Host line. The body's UTF-8 bytes go out as Latin-1
+/// characters, which the requester encodes once more: the service knows this encoding, and the
+/// length that counts the bytes before it.
+QString report(const QString &hostHeader, const QString &document);
+
+} // namespace ControlRequests
+
+} // namespace velometer

@@ -1,0 +1,122 @@
+#include "measurement/testids.h"
+
+#include "utils/utils.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QStandardPaths>
+#include <QStringList>
+#include <QTimer>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace velometer {
+
+namespace {
+
+/// Ids are drawn in a moment: whoever holds the lock is soon done.
+constexpr auto lockPollInterval = 20ms;
+constexpr int staleLockMs = 30'000;
+
+/// Ids stay where every program that reads them, a script's doubles included, has them exactly.
+constexpr qlonglong maxId = qlonglong(1) << 53;
+
+qlonglong plausible(qlonglong id, qlonglong minimum)
+{
+    return id < minimum || id > maxId ? minimum : id;
+}
+
+qlonglong saved(const QString &key)
+{
+    return Utils::getSettingsCommonValue(key).toLongLong();
+}
+
+/// Beside the settings it guards.
+QString lockFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           "/orvak/ids.lock"_L1;
+}
+
+} // namespace
+
+TestIds::TestIds()
+{
+    load();
+}
+
+void TestIds::load()
+{
+    const qlonglong savedUser = saved(u"UserId"_s);
+    if (savedUser < 1) {
+        return;
+    }
+    user = savedUser;
+    test = plausible(saved(u"TestId"_s), 0);
+    series = plausible(saved(u"SeriesId"_s), 1);
+}
+
+void TestIds::save() const
+{
+    Utils::setSettingsCommonValue(u"UserId"_s, QString::number(user));
+    Utils::setSettingsCommonValue(u"SeriesId"_s, QString::number(series));
+    Utils::setSettingsCommonValue(u"TestId"_s, QString::number(test));
+}
+
+void TestIds::draw(QObject *context, const std::function<void()> &done)
+{
+    underLock(context, &TestIds::nextTest, done);
+}
+
+void TestIds::startNewSeries(QObject *context, const std::function<void()> &done)
+{
+    underLock(context, &TestIds::nextSeries, done);
+}
+
+void TestIds::nextTest()
+{
+    ++test;
+}
+
+void TestIds::nextSeries()
+{
+    ++series;
+    test = 0;
+}
+
+void TestIds::assignUser(bool ok, const QString &answer)
+{
+    const QStringList parts = answer.trimmed().split(u';');
+    user = ok && parts.size() >= 2 ? plausible(parts[0].toLongLong(), 0) : 0;
+    series = user == 0 ? 1 : plausible(parts[1].toLongLong(), 0) + 1;
+    test = 0;
+    if (user == 0) {
+        user = Utils::getTimeInMs();
+    }
+}
+
+void TestIds::underLock(QObject *context, void (TestIds::*change)(),
+                        const std::function<void()> &done)
+{
+    const QString file = lockFile();
+    QDir().mkpath(QFileInfo(file).path());
+    QLockFile lock(file);
+    lock.setStaleLockTime(staleLockMs);
+    // Where no lock can be made, nothing can be saved either, and nobody else draws.
+    if (!lock.tryLock(0ms) && lock.error() == QLockFile::LockFailedError) {
+        QTimer::singleShot(lockPollInterval, context,
+                           [this, context, change, done] { underLock(context, change, done); });
+        return;
+    }
+    load();
+    (this->*change)();
+    save();
+    lock.unlock();
+    done();
+}
+
+} // namespace velometer

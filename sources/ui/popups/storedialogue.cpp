@@ -1,0 +1,62 @@
+#include "ui/popups/storedialogue.h"
+
+#include "db/databasemanager.h"
+#include "ui/popups/messagepopup.h"
+#include "ui/popups/popuplayer.h"
+
+#include <QTimer>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace velometer {
+
+namespace {
+
+/// Lets the waiting popup be painted before the work begins.
+constexpr auto paintTime = 100ms;
+
+} // namespace
+
+StoreDialogue::StoreDialogue(PopupLayer &popupLayer, QWidget *window)
+    : QObject(window)
+    , layer(popupLayer)
+    , waitingPopup(new MessagePopup(window))
+{
+    waitingPopup->setObjectName(u"WaitingPopup"_s);
+    waitingPopup->hide();
+}
+
+void StoreDialogue::tellNotOpened()
+{
+    Q_EMIT notice(tr("ErrorTitle"),
+                  tr("The results in %1 cannot be opened or written. Make room or correct the "
+                     "rights of this folder, then start again.")
+                      .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
+}
+
+void StoreDialogue::empty()
+{
+    waitingPopup->setMessage({tr("Please Wait"), tr("Database is beeing reseted..."), {}, {}});
+    layer.show(waitingPopup);
+    QTimer::singleShot(paintTime, this, &StoreDialogue::work);
+}
+
+void StoreDialogue::work()
+{
+    layer.close(waitingPopup);
+    const bool done = gDB->resetDB();
+    Q_EMIT emptied(done);
+    if (done) {
+        Q_EMIT notice(tr("Clear Database"), tr("Database has been reseted"));
+    } else {
+        Q_EMIT notice(tr("ErrorTitle"),
+                      tr("Nothing was deleted: the results in %1 cannot be written at the moment. "
+                         "Try again when no other program uses them.")
+                          .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
+    }
+}
+
+} // namespace velometer

@@ -1,0 +1,234 @@
+#include "ui/testdisplay.h"
+
+#include "app/testseries.h"
+#include "data/testresults.h"
+#include "db/databasemanager.h"
+#include "measurement/testcontroller.h"
+#include "ui/pages/testtab.h"
+#include "utils/utils.h"
+
+#include <chrono>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace velometer {
+
+namespace {
+
+constexpr auto countDownPeriod = 200ms;
+constexpr int secondsPerMinute = 60;
+
+} // namespace
+
+TestDisplay::TestDisplay(TestTab *page, QObject *parent)
+    : QObject(parent)
+    , testTab(page)
+{
+    connect(&countDown, &ClockTimer::timeout, this, &TestDisplay::updateScreenNextMeasurement);
+}
+
+void TestDisplay::watch(TestController *testController, TestSeries *testSeries)
+{
+    countDown.stop();
+    controller = testController;
+    series = testSeries;
+    if (!series) {
+        return;
+    }
+    connect(series, &TestSeries::missed, this, &TestDisplay::testsMissed);
+    connect(series, &TestSeries::ended, this, &TestDisplay::seriesEnded);
+    // After the series has heard of it: what a single test leaves is said when it is over.
+    connect(controller, &TestController::testEnded, this, &TestDisplay::testEnded);
+}
+
+void TestDisplay::prepare()
+{
+    stoprequestedflag = false;
+    testTab->setGUIDisabled(true);
+}
+
+void TestDisplay::requestStop()
+{
+    stoprequestedflag = true;
+    if (inSeries()) {
+        testTab->setStatusText(tr("aborting..."));
+    }
+}
+
+// ---- Series
+
+bool TestDisplay::inSeries() const
+{
+    return series && series->isRunning() && series->isSeries();
+}
+
+void TestDisplay::startTest()
+{
+    countDown.stop();
+    if (inSeries()) {
+        offerAbort();
+    } else {
+        testTab->setGUIDisabled(true);
+    }
+    testTab->showProgessBar(true);
+    testTab->clearThroughput();
+    setDownloadText(QString());
+    setUploadText(QString());
+    setRTTText(QString());
+    testTab->setDataTransferred(QString());
+}
+
+void TestDisplay::stopTest()
+{
+    testTab->showProgessBar(false);
+    setProgress(0, 1);
+    if (inSeries() && series->hasNext() && !stoprequestedflag) {
+        awaitNext();
+    }
+}
+
+void TestDisplay::offerAbort()
+{
+    testTab->setGUIDisabled(false);
+    testTab->setAbortCaption(tr("Abort Test"));
+}
+
+void TestDisplay::awaitNext()
+{
+    offerAbort();
+    countDown.start(countDownPeriod);
+}
+
+void TestDisplay::seriesEnded()
+{
+    countDown.stop();
+    setStatus(tr("Start Test"));
+    if (series->isSeries()) {
+        setDataTransferred(QString());
+    }
+    testTab->setGUIDisabled(false);
+}
+
+void TestDisplay::updateScreenNextMeasurement()
+{
+    const auto remaining = series->untilNext().count();
+    setStatus(tr("Next measurement in %1:%2 minutes.")
+                  .arg(remaining / secondsPerMinute)
+                  .arg(remaining % secondsPerMinute, 2, 10, QChar(u'0')));
+    countDown.start(countDownPeriod);
+}
+
+void TestDisplay::testsMissed(int first, int last)
+{
+    const int count = series->getCount();
+    if (last == count && series->getNumber() == count) {
+        Q_EMIT notice(tr("Test Series"),
+                      tr("The interrupted series is over: its tests from %1 to %2 were missed.")
+                          .arg(first)
+                          .arg(last));
+    } else {
+        testTab->addNote(
+            tr("Tests from %1 to %2 of %3 were missed.").arg(first).arg(last).arg(count));
+    }
+}
+
+// An unattended series is not stopped by a notice; what it lost is told when it is over.
+void TestDisplay::testEnded(const TestOutcome &outcome)
+{
+    resultLost |= outcome.storeFailed;
+    if (series->isRunning()) {
+        return;
+    }
+    if (std::exchange(resultLost, false)) {
+        Q_EMIT notice(tr("ErrorTitle"),
+                      tr("The test could not be stored in %1. Make room or correct "
+                         "the rights of this folder.")
+                          .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
+        return;
+    }
+    const TestResults *record = controller->getTestResults();
+    if (outcome.end == TestOutcome::End::Completed && record &&
+        !record->phasesCutByBudget().isEmpty()) {
+        testTab->addNote(tr("The data budget ended the test early."));
+    }
+    if (!outcome.reportDelivered && outcome.queueId) {
+        testTab->addNote(tr("The report waits and goes out with the next test."));
+    }
+}
+
+// ---- What a test reports
+
+void TestDisplay::setStatus(QString text)
+{
+    if (!inSeries()) {
+        testTab->setStatusText(text);
+        return;
+    }
+    const int number = series->getNumber() + (series->isTesting() ? 0 : 1);
+    testTab->setDataTransferred(
+        u"%1/%2: %3"_s.arg(QString::number(number), QString::number(series->getCount()), text));
+}
+
+void TestDisplay::setProgressMax(int max)
+{
+    testTab->setProgressMaxValue(max);
+}
+
+void TestDisplay::setProgressValue(int value)
+{
+    testTab->setProgressValue(value);
+}
+
+void TestDisplay::setProgress(int value, int max)
+{
+    testTab->setProgressMaxValue(max);
+    testTab->setProgressValue(value);
+}
+
+void TestDisplay::setDownloadText(QString text)
+{
+    testTab->setDownloadText(text);
+}
+
+void TestDisplay::setUploadText(QString text)
+{
+    testTab->setUploadText(text);
+}
+
+void TestDisplay::setRTTText(QString text)
+{
+    testTab->setRTTText(text);
+}
+
+void TestDisplay::setDataTransferred(QString text)
+{
+    if (!inSeries() || !series->hasNext()) {
+        testTab->setDataTransferred(text);
+    }
+}
+
+void TestDisplay::setErrorText(QString text)
+{
+    if (inSeries()) {
+        return;
+    }
+    Utils::addLogEntry(u"Error: %1"_s.arg(text));
+    Q_EMIT notice(tr("ErrorTitle"), text.toHtmlEscaped());
+}
+
+void TestDisplay::setInformation(QString server, QString seriesId, QString testId, QString position)
+{
+    testTab->setTestserver(server);
+    // Before the first test there is no series yet.
+    testTab->setTestSeries(seriesId == "0"_L1 ? tr("na") : seriesId + u'/' + testId);
+    testTab->setPosition(position);
+}
+
+void TestDisplay::setThroughput(int resulttype, int interval, qint64 bytes)
+{
+    testTab->addThroughput(resulttype, interval, bytes);
+}
+
+} // namespace velometer
