@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/exitstatus.h"
-#include "cli/testsummary.h"
+#include "data/finishedtest.h"
 #include "measurement/testcontroller.h"
 #include "measurement/testhost.h"
 #include "measurement/testobserver.h"

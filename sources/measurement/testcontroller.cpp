@@ -4,7 +4,8 @@
 #include "context/locationhelper.h"
 #include "context/networkinfohelper.h"
 #include "data/result.h"
-#include "data/testdetails.h"
+#include "data/surroundings.h"
+#include "data/testreport.h"
 #include "data/testresultlog.h"
 #include "data/testserver.h"
 #include "db/databasemanager.h"
@@ -17,6 +18,7 @@
 #include "measurement/uploadtest.h"
 #include "platform/platform.h"
 #include "utils/deployment.h"
+#include "utils/units.h"
 #include "utils/utils.h"
 
 #include <QLockFile>
@@ -65,7 +67,7 @@ QString described(const NetworkConfiguration &configuration)
 
 QString kiloBitsPerSecond(qint64 bitsPerSecond)
 {
-    return QString::number(static_cast<double>(bitsPerSecond) / 1000.0, 'f', 0) + " kBit/s"_L1;
+    return Units::kiloBitRate(static_cast<double>(bitsPerSecond));
 }
 
 bool isOk(bool ok, const QString &header)
@@ -233,6 +235,7 @@ void TestController::prepare()
     testServer = selectedServer;
     dataBudget = nextBudget;
     outcome = TestOutcome();
+    finished = FinishedTest();
     concluded = false;
     testScope = std::make_unique<QObject>();
     running = true;
@@ -523,7 +526,7 @@ void TestController::runRtt()
 void TestController::markRttEnd()
 {
     const int average = testResults->getRTTResult()->getResponseAvg();
-    observer->setRTTText(average >= 1 ? u"%1 ms"_s.arg(average / 1000000) : tr("na"));
+    observer->setRTTText(average >= 1 ? Units::wholeMilliseconds(average) : tr("na"));
     showInformation();
     observer->setStatus(tr("testphase_wait"));
     testResults->setRttLocationEnd(locationhelper->getDoubleLocation());
@@ -537,7 +540,7 @@ void TestController::submitReport()
     testResults->setAllLocations(locationhelper->getAllLocations());
     testResults->calculateAdditionalValues();
     observer->setStatus(tr("testphase_sendresults"));
-    xmldata = testResults->toXML(this);
+    makeReport();
     testResults->setSizeOfXmInBytes(xmldata->xml.toUtf8().size());
     postReport();
 }
@@ -574,9 +577,8 @@ void TestController::storeAndResubmit()
         const QString prefix =
             mode.isEmpty() ? QString() : Utils::trConnectionTypeShort(mode) + u' ';
         showInformation();
-        observer->setDataTransferred(
-            tr("DataTransferred") + prefix + ": "_L1 +
-            testResults->getDetailsResults(this)->getFormatedStringByKey(u"totalBytes"_s));
+        observer->setDataTransferred(tr("DataTransferred") + prefix + ": "_L1 +
+                                     Units::megabytes(finished.totalBytes()));
     }
     xmldata = gDB->getNextUnsentXMLFile(lastId);
     if (!xmldata) {
@@ -585,23 +587,26 @@ void TestController::storeAndResubmit()
     resubmit();
 }
 
+void TestController::makeReport()
+{
+    finished = testResults->finished(Surroundings::of(*this));
+    xmldata = TestReport::document(finished);
+}
+
 void TestController::storeTest()
 {
     concluded = true;
-    const auto details = testResults->getDetailsResults(this);
-    const qulonglong id = gDB->storeTestResults(testResults);
+    noteOutcome();
+    const qulonglong id = gDB->storeTest(finished);
     testResults->setMyTestId(static_cast<qlonglong>(id));
-    details->setMyTestId(static_cast<qlonglong>(id));
     outcome.storedId = id;
-    if (id == 0 || !gDB->storeTestDetails(details.get())) {
-        outcome.storeFailed = true;
-    }
-    for (const Result *phase : {testResults->getDownloadResult(), testResults->getUploadResult()}) {
-        if (id != 0 && phase &&
-            !gDB->storeIntervals(id, phase->getResultType(), phase->getIntervallValuesByte())) {
-            outcome.storeFailed = true;
-        }
-    }
+    outcome.storeFailed |= id == 0;
+}
+
+void TestController::noteOutcome()
+{
+    finished.storedId = Known::atLeast(1, static_cast<qint64>(outcome.storedId));
+    finished.report = {outcome.reportDelivered, Known::atLeast(0, outcome.queueId), outcome.resent};
 }
 
 void TestController::resubmit()
@@ -711,7 +716,7 @@ void TestController::keepUnfinishedTest()
 void TestController::queuePartialReport()
 {
     testResults->setTimestamp(Utils::getTimeInMs());
-    xmldata = testResults->toXML(this);
+    makeReport();
     queueReport();
 }
 
@@ -732,6 +737,10 @@ void TestController::endTest(TestOutcome::End end, const QString &errorText)
     testScope.reset();
     outcome.end = end;
     outcome.waiting = gDB->countUnsentXMLFiles();
+    if (!finished.timestamp) {
+        finished = Surroundings::of(*this); // it did not get as far as a report
+    }
+    noteOutcome();
     const TestOutcome ended = outcome;
     observer->stopTest();
     if (!errorText.isEmpty()) {

@@ -103,6 +103,8 @@ public:
     /// runTests.
     const TestResults *getTestResults() const { return testResults; }
     const TestOutcome &getOutcome() const { return outcome; }
+    /// Everything known of the test that ended last, whatever its end.
+    const FinishedTest &getFinishedTest() const { return finished; }
     Phase getPhase() const { return teststatus; }
 
     // MeasurementContext
@@ -162,9 +164,11 @@ private:
     void takeLogEntry(const QString &name, Phase next);
     void addInitFailedEntry();
     void reachabilityChecked(qlonglong rtt);
+    void makeReport();
     void queuePartialReport();
     void queueReport();
     void storeTest();
+    void noteOutcome();
     void resubmit();
     void postReport();
     void request(const QString &text);
@@ -199,6 +203,7 @@ private:
     HttpGetRequester *httpgetter;
     std::unique_ptr<NetworkSession> netsession;
     std::unique_ptr<XMLData> xmldata; ///< the report being submitted
+    FinishedTest finished;            ///< what that report, the store and the observer are told
     Phase teststatus = Phase::Init;
 
     bool running = false;
