@@ -165,6 +165,12 @@ Real moved(const FinishedTest &test, double value)
     return test.position.latitude && value >= 0 ? Real(value) : Real();
 }
 
+/// Of a test without a budget there is nothing to say.
+Flag budgetReached(const FinishedTest::Budget &budget)
+{
+    return budget.bytes || budget.reached ? Flag(budget.reached.has_value()) : Flag();
+}
+
 QString localTime(const FinishedTest &test, const QString &format)
 {
     return QDateTime::fromMSecsSinceEpoch(test.timestamp.value_or(0)).toString(format);
@@ -238,8 +244,6 @@ QList<TestField> makeTable()
         field("upload.valid", None, "uploadValid", AT(upload.valid)),
         list("upload.interval_bytes", Bytes, Result::Upload, AT(upload.intervalBytes)),
         derived("", Bytes, "totalBytes", [](T test) { return test.totalBytes(); }),
-        field("", Bytes, "dataBudget", AT(budget.bytes)),
-        field("", None, "budgetReached", AT(budget.reached)),
 
         field("rtt.min_ns", Nanoseconds, "rttMinimum", AT(rtt.minimum)),
         field("rtt.avg_ns", Nanoseconds, "rttAverage", AT(rtt.average)),
@@ -295,6 +299,10 @@ QList<TestField> makeTable()
         field("device.product", None, "deviceProduct", AT(device.product)),
         field("device.model", None, "deviceModel", AT(device.model)),
         field("device.platform", None, "devicePlatform", AT(device.platform)),
+
+        field("budget.max_bytes", Bytes, "dataBudget", AT(budget.bytes)),
+        derived("budget.reached", None, "", [](T test) { return budgetReached(test.budget); }),
+        field("", None, "budgetReached", AT(budget.reached)),
 
         field("report.delivered", None, "reportDelivered", AT(report.delivered)),
         field("report.queue_id", Identity, "reportQueueId", AT(report.queueId)),

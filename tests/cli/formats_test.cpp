@@ -98,6 +98,7 @@ private Q_SLOTS:
         refused.download = {{}, {}, {}, 0, 0, {}, {}, {}, false, QList<qint64>()};
         refused.position = {};
         refused.network.cell = 0;
+        refused.budget.reached.reset();
         refused.serverMaximumRate.reset();
         row("0 is no unknown", refused);
         row("nothing", {});
