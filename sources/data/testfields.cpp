@@ -184,11 +184,7 @@ QString domain(const FinishedTest &test)
 }
 
 // A line without it would be three.
-#define AT(member)                                                                                 \
-    [](auto &test) -> auto &                                                                       \
-    {                                                                                              \
-        return test.member;                                                                        \
-    }
+#define AT(member) ([](auto &test) -> auto & { return test.member; })
 
 QList<TestField> makeTable()
 {
