@@ -316,6 +316,9 @@ bool DatabaseManager::deleteUnsentXMLFile(int id)
 {
     // Row ids are used again: a test that keeps one must not take the next report for its own.
     Transaction transaction(db);
+    if (!transaction.isOpen()) {
+        return false;
+    }
     for (const auto &statement : {UPDATE_DELIVERED, DELETE_REPORTQUEUEID, DELETE_UNSENTXMLFILE}) {
         QSqlQuery query(db);
         if (!query.exec(QString(statement).arg(id))) {

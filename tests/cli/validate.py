@@ -9,7 +9,7 @@ with open(sys.argv[1], encoding="utf-8") as file:
     schema = json.load(file)
 Draft202012Validator.check_schema(schema)
 status = 0
-for line in sys.stdin:
+for line in filter(str.strip, sys.stdin):
     value = json.loads(line)
     definition = "event" if "event" in value else "test"
     validator = Draft202012Validator({**schema, "anyOf": [{"$ref": f"#/$defs/{definition}"}]})

@@ -193,11 +193,11 @@ private Q_SLOTS:
     /// By the tests above.
     void whatWasPrintedFollowsTheSchema()
     {
-        QByteArray lines;
+        QByteArray lines = "\n";
         for (const QByteArray &line : printed.split('\n')) {
             lines += line.startsWith('{') ? line + '\n' : QByteArray();
         }
-        for (const char *kind : {"{\"device", "\"event\":\"progress", "\"event\":\"phase",
+        for (const char *kind : {"\n{\"budget", "\"event\":\"progress", "\"event\":\"phase",
                                  "\"event\":\"error", "\"event\":\"result"}) {
             QVERIFY2(lines.contains(kind), kind);
         }

@@ -4,6 +4,7 @@
 #include "data/surroundings.h"
 #include "data/testresultlog.h"
 #include "data/testresults.h"
+#include "support/fakeclock.h"
 #include "support/fakecontext.h"
 
 #include <cmath>
@@ -17,6 +18,7 @@ class WholeTest
 public:
     WholeTest()
     {
+        const FakeClock clock; // the log entry's
         setUpContext();
         record.setTimestamp(1'700'000'000'123);
         record.getInitialValues()->remoteInitialValuesLoaded(QStringLiteral(
@@ -39,8 +41,15 @@ public:
         record.setServerSideUploadSpeeds(14'100'000, 14'200'000, 14'300'000);
         record.setRTTResult(new Result(8083, {{1, 31'400'000}, {3, 29'300'000}, {2, -1}}, &record));
 
-        record.setDownloadLocationStart(location(47.0, 20, 1'700'000'000'000));
-        record.setRttLocationEnd(location(47.009, 24, 1'700'000'061'000));
+        record.setDownloadLocationStart(location(0));
+        record.setDownloadLocationEnd(location(1));
+        record.setUploadLocationStart(location(2));
+        record.setUploadLocationEnd(location(3));
+        record.setRttLocationStart(location(4));
+        record.setRttLocationEnd(location(5));
+        record.setAllLocations({{1'700'000'001'000, 8.51, 47.25, 407, 5, 8, true},
+                                {1'700'000'002'000, 8.52, 47.26, -1, 50, -1, false}});
+        record.setUserRating(2.5F);
         record.calculateAdditionalValues();
         auto *entry = new TestResultLog(context.network.get(), context.location.get(),
                                         QStringLiteral("RttEnd"), &context, &record);
@@ -68,14 +77,16 @@ private:
         net.mode = NetworkMode::Lte;
         net.status[NetworkMode::Lte] = NetworkStatus::Roaming;
         net.signal[NetworkMode::Lte] = 71;
-        net.name[NetworkMode::Lte] = QStringLiteral("=Z\u00fcrich \"Net\"\x1b[31m, 'A'");
+        net.name[NetworkMode::Lte] = QStringLiteral("=Z\u00fcrich \"Net\"\x1b[31m, 'A' ]]> \u00c4");
         net.mcc = QStringLiteral("228");
         net.mnc = QStringLiteral("01");
         net.homeMcc = QStringLiteral("229");
         net.homeMnc = QStringLiteral("02");
         net.cell = 28'394'241;
         net.lac = 4711;
+        context.platform.device.manufacturer = QStringLiteral("Bob's <Works>");
         context.network = std::make_unique<NetworkInfoHelper>(context.platform, nullptr);
+        context.device = std::make_unique<DeviceInfoHelper>(context.platform, nullptr);
         context.server = std::make_unique<TestServer>(
             QStringLiteral("Server <1>"), QStringLiteral("speed.example"), 8080, QString(),
             QStringLiteral("City"), QStringLiteral("State"), QStringLiteral("CH"), nullptr);
@@ -95,15 +106,16 @@ private:
         return table;
     }
 
-    static TestResults::Location location(double latitude, double accuracy, qint64 ms)
+    /// 200 m and 12 s further north each.
+    static TestResults::Location location(int number)
     {
         auto place = std::make_unique<DoubleLocation>();
-        place->setLatitude(latitude);
+        place->setLatitude(47 + number * 0.0018);
         place->setLongitude(8.5);
-        place->setAltitude(400);
-        place->setAccuracyVert(accuracy);
-        place->setAccuracyHor(accuracy + 3);
-        place->setTime(ms);
+        place->setAltitude(400 + number);
+        place->setAccuracyVert(20 + 2 * number);
+        place->setAccuracyHor(23 + 2 * number);
+        place->setTime(1'700'000'000'000 + number * 12'200);
         return place;
     }
 };

@@ -55,7 +55,7 @@ private Q_SLOTS:
                   "GSM Signalstrength=55|External IP=10.0.0.3|Device IP=192.0.2.2|"
                   "Device Latitude=47.22600|Device Longitude=-8.81800|Device Altitude=412 m|"
                   "Distance Traveled=1001 m|Average Velocity=55 km/h|"
-                  "Vert. Accuracy of GPS/Network=22 m|Hor. Accuracy of GPS/Network=25 m|"
+                  "Vert. Accuracy of GPS/Network=25 m|Hor. Accuracy of GPS/Network=28 m|"
                   "Test Server Info|Server Name=speed.example|Server Domain=example|"
                   "Server IP=192.0.2.1|Server Port=8080|Server Country=CH|"
                   "Server State=State|Server City=City|"
