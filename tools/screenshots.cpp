@@ -2,7 +2,6 @@
 // made-up tests. Run by scripts/screenshots on an X server of its own.
 //     velometer_screenshots FOLDER SHELL LANGUAGE
 
-#include "data/testdetails.h"
 #include "db/databasemanager.h"
 #include "measurement/testcontroller.h"
 #include "platform/platform.h"
@@ -21,9 +20,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QScreen>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -70,95 +66,64 @@ const Example examples[] = {
      8.8255},
 };
 
-bool run(const QString &statement)
-{
-    QSqlQuery query(QSqlDatabase::database());
-    if (query.exec(statement)) {
-        return true;
-    }
-    std::fprintf(stderr, "%s\n", qPrintable(query.lastError().text()));
-    return false;
-}
-
 /// Bytes per 100 ms that wander round a rate.
-IntervalTable wander(double bitsPerSecond)
+QList<qint64> wander(double bitsPerSecond)
 {
-    IntervalTable bytes;
+    QList<qint64> bytes;
     for (int i = 0; i < 70; ++i) {
         const double ramp = std::min(1.0, (i + 1) / 8.0);
         const double wave = 1.0 + 0.12 * std::sin(i / 3.1) + 0.07 * std::sin(i * 1.7);
-        bytes.insert(i, static_cast<qint64>(bitsPerSecond / 80 * ramp * wave));
+        bytes.append(static_cast<qint64>(bitsPerSecond / 80 * ramp * wave));
     }
     return bytes;
 }
 
+/// Nothing of a rate that was not measured.
+FinishedTest::Throughput phase(double bitsPerSecond, double maximum)
+{
+    FinishedTest::Throughput phase;
+    phase.valid = bitsPerSecond > 0;
+    if (*phase.valid) {
+        phase.averageRate = std::llround(bitsPerSecond);
+        phase.maximumRate = std::llround(bitsPerSecond * maximum);
+        phase.bytes = std::llround(bitsPerSecond * 7 / 8);
+        phase.intervalBytes = wander(bitsPerSecond);
+    }
+    return phase;
+}
+
 bool fill()
 {
-    qulonglong id = 0;
     bool stored = true;
     // The newest test stands first, and has the highest id.
     for (auto example = std::rbegin(examples); example != std::rend(examples); ++example) {
         const Example &each = *example;
-        ++id;
-        const QString type = QString::fromLatin1(each.type);
-        stored =
-            stored &&
-            run(u"INSERT INTO testresults(id,timestamp,seriesid,testid,downloadSpeed,uploadSpeed,"
-                "uploadSpeedClient,rtt,connectionType,location,server,velocity,distance,"
-                "accuracyvert,accuracyhor,distanceDurationInSeconds) VALUES(%1,%2,%3,%4,%5,%6,%6,"
-                "%7,'%8','%9'"_s.arg(id)
-                    .arg(each.time * 1000)
-                    .arg(each.series)
-                    .arg(each.test)
-                    .arg(each.download, 0, 'f', 0)
-                    .arg(each.upload, 0, 'f', 0)
-                    .arg(each.rtt)
-                    .arg(type, QString::fromLatin1(each.location)) +
-                u",'%1',5,120,8,12,17)"_s.arg(QString::fromLatin1(each.server)));
-        TestDetails details(nullptr, static_cast<qlonglong>(id));
-        const auto figure = [&](const QString &key, double value) {
-            if (value > 0) {
-                details.putLong(key, static_cast<qlonglong>(value));
-            }
-        };
-        figure(u"downloadAverage"_s, each.download);
-        figure(u"downloadMaximum"_s, each.download * 1.09);
-        figure(u"uploadAverage"_s, each.upload);
-        figure(u"uploadMaximum"_s, each.upload * 1.06);
-        figure(u"rttAverage"_s, each.rtt * 1e6);
-        figure(u"rttMinimum"_s, each.rtt * 0.9e6);
-        figure(u"downloadedBytes"_s, each.download * 7 / 8);
-        figure(u"uploadedBytes"_s, each.upload * 7 / 8);
-        details.putLong(u"totalBytes"_s,
-                        static_cast<qlonglong>((each.download + each.upload) * 7 / 8) + 9000);
-        details.putString(u"connectionType"_s, type);
-        details.putString(u"networkCell"_s, u"28394241"_s);
-        details.putString(u"gsmSignalStrength"_s, u"71"_s);
-        details.putString(u"deviceIP"_s, u"198.51.100.23"_s);
-        details.putString(u"externalIP"_s, u"10.62.1.7"_s);
-        details.putDouble(u"deviceLatitude"_s, each.latitude);
-        details.putDouble(u"deviceLongitude"_s, each.longitude);
-        details.putDouble(u"deviceAltitude"_s, 412);
-        details.putDouble(u"deviceDistance"_s, 120);
-        details.putDouble(u"deviceVelocity"_s, 5);
-        details.putDouble(u"deviceAccuracyVert"_s, 900);
-        details.putDouble(u"deviceAccuracyHor"_s, 120);
-        details.putString(u"testServerName"_s, u"Swisscom"_s);
-        details.putString(u"testServerDomain"_s, u"example"_s);
-        details.putString(u"testServerIP"_s, u"192.0.2.10"_s);
-        details.putLong(u"testServerPort"_s, 80);
-        details.putString(u"testServerCountry"_s, u"CH"_s);
-        details.putString(u"testServerState"_s, u"Zürich"_s);
-        details.putString(u"testServerCity"_s, u"Zürich"_s);
-        details.putLong(u"testDate"_s, each.time * 1000);
-        details.putLong(u"testTime"_s, each.time * 1000);
-        details.putLong(u"testSeriesId"_s, each.series);
-        details.putLong(u"testTestId"_s, each.test);
-        stored = stored && gDB->storeTestDetails(&details);
-        if (each.download > 0) {
-            stored = stored && gDB->storeIntervals(id, 1, wander(each.download)) &&
-                     gDB->storeIntervals(id, 2, wander(each.upload));
+        FinishedTest test;
+        test.timestamp = each.time * 1000;
+        test.seriesId = each.series;
+        test.testId = each.test;
+        test.location = QString::fromLatin1(each.location);
+        test.server = {u"Swisscom"_s,
+                       QString::fromLatin1(each.server),
+                       u"Zürich"_s,
+                       u"Zürich"_s,
+                       u"CH"_s,
+                       u"192.0.2.10"_s,
+                       80};
+        test.download = phase(each.download, 1.09);
+        test.upload = phase(each.upload, 1.06);
+        if (each.rtt > 0) {
+            test.rtt.average = each.rtt * 1'000'000;
+            test.rtt.minimum = each.rtt * 900'000;
         }
+        test.tcp.publicIp = u"10.62.1.7"_s;
+        test.tcp.deviceIp = u"198.51.100.23"_s;
+        test.network.type = QString::fromLatin1(each.type);
+        test.network.cell = 28'394'241;
+        test.network.cellularSignal = 71;
+        test.position = {each.latitude, each.longitude, 412, 120, 900};
+        test.movement = {5, 120, -1, 120, 900};
+        stored = stored && gDB->storeTest(test) != 0;
     }
     return stored;
 }

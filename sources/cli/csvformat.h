@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/testsummary.h"
+#include "data/finishedtest.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -9,12 +9,12 @@ namespace velometer {
 
 class TestServer;
 
-/// Tables for spreadsheets: a header line, then one line a row, ended by CR LF. Never translated. A
-/// cell that nothing is known about is empty.
+/// Tables for spreadsheets, of a test made from the table of fields: a header line, then one line a
+/// row, ended by CR LF. Never translated. A cell that nothing is known about is empty.
 namespace CsvFormat {
 
 QByteArray testHeader();
-QByteArray test(const TestSummary &summary);
+QByteArray test(const FinishedTest &test);
 
 QByteArray serverHeader();
 QByteArray server(const TestServer &server, bool selected);

@@ -6,6 +6,7 @@
 #include "context/deviceinfohelper.h"
 #include "context/locationhelper.h"
 #include "context/networkinfohelper.h"
+#include "data/surroundings.h"
 #include "platform/platform.h"
 #include "utils/cleantext.h"
 
@@ -27,13 +28,13 @@ constexpr int radioPolls = 2s / pollInterval;
 /// Cell and location area are known once a second.
 constexpr auto watchInterval = 1s;
 
-TestSummary::Text known(const QString &value)
+FinishedTest::Text known(const QString &value)
 {
     const QString clean = cleanText(value).trimmed();
-    return clean.isEmpty() || clean == "-1"_L1 ? TestSummary::Text() : TestSummary::Text(clean);
+    return clean.isEmpty() || clean == "-1"_L1 ? FinishedTest::Text() : FinishedTest::Text(clean);
 }
 
-QJsonValue orNull(const TestSummary::Text &value)
+QJsonValue orNull(const FinishedTest::Text &value)
 {
     return value ? QJsonValue(*value) : QJsonValue(QJsonValue::Null);
 }
@@ -56,13 +57,13 @@ std::optional<int> wholeNumber(const QString &text)
     return ok && value >= 0 ? std::optional(value) : std::nullopt;
 }
 
-TestSummary::Text number(const std::optional<double> &value)
+FinishedTest::Text number(const std::optional<double> &value)
 {
-    return value ? TestSummary::Text(QString::number(*value, 'f', 1)) : TestSummary::Text();
+    return value ? FinishedTest::Text(QString::number(*value, 'f', 1)) : FinishedTest::Text();
 }
 
 /// Fixed names: what programs read is not translated.
-TestSummary::Text meteredName(const PlatformFacts &facts)
+FinishedTest::Text meteredName(const PlatformFacts &facts)
 {
     if (!facts.metered) {
         return {};
@@ -71,7 +72,7 @@ TestSummary::Text meteredName(const PlatformFacts &facts)
     return facts.meteredGuessed ? name + "-guessed"_L1 : name;
 }
 
-TestSummary::Text connectivityName(PlatformFacts::Connectivity connectivity)
+FinishedTest::Text connectivityName(PlatformFacts::Connectivity connectivity)
 {
     switch (connectivity) {
     case PlatformFacts::Connectivity::Unknown: break;
@@ -227,7 +228,7 @@ QList<DeviceContext::Fact> DeviceContext::facts() const
     const PlatformFacts extra = platform.facts();
     const bool located = location->getLocationStatus() != 0;
     const auto ofPosition = [&](const QString &value) {
-        return located ? known(value) : TestSummary::Text();
+        return located ? known(value) : FinishedTest::Text();
     };
     return {
         {u"version"_s, tr("Version"), QStringLiteral(VELOMETER_VERSION)},
@@ -272,7 +273,7 @@ QList<DeviceContext::Fact> DeviceContext::facts() const
 
 QString DeviceContext::text() const
 {
-    QList<std::pair<QString, TestSummary::Text>> rows;
+    QList<std::pair<QString, FinishedTest::Text>> rows;
     for (const Fact &fact : facts()) {
         rows.append({fact.label, fact.value});
     }
@@ -285,7 +286,12 @@ QString DeviceContext::text() const
 
 QByteArray DeviceContext::json() const
 {
-    QJsonObject net = JsonFormat::network(TestSummary::networkOf(*network));
+    FinishedTest here;
+    here.network = Surroundings::network(*network);
+    here.position = Surroundings::position(*location);
+    here.device = Surroundings::device(*device);
+    const QJsonObject ofTest = JsonFormat::test(here);
+    QJsonObject net = ofTest.value("network"_L1).toObject();
     net.insert("status"_L1, orNull(known(network->getNetworkstatus())));
     net.insert("wlan_signal"_L1, orNull(wholeNumber(network->getWlansignal())));
     const PlatformFacts extra = platform.facts();
@@ -296,17 +302,16 @@ QByteArray DeviceContext::json() const
     net.insert("ssid"_L1, orNull(known(extra.ssid)));
     net.insert("metered"_L1, orNull(meteredName(extra)));
     net.insert("connectivity"_L1, orNull(connectivityName(extra.connectivity)));
-    QJsonObject dev = JsonFormat::device(TestSummary::deviceOf(*device));
+    QJsonObject dev = ofTest.value("device"_L1).toObject();
     dev.insert("imei"_L1, orNull(known(device->getImei())));
     dev.insert("imsi"_L1, orNull(known(device->getImsi())));
-    const QJsonValue position = JsonFormat::position(TestSummary::positionOf(*location));
     const QJsonObject satellites{
         {u"in_use"_s, orNull(known(location->getSatInUse()))},
         {u"in_view"_s, orNull(known(location->getSatInView()))},
     };
     return JsonFormat::line({{u"version"_s, QStringLiteral(VELOMETER_VERSION)},
                              {u"network"_s, net},
-                             {u"position"_s, position},
+                             {u"position"_s, ofTest.value("position"_L1)},
                              {u"position_source"_s, orNull(known(location->getSourceName()))},
                              {u"satellites"_s, satellites},
                              {u"device"_s, dev},

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/testsummary.h"
+#include "data/finishedtest.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -50,7 +50,7 @@ private:
     {
         QString name; ///< fixed
         QString label;
-        TestSummary::Text value;
+        FinishedTest::Text value;
     };
 
     void poll();

@@ -21,23 +21,23 @@ QString degrees(double value)
     return QString::number(value, 'f', degreeDecimals);
 }
 
-QString description(const TestSummary &summary)
+QString description(const FinishedTest &test)
 {
     QStringList parts;
-    const auto add = [&](QLatin1StringView name, const TestSummary::Number &value,
+    const auto add = [&](QLatin1StringView name, const FinishedTest::Number &value,
                          QLatin1StringView unit) {
         if (value) {
             parts.append(u"%1 %2 %3"_s.arg(name, QString::number(*value), unit));
         }
     };
-    add("download"_L1, summary.download.averageRate, "bit/s"_L1);
-    add("upload"_L1, summary.uploadRate(), "bit/s"_L1);
-    add("round-trip time"_L1, summary.rtt.average, "ns"_L1);
-    if (summary.network.type) {
-        parts.append(*summary.network.type);
+    add("download"_L1, test.download.averageRate, "bit/s"_L1);
+    add("upload"_L1, test.uploadRate(), "bit/s"_L1);
+    add("round-trip time"_L1, test.rtt.average, "ns"_L1);
+    if (test.network.type) {
+        parts.append(*test.network.type);
     }
-    if (summary.server.host) {
-        parts.append(*summary.server.host);
+    if (test.server.host) {
+        parts.append(*test.server.host);
     }
     return parts.join(u"; "_s);
 }
@@ -52,15 +52,16 @@ QByteArray geoJsonBegin()
            "\n";
 }
 
-QByteArray geoJsonFeature(const TestSummary &summary, bool first)
+QByteArray geoJsonFeature(const FinishedTest &test, bool first)
 {
     QJsonObject feature{{u"type"_s, u"Feature"_s},
                         {u"geometry"_s, QJsonValue::Null},
-                        {u"properties"_s, JsonFormat::test(summary)}};
-    if (summary.position) {
-        QJsonArray coordinates{summary.position->longitude, summary.position->latitude};
-        if (summary.position->altitude) {
-            coordinates.append(*summary.position->altitude);
+                        {u"properties"_s, JsonFormat::test(test)}};
+    const FinishedTest::Position &position = test.position;
+    if (position.latitude) {
+        QJsonArray coordinates{*position.longitude, *position.latitude};
+        if (position.altitude) {
+            coordinates.append(*position.altitude);
         }
         feature.insert("geometry"_L1,
                        QJsonObject{{u"type"_s, u"Point"_s}, {u"coordinates"_s, coordinates}});
@@ -81,25 +82,26 @@ QByteArray gpxBegin()
            "xmlns=\"http://www.topografix.com/GPX/1/1\">\n";
 }
 
-QByteArray gpxWaypoint(const TestSummary &summary)
+QByteArray gpxWaypoint(const FinishedTest &test)
 {
-    if (!summary.position) {
+    const FinishedTest::Position &position = test.position;
+    if (!position.latitude) {
         return {};
     }
     QByteArray text;
     QXmlStreamWriter xml(&text);
     xml.writeStartElement(u"wpt"_s);
-    xml.writeAttribute(u"lat"_s, degrees(summary.position->latitude));
-    xml.writeAttribute(u"lon"_s, degrees(summary.position->longitude));
-    if (summary.position->altitude) {
-        xml.writeTextElement(u"ele"_s, QString::number(*summary.position->altitude, 'f', 1));
+    xml.writeAttribute(u"lat"_s, degrees(*position.latitude));
+    xml.writeAttribute(u"lon"_s, degrees(*position.longitude));
+    if (position.altitude) {
+        xml.writeTextElement(u"ele"_s, QString::number(*position.altitude, 'f', 1));
     }
-    if (summary.timestamp) {
-        xml.writeTextElement(u"time"_s, JsonFormat::timestamp(*summary.timestamp));
+    if (test.timestamp) {
+        xml.writeTextElement(u"time"_s, JsonFormat::timestamp(*test.timestamp));
     }
-    xml.writeTextElement(
-        u"name"_s, u"%1/%2"_s.arg(summary.seriesId.value_or(0)).arg(summary.testId.value_or(0)));
-    xml.writeTextElement(u"desc"_s, description(summary));
+    xml.writeTextElement(u"name"_s,
+                         u"%1/%2"_s.arg(test.seriesId.value_or(0)).arg(test.testId.value_or(0)));
+    xml.writeTextElement(u"desc"_s, description(test));
     xml.writeEndElement();
     return text + '\n';
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/testsummary.h"
+#include "data/finishedtest.h"
 
 #include <QByteArray>
 
@@ -13,12 +13,12 @@ namespace ExportFormat {
 QByteArray geoJsonBegin();
 /// A feature with the test's JSON object as its properties; without a position its geometry is
 /// null.
-QByteArray geoJsonFeature(const TestSummary &summary, bool first);
+QByteArray geoJsonFeature(const FinishedTest &test, bool first);
 QByteArray geoJsonEnd();
 
 QByteArray gpxBegin();
 /// A waypoint; empty for a test without a position.
-QByteArray gpxWaypoint(const TestSummary &summary);
+QByteArray gpxWaypoint(const FinishedTest &test);
 QByteArray gpxEnd();
 
 } // namespace ExportFormat

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/testsummary.h"
+#include "data/finishedtest.h"
 
 #include <QByteArray>
 #include <QJsonObject>
@@ -17,18 +17,15 @@ namespace JsonFormat {
 /// Version of test()'s fields.
 inline constexpr int schemaVersion = 1;
 
-QJsonObject test(const TestSummary &summary);
-QJsonObject network(const TestSummary::Network &network);
-/// Null when there is no position.
-QJsonValue position(const std::optional<TestSummary::Position> &position);
-QJsonObject device(const TestSummary::Device &device);
+/// Made from the table of fields; see docs/json-schema.json.
+QJsonObject test(const FinishedTest &test);
 QJsonObject server(const TestServer &server, bool selected);
 
 /// The events of a stream.
 QJsonObject phaseEvent(const QString &phase, int test, int count);
 /// @p value of @p max: ms while data flows, connects in the round-trip phase.
 QJsonObject progressEvent(int value, int max);
-QJsonObject resultEvent(const TestSummary &summary);
+QJsonObject resultEvent(const FinishedTest &test);
 QJsonObject errorEvent(const QString &message, int status);
 
 /// @p object on one line, with its line end.

@@ -7,8 +7,8 @@
 #include "cli/jsonformat.h"
 #include "cli/testprinter.h"
 #include "cli/testrunner.h"
-#include "cli/testsummary.h"
 #include "cli/textformat.h"
+#include "data/finishedtest.h"
 #include "data/testdetails.h"
 #include "data/testservertable.h"
 #include "db/databasemanager.h"
@@ -241,11 +241,6 @@ std::vector<std::unique_ptr<DBTestResults>> Program::storedTests(int limit, bool
     return rows;
 }
 
-TestSummary Program::summaryOf(const DBTestResults &row) const
-{
-    return TestSummary::ofStored(row, gDB->getDetailsById(row.myTestId).get(), *table);
-}
-
 ExitStatus Program::listResults()
 {
     bool ok = false;
@@ -253,12 +248,12 @@ ExitStatus Program::listResults()
     if (!ok) {
         return storeFailure();
     }
-    QList<TestSummary> tests;
+    QList<FinishedTest> tests;
     if (options.format == Format::Csv) {
         out.write(CsvFormat::testHeader());
     }
     for (const auto &row : rows) {
-        const TestSummary test = summaryOf(*row);
+        const FinishedTest test = gDB->getTest(*row);
         if (options.format == Format::Json) {
             out.write(JsonFormat::line(JsonFormat::test(test)));
         } else if (options.format == Format::Csv) {
@@ -293,7 +288,7 @@ ExitStatus Program::showTest()
                                              : u"%1/%2"_s.arg(wanted.series).arg(wanted.test);
         return refuse(ExitStatus::Usage, tr("There is no stored test %1.").arg(name));
     }
-    const TestSummary test = summaryOf(**row);
+    const FinishedTest test = gDB->getTest(**row);
     if (options.format == Format::Json) {
         out.write(JsonFormat::line(JsonFormat::test(test)));
     } else if (options.format == Format::Csv) {
@@ -320,7 +315,7 @@ ExitStatus Program::exportTests()
     }
     bool first = true;
     for (const auto &row : rows) {
-        const TestSummary test = summaryOf(*row);
+        const FinishedTest test = gDB->getTest(*row);
         if (options.format == Format::Csv) {
             out.write(CsvFormat::test(test));
         } else if (options.format == Format::GeoJson) {

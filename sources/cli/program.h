@@ -20,7 +20,6 @@ class TestPrinter;
 class TestRunner;
 class TestServer;
 class TestServerTable;
-struct TestSummary;
 
 /// One call of the program: the command of a command line, from start() to finished(). The
 /// deployment and the database's directory are set. Main thread only, needs an event loop.
@@ -65,7 +64,6 @@ private:
     bool openStoreIfThere();
     /// The newest first; at most @p limit, 0 for all.
     std::vector<std::unique_ptr<DBTestResults>> storedTests(int limit, bool *ok);
-    TestSummary summaryOf(const DBTestResults &row) const;
     const TestServer *selectedServer() const;
 
     const CommandLine options;

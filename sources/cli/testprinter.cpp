@@ -40,36 +40,35 @@ void TestPrinter::missed(const QString &message)
     }
 }
 
-void TestPrinter::ended(const TestSummary &summary, ExitStatus status, const QString &message)
+void TestPrinter::ended(const FinishedTest &test, ExitStatus status, const QString &message)
 {
     switch (format) {
     case Format::Text:
         // Without a test number there was no test to speak of; the message says why.
-        if (summary.testId) {
-            output.write(TextFormat::test(summary, pageAddress(summary)).toUtf8());
+        if (test.testId) {
+            output.write(TextFormat::test(test, pageAddress(test)).toUtf8());
         }
         break;
-    case Format::Json: output.write(JsonFormat::line(JsonFormat::test(summary))); break;
+    case Format::Json: output.write(JsonFormat::line(JsonFormat::test(test))); break;
     case Format::JsonStream:
         output.write(JsonFormat::line(
-            summary.storedId ? JsonFormat::resultEvent(summary)
-                             : JsonFormat::errorEvent(message, static_cast<int>(status))));
+            test.storedId ? JsonFormat::resultEvent(test)
+                          : JsonFormat::errorEvent(message, static_cast<int>(status))));
         break;
     case Format::Csv:
         if (!std::exchange(headerPrinted, true)) {
             output.write(CsvFormat::testHeader());
         }
-        output.write(CsvFormat::test(summary));
+        output.write(CsvFormat::test(test));
         break;
     case Format::GeoJson:
     case Format::Gpx: break; // documents of many tests, see export
     }
 }
 
-QString TestPrinter::pageAddress(const TestSummary &summary) const
+QString TestPrinter::pageAddress(const FinishedTest &test) const
 {
-    return summary.userId ? Deployment::current().userPageAddress(*summary.userId, language)
-                          : QString();
+    return test.userId ? Deployment::current().userPageAddress(*test.userId, language) : QString();
 }
 
 } // namespace velometer

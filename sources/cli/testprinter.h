@@ -2,7 +2,7 @@
 
 #include "cli/commandline.h"
 #include "cli/exitstatus.h"
-#include "cli/testsummary.h"
+#include "data/finishedtest.h"
 
 namespace velometer {
 
@@ -22,10 +22,10 @@ public:
     /// Called once for each test. @p message says what went wrong, empty when nothing did. A text
     /// or a table shows what was measured; JSON has an object in any case; a stream ends with a
     /// result when the test is stored, else with an error.
-    void ended(const TestSummary &summary, ExitStatus status, const QString &message);
+    void ended(const FinishedTest &test, ExitStatus status, const QString &message);
 
     /// The address of the page with all tests of this user.
-    QString pageAddress(const TestSummary &summary) const;
+    QString pageAddress(const FinishedTest &test) const;
 
 private:
     CommandLine::Format format;

@@ -213,7 +213,7 @@ void TestRunner::testEnded(const TestOutcome &outcome)
         ended = *stopStatus;
     }
     const QString message = failureText(outcome, ended);
-    printer.ended(TestSummary::ofTest(*controller, record), ended, message);
+    printer.ended(controller->getFinishedTest(), ended, message);
     if (!message.isEmpty()) {
         progress.message(message);
     }

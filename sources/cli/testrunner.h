@@ -3,7 +3,7 @@
 #include "app/testconsent.h"
 #include "app/testsession.h"
 #include "cli/exitstatus.h"
-#include "cli/testsummary.h"
+#include "data/finishedtest.h"
 #include "measurement/testobserver.h"
 #include "utils/clocktimer.h"
 

@@ -1,7 +1,9 @@
 #include "cli/textformat.h"
 
+#include "data/databudget.h"
 #include "data/testserver.h"
 #include "utils/cleantext.h"
+#include "utils/units.h"
 #include "utils/utils.h"
 
 #include <QDateTime>
@@ -17,10 +19,8 @@ namespace {
 
 using Row = std::pair<QString, QString>;
 
-constexpr double bytesPerMegabyte = 1024.0 * 1024.0;
-constexpr double nsPerMs = 1e6;
-/// From here on a rate reads better in Mbit/s; below it would round to 1000 kbit/s.
-constexpr double megaFrom = 999'500;
+/// About a metre.
+constexpr int degreeDecimals = 5;
 
 /// Columns side by side, each as wide as its widest cell.
 QString aligned(const QList<QStringList> &rows)
@@ -48,10 +48,10 @@ QString aligned(const QList<QStringList> &rows)
     return text;
 }
 
-QString joined(const QList<TestSummary::Text> &parts, QLatin1StringView separator)
+QString joined(const QList<FinishedTest::Text> &parts, QLatin1StringView separator)
 {
     QStringList known;
-    for (const TestSummary::Text &part : parts) {
+    for (const FinishedTest::Text &part : parts) {
         if (part) {
             known.append(*part);
         }
@@ -59,18 +59,18 @@ QString joined(const QList<TestSummary::Text> &parts, QLatin1StringView separato
     return known.join(separator);
 }
 
-QString localTime(const TestSummary::Number &ms)
+QString localTime(const FinishedTest::Number &ms)
 {
     return ms ? QDateTime::fromMSecsSinceEpoch(*ms).toString(u"yyyy-MM-dd HH:mm:ss"_s)
               : TextFormat::unknown();
 }
 
-QString numberOrUnknown(const TestSummary::Number &number)
+QString numberOrUnknown(const FinishedTest::Number &number)
 {
     return number ? QString::number(*number) : TextFormat::unknown();
 }
 
-QString endpoint(const TestSummary::Server &server)
+QString endpoint(const FinishedTest::Server &server)
 {
     TestServer address(nullptr);
     address.setHostname(server.host.value_or(QString()));
@@ -78,7 +78,7 @@ QString endpoint(const TestSummary::Server &server)
     return server.port ? address.getHostHeader() : address.getHostname();
 }
 
-QString serverText(const TestSummary::Server &server)
+QString serverText(const FinishedTest::Server &server)
 {
     const QString place = joined({server.city, server.country}, ", "_L1);
     const QString where = endpoint(server);
@@ -89,7 +89,7 @@ QString serverText(const TestSummary::Server &server)
     return text;
 }
 
-QString networkText(const TestSummary::Network &network)
+QString networkText(const FinishedTest::Network &network)
 {
     QStringList parts;
     parts.append(network.type ? TextFormat::connectionType(*network.type) : TextFormat::unknown());
@@ -108,22 +108,23 @@ QString networkText(const TestSummary::Network &network)
     return parts.join(", "_L1);
 }
 
-QString positionText(const TestSummary::Position &position)
+QString positionText(const FinishedTest &test)
 {
-    QString text = u"%1, %2"_s.arg(QString::number(position.latitude, 'f', 5),
-                                   QString::number(position.longitude, 'f', 5));
-    const auto add = [&](const TestSummary::Real &value, const QString &wording) {
+    const FinishedTest::Position &position = test.position;
+    QString text = u"%1, %2"_s.arg(QString::number(*position.latitude, 'f', degreeDecimals),
+                                   QString::number(*position.longitude, 'f', degreeDecimals));
+    const auto add = [&](const FinishedTest::Real &value, const QString &wording) {
         if (value) {
-            text += ", "_L1 + wording.arg(QString::number(*value, 'f', 0));
+            text += ", "_L1 + wording.arg(Units::whole(*value, ""_L1));
         }
     };
     add(position.horizontalAccuracy, TextFormat::tr("within %1 m"));
     add(position.altitude, TextFormat::tr("altitude %1 m"));
-    add(position.velocity, TextFormat::tr("%1 km/h"));
+    add(Known::above(-1, test.movement.velocity), TextFormat::tr("%1 km/h"));
     return text;
 }
 
-QString reportText(const TestSummary::Report &report)
+QString reportText(const FinishedTest::Report &report)
 {
     QString text;
     if (*report.delivered) {
@@ -140,7 +141,7 @@ QString reportText(const TestSummary::Report &report)
 }
 
 /// "93.2 Mbit/s (80.1 Mbit/s to 99.0 Mbit/s), 81.50 MB"
-QString throughputText(const TestSummary::Number &average, const TestSummary::Throughput &phase)
+QString throughputText(const FinishedTest::Number &average, const FinishedTest::Throughput &phase)
 {
     const bool measured = phase.valid.value_or(true) || phase.averageRate;
     QString text = measured ? TextFormat::rate(average) : TextFormat::tr("not measured");
@@ -155,7 +156,7 @@ QString throughputText(const TestSummary::Number &average, const TestSummary::Th
     return text;
 }
 
-QString roundTripText(const TestSummary::RoundTrip &phase)
+QString roundTripText(const FinishedTest::RoundTrip &phase)
 {
     QString text = TextFormat::milliseconds(phase.average);
     if (phase.minimum && phase.maximum) {
@@ -168,49 +169,51 @@ QString roundTripText(const TestSummary::RoundTrip &phase)
 
 } // namespace
 
-QString TextFormat::test(const TestSummary &summary, const QString &pageAddress)
+QString TextFormat::test(const FinishedTest &finished, const QString &pageAddress)
 {
     QList<QStringList> rows;
     const auto add = [&](const QString &name, const QString &value) {
         rows.append({u"  "_s + name, value});
     };
-    const QString location = Utils::trLocation(summary.location.value_or(QString()));
-    add(tr("Server"), serverText(summary.server));
-    add(tr("Download"), throughputText(summary.download.averageRate, summary.download));
-    add(tr("Upload"), throughputText(summary.uploadRate(), summary.upload));
-    add(tr("Round trip"), roundTripText(summary.rtt));
-    const QString ended = summary.budget.endedEarly(summary.budgetReached.value_or(QString()));
+    const QString location = Utils::trLocation(finished.location.value_or(QString()));
+    add(tr("Server"), serverText(finished.server));
+    add(tr("Download"), throughputText(finished.download.averageRate, finished.download));
+    add(tr("Upload"), throughputText(finished.uploadRate(), finished.upload));
+    add(tr("Round trip"), roundTripText(finished.rtt));
+    const QString ended =
+        DataBudget(finished.budget.bytes).endedEarly(finished.budget.reached.value_or(QString()));
     if (!ended.isEmpty()) {
         add(tr("Data budget"), ended);
     }
-    add(tr("Network"), networkText(summary.network));
-    if (summary.position) {
-        add(tr("Position"), positionText(*summary.position));
+    add(tr("Network"), networkText(finished.network));
+    if (finished.position.latitude) {
+        add(tr("Position"), positionText(finished));
     }
     if (!location.isEmpty()) {
         add(tr("Location"), location);
     }
-    if (summary.report.delivered) {
-        add(tr("Report"), reportText(summary.report));
+    if (finished.report.delivered) {
+        add(tr("Report"), reportText(finished.report));
     }
     if (!pageAddress.isEmpty()) {
         add(tr("All tests"), pageAddress);
     }
 
-    const QString title = tr("Test %1 of series %2, %3")
-                              .arg(numberOrUnknown(summary.testId),
-                                   numberOrUnknown(summary.seriesId), localTime(summary.timestamp));
+    const QString title =
+        tr("Test %1 of series %2, %3")
+            .arg(numberOrUnknown(finished.testId), numberOrUnknown(finished.seriesId),
+                 localTime(finished.timestamp));
     return title + u'\n' + aligned(rows);
 }
 
-QString TextFormat::table(const QList<TestSummary> &tests)
+QString TextFormat::table(const QList<FinishedTest> &tests)
 {
     if (tests.isEmpty()) {
         return {};
     }
     QList<QStringList> rows{{tr("ID"), tr("Time"), tr("Test"), tr("Download"), tr("Upload"),
                              tr("Round trip"), tr("Network"), tr("Location"), tr("Server")}};
-    for (const TestSummary &test : tests) {
+    for (const FinishedTest &test : tests) {
         rows.append({numberOrUnknown(test.storedId), localTime(test.timestamp),
                      u"%1/%2"_s.arg(numberOrUnknown(test.seriesId), numberOrUnknown(test.testId)),
                      rate(test.download.averageRate), rate(test.uploadRate()),
@@ -233,7 +236,7 @@ QString TextFormat::servers(const QList<TestServer *> &servers, const TestServer
     return aligned(rows);
 }
 
-QString TextFormat::facts(const QList<std::pair<QString, TestSummary::Text>> &rows)
+QString TextFormat::facts(const QList<std::pair<QString, FinishedTest::Text>> &rows)
 {
     QList<QStringList> lines;
     for (const auto &[name, value] : rows) {
@@ -247,28 +250,19 @@ QString TextFormat::connectionType(const QString &stored)
     return QCoreApplication::translate("velometer::Utils", stored.toUtf8().constData());
 }
 
-QString TextFormat::rate(const TestSummary::Number &bitsPerSecond)
+QString TextFormat::rate(const FinishedTest::Number &bitsPerSecond)
 {
-    if (!bitsPerSecond) {
-        return unknown();
-    }
-    const auto value = static_cast<double>(*bitsPerSecond);
-    if (value < megaFrom) {
-        return QString::number(value / 1e3, 'f', 0) + " kbit/s"_L1;
-    }
-    return QString::number(value / 1e6, 'f', value < 1e8 ? 2 : 1) + " Mbit/s"_L1;
+    return bitsPerSecond ? Units::scaledRate(*bitsPerSecond) : unknown();
 }
 
-QString TextFormat::milliseconds(const TestSummary::Number &ns)
+QString TextFormat::milliseconds(const FinishedTest::Number &ns)
 {
-    return ns ? QString::number(static_cast<double>(*ns) / nsPerMs, 'f', 1) + " ms"_L1 : unknown();
+    return ns ? Units::milliseconds(static_cast<double>(*ns), 1) : unknown();
 }
 
-QString TextFormat::megabytes(const TestSummary::Number &bytes)
+QString TextFormat::megabytes(const FinishedTest::Number &bytes)
 {
-    return bytes
-               ? QString::number(static_cast<double>(*bytes) / bytesPerMegabyte, 'f', 2) + " MB"_L1
-               : unknown();
+    return bytes ? Units::megabytes(*bytes) : unknown();
 }
 
 QString TextFormat::unknown()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/testsummary.h"
+#include "data/finishedtest.h"
 
 #include <QCoreApplication>
 #include <QList>
@@ -18,22 +18,22 @@ class TextFormat
 
 public:
     /// One test on a few lines. @p pageAddress shows all of the user's tests, empty when unknown.
-    static QString test(const TestSummary &summary, const QString &pageAddress);
+    static QString test(const FinishedTest &finished, const QString &pageAddress);
 
     /// A line for each test under a line of headings.
-    static QString table(const QList<TestSummary> &tests);
+    static QString table(const QList<FinishedTest> &tests);
 
     static QString servers(const QList<TestServer *> &servers, const TestServer *selected);
 
     /// @p rows under each other; unknown values are said to be so.
-    static QString facts(const QList<std::pair<QString, TestSummary::Text>> &rows);
+    static QString facts(const QList<std::pair<QString, FinishedTest::Text>> &rows);
 
     /// A stored connection type in the user's language.
     static QString connectionType(const QString &stored);
 
-    static QString rate(const TestSummary::Number &bitsPerSecond);
-    static QString milliseconds(const TestSummary::Number &ns);
-    static QString megabytes(const TestSummary::Number &bytes);
+    static QString rate(const FinishedTest::Number &bitsPerSecond);
+    static QString milliseconds(const FinishedTest::Number &ns);
+    static QString megabytes(const FinishedTest::Number &bytes);
     static QString unknown();
 };
 

@@ -1,6 +1,8 @@
 #include "data/testdetails.h"
 
 #include "data/databudget.h"
+#include "data/testfields.h"
+#include "utils/units.h"
 
 #include <QDateTime>
 
@@ -8,17 +10,14 @@ using namespace Qt::StringLiterals;
 
 namespace velometer {
 
+using Units::whole;
+
 namespace {
 
 /// A movement below this multiple of the vertical accuracy cannot be told from position noise; both
 /// the distance and the velocity are then shown as an upper bound.
 constexpr double noiseFactor = 5.0;
-constexpr double mebi = 1.0 / 1024.0;
-
-QString whole(double value, QLatin1StringView unit)
-{
-    return QString::number(value, 'f', 0) + unit;
-}
+constexpr double noAltitude = -1.0;
 
 } // namespace
 
@@ -36,10 +35,7 @@ QString TestDetails::formatMegaBytes(const QVariant &bytes) const
 {
     bool ok = false;
     const qlonglong count = bytes.toLongLong(&ok);
-    if (!ok) {
-        return u"Format Error"_s;
-    }
-    return QString::number(static_cast<double>(count) * mebi * mebi, 'f', 2) + " MB"_L1;
+    return ok ? Units::megabytes(count) : u"Format Error"_s;
 }
 
 QString TestDetails::getFormatedStringByKey(const QString &key) const
@@ -48,32 +44,17 @@ QString TestDetails::getFormatedStringByKey(const QString &key) const
     const double number = value.toDouble();
     const QString notAvailable = tr("n/a");
 
-    if (key == "testTestId"_L1 || key == "testSeriesId"_L1) {
-        return whole(number, ""_L1);
-    }
     if (key == "testDate"_L1) {
         return value.toDateTime().toString(u"yyyy-MM-dd"_s);
     }
     if (key == "testTime"_L1) {
         return value.toTime().toString(u"hh:mm"_s);
     }
-    if (key == "downloadedBytes"_L1 || key == "uploadedBytes"_L1 || key == "totalBytes"_L1) {
-        return formatMegaBytes(value);
-    }
-    if (key.startsWith("download"_L1) || key.startsWith("upload"_L1)) {
-        return number > 0 ? whole(number / 1000.0, " kBit/s"_L1) : notAvailable;
-    }
-    if (key.startsWith("rtt"_L1)) {
-        return number > 0 ? whole(number / 1000000.0, " ms"_L1) : notAvailable;
-    }
-    if (key == "networkCell"_L1 || key == "gsmSignalStrength"_L1) {
+    if (key == "networkCell"_L1) {
         return QString::number(value.toLongLong());
     }
     if (key == "deviceAltitude"_L1) {
-        return number == -1.0 ? notAvailable : whole(number, " m"_L1);
-    }
-    if (key == "deviceAccuracyHor"_L1 || key == "deviceAccuracyVert"_L1) {
-        return number > 0 ? whole(number, " m"_L1) : notAvailable;
+        return contains(key) && number != noAltitude ? whole(number, " m"_L1) : notAvailable;
     }
     if (key == "deviceVelocity"_L1) {
         return formattedVelocity();
@@ -83,6 +64,19 @@ QString TestDetails::getFormatedStringByKey(const QString &key) const
     }
     if (key == "budgetReached"_L1) {
         return DataBudget(getLong(u"dataBudget"_s)).endedEarly(value.toString());
+    }
+    const TestField *field = TestFields::ofDetail(key);
+    switch (field ? field->unit : Unit::None) {
+    case Unit::Identity: return whole(number, ""_L1);
+    case Unit::Bytes: return formatMegaBytes(value);
+    case Unit::Percent: return QString::number(value.toLongLong());
+    case Unit::BitsPerSecond: return number > 0 ? Units::kiloBitRate(number) : notAvailable;
+    case Unit::Nanoseconds: return number > 0 ? Units::milliseconds(number, 0) : notAvailable;
+    case Unit::Metres: return number > 0 ? whole(number, " m"_L1) : notAvailable;
+    case Unit::None:
+    case Unit::Moment:
+    case Unit::Degrees:
+    case Unit::KilometresPerHour: break;
     }
 
     bool isInteger = false;

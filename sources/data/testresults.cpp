@@ -1,22 +1,20 @@
 #include "data/testresults.h"
 
-#include "context/locationhelper.h"
-#include "context/networkinfohelper.h"
 #include "data/result.h"
-#include "data/testcontext.h"
-#include "data/testdetails.h"
 #include "data/testresultlog.h"
-#include "data/testserver.h"
 #include "utils/utils.h"
 
-#include <QDateTime>
 #include <QStringList>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
 
 namespace velometer {
+
+using Known::atLeast;
+using Known::text;
 
 namespace {
 
@@ -42,17 +40,103 @@ QStringList distinctModes(const QList<TestResultLog *> &log)
     return modes;
 }
 
-// The store cannot hold an apostrophe, and an address has none.
-QString withoutApostrophes(QString text)
-{
-    return text.remove(u'\'');
-}
-
 QString combined(const QStringList &modes)
 {
     const bool wlan = std::any_of(modes.begin(), modes.end(),
                                   [](const QString &mode) { return mode.contains("Wlan"_L1); });
     return wlan ? mixedWithWlan : mixedMobile;
+}
+
+FinishedTest::Throughput throughput(const Result *result)
+{
+    FinishedTest::Throughput phase;
+    if (!result) {
+        return phase;
+    }
+    phase.valid = result->isValid();
+    // Bytes over time are no rate of the link when the stream was refused: they are an error page.
+    if (result->isValid() || result->isCutByBudget()) {
+        phase.averageRate = atLeast(0, result->getRateAvg());
+        phase.minimumRate = atLeast(0, result->getRateMin());
+        phase.maximumRate = atLeast(0, result->getRateMax());
+    }
+    phase.bytes = result->getAllBytesTransfered();
+    phase.duration = atLeast(0, result->getRealDuration());
+    phase.connectTime = atLeast(0, result->getConnectTime());
+    phase.firstByteTime = atLeast(0, result->getGetTime());
+    phase.longestPause = atLeast(0, result->getMaxPause());
+
+    const IntervalTable &table = result->getIntervallValuesByte();
+    QList<qint64> bytes;
+    for (int i = 0; i < table.size(); ++i) {
+        bytes.append(table.value(i));
+    }
+    phase.intervalBytes = bytes;
+    return phase;
+}
+
+FinishedTest::RoundTrip roundTrip(const Result *result)
+{
+    FinishedTest::RoundTrip phase;
+    if (!result) {
+        return phase;
+    }
+    phase.minimum = atLeast(1, result->getResponseMin());
+    phase.average = atLeast(1, result->getResponseAvg());
+    phase.maximum = atLeast(1, result->getResponseMax());
+    phase.valid = result->isValid();
+
+    QList<int> connects = result->getResponseTimes().keys();
+    std::sort(connects.begin(), connects.end());
+    QList<FinishedTest::Number> samples;
+    for (const int connect : std::as_const(connects)) {
+        samples.append(atLeast(1, result->getResponseTimes().value(connect)));
+    }
+    phase.samples = samples;
+    return phase;
+}
+
+FinishedTest::Tcp tcp(const RemoteInitialValues &values)
+{
+    FinishedTest::Tcp facts;
+    facts.publicIp = text(values.getLocalIP());
+    facts.deviceIp = text(values.getInternalIP());
+    facts.clientHostname = text(values.getClientHostname());
+    facts.mss = atLeast(1, values.getMss());
+    facts.receiveWindow = atLeast(1, values.getRwin());
+    // 0 is an answer here, but only from a service that did look.
+    if (facts.mss && !values.isWeb100Error()) {
+        facts.windowScale = values.getWscale();
+        facts.sack = values.getSack();
+        facts.timestamps = values.getTimestamp();
+    }
+    return facts;
+}
+
+std::optional<FinishedTest::ReportOnly::Point> point(const TestResults::Location &location)
+{
+    if (!location) {
+        return std::nullopt;
+    }
+    return FinishedTest::ReportOnly::Point{location->getTime(), location->getLatitude(),
+                                           location->getLongitude(), location->getAltitude()};
+}
+
+FinishedTest::ReportOnly::Phase phase(const Result *result, const TestResults::Location &start,
+                                      const TestResults::Location &end)
+{
+    FinishedTest::ReportOnly::Phase facts;
+    facts.start = point(start);
+    facts.end = point(end);
+    if (result) {
+        facts.ran = true;
+        facts.port = result->getPort();
+        facts.minimumRate = result->getRateMin();
+        facts.averageRate = result->getRateAvg();
+        facts.maximumRate = result->getRateMax();
+        facts.bytes = result->getBytesTransferd();
+    }
+    return facts;
 }
 
 } // namespace
@@ -199,75 +283,51 @@ QString TestResults::storedConnectionType() const
     return key.isEmpty() ? modes.first() : key;
 }
 
-std::unique_ptr<TestDetails> TestResults::getDetailsResults(TestContext *controller) const
+FinishedTest TestResults::finished(FinishedTest test) const
 {
-    auto details = std::make_unique<TestDetails>(nullptr, testid);
-    const NetworkInfoHelper *network = controller->getNetWorkInfoHelper();
-    const LocationHelper *location = controller->getLocationHelper();
-    const TestServer *server = controller->getTestServer();
-    const bool serverMeasured = getServerUploadAvg() > 0;
-    const bool serverMeasuredMax = getServerUploadMax() > 0;
-    qlonglong downloaded = 0;
-    qlonglong uploaded = 0;
+    test.storedId = atLeast(1, myTestId);
+    test.testId = testid;
+    test.seriesId = seriesid;
+    if (timestamp > 0) {
+        test.timestamp = timestamp;
+    }
+    test.download = throughput(downloadResult);
+    test.upload = throughput(uploadResult);
+    test.serverMinimumRate = atLeast(1, getServerUploadMin());
+    test.serverAverageRate = atLeast(1, getServerUploadAvg());
+    test.serverMaximumRate = atLeast(1, getServerUploadMax());
+    test.rtt = roundTrip(rttResult);
+    test.tcp = tcp(*initValues);
+    test.tcp.congestion = text(getCongestionControl());
+    test.server.ip = text(initValues->getRemoteIP());
+    test.movement = {velocity, distance, distanceDurationInSeconds, accuracyhor, accuracyvert};
+    test.budget = {dataBudget.bytes(), text(phasesCutByBudget().join(u','))};
+    if (!log.isEmpty()) {
+        test.network.type = text(storedConnectionType());
+    }
+    fillReportOnly(test.reportOnly);
+    return test;
+}
 
-    if (downloadResult) {
-        details->putDouble(u"downloadAverage"_s, static_cast<double>(downloadResult->getRateAvg()));
-        details->putDouble(u"downloadMaximum"_s, static_cast<double>(downloadResult->getRateMax()));
-        downloaded = downloadResult->getAllBytesTransfered();
+void TestResults::fillReportOnly(FinishedTest::ReportOnly &report) const
+{
+    report.download = phase(downloadResult, downloadLocationStart, downloadLocationEnd);
+    report.upload = phase(uploadResult, uploadLocationStart, uploadLocationEnd);
+    report.rtt = phase(rttResult, rttLocationStart, rttLocationEnd);
+    report.connectionType = reportConnectionType();
+    if (userRating > noRating) {
+        report.rating = userRating;
     }
-    if (serverMeasured) {
-        details->putDouble(u"uploadAverage"_s, static_cast<double>(getServerUploadAvg()));
-    } else if (uploadResult) {
-        details->putDouble(u"uploadAverage"_s, static_cast<double>(uploadResult->getRateAvg()));
+    report.mss = initValues->getMss();
+    report.receiveWindow = initValues->getRwin();
+    report.windowScale = initValues->getWscale();
+    report.timestamps = initValues->getTimestamp();
+    report.sack = initValues->getSack();
+    report.cellIds = getCsvStringWithCellIds();
+    for (const TestResultLog *entry : log) {
+        report.log += entry->appendXmlToMutableString();
     }
-    if (serverMeasuredMax) {
-        details->putDouble(u"uploadMaximum"_s, static_cast<double>(getServerUploadMax()));
-    } else if (uploadResult) {
-        details->putDouble(u"uploadMaximum"_s, static_cast<double>(uploadResult->getRateMax()));
-    }
-    if (uploadResult) {
-        uploaded = uploadResult->getAllBytesTransfered();
-    }
-    if (rttResult) {
-        details->putDouble(u"rttAverage"_s, rttResult->getResponseAvg());
-        details->putDouble(u"rttMinimum"_s, rttResult->getResponseMin());
-    }
-    details->putLong(u"downloadedBytes"_s, downloaded);
-    details->putLong(u"uploadedBytes"_s, uploaded);
-    details->putLong(u"totalBytes"_s, downloaded + uploaded);
-    if (const QStringList cut = phasesCutByBudget(); !cut.isEmpty()) {
-        details->putString(u"budgetReached"_s, cut.join(u','));
-        details->putLong(u"dataBudget"_s, dataBudget.bytes().value_or(0));
-    }
-
-    details->putString(u"connectionType"_s, storedConnectionType());
-    details->putDouble(u"networkCell"_s, network->getNetworkcell().toDouble());
-    details->putLong(u"gsmSignalStrength"_s, network->getNetworksignal().toLongLong());
-    details->putString(u"deviceIP"_s, withoutApostrophes(initValues->getInternalIP()));
-    details->putString(u"externalIP"_s, withoutApostrophes(initValues->getLocalIP()));
-    details->putDouble(u"deviceLatitude"_s, location->getLatitude().toDouble());
-    details->putDouble(u"deviceLongitude"_s, location->getLongitude().toDouble());
-    details->putDouble(u"deviceAltitude"_s, location->getAltitude().toDouble());
-    details->putDouble(u"deviceVelocity"_s, velocity);
-    details->putDouble(u"deviceDistance"_s, distance);
-    details->putDouble(u"deviceAccuracyVert"_s, accuracyvert);
-    details->putDouble(u"deviceAccuracyHor"_s, accuracyhor);
-    details->putDouble(u"deviceDistanceDuration"_s, distanceDurationInSeconds);
-
-    details->putString(u"testServerName"_s, server->getHostname());
-    details->putString(u"testServerDomain"_s, server->getDomain());
-    details->putString(u"testServerIP"_s, withoutApostrophes(initValues->getRemoteIP()));
-    details->putDouble(u"testServerPort"_s, server->getPort());
-    details->putString(u"testServerCity"_s, server->getCity());
-    details->putString(u"testServerState"_s, server->getState());
-    details->putString(u"testServerCountry"_s, server->getCountry());
-
-    details->putLong(u"testTestId"_s, testid);
-    details->putLong(u"testSeriesId"_s, seriesid);
-    const QDateTime time = QDateTime::fromMSecsSinceEpoch(timestamp);
-    details->putString(u"testDate"_s, time.toString(u"yyyy-MM-dd"_s));
-    details->putString(u"testTime"_s, time.toString(u"hh:mm"_s));
-    return details;
+    report.path = allLocations;
 }
 
 } // namespace velometer

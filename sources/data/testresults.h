@@ -3,8 +3,8 @@
 #include "context/doublelocation.h"
 #include "context/mylocation.h"
 #include "data/databudget.h"
+#include "data/finishedtest.h"
 #include "data/remoteinitialvalues.h"
-#include "data/xmldata.h"
 
 #include <QHash>
 #include <QList>
@@ -17,13 +17,11 @@
 namespace velometer {
 
 class Result;
-class TestContext;
-class TestDetails;
 class TestResultLog;
 
-/// Everything that one test collects while it runs, what follows from it (distance, velocity,
-/// connection type), and the report and details made of it. Measurements, log entries and phase
-/// results are children of their record and go with it.
+/// Everything that one test collects while it runs, and what follows from it (distance, velocity,
+/// connection type). Whoever shows, stores or reports a test takes its finished() value.
+/// Measurements, log entries and phase results are children of their record and go with it.
 class TestResults : public QObject
 {
     Q_OBJECT
@@ -124,14 +122,12 @@ public:
     /// The same as results store it: the one mode's untranslated display key, or the mixed texts.
     QString storedConnectionType() const;
 
-    /// The report document, one line of XML. Adds its own lines to the diagnostic log first.
-    std::unique_ptr<XMLData> toXML(TestContext *controller) const;
-
-    /// The details of this test; the caller owns them. Phases without a result leave out their
-    /// keys.
-    std::unique_ptr<TestDetails> getDetailsResults(TestContext *controller) const;
+    /// Everything that is known of the test now: @p surroundings with the figures put in.
+    FinishedTest finished(FinishedTest surroundings) const;
 
 private:
+    void fillReportOnly(FinishedTest::ReportOnly &report) const;
+
     RemoteInitialValues *initValues;
     qlonglong myTestId = 0;
     qlonglong timestamp = 0;

@@ -2,8 +2,8 @@
 
 #include "data/reportdocument.h"
 #include "data/testdetails.h"
-#include "data/testresults.h"
 #include "db/databasestatements.h"
+#include "db/transaction.h"
 #include "utils/utils.h"
 
 #include <QDir>
@@ -27,106 +27,7 @@ QString DatabaseManager::database_path;
 namespace {
 
 const QString fileName = u"orvakVelometer.db.sqlite"_s;
-/// Far more than a test has; the file may come from anywhere.
-constexpr int maxIntervalsText = 10'000;
 constexpr double mebiPerKibi = 0.0009765625;
-
-void logError(const QString &text, const QSqlError &error)
-{
-    Utils::addLogEntry(text.arg(error.databaseText(), error.driverText()));
-}
-
-/// A transaction that a failed statement does not end: what the others stored is kept by commit().
-/// Without commit() all of it is undone.
-class Transaction
-{
-public:
-    explicit Transaction(QSqlDatabase &connection)
-        : db(connection)
-        , open(run(u"BEGIN IMMEDIATE"_s))
-    {}
-    ~Transaction()
-    {
-        if (open) {
-            run(u"ROLLBACK"_s);
-        }
-    }
-    Q_DISABLE_COPY_MOVE(Transaction)
-
-    bool isOpen() const { return open; }
-
-    /// True once everything is on the disk.
-    bool commit()
-    {
-        const bool committed = open && run(u"COMMIT"_s);
-        if (committed) {
-            open = false;
-        }
-        return committed;
-    }
-
-private:
-    bool run(const QString &statement)
-    {
-        QSqlQuery query(db);
-        const bool done = query.exec(statement);
-        if (!done) {
-            logError(u"ERROR: %1 %2"_s, query.lastError());
-        }
-        return done;
-    }
-
-    QSqlDatabase &db;
-    bool open;
-};
-
-QString wholeNumber(double value)
-{
-    return QString::number(value, 'f', 0);
-}
-
-/// The columns of the results table in the order in which it is created: looking them up by name
-/// would take longer than reading them.
-enum ResultColumn {
-    IdColumn,
-    TimestampColumn,
-    SeriesIdColumn,
-    TestIdColumn,
-    DownloadSpeedColumn,
-    UploadSpeedColumn,
-    UploadSpeedClientColumn,
-    RttColumn,
-    ConnectionTypeColumn,
-    LocationColumn,
-    ServerColumn,
-    VelocityColumn,
-    DistanceColumn,
-    AccuracyVertColumn,
-    AccuracyHorColumn,
-    DistanceDurationColumn,
-};
-
-std::unique_ptr<DBTestResults> fromRow(const QSqlQuery &row)
-{
-    auto result = std::make_unique<DBTestResults>();
-    result->myTestId = row.value(IdColumn).toULongLong();
-    result->timestamp = row.value(TimestampColumn).toDouble();
-    result->seriesId = row.value(SeriesIdColumn).toLongLong();
-    result->testId = row.value(TestIdColumn).toLongLong();
-    result->downloadSpeed = row.value(DownloadSpeedColumn).toDouble();
-    result->uploadSpeed = row.value(UploadSpeedColumn).toDouble();
-    result->uploadSpeedClient = row.value(UploadSpeedClientColumn).toDouble();
-    result->rtt = row.value(RttColumn).toLongLong();
-    result->connectionType = row.value(ConnectionTypeColumn).toString();
-    result->location = row.value(LocationColumn).toString();
-    result->testServer = row.value(ServerColumn).toString();
-    result->velocity = row.value(VelocityColumn).toDouble();
-    result->distance = row.value(DistanceColumn).toDouble();
-    result->accuracyvert = row.value(AccuracyVertColumn).toDouble();
-    result->accuracyhor = row.value(AccuracyHorColumn).toDouble();
-    result->distanceDurationInSeconds = row.value(DistanceDurationColumn).toDouble();
-    return result;
-}
 
 } // namespace
 
@@ -259,7 +160,7 @@ bool DatabaseManager::checkDatabase()
         updateVersion();
         recreateTables();
     } else {
-        execute(CREATE_INDEX_TOTALBYTES); // a file from before there was one
+        createIndexes(); // a file from before there were any
     }
     return transaction.commit();
 }
@@ -290,162 +191,49 @@ void DatabaseManager::recreateTables()
     for (const auto &step : steps) {
         QSqlQuery query(db);
         if (!query.exec(step.statement)) {
-            logError("SQLError-"_L1 + step.name + ": %1 %2"_L1, query.lastError());
+            logSqlError("SQLError-"_L1 + step.name + ": %1 %2"_L1, query.lastError());
         }
     }
+    createIndexes();
+}
+
+void DatabaseManager::createIndexes()
+{
     execute(CREATE_INDEX_TOTALBYTES);
+    execute(CREATE_INDEX_REPORTQUEUEID);
 }
 
-qulonglong DatabaseManager::storeTestResults(const TestResults *results)
+qulonglong DatabaseManager::storeTest(const FinishedTest &test)
 {
-    DBTestResults row;
-    row.createDBTestResultFromTestResult(results);
-    const QString testId = QString::number(row.testId);
-    const QString seriesId = QString::number(row.seriesId);
-    const QString statement =
-        QString(INSERT_INTO_TESTRESULTS)
-            .arg(wholeNumber(row.timestamp), seriesId, testId, wholeNumber(row.downloadSpeed),
-                 wholeNumber(row.uploadSpeed), wholeNumber(row.uploadSpeedClient),
-                 QString::number(row.rtt), row.connectionType, row.location, row.testServer,
-                 wholeNumber(row.velocity), wholeNumber(row.distance),
-                 wholeNumber(row.accuracyvert), wholeNumber(row.accuracyhor),
-                 wholeNumber(row.distanceDurationInSeconds));
-    QSqlQuery insert(db);
-    if (!insert.exec(statement)) {
-        logError(u"ERROR: %1 %2"_s, insert.lastError());
-        return 0;
-    }
-    // Ids start again when the settings are lost: of several rows with these ids, it is the one
-    // just inserted.
-    const qulonglong inserted = insert.lastInsertId().toULongLong();
-    QSqlQuery select(db);
-    select.exec(QString(SELECT_TESTRESULTS_ID_BY_TEST_AND_SERIES_ID).arg(testId, seriesId));
-    while (select.next()) {
-        if (select.value(0).toULongLong() == inserted) {
-            return inserted;
-        }
-    }
-    return 0;
+    return tests.store(test);
 }
 
-bool DatabaseManager::storeTestDetails(const TestDetails *details)
+FinishedTest DatabaseManager::getTest(const DBTestResults &row)
 {
-    Utils::addLogEntry(u"storeTestDetails()"_s);
-    Transaction transaction(db);
-    const QString id = QString::number(details->getMyTestId());
-    execute(QString(DELETE_FROM_TESTDETAILS).arg(id));
-
-    bool stored = true;
-    const auto &data = details->getData();
-    for (auto entry = data.begin(); entry != data.end(); ++entry) {
-        QString type;
-        QString text = u"NULL"_s;
-        QString integer = u"NULL"_s;
-        QString real = u"NULL"_s;
-        switch (entry->typeId()) {
-        case QMetaType::QString:
-            type = u"s"_s;
-            text = entry->toString();
-            break;
-        case QMetaType::Double:
-            type = u"f"_s;
-            real = QString::number(entry->toDouble(), 'g', 17);
-            break;
-        case QMetaType::LongLong:
-        case QMetaType::ULongLong:
-            type = u"l"_s;
-            integer = entry->toString();
-            break;
-        default:
-            Utils::addLogEntry(
-                u"INVALID TYPE TYPE: %1"_s.arg(QString::fromLatin1(entry->typeName())));
-            continue;
-        }
-        const QString statement =
-            QString(INSERT_INTO_TESTDETAILS).arg(id, entry.key(), type, text, integer, real);
-        QSqlQuery query(db);
-        if (!query.exec(statement)) {
-            Utils::addLogEntry(u"SQLError: %1 %2 %3"_s.arg(
-                query.lastError().databaseText(), query.lastError().driverText(), statement));
-            stored = false;
-        }
-    }
-    return transaction.commit() && stored;
+    return tests.test(row);
 }
 
 std::unique_ptr<DBTestResults> DatabaseManager::getResultsById(qulonglong id)
 {
-    QSqlQuery query(db);
-    query.exec(QString(SELECT_TESTRESULTS_BY_ID).arg(id));
-    return query.next() ? fromRow(query) : nullptr;
+    return tests.row(id);
 }
 
 std::vector<std::unique_ptr<DBTestResults>> DatabaseManager::getAllResults()
 {
-    std::vector<std::unique_ptr<DBTestResults>> results;
-    QSqlQuery query(db);
-    query.setForwardOnly(true);
-    query.exec(SELECT_ALL_TESTRESULTS);
-    while (query.next()) {
-        results.push_back(fromRow(query));
-    }
-    Utils::addLogEntry(u"Retrieved %1 test result entries."_s.arg(results.size()));
-    return results;
+    return tests.rows();
 }
 
 std::unique_ptr<TestDetails> DatabaseManager::getDetailsById(qulonglong id)
 {
-    QSqlQuery count(db);
-    count.exec(QString(COUNT_TESTDETAILS_BY_ID).arg(id));
-    if (!count.next() || count.value(0).toInt() == 0) {
-        return nullptr;
-    }
-
-    auto details = std::make_unique<TestDetails>(nullptr, static_cast<qlonglong>(id));
-    QSqlQuery query(db);
-    query.exec(QString(SELECT_TESTDETAILS_BY_ID).arg(id));
-    while (query.next()) {
-        const QString key = query.value(u"key"_s).toString();
-        const QString type = query.value(u"type"_s).toString();
-        if (type == "s"_L1) {
-            details->putString(key, query.value(u"string"_s).toString());
-        } else if (type == "l"_L1) {
-            details->putLong(key, query.value(u"long"_s).toLongLong());
-        } else if (type == "f"_L1) {
-            details->putDouble(key, query.value(u"double"_s).toDouble());
-        }
-    }
-    return details;
-}
-
-bool DatabaseManager::storeIntervals(qulonglong id, int resulttype, const IntervalTable &bytes)
-{
-    QStringList values;
-    for (int i = 0; i < bytes.size(); ++i) {
-        values.append(QString::number(bytes.value(i)));
-    }
-    QSqlQuery query(db);
-    const bool stored =
-        query.exec(QString(REPLACE_TESTINTERVALS)
-                       .arg(QString::number(id), QString::number(resulttype), values.join(u',')));
-    if (!stored) {
-        logError(u"ERROR: %1 %2"_s, query.lastError());
-    }
-    return stored;
+    return tests.details(id);
 }
 
 IntervalTable DatabaseManager::getIntervals(qulonglong id, int resulttype)
 {
     IntervalTable bytes;
-    QSqlQuery query(db);
-    query.exec(QString(SELECT_TESTINTERVALS).arg(QString::number(id), QString::number(resulttype)));
-    if (!query.next()) {
-        return bytes;
-    }
-    const QStringList values =
-        query.value(0).toString().left(maxIntervalsText).split(u',', Qt::SkipEmptyParts);
-    for (int i = 0; i < values.size(); ++i) {
-        bytes.insert(i, std::max<qint64>(0, values.at(i).toLongLong()));
+    const QList<qint64> list = tests.list(id, resulttype);
+    for (int i = 0; i < list.size(); ++i) {
+        bytes.insert(i, std::max<qint64>(0, list.at(i)));
     }
     return bytes;
 }
@@ -479,7 +267,7 @@ std::vector<TestLocation> DatabaseManager::getLocationsOfTests()
     QSqlQuery query(db);
     if (!query.exec(QString(SELECT_ALL_LOCATIONS)
                         .arg("deviceLatitude"_L1, "deviceLongitude"_L1, "deviceAccuracyVert"_L1))) {
-        logError(u"ERROR: %1 %2"_s, query.lastError());
+        logSqlError(u"ERROR: %1 %2"_s, query.lastError());
     }
     while (query.next()) {
         const qulonglong id = query.value(u"id"_s).toULongLong();
@@ -526,12 +314,19 @@ std::unique_ptr<XMLData> DatabaseManager::getNextUnsentXMLFile(int lastId)
 
 bool DatabaseManager::deleteUnsentXMLFile(int id)
 {
-    QSqlQuery query(db);
-    const bool deleted = query.exec(QString(DELETE_UNSENTXMLFILE).arg(id));
-    if (!deleted) {
-        logError(u"ERROR: %1 %2"_s, query.lastError());
+    // Row ids are used again: a test that keeps one must not take the next report for its own.
+    Transaction transaction(db);
+    if (!transaction.isOpen()) {
+        return false;
     }
-    return deleted;
+    for (const auto &statement : {UPDATE_DELIVERED, DELETE_REPORTQUEUEID, DELETE_UNSENTXMLFILE}) {
+        QSqlQuery query(db);
+        if (!query.exec(QString(statement).arg(id))) {
+            logSqlError(u"ERROR: %1 %2"_s, query.lastError());
+            return false;
+        }
+    }
+    return transaction.commit();
 }
 
 int DatabaseManager::insertOrUpdateXMLFile(const XMLData *data)
@@ -543,7 +338,7 @@ int DatabaseManager::insertOrUpdateXMLFile(const XMLData *data)
               : QString(UPDATE_UNSENTXMLFILE).arg(retries, QString::number(data->identification));
     QSqlQuery query(db);
     if (!query.exec(statement)) {
-        logError(u"ERROR: %1 %2"_s, query.lastError());
+        logSqlError(u"ERROR: %1 %2"_s, query.lastError());
         return -1;
     }
     return isNew ? query.lastInsertId().toInt() : data->identification;

@@ -3,6 +3,7 @@
 #include "data/result.h"
 #include "data/xmldata.h"
 #include "db/dbtestresults.h"
+#include "db/teststore.h"
 
 #include <QObject>
 #include <QSqlDatabase>
@@ -15,7 +16,6 @@
 namespace velometer {
 
 class TestDetails;
-class TestResults;
 
 /// Where one stored test was made, for a map: one record per test that has a position.
 struct TestLocation
@@ -33,8 +33,8 @@ struct TestLocation
 /// the family share. What a store operation has acknowledged survives a kill at any moment.
 ///
 /// Nothing is thrown: an SQL error goes to the diagnostic log and the operation returns its neutral
-/// value. Texts are put into the statements as they are: one with an apostrophe fails its
-/// statement, so a text from outside loses its apostrophes before it comes here. Main thread only.
+/// value. A report is put into its statement as it is: an apostrophe fails it, so a report has
+/// none. Main thread only.
 class DatabaseManager : public QObject
 {
     Q_OBJECT
@@ -57,10 +57,10 @@ public:
     bool resetDB();
     QSqlError lastError() const;
 
-    /// The new row's id, 0 when it was not stored.
-    qulonglong storeTestResults(const TestResults *results);
-    /// Replaces the details of the test; false when one of them was not stored.
-    bool storeTestDetails(const TestDetails *details);
+    /// Stores the whole test. The new row's id; 0, and nothing is stored, when a part of it failed.
+    qulonglong storeTest(const FinishedTest &test);
+    /// The whole test of @p row: what was stored of it, but for what only the running program knew.
+    FinishedTest getTest(const DBTestResults &row);
 
     std::unique_ptr<DBTestResults> getResultsById(qulonglong id); ///< null when absent
     /// Newest series and test first.
@@ -68,10 +68,7 @@ public:
     /// Null when the test has no details.
     std::unique_ptr<TestDetails> getDetailsById(qulonglong id);
 
-    /// Keeps the bytes per 100 ms of one phase of a test, in place of those it had; false when they
-    /// were not stored.
-    bool storeIntervals(qulonglong id, int resulttype, const IntervalTable &bytes);
-    /// Empty when the test has none.
+    /// Bytes per 100 ms of one phase of a test; empty when it has none.
     IntervalTable getIntervals(qulonglong id, int resulttype);
 
     double getTotalMegabytesInDB();
@@ -84,6 +81,7 @@ public:
     /// The first queued report after row @p lastId that has been tried fewer than 20 times; null
     /// when there is none.
     std::unique_ptr<XMLData> getNextUnsentXMLFile(int lastId);
+    /// For a report that was delivered: the test it came from is marked so.
     bool deleteUnsentXMLFile(int id);
     /// Inserts a report that has no row yet; else updates its row's count of attempts, never its
     /// document. Returns the row; -1, and nothing changed, when the statement failed. The record
@@ -96,9 +94,11 @@ private:
     bool checkDatabase();
     void updateVersion();
     void recreateTables();
+    void createIndexes();
     bool execute(const QString &statement);
 
     QSqlDatabase db;
+    TestStore tests{db};
 };
 
 /// The one database of the process: there before main() begins, deleted by it at its end.

@@ -4,7 +4,7 @@
 
 namespace velometer {
 
-/// The statements of the result database. "%1", "%2" ... are filled by substitution.
+/// The statements of the result database. "%1", "%2" ... are filled by substitution, "?" are bound.
 namespace DatabaseStatements {
 
 using namespace Qt::StringLiterals;
@@ -36,32 +36,32 @@ inline constexpr auto CREATE_TABLE_TESTDETAILS =
 inline constexpr auto CREATE_INDEX_TOTALBYTES =
     "CREATE INDEX IF NOT EXISTS testdetails_totalbytes ON testdetails(key, id, long) WHERE key = "
     "'totalBytes'"_L1;
-/// Bytes per 100 ms, separated by commas: a row for each phase of a test that has them.
+/// Bytes per 100 ms, or response times in ns, separated by commas: a row for each phase of a test
+/// that has them.
 inline constexpr auto CREATE_TABLE_TESTINTERVALS =
     "CREATE TABLE IF NOT EXISTS testintervals (id integer, resulttype integer, bytes text, PRIMARY "
     "KEY (id, resulttype))"_L1;
 inline constexpr auto DELETE_ALL_TESTINTERVALS = "DELETE FROM testintervals"_L1;
-inline constexpr auto REPLACE_TESTINTERVALS =
-    "INSERT OR REPLACE INTO testintervals(id,resulttype,bytes) VALUES(%1,%2,'%3')"_L1;
+inline constexpr auto INSERT_INTO_TESTINTERVALS =
+    "INSERT INTO testintervals(id,resulttype,bytes) VALUES(?,?,?)"_L1;
 inline constexpr auto SELECT_TESTINTERVALS =
     "SELECT bytes FROM testintervals WHERE id = %1 AND resulttype = %2"_L1;
+inline constexpr auto SELECT_ALL_TESTINTERVALS =
+    "SELECT resulttype, bytes FROM testintervals WHERE id = %1"_L1;
 
 inline constexpr auto INSERT_INTO_TESTRESULTS =
     "INSERT INTO "
     "testresults(timestamp,seriesid,testid,downloadSpeed,uploadSpeed,uploadSpeedClient,rtt,"
     "connectionType,location,server,velocity,distance,accuracyvert,accuracyhor,"
     "distanceDurationInSeconds) "
-    "VALUES(%1,%2,%3,%4,%5,%6,%7,'%8','%9','%10',%11,%12,%13,%14,%15)"_L1;
-inline constexpr auto DELETE_FROM_TESTDETAILS = "DELETE FROM testdetails WHERE id = %1"_L1;
+    "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"_L1;
 inline constexpr auto INSERT_INTO_TESTDETAILS =
-    "INSERT INTO testdetails(id,key,type,string,long,double) VALUES(%1, '%2','%3','%4',%5,%6)"_L1;
-inline constexpr auto SELECT_TESTRESULTS_ID_BY_TEST_AND_SERIES_ID =
-    "SELECT id FROM testresults WHERE testid = %1 AND seriesid = %2"_L1;
+    "INSERT INTO testdetails(id,key,type,string,long,double) VALUES(?,?,?,?,?,?)"_L1;
 inline constexpr auto SELECT_TESTRESULTS_BY_ID = "SELECT * FROM testresults WHERE id = %1"_L1;
 inline constexpr auto SELECT_ALL_TESTRESULTS =
     "SELECT * FROM testresults order by seriesid desc, testid desc"_L1;
-inline constexpr auto COUNT_TESTDETAILS_BY_ID = "SELECT COUNT(*) FROM testdetails WHERE id = %1"_L1;
-inline constexpr auto SELECT_TESTDETAILS_BY_ID = "SELECT * FROM testdetails WHERE ID = %1"_L1;
+inline constexpr auto SELECT_TESTDETAILS_BY_ID =
+    "SELECT key, type, string, long, double FROM testdetails WHERE id = %1"_L1;
 inline constexpr auto SELECT_TOTALMEGABYTEINDB =
     "SELECT SUM(long) FROM testdetails WHERE key = '%1' GROUP BY key"_L1;
 inline constexpr auto SELECT_TOTALMEGABYTESMOBILEINDB =
@@ -77,6 +77,15 @@ inline constexpr auto UPDATE_UNSENTXMLFILE =
 inline constexpr auto INSERT_UNSENTXMLFILE =
     "INSERT INTO xmlfiles(numberofretries, xml) VALUES (%1, '%2')"_L1;
 inline constexpr auto DELETE_UNSENTXMLFILE = "DELETE FROM xmlfiles WHERE id = %1"_L1;
+/// The test whose report it was, found without reading every detail of every test.
+inline constexpr auto CREATE_INDEX_REPORTQUEUEID =
+    "CREATE INDEX IF NOT EXISTS testdetails_reportqueueid ON testdetails(long, id) WHERE key = "
+    "'reportQueueId'"_L1;
+inline constexpr auto UPDATE_DELIVERED =
+    "UPDATE testdetails SET long = 1 WHERE key = 'reportDelivered' AND id IN (SELECT id FROM "
+    "testdetails WHERE key = 'reportQueueId' AND long = %1)"_L1;
+inline constexpr auto DELETE_REPORTQUEUEID =
+    "DELETE FROM testdetails WHERE key = 'reportQueueId' AND long = %1"_L1;
 
 inline constexpr auto SELECT_NUMBEROFRESULTSWITHLOCATIONS =
     "SELECT count(*) FROM testdetails WHERE key = '%1' AND double<>0"_L1;

@@ -4,7 +4,8 @@
 #include "context/locationhelper.h"
 #include "context/networkinfohelper.h"
 #include "data/result.h"
-#include "data/testdetails.h"
+#include "data/surroundings.h"
+#include "data/testreport.h"
 #include "data/testresultlog.h"
 #include "data/testserver.h"
 #include "db/databasemanager.h"
@@ -15,6 +16,7 @@
 #include "measurement/testobserver.h"
 #include "measurement/uploadtest.h"
 #include "utils/deployment.h"
+#include "utils/units.h"
 #include "utils/utils.h"
 
 #include <QTimer>
@@ -35,7 +37,7 @@ constexpr int maxReachabilityRetries = 5;
 
 QString kiloBitsPerSecond(qint64 bitsPerSecond)
 {
-    return QString::number(static_cast<double>(bitsPerSecond) / 1000.0, 'f', 0) + " kBit/s"_L1;
+    return Units::kiloBitRate(static_cast<double>(bitsPerSecond));
 }
 
 bool isOk(bool ok, const QString &header)
@@ -127,6 +129,7 @@ void TestController::prepare()
     dataBudget = nextBudget;
     outcome = TestOutcome();
     complete = false;
+    finished = FinishedTest();
     concluded = false;
     testScope = std::make_unique<QObject>();
     running = true;
@@ -377,7 +380,7 @@ void TestController::runRtt()
 void TestController::markRttEnd()
 {
     const int average = testResults->getRTTResult()->getResponseAvg();
-    observer->setRTTText(average >= 1 ? u"%1 ms"_s.arg(average / 1000000) : tr("na"));
+    observer->setRTTText(average >= 1 ? Units::wholeMilliseconds(average) : tr("na"));
     showInformation();
     observer->setStatus(tr("testphase_wait"));
     testResults->setRttLocationEnd(locationhelper->getDoubleLocation());
@@ -392,7 +395,7 @@ void TestController::submitReport()
     testResults->calculateAdditionalValues();
     complete = true;
     observer->setStatus(tr("testphase_sendresults"));
-    const QString report = testResults->toXML(this)->xml;
+    const QString report = makeReport();
     testResults->setSizeOfXmInBytes(report.toUtf8().size());
     // Its answer is not waited for any more.
     cancelActivity = [this] { delivery->keepSubmitted(); };
@@ -414,28 +417,36 @@ void TestController::showTransferred()
     const QString mode = networkinfohelper->getNetworkmode();
     const QString prefix = mode.isEmpty() ? QString() : Utils::trConnectionTypeShort(mode) + u' ';
     showInformation();
-    observer->setDataTransferred(
-        tr("DataTransferred") + prefix + ": "_L1 +
-        testResults->getDetailsResults(this)->getFormatedStringByKey(u"totalBytes"_s));
+    observer->setDataTransferred(tr("DataTransferred") + prefix + ": "_L1 +
+                                 Units::megabytes(finished.totalBytes()));
+}
+
+QString TestController::makeReport()
+{
+    finished = testResults->finished(Surroundings::of(*this));
+    return TestReport::document(finished)->xml;
 }
 
 void TestController::storeTest()
 {
     concluded = true;
-    const auto details = testResults->getDetailsResults(this);
-    const qulonglong id = gDB->storeTestResults(testResults);
+    noteOutcome();
+    const qulonglong id = gDB->storeTest(finished);
     testResults->setMyTestId(static_cast<qlonglong>(id));
-    details->setMyTestId(static_cast<qlonglong>(id));
     outcome.storedId = id;
-    if (id == 0 || !gDB->storeTestDetails(details.get())) {
-        outcome.storeFailed = true;
-    }
-    for (const Result *phase : {testResults->getDownloadResult(), testResults->getUploadResult()}) {
-        if (id != 0 && phase &&
-            !gDB->storeIntervals(id, phase->getResultType(), phase->getIntervallValuesByte())) {
-            outcome.storeFailed = true;
-        }
-    }
+    outcome.storeFailed |= id == 0;
+}
+
+void TestController::noteOutcome()
+{
+    const ReportDelivery::Outcome &reports = delivery->getOutcome();
+    outcome.storeFailed |= reports.storeFailed;
+    outcome.reportDelivered = reports.delivered;
+    outcome.queueId = reports.queueId;
+    outcome.answered = reports.answered;
+    outcome.resent = reports.resent;
+    finished.storedId = Known::atLeast(1, static_cast<qint64>(outcome.storedId));
+    finished.report = {reports.delivered, reports.queueId, reports.resent};
 }
 
 // ---- Completions
@@ -530,21 +541,19 @@ void TestController::keepUnfinishedTest()
 void TestController::queuePartialReport()
 {
     testResults->setTimestamp(Utils::getTimeInMs());
-    delivery->keep(testResults->toXML(this)->xml);
+    delivery->keep(makeReport());
 }
 
 void TestController::endTest(TestOutcome::End end, const QString &errorText)
 {
     running = false;
     testScope.reset();
-    const ReportDelivery::Outcome &reports = delivery->getOutcome();
     outcome.end = end;
-    outcome.storeFailed |= reports.storeFailed;
-    outcome.reportDelivered = reports.delivered;
-    outcome.queueId = reports.queueId;
-    outcome.answered = reports.answered;
-    outcome.resent = reports.resent;
     outcome.waiting = gDB->countUnsentXMLFiles();
+    if (!finished.timestamp) {
+        finished = Surroundings::of(*this); // it did not get as far as a report
+    }
+    noteOutcome();
     const TestOutcome ended = outcome;
     observer->stopTest();
     if (!errorText.isEmpty()) {

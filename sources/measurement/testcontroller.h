@@ -110,6 +110,8 @@ public:
     /// runTests.
     const TestResults *getTestResults() const { return testResults; }
     const TestOutcome &getOutcome() const { return outcome; }
+    /// Everything known of the test that ended last, whatever its end.
+    const FinishedTest &getFinishedTest() const { return finished; }
     Phase getPhase() const { return teststatus; }
 
     // MeasurementContext
@@ -166,9 +168,11 @@ private:
     void takeLogEntry(const QString &name, Phase next);
     void addInitFailedEntry();
     void reachabilityChecked(qlonglong rtt);
+    QString makeReport();
     void queuePartialReport();
     void storeTest();
     void showTransferred();
+    void noteOutcome();
     void request(const QString &text);
 
     void prepare();
@@ -199,6 +203,7 @@ private:
     HttpGetRequester *httpgetter;
     SessionOpener *session;
     ReportDelivery *delivery;
+    FinishedTest finished; ///< what the report, the store and the observer are told
     Phase teststatus = Phase::Init;
 
     bool running = false;

@@ -1,8 +1,6 @@
 #include "db/databasemanager.h"
 
-#include "data/result.h"
 #include "data/testdetails.h"
-#include "data/testresults.h"
 #include "support/rows.h"
 #include "utils/utils.h"
 
@@ -47,7 +45,7 @@ private Q_SLOTS:
         QVERIFY(store(13, 3) > 0);
         XMLData report;
         QVERIFY(db->insertOrUpdateXMLFile(&report) > 0);
-        QVERIFY(db->storeIntervals(1, Result::Download, {{0, 7}}));
+        QVERIFY(sql(u"INSERT INTO testintervals VALUES(1,1,'7')"_s));
         QVERIFY(sql(statement));
         db = std::make_unique<DatabaseManager>(nullptr);
         QVERIFY(db->openDB());
@@ -68,12 +66,9 @@ private Q_SLOTS:
         QVERIFY(db->openDB());
         QCOMPARE(static_cast<int>(db->getAllResults().size()), 1);
         QVERIFY(db->getIntervals(1, Result::Upload).isEmpty());
-        const IntervalTable bytes{{0, 0}, {1, 12'500'000'000}, {2, 3}};
-        QVERIFY(db->storeIntervals(1, Result::Upload, {{0, 9}, {1, 9}, {2, 9}, {3, 9}}));
-        QVERIFY(db->storeIntervals(1, Result::Upload, bytes));
-        QCOMPARE(db->getIntervals(1, Result::Upload), bytes);
-        QVERIFY(db->storeIntervals(1, Result::Download, {}));
-        QVERIFY(db->getIntervals(1, Result::Download).isEmpty());
+        QVERIFY(sql(u"INSERT INTO testintervals VALUES(1,2,'0,12500000000,3')"_s));
+        QCOMPARE(db->getIntervals(1, Result::Upload),
+                 (IntervalTable{{0, 0}, {1, 12'500'000'000}, {2, 3}}));
         QVERIFY(sql(u"UPDATE testintervals SET bytes = '5,,-3,x,' || hex(zeroblob(100000))"_s));
         QCOMPARE(db->getIntervals(1, Result::Upload).value(0), 5);
         QCOMPARE(db->getIntervals(1, Result::Upload).value(2), 0);
@@ -82,30 +77,28 @@ private Q_SLOTS:
 
     void storesARowOfRoundedFigures()
     {
-        TestResults results(13, 3, nullptr);
-        results.setTimestamp(1'700'000'000'123);
-        results.setTestServer(u"host.example"_s);
-        results.setUserLocation(u"Indoor"_s);
-        // 1543.25 bytes in 10 s are 1234.6 bit/s, a rate already cut to whole numbers
-        results.setDownloadResult(new Result(80, 7, 10'000'000'000, 5'000'000'000'000, {}, {}, 0, 0,
-                                             0, Result::Download, &results));
-        results.setUploadResult(
-            new Result(80, 7, 1'000'000'000, 1000, {}, {}, 0, 0, 0, Result::Upload, &results));
-        results.setRTTResult(new Result(80, {{1, 45'999'999}}, &results));
-        const qulonglong id = db->storeTestResults(&results);
-        auto row = db->getResultsById(id);
-        QVERIFY(row);
-        QCOMPARE(row->timestamp, 1'700'000'000'123.0);
-        QCOMPARE(row->downloadSpeed, 4'000'000'000'000.0);
-        QCOMPARE(row->uploadSpeed, 8000.0); // the server gave none
-        QCOMPARE(row->rtt, 45);
-        QCOMPARE(row->connectionType, u"Mobile(mixed)"_s);
-        QCOMPARE(row->testServer, u"host.example"_s);
-
-        results.setServerSideUpload(u"1;7000;2"_s);
-        row = db->getResultsById(db->storeTestResults(&results));
-        QCOMPARE(row->uploadSpeed, 7000.0);
-        QCOMPARE(row->uploadSpeedClient, 8000.0);
+        FinishedTest test;
+        test.timestamp = 1'700'000'000'123;
+        test.server.host = u"o'host"_s;
+        test.location = u"Indoor"_s;
+        test.download.averageRate = 4'000'000'000'000;
+        test.upload.averageRate = 8000;
+        test.rtt.average = 45'999'999;
+        test.movement = {55, 1000.6, 61, 9.2, 14.7};
+        const auto stored = [&] {
+            const auto row = db->getResultsById(db->storeTest(test));
+            return QVariantList{
+                row->timestamp,         row->downloadSpeed, row->uploadSpeed,
+                row->uploadSpeedClient, row->rtt,           row->testServer,
+                row->location,          row->velocity,      row->distance,
+                row->accuracyvert,      row->accuracyhor,   row->distanceDurationInSeconds};
+        };
+        QVariantList row{1'700'000'000'123.0, 4e12, 8000.0, 8000.0, 45LL, u"o'host"_s,
+                         u"Indoor"_s,         55.0, 1001.0, 15.0,   9.0,  61.0};
+        QCOMPARE(stored(), row);
+        test.serverAverageRate = 7000;
+        row[2] = 7000.0;
+        QCOMPARE(stored(), row);
     }
 
     void idsThatStartAgainDoNotOverwriteAnOlderTest()
@@ -113,38 +106,54 @@ private Q_SLOTS:
         const qulonglong first = store(1, 1);
         QVERIFY(first > 0 && store(1, 1) != first);
         store(1, 2);
-        TestResults refused(1, 3, nullptr);
-        refused.setTestServer(u"o'host"_s);
-        QCOMPARE(db->storeTestResults(&refused), 0); // and not the id of another test
         const auto all = db->getAllResults();
         QCOMPARE(all.size(), size_t(3));
         QCOMPARE(all.front()->testId, 2); // newest first
     }
 
-    void detailsComeBackWithTheirKinds()
+    void aTestIsStoredWholeOrNotAtAll_data()
     {
-        TestDetails details(nullptr, 7);
-        details.putString(u"text"_s, u"%1 \u00e4"_s);
-        details.putLong(u"long"_s, 9'000'000'000'000LL);
-        details.putDouble(u"double"_s, 123456789.125);
-        QVERIFY(db->storeTestDetails(&details));
-        details.putString(u"text"_s, u"changed"_s);
-        QVERIFY(db->storeTestDetails(&details)); // replaces
-        const auto read = db->getDetailsById(7);
-        QVERIFY(read);
-        QCOMPARE(read->getData().size(), 3);
-        QCOMPARE(read->getString(u"text"_s), u"changed"_s);
-        QCOMPARE(read->getLong(u"long"_s), 9'000'000'000'000LL);
-        QCOMPARE(read->getDouble(u"double"_s), 123456789.125);
+        const Rows<QString> row("table");
+        for (const char *table : {"testresults", "testdetails", "testintervals"}) {
+            row(table, table);
+        }
+    }
+    void aTestIsStoredWholeOrNotAtAll()
+    {
+        QFETCH(QString, table);
+        QVERIFY(sql(
+            u"CREATE TRIGGER broken BEFORE INSERT ON %1 BEGIN SELECT RAISE(ABORT, 'x'); END"_s.arg(
+                table)));
+        FinishedTest test;
+        test.upload.intervalBytes = {1, 2};
+        QCOMPARE(db->storeTest(test), 0);
+        QVERIFY(sql(u"DROP TRIGGER broken"_s));
+        QVERIFY(db->getAllResults().empty() && !db->getDetailsById(1));
+        QVERIFY(db->getIntervals(1, Result::Upload).isEmpty());
     }
 
-    void oneBadDetailDoesNotTakeTheOthersWithIt()
+    void aTestKnowsWhatBecameOfItsReport()
     {
-        TestDetails details(nullptr, 7);
-        details.putString(u"bad"_s, u"it's"_s);
-        details.putString(u"good"_s, u"text"_s);
-        QVERIFY(!db->storeTestDetails(&details));
-        QCOMPARE(db->getDetailsById(7)->getData().keys(), QStringList{u"good"_s});
+        XMLData document;
+        const auto queued = [&] {
+            FinishedTest test;
+            test.report = {false, db->insertOrUpdateXMLFile(&document), {}};
+            return db->storeTest(test);
+        };
+        const auto report = [&](qulonglong id) {
+            return db->getTest(*db->getResultsById(id)).report;
+        };
+        const qulonglong first = queued();
+        const qulonglong second = queued();
+        QCOMPARE(report(second).queueId, 2);
+        QVERIFY(db->deleteUnsentXMLFile(2));
+        // Its row in the queue is used again.
+        const qulonglong third = queued();
+        QCOMPARE(report(third).queueId, 2);
+        QCOMPARE(report(third).delivered, false);
+        QCOMPARE(report(second).queueId, std::nullopt);
+        QCOMPARE(report(second).delivered, true);
+        QCOMPARE(report(first).delivered, false);
     }
 
     void sumsAndLocatesTests()
@@ -156,12 +165,12 @@ private Q_SLOTS:
                 sql(u"INSERT INTO testresults(id,downloadSpeed,connectionType) VALUES(%1,%1,'%2')"_s
                         .arg(id)
                         .arg(type)));
-            TestDetails details(nullptr, id);
-            details.putLong(u"totalBytes"_s, 1572864);
-            details.putDouble(u"deviceLatitude"_s, latitude);
-            details.putDouble(u"deviceLongitude"_s, longitude);
-            details.putDouble(u"deviceAccuracyVert"_s, 12);
-            db->storeTestDetails(&details);
+            QVERIFY(
+                sql(u"INSERT INTO testdetails(id,key,long,double) VALUES(%1,'totalBytes',1572864,"
+                    "NULL),(%1,'deviceLatitude',NULL,%2),(%1,'deviceLongitude',NULL,%3),"
+                    "(%1,'deviceAccuracyVert',NULL,12)"_s.arg(id)
+                        .arg(latitude)
+                        .arg(longitude)));
         };
         add(1, u"WLAN"_s, 47.5, 8.5);
         add(2, u"WLAN"_s, 0, 0);           // no position
@@ -206,8 +215,10 @@ private Q_SLOTS:
 private:
     qulonglong store(qlonglong series, qlonglong test)
     {
-        TestResults results(series, test, nullptr);
-        return db->storeTestResults(&results);
+        FinishedTest finished;
+        finished.seriesId = series;
+        finished.testId = test;
+        return db->storeTest(finished);
     }
     static bool sql(const QString &statement) { return QSqlQuery().exec(statement); }
 

@@ -71,6 +71,14 @@ public:
         QVERIFY(query.exec());
     }
 
+    /// @p list: numbers, separated by commas.
+    void addIntervals(qlonglong id, int phase, const QString &list)
+    {
+        QVERIFY(QSqlQuery(QSqlDatabase::database())
+                    .exec(QStringLiteral("INSERT INTO testintervals VALUES(%1,%2,'%3')")
+                              .arg(QString::number(id), QString::number(phase), list)));
+    }
+
 private:
     QTemporaryDir directory;
 };

@@ -363,7 +363,7 @@ private Q_SLOTS:
     void clearingLeavesNothingBehindOrSaysSo()
     {
         create(false);
-        QVERIFY(gDB->storeIntervals(1, 1, {{0, 5}}));
+        store->addIntervals(1, 1, u"5"_s);
         window->showSettingsTab();
         click(u"buttonClearDatabase"_s);
         QCOMPARE(openPopup(), u"WaitingPopup"_s);

@@ -2,6 +2,7 @@
 
 #include "data/result.h"
 #include "data/testdetails.h"
+#include "data/testfields.h"
 #include "db/databasemanager.h"
 #include "db/dbtestresults.h"
 #include "ui/details/detailscategory.h"
@@ -36,7 +37,7 @@ struct Row
 {
     const char *title;
     const char *description; ///< null when there is none
-    QLatin1StringView key;
+    QLatin1StringView key;   ///< of a stored field
     bool onlyWithValue = false;
 };
 
@@ -130,7 +131,8 @@ const QList<Category> &categoryTable()
 /// As the details format it, but for degrees, which they would cut to whole ones.
 QString valueText(const TestDetails &details, const QString &key)
 {
-    if (key != "deviceLatitude"_L1 && key != "deviceLongitude"_L1) {
+    const TestField *field = TestFields::ofDetail(key);
+    if (!field || field->unit != Unit::Degrees) {
         return details.getFormatedStringByKey(key).left(shownLength);
     }
     if (!details.hasGPSCoordinates()) {

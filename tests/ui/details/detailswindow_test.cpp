@@ -6,6 +6,7 @@
 #include "utils/deployment.h"
 
 #include "support/application.h"
+#include "support/wholetest.h"
 
 #include <QDesktopServices>
 #include <QUrl>
@@ -39,37 +40,36 @@ private Q_SLOTS:
 
     void showsEveryRowUnderItsTitle()
     {
-        store->addDetail(7, u"downloadAverage"_s, 2'500'000.0);
-        store->addDetail(7, u"deviceIP"_s, u"198.51.100.7"_s);
-        store->addDetail(7, u"externalIP"_s, u"10.0.0.7"_s);
-        store->addDetail(7, u"deviceLatitude"_s, 47.226612);
-        store->addDetail(7, u"deviceLongitude"_s, -8.8);
+        const auto whole = gDB->storeTest(WholeTest().value());
+        show(whole);
+        QVERIFY(page->findChild<ThroughputPlot *>());
+        const QDateTime time = QDateTime::fromMSecsSinceEpoch(1'700'000'000'123);
+        QCOMPARE(rows(),
+                 (u"Performance Data|Download Average=38000 kBit/s|"
+                  "Download Maximum=38175 kBit/s|Upload Average=14200 kBit/s|"
+                  "Upload Maximum=14300 kBit/s|RTT Average=30 ms|RTT Minimum=29 ms|"
+                  "Downloaded Bytes=36.63 MB|Uploaded Bytes=14.29 MB|"
+                  "Total transferred Bytes=50.92 MB|"
+                  "Data Budget=at most 60 MB; ended early: upload|"
+                  "Device Information|Connectiontype(s)=Mobile(LTE)|NetworkCell=28394241|"
+                  "GSM Signalstrength=55|External IP=10.0.0.3|Device IP=192.0.2.2|"
+                  "Device Latitude=47.22600|Device Longitude=-8.81800|Device Altitude=412 m|"
+                  "Distance Traveled=1001 m|Average Velocity=55 km/h|"
+                  "Vert. Accuracy of GPS/Network=25 m|Hor. Accuracy of GPS/Network=28 m|"
+                  "Test Server Info|Server Name=speed.example|Server Domain=example|"
+                  "Server IP=192.0.2.1|Server Port=8080|Server Country=CH|"
+                  "Server State=State|Server City=City|"
+                  "Test Info|Date of Test="_s +
+                  time.toString(u"yyyy-MM-dd|'Time of Test='hh:mm|"_s) +
+                  u"Test Series ID=13|Test ID=4"_s)
+                     .split(u'|'));
+
+        // One that the budget left alone, and nobody located.
         show(7);
         QVERIFY(!page->findChild<ThroughputPlot *>());
-        const QStringList texts = rows();
-        QCOMPARE(texts.size(), 4 + 32);
-        QCOMPARE(texts.mid(0, 3),
-                 QStringList({u"Performance Data"_s, u"Download Average=2500 kBit/s"_s,
-                              u"Download Maximum=n/a"_s}));
-        QCOMPARE(texts.value(10), u"Device Information"_s);
-        QCOMPARE(texts.mid(14, 4),
-                 QStringList({u"External IP=198.51.100.7"_s, u"Device IP=10.0.0.7"_s,
-                              u"Device Latitude=47.22661"_s, u"Device Longitude=-8.80000"_s}));
-        QCOMPARE(texts.value(23), u"Test Server Info"_s);
-        QCOMPARE(texts.value(31), u"Test Info"_s);
-        QCOMPARE(texts.value(35), u"Test ID=4"_s);
-
-        store->addDetail(8, u"testTestId"_s, qlonglong(5));
-        show(8);
+        QCOMPARE(rows().size(), 4 + 32);
         QCOMPARE(rows().value(16), u"Device Latitude=n/a"_s);
-
-        QVERIFY(gDB->storeIntervals(8, Result::Upload, {{0, 1000}, {1, 2000}}));
-        store->addDetail(8, u"budgetReached"_s, u"download,upload"_s);
-        store->addDetail(8, u"dataBudget"_s, qlonglong(10'000'000));
-        show(8);
-        QCOMPARE(rows().value(10), u"Data Budget=at most 10 MB; ended early: download, upload"_s);
-        QCOMPARE(rows().size(), 4 + 33);
-        QVERIFY(page->findChild<ThroughputPlot *>());
+        QCOMPARE(rows().value(18), u"Device Altitude=n/a"_s);
     }
 
     void showsStoredTextsAsTheyAre()

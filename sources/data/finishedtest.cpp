@@ -1,0 +1,33 @@
+#include "data/finishedtest.h"
+
+#include "utils/cleantext.h"
+
+#include <cmath>
+
+namespace velometer {
+
+FinishedTest::Text Known::text(const QString &value)
+{
+    const QString clean = cleanText(value);
+    return clean.isEmpty() ? FinishedTest::Text() : FinishedTest::Text(clean);
+}
+
+FinishedTest::Number Known::number(const QString &value)
+{
+    bool ok = false;
+    const qint64 result = value.toLongLong(&ok);
+    return ok && result >= 0 ? FinishedTest::Number(result) : FinishedTest::Number();
+}
+
+FinishedTest::Number Known::atLeast(qint64 minimum, FinishedTest::Number value)
+{
+    return value && *value >= minimum ? value : FinishedTest::Number();
+}
+
+FinishedTest::Real Known::above(double minimum, double value)
+{
+    return std::isfinite(value) && value > minimum ? FinishedTest::Real(value)
+                                                   : FinishedTest::Real();
+}
+
+} // namespace velometer

@@ -1,0 +1,405 @@
+#include "data/testfields.h"
+
+#include "data/result.h"
+#include "data/testdetails.h"
+#include "data/testserver.h"
+#include "utils/cleantext.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace velometer {
+
+namespace {
+
+using Number = FinishedTest::Number;
+using Real = FinishedTest::Real;
+using Flag = FinishedTest::Flag;
+using Text = FinishedTest::Text;
+
+/// Stands beside the figures of a test that has all of them.
+constexpr auto everythingKey = "everything"_L1;
+/// What is beyond is no count of anything, and no qint64.
+constexpr double greatestNumber = 9e18;
+constexpr double noAltitude = -1.0;
+
+// ---- A member as the store and the formats see it
+
+template <typename Value>
+QVariant toVariant(const std::optional<Value> &value)
+{
+    return value ? QVariant::fromValue(*value) : QVariant();
+}
+
+template <typename Value>
+QVariant toVariant(const std::optional<QList<Value>> &list)
+{
+    if (!list) {
+        return {};
+    }
+    QVariantList values;
+    for (const Value &value : *list) {
+        if constexpr (std::is_same_v<Value, Number>) {
+            values.append(toVariant(value));
+        } else {
+            values.append(QVariant::fromValue(value));
+        }
+    }
+    return values;
+}
+
+QVariant toVariant(qint64 value)
+{
+    return value;
+}
+
+QVariant toVariant(double value)
+{
+    return value;
+}
+
+QVariant toVariant(const QString &value)
+{
+    return value;
+}
+
+void fromVariant(const QVariant &value, Number &member)
+{
+    bool isNumber = false;
+    const double real = value.toDouble(&isNumber);
+    if (value.typeId() == QMetaType::LongLong) {
+        member = Known::atLeast(0, value.toLongLong());
+    } else if (isNumber && real >= 0 && real < greatestNumber) {
+        member = std::llround(real);
+    }
+}
+
+void fromVariant(const QVariant &value, Real &member)
+{
+    const double real = value.toDouble();
+    member = std::isfinite(real) ? Real(real) : Real();
+}
+
+void fromVariant(const QVariant &value, Flag &member)
+{
+    member = value.toBool();
+}
+
+void fromVariant(const QVariant &value, Text &member)
+{
+    member = Known::text(value.toString());
+}
+
+void fromVariant(const QVariant &value, qint64 &member)
+{
+    member = value.toLongLong();
+}
+
+void fromVariant(const QVariant &value, double &member)
+{
+    const double real = value.toDouble();
+    member = std::isfinite(real) ? real : member;
+}
+
+template <typename Value>
+void fromVariant(const QVariant &value, std::optional<QList<Value>> &member)
+{
+    QList<Value> list;
+    const QVariantList values = value.toList();
+    for (const QVariant &each : values) {
+        Number number;
+        fromVariant(each, number);
+        if constexpr (std::is_same_v<Value, Number>) {
+            list.append(number);
+        } else {
+            list.append(number.value_or(0));
+        }
+    }
+    member = list;
+}
+
+// ---- Lines of the table
+
+/// A member: @p access gives it, of a test to read or to fill.
+template <typename Access>
+TestField field(const char *key, Unit unit, const char *stored, Access /*access*/,
+                const char *column = "")
+{
+    return {QLatin1StringView(key),
+            QLatin1StringView(stored),
+            unit,
+            [](const FinishedTest &test) { return toVariant(Access{}(test)); },
+            [](FinishedTest &test, const QVariant &value) { fromVariant(value, Access{}(test)); },
+            QLatin1StringView(column)};
+}
+
+/// A member that is a list, kept under @p number.
+template <typename Access>
+TestField list(const char *key, Unit unit, int number, Access access)
+{
+    TestField line = field(key, unit, "", access);
+    line.list = number;
+    return line;
+}
+
+/// What follows from members.
+template <typename Get>
+TestField derived(const char *key, Unit unit, const char *stored, Get /*get*/,
+                  const char *column = "")
+{
+    return {QLatin1StringView(key),
+            QLatin1StringView(stored),
+            unit,
+            [](const FinishedTest &test) { return toVariant(Get{}(test)); },
+            nullptr,
+            QLatin1StringView(column)};
+}
+
+/// Of a test that has no place a movement tells nothing.
+Real moved(const FinishedTest &test, double value)
+{
+    return test.position.latitude && value >= 0 ? Real(value) : Real();
+}
+
+/// Of a test without a budget there is nothing to say.
+Flag budgetReached(const FinishedTest::Budget &budget)
+{
+    return budget.bytes || budget.reached ? Flag(budget.reached.has_value()) : Flag();
+}
+
+QString localTime(const FinishedTest &test, const QString &format)
+{
+    return QDateTime::fromMSecsSinceEpoch(test.timestamp.value_or(0)).toString(format);
+}
+
+QString domain(const FinishedTest &test)
+{
+    TestServer server(nullptr);
+    server.setHostname(test.server.host.value_or(QString()));
+    return server.getDomain();
+}
+
+// A line without it would be three.
+#define AT(member) ([](auto &test) -> auto & { return test.member; })
+
+QList<TestField> makeTable()
+{
+    using enum Unit;
+    using T = const FinishedTest &;
+    return {
+        field("id", Identity, "", AT(storedId)),
+        field("test_id", Identity, "testTestId", AT(testId)),
+        field("series_id", Identity, "testSeriesId", AT(seriesId)),
+        field("user_id", Identity, "userId", AT(userId)),
+        field("timestamp", Moment, "", AT(timestamp)),
+        derived("", None, "testDate", [](T test) { return localTime(test, u"yyyy-MM-dd"_s); }),
+        derived("", None, "testTime", [](T test) { return localTime(test, u"hh:mm"_s); }),
+        field("schedule", None, "schedule", AT(schedule)),
+        field("location", None, "", AT(location)),
+
+        // The store's "name" is the host; it has been so for longer than servers had names.
+        field("server.name", None, "testServerLabel", AT(server.name)),
+        field("server.host", None, "testServerName", AT(server.host)),
+        derived("", None, "testServerDomain", [](T test) { return domain(test); }),
+        field("server.port", None, "testServerPort", AT(server.port)),
+        field("server.city", None, "testServerCity", AT(server.city)),
+        field("server.state", None, "testServerState", AT(server.state)),
+        field("server.country", None, "testServerCountry", AT(server.country)),
+        field("server.ip", None, "testServerIP", AT(server.ip)),
+
+        field("download.avg_bps", BitsPerSecond, "downloadAverage", AT(download.averageRate)),
+        field("download.min_bps", BitsPerSecond, "downloadMinimum", AT(download.minimumRate)),
+        field("download.max_bps", BitsPerSecond, "downloadMaximum", AT(download.maximumRate)),
+        field("download.bytes", Bytes, "downloadedBytes", AT(download.bytes)),
+        field("download.duration_ns", Nanoseconds, "downloadDuration", AT(download.duration)),
+        field("download.connect_ns", Nanoseconds, "downloadConnect", AT(download.connectTime)),
+        field("download.first_byte_ns", Nanoseconds, "downloadFirstByte",
+              AT(download.firstByteTime)),
+        field("download.max_pause_ns", Nanoseconds, "downloadMaxPause", AT(download.longestPause)),
+        field("download.valid", None, "downloadValid", AT(download.valid)),
+        list("download.interval_bytes", Bytes, Result::Download, AT(download.intervalBytes)),
+
+        // What the details show as the upload is the server's figure where there is one.
+        derived("", BitsPerSecond, "uploadAverage", [](T test) { return test.uploadRate(); }),
+        derived("", BitsPerSecond, "uploadMaximum", [](T test) { return test.uploadMaximum(); }),
+        field("upload.avg_bps", BitsPerSecond, "uploadClientAverage", AT(upload.averageRate)),
+        field("upload.min_bps", BitsPerSecond, "uploadClientMinimum", AT(upload.minimumRate)),
+        field("upload.max_bps", BitsPerSecond, "uploadClientMaximum", AT(upload.maximumRate)),
+        field("upload.server_min_bps", BitsPerSecond, "uploadServerMinimum", AT(serverMinimumRate)),
+        field("upload.server_avg_bps", BitsPerSecond, "uploadServerAverage", AT(serverAverageRate)),
+        field("upload.server_max_bps", BitsPerSecond, "uploadServerMaximum", AT(serverMaximumRate)),
+        field("upload.bytes", Bytes, "uploadedBytes", AT(upload.bytes)),
+        field("upload.duration_ns", Nanoseconds, "uploadDuration", AT(upload.duration)),
+        field("upload.connect_ns", Nanoseconds, "uploadConnect", AT(upload.connectTime)),
+        field("upload.first_byte_ns", Nanoseconds, "uploadFirstByte", AT(upload.firstByteTime)),
+        field("upload.max_pause_ns", Nanoseconds, "uploadMaxPause", AT(upload.longestPause)),
+        field("upload.valid", None, "uploadValid", AT(upload.valid)),
+        list("upload.interval_bytes", Bytes, Result::Upload, AT(upload.intervalBytes)),
+        derived("", Bytes, "totalBytes", [](T test) { return test.totalBytes(); }),
+
+        field("rtt.min_ns", Nanoseconds, "rttMinimum", AT(rtt.minimum)),
+        field("rtt.avg_ns", Nanoseconds, "rttAverage", AT(rtt.average)),
+        field("rtt.max_ns", Nanoseconds, "rttMaximum", AT(rtt.maximum)),
+        field("rtt.valid", None, "rttValid", AT(rtt.valid)),
+        list("rtt.samples_ns", Nanoseconds, Result::Rtt, AT(rtt.samples)),
+
+        field("network.type", None, "connectionType", AT(network.type)),
+        field("network.mode", None, "networkMode", AT(network.mode)),
+        field("network.name", None, "networkName", AT(network.name)),
+        field("network.mcc", None, "networkMcc", AT(network.mcc), "mcc"),
+        field("network.mnc", None, "networkMnc", AT(network.mnc), "mnc"),
+        field("network.home_mcc", None, "networkHomeMcc", AT(network.homeMcc), "home_mcc"),
+        field("network.home_mnc", None, "networkHomeMnc", AT(network.homeMnc), "home_mnc"),
+        field("network.lac", None, "networkLac", AT(network.lac), "lac"),
+        field("network.cell", None, "networkCell", AT(network.cell), "cell"),
+        field("network.signal", Percent, "networkSignal", AT(network.signal), "signal"),
+        field("", Percent, "gsmSignalStrength", AT(network.cellularSignal)),
+        field("network.roaming", None, "networkRoaming", AT(network.roaming), "roaming"),
+
+        field("position.latitude", Degrees, "deviceLatitude", AT(position.latitude), "latitude"),
+        field("position.longitude", Degrees, "deviceLongitude", AT(position.longitude),
+              "longitude"),
+        field("position.altitude_m", Metres, "deviceAltitude", AT(position.altitude), "altitude_m"),
+        field("position.accuracy_h_m", Metres, "positionAccuracyHor",
+              AT(position.horizontalAccuracy), "accuracy_h_m"),
+        field("position.accuracy_v_m", Metres, "positionAccuracyVert",
+              AT(position.verticalAccuracy), "accuracy_v_m"),
+        derived(
+            "position.velocity_kmh", KilometresPerHour, "",
+            [](T test) { return moved(test, test.movement.velocity); }, "velocity_kmh"),
+        derived(
+            "position.distance_m", Metres, "",
+            [](T test) { return moved(test, test.movement.distance); }, "distance_m"),
+        field("", KilometresPerHour, "deviceVelocity", AT(movement.velocity)),
+        field("", Metres, "deviceDistance", AT(movement.distance)),
+        field("", None, "deviceDistanceDuration", AT(movement.duration)),
+        field("", Metres, "deviceAccuracyHor", AT(movement.horizontalAccuracy)),
+        field("", Metres, "deviceAccuracyVert", AT(movement.verticalAccuracy)),
+
+        field("tcp.mss", None, "tcpMss", AT(tcp.mss)),
+        field("tcp.rwin", None, "tcpRwin", AT(tcp.receiveWindow)),
+        field("tcp.wscale", None, "tcpWscale", AT(tcp.windowScale)),
+        field("tcp.sack", None, "tcpSack", AT(tcp.sack)),
+        field("tcp.timestamps", None, "tcpTimestamps", AT(tcp.timestamps)),
+        field("tcp.congestion", None, "tcpCongestion", AT(tcp.congestion)),
+        field("tcp.public_ip", None, "externalIP", AT(tcp.publicIp), "public_ip"),
+        field("tcp.device_ip", None, "deviceIP", AT(tcp.deviceIp), "device_ip"),
+        field("tcp.client_hostname", None, "clientHostname", AT(tcp.clientHostname),
+              "client_hostname"),
+
+        field("device.manufacturer", None, "deviceManufacturer", AT(device.manufacturer)),
+        field("device.product", None, "deviceProduct", AT(device.product)),
+        field("device.model", None, "deviceModel", AT(device.model)),
+        field("device.platform", None, "devicePlatform", AT(device.platform)),
+
+        field("budget.max_bytes", Bytes, "dataBudget", AT(budget.bytes)),
+        derived("budget.reached", None, "", [](T test) { return budgetReached(test.budget); }),
+        field("", None, "budgetReached", AT(budget.reached)),
+
+        field("report.delivered", None, "reportDelivered", AT(report.delivered)),
+        field("report.queue_id", Identity, "reportQueueId", AT(report.queueId)),
+        field("report.resent", None, "", AT(report.resent)),
+    };
+}
+
+#undef AT
+
+const QList<TestField> &table()
+{
+    static const QList<TestField> fields = makeTable();
+    return fields;
+}
+
+/// What is counted is stored as an integer, what is measured as a double.
+bool isCount(Unit unit)
+{
+    return unit == Unit::Bytes || unit == Unit::Percent || unit == Unit::Identity;
+}
+
+/// 0 stood for the unknown in older details, but a test can do with no byte and without a signal.
+bool saysNothing(const QVariant &value, Unit unit)
+{
+    return value.typeId() != QMetaType::QString && value.toDouble() == 0.0 && unit != Unit::Bytes &&
+           unit != Unit::Percent;
+}
+
+/// Coordinates that are no place, and the altitude of a place without one, become unknown.
+void settle(FinishedTest::Position &position)
+{
+    const double latitude = position.latitude.value_or(0);
+    const double longitude = position.longitude.value_or(0);
+    const bool somewhere = latitude != 0.0 || longitude != 0.0;
+    if (!somewhere || !(std::abs(latitude) <= 90 && std::abs(longitude) <= 180)) {
+        position = {};
+        return;
+    }
+    position.latitude = latitude;
+    position.longitude = longitude;
+    if (position.altitude == noAltitude) {
+        position.altitude.reset();
+    }
+}
+
+} // namespace
+
+QString TestField::column() const
+{
+    return shortColumn.isEmpty() ? QString(key).replace(u'.', u'_') : QString(shortColumn);
+}
+
+std::span<const TestField> TestFields::all()
+{
+    return table();
+}
+
+const TestField *TestFields::ofDetail(const QString &detail)
+{
+    const auto found = std::find_if(table().begin(), table().end(), [&](const TestField &each) {
+        return !each.stored.isEmpty() && each.stored == detail;
+    });
+    return found == table().end() ? nullptr : &*found;
+}
+
+std::unique_ptr<TestDetails> TestFields::details(const FinishedTest &test)
+{
+    auto details = std::make_unique<TestDetails>(nullptr, test.storedId.value_or(0));
+    details->putLong(everythingKey, 1);
+    for (const TestField &each : table()) {
+        const QVariant value = each.stored.isEmpty() ? QVariant() : each.get(test);
+        if (!value.isValid()) {
+            continue;
+        }
+        const QString key = each.stored;
+        if (value.typeId() == QMetaType::QString) {
+            details->putString(key, value.toString());
+        } else if (value.typeId() == QMetaType::Bool || isCount(each.unit)) {
+            details->putLong(key, value.toLongLong());
+        } else {
+            details->putDouble(key, value.toDouble());
+        }
+    }
+    return details;
+}
+
+void TestFields::readDetails(const TestDetails &details, FinishedTest &test)
+{
+    const bool everything = hasEverything(details);
+    for (const TestField &each : table()) {
+        const QVariant value = details.getData().value(each.stored);
+        if (each.set && value.isValid() && (everything || !saysNothing(value, each.unit))) {
+            each.set(test, value);
+        }
+    }
+    settle(test.position);
+}
+
+bool TestFields::hasEverything(const TestDetails &details)
+{
+    return details.contains(everythingKey);
+}
+
+} // namespace velometer
