@@ -4,19 +4,15 @@
 #include "context/locationhelper.h"
 #include "context/networkinfohelper.h"
 #include "data/result.h"
-#include "data/surroundings.h"
-#include "data/testreport.h"
 #include "data/testresultlog.h"
 #include "data/testserver.h"
 #include "db/databasemanager.h"
 #include "measurement/controlrequests.h"
-#include "measurement/downloadtest.h"
 #include "measurement/httpgetrequester.h"
-#include "measurement/rtttest.h"
+#include "measurement/measurementsteps.h"
 #include "measurement/testobserver.h"
-#include "measurement/uploadtest.h"
+#include "measurement/testrecorder.h"
 #include "utils/deployment.h"
-#include "utils/units.h"
 #include "utils/utils.h"
 
 #include <QTimer>
@@ -31,13 +27,13 @@ namespace {
 
 constexpr int requestTimeout = 10000;
 constexpr int reachabilityTimeout = 10000;
-constexpr int logEntryTimeout = 3000;
 /// The check that follows the fifth is not looked at any more.
 constexpr int maxReachabilityRetries = 5;
 
-QString kiloBitsPerSecond(qint64 bitsPerSecond)
+/// The phase that follows the one whose marker has been taken.
+TestController::Phase afterMarker(TestController::Phase marker)
 {
-    return Units::kiloBitRate(static_cast<double>(bitsPerSecond));
+    return static_cast<TestController::Phase>(static_cast<int>(marker) + 1);
 }
 
 bool isOk(bool ok, const QString &header)
@@ -61,6 +57,8 @@ TestController::TestController(QObject *parent, TestObserver *testObserver, Test
     , httpgetter(new HttpGetRequester(this, this))
     , session(new SessionOpener(platform, this))
     , delivery(new ReportDelivery(*httpgetter, this))
+    , recorder(new TestRecorder(*this, this))
+    , steps(new MeasurementSteps(*this, *recorder, this))
 {
     connect(session, &SessionOpener::opened, this, &TestController::connectionOpened);
     connect(session, &SessionOpener::failed, this, &TestController::connectionError);
@@ -91,7 +89,7 @@ bool TestController::checkRoaming() const
 
 int TestController::getMSS() const
 {
-    return testResults ? testResults->getInitialValues()->getMss() : 0;
+    return recorder->record() ? recorder->record()->getInitialValues()->getMss() : 0;
 }
 
 // ---- The phase machine
@@ -118,19 +116,12 @@ void TestController::resendReports()
 
 void TestController::prepare()
 {
-    // It may be the parent of what has just signalled the end of the last test.
-    if (testResults) {
-        testResults->deleteLater();
-    }
-    testResults = nullptr;
+    recorder->clear();
     schedule.clear();
     testServer = selectedServer;
     delivery->begin(testServer);
     dataBudget = nextBudget;
     outcome = TestOutcome();
-    complete = false;
-    finished = FinishedTest();
-    concluded = false;
     testScope = std::make_unique<QObject>();
     running = true;
 }
@@ -150,7 +141,8 @@ void TestController::continueLater(Phase next)
 void TestController::continueTest()
 {
     Utils::addLogEntry(u"Status: %1"_s.arg(static_cast<int>(teststatus)));
-    cancelActivity = nullptr;
+    steps->settle();
+    cancelActivity = [this] { steps->cancel(); };
     if (observer->stopRequested()) {
         return stopOnRequest();
     }
@@ -161,16 +153,16 @@ void TestController::continueTest()
     case Phase::Reachability: return checkReachability();
     case Phase::UserId: return obtainUserId();
     case Phase::Initialise: return requestInitialise();
-    case Phase::DownloadStartMarker: return markDownloadStart();
-    case Phase::Download: return runDownload();
-    case Phase::DownloadEndMarker: return markDownloadEnd();
-    case Phase::UploadStartMarker: return markUploadStart();
-    case Phase::Upload: return runUpload();
-    case Phase::UploadResult: return requestUploadResult();
-    case Phase::UploadEndMarker: return markUploadEnd();
-    case Phase::RttStartMarker: return markRttStart();
-    case Phase::Rtt: return runRtt();
-    case Phase::RttEndMarker: return markRttEnd();
+    case Phase::DownloadStartMarker: return steps->markDownloadStart();
+    case Phase::Download: return steps->runDownload(measurementDuration);
+    case Phase::DownloadEndMarker: return steps->markDownloadEnd();
+    case Phase::UploadStartMarker: return steps->markUploadStart();
+    case Phase::Upload: return steps->runUpload(measurementDuration);
+    case Phase::UploadResult: return request(ControlRequests::uploadResult(*this));
+    case Phase::UploadEndMarker: return steps->markUploadEnd();
+    case Phase::RttStartMarker: return steps->markRttStart();
+    case Phase::Rtt: return steps->runRtt();
+    case Phase::RttEndMarker: return steps->markRttEnd();
     case Phase::Submit: return submitReport();
     case Phase::StoreAndResubmit: return storeAndResubmit();
     }
@@ -210,20 +202,20 @@ void TestController::connectionError(NetworkSession::SessionError error)
         return;
     }
     dropActivity();
-    if (testResults) {
+    if (recorder->record()) {
         // The network went away in the middle of the test.
         keepUnfinishedTest();
-        if (concluded) {
+        if (recorder->isStored()) {
             return endTest(TestOutcome::End::Completed);
         }
     } else {
         stopServices();
         if (!schedule.isEmpty() && ids.getUserId() >= 1) {
             return ids.draw(testScope.get(), [this] {
-                createRecord();
-                addInitFailedEntry();
+                recorder->begin(dataBudget);
+                recorder->addInitFailed();
                 showInformation();
-                queuePartialReport();
+                delivery->keep(recorder->report());
                 endTest(TestOutcome::End::NoNetwork, tr("noConnectionText"));
             });
         }
@@ -244,8 +236,8 @@ void TestController::reachabilityChecked(qlonglong rtt)
         return advance(rtt >= 0 ? Phase::UserId : Phase::Reachability);
     }
     stopServices();
-    if (testResults) {
-        queuePartialReport();
+    if (recorder->record()) {
+        delivery->keep(recorder->report());
     }
     endTest(TestOutcome::End::ServerUnreachable, tr("noConnectionToServer"));
 }
@@ -262,16 +254,10 @@ void TestController::obtainUserId()
                           ControlRequests::userId(deviceinfohelper->getImei()), requestTimeout);
 }
 
-void TestController::userIdAnswered(bool ok, const QString &body)
-{
-    ids.assignUser(ok, body);
-    continueLater(Phase::Initialise);
-}
-
 void TestController::requestInitialise()
 {
     ids.draw(testScope.get(), [this] {
-        createRecord();
+        recorder->begin(dataBudget);
         showInformation();
         request(ControlRequests::initialise(*this));
     });
@@ -280,63 +266,17 @@ void TestController::requestInitialise()
 void TestController::initialiseAnswered(bool ok, const QString &header, const QString &body)
 {
     if (isOk(ok, header)) {
-        testResults->getInitialValues()->remoteInitialValuesLoaded(body + "Local-IP:"_L1 +
-                                                                   httpgetter->getLocalIP() + u';');
+        recorder->record()->getInitialValues()->remoteInitialValuesLoaded(
+            body + "Local-IP:"_L1 + httpgetter->getLocalIP() + u';');
         return continueLater(Phase::DownloadStartMarker);
     }
     Utils::addLogEntry(u"Test Init Error"_s);
     Utils::addLogEntry(u"Header: %1"_s.arg(header.left(200)));
     Utils::addLogEntry(u"Body: %1"_s.arg(body.left(200)));
     stopServices();
-    addInitFailedEntry();
-    queuePartialReport();
+    recorder->addInitFailed();
+    delivery->keep(recorder->report());
     endTest(TestOutcome::End::Refused, tr("errorInit"));
-}
-
-void TestController::markDownloadStart()
-{
-    testResults->setDownloadLocationStart(locationhelper->getDoubleLocation());
-    takeLogEntry(u"DownloadStart"_s, Phase::Download);
-}
-
-void TestController::runDownload()
-{
-    observer->setStatus(tr("testphase_download"));
-    auto *test = new DownloadTest(this, testResults);
-    test->setByteLimit(testResults->getDataBudget().downloadShare());
-    cancelActivity = [test] { test->cancel(); };
-    test->doMeasurement(measurementDuration);
-}
-
-void TestController::markDownloadEnd()
-{
-    const qint64 rate = testResults->getDownloadResult()->getRateAvg();
-    observer->setDownloadText(rate > 0 ? kiloBitsPerSecond(rate) : tr("na"));
-    showInformation();
-    observer->setStatus(tr("testphase_wait"));
-    testResults->setDownloadLocationEnd(locationhelper->getDoubleLocation());
-    takeLogEntry(u"DownloadEnd"_s, Phase::UploadStartMarker);
-}
-
-void TestController::markUploadStart()
-{
-    testResults->setUploadLocationStart(locationhelper->getDoubleLocation());
-    takeLogEntry(u"UploadStart"_s, Phase::Upload);
-}
-
-void TestController::runUpload()
-{
-    observer->setStatus(tr("testphase_upload"));
-    auto *test = new UploadTest(this, testResults);
-    const qint64 downloaded = testResults->getDownloadResult()->getAllBytesTransfered();
-    test->setByteLimit(testResults->getDataBudget().uploadShare(downloaded));
-    cancelActivity = [test] { test->cancel(); };
-    test->doMeasurement(measurementDuration);
-}
-
-void TestController::requestUploadResult()
-{
-    request(ControlRequests::uploadResult(*this));
 }
 
 void TestController::uploadResultAnswered(bool ok, const QString &header, const QString &body)
@@ -344,109 +284,28 @@ void TestController::uploadResultAnswered(bool ok, const QString &header, const 
     if (!isOk(ok, header)) {
         Utils::addLogEntry(u"Error getting server side upload results: %1"_s.arg(body));
     }
-    testResults->setServerSideUpload(body);
+    recorder->record()->setServerSideUpload(body);
     continueLater(Phase::UploadEndMarker);
-}
-
-void TestController::markUploadEnd()
-{
-    const qint64 serverRate = testResults->getServerUploadAvg();
-    const qint64 clientRate = testResults->getUploadResult()->getRateAvg();
-    if (serverRate > 0) {
-        observer->setUploadText(kiloBitsPerSecond(serverRate));
-    } else {
-        observer->setUploadText(clientRate > 0 ? kiloBitsPerSecond(clientRate) : tr("na"));
-    }
-    showInformation();
-    observer->setStatus(tr("testphase_wait"));
-    testResults->setUploadLocationEnd(locationhelper->getDoubleLocation());
-    takeLogEntry(u"UploadEnd"_s, Phase::RttStartMarker);
-}
-
-void TestController::markRttStart()
-{
-    testResults->setRttLocationStart(locationhelper->getDoubleLocation());
-    takeLogEntry(u"RttStart"_s, Phase::Rtt);
-}
-
-void TestController::runRtt()
-{
-    observer->setStatus(tr("testphase_rtt"));
-    auto *test = new RttTest(this, testResults);
-    cancelActivity = [test] { test->cancel(); };
-    test->doMeasurement();
-}
-
-void TestController::markRttEnd()
-{
-    const int average = testResults->getRTTResult()->getResponseAvg();
-    observer->setRTTText(average >= 1 ? Units::wholeMilliseconds(average) : tr("na"));
-    showInformation();
-    observer->setStatus(tr("testphase_wait"));
-    testResults->setRttLocationEnd(locationhelper->getDoubleLocation());
-    takeLogEntry(u"RttEnd"_s, Phase::Submit);
 }
 
 void TestController::submitReport()
 {
-    testResults->setTimestamp(Utils::getTimeInMs());
     stopServices();
-    testResults->setAllLocations(locationhelper->getAllLocations());
-    testResults->calculateAdditionalValues();
-    complete = true;
+    recorder->complete();
     observer->setStatus(tr("testphase_sendresults"));
-    const QString report = makeReport();
-    testResults->setSizeOfXmInBytes(report.toUtf8().size());
     // Its answer is not waited for any more.
     cancelActivity = [this] { delivery->keepSubmitted(); };
-    delivery->submit(report, [this] { advance(Phase::StoreAndResubmit); });
+    delivery->submit(recorder->report(), [this] { advance(Phase::StoreAndResubmit); });
 }
 
 void TestController::storeAndResubmit()
 {
-    if (testResults) {
-        storeTest();
-        showTransferred();
+    if (recorder->record()) {
+        outcome.storeFailed |= !recorder->store(delivery->getOutcome());
+        steps->showTransferred();
     }
     cancelActivity = [this] { delivery->cancel(); };
     delivery->walkQueue([this] { endTest(TestOutcome::End::Completed); });
-}
-
-void TestController::showTransferred()
-{
-    const QString mode = networkinfohelper->getNetworkmode();
-    const QString prefix = mode.isEmpty() ? QString() : Utils::trConnectionTypeShort(mode) + u' ';
-    showInformation();
-    observer->setDataTransferred(tr("DataTransferred") + prefix + ": "_L1 +
-                                 Units::megabytes(finished.totalBytes()));
-}
-
-QString TestController::makeReport()
-{
-    finished = testResults->finished(Surroundings::of(*this));
-    return TestReport::document(finished)->xml;
-}
-
-void TestController::storeTest()
-{
-    concluded = true;
-    noteOutcome();
-    const qulonglong id = gDB->storeTest(finished);
-    testResults->setMyTestId(static_cast<qlonglong>(id));
-    outcome.storedId = id;
-    outcome.storeFailed |= id == 0;
-}
-
-void TestController::noteOutcome()
-{
-    const ReportDelivery::Outcome &reports = delivery->getOutcome();
-    outcome.storeFailed |= reports.storeFailed;
-    outcome.reportDelivered = reports.delivered;
-    outcome.queueId = reports.queueId;
-    outcome.answered = reports.answered;
-    outcome.resent = reports.resent;
-    finished.storedId = Known::atLeast(1, static_cast<qint64>(outcome.storedId));
-    finished.report = {reports.delivered, reports.queueId, reports.resent};
 }
 
 // ---- Completions
@@ -460,8 +319,8 @@ void TestController::testResultLogReady(TestResultLog *log)
     if (log == internetconnectionchecker) {
         return reachabilityChecked(log->getRTT());
     }
-    testResults->addTestResultLog(log);
-    advance(afterLogEntry);
+    recorder->record()->addTestResultLog(log);
+    advance(afterMarker(teststatus));
 }
 
 void TestController::measurementDone(Result *result)
@@ -471,13 +330,13 @@ void TestController::measurementDone(Result *result)
         return;
     }
     if (teststatus == Phase::Download) {
-        testResults->setDownloadResult(result);
+        recorder->record()->setDownloadResult(result);
         advance(Phase::DownloadEndMarker);
     } else if (teststatus == Phase::Upload) {
-        testResults->setUploadResult(result);
+        recorder->record()->setUploadResult(result);
         advance(Phase::UploadResult);
     } else if (teststatus == Phase::Rtt) {
-        testResults->setRTTResult(result);
+        recorder->record()->setRTTResult(result);
         advance(Phase::RttEndMarker);
     }
 }
@@ -488,7 +347,8 @@ void TestController::httpRequestDone(bool ok, QString header, QString body)
         return;
     }
     if (teststatus == Phase::UserId) {
-        userIdAnswered(ok, body);
+        ids.assignUser(ok, body);
+        continueLater(Phase::Initialise);
     } else if (teststatus == Phase::Initialise) {
         initialiseAnswered(ok, header, body);
     } else if (teststatus == Phase::UploadResult) {
@@ -528,20 +388,14 @@ void TestController::stopOnRequest()
 void TestController::keepUnfinishedTest()
 {
     stopServices();
-    if (!testResults || concluded) {
+    if (!recorder->record() || recorder->isStored()) {
         return;
     }
-    if (complete) {
-        storeTest();
+    if (recorder->isComplete()) {
+        outcome.storeFailed |= !recorder->store(delivery->getOutcome());
     } else {
-        queuePartialReport();
+        delivery->keep(recorder->report());
     }
-}
-
-void TestController::queuePartialReport()
-{
-    testResults->setTimestamp(Utils::getTimeInMs());
-    delivery->keep(makeReport());
 }
 
 void TestController::endTest(TestOutcome::End end, const QString &errorText)
@@ -550,10 +404,14 @@ void TestController::endTest(TestOutcome::End end, const QString &errorText)
     testScope.reset();
     outcome.end = end;
     outcome.waiting = gDB->countUnsentXMLFiles();
-    if (!finished.timestamp) {
-        finished = Surroundings::of(*this); // it did not get as far as a report
-    }
-    noteOutcome();
+    const ReportDelivery::Outcome &reports = delivery->getOutcome();
+    outcome.storedId = static_cast<qulonglong>(recorder->finished().storedId.value_or(0));
+    outcome.storeFailed |= reports.storeFailed;
+    outcome.reportDelivered = reports.delivered;
+    outcome.queueId = reports.queueId;
+    outcome.answered = reports.answered;
+    outcome.resent = reports.resent;
+    recorder->conclude(reports);
     const TestOutcome ended = outcome;
     observer->stopTest();
     if (!errorText.isEmpty()) {
@@ -563,31 +421,6 @@ void TestController::endTest(TestOutcome::End end, const QString &errorText)
 }
 
 // ---- Steps that several phases share
-
-void TestController::createRecord()
-{
-    testResults = new TestResults(ids.getSeriesId(), ids.getTestId(), this);
-    testResults->setDataBudget(dataBudget);
-    testResults->setUserLocation(userLocation);
-    testResults->setTestServer(testServer->getHostname());
-    testResults->setConnectionType(networkinfohelper->getNetworkmode());
-}
-
-void TestController::addInitFailedEntry()
-{
-    auto *entry =
-        new TestResultLog(networkinfohelper, locationhelper, u"InitFailed"_s, this, testResults);
-    entry->fillInGPSAndNetworkData();
-    testResults->addTestResultLog(entry);
-}
-
-void TestController::takeLogEntry(const QString &name, Phase next)
-{
-    auto *entry = new TestResultLog(networkinfohelper, locationhelper, name, this, testResults);
-    afterLogEntry = next;
-    cancelActivity = [entry] { entry->cancel(); };
-    entry->takeMeasurement(logEntryTimeout);
-}
 
 void TestController::startServices()
 {
@@ -601,24 +434,6 @@ void TestController::stopServices()
     locationhelper->stopService();
     deviceinfohelper->stopService();
     networkinfohelper->stopService();
-}
-
-void TestController::showInformation()
-{
-    QString position;
-    switch (locationhelper->getLocationStatus()) {
-    case 0: position = tr("positionunknown"); break;
-    case 2:
-        position =
-            tr("positionknown")
-                .arg(QString::number(
-                         static_cast<qint64>(locationhelper->getAccuracyHor().toFloat())),
-                     QString::number(static_cast<qint64>(locationhelper->getAltitude().toFloat())));
-        break;
-    default: position = tr("positionabout"); break;
-    }
-    observer->setInformation(testServer->getHostname(), QString::number(ids.getSeriesId()),
-                             QString::number(ids.getTestId()), position);
 }
 
 void TestController::request(const QString &text)

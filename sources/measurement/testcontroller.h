@@ -2,9 +2,11 @@
 
 #include "data/testresults.h"
 #include "measurement/measurementcontext.h"
+#include "measurement/measurementsteps.h"
 #include "measurement/reportdelivery.h"
 #include "measurement/sessionopener.h"
 #include "measurement/testids.h"
+#include "measurement/testrecorder.h"
 
 #include <QObject>
 #include <QString>
@@ -103,15 +105,15 @@ public:
     /// From the next test on, s: shorter ones try the program out, they are no comparable figures.
     void setMeasurementDuration(int seconds) { measurementDuration = seconds; }
     /// Shows the observer server, ids and position as they are now.
-    void showInformation();
+    void showInformation() { steps->showInformation(); }
     bool checkRoaming() const;
 
     /// The record of the running or the last test; null before the first. Gone with the next
     /// runTests.
-    const TestResults *getTestResults() const { return testResults; }
+    const TestResults *getTestResults() const { return recorder->record(); }
     const TestOutcome &getOutcome() const { return outcome; }
     /// Everything known of the test that ended last, whatever its end.
-    const FinishedTest &getFinishedTest() const { return finished; }
+    const FinishedTest &getFinishedTest() const { return recorder->finished(); }
     Phase getPhase() const { return teststatus; }
 
     // MeasurementContext
@@ -147,32 +149,13 @@ private:
     void checkReachability();
     void obtainUserId();
     void requestInitialise();
-    void markDownloadStart();
-    void runDownload();
-    void markDownloadEnd();
-    void markUploadStart();
-    void runUpload();
-    void requestUploadResult();
-    void markUploadEnd();
-    void markRttStart();
-    void runRtt();
-    void markRttEnd();
     void submitReport();
     void storeAndResubmit();
 
-    void userIdAnswered(bool ok, const QString &body);
     void initialiseAnswered(bool ok, const QString &header, const QString &body);
     void uploadResultAnswered(bool ok, const QString &header, const QString &body);
 
-    void createRecord();
-    void takeLogEntry(const QString &name, Phase next);
-    void addInitFailedEntry();
     void reachabilityChecked(qlonglong rtt);
-    QString makeReport();
-    void queuePartialReport();
-    void storeTest();
-    void showTransferred();
-    void noteOutcome();
     void request(const QString &text);
 
     void prepare();
@@ -199,18 +182,14 @@ private:
     NetworkInfoHelper *networkinfohelper;
     TestResultLog *internetconnectionchecker;
     int numberOfRetries = 0;
-    TestResults *testResults = nullptr; ///< a child, or null before the record exists
     HttpGetRequester *httpgetter;
     SessionOpener *session;
     ReportDelivery *delivery;
-    FinishedTest finished; ///< what the report, the store and the observer are told
+    TestRecorder *recorder;
+    MeasurementSteps *steps;
     Phase teststatus = Phase::Init;
 
     bool running = false;
-    bool complete = false;  ///< the record has all that it will get
-    bool concluded = false; ///< it is stored
-    /// Where the log entry that is being taken leads.
-    Phase afterLogEntry = Phase::Init;
     /// Silences what the current phase has under way.
     std::function<void()> cancelActivity;
     /// Context of delayed calls; a new test replaces it, so that no call of an old one arrives.
