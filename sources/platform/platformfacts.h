@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/networkmanager/networkmanagerstate.h"
-
 #include <QList>
 #include <QString>
 
@@ -13,7 +11,7 @@ namespace velometer {
 /// Unknown texts are empty.
 struct PlatformFacts
 {
-    using Connectivity = NetworkManagerState::Connectivity;
+    enum class Connectivity { Unknown, None, Portal, Limited, Full };
 
     /// What could be there and is not.
     enum class Missing {

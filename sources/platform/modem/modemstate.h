@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/networkinfosource.h"
+#include "platform/networkstate.h"
 
 #include <QString>
 

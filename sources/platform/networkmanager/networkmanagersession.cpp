@@ -22,7 +22,7 @@ constexpr int looksUntilLost = 2;
 
 NetworkManagerSession::NetworkManagerSession(const NetworkManagerClient &networkClient,
                                              const ModemClient &modemClient,
-                                             SystemNetworkLookUp lookUpNow, QObject *parent)
+                                             MachineNetworkLookUp lookUpNow, QObject *parent)
     : NetworkSession(parent)
     , network(networkClient)
     , modem(modemClient)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/platformfacts.h"
+
 #include <QString>
 
 namespace velometer {
@@ -9,7 +11,7 @@ struct NetworkManagerState
 {
     enum class Link { None, Wlan, Ethernet, Mobile, Bluetooth, Other };
     enum class Metered { Unknown, Yes, No, GuessYes, GuessNo };
-    enum class Connectivity { Unknown, None, Portal, Limited, Full };
+    using Connectivity = PlatformFacts::Connectivity;
 
     Link link = Link::None;  ///< of the primary connection
     bool activated = false;  ///< the primary connection is up

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/networkinfosource.h"
 #include "platform/networksession.h"
+#include "platform/networkstate.h"
 
 #include <QGeoPositionInfo>
 #include <QList>
