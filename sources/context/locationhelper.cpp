@@ -161,7 +161,7 @@ void LocationHelper::logProblem() const
 void LocationHelper::clearPosition()
 {
     latest.reset();
-    // One character instead of a time: that is how readers of the reports know a time-out.
+    // One character instead of a time: readers of the reports recognise a time-out by it.
     timeWithoutFix = QChar(static_cast<ushort>(Utils::getTimeInMs() & 0xff));
 }
 

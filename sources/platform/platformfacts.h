@@ -7,8 +7,7 @@
 
 namespace velometer {
 
-/// What the device tells beyond what a test records, for who looks for the reason of a problem.
-/// Unknown texts are empty.
+/// What no test records, for whoever looks for the cause of a problem. Unknown texts are empty.
 struct PlatformFacts
 {
     enum class Connectivity { Unknown, None, Portal, Limited, Full };

@@ -20,7 +20,7 @@ constexpr auto modemWait = 2s;
 /// Longer than any name that firmware gives.
 constexpr qint64 maxFileBytes = 512;
 
-/// What makers of boards leave in the tables when they leave them as they were.
+/// What stands in the tables of boards whose makers have not filled them in.
 bool isPlaceholder(const QString &text)
 {
     static const QStringList placeholders = {

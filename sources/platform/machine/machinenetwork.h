@@ -12,7 +12,7 @@
 
 namespace velometer {
 
-/// A network interface of this machine, as far as the system's back ends care.
+/// A network interface of this machine, as far as the back ends need it.
 struct MachineInterface
 {
     QString name;

@@ -31,7 +31,7 @@ NetworkManagerSession::NetworkManagerSession(const NetworkManagerClient &network
 {
     modemTimer.setSingleShot(true);
     openTimer.setSingleShot(true);
-    // Two timers of one object are told apart by their names.
+    // The names tell the two timers apart.
     openTimer.setObjectName(u"open"_s);
     watchTimer.setObjectName(u"watch"_s);
     connect(&modemTimer, &QTimer::timeout, this, &NetworkManagerSession::proceed);

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace velometer {
 
 /// What NetworkManager tells of the connection that traffic leaves by. Texts are cleaned.
@@ -13,11 +15,11 @@ struct NetworkManagerState
     enum class Metered { Unknown, Yes, No, GuessYes, GuessNo };
     using Connectivity = PlatformFacts::Connectivity;
 
-    Link link = Link::None;  ///< of the primary connection
-    bool activated = false;  ///< the primary connection is up
-    bool connecting = false; ///< one is being made
-    QString ssid;            ///< of the WLAN, when the primary connection is one
-    int strength = -1;       ///< of the WLAN, percent
+    Link link = Link::None;      ///< of the primary connection
+    bool activated = false;      ///< the primary connection is up
+    bool connecting = false;     ///< one is being made
+    QString ssid;                ///< of the WLAN, when the primary connection is one
+    std::optional<int> strength; ///< of the WLAN, percent
     Metered metered = Metered::Unknown;
     Connectivity connectivity = Connectivity::Unknown;
 

@@ -56,8 +56,8 @@ struct ScriptDevice
     QString model;
 };
 
-/// A script of the scripted platform (its format: scriptedplatform.h), read and checked. Bounded:
-/// 16 MiB, 1 MiB a line, 100000 lines.
+/// A script of the scripted platform (docs/scripted-platform.md), read and checked. Bounded: 16
+/// MiB, 1 MiB a line, 100000 lines.
 struct PlatformScript
 {
     ScriptDevice device;

@@ -24,12 +24,6 @@ NetworkMode modeOf(Link link, NetworkMode mobile)
     return NetworkMode::Unknown;
 }
 
-template <typename Number>
-std::optional<Number> known(Number told)
-{
-    return told < 0 ? std::nullopt : std::optional(told);
-}
-
 } // namespace
 
 DeviceNetworkInfoSource::DeviceNetworkInfoSource(const ModemClient &modemClient,
@@ -51,15 +45,15 @@ NetworkState DeviceNetworkInfoSource::look() const
 {
     const ModemState &radio = modem.state();
     const bool hasModem = !radio.path.isEmpty();
-    const NetworkState::Link mobile{radio.status, known(radio.signal), radio.operatorName};
+    const NetworkState::Link mobile{radio.status, radio.signal, radio.operatorName};
 
     NetworkState now;
     now.mcc = radio.mcc;
     now.mnc = radio.mnc;
     now.homeMcc = radio.homeMcc;
     now.homeMnc = radio.homeMnc;
-    now.cell = known(radio.cellId);
-    now.lac = known(radio.areaCode);
+    now.cell = radio.cellId;
+    now.lac = radio.areaCode;
     now.codesPending = !now.hasCodes() && (hasModem || !modem.isComplete());
     if (isMobile(radio.mode)) {
         now.links[radio.mode] = mobile;
@@ -69,7 +63,7 @@ NetworkState DeviceNetworkInfoSource::look() const
     if (network.presence() == BusService::Presence::Present && managed.activated) {
         now.mode = modeOf(managed.link, radio.mode);
         if (managed.link == Link::Wlan) {
-            now.links[NetworkMode::Wlan] = {NetworkStatus::Connected, known(managed.strength),
+            now.links[NetworkMode::Wlan] = {NetworkStatus::Connected, managed.strength,
                                             managed.ssid};
         } else if (!isMobile(now.mode)) {
             now.links[now.mode].status = NetworkStatus::Connected;
