@@ -24,7 +24,6 @@ constexpr int defaultPort = 80;
 constexpr int maxPort = 65535;
 /// A modem that has not told its operator by now is not waited for.
 constexpr auto codesPatience = 2s;
-constexpr auto pollInterval = 50ms;
 constexpr int homeCountry = 228;
 
 /// A single plain word is rather a misspelt name of the table than a host in the local domain.
@@ -39,16 +38,11 @@ bool looksLikeHost(const QString &text)
 
 ServerSelection::ServerSelection(Platform &devicePlatform, QObject *parent)
     : QObject(parent)
-    , platform(devicePlatform)
     , network(devicePlatform.createNetworkInfoSource())
     , table(Deployment::current(), nullptr)
 {
     connect(&patience, &ClockTimer::timeout, this, &ServerSelection::settle);
-    connect(&poll, &ClockTimer::timeout, this, &ServerSelection::look);
-    connect(network.get(), &NetworkInfoSource::currentMobileCountryCodeChanged, this,
-            &ServerSelection::look);
-    connect(network.get(), &NetworkInfoSource::currentMobileNetworkCodeChanged, this,
-            &ServerSelection::look);
+    connect(network.get(), &NetworkInfoSource::changed, this, &ServerSelection::look);
     if (!useRemembered()) {
         useCodes();
     }
@@ -71,8 +65,8 @@ bool ServerSelection::useRemembered()
 
 void ServerSelection::useCodes()
 {
-    const QString mcc = network->currentMobileCountryCode().trimmed();
-    const QString mnc = network->currentMobileNetworkCode().trimmed();
+    const QString mcc = network->state().mcc.trimmed();
+    const QString mnc = network->state().mnc.trimmed();
     const Deployment &deployment = Deployment::current();
     Endpoint endpoint = deployment.swisscom;
     if (mcc.toInt() == homeCountry && mnc.toInt() == 1) {
@@ -162,24 +156,16 @@ void ServerSelection::cancelWait()
 {
     waiting = nullptr;
     patience.stop();
-    poll.stop();
 }
 
 // Codes may also come between two tests: until one was chosen by them, they decide.
 void ServerSelection::look()
 {
-    const bool known = !network->currentMobileCountryCode().trimmed().isEmpty() &&
-                       !network->currentMobileNetworkCode().trimmed().isEmpty();
-    if (!settled && known) {
+    if (!settled && network->state().hasCodes()) {
         useCodes();
     }
-    if (!waiting) {
-        return;
-    }
-    if (settled || platform.isComplete()) {
+    if (waiting && (settled || !network->state().codesPending)) {
         settle();
-    } else {
-        poll.start(pollInterval);
     }
 }
 

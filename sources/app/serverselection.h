@@ -25,7 +25,7 @@ class ServerSelection : public QObject
     Q_OBJECT
 
 public:
-    /// @p platform is borrowed and outlives this.
+    /// Makes its own source from @p platform, which outlives this.
     ServerSelection(Platform &platform, QObject *parent);
     ~ServerSelection() override;
 
@@ -57,14 +57,12 @@ private:
     void look();
     void settle();
 
-    Platform &platform;
     std::unique_ptr<NetworkInfoSource> network;
     TestServerTable table;
     TestServer *chosen = nullptr;
     bool settled = false; ///< remembered, or chosen by codes
     std::function<void()> waiting;
     ClockTimer patience;
-    ClockTimer poll;
 };
 
 } // namespace velometer

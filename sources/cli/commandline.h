@@ -1,7 +1,7 @@
 #pragma once
 
 #include "data/databudget.h"
-#include "platform/platformchoice.h"
+#include "platform/choice/platformchoice.h"
 
 #include <QAbstractSocket>
 #include <QCoreApplication>

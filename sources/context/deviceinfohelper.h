@@ -12,10 +12,10 @@ class DeviceInfoSource;
 class Platform;
 
 /// Who the device is, read once: at construction, or when the device has answered, two seconds
-/// later at the latest; who asks before that settles it with what is known by then. A device
-/// without an IMEI gets 14 random digits instead, made once and kept in the settings ("fakeimei"),
-/// so that it is the same device to the service in every run. Texts are cut to 256 characters and
-/// lose their control characters. Main thread only.
+/// later at the latest. A question before that is answered with what is known by then, for good. A
+/// device without an IMEI gets 14 random digits instead, made once and kept in the settings
+/// ("fakeimei"), so that it is the same device to the service in every run. Texts are cut to 256
+/// characters and lose their control characters. Main thread only.
 class DeviceInfoHelper : public QObject
 {
     Q_OBJECT

@@ -5,7 +5,6 @@
 #include "utils/utils.h"
 
 #include <chrono>
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -25,54 +24,14 @@ constexpr qsizetype maxSamples = 10'000;
 // No sky holds more.
 constexpr qsizetype maxSatellites = 256;
 
-constexpr double notSupplied = -1;
-
-QString numberText(double value)
+QString numberText(const std::optional<double> &value)
 {
-    return QString::number(value, 'g', 6);
+    return value ? QString::number(*value, 'g', 6) : u"-1"_s;
 }
 
-double orNotSupplied(double value)
+QString degreesText(const std::optional<double> &degrees)
 {
-    return std::isfinite(value) ? value : notSupplied;
-}
-
-double attribute(const QGeoPositionInfo &info, QGeoPositionInfo::Attribute which)
-{
-    return orNotSupplied(info.attribute(which));
-}
-
-qint64 seconds(const QGeoPositionInfo &info)
-{
-    return info.timestamp().isValid() ? info.timestamp().toSecsSinceEpoch() : 0;
-}
-
-// An altitude that is no number makes the position two-dimensional.
-QGeoCoordinate checkedCoordinate(const QGeoPositionInfo &info)
-{
-    QGeoCoordinate given = info.coordinate();
-    if (!given.isValid()) {
-        return {};
-    }
-    if (!std::isfinite(given.altitude())) {
-        return {given.latitude(), given.longitude()};
-    }
-    return given;
-}
-
-QString degreesText(const QGeoCoordinate &coordinate, double degrees)
-{
-    return coordinate.isValid() ? numberText(degrees) : u"0.0"_s;
-}
-
-QString typeText(const QGeoCoordinate &coordinate)
-{
-    switch (coordinate.type()) {
-    case QGeoCoordinate::Coordinate3D: return u"3DCord"_s;
-    case QGeoCoordinate::Coordinate2D: return u"2DCord"_s;
-    case QGeoCoordinate::InvalidCoordinate: break;
-    }
-    return u"Invalid"_s;
+    return degrees ? numberText(degrees) : u"0.0"_s;
 }
 
 QString satelliteText(const QList<QGeoSatelliteInfo> &list)
@@ -89,17 +48,13 @@ QString satelliteText(const QList<QGeoSatelliteInfo> &list)
 LocationHelper::LocationHelper(Platform &platform, QObject *parent)
     : QObject(parent)
     , source(platform.createPositionSource())
-    , cordvalid(u"Not valid"_s)
 {
     if (source->hasPosition()) {
-        const QGeoPositionInfo last = source->lastKnownPosition();
-        const QGeoCoordinate coordinate = checkedCoordinate(last);
+        const Position last = source->lastKnownPosition();
         Utils::addLogEntry(u"Last known Position: %1 %2 %3 %4 %5 %6"_s.arg(
-            QString::number(seconds(last)), degreesText(coordinate, coordinate.latitude()),
-            degreesText(coordinate, coordinate.longitude()),
-            numberText(orNotSupplied(coordinate.altitude())),
-            numberText(attribute(last, QGeoPositionInfo::HorizontalAccuracy)),
-            numberText(attribute(last, QGeoPositionInfo::VerticalAccuracy))));
+            QString::number(last.time.value_or(0) / 1000), degreesText(last.latitude),
+            degreesText(last.longitude), numberText(last.altitude),
+            numberText(last.horizontalAccuracy), numberText(last.verticalAccuracy)));
         source->setUpdateInterval(updateIntervalMs);
         Utils::addLogEntry(
             u"Minimum Position Intervall: %1"_s.arg(source->minimumUpdateInterval()));
@@ -128,8 +83,6 @@ void LocationHelper::startService()
     if (source->hasPosition()) {
         connect(source.get(), &PositionSource::positionUpdated, this,
                 &LocationHelper::positionUpdated);
-        connect(source.get(), &PositionSource::updateTimeout, this,
-                &LocationHelper::timeoutOccourd);
         source->startPosition();
     }
     if (source->hasSatellites()) {
@@ -156,7 +109,6 @@ void LocationHelper::timeoutDisableGPS()
     }
     locationcollecting = false;
     disconnect(source.get(), &PositionSource::positionUpdated, this, nullptr);
-    disconnect(source.get(), &PositionSource::updateTimeout, this, nullptr);
     disconnect(source.get(), &PositionSource::satellitesInUseUpdated, this, nullptr);
     disconnect(source.get(), &PositionSource::satellitesInViewUpdated, this, nullptr);
     if (source->hasPosition()) {
@@ -168,43 +120,27 @@ void LocationHelper::timeoutDisableGPS()
     Utils::addLogEntry(u"GPS stopped"_s);
 }
 
-void LocationHelper::positionUpdated(const QGeoPositionInfo &info)
+void LocationHelper::positionUpdated()
 {
-    const QGeoCoordinate coordinate = checkedCoordinate(info);
-    const double altitude = orNotSupplied(coordinate.altitude());
-    const double accuracyHor = attribute(info, QGeoPositionInfo::HorizontalAccuracy);
-    const double accuracyVert = attribute(info, QGeoPositionInfo::VerticalAccuracy);
-    const qint64 time = seconds(info) * 1000;
-
-    postype = typeText(coordinate);
-    cordvalid = coordinate.isValid() ? u"Valid"_s : u"Not valid"_s;
-    posAltitude = numberText(altitude);
-    posTimestamp = QString::number(time);
-    posGroundSpeed = numberText(attribute(info, QGeoPositionInfo::GroundSpeed));
-    posVertSpeed = numberText(attribute(info, QGeoPositionInfo::VerticalSpeed));
-    posLatitude = degreesText(coordinate, coordinate.latitude());
-    posLongitude = degreesText(coordinate, coordinate.longitude());
-    posAccuracyHor = numberText(accuracyHor);
-    posAccuracyVert = numberText(accuracyVert);
-    posDirection = numberText(attribute(info, QGeoPositionInfo::Direction));
-    posMagneticVar = numberText(attribute(info, QGeoPositionInfo::MagneticVariation));
-
+    if (!source->position()) {
+        clearPosition();
+        timedOut = true;
+        return;
+    }
+    latest = source->position();
+    timedOut = false;
     if (!servicestarted) {
         return;
     }
     // A path is made of places: an update that names none adds nothing to it.
-    if (coordinate.isValid() && myLocations.size() < maxSamples) {
-        myLocations.append({time, coordinate.longitude(), coordinate.latitude(), altitude,
-                            accuracyHor, accuracyVert, hasGPSLock()});
+    if (latest->hasPlace() && myLocations.size() < maxSamples) {
+        myLocations.append({latest->time.value_or(0), *latest->longitude, *latest->latitude,
+                            latest->altitude.value_or(-1), latest->horizontalAccuracy.value_or(-1),
+                            latest->verticalAccuracy.value_or(-1), latest->hasLock()});
     }
     Utils::addLogEntry(u"GPS Position updated: %1 %2 %3 %4 %5 %6"_s.arg(
-        posTimestamp, posLatitude, posLongitude, posAltitude, posAccuracyHor, posAccuracyVert));
-}
-
-void LocationHelper::timeoutOccourd()
-{
-    clearPosition();
-    cordvalid = u"Timeout"_s;
+        getTimestamp(), getLatitude(), getLongitude(), getAltitude(), getAccuracyHor(),
+        getAccuracyVert()));
 }
 
 void LocationHelper::logProblem() const
@@ -224,18 +160,9 @@ void LocationHelper::logProblem() const
 
 void LocationHelper::clearPosition()
 {
-    postype = u"Invalid"_s;
-    posAltitude = u"-1"_s;
-    // One character instead of a time: that is how readers of the reports know a time-out.
-    posTimestamp = QChar(static_cast<ushort>(Utils::getTimeInMs() & 0xff));
-    posGroundSpeed = u"-1"_s;
-    posVertSpeed = u"-1"_s;
-    posLatitude = u"0.0"_s;
-    posLongitude = u"0.0"_s;
-    posAccuracyHor = u"-1"_s;
-    posAccuracyVert = u"-1"_s;
-    posDirection = u"0"_s;
-    posMagneticVar = u"0"_s;
+    latest.reset();
+    // One character instead of a time: readers of the reports recognise a time-out by it.
+    timeWithoutFix = QChar(static_cast<ushort>(Utils::getTimeInMs() & 0xff));
 }
 
 void LocationHelper::satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &list)
@@ -258,62 +185,68 @@ void LocationHelper::satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &lis
 
 QString LocationHelper::getCordValid() const
 {
-    return cordvalid;
+    if (timedOut) {
+        return u"Timeout"_s;
+    }
+    return latest && latest->hasPlace() ? u"Valid"_s : u"Not valid"_s;
 }
 
 QString LocationHelper::getPosType() const
 {
-    return postype;
+    if (!latest || !latest->hasPlace()) {
+        return u"Invalid"_s;
+    }
+    return latest->hasLock() ? u"3DCord"_s : u"2DCord"_s;
 }
 
 QString LocationHelper::getLatitude() const
 {
-    return posLatitude;
+    return degreesText(latest ? latest->latitude : std::nullopt);
 }
 
 QString LocationHelper::getLongitude() const
 {
-    return posLongitude;
+    return degreesText(latest ? latest->longitude : std::nullopt);
 }
 
 QString LocationHelper::getAltitude() const
 {
-    return posAltitude;
+    return numberText(latest ? latest->altitude : std::nullopt);
 }
 
 QString LocationHelper::getAccuracyHor() const
 {
-    return posAccuracyHor;
+    return numberText(latest ? latest->horizontalAccuracy : std::nullopt);
 }
 
 QString LocationHelper::getAccuracyVert() const
 {
-    return posAccuracyVert;
+    return numberText(latest ? latest->verticalAccuracy : std::nullopt);
 }
 
 QString LocationHelper::getTimestamp() const
 {
-    return posTimestamp;
+    return latest ? QString::number(latest->time.value_or(0)) : timeWithoutFix;
 }
 
 QString LocationHelper::getGroundSpeed() const
 {
-    return posGroundSpeed;
+    return numberText(latest ? latest->groundSpeed : std::nullopt);
 }
 
 QString LocationHelper::getVertSpeed() const
 {
-    return posVertSpeed;
+    return numberText(latest ? latest->verticalSpeed : std::nullopt);
 }
 
 QString LocationHelper::getDirection() const
 {
-    return posDirection;
+    return latest ? numberText(latest->direction) : u"0"_s;
 }
 
 QString LocationHelper::getMagneticVar() const
 {
-    return posMagneticVar;
+    return latest ? numberText(latest->magneticVariation) : u"0"_s;
 }
 
 QString LocationHelper::getSatNumInUse() const
@@ -341,25 +274,25 @@ int LocationHelper::getLocationStatus() const
     if (hasGPSLock()) {
         return 2;
     }
-    // Only these texts mean "no position": a place on the equator or at Greenwich reads "0".
-    const auto nowhere = "0.0"_L1;
-    return posLatitude == nowhere || posLongitude == nowhere ? 0 : 1;
+    return latest && latest->hasPlace() ? 1 : 0;
 }
 
 bool LocationHelper::hasGPSLock() const
 {
-    return postype == "3DCord"_L1;
+    return latest && latest->hasLock();
 }
 
+// Of the texts and not of the values: what is computed from these places is what a reader of the
+// report computes from the places in it.
 std::unique_ptr<DoubleLocation> LocationHelper::getDoubleLocation() const
 {
     auto location = std::make_unique<DoubleLocation>();
-    location->setTime(posTimestamp.toLongLong());
-    location->setLongitude(posLongitude.toDouble());
-    location->setLatitude(posLatitude.toDouble());
-    location->setAltitude(posAltitude.toDouble());
-    location->setAccuracyHor(posAccuracyHor.toDouble());
-    location->setAccuracyVert(posAccuracyVert.toDouble());
+    location->setTime(latest ? latest->time.value_or(0) : 0);
+    location->setLongitude(getLongitude().toDouble());
+    location->setLatitude(getLatitude().toDouble());
+    location->setAltitude(getAltitude().toDouble());
+    location->setAccuracyHor(getAccuracyHor().toDouble());
+    location->setAccuracyVert(getAccuracyVert().toDouble());
     return location;
 }
 

@@ -3,7 +3,6 @@
 #include "context/mylocation.h"
 #include "platform/positionsource.h"
 
-#include <QGeoPositionInfo>
 #include <QGeoSatelliteInfo>
 #include <QList>
 #include <QObject>
@@ -11,6 +10,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 namespace velometer {
 
@@ -38,6 +38,9 @@ public:
     void startService();
     /// The test is over: no more samples, positions off after 30 s.
     void stopService();
+
+    /// The latest position; nothing before the first one, and after a time-out.
+    const std::optional<Position> &position() const { return latest; }
 
     QString getCordValid() const; ///< "Valid", "Not valid" or "Timeout"
     QString getPosType() const;   ///< "3DCord", "2DCord" or "Invalid"
@@ -74,8 +77,7 @@ public:
     bool hasSatelliteSource() const;
 
 private Q_SLOTS:
-    void positionUpdated(const QGeoPositionInfo &info);
-    void timeoutOccourd();
+    void positionUpdated();
     void timeoutDisableGPS();
     void satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &list);
     void satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &list);
@@ -87,18 +89,9 @@ private:
     std::unique_ptr<PositionSource> source;
     QTimer timeoutTimer{this};
 
-    QString cordvalid;
-    QString postype;
-    QString posAltitude;
-    QString posTimestamp;
-    QString posGroundSpeed;
-    QString posVertSpeed;
-    QString posLatitude;
-    QString posLongitude;
-    QString posAccuracyHor;
-    QString posAccuracyVert;
-    QString posDirection;
-    QString posMagneticVar;
+    std::optional<Position> latest;
+    bool timedOut = false;
+    QString timeWithoutFix; ///< stands for the time while there is no position
     QString satNumInUse;
     QString satInUse;
     QString satNumInView;

@@ -4,20 +4,16 @@
 #include "utils/cleantext.h"
 #include "utils/utils.h"
 
-#include <chrono>
+#include <utility>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace velometer {
 
 namespace {
 
-// A cell lasts for seconds even at train speed.
-constexpr auto pollInterval = 1000ms;
-
 // A 2G cell id fits in 16 bits, which is at most five digits.
-constexpr qsizetype maxGsmCellDigits = 5;
+constexpr qint64 maxGsmCell = 99'999;
 
 QString modeName(NetworkMode mode)
 {
@@ -52,209 +48,128 @@ QString statusName(NetworkStatus status)
     return u"UndefinedStatus"_s;
 }
 
-QString idText(qint64 id)
+QString signalText(const std::optional<int> &percent)
 {
-    return id < 0 ? QString() : QString::number(id);
+    return QString::number(percent.value_or(-1));
+}
+
+template <typename Id>
+QString idText(const std::optional<Id> &id)
+{
+    return id ? QString::number(*id) : QString();
+}
+
+bool onWlan(const NetworkState &state)
+{
+    return state.link(NetworkMode::Wlan).status == NetworkStatus::Connected;
+}
+
+NetworkState cleaned(NetworkState state)
+{
+    for (QString *text : {&state.mcc, &state.mnc, &state.homeMcc, &state.homeMnc}) {
+        *text = cleanText(*text);
+    }
+    for (NetworkState::Link &link : state.links) {
+        link.name = cleanText(link.name);
+    }
+    return state;
 }
 
 } // namespace
 
 NetworkInfoHelper::NetworkInfoHelper(Platform &platform, QObject *parent)
     : QObject(parent)
-    , netinfo(platform.createNetworkInfoSource())
-    , networkcell(idText(netinfo->cellId()))
-    , networklac(idText(netinfo->locationAreaCode()))
-    , homemcc(cleanText(netinfo->homeMobileCountryCode()))
-    , homemnc(cleanText(netinfo->homeMobileNetworkCode()))
-    , mcc(cleanText(netinfo->currentMobileCountryCode()))
-    , mnc(cleanText(netinfo->currentMobileNetworkCode()))
+    , source(platform.createNetworkInfoSource())
+    , current(cleaned(source->state()))
 {
-    const NetworkMode mode = netinfo->currentMode();
-    networkModeChanged(mode);
-    networkStatusChanged(mode, netinfo->networkStatus(mode));
-    networkSignalStrengthChanged(mode, netinfo->networkSignalStrength(mode));
-    networkNameChanged(mode, netinfo->networkName(mode));
-
-    const NetworkInfoSource *info = netinfo.get();
-    connect(info, &NetworkInfoSource::currentMobileCountryCodeChanged, this,
-            &NetworkInfoHelper::currentMobileCountryCodeChanged);
-    connect(info, &NetworkInfoSource::currentMobileNetworkCodeChanged, this,
-            &NetworkInfoHelper::currentMobileNetworkCodeChanged);
-    connect(info, &NetworkInfoSource::homeOperatorChanged, this, [this] {
-        homemcc = cleanText(netinfo->homeMobileCountryCode());
-        homemnc = cleanText(netinfo->homeMobileNetworkCode());
-    });
-    connect(info, &NetworkInfoSource::cellFound, this, qOverload<>(&NetworkInfoHelper::timerEvent));
-    connect(info, &NetworkInfoSource::networkModeChanged, this,
-            &NetworkInfoHelper::networkModeChanged);
-    connect(info, &NetworkInfoSource::networkStatusChanged, this,
-            &NetworkInfoHelper::networkStatusChanged);
-    connect(info, &NetworkInfoSource::networkSignalStrengthChanged, this,
-            &NetworkInfoHelper::networkSignalStrengthChanged);
-    connect(info, &NetworkInfoSource::networkNameChanged, this,
-            &NetworkInfoHelper::networkNameChanged);
-    connect(&timer, &QTimer::timeout, this, qOverload<>(&NetworkInfoHelper::timerEvent));
-
-    wlanconnectiondetected = netinfo->networkStatus(NetworkMode::Wlan) == NetworkStatus::Connected;
-    if (wlanconnectiondetected) {
-        Utils::addLogEntry(u"WLAN mode detected"_s);
-    }
-    timer.start(pollInterval);
+    log({}, true);
+    connect(source.get(), &NetworkInfoSource::changed, this, &NetworkInfoHelper::take);
 }
 
 NetworkInfoHelper::~NetworkInfoHelper() = default;
 
-void NetworkInfoHelper::startService()
+void NetworkInfoHelper::take()
 {
-    servicestarted = true;
+    const NetworkState before = std::exchange(current, cleaned(source->state()));
+    log(before, false);
+    Q_EMIT changed();
 }
 
-void NetworkInfoHelper::stopService()
+void NetworkInfoHelper::log(const NetworkState &before, bool first) const
 {
-    servicestarted = false;
+    const auto logIf = [](bool changed, const QString &what, const QString &now) {
+        if (changed) {
+            Utils::addLogEntry(what + u' ' + now);
+        }
+    };
+    const NetworkState::Link link = current.current();
+    const bool otherMode = first || current.mode != before.mode;
+    logIf(!first && current.mcc != before.mcc, u"networkMCCChanged"_s, current.mcc);
+    logIf(!first && current.mnc != before.mnc, u"networkMNCChanged"_s, current.mnc);
+    logIf(otherMode, u"networkModeChanged"_s, modeName(current.mode));
+    if (onWlan(current) && (first || !onWlan(before))) {
+        Utils::addLogEntry(u"WLAN mode detected"_s);
+    }
+    if (otherMode) {
+        Utils::addLogEntry(u"Network status change: mode %1 : status %2"_s.arg(
+            QString::number(static_cast<int>(current.mode)),
+            QString::number(static_cast<int>(link.status))));
+    }
+    logIf(otherMode || link.status != before.current().status, u"networkStatusChanged"_s,
+          statusName(link.status));
+    logIf(otherMode || link.name != before.current().name, u"networkNameChanged"_s, link.name);
+    logIf(!first && current.cell && current.cell != before.cell, u"networkCellChanged"_s,
+          getNetworkcell());
+    logIf(!first && current.lac != before.lac, u"networkLACChanged"_s, getNetworklac());
 }
 
 QString NetworkInfoHelper::getNetworkcell() const
 {
-    return networkcell;
+    return idText(current.cell);
 }
 
 QString NetworkInfoHelper::getNetworklac() const
 {
-    return networklac;
-}
-
-QString NetworkInfoHelper::getHomemcc() const
-{
-    return homemcc;
-}
-
-QString NetworkInfoHelper::getHomemnc() const
-{
-    return homemnc;
-}
-
-QString NetworkInfoHelper::getMcc() const
-{
-    return mcc;
-}
-
-QString NetworkInfoHelper::getMnc() const
-{
-    return mnc;
+    return idText(current.lac);
 }
 
 QString NetworkInfoHelper::getNetworkstatus() const
 {
-    return networkstatus;
+    return statusName(current.current().status);
 }
 
 QString NetworkInfoHelper::getNetworksignal() const
 {
-    return networksignal;
+    if (const auto mobile = current.mobile()) {
+        return signalText(mobile->signal);
+    }
+    return current.mode == NetworkMode::Wlan ? QString() : signalText(current.current().signal);
 }
 
 QString NetworkInfoHelper::getWlansignal() const
 {
-    return wlansignal;
-}
-
-QString NetworkInfoHelper::getNetworkname() const
-{
-    return networkname;
+    return current.links.contains(NetworkMode::Wlan)
+               ? signalText(current.link(NetworkMode::Wlan).signal)
+               : QString();
 }
 
 QString NetworkInfoHelper::getNetworkmode() const
 {
-    if (wlanconnectiondetected) {
+    if (onWlan(current)) {
         return modeName(NetworkMode::Wlan);
     }
-    if (currentmode == NetworkMode::Wcdma || currentmode == NetworkMode::Gsm) {
-        return modeName(networkcell.size() <= maxGsmCellDigits ? NetworkMode::Gsm
-                                                               : NetworkMode::Wcdma);
+    const bool isOld = current.mode == NetworkMode::Wcdma || current.mode == NetworkMode::Gsm;
+    if (isOld && current.cell) {
+        return modeName(*current.cell <= maxGsmCell ? NetworkMode::Gsm : NetworkMode::Wcdma);
     }
-    return networkmode;
+    return modeName(current.mode);
 }
 
 bool NetworkInfoHelper::roaming() const
 {
-    Utils::addLogEntry(u"RoamingCheck: HomeMNC: %1 MNC: %2"_s.arg(homemnc, mnc));
-    Utils::addLogEntry(u"RoamingCheck: HomeMCC: %1 MCC: %2"_s.arg(homemcc, mcc));
-    return networkstatus == statusName(NetworkStatus::Roaming);
-}
-
-void NetworkInfoHelper::currentMobileCountryCodeChanged(const QString &code)
-{
-    mcc = cleanText(code);
-    Utils::addLogEntry(u"networkMCCChanged %1"_s.arg(mcc));
-}
-
-void NetworkInfoHelper::currentMobileNetworkCodeChanged(const QString &code)
-{
-    mnc = cleanText(code);
-    Utils::addLogEntry(u"networkMNCChanged %1"_s.arg(mnc));
-}
-
-void NetworkInfoHelper::networkModeChanged(NetworkMode mode)
-{
-    currentmode = mode;
-    networkmode = modeName(mode);
-    Utils::addLogEntry(u"networkModeChanged %1"_s.arg(networkmode));
-}
-
-void NetworkInfoHelper::networkStatusChanged(NetworkMode mode, NetworkStatus status)
-{
-    if (mode == NetworkMode::Wlan) {
-        const bool connected = status == NetworkStatus::Connected;
-        if (connected && !wlanconnectiondetected) {
-            Utils::addLogEntry(u"WLAN mode detected"_s);
-        }
-        wlanconnectiondetected = connected;
-    }
-    if (mode != oldmode) {
-        Utils::addLogEntry(u"Network status change: mode %1 : status %2"_s.arg(
-            QString::number(static_cast<int>(mode)), QString::number(static_cast<int>(status))));
-        oldmode = mode;
-        oldstatus = status;
-    }
-    if (mode == currentmode) {
-        networkstatus = statusName(status);
-        Utils::addLogEntry(u"networkStatusChanged %1"_s.arg(networkstatus));
-    }
-}
-
-void NetworkInfoHelper::networkSignalStrengthChanged(NetworkMode mode, int strength)
-{
-    if (mode == NetworkMode::Wlan) {
-        wlansignal = QString::number(strength);
-    } else if (isMobile(mode) || mode == currentmode) {
-        networksignal = QString::number(strength);
-    }
-}
-
-void NetworkInfoHelper::networkNameChanged(NetworkMode mode, const QString &name)
-{
-    if (mode != currentmode) {
-        return;
-    }
-    networkname = cleanText(name);
-    Utils::addLogEntry(u"networkNameChanged %1"_s.arg(networkname));
-}
-
-void NetworkInfoHelper::timerEvent()
-{
-    const QString cell = idText(netinfo->cellId());
-    if (cell != networkcell) {
-        networkcell = cell;
-        if (!networkcell.isEmpty()) {
-            Utils::addLogEntry(u"networkCellChanged %1"_s.arg(networkcell));
-        }
-    }
-    const QString lac = idText(netinfo->locationAreaCode());
-    if (lac != networklac) {
-        networklac = lac;
-        Utils::addLogEntry(u"networkLACChanged %1"_s.arg(networklac));
-    }
+    Utils::addLogEntry(u"RoamingCheck: HomeMNC: %1 MNC: %2"_s.arg(current.homeMnc, current.mnc));
+    Utils::addLogEntry(u"RoamingCheck: HomeMCC: %1 MCC: %2"_s.arg(current.homeMcc, current.mcc));
+    return current.current().status == NetworkStatus::Roaming;
 }
 
 } // namespace velometer

@@ -4,7 +4,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 #include <memory>
 
@@ -12,10 +11,9 @@ namespace velometer {
 
 class Platform;
 
-/// The current state of the cellular network and of WLAN as texts; unknown values are empty.
-/// Follows the platform's signals and asks for cell and location area once a second, from
-/// construction on. Texts of the platform are cut to 256 characters and lose their control
-/// characters. Main thread only; nothing blocks, nothing fails.
+/// The current state of the cellular network and of WLAN, as texts and as a value; unknown texts
+/// are empty. Texts of the platform are cut to 256 characters and lose their control characters.
+/// Main thread only; nothing blocks, nothing fails.
 class NetworkInfoHelper : public QObject
 {
     Q_OBJECT
@@ -25,60 +23,42 @@ public:
     NetworkInfoHelper(Platform &platform, QObject *parent);
     ~NetworkInfoHelper() override;
 
-    void startService();
-    void stopService();
+    // The test's start and end change nothing here.
+    void startService() {}
+    void stopService() {}
+
+    /// As of now, with clean texts.
+    const NetworkState &state() const { return current; }
 
     QString getNetworkcell() const; ///< cell id in decimal
     QString getNetworklac() const;  ///< location area code in decimal
-    QString getHomemcc() const;
-    QString getHomemnc() const;
-    QString getMcc() const;
-    QString getMnc() const;
+    QString getHomemcc() const { return current.homeMcc; }
+    QString getHomemnc() const { return current.homeMnc; }
+    QString getMcc() const { return current.mcc; }
+    QString getMnc() const { return current.mnc; }
     QString getNetworkstatus() const; ///< "HomeNetwork", "Roaming", "Connected" ...
-    QString getNetworksignal() const; ///< cellular signal, percent; "-1" when not known
-    QString getWlansignal() const;    ///< WLAN signal, percent; empty or "-1" when not known
-    QString getNetworkname() const;
-
+    /// Percent, "-1" when not known: of the modem, else of whatever else is connected; empty on a
+    /// WLAN without a modem.
+    QString getNetworksignal() const;
+    QString getWlansignal() const; ///< WLAN signal, percent; empty or "-1" when not known
+    QString getNetworkname() const { return current.current().name; }
     /// "WlanMode" while a WLAN is connected, else the mobile mode. GSM and WCDMA are told apart by
-    /// the length of the cell id, which is more reliable than the mode that platforms report.
+    /// the length of the cell id, where there is one: it is more reliable than what modems say.
     QString getNetworkmode() const;
 
     /// Whether the network says so; the operator codes are only logged. Writes two log lines.
     bool roaming() const;
 
-private Q_SLOTS:
-    void currentMobileCountryCodeChanged(const QString &code);
-    void currentMobileNetworkCodeChanged(const QString &code);
-    void networkModeChanged(NetworkMode mode);
-    void networkStatusChanged(NetworkMode mode, NetworkStatus status);
-    void networkSignalStrengthChanged(NetworkMode mode, int strength);
-    void networkNameChanged(NetworkMode mode, const QString &name);
-    void timerEvent();
+Q_SIGNALS:
+    /// state() is another than before.
+    void changed();
 
 private:
-    using QObject::timerEvent;
+    void take();
+    void log(const NetworkState &before, bool first) const;
 
-    std::unique_ptr<NetworkInfoSource> netinfo;
-    NetworkMode currentmode = NetworkMode::Unknown;
-    QTimer timer{this}; ///< polls cell id and location area code
-
-    // Of the last logged status change.
-    NetworkMode oldmode = NetworkMode::Unknown;
-    NetworkStatus oldstatus = NetworkStatus::Undefined;
-
-    QString networkcell;
-    QString networklac;
-    QString homemcc;
-    QString homemnc;
-    QString mcc;
-    QString mnc;
-    QString networkmode;
-    QString networkstatus;
-    QString networksignal;
-    QString wlansignal;
-    QString networkname;
-    bool wlanconnectiondetected = false;
-    bool servicestarted = false;
+    std::unique_ptr<NetworkInfoSource> source;
+    NetworkState current;
 };
 
 } // namespace velometer

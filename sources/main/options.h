@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/platformchoice.h"
+#include "platform/choice/platformchoice.h"
 #include "ui/shell.h"
 
 #include <QString>

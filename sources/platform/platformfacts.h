@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/networkmanager/networkmanagerstate.h"
-
 #include <QList>
 #include <QString>
 
@@ -9,11 +7,10 @@
 
 namespace velometer {
 
-/// What the device tells beyond what a test records, for who looks for the reason of a problem.
-/// Unknown texts are empty.
+/// What no test records, for whoever looks for the cause of a problem. Unknown texts are empty.
 struct PlatformFacts
 {
-    using Connectivity = NetworkManagerState::Connectivity;
+    enum class Connectivity { Unknown, None, Portal, Limited, Full };
 
     /// What could be there and is not.
     enum class Missing {

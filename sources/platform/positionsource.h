@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QGeoPositionInfo>
+#include "platform/position.h"
+
 #include <QGeoSatelliteInfo>
 #include <QList>
 #include <QObject>
@@ -36,8 +37,11 @@ public:
     virtual bool hasPosition() const = 0;
     virtual bool hasSatellites() const = 0;
 
-    /// The last position the device remembers from before; invalid when there is none.
-    virtual QGeoPositionInfo lastKnownPosition() const = 0;
+    /// The last position the device remembers, also from before this source was made; without a
+    /// place when there is none.
+    virtual Position lastKnownPosition() const = 0;
+    /// What the receiver told last to this source; nothing before that, and after a time-out.
+    const std::optional<Position> &position() const { return told; }
     /// Shortest interval between updates the device can do, ms; 0 when it does not say.
     virtual int minimumUpdateInterval() const = 0;
     /// Asks for updates by all positioning methods, this often.
@@ -49,14 +53,26 @@ public:
     virtual void stopSatellites() = 0;
 
 Q_SIGNALS:
-    void positionUpdated(const QGeoPositionInfo &info);
-    /// No fix within the source's own time-out.
-    void updateTimeout();
+    /// The receiver has told a position, the same as before perhaps, or has found none within its
+    /// own time-out: then position() is nothing.
+    void positionUpdated();
     void satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &satellites);
     void satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &satellites);
     void problemChanged();
 
 protected:
+    /// A position ends every problem.
+    void setPosition(const QGeoPositionInfo &info)
+    {
+        told = Position::from(info);
+        setProblem(Problem::None);
+        Q_EMIT positionUpdated();
+    }
+    void setTimedOut()
+    {
+        told.reset();
+        Q_EMIT positionUpdated();
+    }
     void setProblem(Problem now)
     {
         if (now == currentProblem) {
@@ -68,6 +84,7 @@ protected:
 
 private:
     Problem currentProblem = Problem::None;
+    std::optional<Position> told;
 };
 
 } // namespace velometer

@@ -74,7 +74,7 @@ private Q_SLOTS:
         QFETCH(int, readyAt);
         FakeClock clock;
         FakePlatform platform;
-        platform.complete = false;
+        platform.network.codesPending = true;
         ServerSelection selection(platform, nullptr);
         int readyCalls = 0;
         selection.whenSettled([&] { ++readyCalls; });
@@ -83,6 +83,7 @@ private Q_SLOTS:
             if (ms == codes) {
                 platform.network.mcc = u"228"_s;
                 platform.network.mnc = u"02"_s;
+                platform.network.tell();
             }
             if (user && ms == 100) {
                 selection.choose(selection.servers().servers().at(4));

@@ -20,6 +20,7 @@ private Q_SLOTS:
         row("GSM, 6 digits", NetworkMode::Gsm, 100000, "WcdmaMode");
         row("WCDMA, 5 digits", NetworkMode::Wcdma, 12345, "GsmMode");
         row("Ethernet", NetworkMode::Ethernet, -1, "EthernetMode");
+        row("WCDMA, no cell", NetworkMode::Wcdma, -1, "WcdmaMode");
         row("LTE, short cell", NetworkMode::Lte, 12345, "LteMode");
         row("no such mode", static_cast<NetworkMode>(77), 123456, "Unknown");
     }
@@ -55,14 +56,12 @@ private Q_SLOTS:
                  (QStringList{u"262"_s, u"02"_s}));
         QCOMPARE(changing(helper), (QStringList{u"Demo"_s, u"228"_s, u"01"_s, u"901"_s, u"512"_s}));
 
-        platform.network.setMcc(u"2\u001b08"_s);
-        platform.network.setMnc(u"10\n"_s);
-        platform.network.setName(NetworkMode::Wlan, u"Home"_s);
+        platform.network.mcc = u"2\u001b08"_s;
+        platform.network.mnc = u"10\n"_s;
+        platform.network.name[NetworkMode::Wlan] = u"Home"_s;
         platform.network.cell = 902;
         platform.network.lac = -1;
-        QCOMPARE(changing(helper), (QStringList{u"Demo"_s, u"208"_s, u"10"_s, u"901"_s, u"512"_s}));
-        // Cell and area have no signal: they are asked for.
-        QMetaObject::invokeMethod(helper.findChild<QTimer *>(), "timeout", Qt::DirectConnection);
+        platform.network.tell();
         QCOMPARE(changing(helper),
                  (QStringList{u"Demo"_s, u"208"_s, u"10"_s, u"902"_s, QString()}));
     }
@@ -101,15 +100,20 @@ private Q_SLOTS:
     void keepsSignalsApart()
     {
         FakePlatform platform;
-        platform.network.mode = NetworkMode::Ethernet;
+        platform.network.mode = NetworkMode::Wlan;
+        platform.network.signal[NetworkMode::Wlan] = 90;
         NetworkInfoHelper helper(platform, nullptr);
-        platform.network.setSignal(NetworkMode::Lte, 15); // cellular, current or not
-        platform.network.setSignal(NetworkMode::Wlan, 90);
-        platform.network.setSignal(NetworkMode::Bluetooth, 50);
+        QCOMPARE(helper.getNetworksignal(), QString());
+        platform.network.signal[NetworkMode::Lte] = 15; // the modem, while traffic leaves elsewhere
+        platform.network.signal[NetworkMode::Bluetooth] = 50;
+        platform.network.tell();
         QCOMPARE(helper.getNetworksignal(), u"15"_s);
         QCOMPARE(helper.getWlansignal(), u"90"_s);
-        platform.network.setSignal(NetworkMode::Ethernet, 100);
-        QCOMPARE(helper.getNetworksignal(), u"100"_s);
+        platform.network.signal.remove(NetworkMode::Lte);
+        platform.network.setMode(NetworkMode::Bluetooth);
+        QCOMPARE(helper.getNetworksignal(), u"50"_s);
+        platform.network.setMode(NetworkMode::Ethernet);
+        QCOMPARE(helper.getNetworksignal(), u"-1"_s);
     }
 
 private:

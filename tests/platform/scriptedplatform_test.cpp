@@ -47,12 +47,8 @@ private Q_SLOTS:
 "accuracy_h": 12.5, "accuracy_v": 30, "speed": 1.5, "direction": 270,
 "timestamp": "2024-02-29T12:00:01Z"}})"_ba.replace('\n', ' '));
         const auto position = platform->createPositionSource()->lastKnownPosition();
-        QCOMPARE(position.coordinate(), QGeoCoordinate(-47.5, 8.25, 410));
-        QCOMPARE(position.timestamp().toMSecsSinceEpoch(), 1'709'208'001'000);
-        QCOMPARE(position.attribute(QGeoPositionInfo::HorizontalAccuracy), 12.5);
-        QCOMPARE(position.attribute(QGeoPositionInfo::VerticalAccuracy), 30.0);
-        QCOMPARE(position.attribute(QGeoPositionInfo::GroundSpeed), 1.5);
-        QCOMPARE(position.attribute(QGeoPositionInfo::Direction), 270.0);
+        QCOMPARE(position,
+                 (Position{-47.5, 8.25, 410, 12.5, 30, 1.5, {}, 270, {}, 1'709'208'001'000}));
     }
 
     void refusesWrongLines_data()
@@ -99,40 +95,38 @@ private Q_SLOTS:
     {
         const auto platform = play(R"({"device": {"imei": "356938035643809"}, "mcc": "228"}
 {"mode": "LteMode", "status": "HomeNetwork", "signal": 71, "name": "Demo", "cell": 2814211}
-{"mnc": "01", "home_mcc": "262", "home_mnc": "02", "lac": 0}
-{"at_ms": 30, "mcc": "262"}
+{"home_mcc": "262", "home_mnc": "02", "lac": 0}
+{"at_ms": 30, "mnc": "01"}
 {"at_ms": 3600000, "cell": null, "mode": "WcdmaMode", "signal": 40})");
         QCOMPARE(platform->createDeviceInfoSource()->imei(), u"356938035643809"_s);
         const auto network = platform->createNetworkInfoSource();
-        QCOMPARE(network->currentMode(), NetworkMode::Lte);
-        QCOMPARE(network->networkStatus(NetworkMode::Lte), NetworkStatus::HomeNetwork);
-        QCOMPARE(network->networkSignalStrength(NetworkMode::Lte), 71);
-        QCOMPARE(network->networkSignalStrength(NetworkMode::Wlan), -1);
-        QCOMPARE(network->locationAreaCode(), 0);
-        QCOMPARE(network->networkName(NetworkMode::Lte), u"Demo"_s);
-        QCOMPARE(network->currentMobileCountryCode() + network->currentMobileNetworkCode(),
-                 u"22801"_s);
-        QCOMPARE(network->homeMobileCountryCode() + network->homeMobileNetworkCode(), u"26202"_s);
+        using Link = NetworkState::Link;
+        NetworkState lte{NetworkMode::Lte,
+                         {{NetworkMode::Lte, Link{NetworkStatus::HomeNetwork, 71, u"Demo"_s}}},
+                         u"228"_s,
+                         {},
+                         u"262"_s,
+                         u"02"_s,
+                         2814211,
+                         0,
+                         true};
+        QCOMPARE(network->state(), lte);
         QVERIFY(!platform->createPositionSource()->hasPosition());
+        // The modem tells its operator late, and then is waited for no more.
+        QSignalSpy changed(network.get(), &NetworkInfoSource::changed);
+        QVERIFY(changed.wait());
+        lte.mnc = u"01"_s;
+        lte.codesPending = false;
+        QCOMPARE(network->state(), lte);
 
-        QSignalSpy mcc(network.get(), &NetworkInfoSource::currentMobileCountryCodeChanged);
-        QVERIFY(mcc.wait());
-        QCOMPARE(mcc.at(0).at(0), u"262"_s);
         platform->advanceTo(later - 1ms);
-        QCOMPARE(network->cellId(), 2814211);
-
+        QCOMPARE(changed.size(), 1);
         // Nothing of the old mode stays behind.
-        QStringList heard;
-        const auto hear = [&](const QString &what) { return [&heard, what] { heard += what; }; };
-        connect(network.get(), &NetworkInfoSource::networkModeChanged, this, hear(u"mode"_s));
-        connect(network.get(), &NetworkInfoSource::networkStatusChanged, this, hear(u"status"_s));
-        connect(network.get(), &NetworkInfoSource::networkNameChanged, this, hear(u"name"_s));
         platform->advanceTo(later);
-        QCOMPARE(network->cellId(), -1);
-        // The mode first: who hears of a name asks whose it is.
-        QCOMPARE(heard, (QStringList{u"mode"_s, u"status"_s, u"status"_s, u"name"_s}));
-        QCOMPARE(network->networkStatus(NetworkMode::Lte), NetworkStatus::NoNetworkAvailable);
-        QCOMPARE(network->networkSignalStrength(NetworkMode::Wcdma), 40);
+        lte.mode = NetworkMode::Wcdma;
+        lte.links = {{NetworkMode::Wcdma, Link{NetworkStatus::Undefined, 40, {}}}};
+        lte.cell.reset();
+        QCOMPARE(network->state(), lte);
     }
 
     void signalsPositionsOnlyWhileStarted()
@@ -143,9 +137,10 @@ private Q_SLOTS:
 {"at_ms": 3600002, "position": null}
 {"at_ms": 3600003, "position": {"latitude": 3, "longitude": 3}, "satellites_in_use": [6]})");
         const auto source = platform->createPositionSource();
-        QCOMPARE(source->lastKnownPosition().coordinate(), QGeoCoordinate(1, 1));
-        QSignalSpy updates(source.get(), &PositionSource::positionUpdated);
-        QSignalSpy timeouts(source.get(), &PositionSource::updateTimeout);
+        QCOMPARE(*source->lastKnownPosition().latitude, 1.0);
+        QList<double> latitudes;
+        connect(source.get(), &PositionSource::positionUpdated, this,
+                [&] { latitudes += source->position() ? *source->position()->latitude : -1; });
         QSignalSpy satellites(source.get(), &PositionSource::satellitesInUseUpdated);
         QSignalSpy inView(source.get(), &PositionSource::satellitesInViewUpdated);
         source->startPosition();
@@ -155,9 +150,7 @@ private Q_SLOTS:
         source->stopSatellites();
         platform->advanceTo(later + 3ms);
 
-        QCOMPARE(updates.size(), 1);
-        QCOMPARE(updates.at(0).at(0).value<QGeoPositionInfo>().coordinate(), QGeoCoordinate(2, 2));
-        QCOMPARE(timeouts.size(), 1);
+        QCOMPARE(latitudes, (QList<double>{2, -1})); // a fix, then none
         QCOMPARE(satellites.size(), 1);
         const auto id = [](const QSignalSpy &heard) {
             return heard.at(0).at(0).value<QList<QGeoSatelliteInfo>>().last().satelliteIdentifier();

@@ -56,7 +56,7 @@ public:
     void emitPosition(const QGeoPositionInfo &info)
     {
         if (source) {
-            Q_EMIT source->positionUpdated(info);
+            told()->setPosition(info);
         }
     }
     /// A fix as receivers send it; without @p altitude a two-dimensional one.
@@ -69,11 +69,8 @@ public:
         }
         emitPosition({coordinate, QDateTime::fromSecsSinceEpoch(1'700'000'000)});
     }
-    void emitTimeout() { Q_EMIT source->updateTimeout(); }
-    void setProblem(PositionSource::Problem problem)
-    {
-        static_cast<Source *>(source.data())->setProblem(problem);
-    }
+    void emitTimeout() { told()->setTimedOut(); }
+    void setProblem(PositionSource::Problem problem) { told()->setProblem(problem); }
 
     class Source : public Told
     {
@@ -82,7 +79,7 @@ public:
         QString name() const override { return QStringLiteral("fake"); }
         bool hasPosition() const override { return true; }
         bool hasSatellites() const override { return true; }
-        QGeoPositionInfo lastKnownPosition() const override { return {}; }
+        Position lastKnownPosition() const override { return {}; }
         int minimumUpdateInterval() const override { return 0; }
         void setUpdateInterval(int /*ms*/) override {}
         void startPosition() override
@@ -93,39 +90,37 @@ public:
         void stopPosition() override { fake.positionRunning = false; }
         void startSatellites() override { fake.satellitesRunning = true; }
         void stopSatellites() override { fake.satellitesRunning = false; }
+        using PositionSource::setPosition;
         using PositionSource::setProblem;
+        using PositionSource::setTimedOut;
     };
+
+private:
+    Source *told() { return static_cast<Source *>(source.data()); }
 };
 
-/// Network information. Set the members before the code under test is made; set...() signals at
-/// once.
+/// Network information. Set the members before the code under test is made; set...() and tell()
+/// signal at once.
 class FakeNetwork : public FakeComponent<FakeNetwork, NetworkInfoSource>
 {
 public:
     void setMode(NetworkMode value)
     {
         mode = value;
-        if (source) {
-            Q_EMIT source->networkModeChanged(value);
-        }
+        tell();
     }
     void setStatus(NetworkMode of, NetworkStatus value)
     {
         status[of] = value;
+        tell();
+    }
+    /// What the members say now.
+    void tell()
+    {
         if (source) {
-            Q_EMIT source->networkStatusChanged(of, value);
+            static_cast<Source *>(source.data())->setState(state());
         }
     }
-    void setSignal(NetworkMode of, int percent)
-    {
-        Q_EMIT source->networkSignalStrengthChanged(of, percent);
-    }
-    void setName(NetworkMode of, const QString &value)
-    {
-        Q_EMIT source->networkNameChanged(of, value);
-    }
-    void setMcc(const QString &code) { Q_EMIT source->currentMobileCountryCodeChanged(code); }
-    void setMnc(const QString &code) { Q_EMIT source->currentMobileNetworkCodeChanged(code); }
 
     NetworkMode mode = NetworkMode::Unknown;
     QMap<NetworkMode, NetworkStatus> status;
@@ -135,26 +130,39 @@ public:
     QString mnc;
     QString homeMcc;
     QString homeMnc;
-    int cell = -1; ///< polled
-    int lac = -1;  ///< polled
+    int cell = -1;
+    int lac = -1;
+    bool codesPending = false;
+
+    NetworkState state() const
+    {
+        NetworkState state{mode, {}, mcc, mnc, homeMcc, homeMnc, {}, {}, codesPending};
+        for (const NetworkMode of : QList{mode} + status.keys() + signal.keys() + name.keys()) {
+            NetworkState::Link &link = state.links[of];
+            link.status = status.value(of);
+            link.name = name.value(of);
+            if (signal.contains(of)) {
+                link.signal = signal.value(of);
+            }
+        }
+        if (cell >= 0) {
+            state.cell = cell;
+        }
+        if (lac >= 0) {
+            state.lac = lac;
+        }
+        return state;
+    }
 
     class Source : public Told
     {
     public:
-        using Told::Told;
-        qint64 cellId() const override { return fake.cell; }
-        int locationAreaCode() const override { return fake.lac; }
-        QString homeMobileCountryCode() const override { return fake.homeMcc; }
-        QString homeMobileNetworkCode() const override { return fake.homeMnc; }
-        QString currentMobileCountryCode() const override { return fake.mcc; }
-        QString currentMobileNetworkCode() const override { return fake.mnc; }
-        NetworkMode currentMode() const override { return fake.mode; }
-        NetworkStatus networkStatus(NetworkMode of) const override { return fake.status.value(of); }
-        int networkSignalStrength(NetworkMode of) const override
+        explicit Source(FakeNetwork &control)
+            : Told(control)
         {
-            return fake.signal.value(of, -1);
+            setState(control.state());
         }
-        QString networkName(NetworkMode of) const override { return fake.name.value(of); }
+        using NetworkInfoSource::setState;
     };
 };
 
@@ -255,8 +263,15 @@ public:
     FakeNetwork network;
     FakeSession session;
     FakeDevice device;
-    PlatformFacts told; ///< what facts() says
-    bool complete = true;
+    PlatformFacts told;   ///< what facts() says
+    bool complete = true; ///< set it false before the event loop runs
+
+    /// The device has answered.
+    void setComplete()
+    {
+        complete = true;
+        tellCompletion();
+    }
 
     PlatformFacts facts() const override { return told; }
     bool isComplete() const override { return complete; }

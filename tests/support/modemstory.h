@@ -17,11 +17,11 @@ inline QString told(const ModemState &state, const ModemState &before = {})
         }
         return QStringList{u"mode %1"_s.arg(int(of.mode)),
                            u"status %1"_s.arg(int(of.status)),
-                           u"signal %1"_s.arg(of.signal),
+                           u"signal %1"_s.arg(of.signal.value_or(-1)),
                            u"network "_s + of.mcc + of.mnc,
                            u"home "_s + of.homeMcc + of.homeMnc,
-                           u"cell "_s + QString::number(of.cellId, 16),
-                           u"area "_s + QString::number(of.areaCode, 16),
+                           u"cell "_s + QString::number(of.cellId.value_or(-1), 16),
+                           u"area "_s + QString::number(of.areaCode.value_or(-1), 16),
                            u"imei "_s + of.imei,
                            u"imsi "_s + of.imsi,
                            radio};

@@ -69,8 +69,8 @@ private Q_SLOTS:
         online = true;
         observer = std::make_unique<FakeObserver>();
         platform = std::make_unique<PhonePlatform>(bus->connection(), [this] {
-            const SystemInterface modem{u"wwan0"_s, u"Mobile"_s, {}, false, true, online};
-            return SystemNetwork{{modem}, online ? u"wwan0"_s : QString()};
+            const MachineInterface modem{u"wwan0"_s, u"Mobile"_s, {}, false, true, online};
+            return MachineNetwork{{modem}, online ? u"wwan0"_s : QString()};
         });
         server.setHostname(u"127.0.0.1"_s);
         server.setPort(service->port());

@@ -134,10 +134,10 @@ void BusModemClient::refresh()
     Q_EMIT completed();
 }
 
-int BusModemClient::areaCode(qint64 told)
+std::optional<int> BusModemClient::areaCode(std::optional<qint64> told)
 {
     constexpr qint64 reserved = 0xfffe;
-    return told <= 0 || told >= reserved ? -1 : static_cast<int>(told);
+    return told > 0 && told < reserved ? std::optional<int>(told) : std::nullopt;
 }
 
 } // namespace velometer

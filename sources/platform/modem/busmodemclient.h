@@ -70,8 +70,8 @@ protected:
     QString primary() const;
     /// To be called after each change.
     void refresh();
-    /// The code of a location area; -1 for those that stand for none.
-    static int areaCode(qint64 told);
+    /// The code of a location area; nothing for those that stand for none.
+    static std::optional<int> areaCode(std::optional<qint64> told);
 
     BusService service;
     QMap<QString, Interfaces> modems; ///< by path

@@ -30,7 +30,7 @@ const ModemClient &ModemChoice::chosen() const
 void ModemChoice::refresh()
 {
     const ModemClient &choice = chosen();
-    // The other service's changes are nobody's business.
+    // Changes at the service that is not shown are not signalled.
     if (choice.state() != shown || choice.presence() != shownPresence) {
         shown = choice.state();
         shownPresence = choice.presence();

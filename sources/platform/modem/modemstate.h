@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/networkinfosource.h"
+#include "platform/networkstate.h"
 
 #include <QString>
 
@@ -8,8 +8,7 @@
 
 namespace velometer {
 
-/// What a modem tells, cleaned and in range. Unknown texts are empty, unknown numbers -1 or not
-/// set.
+/// What a modem tells, cleaned and in range. Unknown texts are empty, unknown numbers not set.
 struct ModemState
 {
     QString path;    ///< which modem; empty when there is none
@@ -27,9 +26,9 @@ struct ModemState
     QString operatorName;
     NetworkStatus status = NetworkStatus::Undefined;
     NetworkMode mode = NetworkMode::Unknown;
-    int signal = -1;    ///< percent
-    qint64 cellId = -1; ///< up to 36 bits
-    int areaCode = -1;  ///< TAC with LTE and 5G, else LAC
+    std::optional<int> signal;    ///< percent
+    std::optional<qint64> cellId; ///< up to 36 bits
+    std::optional<int> areaCode;  ///< TAC with LTE and 5G, else LAC
 
     std::optional<double> rsrp; ///< dBm
     std::optional<double> rsrq; ///< dB

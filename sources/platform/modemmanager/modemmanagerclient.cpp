@@ -91,11 +91,11 @@ void takeOperator(const QVariant &code, QString *mcc, QString *mnc)
     *mnc = both.mid(mccDigits);
 }
 
-qint64 hexNumber(const QString &text, qint64 max)
+std::optional<qint64> hexNumber(const QString &text, qint64 max)
 {
     bool ok = false;
     const qint64 value = text.toLongLong(&ok, hexadecimal);
-    return ok && value >= 0 && value <= max ? value : -1;
+    return ok && value >= 0 && value <= max ? std::optional(value) : std::nullopt;
 }
 
 bool isKept(const QString &interface)
@@ -210,12 +210,13 @@ void ModemManagerClient::takeLocation(const QString &location, ModemState *state
     }
     const bool hasTac = state->mode == NetworkMode::Lte || state->mode == NetworkMode::Nr;
     // Modems in networks without location areas report the reserved ones.
-    const int lac = areaCode(hexNumber(fields.at(2), maxLac));
-    const qint64 tac = hexNumber(fields.value(4), maxTac);
-    state->areaCode = hasTac && tac > 0 ? static_cast<int>(tac) : lac;
+    state->areaCode = areaCode(hexNumber(fields.at(2), maxLac));
+    if (const auto tac = hexNumber(fields.value(4), maxTac); hasTac && tac.value_or(0) > 0) {
+        state->areaCode = tac;
+    }
     // No network numbers a cell 0 in an area it does not name: the modem has not read it yet.
-    const qint64 cell = hexNumber(fields.at(3), maxCell);
-    state->cellId = cell == 0 && state->areaCode < 0 ? -1 : cell;
+    const auto cell = hexNumber(fields.at(3), maxCell);
+    state->cellId = cell == 0 && !state->areaCode ? std::nullopt : cell;
 }
 
 ModemState ModemManagerClient::describe(const QString &path) const
@@ -232,8 +233,7 @@ ModemState ModemManagerClient::describe(const QString &path) const
         BusValue::number(modem.value(u"AccessTechnologies"_s), 0, 0xffffffffLL).value_or(0);
     // All bits set stand for "any", which says nothing.
     state.mode = mask == 0xffffffffLL ? NetworkMode::Unknown : modeOf(mask);
-    state.signal = static_cast<int>(
-        BusValue::firstOfPair(modem.value(u"SignalQuality"_s), 0, 100).value_or(-1));
+    state.signal = BusValue::firstOfPair(modem.value(u"SignalQuality"_s), 0, 100);
 
     const QVariantMap gpp = interfaces.value(gppInterface);
     // The general identifier is another number in networks that have no IMEI.

@@ -189,8 +189,7 @@ NetworkManagerState NetworkManagerClient::describe() const
         const QByteArray ssid =
             accessPoint.values.value(u"Ssid"_s).toByteArray().left(maxSsidBytes);
         state.ssid = BusValue::cleanText(QString::fromUtf8(ssid));
-        state.strength = static_cast<int>(
-            BusValue::number(accessPoint.values.value(u"Strength"_s), 0, 100).value_or(-1));
+        state.strength = BusValue::number(accessPoint.values.value(u"Strength"_s), 0, 100);
     }
     return state;
 }

@@ -22,7 +22,7 @@ constexpr int looksUntilLost = 2;
 
 NetworkManagerSession::NetworkManagerSession(const NetworkManagerClient &networkClient,
                                              const ModemClient &modemClient,
-                                             SystemNetworkLookUp lookUpNow, QObject *parent)
+                                             MachineNetworkLookUp lookUpNow, QObject *parent)
     : NetworkSession(parent)
     , network(networkClient)
     , modem(modemClient)
@@ -31,7 +31,7 @@ NetworkManagerSession::NetworkManagerSession(const NetworkManagerClient &network
 {
     modemTimer.setSingleShot(true);
     openTimer.setSingleShot(true);
-    // Two timers of one object are told apart by their names.
+    // The names tell the two timers apart.
     openTimer.setObjectName(u"open"_s);
     watchTimer.setObjectName(u"watch"_s);
     connect(&modemTimer, &QTimer::timeout, this, &NetworkManagerSession::proceed);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/machine/machinenetworksession.h"
 #include "platform/networksession.h"
-#include "platform/system/systemnetworksession.h"
 
 #include <QTimer>
 
@@ -15,7 +15,7 @@ class NetworkManagerClient;
 /// measures before it is known whether the device is roaming. An open session is lost when two
 /// looks in a row, two seconds apart, find neither an activated connection nor another way into the
 /// network. Where NetworkManager is not there, or leaves the interfaces to somebody else, these
-/// alone decide as in SystemNetworkSession. The interfaces are the configurations.
+/// alone decide as in MachineNetworkSession. The interfaces are the configurations.
 class NetworkManagerSession : public NetworkSession
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ class NetworkManagerSession : public NetworkSession
 public:
     /// The clients are borrowed and outlive the session.
     NetworkManagerSession(const NetworkManagerClient &networkClient, const ModemClient &modemClient,
-                          SystemNetworkLookUp lookUpNow = lookUpSystemNetwork,
+                          MachineNetworkLookUp lookUpNow = lookUpMachineNetwork,
                           QObject *parent = nullptr);
 
     QList<NetworkConfiguration> allConfigurations() const override;
@@ -42,10 +42,10 @@ private:
 
     const NetworkManagerClient &network;
     const ModemClient &modem;
-    const SystemNetworkLookUp lookUp;
-    SystemNetworkSession interfaces; ///< serves what NetworkManager does not manage
-    QTimer modemTimer{this};         ///< the end of waiting for the modem
-    QTimer openTimer{this};          ///< the end of waiting for a connection
+    const MachineNetworkLookUp lookUp;
+    MachineNetworkSession interfaces; ///< serves what NetworkManager does not manage
+    QTimer modemTimer{this};          ///< the end of waiting for the modem
+    QTimer openTimer{this};           ///< the end of waiting for a connection
     QTimer watchTimer{this};
     bool opening = false;
     bool sessionOpen = false;

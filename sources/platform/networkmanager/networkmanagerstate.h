@@ -1,6 +1,10 @@
 #pragma once
 
+#include "platform/platformfacts.h"
+
 #include <QString>
+
+#include <optional>
 
 namespace velometer {
 
@@ -9,13 +13,13 @@ struct NetworkManagerState
 {
     enum class Link { None, Wlan, Ethernet, Mobile, Bluetooth, Other };
     enum class Metered { Unknown, Yes, No, GuessYes, GuessNo };
-    enum class Connectivity { Unknown, None, Portal, Limited, Full };
+    using Connectivity = PlatformFacts::Connectivity;
 
-    Link link = Link::None;  ///< of the primary connection
-    bool activated = false;  ///< the primary connection is up
-    bool connecting = false; ///< one is being made
-    QString ssid;            ///< of the WLAN, when the primary connection is one
-    int strength = -1;       ///< of the WLAN, percent
+    Link link = Link::None;      ///< of the primary connection
+    bool activated = false;      ///< the primary connection is up
+    bool connecting = false;     ///< one is being made
+    QString ssid;                ///< of the WLAN, when the primary connection is one
+    std::optional<int> strength; ///< of the WLAN, percent
     Metered metered = Metered::Unknown;
     Connectivity connectivity = Connectivity::Unknown;
 

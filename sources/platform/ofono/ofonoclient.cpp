@@ -354,8 +354,7 @@ ModemState OfonoClient::describe(const QString &path) const
     state.mnc = networkCode(registration.value(u"MobileNetworkCode"_s));
     state.operatorName = BusValue::text(registration.value(u"Name"_s));
     state.mode = modeOf(registration.value(u"Technology"_s));
-    state.signal =
-        static_cast<int>(BusValue::number(registration.value(u"Strength"_s), 0, 100).value_or(-1));
+    state.signal = BusValue::number(registration.value(u"Strength"_s), 0, 100);
     describeCell(registration, &state);
     return state;
 }
@@ -369,9 +368,9 @@ void OfonoClient::describeCell(const QVariantMap &registration, ModemState *stat
         return told || !current ? told : BusValue::number(cell.value(name), min, max);
     };
     const bool isNr = state->mode == NetworkMode::Nr;
-    state->cellId = value(u"CellId"_s, 0, isNr ? maxCell : maxShortCell).value_or(-1);
+    state->cellId = value(u"CellId"_s, 0, isNr ? maxCell : maxShortCell);
     // With LTE the location area is the tracking area's code, where there is no name for that.
-    state->areaCode = areaCode(value(u"LocationAreaCode"_s, 0, maxLac).value_or(-1));
+    state->areaCode = areaCode(value(u"LocationAreaCode"_s, 0, maxLac));
     if (!current || (state->mode != NetworkMode::Lte && !isNr)) {
         return;
     }

@@ -90,9 +90,9 @@ int NmeaPositionSource::minimumUpdateInterval() const
 void NmeaPositionSource::setUpdateInterval(int ms)
 {
     interval = ms;
-    if (position) {
-        position->setUpdateInterval(ms);
-        satellites->setUpdateInterval(ms);
+    if (positionReader) {
+        positionReader->setUpdateInterval(ms);
+        satelliteReader->setUpdateInterval(ms);
     }
 }
 
@@ -104,7 +104,7 @@ void NmeaPositionSource::startPosition()
     positionRunning = true;
     fixTimer.start();
     run();
-    position->startUpdates();
+    positionReader->startUpdates();
 }
 
 void NmeaPositionSource::stopPosition()
@@ -114,7 +114,7 @@ void NmeaPositionSource::stopPosition()
     }
     positionRunning = false;
     fixTimer.stop();
-    position->stopUpdates();
+    positionReader->stopUpdates();
     pauseUnlessWanted();
 }
 
@@ -125,7 +125,7 @@ void NmeaPositionSource::startSatellites()
     }
     satellitesRunning = true;
     run();
-    satellites->startUpdates();
+    satelliteReader->startUpdates();
 }
 
 void NmeaPositionSource::stopSatellites()
@@ -134,7 +134,7 @@ void NmeaPositionSource::stopSatellites()
         return;
     }
     satellitesRunning = false;
-    satellites->stopUpdates();
+    satelliteReader->stopUpdates();
     pauseUnlessWanted();
 }
 
@@ -248,7 +248,7 @@ void NmeaPositionSource::renewReaders()
 {
     // One of them may be telling something just now.
     for (QObject *old :
-         {static_cast<QObject *>(position), static_cast<QObject *>(satellites),
+         {static_cast<QObject *>(positionReader), static_cast<QObject *>(satelliteReader),
           static_cast<QObject *>(positionPipe), static_cast<QObject *>(satellitePipe)}) {
         if (old) {
             old->disconnect();
@@ -257,35 +257,34 @@ void NmeaPositionSource::renewReaders()
     }
     // The pace of a recording is ours: Qt's simulating readers lose step with each other, and the
     // one of satellites never returns from a file that tells none.
-    position = new QNmeaPositionInfoSource(QNmeaPositionInfoSource::RealTimeMode, this);
-    satellites =
+    positionReader = new QNmeaPositionInfoSource(QNmeaPositionInfoSource::RealTimeMode, this);
+    satelliteReader =
         new QNmeaSatelliteInfoSource(QNmeaSatelliteInfoSource::UpdateMode::RealTimeMode, this);
     positionPipe = new SentencePipe(this);
     satellitePipe = new SentencePipe(this);
-    position->setDevice(positionPipe);
-    position->setUserEquivalentRangeError(rangeError);
-    satellites->setDevice(satellitePipe);
+    positionReader->setDevice(positionPipe);
+    positionReader->setUserEquivalentRangeError(rangeError);
+    satelliteReader->setDevice(satellitePipe);
     setUpdateInterval(interval);
-    connect(position, &QGeoPositionInfoSource::positionUpdated, this,
+    connect(positionReader, &QGeoPositionInfoSource::positionUpdated, this,
             &NmeaPositionSource::takePosition);
-    connect(satellites, &QGeoSatelliteInfoSource::satellitesInUseUpdated, this,
+    connect(satelliteReader, &QGeoSatelliteInfoSource::satellitesInUseUpdated, this,
             &PositionSource::satellitesInUseUpdated);
-    connect(satellites, &QGeoSatelliteInfoSource::satellitesInViewUpdated, this,
+    connect(satelliteReader, &QGeoSatelliteInfoSource::satellitesInViewUpdated, this,
             &PositionSource::satellitesInViewUpdated);
     if (positionRunning) {
-        position->startUpdates();
+        positionReader->startUpdates();
     }
     if (satellitesRunning) {
-        satellites->startUpdates();
+        satelliteReader->startUpdates();
     }
 }
 
 void NmeaPositionSource::takePosition(const QGeoPositionInfo &info)
 {
     fixTimer.start();
-    last = info;
-    setProblem(Problem::None);
-    Q_EMIT positionUpdated(info);
+    last = Position::from(info);
+    setPosition(info);
 }
 
 void NmeaPositionSource::giveUpOnFix()
@@ -293,7 +292,7 @@ void NmeaPositionSource::giveUpOnFix()
     if (problem() == Problem::None) {
         setProblem(Problem::NoFix);
     }
-    Q_EMIT updateTimeout();
+    setTimedOut();
 }
 
 } // namespace velometer

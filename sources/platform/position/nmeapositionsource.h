@@ -23,7 +23,7 @@ class SentencePipe;
 /// Reads only while started, at most 160 KiB/s. A recording goes on where it was stopped, and
 /// starts over when it had ended; its pauses are cut to a minute. What cannot be opened or breaks
 /// off is tried again every five seconds and is a problem meanwhile. Without a position for ten
-/// seconds comes updateTimeout().
+/// seconds the position is gone.
 class NmeaPositionSource : public PositionSource
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ public:
     QString name() const override { return label; }
     bool hasPosition() const override { return true; }
     bool hasSatellites() const override { return true; }
-    QGeoPositionInfo lastKnownPosition() const override { return last; }
+    Position lastKnownPosition() const override { return last; }
     int minimumUpdateInterval() const override;
     void setUpdateInterval(int ms) override;
     void startPosition() override;
@@ -63,8 +63,8 @@ private:
     // against the new one. Null before the first start.
     SentencePipe *positionPipe = nullptr;
     SentencePipe *satellitePipe = nullptr;
-    QNmeaPositionInfoSource *position = nullptr;
-    QNmeaSatelliteInfoSource *satellites = nullptr;
+    QNmeaPositionInfoSource *positionReader = nullptr;
+    QNmeaSatelliteInfoSource *satelliteReader = nullptr;
 
     QTimer pollTimer;
     QTimer retryTimer; ///< runs from every attempt to open, and from a loss
@@ -72,7 +72,7 @@ private:
     int interval = 0;  ///< ms between updates; 0: all of them
     bool positionRunning = false;
     bool satellitesRunning = false;
-    QGeoPositionInfo last;
+    Position last;
 
     // Of a recording.
     QQueue<NmeaSentence> ahead;

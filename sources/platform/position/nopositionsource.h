@@ -19,7 +19,7 @@ public:
     QString name() const override { return {}; }
     bool hasPosition() const override { return false; }
     bool hasSatellites() const override { return false; }
-    QGeoPositionInfo lastKnownPosition() const override { return {}; }
+    Position lastKnownPosition() const override { return {}; }
     int minimumUpdateInterval() const override { return 0; }
     void setUpdateInterval(int /*ms*/) override {}
     void startPosition() override {}

@@ -13,7 +13,9 @@ PositionedPlatform::PositionedPlatform(std::unique_ptr<Platform> platform,
                                        PositionChoice positionsFrom)
     : device(std::move(platform))
     , choice(std::move(positionsFrom))
-{}
+{
+    connect(device.get(), &Platform::completed, this, &PositionedPlatform::tellCompletion);
+}
 
 PositionedPlatform::~PositionedPlatform() = default;
 

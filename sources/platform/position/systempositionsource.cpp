@@ -73,25 +73,22 @@ SystemPositionSource::SystemPositionSource(QObject *parent)
     const QuietCreation quiet;
     // The location service asks its agent about the program of this desktop file; by itself the
     // plug-in would name the application, and there is no desktop file of that name.
-    position =
+    positionReader =
         QGeoPositionInfoSource::createDefaultSource({{u"desktopId"_s, u"velometer"_s}}, this);
-    satellites = QGeoSatelliteInfoSource::createDefaultSource(this);
+    satelliteReader = QGeoSatelliteInfoSource::createDefaultSource(this);
 
-    if (position) {
-        connect(position, &QGeoPositionInfoSource::positionUpdated, this,
-                [this](const QGeoPositionInfo &info) {
-                    setProblem(Problem::None);
-                    Q_EMIT positionUpdated(info);
-                });
-        connect(position, &QGeoPositionInfoSource::errorOccurred, this,
+    if (positionReader) {
+        connect(positionReader, &QGeoPositionInfoSource::positionUpdated, this,
+                &SystemPositionSource::setPosition);
+        connect(positionReader, &QGeoPositionInfoSource::errorOccurred, this,
                 &SystemPositionSource::takeError);
     } else {
         setProblem(Problem::NoSource);
     }
-    if (satellites) {
-        connect(satellites, &QGeoSatelliteInfoSource::satellitesInUseUpdated, this,
+    if (satelliteReader) {
+        connect(satelliteReader, &QGeoSatelliteInfoSource::satellitesInUseUpdated, this,
                 &PositionSource::satellitesInUseUpdated);
-        connect(satellites, &QGeoSatelliteInfoSource::satellitesInViewUpdated, this,
+        connect(satelliteReader, &QGeoSatelliteInfoSource::satellitesInViewUpdated, this,
                 &PositionSource::satellitesInViewUpdated);
     }
 }
@@ -105,7 +102,7 @@ void SystemPositionSource::takeError(QGeoPositionInfoSource::Error error)
     case QGeoPositionInfoSource::UnknownSourceError: return setProblem(Problem::Unavailable);
     case QGeoPositionInfoSource::UpdateTimeoutError:
         setProblem(Problem::NoFix);
-        Q_EMIT updateTimeout();
+        setTimedOut();
         return;
     }
 }
@@ -144,34 +141,34 @@ void SystemPositionSource::startUpdates()
     }
     running = true;
     retryTimer.stop();
-    position->setPreferredPositioningMethods(QGeoPositionInfoSource::AllPositioningMethods);
-    position->setUpdateInterval(interval);
-    position->startUpdates();
+    positionReader->setPreferredPositioningMethods(QGeoPositionInfoSource::AllPositioningMethods);
+    positionReader->setUpdateInterval(interval);
+    positionReader->startUpdates();
 }
 
 QString SystemPositionSource::name() const
 {
-    return position ? position->sourceName() : QString();
+    return positionReader ? positionReader->sourceName() : QString();
 }
 
 bool SystemPositionSource::hasPosition() const
 {
-    return position != nullptr;
+    return positionReader != nullptr;
 }
 
 bool SystemPositionSource::hasSatellites() const
 {
-    return satellites != nullptr;
+    return satelliteReader != nullptr;
 }
 
-QGeoPositionInfo SystemPositionSource::lastKnownPosition() const
+Position SystemPositionSource::lastKnownPosition() const
 {
-    return position ? position->lastKnownPosition() : QGeoPositionInfo();
+    return positionReader ? Position::from(positionReader->lastKnownPosition()) : Position();
 }
 
 int SystemPositionSource::minimumUpdateInterval() const
 {
-    return position ? position->minimumUpdateInterval() : 0;
+    return positionReader ? positionReader->minimumUpdateInterval() : 0;
 }
 
 void SystemPositionSource::setUpdateInterval(int ms)
@@ -181,7 +178,7 @@ void SystemPositionSource::setUpdateInterval(int ms)
 
 void SystemPositionSource::startPosition()
 {
-    if (!position || wanted) {
+    if (!positionReader || wanted) {
         return;
     }
     wanted = true;
@@ -197,21 +194,21 @@ void SystemPositionSource::stopPosition()
     wanted = false;
     retryTimer.stop();
     if (std::exchange(running, false)) {
-        position->stopUpdates();
+        positionReader->stopUpdates();
     }
 }
 
 void SystemPositionSource::startSatellites()
 {
-    if (satellites) {
-        satellites->startUpdates();
+    if (satelliteReader) {
+        satelliteReader->startUpdates();
     }
 }
 
 void SystemPositionSource::stopSatellites()
 {
-    if (satellites) {
-        satellites->stopUpdates();
+    if (satelliteReader) {
+        satelliteReader->stopUpdates();
     }
 }
 

@@ -25,7 +25,7 @@ public:
     QString name() const override;
     bool hasPosition() const override;
     bool hasSatellites() const override;
-    QGeoPositionInfo lastKnownPosition() const override;
+    Position lastKnownPosition() const override;
     int minimumUpdateInterval() const override;
     void setUpdateInterval(int ms) override;
     void startPosition() override;
@@ -43,8 +43,8 @@ private:
     int interval = 0;     ///< ms
     QTimer retryTimer;    ///< asks a service again that has not answered
     // Children; null where the platform has none.
-    QGeoPositionInfoSource *position = nullptr;
-    QGeoSatelliteInfoSource *satellites = nullptr;
+    QGeoPositionInfoSource *positionReader = nullptr;
+    QGeoSatelliteInfoSource *satelliteReader = nullptr;
 };
 
 } // namespace velometer

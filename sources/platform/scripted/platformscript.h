@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/networkinfosource.h"
 #include "platform/networksession.h"
+#include "platform/networkstate.h"
 
 #include <QGeoPositionInfo>
 #include <QList>
@@ -56,8 +56,8 @@ struct ScriptDevice
     QString model;
 };
 
-/// A script of the scripted platform (its format: scriptedplatform.h), read and checked. Bounded:
-/// 16 MiB, 1 MiB a line, 100000 lines.
+/// A script of the scripted platform (docs/scripted-platform.md), read and checked. Bounded: 16
+/// MiB, 1 MiB a line, 100000 lines.
 struct PlatformScript
 {
     ScriptDevice device;

@@ -48,8 +48,8 @@ QList<NetworkConfiguration> ScriptedNetworkSession::allConfigurations() const
 NetworkConfiguration ScriptedNetworkSession::defaultConfiguration() const
 {
     NetworkConfiguration configuration;
-    configuration.bearer = bearerOf(state.mode);
-    configuration.name = state.name;
+    configuration.bearer = bearerOf(state.network.mode);
+    configuration.name = state.network.current().name;
     configuration.state = state.session.kind == ScriptEvent::Session::Opened
                               ? NetworkConfiguration::Active
                               : NetworkConfiguration::Discovered;

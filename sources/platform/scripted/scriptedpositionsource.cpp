@@ -12,18 +12,16 @@ ScriptedPositionSource::ScriptedPositionSource(const ScriptState &scripted, QObj
         setProblem(Problem::NoSource);
     }
     connect(&state, &ScriptState::positionUpdated, this, [this](const QGeoPositionInfo &info) {
-        if (!positionRunning) {
-            return;
+        if (positionRunning) {
+            setPosition(info);
         }
-        setProblem(Problem::None);
-        Q_EMIT positionUpdated(info);
     });
     connect(&state, &ScriptState::updateTimeout, this, [this] {
         if (!positionRunning) {
             return;
         }
         setProblem(Problem::NoFix);
-        Q_EMIT updateTimeout();
+        setTimedOut();
     });
     connect(&state, &ScriptState::satellitesInUseUpdated, this,
             [this](const QList<QGeoSatelliteInfo> &satellites) {
@@ -54,9 +52,9 @@ bool ScriptedPositionSource::hasSatellites() const
     return state.script().hasSatellites;
 }
 
-QGeoPositionInfo ScriptedPositionSource::lastKnownPosition() const
+Position ScriptedPositionSource::lastKnownPosition() const
 {
-    return state.position;
+    return Position::from(state.position);
 }
 
 int ScriptedPositionSource::minimumUpdateInterval() const

@@ -19,7 +19,7 @@ public:
     QString name() const override;
     bool hasPosition() const override;
     bool hasSatellites() const override;
-    QGeoPositionInfo lastKnownPosition() const override;
+    Position lastKnownPosition() const override;
     int minimumUpdateInterval() const override;
     void setUpdateInterval(int ms) override;
     void startPosition() override;

@@ -2,6 +2,7 @@
 
 #include "utils/utils.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velometer {
@@ -25,6 +26,8 @@ ScriptState::ScriptState(PlatformScript toPlay, QObject *parent)
     : QObject(parent)
     , playing(std::move(toPlay))
 {
+    network.links[network.mode].status = NetworkStatus::Undefined;
+    network.codesPending = willTellCodes();
     elapsed.start();
     timer.setSingleShot(true);
     timer.setTimerType(Qt::PreciseTimer);
@@ -48,11 +51,6 @@ void ScriptState::advanceTo(std::chrono::milliseconds now)
         const std::chrono::milliseconds due(playing.events.at(next).at.count() - elapsed.elapsed());
         timer.start(qMax(due, std::chrono::milliseconds(0)));
     }
-}
-
-NetworkStatus ScriptState::statusOf(NetworkMode of) const
-{
-    return of == mode ? status : NetworkStatus::NoNetworkAvailable;
 }
 
 void ScriptState::apply(const ScriptEvent &event)
@@ -87,45 +85,40 @@ void ScriptState::applyPosition(const ScriptEvent &event)
 
 void ScriptState::applyNetwork(const ScriptEvent &event)
 {
-    // All values first: who is told of one change may ask for the others.
-    const NetworkMode oldMode = mode;
-    mode = event.mode.value_or(mode);
-    const bool otherMode = mode != oldMode;
-    if (otherMode) {
-        status = NetworkStatus::Undefined;
-        signal = -1;
-        name.clear();
+    const auto take = [](auto &kept, const auto &told) { kept = told.value_or(kept); };
+    const auto takeNumber = [](auto &kept, const std::optional<int> &told) {
+        if (told) {
+            kept.reset();
+            if (*told >= 0) {
+                kept = *told;
+            }
+        }
+    };
+    NetworkState::Link link = network.links.take(network.mode);
+    if (event.mode && *event.mode != network.mode) {
+        network.mode = *event.mode;
+        link = {NetworkStatus::Undefined, {}, {}};
     }
-    status = event.status.value_or(status);
-    signal = event.signal.value_or(signal);
-    name = event.name.value_or(name);
-    mcc = event.mcc.value_or(mcc);
-    mnc = event.mnc.value_or(mnc);
-    homeMcc = event.homeMcc.value_or(homeMcc);
-    homeMnc = event.homeMnc.value_or(homeMnc);
-    cell = event.cell.value_or(cell);
-    lac = event.lac.value_or(lac);
-    metered = event.metered.value_or(metered);
+    take(link.status, event.status);
+    takeNumber(link.signal, event.signal);
+    take(link.name, event.name);
+    network.links[network.mode] = link;
+    take(network.mcc, event.mcc);
+    take(network.mnc, event.mnc);
+    take(network.homeMcc, event.homeMcc);
+    take(network.homeMnc, event.homeMnc);
+    takeNumber(network.cell, event.cell);
+    takeNumber(network.lac, event.lac);
+    network.codesPending = !network.hasCodes() && willTellCodes();
+    take(metered, event.metered);
+    Q_EMIT networkChanged();
+}
 
-    if (otherMode) {
-        Q_EMIT modeChanged(mode);
-        Q_EMIT statusChanged(oldMode, statusOf(oldMode));
-    }
-    if (otherMode || event.status) {
-        Q_EMIT statusChanged(mode, status);
-    }
-    if (otherMode || event.signal) {
-        Q_EMIT signalChanged(mode, signal);
-    }
-    if (otherMode || event.name) {
-        Q_EMIT nameChanged(mode, name);
-    }
-    if (event.mcc) {
-        Q_EMIT mccChanged(mcc);
-    }
-    if (event.mnc) {
-        Q_EMIT mncChanged(mnc);
-    }
+// A script whose modem tells its codes late.
+bool ScriptState::willTellCodes() const
+{
+    return std::any_of(playing.events.cbegin() + next, playing.events.cend(),
+                       [](const ScriptEvent &event) { return event.mcc || event.mnc; });
 }
 
 } // namespace velometer

@@ -24,34 +24,18 @@ public:
 
     const PlatformScript &script() const { return playing; }
 
-    // As the last applied lines left it. Status, signal and name belong to the current mode.
+    // As the last applied lines left it. A script tells of the current mode alone.
     QGeoPositionInfo position;
-    NetworkMode mode = NetworkMode::Unknown;
-    NetworkStatus status = NetworkStatus::Undefined;
-    int signal = -1;
-    QString name;
-    QString mcc;
-    QString mnc;
-    QString homeMcc;
-    QString homeMnc;
-    int cell = -1;
-    int lac = -1;
+    NetworkState network;
     ScriptEvent::Metered metered;
     ScriptEvent::Session session;
-
-    NetworkStatus statusOf(NetworkMode of) const;
 
 Q_SIGNALS:
     void positionUpdated(const QGeoPositionInfo &info);
     void updateTimeout();
     void satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &satellites);
     void satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &satellites);
-    void mccChanged(const QString &code);
-    void mncChanged(const QString &code);
-    void modeChanged(NetworkMode newMode);
-    void statusChanged(NetworkMode of, NetworkStatus newStatus);
-    void signalChanged(NetworkMode of, int strength);
-    void nameChanged(NetworkMode of, const QString &newName);
+    void networkChanged();
     void sessionChanged();
 
 private:
@@ -59,6 +43,7 @@ private:
     void apply(const ScriptEvent &event);
     void applyPosition(const ScriptEvent &event);
     void applyNetwork(const ScriptEvent &event);
+    bool willTellCodes() const;
 
     const PlatformScript playing;
     QElapsedTimer elapsed;

@@ -1,12 +1,12 @@
 #include "platform/system/systemplatform.h"
 
+#include "platform/machine/machinedeviceinfosource.h"
 #include "platform/modem/modemchoice.h"
 #include "platform/modemmanager/modemmanagerclient.h"
 #include "platform/networkmanager/networkmanagersession.h"
 #include "platform/ofono/ofonoclient.h"
 #include "platform/position/systempositionsource.h"
 #include "platform/system/devicenetworkinfosource.h"
-#include "platform/system/systemdeviceinfosource.h"
 
 #include <utility>
 
@@ -32,12 +32,15 @@ void takeMetered(Metered metered, PlatformFacts *facts)
 
 } // namespace
 
-SystemPlatform::SystemPlatform(const QDBusConnection &bus, SystemNetworkLookUp lookUpNow)
+SystemPlatform::SystemPlatform(const QDBusConnection &bus, MachineNetworkLookUp lookUpNow)
     : lookUp(std::move(lookUpNow))
     , modem(std::make_unique<ModemChoice>(std::make_unique<ModemManagerClient>(bus),
                                           std::make_unique<OfonoClient>(bus)))
     , network(bus)
-{}
+{
+    connect(modem.get(), &ModemClient::completed, this, &SystemPlatform::tellCompletion);
+    connect(&network, &NetworkManagerClient::completed, this, &SystemPlatform::tellCompletion);
+}
 
 SystemPlatform::~SystemPlatform() = default;
 
@@ -53,7 +56,7 @@ std::unique_ptr<NetworkInfoSource> SystemPlatform::createNetworkInfoSource()
 
 std::unique_ptr<DeviceInfoSource> SystemPlatform::createDeviceInfoSource()
 {
-    return std::make_unique<SystemDeviceInfoSource>(modem.get());
+    return std::make_unique<MachineDeviceInfoSource>(modem.get());
 }
 
 std::unique_ptr<NetworkSession> SystemPlatform::createNetworkSession()

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/machine/machinenetwork.h"
 #include "platform/networkmanager/networkmanagerclient.h"
 #include "platform/platform.h"
-#include "platform/system/systeminterfaces.h"
 
 #include <memory>
 
@@ -18,7 +18,7 @@ class SystemPlatform : public Platform
 public:
     /// @p bus stands for the system bus, @p lookUpNow for the kernel.
     explicit SystemPlatform(const QDBusConnection &bus = QDBusConnection::systemBus(),
-                            SystemNetworkLookUp lookUpNow = lookUpSystemNetwork);
+                            MachineNetworkLookUp lookUpNow = lookUpMachineNetwork);
     ~SystemPlatform() override;
 
     std::unique_ptr<PositionSource> createPositionSource() override;
@@ -30,7 +30,7 @@ public:
     bool isComplete() const override;
 
 private:
-    const SystemNetworkLookUp lookUp;
+    const MachineNetworkLookUp lookUp;
     const std::unique_ptr<ModemClient> modem;
     NetworkManagerClient network;
 };

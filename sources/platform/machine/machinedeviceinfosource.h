@@ -11,16 +11,16 @@ class ModemClient;
 /// The device as its modem, the device tree and the firmware tables tell it, else the operating
 /// system and the processor. IMEI and IMSI are the modem's alone; the host name is the owner's
 /// business and stays out.
-class SystemDeviceInfoSource final : public DeviceInfoSource
+class MachineDeviceInfoSource final : public DeviceInfoSource
 {
     Q_OBJECT
 
 public:
     /// @p modemClient is borrowed and outlives the source; null: there is no modem. @p systemRoot
     /// is where "sys" lies.
-    explicit SystemDeviceInfoSource(const ModemClient *modemClient = nullptr,
-                                    const QString &systemRoot = QStringLiteral("/"),
-                                    QObject *parent = nullptr);
+    explicit MachineDeviceInfoSource(const ModemClient *modemClient = nullptr,
+                                     const QString &systemRoot = QStringLiteral("/"),
+                                     QObject *parent = nullptr);
 
     QString imei() const override;
     QString imsi() const override;

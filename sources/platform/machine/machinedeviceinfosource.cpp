@@ -1,4 +1,4 @@
-#include "platform/system/systemdeviceinfosource.h"
+#include "platform/machine/machinedeviceinfosource.h"
 
 #include "platform/bus/busvalue.h"
 #include "platform/modem/modemclient.h"
@@ -20,7 +20,7 @@ constexpr auto modemWait = 2s;
 /// Longer than any name that firmware gives.
 constexpr qint64 maxFileBytes = 512;
 
-/// What makers of boards leave in the tables when they leave them as they were.
+/// What stands in the tables of boards whose makers have not filled them in.
 bool isPlaceholder(const QString &text)
 {
     static const QStringList placeholders = {
@@ -65,8 +65,8 @@ QString firstKnown(const QString &first, const QString &second)
 
 } // namespace
 
-SystemDeviceInfoSource::SystemDeviceInfoSource(const ModemClient *modemClient,
-                                               const QString &systemRoot, QObject *parent)
+MachineDeviceInfoSource::MachineDeviceInfoSource(const ModemClient *modemClient,
+                                                 const QString &systemRoot, QObject *parent)
     : DeviceInfoSource(parent)
     , modem(modemClient)
     , complete(!modem || modem->isComplete())
@@ -85,13 +85,13 @@ SystemDeviceInfoSource::SystemDeviceInfoSource(const ModemClient *modemClient,
     if (complete) {
         return;
     }
-    connect(modem, &ModemClient::completed, this, &SystemDeviceInfoSource::finish);
-    connect(&timer, &QTimer::timeout, this, &SystemDeviceInfoSource::finish);
+    connect(modem, &ModemClient::completed, this, &MachineDeviceInfoSource::finish);
+    connect(&timer, &QTimer::timeout, this, &MachineDeviceInfoSource::finish);
     timer.setSingleShot(true);
     timer.start(modemWait);
 }
 
-void SystemDeviceInfoSource::finish()
+void MachineDeviceInfoSource::finish()
 {
     if (complete) {
         return;
@@ -101,32 +101,32 @@ void SystemDeviceInfoSource::finish()
     Q_EMIT completed();
 }
 
-bool SystemDeviceInfoSource::isComplete() const
+bool MachineDeviceInfoSource::isComplete() const
 {
     return complete;
 }
 
-QString SystemDeviceInfoSource::imei() const
+QString MachineDeviceInfoSource::imei() const
 {
     return modem ? modem->state().imei : QString();
 }
 
-QString SystemDeviceInfoSource::imsi() const
+QString MachineDeviceInfoSource::imsi() const
 {
     return modem ? modem->state().imsi : QString();
 }
 
-QString SystemDeviceInfoSource::manufacturer() const
+QString MachineDeviceInfoSource::manufacturer() const
 {
     return firstKnown(modem ? modem->state().manufacturer : QString(), boardManufacturer);
 }
 
-QString SystemDeviceInfoSource::productName() const
+QString MachineDeviceInfoSource::productName() const
 {
     return firstKnown(boardProduct, QSysInfo::prettyProductName());
 }
 
-QString SystemDeviceInfoSource::model() const
+QString MachineDeviceInfoSource::model() const
 {
     const QString known = firstKnown(modem ? modem->state().model : QString(), boardModel);
     return firstKnown(known, QSysInfo::currentCpuArchitecture());

@@ -1,4 +1,4 @@
-#include "platform/system/systeminterfaces.h"
+#include "platform/machine/machinenetwork.h"
 
 #include <QFile>
 #include <QHostAddress>
@@ -62,11 +62,11 @@ bool isZero(const QByteArray &hex)
 
 } // namespace
 
-SystemInterface describeInterface(const QString &name, QNetworkInterface::InterfaceType type,
-                                  QNetworkInterface::InterfaceFlags flags,
-                                  const QList<QHostAddress> &addresses)
+MachineInterface describeInterface(const QString &name, QNetworkInterface::InterfaceType type,
+                                   QNetworkInterface::InterfaceFlags flags,
+                                   const QList<QHostAddress> &addresses)
 {
-    SystemInterface result;
+    MachineInterface result;
     result.name = name;
     result.loopback = flags.testFlag(QNetworkInterface::IsLoopBack);
     result.up =
@@ -115,10 +115,10 @@ QString defaultRouteInterface(const QByteArray &ipv4Routes, const QByteArray &ip
     return best.interface;
 }
 
-std::optional<SystemInterface> SystemNetwork::outgoing() const
+std::optional<MachineInterface> MachineNetwork::outgoing() const
 {
-    std::optional<SystemInterface> first;
-    for (const SystemInterface &each : interfaces) {
+    std::optional<MachineInterface> first;
+    for (const MachineInterface &each : interfaces) {
         if (!each.up || !each.routable) {
             continue;
         }
@@ -132,9 +132,9 @@ std::optional<SystemInterface> SystemNetwork::outgoing() const
     return first;
 }
 
-SystemNetwork lookUpSystemNetwork()
+MachineNetwork lookUpMachineNetwork()
 {
-    SystemNetwork network;
+    MachineNetwork network;
     for (const QNetworkInterface &each : QNetworkInterface::allInterfaces()) {
         network.interfaces.append(
             describeInterface(each.name(), each.type(), each.flags(), each.allAddresses()));

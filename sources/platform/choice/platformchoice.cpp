@@ -1,4 +1,4 @@
-#include "platform/platformchoice.h"
+#include "platform/choice/platformchoice.h"
 
 #include "utils/quoted.h"
 #include "utils/translations.h"

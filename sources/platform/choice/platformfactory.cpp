@@ -1,14 +1,13 @@
-#include "platform/platform.h"
-
+#include "platform/choice/platformchoice.h"
 #include "platform/deviceinfosource.h"
+#include "platform/machine/bareplatform.h"
 #include "platform/networkinfosource.h"
 #include "platform/networksession.h"
-#include "platform/platformchoice.h"
+#include "platform/platform.h"
 #include "platform/position/positionedplatform.h"
 #include "platform/positionsource.h"
 #include "platform/scripted/platformscript.h"
 #include "platform/scripted/scriptedplatform.h"
-#include "platform/system/bareplatform.h"
 #include "platform/system/systemplatform.h"
 
 namespace velometer {

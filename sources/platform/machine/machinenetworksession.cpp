@@ -1,4 +1,4 @@
-#include "platform/system/systemnetworksession.h"
+#include "platform/machine/machinenetworksession.h"
 
 #include <algorithm>
 #include <chrono>
@@ -13,7 +13,7 @@ namespace {
 constexpr auto watchInterval = 2s;
 constexpr int looksUntilLost = 2;
 
-NetworkConfiguration configurationOf(const SystemInterface &interface)
+NetworkConfiguration configurationOf(const MachineInterface &interface)
 {
     NetworkConfiguration configuration;
     configuration.bearer = interface.bearer;
@@ -31,61 +31,61 @@ NetworkConfiguration configurationOf(const SystemInterface &interface)
     return configuration;
 }
 
-bool anythingUp(const SystemNetwork &network)
+bool anythingUp(const MachineNetwork &network)
 {
     return std::any_of(network.interfaces.begin(), network.interfaces.end(),
-                       [](const SystemInterface &each) { return each.up; });
+                       [](const MachineInterface &each) { return each.up; });
 }
 
 } // namespace
 
-SystemNetworkSession::SystemNetworkSession(SystemNetworkLookUp lookUpNow, QObject *parent)
+MachineNetworkSession::MachineNetworkSession(MachineNetworkLookUp lookUpNow, QObject *parent)
     : NetworkSession(parent)
     , lookUp(std::move(lookUpNow))
 {
-    connect(&watchTimer, &QTimer::timeout, this, &SystemNetworkSession::watch);
+    connect(&watchTimer, &QTimer::timeout, this, &MachineNetworkSession::watch);
 }
 
-QList<NetworkConfiguration> SystemNetworkSession::allConfigurations() const
+QList<NetworkConfiguration> MachineNetworkSession::allConfigurations() const
 {
     QList<NetworkConfiguration> list;
-    const SystemNetwork network = lookUp();
-    for (const SystemInterface &interface : network.interfaces) {
+    const MachineNetwork network = lookUp();
+    for (const MachineInterface &interface : network.interfaces) {
         list.append(configurationOf(interface));
     }
     return list;
 }
 
-NetworkConfiguration SystemNetworkSession::defaultConfiguration() const
+NetworkConfiguration MachineNetworkSession::defaultConfiguration() const
 {
-    const SystemNetwork network = lookUp();
-    if (const std::optional<SystemInterface> outgoing = network.outgoing()) {
+    const MachineNetwork network = lookUp();
+    if (const std::optional<MachineInterface> outgoing = network.outgoing()) {
         return configurationOf(*outgoing);
     }
-    const QList<SystemInterface> &interfaces = network.interfaces;
+    const QList<MachineInterface> &interfaces = network.interfaces;
     const auto loopback = std::find_if(interfaces.begin(), interfaces.end(),
-                                       [](const SystemInterface &each) { return each.loopback; });
+                                       [](const MachineInterface &each) { return each.loopback; });
     return loopback == interfaces.end() ? NetworkConfiguration() : configurationOf(*loopback);
 }
 
-bool SystemNetworkSession::canStartAndStopInterfaces() const
+bool MachineNetworkSession::canStartAndStopInterfaces() const
 {
     return false;
 }
 
-bool SystemNetworkSession::isOpen() const
+bool MachineNetworkSession::isOpen() const
 {
     return sessionOpen;
 }
 
-void SystemNetworkSession::open()
+void MachineNetworkSession::open()
 {
-    QMetaObject::invokeMethod(this, &SystemNetworkSession::answer, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &MachineNetworkSession::answer, Qt::QueuedConnection);
 }
 
-void SystemNetworkSession::answer()
+void MachineNetworkSession::answer()
 {
-    const SystemNetwork network = lookUp();
+    const MachineNetwork network = lookUp();
     if (!anythingUp(network)) {
         Q_EMIT error(SessionAbortedError);
         return;
@@ -97,9 +97,9 @@ void SystemNetworkSession::answer()
     Q_EMIT opened();
 }
 
-void SystemNetworkSession::watch()
+void MachineNetworkSession::watch()
 {
-    const SystemNetwork network = lookUp();
+    const MachineNetwork network = lookUp();
     const bool there = openedOnNetwork ? network.outgoing().has_value() : anythingUp(network);
     looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
     if (looksWithoutNetwork < looksUntilLost) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/machine/machinenetwork.h"
 #include "platform/networksession.h"
-#include "platform/system/systeminterfaces.h"
 
 #include <QTimer>
 
@@ -12,13 +12,13 @@ namespace velometer {
 /// network can measure against a service of its own. An open session is lost when it opened with a
 /// network and two looks in a row, two seconds apart, find none: a change from one interface to
 /// another leaves a moment without any.
-class SystemNetworkSession : public NetworkSession
+class MachineNetworkSession : public NetworkSession
 {
     Q_OBJECT
 
 public:
-    explicit SystemNetworkSession(SystemNetworkLookUp lookUpNow = lookUpSystemNetwork,
-                                  QObject *parent = nullptr);
+    explicit MachineNetworkSession(MachineNetworkLookUp lookUpNow = lookUpMachineNetwork,
+                                   QObject *parent = nullptr);
 
     QList<NetworkConfiguration> allConfigurations() const override;
     NetworkConfiguration defaultConfiguration() const override;
@@ -30,7 +30,7 @@ private:
     void answer();
     void watch();
 
-    const SystemNetworkLookUp lookUp;
+    const MachineNetworkLookUp lookUp;
     QTimer watchTimer{this};
     bool sessionOpen = false;
     bool openedOnNetwork = false; ///< not on loopback alone

@@ -1,9 +1,9 @@
-#include "platform/system/bareplatform.h"
+#include "platform/machine/bareplatform.h"
 
+#include "platform/machine/machinedeviceinfosource.h"
+#include "platform/machine/machinenetworkinfosource.h"
+#include "platform/machine/machinenetworksession.h"
 #include "platform/position/nopositionsource.h"
-#include "platform/system/systemdeviceinfosource.h"
-#include "platform/system/systemnetworkinfosource.h"
-#include "platform/system/systemnetworksession.h"
 
 namespace velometer {
 
@@ -14,17 +14,17 @@ std::unique_ptr<PositionSource> BarePlatform::createPositionSource()
 
 std::unique_ptr<NetworkInfoSource> BarePlatform::createNetworkInfoSource()
 {
-    return std::make_unique<SystemNetworkInfoSource>();
+    return std::make_unique<MachineNetworkInfoSource>();
 }
 
 std::unique_ptr<DeviceInfoSource> BarePlatform::createDeviceInfoSource()
 {
-    return std::make_unique<SystemDeviceInfoSource>();
+    return std::make_unique<MachineDeviceInfoSource>();
 }
 
 std::unique_ptr<NetworkSession> BarePlatform::createNetworkSession()
 {
-    return std::make_unique<SystemNetworkSession>();
+    return std::make_unique<MachineNetworkSession>();
 }
 
 } // namespace velometer

@@ -1,8 +1,8 @@
 #include "platform/deviceinfosource.h"
-#include "platform/system/systemdeviceinfosource.h"
-#include "platform/system/systeminterfaces.h"
-#include "platform/system/systemnetworkinfosource.h"
-#include "platform/system/systemnetworksession.h"
+#include "platform/machine/machinedeviceinfosource.h"
+#include "platform/machine/machinenetwork.h"
+#include "platform/machine/machinenetworkinfosource.h"
+#include "platform/machine/machinenetworksession.h"
 #include "support/rows.h"
 
 #include <QDir>
@@ -21,9 +21,9 @@ using Interface = QNetworkInterface;
 
 namespace {
 
-const SystemInterface loopback{u"lo"_s, u"Loopback"_s, NetworkMode::Unknown, true, true, false};
-const SystemInterface cable{u"eth0"_s, u"Ethernet"_s, NetworkMode::Ethernet, false, true, true};
-const SystemInterface wlan{u"wlan0"_s, u"WLAN"_s, NetworkMode::Wlan, false, true, true};
+const MachineInterface loopback{u"lo"_s, u"Loopback"_s, NetworkMode::Unknown, true, true, false};
+const MachineInterface cable{u"eth0"_s, u"Ethernet"_s, NetworkMode::Ethernet, false, true, true};
+const MachineInterface wlan{u"wlan0"_s, u"WLAN"_s, NetworkMode::Wlan, false, true, true};
 
 void fireTimer(const QObject &source)
 {
@@ -32,7 +32,7 @@ void fireTimer(const QObject &source)
 
 } // namespace
 
-class SystemPlatformTest : public QObject
+class MachineTest : public QObject
 {
     Q_OBJECT
 
@@ -84,11 +84,11 @@ private Q_SLOTS:
 
     void choosesWhereTrafficLeaves()
     {
-        const SystemInterface unplugged{u"eth1"_s, {}, NetworkMode::Ethernet, false, false, true};
-        const QList<SystemInterface> all{loopback, unplugged, cable, wlan};
-        QCOMPARE((SystemNetwork{all, u"wlan0"_s}.outgoing()->name), u"wlan0"_s);
-        QCOMPARE((SystemNetwork{all, u"eth1"_s}.outgoing()->name), u"eth0"_s);
-        QVERIFY(!(SystemNetwork{{loopback, unplugged}, u"eth1"_s}.outgoing()));
+        const MachineInterface unplugged{u"eth1"_s, {}, NetworkMode::Ethernet, false, false, true};
+        const QList<MachineInterface> all{loopback, unplugged, cable, wlan};
+        QCOMPARE((MachineNetwork{all, u"wlan0"_s}.outgoing()->name), u"wlan0"_s);
+        QCOMPARE((MachineNetwork{all, u"eth1"_s}.outgoing()->name), u"eth0"_s);
+        QVERIFY(!(MachineNetwork{{loopback, unplugged}, u"eth1"_s}.outgoing()));
     }
 
     void namesTheBoard_data()
@@ -120,47 +120,49 @@ private Q_SLOTS:
             QVERIFY(content.isEmpty() || out.open(QIODevice::WriteOnly));
             QCOMPARE(out.write(content), content.isEmpty() ? -1 : content.size());
         }
-        const SystemDeviceInfoSource device(nullptr, root.path());
+        const MachineDeviceInfoSource device(nullptr, root.path());
         const QStringList names{device.manufacturer(), device.productName(), device.model()};
         QTEST(names.join(u'|'), "names");
     }
 
     void noticesAnotherNetwork()
     {
-        SystemNetwork network{{loopback, wlan}, u"wlan0"_s};
-        SystemNetworkInfoSource source([&] { return network; });
-        QCOMPARE(source.currentMode(), NetworkMode::Wlan);
-        QCOMPARE(source.networkStatus(NetworkMode::Wlan), NetworkStatus::Connected);
-        QSignalSpy modes(&source, &NetworkInfoSource::networkModeChanged);
-        QSignalSpy statuses(&source, &NetworkInfoSource::networkStatusChanged);
+        MachineNetwork network{{loopback, wlan}, u"wlan0"_s};
+        MachineNetworkInfoSource source([&] { return network; });
+        const auto on = [](NetworkMode mode) {
+            NetworkState state;
+            state.mode = mode;
+            state.links[mode].status = NetworkStatus::Connected;
+            return state;
+        };
+        QCOMPARE(source.state(), on(NetworkMode::Wlan));
+        QSignalSpy changed(&source, &NetworkInfoSource::changed);
         fireTimer(source);
-        QVERIFY(modes.isEmpty() && statuses.isEmpty());
+        QVERIFY(changed.isEmpty());
         network = {{loopback, cable, wlan}, u"eth0"_s};
         fireTimer(source);
-        QCOMPARE(modes.size(), 1);
-        QCOMPARE(statuses.size(), 2);
-        QCOMPARE(source.networkStatus(NetworkMode::Wlan), NetworkStatus::NoNetworkAvailable);
-        QCOMPARE(source.networkStatus(NetworkMode::Ethernet), NetworkStatus::Connected);
+        QCOMPARE(source.state(), on(NetworkMode::Ethernet));
         network = {{loopback}, QString()};
         fireTimer(source);
-        QCOMPARE(source.networkStatus(NetworkMode::Ethernet), NetworkStatus::NoNetworkAvailable);
+        QCOMPARE(source.state(), NetworkState());
+        QCOMPARE(changed.size(), 2);
     }
 
     void losesASession_data()
     {
-        const Rows<QList<SystemInterface>, QList<SystemInterface>, bool> row("before", "after",
-                                                                             "stays");
+        const Rows<QList<MachineInterface>, QList<MachineInterface>, bool> row("before", "after",
+                                                                               "stays");
         row("network gone", {loopback, wlan}, {loopback}, false);
         row("other network", {loopback, wlan}, {loopback, cable}, true);
         row("loopback gone", {loopback}, {}, false);
     }
     void losesASession()
     {
-        QFETCH(QList<SystemInterface>, before);
-        QFETCH(QList<SystemInterface>, after);
+        QFETCH(QList<MachineInterface>, before);
+        QFETCH(QList<MachineInterface>, after);
         QFETCH(bool, stays);
-        SystemNetwork network{before, QString()};
-        SystemNetworkSession session([&] { return network; });
+        MachineNetwork network{before, QString()};
+        MachineNetworkSession session([&] { return network; });
         QSignalSpy failed(&session, &NetworkSession::error);
         session.open();
         QVERIFY(!session.isOpen() && failed.isEmpty());
@@ -183,5 +185,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::SystemPlatformTest)
-#include "systemplatform_test.moc"
+QTEST_GUILESS_MAIN(velometer::MachineTest)
+#include "machine_test.moc"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/networkinfosource.h"
+#include "platform/networkstate.h"
 
 #include <QByteArray>
 #include <QList>
@@ -12,8 +12,8 @@
 
 namespace velometer {
 
-/// A network interface of this machine, as far as the system's back ends care.
-struct SystemInterface
+/// A network interface of this machine, as far as the back ends need it.
+struct MachineInterface
 {
     QString name;
     QString bearer; ///< "Ethernet", "WLAN", "Loopback", "Mobile" or "Unknown"
@@ -24,26 +24,26 @@ struct SystemInterface
 };
 
 /// The network side of this machine at one moment.
-struct SystemNetwork
+struct MachineNetwork
 {
-    QList<SystemInterface> interfaces;
+    QList<MachineInterface> interfaces;
     QString defaultRoute; ///< interface name; empty when there is none
 
     /// The interface that traffic to the network leaves by: that of the default route, else the
     /// first that is up with a routable address. Nothing when there is only loopback.
-    std::optional<SystemInterface> outgoing() const;
+    std::optional<MachineInterface> outgoing() const;
 };
 
 /// Where the back ends get the present state from.
-using SystemNetworkLookUp = std::function<SystemNetwork()>;
+using MachineNetworkLookUp = std::function<MachineNetwork()>;
 
 /// Asks the kernel, which takes well under a millisecond.
-SystemNetwork lookUpSystemNetwork();
+MachineNetwork lookUpMachineNetwork();
 
 /// Wired-like virtual interfaces (bridges, virtual cables) count as Ethernet.
-SystemInterface describeInterface(const QString &name, QNetworkInterface::InterfaceType type,
-                                  QNetworkInterface::InterfaceFlags flags,
-                                  const QList<QHostAddress> &addresses);
+MachineInterface describeInterface(const QString &name, QNetworkInterface::InterfaceType type,
+                                   QNetworkInterface::InterfaceFlags flags,
+                                   const QList<QHostAddress> &addresses);
 
 /// The interface of the default route with the lowest metric in the kernel's tables (the texts of
 /// /proc/net/route and /proc/net/ipv6_route), IPv4 first; empty when there is none.

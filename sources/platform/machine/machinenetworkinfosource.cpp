@@ -1,0 +1,36 @@
+#include "platform/machine/machinenetworkinfosource.h"
+
+#include <chrono>
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace velometer {
+
+namespace {
+
+// Soon enough for a test of ten seconds to notice that the network changed under it.
+constexpr auto pollInterval = 2s;
+
+} // namespace
+
+MachineNetworkInfoSource::MachineNetworkInfoSource(MachineNetworkLookUp lookUpNow, QObject *parent)
+    : NetworkInfoSource(parent)
+    , lookUp(std::move(lookUpNow))
+{
+    refresh();
+    connect(&timer, &QTimer::timeout, this, &MachineNetworkInfoSource::refresh);
+    timer.start(pollInterval);
+}
+
+void MachineNetworkInfoSource::refresh()
+{
+    NetworkState now;
+    if (const std::optional<MachineInterface> outgoing = lookUp().outgoing()) {
+        now.mode = outgoing->mode;
+        now.links[now.mode].status = NetworkStatus::Connected;
+    }
+    setState(now);
+}
+
+} // namespace velometer
