@@ -3,6 +3,7 @@
 #include "platform/system/systeminterfaces.h"
 #include "platform/system/systemnetworkinfosource.h"
 #include "platform/system/systemnetworksession.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QDir>
@@ -183,5 +184,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::SystemPlatformTest)
+VELOMETER_TEST(SystemPlatformTest)
 #include "systemplatform_test.moc"

@@ -10,7 +10,7 @@ namespace velometer {
 namespace {
 
 // Soon enough for a test of ten seconds to notice that the network changed under it.
-constexpr auto pollInterval = 2s;
+constexpr auto linkPollInterval = 2s;
 
 } // namespace
 
@@ -20,7 +20,7 @@ SystemNetworkInfoSource::SystemNetworkInfoSource(SystemNetworkLookUp lookUpNow, 
 {
     refresh();
     connect(&timer, &QTimer::timeout, this, &SystemNetworkInfoSource::refresh);
-    timer.start(pollInterval);
+    timer.start(linkPollInterval);
 }
 
 qint64 SystemNetworkInfoSource::cellId() const
