@@ -26,9 +26,7 @@ using Phase = TestController::Phase;
 
 constexpr qint64 nsPerSecond = 1'000'000'000;
 constexpr qint64 nsPerMs = 1'000'000;
-constexpr auto devicePollInterval = 100ms;
-/// A service of the device that has not answered by now hangs; a test does not wait for it.
-constexpr int maxDevicePolls = 3s / devicePollInterval;
+constexpr auto devicePatience = 3s;
 /// A fast link reports progress thousands of times a second.
 constexpr qint64 progressInterval = 100 * nsPerMs;
 
@@ -96,7 +94,7 @@ TestRunner::TestRunner(Plan whatToRun, ServerSelection &serverSelection, TestPri
     if (plan.allowRoaming) {
         consent.allowRoaming();
     }
-    connect(&deviceTimer, &ClockTimer::timeout, this, &TestRunner::awaitDevice);
+    connect(&deviceTimer, &ClockTimer::timeout, this, &TestRunner::deviceReady);
     connect(controller, &TestController::phaseEntered, this, &TestRunner::phaseEntered);
     connect(controller, &TestController::testEnded, this, &TestRunner::testEnded);
     connect(series, &TestSeries::testStarting, this, &TestRunner::testStarting);
@@ -145,11 +143,19 @@ void TestRunner::tellOfInterrupted()
     }
 }
 
+// A service of the device that hangs is not waited for.
 void TestRunner::awaitDevice()
 {
-    if (!platform.isComplete() && ++polls <= maxDevicePolls) {
-        return deviceTimer.start(devicePollInterval);
+    connect(&platform, &Platform::completed, this, &TestRunner::deviceReady);
+    deviceTimer.start(platform.isComplete() ? 0ms : devicePatience);
+}
+
+void TestRunner::deviceReady()
+{
+    if (std::exchange(deviceAwaited, true) || isFinished) {
+        return;
     }
+    deviceTimer.stop();
     if (const QString notice = consent.notice(plan.budget); !notice.isEmpty()) {
         progress.message(notice);
     }

@@ -31,7 +31,8 @@ public:
     {
         TestSeries::Plan series{};
         bool allowRoaming = false;
-        DataBudget budget{}; ///< of each test
+        // The braces let a plan be written without it.
+        DataBudget budget{}; ///< of each test; NOLINT(readability-redundant-member-init)
     };
 
     /// Everything but the plan is borrowed and outlives the runner.
@@ -76,6 +77,7 @@ Q_SIGNALS:
 
 private:
     void awaitDevice();
+    void deviceReady();
     void tellOfInterrupted();
     void testStarting();
     void testsMissed(int first, int last);
@@ -94,7 +96,7 @@ private:
     ProgressLine &progress;
     const Platform &platform;
 
-    int polls = 0;
+    bool deviceAwaited = false;
     bool resuming = false;
     bool resending = false;
     int waitingBefore = 0;

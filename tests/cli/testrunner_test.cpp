@@ -8,6 +8,7 @@
 #include "data/testresults.h"
 #include "db/databasemanager.h"
 #include "support/fakeplatform.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
@@ -183,7 +184,7 @@ private Q_SLOTS:
             run.platform.told.metered = metered.startsWith("yes"_L1);
         }
         run.platform.told.meteredGuessed = metered.endsWith("guessed"_L1);
-        run.platform.complete = true;
+        run.platform.setComplete();
         QVERIFY(run.endsWith(ExitStatus::Unreachable));
         const QByteArray failure = "noConnectionText\n";
         QCOMPARE(run.messages(), line.toUtf8() + failure + failure);
@@ -200,7 +201,7 @@ private Q_SLOTS:
                 run.runner->stop(ExitStatus::Terminated);
             }
             QVERIFY(run.endsWith(stopped ? ExitStatus::Terminated : ExitStatus::Unreachable));
-            run.platform.complete = true;
+            run.platform.setComplete();
             QTest::qWait(150); // longer than a poll takes
             QCOMPARE(run.platform.session.openCalls, stopped ? 0 : 1);
         }
@@ -255,5 +256,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::TestRunnerTest)
+VELOMETER_TEST(TestRunnerTest)
 #include "testrunner_test.moc"
