@@ -162,13 +162,6 @@ private Q_SLOTS:
             QCOMPARE(CsvFormat::cell(text).toUtf8(), cell);
         }
     }
-
-    void showsRatesInTheirUnit()
-    {
-        QCOMPARE(TextFormat::rate(9'600), u"10 kbit/s"_s);
-        QCOMPARE(TextFormat::rate(999'700), u"1.00 Mbit/s"_s);
-        QCOMPARE(TextFormat::rate(10'919'046'663), u"10919.0 Mbit/s"_s);
-    }
 };
 
 } // namespace velometer

@@ -1,3 +1,4 @@
+#include "utils/units.h"
 #include "utils/utils.h"
 
 #include "support/fakeclock.h"
@@ -44,6 +45,16 @@ private Q_SLOTS:
             full.startsWith(u"1234: a&amp;lt;b &amp; &apos;x&apos; &quot;y&quot;\r\n1234: z"_s));
         // A text of a million characters must not make every later report undeliverable.
         QVERIFY(full.size() < 100'000);
+    }
+
+    void writesFiguresInTheirUnit()
+    {
+        QCOMPARE((QStringList{Units::scaledRate(9'600), Units::scaledRate(999'700),
+                              Units::scaledRate(10'919'046'663), Units::kiloBitRate(45'500),
+                              Units::wholeMilliseconds(45'999'999),
+                              Units::milliseconds(45'960'000, 1), Units::megabytes(1'572'864)}),
+                 (QStringList{u"10 kbit/s"_s, u"1.00 Mbit/s"_s, u"10919.0 Mbit/s"_s, u"46 kBit/s"_s,
+                              u"45 ms"_s, u"46.0 ms"_s, u"1.50 MB"_s}));
     }
 
     void translatesCodes()
