@@ -2,10 +2,11 @@
 
 #include "http/handler.h"
 #include "http/held.h"
-#include "http/oneshot.h"
 #include "http/reportsubmission.h"
+#include "http/request.h"
 #include "measure/tcpfacts.h"
 #include "measure/uploadstream.h"
+#include "net/oneshot.h"
 #include "web/userreportpage.h"
 
 #include <algorithm>
@@ -226,7 +227,7 @@ asio::awaitable<MaybeAnswer> metrics(Connection &, const Request &, Service &ser
     co_return answer;
 }
 
-struct Endpoint
+struct Route
 {
     std::string_view path;
     std::string_view method;
@@ -234,7 +235,7 @@ struct Endpoint
 };
 
 /// In the order of Metrics::endpoints, which counts what is found nowhere last.
-constexpr std::array<Endpoint, Metrics::endpoints.size() - 1> endpoints{{
+constexpr std::array<Route, Metrics::endpoints.size() - 1> endpoints{{
     {"/velometer/getIDwithUUID.jsp", "GET", userId},
     {"/velometer/initialise.php", "GET", initialise},
     {"/velometer/downloadtest.php", "GET", download},
@@ -277,7 +278,7 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
         co_await send(*connection, service, other, answer);
     } else {
         const auto endpoint =
-            std::ranges::find(endpoints, std::string_view(request->path), &Endpoint::path);
+            std::ranges::find(endpoints, std::string_view(request->path), &Route::path);
         const auto index = static_cast<std::size_t>(endpoint - endpoints.begin());
         MaybeAnswer answer;
         if (endpoint == endpoints.end()) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "http/connection.h"
 #include "http/service.h"
+#include "net/connection.h"
 
 #include <boost/asio/awaitable.hpp>
 

@@ -1,6 +1,6 @@
 #include "http/handler.h"
 
-#include "http/oneshot.h"
+#include "net/oneshot.h"
 
 namespace velometer {
 

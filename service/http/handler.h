@@ -1,8 +1,8 @@
 #pragma once
 
 #include "http/answer.h"
-#include "http/connection.h"
 #include "http/service.h"
+#include "net/connection.h"
 
 #include <boost/asio/awaitable.hpp>
 

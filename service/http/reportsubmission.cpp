@@ -1,8 +1,8 @@
 #include "http/reportsubmission.h"
 
 #include "http/held.h"
-#include "http/log.h"
-#include "http/oneshot.h"
+#include "net/oneshot.h"
+#include "ops/log.h"
 #include "reports/placeholders.h"
 #include "reports/reportparser.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "http/handler.h"
+#include "http/request.h"
 
 namespace velometer {
 

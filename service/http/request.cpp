@@ -1,5 +1,7 @@
 #include "http/request.h"
 
+#include "net/connection.h"
+
 #include <boost/asio/buffer.hpp>
 #include <boost/beast/core/string.hpp>
 #include <boost/beast/http/empty_body.hpp>

@@ -7,9 +7,6 @@
 
 namespace velometer {
 
-/// Size of the buffer that a request's head must fit into, in bytes.
-inline constexpr std::size_t maxHeadBytes = 8192;
-
 /// The head of one request, parsed. Nothing in it is trusted beyond its syntax.
 struct Request
 {

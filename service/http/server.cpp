@@ -1,10 +1,10 @@
 #include "http/server.h"
 
-#include "http/connection.h"
-#include "http/connections.h"
 #include "http/endpoints.h"
-#include "http/log.h"
-#include "http/oneshot.h"
+#include "limits/connections.h"
+#include "net/connection.h"
+#include "net/oneshot.h"
+#include "ops/log.h"
 #include "reports/sqlitereportstore.h"
 
 #include <boost/asio/co_spawn.hpp>

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "http/hostnames.h"
-#include "http/metrics.h"
 #include "http/serveroptions.h"
-#include "http/streams.h"
+#include "limits/streams.h"
 #include "measure/downloadstream.h"
 #include "measure/randomblock.h"
 #include "measure/recentresults.h"
 #include "measure/uploadmeter.h"
+#include "ops/hostnames.h"
+#include "ops/metrics.h"
 #include "reports/reportstore.h"
 
 #include <boost/asio/thread_pool.hpp>

@@ -1,7 +1,7 @@
 #include "measure/downloadstream.h"
 
-#include "http/oneshot.h"
 #include "measure/tcpfacts.h"
+#include "net/oneshot.h"
 
 #include <boost/asio/post.hpp>
 

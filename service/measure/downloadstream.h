@@ -1,8 +1,8 @@
 #pragma once
 
-#include "http/connection.h"
-#include "http/metrics.h"
 #include "measure/randomblock.h"
+#include "net/connection.h"
+#include "ops/metrics.h"
 
 #include <boost/asio/awaitable.hpp>
 

@@ -1,7 +1,7 @@
 #include "measure/uploadstream.h"
 
-#include "http/oneshot.h"
 #include "measure/tcpfacts.h"
+#include "net/oneshot.h"
 
 #include <boost/asio/post.hpp>
 
@@ -18,7 +18,7 @@ namespace asio = boost::asio;
 namespace {
 
 /// What one stream may take from the kernel before the others get their turn.
-constexpr std::size_t turnBytes = std::size_t{1} << 20;
+constexpr std::size_t readTurnBytes = std::size_t{1} << 20;
 
 /// A client that has been answered and is silent for so long has ended its measurement.
 constexpr std::chrono::milliseconds silence{250};
@@ -77,7 +77,7 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
         }
         // The kernel drops the bytes where they lie; nothing is copied.
         const auto count =
-            ::recv(socket.native_handle(), nullptr, turnBytes, MSG_TRUNC | MSG_DONTWAIT);
+            ::recv(socket.native_handle(), nullptr, readTurnBytes, MSG_TRUNC | MSG_DONTWAIT);
         if (count > 0) {
             meter.add(Clock::now(), count);
             bytes += count;
@@ -85,7 +85,7 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
             meter.end(Clock::now());
             break;
         }
-        if (count == static_cast<ssize_t>(turnBytes)) {
+        if (count == static_cast<ssize_t>(readTurnBytes)) {
             co_await asio::post(connection.executor(), asio::use_awaitable);
         } else if (!isDue()) {
             const auto missing = announced && !answered

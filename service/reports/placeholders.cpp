@@ -4,9 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace velometer {
-
-namespace Placeholders {
+namespace velometer::Placeholders {
 
 namespace {
 
@@ -45,6 +43,4 @@ QString fill(const QString &document, const QHash<QString, QString> &values)
     return result;
 }
 
-} // namespace Placeholders
-
-} // namespace velometer
+} // namespace velometer::Placeholders

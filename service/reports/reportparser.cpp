@@ -183,7 +183,8 @@ public:
 
     bool run();
     QString text(const QString &path) const { return texts.value(path); }
-    qint64 number(const QString &path) const { return *decimal(texts.value(path)); }
+    /// The number at @p path, which run() has found to be one.
+    qint64 number(const QString &path) const { return decimal(texts.value(path)).value_or(0); }
     QString hash() const { return hashAttribute; }
 
 private:

@@ -50,7 +50,7 @@ QJsonValue orNull(const std::optional<int> &value)
 }
 
 /// Nothing when @p text is none, or the unknown -1.
-std::optional<int> wholeNumber(const QString &text)
+std::optional<int> wholeSignal(const QString &text)
 {
     bool ok = false;
     const int value = text.toInt(&ok);
@@ -293,7 +293,7 @@ QByteArray DeviceContext::json() const
     const QJsonObject ofTest = JsonFormat::test(here);
     QJsonObject net = ofTest.value("network"_L1).toObject();
     net.insert("status"_L1, orNull(known(network->getNetworkstatus())));
-    net.insert("wlan_signal"_L1, orNull(wholeNumber(network->getWlansignal())));
+    net.insert("wlan_signal"_L1, orNull(wholeSignal(network->getWlansignal())));
     const PlatformFacts extra = platform.facts();
     net.insert("modem_service"_L1, orNull(known(extra.modemService)));
     net.insert("rsrp_dbm"_L1, orNull(extra.rsrp));

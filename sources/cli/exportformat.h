@@ -4,11 +4,9 @@
 
 #include <QByteArray>
 
-namespace velometer {
-
 /// Documents for maps, in three pieces so that no collection needs to fit into memory: begin, one
 /// piece a test, end.
-namespace ExportFormat {
+namespace velometer::ExportFormat {
 
 QByteArray geoJsonBegin();
 /// A feature with the test's JSON object as its properties; without a position its geometry is
@@ -21,6 +19,4 @@ QByteArray gpxBegin();
 QByteArray gpxWaypoint(const FinishedTest &test);
 QByteArray gpxEnd();
 
-} // namespace ExportFormat
-
-} // namespace velometer
+} // namespace velometer::ExportFormat

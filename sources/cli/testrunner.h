@@ -31,7 +31,8 @@ public:
     {
         TestSeries::Plan series{};
         bool allowRoaming = false;
-        DataBudget budget{}; ///< of each test
+        // The braces let a plan be written without it.
+        DataBudget budget{}; ///< of each test; NOLINT(readability-redundant-member-init)
     };
 
     /// Everything but the plan is borrowed and outlives the runner.

@@ -127,14 +127,14 @@ QString positionText(const FinishedTest &test)
 QString reportText(const FinishedTest::Report &report)
 {
     QString text;
-    if (*report.delivered) {
+    if (report.delivered.value_or(false)) {
         text = TextFormat::tr("delivered");
     } else if (report.queueId) {
         text = TextFormat::tr("waits in the queue");
     } else {
         text = TextFormat::tr("none");
     }
-    if (report.resent.value_or(0) > 0) {
+    if (report.resent && *report.resent > 0) {
         text += ", "_L1 + TextFormat::tr("earlier ones delivered: %1").arg(*report.resent);
     }
     return text;

@@ -2,11 +2,9 @@
 
 #include <QString>
 
-namespace velometer {
-
 /// Building blocks of the report's XML text. The document is written by hand because its exact
 /// bytes are fixed; every value from outside goes through one of these.
-namespace ReportDocument {
+namespace velometer::ReportDocument {
 
 /// <name>value</name> with the value escaped for element content.
 QString element(QLatin1StringView name, const QString &value);
@@ -26,6 +24,4 @@ QString hash(const QString &salt, const QStringList &parts);
 /// Lower-case German umlauts written as two letters, as the service has them.
 QString withoutUmlauts(QString document);
 
-} // namespace ReportDocument
-
-} // namespace velometer
+} // namespace velometer::ReportDocument

@@ -2,10 +2,8 @@
 
 #include <QLatin1StringView>
 
-namespace velometer {
-
 /// The statements of the result database. "%1", "%2" ... are filled by substitution, "?" are bound.
-namespace DatabaseStatements {
+namespace velometer::DatabaseStatements {
 
 using namespace Qt::StringLiterals;
 
@@ -94,6 +92,4 @@ inline constexpr auto SELECT_ALL_LOCATIONS =
     "testresults, testdetails WHERE testresults.id=testdetails.id and (key = '%1' OR key = '%2' OR "
     "key = '%3') AND double<>0 order by id desc, key"_L1;
 
-} // namespace DatabaseStatements
-
-} // namespace velometer
+} // namespace velometer::DatabaseStatements

@@ -21,7 +21,7 @@ constexpr qint64 intervalNs = 100'000'000;
 constexpr int intervalsPerSecond = 10;
 /// Bytes in 100 ms to bit/s.
 constexpr qint64 bitsPerSecondFactor = 80;
-constexpr qint64 nsPerMs = 1'000'000;
+constexpr qint64 nsInMs = 1'000'000;
 constexpr auto repaintPeriod = 200ms;
 /// Lets the last interval be closed by data that comes after it.
 constexpr auto deadlineGrace = 100ms;
@@ -130,13 +130,13 @@ void ThroughputTest::recordInterval(qint64 total, qint64 &oldTotal)
             old_mseconds = mseconds;
         }
     }
-    controller->getTestObserver()->setProgressValue(static_cast<int>(mseconds / nsPerMs));
+    controller->getTestObserver()->setProgressValue(static_cast<int>(mseconds / nsInMs));
 }
 
 void ThroughputTest::timeoutOccourdRepaint()
 {
     controller->getTestObserver()->setProgressValue(
-        static_cast<int>((Utils::getTimeInNs() - time_start) / nsPerMs));
+        static_cast<int>((Utils::getTimeInNs() - time_start) / nsInMs));
 }
 
 void ThroughputTest::timeoutOccourd()

@@ -6,11 +6,9 @@
 class QObject;
 class QTcpSocket;
 
-namespace velometer {
-
 /// What the measuring sockets ask of the kernel, in one place. Options are set on a best-effort
 /// basis: a kernel that lacks one is no failure of the test, it only measures with what it has.
-namespace Sockets {
+namespace velometer::Sockets {
 
 /// Restricts every later connectToHost to IPv4 or IPv6; AnyIPProtocol lifts the restriction.
 void setProtocol(QAbstractSocket::NetworkLayerProtocol protocol);
@@ -46,6 +44,4 @@ void limitWindow(const QTcpSocket &socket, qint64 bytes);
 /// Bytes that the kernel has taken and the other end has not confirmed; 0 when it does not say.
 qint64 unconfirmedBytes(const QTcpSocket &socket);
 
-} // namespace Sockets
-
-} // namespace velometer
+} // namespace velometer::Sockets

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace velometer {
 
 namespace {
-QTranslator *installed = nullptr;
+QTranslator *inUse = nullptr;
 QTranslator *toolkits = nullptr; ///< menus of text fields and the like
 QString current;
 
@@ -38,7 +38,7 @@ void Translations::choose(const QString &language)
 
 QString Translations::translate(const char *context, const char *text)
 {
-    if (installed) {
+    if (inUse) {
         return QCoreApplication::translate(context, text);
     }
     QTranslator catalogue;
@@ -50,10 +50,10 @@ QString Translations::translate(const char *context, const char *text)
 void Translations::install(const QString &language)
 {
     current = language;
-    delete installed;
-    installed = new QTranslator(QCoreApplication::instance());
-    (void)loadCatalogue(*installed, language);
-    QCoreApplication::installTranslator(installed);
+    delete inUse;
+    inUse = new QTranslator(QCoreApplication::instance());
+    (void)loadCatalogue(*inUse, language);
+    QCoreApplication::installTranslator(inUse);
     delete toolkits;
     toolkits = new QTranslator(QCoreApplication::instance());
     if (toolkits->load("qtbase_"_L1 + language,

@@ -2,10 +2,8 @@
 
 #include <QString>
 
-namespace velometer {
-
 /// The catalogues compiled into the program, German and English.
-namespace Translations {
+namespace velometer::Translations {
 
 /// "de" for a user of a German system, else "en".
 QString systemLanguage();
@@ -24,6 +22,4 @@ QString translate(const char *context, const char *text);
 /// Shows all texts in @p language ("de" or "en") from now on, instead of the one before.
 void install(const QString &language);
 
-} // namespace Translations
-
-} // namespace velometer
+} // namespace velometer::Translations

@@ -4,6 +4,7 @@
 
 #include "support/fakeclock.h"
 #include "support/fakeplatform.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -137,5 +138,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::ServerSelectionTest)
+VELOMETER_TEST(ServerSelectionTest)
 #include "serverselection_test.moc"

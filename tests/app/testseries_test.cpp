@@ -8,6 +8,7 @@
 #include "support/fakeclock.h"
 #include "support/fakeobserver.h"
 #include "support/fakeplatform.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QFile>
@@ -240,5 +241,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::TestSeriesTest)
+VELOMETER_TEST(TestSeriesTest)
 #include "testseries_test.moc"

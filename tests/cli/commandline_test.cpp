@@ -1,5 +1,6 @@
 #include "cli/commandline.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -102,5 +103,5 @@ private:
 
 } // namespace velometer
 
-QTEST_APPLESS_MAIN(velometer::CommandLineTest)
+VELOMETER_TEST(CommandLineTest)
 #include "commandline_test.moc"

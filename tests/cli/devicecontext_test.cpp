@@ -1,6 +1,7 @@
 #include "cli/devicecontext.h"
 
 #include "support/fakeplatform.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QSignalSpy>
@@ -59,5 +60,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::DeviceContextTest)
+VELOMETER_TEST(DeviceContextTest)
 #include "devicecontext_test.moc"

@@ -5,6 +5,7 @@
 
 #include "data/testdetails.h"
 #include "data/testfields.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 #include "support/storedtests.h"
 #include "support/wholetest.h"
@@ -172,5 +173,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::FormatsTest)
+VELOMETER_TEST(FormatsTest)
 #include "formats_test.moc"

@@ -1,5 +1,7 @@
 #include "cli/output.h"
 
+#include "support/registeredtest.h"
+
 #include <QTest>
 
 #include <csignal>
@@ -90,5 +92,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_APPLESS_MAIN(velometer::OutputTest)
+VELOMETER_TEST(OutputTest)
 #include "output_test.moc"

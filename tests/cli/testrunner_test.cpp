@@ -8,6 +8,7 @@
 #include "data/testresults.h"
 #include "db/databasemanager.h"
 #include "support/fakeplatform.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
@@ -255,5 +256,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::TestRunnerTest)
+VELOMETER_TEST(TestRunnerTest)
 #include "testrunner_test.moc"

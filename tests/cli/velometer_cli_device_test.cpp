@@ -3,6 +3,7 @@
 #include "support/mockgeoclue.h"
 #include "support/mockphone.h"
 #include "support/programhome.h"
+#include "support/registeredtest.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -172,5 +173,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::VelometerCliDeviceTest)
+VELOMETER_TEST(VelometerCliDeviceTest)
 #include "velometer_cli_device_test.moc"

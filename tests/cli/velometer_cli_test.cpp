@@ -1,6 +1,7 @@
 // The built velometer-cli against the built velometer-service, as a shell would run them.
 
 #include "support/programhome.h"
+#include "support/registeredtest.h"
 
 #include <QDirIterator>
 #include <QJsonArray>
@@ -240,5 +241,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::VelometerCliTest)
+VELOMETER_TEST(VelometerCliTest)
 #include "velometer_cli_test.moc"

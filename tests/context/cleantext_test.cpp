@@ -1,5 +1,6 @@
 #include "utils/cleantext.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -34,5 +35,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::CleanTextTest)
+VELOMETER_TEST(CleanTextTest)
 #include "cleantext_test.moc"

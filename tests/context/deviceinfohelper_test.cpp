@@ -1,6 +1,7 @@
 #include "context/deviceinfohelper.h"
 
 #include "support/fakeplatform.h"
+#include "support/registeredtest.h"
 #include "utils/utils.h"
 
 #include <QRegularExpression>
@@ -60,5 +61,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::DeviceInfoHelperTest)
+VELOMETER_TEST(DeviceInfoHelperTest)
 #include "deviceinfohelper_test.moc"

@@ -3,6 +3,7 @@
 #include "context/doublelocation.h"
 #include "support/fakeclock.h"
 #include "support/fakeplatform.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 #include "utils/utils.h"
 
@@ -177,5 +178,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::LocationHelperTest)
+VELOMETER_TEST(LocationHelperTest)
 #include "locationhelper_test.moc"

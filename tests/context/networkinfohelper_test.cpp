@@ -1,6 +1,7 @@
 #include "context/networkinfohelper.h"
 
 #include "support/fakeplatform.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -126,5 +127,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::NetworkInfoHelperTest)
+VELOMETER_TEST(NetworkInfoHelperTest)
 #include "networkinfohelper_test.moc"

@@ -2,6 +2,7 @@
 
 #include "utils/utils.h"
 
+#include "support/registeredtest.h"
 #include "support/wholetest.h"
 
 #include <QTest>
@@ -100,5 +101,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::ReportTest)
+VELOMETER_TEST(ReportTest)
 #include "report_test.moc"

@@ -1,5 +1,6 @@
 #include "data/result.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -65,5 +66,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::ResultTest)
+VELOMETER_TEST(ResultTest)
 #include "result_test.moc"

@@ -1,5 +1,6 @@
 #include "data/testdetails.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -63,5 +64,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::TestDetailsTest)
+VELOMETER_TEST(TestDetailsTest)
 #include "testdetails_test.moc"

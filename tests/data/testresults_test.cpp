@@ -4,6 +4,7 @@
 #include "data/testresultlog.h"
 
 #include "support/fakecontext.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -150,5 +151,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::TestResultsTest)
+VELOMETER_TEST(TestResultsTest)
 #include "testresults_test.moc"

@@ -1,6 +1,7 @@
 #include "db/databasemanager.h"
 
 #include "data/testdetails.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 #include "utils/utils.h"
 
@@ -228,5 +229,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::DatabaseManagerTest)
+VELOMETER_TEST(DatabaseManagerTest)
 #include "databasemanager_test.moc"

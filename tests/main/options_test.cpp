@@ -2,6 +2,7 @@
 
 #include "main/singleinstance.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QSignalSpy>
@@ -89,6 +90,6 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::OptionsTest)
+VELOMETER_WIDGET_TEST(OptionsTest)
 
 #include "options_test.moc"

@@ -1,6 +1,7 @@
 // The built application on an X server of its own, against the built service.
 
 #include "support/programhome.h"
+#include "support/registeredtest.h"
 
 #include <QImage>
 
@@ -192,6 +193,6 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::VelometerTest)
+VELOMETER_TEST(VelometerTest)
 
 #include "velometer_test.moc"

@@ -2,6 +2,7 @@
 
 #include "support/fakecontext.h"
 #include "support/fakeservice.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -96,5 +97,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::HttpGetRequesterTest)
+VELOMETER_TEST(HttpGetRequesterTest)
 #include "httpgetrequester_test.moc"

@@ -4,6 +4,7 @@
 
 #include "support/fakecontext.h"
 #include "support/fakeservice.h"
+#include "support/registeredtest.h"
 
 #include <QTest>
 
@@ -65,5 +66,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::RttTestTest)
+VELOMETER_TEST(RttTestTest)
 #include "rtttest_test.moc"

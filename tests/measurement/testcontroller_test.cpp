@@ -10,6 +10,7 @@
 #include "support/fakeobserver.h"
 #include "support/fakeplatform.h"
 #include "support/fakeservice.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QLockFile>
@@ -393,5 +394,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::TestControllerTest)
+VELOMETER_TEST(TestControllerTest)
 #include "testcontroller_test.moc"

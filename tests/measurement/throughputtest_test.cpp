@@ -4,6 +4,7 @@
 #include "support/fakeclock.h"
 #include "support/fakecontext.h"
 #include "support/fakeservice.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 #include "utils/utils.h"
 
@@ -256,5 +257,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::ThroughputTestTest)
+VELOMETER_TEST(ThroughputTestTest)
 #include "throughputtest_test.moc"

@@ -7,6 +7,7 @@
 #include "platform/system/systemplatform.h"
 #include "support/mockphone.h"
 #include "support/modemstory.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QSignalSpy>
@@ -375,5 +376,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::DeviceBackendsTest)
+VELOMETER_TEST(DeviceBackendsTest)
 #include "devicebackends_test.moc"

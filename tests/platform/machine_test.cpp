@@ -3,6 +3,7 @@
 #include "platform/machine/machinenetwork.h"
 #include "platform/machine/machinenetworkinfosource.h"
 #include "platform/machine/machinenetworksession.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QDir>
@@ -185,5 +186,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::MachineTest)
+VELOMETER_TEST(MachineTest)
 #include "machine_test.moc"

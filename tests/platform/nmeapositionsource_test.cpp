@@ -1,6 +1,7 @@
 #include "platform/position/nmeapositionsource.h"
 
 #include "support/fakeclock.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QFile>
@@ -304,5 +305,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::NmeaPositionSourceTest)
+VELOMETER_TEST(NmeaPositionSourceTest)
 #include "nmeapositionsource_test.moc"

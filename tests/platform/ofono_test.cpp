@@ -7,6 +7,7 @@
 #include "support/mockofono.h"
 #include "support/mockphone.h"
 #include "support/modemstory.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QSignalSpy>
@@ -231,5 +232,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::OfonoTest)
+VELOMETER_TEST(OfonoTest)
 #include "ofono_test.moc"

@@ -1,5 +1,6 @@
 #include "platform/position/positionchoice.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -50,5 +51,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_APPLESS_MAIN(velometer::PositionChoiceTest)
+VELOMETER_TEST(PositionChoiceTest)
 #include "positionchoice_test.moc"

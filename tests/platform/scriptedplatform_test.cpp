@@ -5,6 +5,7 @@
 #include "platform/networksession.h"
 #include "platform/positionsource.h"
 #include "platform/scripted/platformscript.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QSignalSpy>
@@ -208,5 +209,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::ScriptedPlatformTest)
+VELOMETER_TEST(ScriptedPlatformTest)
 #include "scriptedplatform_test.moc"

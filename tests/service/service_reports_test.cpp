@@ -2,6 +2,7 @@
 #include "reports/reportparser.h"
 #include "runningservice.h"
 #include "socketclient.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QFile>
@@ -234,5 +235,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::ServiceReportsTest)
+VELOMETER_TEST(ServiceReportsTest)
 #include "service_reports_test.moc"

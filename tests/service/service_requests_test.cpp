@@ -1,5 +1,6 @@
 #include "runningservice.h"
 #include "socketclient.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QRegularExpression>
@@ -177,5 +178,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::ServiceRequestsTest)
+VELOMETER_TEST(ServiceRequestsTest)
 #include "service_requests_test.moc"

@@ -1,6 +1,7 @@
-#include "commandline.h"
+#include "main/commandline.h"
 #include "reports/sqlitereportstore.h"
 #include "runningservice.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QFile>
@@ -210,5 +211,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::ServiceStoreTest)
+VELOMETER_TEST(ServiceStoreTest)
 #include "service_store_test.moc"

@@ -1,6 +1,7 @@
 #include "measure/uploadmeter.h"
 #include "runningservice.h"
 #include "socketclient.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -165,5 +166,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::ServiceStreamsTest)
+VELOMETER_TEST(ServiceStreamsTest)
 #include "service_streams_test.moc"

@@ -13,6 +13,7 @@
 #include "support/application.h"
 #include "support/fakeclock.h"
 #include "support/fakeservice.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QFile>
@@ -422,6 +423,6 @@ private:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::MainWindowTest)
+VELOMETER_WIDGET_TEST(MainWindowTest)
 
 #include "mainwindow_test.moc"

@@ -17,6 +17,7 @@
 #include "support/fakeplatform.h"
 #include "support/fakeservice.h"
 #include "support/mockphone.h"
+#include "support/registeredtest.h"
 #include "support/storedtests.h"
 
 #include <QRegularExpression>
@@ -210,5 +211,5 @@ private:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::PhoneTest)
+VELOMETER_WIDGET_TEST(PhoneTest)
 #include "phone_test.moc"

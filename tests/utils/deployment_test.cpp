@@ -1,5 +1,6 @@
 #include "utils/deployment.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTemporaryDir>
@@ -95,5 +96,5 @@ private:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::DeploymentTest)
+VELOMETER_TEST(DeploymentTest)
 #include "deployment_test.moc"

@@ -1,6 +1,7 @@
 #include "utils/utils.h"
 
 #include "support/fakeclock.h"
+#include "support/registeredtest.h"
 
 #include <QTest>
 
@@ -57,5 +58,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::UtilsTest)
+VELOMETER_TEST(UtilsTest)
 #include "utils_test.moc"

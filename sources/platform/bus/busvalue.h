@@ -7,10 +7,8 @@
 
 #include <optional>
 
-namespace velometer {
-
 /// Values that came over a bus, checked. What has another type or is out of range is not there.
-namespace BusValue {
+namespace velometer::BusValue {
 
 /// Longer texts than this are cut; names of makers, networks and models are far shorter.
 inline constexpr qsizetype maxText = 128;
@@ -35,6 +33,4 @@ QVariantMap dictionary(const QVariant &value);
 /// The text under @p key of a dictionary a{uv}.
 QString textUnder(const QVariant &value, uint key);
 
-} // namespace BusValue
-
-} // namespace velometer
+} // namespace velometer::BusValue

@@ -16,9 +16,9 @@ namespace velometer {
 
 namespace {
 
-constexpr auto modemWait = 2s;
+constexpr auto identityWait = 2s;
 /// Longer than any name that firmware gives.
-constexpr qint64 maxFileBytes = 512;
+constexpr qint64 maxFirmwareBytes = 512;
 
 /// What stands in the tables of boards whose makers have not filled them in.
 bool isPlaceholder(const QString &text)
@@ -49,7 +49,7 @@ QString readName(const QString &file)
     if (!source.open(QIODevice::ReadOnly)) {
         return {};
     }
-    QByteArray content = source.read(maxFileBytes);
+    QByteArray content = source.read(maxFirmwareBytes);
     // Texts of the device tree end in a zero byte.
     if (const qsizetype end = content.indexOf('\0'); end >= 0) {
         content.truncate(end);
@@ -88,7 +88,7 @@ MachineDeviceInfoSource::MachineDeviceInfoSource(const ModemClient *modemClient,
     connect(modem, &ModemClient::completed, this, &MachineDeviceInfoSource::finish);
     connect(&timer, &QTimer::timeout, this, &MachineDeviceInfoSource::finish);
     timer.setSingleShot(true);
-    timer.start(modemWait);
+    timer.start(identityWait);
 }
 
 void MachineDeviceInfoSource::finish()

@@ -10,8 +10,8 @@ namespace velometer {
 
 namespace {
 
-constexpr auto watchInterval = 2s;
-constexpr int looksUntilLost = 2;
+constexpr auto linkWatchInterval = 2s;
+constexpr int linkLooksUntilLost = 2;
 
 NetworkConfiguration configurationOf(const MachineInterface &interface)
 {
@@ -93,7 +93,7 @@ void MachineNetworkSession::answer()
     sessionOpen = true;
     openedOnNetwork = network.outgoing().has_value();
     looksWithoutNetwork = 0;
-    watchTimer.start(watchInterval);
+    watchTimer.start(linkWatchInterval);
     Q_EMIT opened();
 }
 
@@ -102,7 +102,7 @@ void MachineNetworkSession::watch()
     const MachineNetwork network = lookUp();
     const bool there = openedOnNetwork ? network.outgoing().has_value() : anythingUp(network);
     looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
-    if (looksWithoutNetwork < looksUntilLost) {
+    if (looksWithoutNetwork < linkLooksUntilLost) {
         return;
     }
     watchTimer.stop();

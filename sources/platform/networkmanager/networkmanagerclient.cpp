@@ -22,7 +22,7 @@ const QString managerInterface = u"org.freedesktop.NetworkManager"_s;
 const QString connectionInterface = u"org.freedesktop.NetworkManager.Connection.Active"_s;
 const QString accessPointInterface = u"org.freedesktop.NetworkManager.AccessPoint"_s;
 
-constexpr auto retryInterval = 10s;
+constexpr auto managerRetryInterval = 10s;
 constexpr qint64 stateActivated = 2;
 constexpr qint64 managerConnecting = 40;
 /// What the standard allows for the name of a WLAN.
@@ -134,7 +134,7 @@ void NetworkManagerClient::read(Object *object, const QString &interface)
                                    object->values.clear();
                                    keep(values, &object->values);
                                } else if (object == &manager) {
-                                   retryTimer.start(retryInterval);
+                                   retryTimer.start(managerRetryInterval);
                                }
                                refresh();
                            });

@@ -15,8 +15,8 @@ namespace velometer {
 
 namespace {
 
-const QString modemInterface = u"org.ofono.Modem"_s;
-const QString simInterface = u"org.ofono.SimManager"_s;
+const QString ofonoModem = u"org.ofono.Modem"_s;
+const QString ofonoSim = u"org.ofono.SimManager"_s;
 const QString registrationInterface = u"org.ofono.NetworkRegistration"_s;
 const QString packetInterface = u"org.ofono.ConnectionManager"_s;
 const QString monitorInterface = u"org.ofono.NetworkMonitor"_s;
@@ -24,7 +24,7 @@ const QString monitorInterface = u"org.ofono.NetworkMonitor"_s;
 /// Nobody signals the radio figures, and each question goes to the modem itself.
 constexpr auto cellInterval = 5s;
 
-constexpr qint64 maxTac = 0xffffff;
+constexpr qint64 ofonoMaxTac = 0xffffff;
 /// Up to LTE; modems that do not know their cell give more.
 constexpr qint64 maxShortCell = (1LL << 28) - 1;
 
@@ -98,7 +98,7 @@ void takeReference(const QVariantMap &cell, ModemState *state)
     constexpr qint64 qualitySteps = 34;
     // Back ends over Android's radio layer give dBm and dB without their sign, each in the other's
     // place. No step of quality is as high as the magnitude of a power.
-    if (quality > qualitySteps) {
+    if (quality && *quality > qualitySteps) {
         state->rsrp = -static_cast<double>(*quality);
         if (power && *power <= qualitySteps) {
             state->rsrq = -static_cast<double>(*power);
@@ -128,42 +128,42 @@ void takeRatio(const QVariantMap &cell, ModemState *state)
 } // namespace
 
 OfonoClient::OfonoClient(const QDBusConnection &bus, QObject *parent)
-    : BusModemClient(bus,
-                     {
-                         .service = u"org.ofono"_s,
-                         .managerPath = u"/"_s,
-                         .managerInterface = u"org.ofono.Manager"_s,
-                         .list = u"GetModems"_s,
-                         .added = u"ModemAdded"_s,
-                         .removed = u"ModemRemoved"_s,
-                         .properties =
-                             {
-                                 u"Powered"_s,
-                                 u"Online"_s,
-                                 u"Manufacturer"_s,
-                                 u"Model"_s,
-                                 u"Serial"_s,
-                                 u"Present"_s,
-                                 u"SubscriberIdentity"_s,
-                                 u"MobileCountryCode"_s,
-                                 u"MobileNetworkCode"_s,
-                                 u"Status"_s,
-                                 u"Name"_s,
-                                 u"Technology"_s,
-                                 u"CellId"_s,
-                                 u"LocationAreaCode"_s,
-                                 u"Strength"_s,
-                                 u"Attached"_s,
-                                 u"TrackingAreaCode"_s,
-                                 u"ReferenceSignalReceivedPower"_s,
-                                 u"ReferenceSignalReceivedQuality"_s,
-                                 u"SingalToNoiseRatio"_s,
-                                 u"SignalToNoiseRatio"_s,
-                             },
-                         .ownInterfaces = {modemInterface, simInterface, registrationInterface,
-                                           packetInterface},
-                     },
-                     parent)
+    : BusModemClient(
+          bus,
+          {
+              .service = u"org.ofono"_s,
+              .managerPath = u"/"_s,
+              .managerInterface = u"org.ofono.Manager"_s,
+              .list = u"GetModems"_s,
+              .added = u"ModemAdded"_s,
+              .removed = u"ModemRemoved"_s,
+              .properties =
+                  {
+                      u"Powered"_s,
+                      u"Online"_s,
+                      u"Manufacturer"_s,
+                      u"Model"_s,
+                      u"Serial"_s,
+                      u"Present"_s,
+                      u"SubscriberIdentity"_s,
+                      u"MobileCountryCode"_s,
+                      u"MobileNetworkCode"_s,
+                      u"Status"_s,
+                      u"Name"_s,
+                      u"Technology"_s,
+                      u"CellId"_s,
+                      u"LocationAreaCode"_s,
+                      u"Strength"_s,
+                      u"Attached"_s,
+                      u"TrackingAreaCode"_s,
+                      u"ReferenceSignalReceivedPower"_s,
+                      u"ReferenceSignalReceivedQuality"_s,
+                      u"SingalToNoiseRatio"_s,
+                      u"SignalToNoiseRatio"_s,
+                  },
+              .ownInterfaces = {ofonoModem, ofonoSim, registrationInterface, packetInterface},
+          },
+          parent)
 {
     connect(&cellTimer, &QTimer::timeout, this, &OfonoClient::readCell);
 }
@@ -192,8 +192,8 @@ void OfonoClient::takeModems(const QDBusMessage &reply)
         }
         Interfaces &modem = modems[path.path()];
         modem = known.value(path.path());
-        modem[modemInterface].clear();
-        keep(values, &modem[modemInterface]);
+        modem[ofonoModem].clear();
+        keep(values, &modem[ofonoModem]);
         takeInterfaces(path.path(), BusValue::names(values.value(u"Interfaces"_s)));
     }
     // Without it Qt keeps what it needs for reading on.
@@ -212,7 +212,7 @@ void OfonoClient::takeInterfaces(const QString &path, const QStringList &offered
 {
     Interfaces &modem = modems[path];
     for (const QString &each :
-         {simInterface, registrationInterface, packetInterface, monitorInterface}) {
+         {ofonoSim, registrationInterface, packetInterface, monitorInterface}) {
         if (!offered.contains(each)) {
             modem.remove(each);
         } else if (!modem.contains(each)) {
@@ -268,7 +268,7 @@ void OfonoClient::takeProperties(const QString &path, const QString &interface,
         return;
     }
     keep(values, &(*modem)[interface]);
-    if (interface == modemInterface && values.contains(u"Interfaces"_s)) {
+    if (interface == ofonoModem && values.contains(u"Interfaces"_s)) {
         takeInterfaces(path, BusValue::names(values.value(u"Interfaces"_s)));
     }
     // No signal tells that a property is gone: the cell of the last network, the number of the last
@@ -282,7 +282,7 @@ void OfonoClient::takeProperties(const QString &path, const QString &interface,
 
 BusModemClient::Rank OfonoClient::rank(const Interfaces &modem) const
 {
-    if (isOff(modem.value(modemInterface)) ||
+    if (isOff(modem.value(ofonoModem)) ||
         !isRegistered(statusOf(modem.value(registrationInterface)))) {
         return Rank::Unregistered;
     }
@@ -332,12 +332,12 @@ ModemState OfonoClient::describe(const QString &path) const
     state.path = path;
     state.service = u"oFono"_s;
 
-    const QVariantMap modem = interfaces.value(modemInterface);
+    const QVariantMap modem = interfaces.value(ofonoModem);
     state.imei = BusValue::text(modem.value(u"Serial"_s));
     state.manufacturer = BusValue::text(modem.value(u"Manufacturer"_s));
     state.model = BusValue::text(modem.value(u"Model"_s));
 
-    const QVariantMap sim = interfaces.value(simInterface);
+    const QVariantMap sim = interfaces.value(ofonoSim);
     if (BusValue::flag(sim.value(u"Present"_s)).value_or(true)) {
         state.imsi = BusValue::digits(sim.value(u"SubscriberIdentity"_s), 5, 15);
         state.homeMcc = countryCode(sim.value(u"MobileCountryCode"_s));
@@ -374,7 +374,7 @@ void OfonoClient::describeCell(const QVariantMap &registration, ModemState *stat
     if (!current || (state->mode != NetworkMode::Lte && !isNr)) {
         return;
     }
-    const auto tac = BusValue::number(cell.value(u"TrackingAreaCode"_s), 1, maxTac);
+    const auto tac = BusValue::number(cell.value(u"TrackingAreaCode"_s), 1, ofonoMaxTac);
     if (tac) {
         state->areaCode = static_cast<int>(*tac);
     }

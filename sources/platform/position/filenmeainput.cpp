@@ -45,8 +45,7 @@ void FileNmeaInput::open()
     // A FIFO nobody writes to and a line without carrier would keep the program waiting.
     descriptor =
         ::open(QFile::encodeName(file).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    struct stat status
-    {};
+    struct stat status{};
     const bool isThere = descriptor >= 0 && ::fstat(descriptor, &status) == 0;
     if (!isThere ||
         !(S_ISREG(status.st_mode) || S_ISCHR(status.st_mode) || S_ISFIFO(status.st_mode))) {

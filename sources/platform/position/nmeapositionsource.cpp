@@ -22,7 +22,7 @@ namespace {
 constexpr std::chrono::milliseconds pollInterval = 100ms;
 /// Receivers send some hundred bytes in that time; a source that floods gets no more of ours.
 constexpr qint64 maxBytesPerPoll = 16'384;
-constexpr auto retryInterval = 5s;
+constexpr auto inputRetryInterval = 5s;
 /// Receivers tell their position every second, thrifty ones every five.
 constexpr auto fixTimeout = 10s;
 /// Nobody waits for the end of a longer pause in a recording.
@@ -68,7 +68,7 @@ NmeaPositionSource::NmeaPositionSource(const PositionChoice &choice, QObject *pa
         std::chrono::milliseconds interval;
         void (NmeaPositionSource::*slot)();
     } timers[] = {{pollTimer, u"poll"_s, pollInterval, &NmeaPositionSource::poll},
-                  {retryTimer, u"retry"_s, retryInterval, &NmeaPositionSource::retry},
+                  {retryTimer, u"retry"_s, inputRetryInterval, &NmeaPositionSource::retry},
                   {fixTimer, u"fix"_s, fixTimeout, &NmeaPositionSource::giveUpOnFix}};
     for (const auto &[timer, name, every, slot] : timers) {
         timer.setParent(this);

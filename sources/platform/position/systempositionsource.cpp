@@ -19,7 +19,7 @@ namespace {
 
 /// A service that has to be started first answers within a second.
 constexpr int answerTimeoutMs = 2000;
-constexpr auto retryInterval = 10s;
+constexpr auto sourceRetryInterval = 10s;
 /// Qt's name for the plug-in that asks the system's location service.
 constexpr auto locationService = "geoclue2"_L1;
 
@@ -116,7 +116,7 @@ void SystemPositionSource::askLocationService()
     if (!bus.isConnected()) {
         return setProblem(Problem::Unavailable);
     }
-    retryTimer.start(retryInterval);
+    retryTimer.start(sourceRetryInterval);
     // The property that the plug-in reads first; the question also starts the service.
     QDBusMessage question = QDBusMessage::createMethodCall(
         u"org.freedesktop.GeoClue2"_s, u"/org/freedesktop/GeoClue2/Manager"_s,

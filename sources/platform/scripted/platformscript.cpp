@@ -17,7 +17,7 @@ namespace velometer {
 
 namespace {
 
-constexpr qint64 maxFileBytes = 16LL * 1024 * 1024;
+constexpr qint64 maxScriptBytes = 16LL * 1024 * 1024;
 constexpr qsizetype maxLineBytes = 1024LL * 1024;
 constexpr int maxLines = 100'000;
 
@@ -200,7 +200,7 @@ public:
 private:
     std::optional<QJsonValue> take(const QString &key)
     {
-        const QJsonValue value = object.take(key);
+        QJsonValue value = object.take(key);
         if (value.isUndefined()) {
             return std::nullopt;
         }
@@ -369,7 +369,7 @@ std::optional<PlatformScript> PlatformScript::load(const QString &file, QString 
     if (!device.open(QIODevice::ReadOnly)) {
         return refuse(device.errorString());
     }
-    const QByteArray text = device.read(maxFileBytes + 1);
+    const QByteArray text = device.read(maxScriptBytes + 1);
     if (device.error() != QFileDevice::NoError) {
         return refuse(device.errorString());
     }
@@ -379,7 +379,7 @@ std::optional<PlatformScript> PlatformScript::load(const QString &file, QString 
 std::optional<PlatformScript> PlatformScript::parse(const QByteArray &text, const QString &name,
                                                     QString *error)
 {
-    if (text.size() > maxFileBytes) {
+    if (text.size() > maxScriptBytes) {
         *error = u"%1: is larger than 16 MiB"_s.arg(name);
         return std::nullopt;
     }

@@ -29,9 +29,9 @@ class TileSource : public MapProvider
 
 public:
     static constexpr int maximumRequests = 2;
-    static constexpr qint64 maximumAnswer = 1024 * 1024;      ///< bytes; real tiles have 20 KB
-    static constexpr qint64 diskCacheSize = 50 * 1024 * 1024; ///< bytes
-    static constexpr int keptTiles = 64;                      ///< decoded ones, 16 MB
+    static constexpr qint64 maximumAnswer = 1024LL * 1024;      ///< bytes; real tiles have 20 KB
+    static constexpr qint64 diskCacheSize = 50LL * 1024 * 1024; ///< bytes
+    static constexpr int keptTiles = 64;                        ///< decoded ones, 16 MB
     static constexpr std::chrono::milliseconds requestTimeout{15'000};
     static constexpr std::chrono::milliseconds retryPause{30'000};
 

@@ -13,7 +13,7 @@ namespace velometer {
 namespace {
 
 constexpr double touchSize = 44; // px
-constexpr double radius = 8;
+constexpr double barRadius = 8;
 constexpr double longestSign = 9; // px, from the middle
 constexpr QColor barColour(0x17, 0x1b, 0x1f, 225);
 constexpr QColor pressedColour(0x16, 0x6f, 0x66, 235);
@@ -63,7 +63,7 @@ void ZoomButtonItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *op
     const QRectF bar = rect();
     const double half = bar.height() / 2;
     QPainterPath outline;
-    outline.addRoundedRect(bar, radius, radius);
+    outline.addRoundedRect(bar, barRadius, barRadius);
     painter->setRenderHint(QPainter::Antialiasing);
     painter->fillPath(outline, barColour);
     if (topPressed || bottomPressed) {

@@ -13,7 +13,7 @@ namespace velometer {
 namespace {
 
 /// Lets the page be painted before the work begins.
-constexpr std::chrono::milliseconds paintTime{100};
+constexpr std::chrono::milliseconds busyPaintTime{100};
 
 } // namespace
 
@@ -28,7 +28,7 @@ ResultsTab::ResultsTab(QWidget *parent)
     connect(scroller, &QsKineticScroller::coastingStopped, this, &TestResultWidget::forgetPress);
     connect(ui->scrollArea, &ResultList::selected, this, &ResultsTab::resultSelected);
     updateTimer.setSingleShot(true);
-    updateTimer.setInterval(paintTime);
+    updateTimer.setInterval(busyPaintTime);
     connect(&updateTimer, &QTimer::timeout, this, &ResultsTab::updateResultsImpl);
     showList(false);
 }

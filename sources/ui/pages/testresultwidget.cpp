@@ -24,7 +24,7 @@ constexpr double bitPerKbit = 1000.0;
 constexpr double latestTimestamp = 253'402'300'800'000.0; // ms
 constexpr double greatestSpeed = 1e15;                    // bit/s
 /// More of a stored text cannot be seen and would only be slow to draw.
-constexpr qsizetype shownLength = 120;
+constexpr qsizetype rowTextLength = 120;
 
 QString speedText(double speed)
 {
@@ -80,8 +80,8 @@ void TestResultWidget::fill()
     ui->buttonConnectiontype->setIcon(
         Utils::connectionTypeIsMobile(results.connectionType) ? mobileIcon : wlanIcon);
     ui->location->setText(Utils::trLocationShort(results.location));
-    ui->testserver->setText(results.testServer.left(shownLength));
-    ui->connectiontype->setText(results.connectionType.left(shownLength));
+    ui->testserver->setText(results.testServer.left(rowTextLength));
+    ui->connectiontype->setText(results.connectionType.left(rowTextLength));
 
     setAccessibleName(tr("%1, %2 %3, %4, %5, %6, download %7, upload %8, RTT %9")
                           .arg(ui->testid->text(), ui->labelDate->text(), ui->labelTime->text(),

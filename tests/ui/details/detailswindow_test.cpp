@@ -6,6 +6,7 @@
 #include "utils/deployment.h"
 
 #include "support/application.h"
+#include "support/registeredtest.h"
 #include "support/wholetest.h"
 
 #include <QDesktopServices>
@@ -156,5 +157,5 @@ private:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::DetailsWindowTest)
+VELOMETER_WIDGET_TEST(DetailsWindowTest)
 #include "detailswindow_test.moc"

@@ -7,6 +7,7 @@
 #include "ui/map/mapswidget.h"
 #include "ui/map/maptextobject.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QGraphicsView>
@@ -330,5 +331,5 @@ private:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::GeoMapTest)
+VELOMETER_WIDGET_TEST(GeoMapTest)
 #include "geomap_test.moc"

@@ -5,6 +5,7 @@
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 #include "support/storedtests.h"
 #include "tileserver.h"
@@ -161,5 +162,5 @@ private:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::GeoMapTabTest)
+VELOMETER_WIDGET_TEST(GeoMapTabTest)
 #include "geomaptab_test.moc"

@@ -2,6 +2,7 @@
 
 #include "ui/map/projection.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QFile>
@@ -69,5 +70,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_GUILESS_MAIN(velometer::OutlineTest)
+VELOMETER_TEST(OutlineTest)
 #include "outline_test.moc"

@@ -1,5 +1,6 @@
 #include "ui/map/projection.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -56,5 +57,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_APPLESS_MAIN(velometer::ProjectionTest)
+VELOMETER_TEST(ProjectionTest)
 #include "projection_test.moc"

@@ -4,6 +4,7 @@
 #include "utils/deployment.h"
 
 #include "support/fakeclock.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QNetworkReply>
@@ -230,5 +231,5 @@ private:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::TileSourceTest)
+VELOMETER_WIDGET_TEST(TileSourceTest)
 #include "tilesource_test.moc"

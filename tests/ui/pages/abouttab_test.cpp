@@ -3,6 +3,7 @@
 #include "utils/translations.h"
 
 #include "support/application.h"
+#include "support/registeredtest.h"
 
 #include <QDesktopServices>
 #include <QScrollBar>
@@ -71,5 +72,5 @@ private:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::AboutTabTest)
+VELOMETER_WIDGET_TEST(AboutTabTest)
 #include "abouttab_test.moc"

@@ -3,6 +3,7 @@
 #include "utils/deployment.h"
 
 #include "support/application.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QDesktopServices>
@@ -91,5 +92,5 @@ private:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::LinksTabTest)
+VELOMETER_WIDGET_TEST(LinksTabTest)
 #include "linkstab_test.moc"

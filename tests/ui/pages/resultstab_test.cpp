@@ -5,6 +5,7 @@
 #include "ui/pages/testresultwidget.h"
 
 #include "support/application.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QMouseEvent>
@@ -228,5 +229,5 @@ private:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::ResultsTabTest)
+VELOMETER_WIDGET_TEST(ResultsTabTest)
 #include "resultstab_test.moc"

@@ -6,6 +6,7 @@
 #include "utils/translations.h"
 
 #include "support/application.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QAccessible>
@@ -159,5 +160,5 @@ private:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::SettingsTabTest)
+VELOMETER_WIDGET_TEST(SettingsTabTest)
 #include "settingstab_test.moc"

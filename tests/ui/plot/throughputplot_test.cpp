@@ -1,5 +1,6 @@
 #include "ui/plot/throughputplot.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QTest>
@@ -63,6 +64,6 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::ThroughputPlotTest)
+VELOMETER_WIDGET_TEST(ThroughputPlotTest)
 
 #include "throughputplot_test.moc"

@@ -2,6 +2,7 @@
 #include "ui/popups/numberofmeasurementspopup.h"
 
 #include "support/application.h"
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QComboBox>
@@ -92,5 +93,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::PopupsTest)
+VELOMETER_WIDGET_TEST(PopupsTest)
 #include "popups_test.moc"

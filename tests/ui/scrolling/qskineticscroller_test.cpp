@@ -1,5 +1,6 @@
 #include "ui/scrolling/qskineticscroller.h"
 
+#include "support/registeredtest.h"
 #include "support/rows.h"
 
 #include <QAbstractScrollArea>
@@ -172,5 +173,5 @@ private Q_SLOTS:
 
 } // namespace velometer
 
-QTEST_MAIN(velometer::QsKineticScrollerTest)
+VELOMETER_WIDGET_TEST(QsKineticScrollerTest)
 #include "qskineticscroller_test.moc"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "http/subscriber.h"
+#include "limits/subscriber.h"
 
 #include <map>
 #include <memory>

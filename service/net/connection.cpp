@@ -1,6 +1,6 @@
-#include "http/connection.h"
+#include "net/connection.h"
 
-#include "http/oneshot.h"
+#include "net/oneshot.h"
 
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/post.hpp>

@@ -1,6 +1,6 @@
-#include "http/connections.h"
+#include "limits/connections.h"
 
-#include "http/connection.h"
+#include "net/connection.h"
 
 namespace velometer {
 

@@ -1,4 +1,4 @@
-#include "commandline.h"
+#include "main/commandline.h"
 
 #include "utils/deployment.h"
 

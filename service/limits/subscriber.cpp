@@ -1,4 +1,4 @@
-#include "http/subscriber.h"
+#include "limits/subscriber.h"
 
 namespace velometer {
 

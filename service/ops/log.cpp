@@ -1,4 +1,4 @@
-#include "http/log.h"
+#include "ops/log.h"
 
 #include <array>
 #include <atomic>
@@ -6,9 +6,7 @@
 
 #include <unistd.h>
 
-namespace velometer {
-
-namespace Log {
+namespace velometer::Log {
 
 namespace {
 
@@ -39,6 +37,4 @@ void write(Level level, std::string_view text)
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, line.data(), line.size());
 }
 
-} // namespace Log
-
-} // namespace velometer
+} // namespace velometer::Log

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "http/log.h"
 #include "http/serveroptions.h"
+#include "ops/log.h"
 
 #include <QStringList>
 

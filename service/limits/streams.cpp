@@ -1,4 +1,4 @@
-#include "http/streams.h"
+#include "limits/streams.h"
 
 namespace velometer {
 

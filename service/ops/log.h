@@ -2,11 +2,9 @@
 
 #include <string_view>
 
-namespace velometer {
-
 /// One line per event on standard error, "warning: sentence", as systemd's journal likes it.
 /// Callable from every thread; what is below the level costs a comparison.
-namespace Log {
+namespace velometer::Log {
 
 enum class Level { Error, Warning, Info, Debug };
 
@@ -15,6 +13,4 @@ void setLevel(Level level);
 /// Control characters in @p text are printed as '?', so that nobody writes lines of his own.
 void write(Level level, std::string_view text);
 
-} // namespace Log
-
-} // namespace velometer
+} // namespace velometer::Log

@@ -1,6 +1,6 @@
-#include "commandline.h"
-#include "http/log.h"
 #include "http/server.h"
+#include "main/commandline.h"
+#include "ops/log.h"
 
 #include <QCoreApplication>
 

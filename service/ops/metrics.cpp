@@ -1,4 +1,4 @@
-#include "http/metrics.h"
+#include "ops/metrics.h"
 
 namespace velometer {
 

@@ -1,4 +1,4 @@
-#include "http/hostnames.h"
+#include "ops/hostnames.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "http/request.h"
-
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/steady_timer.hpp>
@@ -14,6 +12,9 @@
 #include <string_view>
 
 namespace velometer {
+
+/// Size of the buffer that a request's head must fit into, in bytes.
+inline constexpr std::size_t maxHeadBytes = 8192;
 
 /// One accepted connection: its socket, the buffer its request's head is read into, and the one
 /// deadline that bounds whatever is waited for. All members but abort() and abortIfIdle() belong on
