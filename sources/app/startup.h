@@ -2,10 +2,8 @@
 
 #include <QString>
 
-namespace velometer {
-
 /// What the programs do alike before their work begins and when it is done.
-namespace StartUp {
+namespace velometer::StartUp {
 
 /// First of all, before there is an application: the files made from now on are the owner's alone,
 /// no file of ours takes the place of a closed standard descriptor, and of the toolkit's remarks
@@ -33,6 +31,4 @@ int measurementDuration();
 /// Closes the store. The last thing before the program ends.
 void closeStore();
 
-} // namespace StartUp
-
-} // namespace velometer
+} // namespace velometer::StartUp

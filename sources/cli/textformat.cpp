@@ -20,7 +20,7 @@ namespace {
 using Row = std::pair<QString, QString>;
 
 /// About a metre.
-constexpr int degreeDecimals = 5;
+constexpr int textDegreeDecimals = 5;
 
 /// Columns side by side, each as wide as its widest cell.
 QString aligned(const QList<QStringList> &rows)
@@ -111,8 +111,8 @@ QString networkText(const FinishedTest::Network &network)
 QString positionText(const FinishedTest &test)
 {
     const FinishedTest::Position &position = test.position;
-    QString text = u"%1, %2"_s.arg(QString::number(*position.latitude, 'f', degreeDecimals),
-                                   QString::number(*position.longitude, 'f', degreeDecimals));
+    QString text = u"%1, %2"_s.arg(QString::number(*position.latitude, 'f', textDegreeDecimals),
+                                   QString::number(*position.longitude, 'f', textDegreeDecimals));
     const auto add = [&](const FinishedTest::Real &value, const QString &wording) {
         if (value) {
             text += ", "_L1 + wording.arg(Units::whole(*value, ""_L1));

@@ -2,11 +2,9 @@
 
 #include <QString>
 
-namespace velometer {
-
 /// The texts of figures, the same on every screen. Not translated; a figure that is not known is
 /// the caller's affair.
-namespace Units {
+namespace velometer::Units {
 
 /// "2500 kBit/s", rounded.
 QString kiloBitRate(double bitsPerSecond);
@@ -21,6 +19,4 @@ QString megabytes(qint64 bytes);
 /// "408 m", "60 km/h": @p value rounded, and its unit.
 QString whole(double value, QLatin1StringView unit);
 
-} // namespace Units
-
-} // namespace velometer
+} // namespace velometer::Units

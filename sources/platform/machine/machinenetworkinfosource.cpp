@@ -10,7 +10,7 @@ namespace velometer {
 namespace {
 
 // Soon enough for a test of ten seconds to notice that the network changed under it.
-constexpr auto pollInterval = 2s;
+constexpr auto linkPollInterval = 2s;
 
 } // namespace
 
@@ -20,7 +20,7 @@ MachineNetworkInfoSource::MachineNetworkInfoSource(MachineNetworkLookUp lookUpNo
 {
     refresh();
     connect(&timer, &QTimer::timeout, this, &MachineNetworkInfoSource::refresh);
-    timer.start(pollInterval);
+    timer.start(linkPollInterval);
 }
 
 void MachineNetworkInfoSource::refresh()

@@ -25,7 +25,7 @@ namespace velometer {
 namespace {
 
 /// Lets the page be painted before the rows are built.
-constexpr std::chrono::milliseconds paintTime{50};
+constexpr std::chrono::milliseconds detailsPaintTime{50};
 /// A stored value may be of any length; an e-mail and a page are not.
 constexpr qsizetype shownLength = 500;
 /// About a metre.
@@ -161,7 +161,7 @@ DetailsWindow::DetailsWindow(QWidget *parent)
     auto *scroller = new QsKineticScroller(this);
     scroller->enableKineticScrollFor(ui->scrollArea);
     showTimer.setSingleShot(true);
-    showTimer.setInterval(paintTime);
+    showTimer.setInterval(detailsPaintTime);
     connect(&showTimer, &QTimer::timeout, this, &DetailsWindow::setTestResultsImpl);
     showPleaseWait(false);
 }
