@@ -141,7 +141,7 @@ QString valueText(const TestDetails &details, const QString &key)
     return QString::number(details.getDouble(key), 'f', degreeDecimals).left(shownLength);
 }
 
-/// What would end the body of the address early, or be taken for an escape in it.
+/// Escapes what would end the body of the address early or be read as an escape itself.
 QString escapedForBody(QString text)
 {
     return text.replace(u'%', "%25"_L1)

@@ -37,7 +37,7 @@ void TestDetailWidget::state(bool heading)
 {
     ui->description->setVisible(!heading);
     ui->value->setVisible(!heading);
-    setStyleSheet(heading ? u"TestDetailWidget { background: #aeaeae; }"
+    setStyleSheet(heading ? u"velometer--TestDetailWidget { background: #aeaeae; }"
                             "QLabel#title { font-weight: bold; }"_s
                           : QString());
 }

@@ -1,7 +1,6 @@
 #include "ui/map/geomap.h"
 
 #include "ui/map/mapprovider.h"
-#include "ui/map/maptextobject.h"
 
 #include <QFontMetricsF>
 #include <QGraphicsSceneMouseEvent>
@@ -85,37 +84,31 @@ void GeoMap::pan(int dx, int dy)
 
 void GeoMap::addMapObject(MapObject *object)
 {
-    if (auto *marker = dynamic_cast<Marker *>(object)) {
-        markers.push_back(marker);
+    const size_t before = layers.markers.size();
+    object->enter(layers);
+    if (layers.markers.size() != before) {
         forgetGroups();
-    } else if (dynamic_cast<MapTextObject *>(object)) {
-        labels.push_back(object);
-    } else {
-        ground.push_back(object);
     }
     update();
 }
 
 void GeoMap::removeMapObject(MapObject *object)
 {
-    // The last one added is mostly the first to go.
-    const auto removeFrom = [object](auto &list) {
-        const auto found = std::find(list.rbegin(), list.rend(), object);
-        if (found != list.rend()) {
-            list.erase(std::next(found).base());
-        }
-    };
-    removeFrom(labels);
-    removeFrom(ground);
-    if (dynamic_cast<Marker *>(object)) {
-        removeFrom(markers);
+    const size_t before = layers.markers.size();
+    object->leave(layers);
+    if (layers.markers.size() != before) {
         forgetGroups();
     }
+    forgetPress(object);
+    update();
+}
+
+void GeoMap::forgetPress(const MapObject *object)
+{
     if (pressed == object) {
         pressed = nullptr;
         markerPressed = false;
     }
-    update();
 }
 
 std::vector<MapObject *> GeoMap::mapObjectsAt(QPointF point) const
@@ -127,7 +120,7 @@ std::vector<MapObject *> GeoMap::mapObjectsAt(QPointF point) const
             found.push_back(object);
         }
     };
-    std::for_each(labels.begin(), labels.end(), consider);
+    std::for_each(layers.labels.begin(), layers.labels.end(), consider);
     for (const auto &[marker, tip] : fannedOut()) {
         if (Marker::rectAt(tip).contains(point)) {
             found.push_back(marker);
@@ -142,7 +135,7 @@ std::vector<MapObject *> GeoMap::mapObjectsAt(QPointF point) const
             consider(cluster.get());
         }
     }
-    std::for_each(ground.begin(), ground.end(), consider);
+    std::for_each(layers.ground.begin(), layers.ground.end(), consider);
     return found;
 }
 
@@ -239,7 +232,7 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
             object.paint(*painter, view);
         }
     };
-    for (const MapObject *object : ground) {
+    for (const MapObject *object : layers.ground) {
         paintIfVisible(*object);
     }
     painter->setOpacity(fan.cluster ? besideFan : 1);
@@ -253,7 +246,7 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
     if (pictured) {
         paintCredits(*painter);
     }
-    for (const MapObject *label : labels) {
+    for (const MapObject *label : layers.labels) {
         paintIfVisible(*label);
     }
     if (keyboardFocus) {
@@ -338,7 +331,7 @@ void GeoMap::groupMarkers() const
         return;
     }
     markersGrouped = true;
-    for (auto &group : MarkerCluster::grouped(markers, view.zoom)) {
+    for (auto &group : MarkerCluster::grouped(layers.markers, view.zoom)) {
         if (group.size() == 1) {
             singles.push_back(group.front());
         } else {
@@ -349,9 +342,8 @@ void GeoMap::groupMarkers() const
 
 void GeoMap::forgetGroups()
 {
-    if (dynamic_cast<MarkerCluster *>(markerPressed ? pressed : nullptr)) {
-        pressed = nullptr;
-        markerPressed = false;
+    for (const auto &cluster : clusters) {
+        forgetPress(cluster.get());
     }
     fan = {};
     markersGrouped = false;
@@ -465,13 +457,22 @@ void GeoMap::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     if (std::find(under.begin(), under.end(), pressed) == under.end()) {
         return;
     }
-    if (auto *marker = dynamic_cast<Marker *>(pressed)) {
-        Q_EMIT clicked(marker);
-    } else if (auto *label = dynamic_cast<MapTextObject *>(pressed)) {
-        Q_EMIT clickedPopup(label);
-    } else if (auto *cluster = dynamic_cast<MarkerCluster *>(pressed)) {
-        openCluster(cluster);
-    }
+    pressed->tap(*this);
+}
+
+void GeoMap::tapped(Marker &marker)
+{
+    Q_EMIT clicked(&marker);
+}
+
+void GeoMap::tapped(MapTextObject &label)
+{
+    Q_EMIT clickedPopup(&label);
+}
+
+void GeoMap::tapped(MarkerCluster &cluster)
+{
+    openCluster(&cluster);
 }
 
 void GeoMap::wheelEvent(QGraphicsSceneWheelEvent *event)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/map/maptextobject.h"
 #include "ui/map/markercluster.h"
 #include "ui/map/outlineprovider.h"
 #include "ui/map/projection.h"
@@ -12,17 +13,16 @@
 namespace velometer {
 
 class MapProvider;
-class MapTextObject;
 
-/// The map itself: draws the provider's tiles over the built-in outline, the objects on it and
-/// whom it owes the pictures to, where there are any. A finger pans it; a wheel zooms. While it has
-/// the focus plus, minus and the arrow keys do the same, and the keys of stepRequested() work.
-/// Zooming keeps the centre.
+/// The map itself: draws the provider's tiles over the built-in outline, the objects on it and the
+/// credit for the tiles, where there are any. A finger pans it, a wheel zooms. While it has the
+/// focus, plus, minus and the arrow keys do the same, and the keys of stepRequested() work. Zooming
+/// keeps the centre.
 ///
 /// From bottom to top lie discs, markers and labels; what is added later lies lower among markers,
 /// so that the newest test is on top. Markers that cover each other are drawn as one cluster: a tap
 /// zooms in until it opens or, where no zoom can open it, fans its markers out, six at a time.
-class GeoMap : public QGraphicsWidget
+class GeoMap : public QGraphicsWidget, private MapTaps
 {
     Q_OBJECT
 
@@ -90,6 +90,10 @@ private:
         QRectF place; ///< px of this item
     };
 
+    void tapped(Marker &marker) override;
+    void tapped(MapTextObject &label) override;
+    void tapped(MarkerCluster &cluster) override;
+    void forgetPress(const MapObject *object);
     void viewChanged();
     void tileArrived(const TileId &tile);
     std::vector<Square> squares() const;
@@ -116,9 +120,7 @@ private:
     bool keyboardFocus = false;
     int wheelAngle = 0; ///< eighths of a degree not yet acted on
 
-    std::vector<MapObject *> ground; ///< neither markers nor labels
-    std::vector<MapObject *> labels;
-    std::vector<Marker *> markers;
+    MapLayers layers;
     // Made of the markers when they are needed and forgotten when zoom or markers change.
     mutable bool markersGrouped = false;
     mutable std::vector<Marker *> singles;

@@ -1,10 +1,11 @@
 #include "ui/map/geomaptab.h"
 
 #include "ui/map/geomap.h"
-#include "ui/map/mapprovider.h"
 #include "ui/map/mapswidget.h"
 #include "ui/map/maptextobject.h"
+#include "ui/map/tilesource.h"
 #include "ui_geomaptab.h"
+#include "utils/deployment.h"
 #include "utils/utils.h"
 
 #include <algorithm>
@@ -82,14 +83,14 @@ void GeoMapTab::pauseDownloads(bool on)
 
 void GeoMapTab::initializeMap()
 {
-    const QStringList providers = MapProvider::available();
-    for (qsizetype i = 0; i < providers.size(); ++i) {
-        Utils::addLogEntry(u"Provider %1: %2"_s.arg(i).arg(providers[i]));
-    }
-    serviceProvider = MapProvider::create(providers.constFirst());
+    // The outline lies below the tiles.
+    Utils::addLogEntry(u"Provider 0: tiles"_s);
+    Utils::addLogEntry(u"Provider 1: outline"_s);
+    serviceProvider =
+        std::make_unique<TileSource>(Deployment::current(), TileSource::cacheDirectory());
     serviceProvider->setPaused(downloadsPaused);
     mapwidget = new MapsWidget(this);
-    // The layout hands its item for the view over.
+    // The old layout item comes back and is ours to delete.
     delete ui->body->layout()->replaceWidget(ui->graphicsView, mapwidget);
     mapwidget->initialize(serviceProvider.get(), ui->graphicsView);
     connect(mapwidget, &MapsWidget::labelChanged, this, &GeoMapTab::describe);

@@ -5,9 +5,6 @@
 #include <QList>
 #include <QObject>
 #include <QPixmap>
-#include <QStringList>
-
-#include <memory>
 
 namespace velometer {
 
@@ -18,13 +15,6 @@ class MapProvider : public QObject
     Q_OBJECT
 
 public:
-    /// The names of all providers, the preferred one first: "tiles" (the deployment's tile server)
-    /// and "outline" (the coast lines and borders that are built in).
-    static QStringList available();
-
-    /// Null for a name that is not available().
-    static std::unique_ptr<MapProvider> create(const QString &name);
-
     /// The picture of @p tile, Mercator::tileSize logical px wide; null while it is not there.
     virtual QPixmap tile(const TileId &tile) = 0;
 
@@ -34,7 +24,7 @@ public:
     /// While paused a provider causes no traffic and makes do with what the device holds.
     virtual void setPaused(bool) {}
 
-    /// Whom the map must name, in the words of the deployment; empty when nobody.
+    /// The credit that the map has to show, in the words of the deployment; empty for none.
     virtual QString attribution() const = 0;
 
 Q_SIGNALS:

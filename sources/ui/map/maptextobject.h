@@ -24,6 +24,9 @@ public:
 
     QRectF boundingRect(const MapView &view) const override;
     void paint(QPainter &painter, const MapView &view) const override;
+    void enter(MapLayers &layers) override { layers.labels.push_back(this); }
+    void leave(MapLayers &layers) override { MapLayers::remove(layers.labels, this); }
+    void tap(MapTaps &taps) override { taps.tapped(*this); }
 
 private:
     QString text;

@@ -24,7 +24,6 @@ public:
     /// The type that stands for a stored connection type ("Mobile(GSM)" ...).
     static MarkerType typeOf(const QString &connectionType);
 
-    void setMarkerType(MarkerType markerType) { type = markerType; }
     MarkerType markerType() const { return type; }
 
     /// What the label says when the marker is tapped.
@@ -41,6 +40,9 @@ public:
 
     QRectF boundingRect(const MapView &view) const override;
     void paint(QPainter &painter, const MapView &view) const override;
+    void enter(MapLayers &layers) override { layers.markers.push_back(this); }
+    void leave(MapLayers &layers) override { MapLayers::remove(layers.markers, this); }
+    void tap(MapTaps &taps) override { taps.tapped(*this); }
     /// The same with the tip elsewhere, for markers that stand apart from their common place.
     static QRectF rectAt(QPointF tip) { return {tip + offset, QSizeF(width, height)}; }
     void paintAt(QPainter &painter, QPointF tip) const;

@@ -36,6 +36,7 @@ public:
 
     QRectF boundingRect(const MapView &view) const override;
     void paint(QPainter &painter, const MapView &view) const override;
+    void tap(MapTaps &taps) override { taps.tapped(*this); }
 
 private:
     std::vector<Marker *> markers;

@@ -12,7 +12,7 @@ namespace velometer {
 
 namespace {
 
-/// Entries beyond the view, so that one is there before the finger has pulled its row in.
+/// Entries beyond the view, so that a row is ready before the finger pulls it in.
 constexpr qsizetype spareEntries = 3;
 
 /// No widget, and so no list, can be higher than 2^24 pixels.

@@ -47,7 +47,7 @@ void ServerEntryWidget::retranslate()
 
 void ServerEntryWidget::on_checkBox_clicked()
 {
-    // A click on the chosen server has just taken its mark away.
+    // A click on the server that is already chosen has just removed its mark.
     setServerEnabled(true);
     Q_EMIT chosen(server);
 }

@@ -13,7 +13,7 @@ class ServerEntryWidget;
 }
 
 /// One test server in the list of the settings page: name, address and whether it is the chosen
-/// one. The mouse goes through it to the list, which may scroll and hands taps back with tap().
+/// one. Mouse events pass through to the list, which may scroll and returns taps with tap().
 class ServerEntryWidget : public QWidget
 {
     Q_OBJECT

@@ -44,7 +44,7 @@ TestResultWidget::TestResultWidget(QWidget *parent)
     setAttribute(Qt::WA_StyledBackground);
     ui->setupUi(this);
     ui->testserver->setText(Deployment::current().swisscom.host);
-    // They are pictures: a press on one of them is one on the entry.
+    // Only pictures: pressing one presses the entry.
     for (QPushButton *button :
          {ui->buttonConnectiontype, ui->pushButton, ui->pushButton_2, ui->pushButton_3}) {
         button->setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -26,7 +26,7 @@ void MessagePopup::setMessage(const Message &message)
     ui->buttonCancel->setText(message.cancel);
     ui->buttonCancel->setVisible(!message.cancel.isEmpty());
     ui->labelPleaseWait->setVisible(message.accept.isEmpty() && message.cancel.isEmpty());
-    // While they are hidden the frames do not hear of it, and would ask for the height of before.
+    // A hidden frame does not notice that its contents changed, and would keep its old height.
     ui->frame_2->updateGeometry();
     ui->frame->updateGeometry();
     describe();

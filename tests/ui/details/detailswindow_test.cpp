@@ -44,6 +44,8 @@ private Q_SLOTS:
         const auto whole = gDB->storeTest(WholeTest().value());
         show(whole);
         QVERIFY(page->findChild<ThroughputPlot *>());
+        QCOMPARE(page->findChild<TestDetailWidget *>()->grab().toImage().pixelColor(2, 2).name(),
+                 u"#aeaeae"_s);
         const QDateTime time = QDateTime::fromMSecsSinceEpoch(1'700'000'000'123);
         QCOMPARE(rows(),
                  (u"Performance Data|Download Average=38000 kBit/s|"
