@@ -1,5 +1,4 @@
-// What most files of sources/ include, parsed once. Files still include what
-// they use: clang-tidy reads them without this.
+// What most files of sources/ include, parsed once. Files still include what they use.
 #pragma once
 
 #include <QByteArray>

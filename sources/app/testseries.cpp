@@ -31,7 +31,7 @@ constexpr qint64 msPerSecond = 1000;
 /// The file is ours, and some hundred bytes long; whoever wrote more did not write a series.
 constexpr qint64 maxStateBytes = 4096;
 constexpr int maxCount = 1'000'000;
-constexpr qint64 maxIntervalSeconds = 7 * 86'400;
+constexpr qint64 maxIntervalSeconds = 604'800; // a week
 
 QString lockName(const QString &stateFile)
 {

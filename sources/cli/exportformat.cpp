@@ -58,7 +58,7 @@ QByteArray geoJsonFeature(const FinishedTest &test, bool first)
                         {u"geometry"_s, QJsonValue::Null},
                         {u"properties"_s, JsonFormat::test(test)}};
     const FinishedTest::Position &position = test.position;
-    if (position.latitude) {
+    if (position.latitude && position.longitude) {
         QJsonArray coordinates{*position.longitude, *position.latitude};
         if (position.altitude) {
             coordinates.append(*position.altitude);
@@ -85,7 +85,7 @@ QByteArray gpxBegin()
 QByteArray gpxWaypoint(const FinishedTest &test)
 {
     const FinishedTest::Position &position = test.position;
-    if (!position.latitude) {
+    if (!position.latitude || !position.longitude) {
         return {};
     }
     QByteArray text;

@@ -111,8 +111,9 @@ QString networkText(const FinishedTest::Network &network)
 QString positionText(const FinishedTest &test)
 {
     const FinishedTest::Position &position = test.position;
-    QString text = u"%1, %2"_s.arg(QString::number(*position.latitude, 'f', textDegreeDecimals),
-                                   QString::number(*position.longitude, 'f', textDegreeDecimals));
+    QString text =
+        u"%1, %2"_s.arg(QString::number(position.latitude.value_or(0), 'f', textDegreeDecimals),
+                        QString::number(position.longitude.value_or(0), 'f', textDegreeDecimals));
     const auto add = [&](const FinishedTest::Real &value, const QString &wording) {
         if (value) {
             text += ", "_L1 + wording.arg(Units::whole(*value, ""_L1));

@@ -4,6 +4,9 @@
 
 namespace velometer {
 
+/// Altitude of a position without one, m: where a plain number is wanted.
+inline constexpr double noAltitude = -1.0;
+
 /// The position as numbers, frozen at one moment; all zeros when new. Degrees and metres.
 class DoubleLocation : public QObject
 {

@@ -1,6 +1,7 @@
 #include "data/surroundings.h"
 
 #include "context/deviceinfohelper.h"
+#include "context/doublelocation.h"
 #include "context/locationhelper.h"
 #include "context/networkinfohelper.h"
 #include "data/testcontext.h"
@@ -16,8 +17,6 @@ using Known::text;
 
 namespace {
 
-/// Altitude of a position without one.
-constexpr double noAltitude = -1.0;
 constexpr int threeDimensional = 2;
 
 } // namespace

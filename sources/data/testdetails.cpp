@@ -1,5 +1,6 @@
 #include "data/testdetails.h"
 
+#include "context/doublelocation.h"
 #include "data/databudget.h"
 #include "data/testfields.h"
 #include "utils/units.h"
@@ -17,7 +18,6 @@ namespace {
 /// A movement below this multiple of the vertical accuracy cannot be told from position noise; both
 /// the distance and the velocity are then shown as an upper bound.
 constexpr double noiseFactor = 5.0;
-constexpr double noAltitude = -1.0;
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "data/testfields.h"
 
+#include "context/doublelocation.h"
 #include "data/result.h"
 #include "data/testdetails.h"
 #include "data/testserver.h"
@@ -25,7 +26,6 @@ using Text = FinishedTest::Text;
 constexpr auto everythingKey = "everything"_L1;
 /// What is beyond is no count of anything, and no qint64.
 constexpr double greatestNumber = 9e18;
-constexpr double noAltitude = -1.0;
 
 // ---- A member as the store and the formats see it
 

@@ -18,8 +18,6 @@ using Known::text;
 
 namespace {
 
-/// Altitude of a position without a fix.
-constexpr double noAltitude = -1.0;
 constexpr double earthRadiusKm = 6371.0;
 /// 3.14159 / 180; the service computes distances with the same short pi.
 constexpr double radiansPerDegree = 0.017453277777777776;

@@ -24,7 +24,7 @@ constexpr qint64 nsPerMs = 1'000'000;
 /// Far more than a test has; the file may come from anywhere.
 constexpr int maxListText = 10'000;
 /// No moment and no rate is beyond it.
-constexpr double greatestNumber = 9e15;
+constexpr double greatestStored = 9e15;
 
 /// The columns of the results table in the order in which it is created: looking them up by name
 /// would take longer than reading them.
@@ -77,7 +77,7 @@ QVariant rate(const FinishedTest::Number &figure, const FinishedTest::Throughput
     return static_cast<double>(figure.value_or(phase.valid ? -1 : 0));
 }
 
-QString text(const FinishedTest::Text &value)
+QString textOrEmpty(const FinishedTest::Text &value)
 {
     return value.value_or(u""_s); // an empty text, not NULL
 }
@@ -95,7 +95,7 @@ bool succeeded(const QSqlQuery &query, bool done)
 void fillFromRow(FinishedTest &test, const DBTestResults &row, const TestDetails *details)
 {
     const auto rateOf = [](double value) {
-        return value > 0 && value < greatestNumber ? FinishedTest::Number(std::llround(value))
+        return value > 0 && value < greatestStored ? FinishedTest::Number(std::llround(value))
                                                    : FinishedTest::Number();
     };
     const auto maximum = rateOf(details ? details->getDouble(u"uploadMaximum"_s) : 0);
@@ -153,9 +153,9 @@ bool TestStore::storeRow(FinishedTest &test)
         rate(test.uploadRate(), test.upload),
         rate(test.upload.averageRate, test.upload),
         test.rtt.average.value_or(0) / nsPerMs,
-        text(test.network.type),
-        text(test.location),
-        text(test.server.host),
+        textOrEmpty(test.network.type),
+        textOrEmpty(test.location),
+        textOrEmpty(test.server.host),
         std::nearbyint(test.movement.velocity),
         std::nearbyint(test.movement.distance),
         std::nearbyint(test.movement.verticalAccuracy),
@@ -274,7 +274,7 @@ FinishedTest TestStore::test(const DBTestResults &row)
     test.storedId = static_cast<qint64>(row.myTestId);
     test.testId = row.testId;
     test.seriesId = row.seriesId;
-    if (row.timestamp > 0 && row.timestamp < greatestNumber) {
+    if (row.timestamp > 0 && row.timestamp < greatestStored) {
         test.timestamp = std::llround(row.timestamp);
     }
     test.location = Known::text(row.location);
