@@ -360,6 +360,13 @@ Beispiele:
     </message>
 </context>
 <context>
+    <name>MapGround</name>
+    <message>
+        <source>(c) OpenStreetMap contributors</source>
+        <translation>© OpenStreetMap-Mitwirkende</translation>
+    </message>
+</context>
+<context>
     <name>Options</name>
     <message>
         <source>%1; --help lists the options.</source>
@@ -964,13 +971,6 @@ velometer-cli tut dasselbe ohne Bildschirm.
     <message>
         <source>NetworkManager has no active connection: connect the device, unless another program does.</source>
         <translation>NetworkManager hat keine aktive Verbindung: Verbinden Sie das Gerät, falls das nicht ein anderes Programm tut.</translation>
-    </message>
-</context>
-<context>
-    <name>velometer::GeoMap</name>
-    <message>
-        <source>(c) OpenStreetMap contributors</source>
-        <translation>© OpenStreetMap-Mitwirkende</translation>
     </message>
 </context>
 <context>

@@ -360,6 +360,13 @@ Examples:
     </message>
 </context>
 <context>
+    <name>MapGround</name>
+    <message>
+        <source>(c) OpenStreetMap contributors</source>
+        <translation>© OpenStreetMap contributors</translation>
+    </message>
+</context>
+<context>
     <name>Options</name>
     <message>
         <source>%1; --help lists the options.</source>
@@ -964,13 +971,6 @@ velometer-cli does the same without a display.
     <message>
         <source>NetworkManager has no active connection: connect the device, unless another program does.</source>
         <translation>NetworkManager has no active connection: connect the device, unless another program does.</translation>
-    </message>
-</context>
-<context>
-    <name>velometer::GeoMap</name>
-    <message>
-        <source>(c) OpenStreetMap contributors</source>
-        <translation>© OpenStreetMap contributors</translation>
     </message>
 </context>
 <context>

@@ -1,13 +1,11 @@
 #include "cli/commandline.h"
 
+#include "cli/optionvalues.h"
 #include "utils/quoted.h"
-
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -64,15 +62,6 @@ QString listed(QStringList items)
     return items.isEmpty() ? last : CommandLine::tr("%1 or %2").arg(items.join(", "_L1), last);
 }
 
-/// A whole number in plain digits; nothing when it is none or beyond 64 bits.
-std::optional<qlonglong> wholeNumber(const QString &text)
-{
-    static const QRegularExpression digits(u"^-?[0-9]+$"_s);
-    bool ok = false;
-    const qlonglong value = digits.match(text).hasMatch() ? text.toLongLong(&ok) : 0;
-    return ok ? std::optional(value) : std::nullopt;
-}
-
 class Parser
 {
 public:
@@ -126,7 +115,23 @@ private:
     QString takeNumber(QLatin1StringView option, const QString &value, int min, int max, int *to);
     QString takeFormatName(const QString &option, Format format);
     QString takeProtocol(QAbstractSocket::NetworkLayerProtocol protocol);
-    QString takeStoredTest(const QString &word);
+    QString takeStoredTest(const QString &word)
+    {
+        return keep(OptionValues::storedTest(word), &line.storedTest,
+                    CommandLine::tr("show takes an ID such as 17, or SERIES/TEST such as 3/12, not "
+                                    "%1.")
+                        .arg(quoted(word)));
+    }
+    /// The value where there is one, else what is wrong.
+    template <typename Value, typename Target>
+    static QString keep(const std::optional<Value> &value, Target *to, const QString &complaint)
+    {
+        if (!value) {
+            return complaint;
+        }
+        *to = *value;
+        return {};
+    }
     QString takeText(QLatin1StringView option, const QString &value, QString *to);
     static QString set(bool *flag)
     {
@@ -150,12 +155,23 @@ private:
         return takeNumber("--interval"_L1, v, 0, maxInterval, &line.interval);
     }
     QString resume(const QString &) { return set(&line.resume); }
-    QString maxBytes(const QString &v);
+    QString maxBytes(const QString &v)
+    {
+        return keep(OptionValues::budget(v), &line.budget,
+                    CommandLine::tr("--max-bytes takes a number of bytes from %1 on, also such as "
+                                    "500k, 10M or 2G, or 0 for no limit, not %2.")
+                        .arg(QString::number(DataBudget::minimum), quoted(v)));
+    }
     QString limit(const QString &v)
     {
         return takeNumber("--limit"_L1, v, 1, maxLimit, &line.limit);
     }
-    QString location(const QString &v);
+    QString location(const QString &v)
+    {
+        return keep(OptionValues::location(v), &line.location,
+                    CommandLine::tr("--location takes %1, not %2.")
+                        .arg(listed(OptionValues::locations()), quoted(v)));
+    }
     QString format(const QString &v);
     QString json(const QString &) { return takeFormatName(u"--json"_s, Format::Json); }
     QString csv(const QString &) { return takeFormatName(u"--csv"_s, Format::Csv); }
@@ -318,7 +334,7 @@ QString Parser::checkWhole() const
 QString Parser::takeNumber(QLatin1StringView option, const QString &value, int min, int max,
                            int *to)
 {
-    const auto number = wholeNumber(value);
+    const auto number = OptionValues::wholeNumber(value);
     if (!number || *number < min || *number > max) {
         return CommandLine::tr("%1 takes a whole number from %2 to %3, not %4.")
             .arg(option, QString::number(min), QString::number(max), quoted(value));
@@ -356,40 +372,6 @@ QString Parser::format(const QString &value)
     }
     return CommandLine::tr("--format of %1 takes %2, not %3.")
         .arg(CommandLine::name(line.command), listed(allowed), quoted(value));
-}
-
-QString Parser::location(const QString &value)
-{
-    static const QStringList codes = {u"Unknown"_s, u"Indoor"_s, u"Outdoor"_s,
-                                      u"Train"_s,   u"Car"_s,    u"Other"_s};
-    for (const QString &code : codes) {
-        if (code.compare(value, Qt::CaseInsensitive) == 0) {
-            line.location = code;
-            return {};
-        }
-    }
-    return CommandLine::tr("--location takes %1, not %2.").arg(listed(codes), quoted(value));
-}
-
-QString Parser::maxBytes(const QString &value)
-{
-    static const QRegularExpression size(u"^([0-9]+)([kMG]?)$"_s);
-    const auto match = size.match(value);
-    const QString unit = match.captured(2);
-    const qint64 factor = unit == "G"_L1   ? 1'000'000'000
-                          : unit == "M"_L1 ? 1'000'000
-                          : unit == "k"_L1 ? 1000
-                                           : 1;
-    const auto number = wholeNumber(match.captured(1));
-    const bool possible = number && *number <= std::numeric_limits<qint64>::max() / factor;
-    const qint64 bytes = possible ? *number * factor : -1;
-    if (bytes != 0 && bytes < DataBudget::minimum) {
-        return CommandLine::tr("--max-bytes takes a number of bytes from %1 on, also such as 500k, "
-                               "10M or 2G, or 0 for no limit, not %2.")
-            .arg(QString::number(DataBudget::minimum), quoted(value));
-    }
-    line.budget = DataBudget(bytes);
-    return {};
 }
 
 QString Parser::platform(const QString &value)
@@ -443,23 +425,6 @@ QString Parser::takeProtocol(QAbstractSocket::NetworkLayerProtocol protocol)
         return CommandLine::tr("%1 and %2 contradict each other.").arg(u"-4"_s, u"-6"_s);
     }
     line.protocol = protocol;
-    return {};
-}
-
-QString Parser::takeStoredTest(const QString &word)
-{
-    const QStringList parts = word.split(u'/');
-    const auto first = wholeNumber(parts.first());
-    const auto second = wholeNumber(parts.last());
-    if (parts.size() > 2 || !first || !second || *first < 1 || *second < 1) {
-        return CommandLine::tr("show takes an ID such as 17, or SERIES/TEST such as 3/12, not %1.")
-            .arg(quoted(word));
-    }
-    if (parts.size() == 1) {
-        line.storedTest.row = static_cast<qulonglong>(*first);
-    } else {
-        line.storedTest = {0, *first, *second};
-    }
     return {};
 }
 

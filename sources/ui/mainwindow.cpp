@@ -63,11 +63,7 @@ void MainWindow::windowReady()
     getController()->showInformation();
     ui->labelLoading->hide();
     showTestTab();
-    if (!storeOpen) {
-        storeDialogue->tellNotOpened();
-    } else {
-        offerInterrupted();
-    }
+    storeOpen ? offerInterrupted() : storeDialogue->tellNotOpened();
 }
 
 void MainWindow::createPages()

@@ -2,7 +2,6 @@
 
 #include "ui/map/mapprovider.h"
 
-#include <QFontMetricsF>
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsSceneWheelEvent>
 #include <QGuiApplication>
@@ -21,12 +20,7 @@ namespace {
 
 constexpr QColor beyondTheWorld(0xb9, 0xd9, 0xeb);
 constexpr QColor focusColour(0x0a, 0x74, 0x68);
-constexpr int keyboardStep = 64; // px
-/// A tile of this many levels above is too coarse to be better than the outline.
-constexpr int coarsestAncestor = 4;
-constexpr int creditsFontSize = 13; // px
-/// The zoom bar takes the right tenth.
-constexpr double creditsWidth = 0.88;
+constexpr int keyboardStep = 64;   // px
 constexpr double fanRadius = 108;  // px
 constexpr double fanStep = 34;     // degrees, a marker's width; upwards: the label opens below
 constexpr double fanLift = 14;     // px
@@ -35,14 +29,14 @@ constexpr double besideFan = 0.35; // opacity of the other markers
 } // namespace
 
 GeoMap::GeoMap(MapProvider &tiles)
-    : provider(tiles)
+    : ground(tiles)
 {
     setFlag(ItemUsesExtendedStyleOption);
     setFlag(ItemClipsToShape);
     setFlag(ItemIsFocusable);
     setFocusPolicy(Qt::StrongFocus);
     setAcceptedMouseButtons(Qt::LeftButton);
-    connect(&provider, &MapProvider::tileReady, this, &GeoMap::tileArrived);
+    connect(&tiles, &MapProvider::tileReady, this, &GeoMap::tileArrived);
 }
 
 GeoMap::~GeoMap() = default;
@@ -159,24 +153,7 @@ void GeoMap::setShown(bool on)
 void GeoMap::viewChanged()
 {
     view.size = size();
-    QList<TileId> tiles;
-    if (shown && !view.size.isEmpty()) {
-        std::vector<Square> visible = squares();
-        const QPointF middle = view.rect().center();
-        const auto distance = [&](const Square &square) {
-            return (square.place.center() - middle).manhattanLength();
-        };
-        std::stable_sort(visible.begin(), visible.end(), [&](const Square &a, const Square &b) {
-            return distance(a) < distance(b);
-        });
-        for (const Square &square : visible) {
-            if (!tiles.contains(square.tile)) {
-                tiles += square.tile;
-            }
-        }
-    }
-    provider.setVisible(tiles);
-    outline.setVisible(tiles);
+    ground.setVisible(shown ? view : MapView());
     update();
 }
 
@@ -187,43 +164,15 @@ void GeoMap::tileArrived(const TileId &tile)
     }
 }
 
-std::vector<GeoMap::Square> GeoMap::squares() const
-{
-    std::vector<Square> result;
-    const QPointF origin = view.origin();
-    const int count = 1 << view.zoom;
-    const auto index = [](double pixel) {
-        return static_cast<int>(std::floor(pixel / Mercator::tileSize));
-    };
-    const int lastColumn = index(origin.x() + view.size.width() - 1);
-    const int firstRow = std::max(0, index(origin.y()));
-    const int lastRow = std::min(count - 1, index(origin.y() + view.size.height() - 1));
-    for (int row = firstRow; row <= lastRow; ++row) {
-        for (int column = index(origin.x()); column <= lastColumn; ++column) {
-            const QPointF corner(static_cast<double>(column) * Mercator::tileSize,
-                                 static_cast<double>(row) * Mercator::tileSize);
-            result.push_back({{view.zoom, ((column % count) + count) % count, row},
-                              {corner - origin, QSizeF(Mercator::tileSize, Mercator::tileSize)}});
-        }
-    }
-    return result;
-}
-
 void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget)
 {
     Q_UNUSED(option)
     Q_UNUSED(widget)
     groupMarkers();
-    outline.setDevicePixelRatio(painter->device()->devicePixelRatio());
     painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform |
                             QPainter::TextAntialiasing);
     painter->fillRect(view.rect(), beyondTheWorld);
-    bool pictured = false;
-    for (const Square &square : squares()) {
-        if (paintSquare(*painter, square)) {
-            pictured = true;
-        }
-    }
+    const bool pictured = ground.paint(*painter, view);
 
     // Each object leaves pen, brush and font as it needs them.
     const QRectF visible = view.rect();
@@ -244,7 +193,7 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
     paintFan(*painter);
     // The bare outline is nobody's work but ours.
     if (pictured) {
-        paintCredits(*painter);
+        ground.paintCredits(*painter, view);
     }
     for (const MapObject *label : layers.labels) {
         paintIfVisible(*label);
@@ -254,58 +203,6 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
         painter->setPen(QPen(focusColour, 3));
         painter->drawRect(visible.adjusted(1.5, 1.5, -1.5, -1.5));
     }
-}
-
-bool GeoMap::paintSquare(QPainter &painter, const Square &square)
-{
-    const auto draw = [&](const QPixmap &picture, const QRectF &part) {
-        painter.drawPixmap(square.place, picture, part);
-        return true;
-    };
-    const QPixmap own = provider.tile(square.tile);
-    if (!own.isNull()) {
-        return draw(own, own.rect());
-    }
-    const QPixmap plain = outline.tile(square.tile);
-    draw(plain, plain.rect());
-    for (int levels = 1; levels <= std::min(coarsestAncestor, square.tile.zoom); ++levels) {
-        const TileId ancestor = square.tile.ancestor(levels);
-        const QPixmap coarse = provider.tile(ancestor);
-        if (coarse.isNull()) {
-            continue;
-        }
-        const int parts = 1 << levels;
-        const QSizeF part = QSizeF(coarse.size()) / parts;
-        const QPointF corner((square.tile.x % parts) * part.width(),
-                             (square.tile.y % parts) * part.height());
-        return draw(coarse, {corner, part});
-    }
-    return false;
-}
-
-void GeoMap::paintCredits(QPainter &painter) const
-{
-    // The words are the deployment's; those of the built-in one have translations.
-    static constexpr const char *builtIn = QT_TR_NOOP("(c) OpenStreetMap contributors");
-    QString text = provider.attribution();
-    if (text == QLatin1StringView(builtIn)) {
-        text = tr(builtIn);
-    }
-    if (text.isEmpty()) {
-        return;
-    }
-    text.replace("(c)"_L1, u"\u00a9"_s, Qt::CaseInsensitive);
-    QFont font = painter.font();
-    font.setBold(false);
-    font.setPixelSize(creditsFontSize);
-    const QFontMetricsF metrics(font);
-    text = metrics.elidedText(text, Qt::ElideRight, view.size.width() * creditsWidth - 12);
-    const double width = metrics.horizontalAdvance(text) + 12;
-    const QRectF band(0, view.size.height() - metrics.height() - 6, width, metrics.height() + 6);
-    painter.fillRect(band, QColor(255, 255, 255, 215));
-    painter.setFont(font);
-    painter.setPen(QColor(0x22, 0x26, 0x2a));
-    painter.drawText(band, Qt::AlignCenter, text);
 }
 
 void GeoMap::paintFan(QPainter &painter) const

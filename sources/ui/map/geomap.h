@@ -1,8 +1,8 @@
 #pragma once
 
+#include "ui/map/mapground.h"
 #include "ui/map/maptextobject.h"
 #include "ui/map/markercluster.h"
-#include "ui/map/outlineprovider.h"
 #include "ui/map/projection.h"
 
 #include <QGraphicsWidget>
@@ -83,12 +83,6 @@ private:
         MarkerCluster *cluster = nullptr;
         size_t first = 0; ///< index of the first member shown
     };
-    /// A column and row of tiles in the view; the column runs on over the ends of the world.
-    struct Square
-    {
-        TileId tile;
-        QRectF place; ///< px of this item
-    };
 
     void tapped(Marker &marker) override;
     void tapped(MapTextObject &label) override;
@@ -96,10 +90,6 @@ private:
     void forgetPress(const MapObject *object);
     void viewChanged();
     void tileArrived(const TileId &tile);
-    std::vector<Square> squares() const;
-    /// True when the provider had a picture of it.
-    bool paintSquare(QPainter &painter, const Square &square);
-    void paintCredits(QPainter &painter) const;
     void paintFan(QPainter &painter) const;
 
     void groupMarkers() const;
@@ -109,8 +99,7 @@ private:
     void closeFan();
     std::vector<std::pair<Marker *, QPointF>> fannedOut() const;
 
-    MapProvider &provider;
-    OutlineProvider outline;
+    MapGround ground;
     MapView view;
     bool shown = false;
     bool panActive = false;

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "cli/commandline.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace velometer {
+
+/// What the values of the command line's options mean; nothing for what makes no sense.
+namespace OptionValues {
+
+/// A whole number in plain digits, of at most 64 bits.
+std::optional<qint64> wholeNumber(const QString &text);
+
+/// A number of bytes, also with k, M or G (decimal); 0 is no limit, less than DataBudget::minimum
+/// makes no sense.
+std::optional<DataBudget> budget(const QString &text);
+
+/// The location codes, and the one that is meant, in any letter case.
+QStringList locations();
+std::optional<QString> location(const QString &text);
+
+/// "17", or "3/12" for a test of a series.
+std::optional<CommandLine::StoredTest> storedTest(const QString &text);
+
+} // namespace OptionValues
+
+} // namespace velometer
