@@ -123,6 +123,20 @@ private Q_SLOTS:
         QCOMPARE(ProgramHome::end(*client).status, 130);
     }
 
+    void waitsForAModemToTellItsOperator()
+    {
+        QVERIFY(phone->startModem() && phone->startNetwork());
+        QVERIFY(phone->set(MockPhone::gpp, u"OperatorCode"_s, u"22802"_s));
+        bus->freezeService(MockPhone::modemService);
+        const auto client = start({u"--json"_s, u"--allow-roaming"_s});
+        QTest::qWait(250); // more than the client needs until it asks
+        bus->thawService(MockPhone::modemService);
+        // Nothing serves there, so that the test ends soon.
+        const auto ended = ProgramHome::end(*client);
+        QCOMPARE(ended.status, 5);
+        QCOMPARE(object(ended)[u"server"_s][u"name"_s], u"Sunrise"_s);
+    }
+
     void measuresAbroadOnlyWhenAllowed()
     {
         QVERIFY(phone->startModem() && phone->startNetwork());

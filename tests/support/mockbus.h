@@ -108,6 +108,10 @@ public:
     {
         ::kill(static_cast<pid_t>(services[service]->processId()), SIGSTOP);
     }
+    void thawService(const QString &service)
+    {
+        ::kill(static_cast<pid_t>(services[service]->processId()), SIGCONT);
+    }
 
     bool addObject(const QString &service, const QString &path, const QString &interface,
                    const QVariantMap &values)
