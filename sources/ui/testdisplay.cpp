@@ -129,8 +129,9 @@ void TestDisplay::testsMissed(int first, int last)
                           .arg(first)
                           .arg(last));
     } else {
-        testTab->addNote(
-            tr("Tests from %1 to %2 of %3 were missed.").arg(first).arg(last).arg(count));
+        // The line on the page counts down already.
+        Q_EMIT notice(tr("Test Series"),
+                      tr("Tests from %1 to %2 of %3 were missed.").arg(first).arg(last).arg(count));
     }
 }
 
