@@ -3,6 +3,8 @@
 #include "cli/optionvalues.h"
 #include "utils/quoted.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <array>
 #include <iterator>

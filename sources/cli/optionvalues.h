@@ -7,10 +7,8 @@
 
 #include <optional>
 
-namespace velometer {
-
 /// What the values of the command line's options mean; nothing for what makes no sense.
-namespace OptionValues {
+namespace velometer::OptionValues {
 
 /// A whole number in plain digits, of at most 64 bits.
 std::optional<qint64> wholeNumber(const QString &text);
@@ -26,6 +24,4 @@ std::optional<QString> location(const QString &text);
 /// "17", or "3/12" for a test of a series.
 std::optional<CommandLine::StoredTest> storedTest(const QString &text);
 
-} // namespace OptionValues
-
-} // namespace velometer
+} // namespace velometer::OptionValues

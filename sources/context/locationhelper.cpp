@@ -133,10 +133,12 @@ void LocationHelper::positionUpdated()
         return;
     }
     // A path is made of places: an update that names none adds nothing to it.
-    if (latest->hasPlace() && myLocations.size() < maxSamples) {
-        myLocations.append({latest->time.value_or(0), *latest->longitude, *latest->latitude,
-                            latest->altitude.value_or(-1), latest->horizontalAccuracy.value_or(-1),
-                            latest->verticalAccuracy.value_or(-1), latest->hasLock()});
+    const Position here = latest.value_or(Position());
+    if (here.hasPlace() && myLocations.size() < maxSamples) {
+        myLocations.append({here.time.value_or(0), here.longitude.value_or(0),
+                            here.latitude.value_or(0), here.altitude.value_or(-1),
+                            here.horizontalAccuracy.value_or(-1),
+                            here.verticalAccuracy.value_or(-1), here.hasLock()});
     }
     Utils::addLogEntry(u"GPS Position updated: %1 %2 %3 %4 %5 %6"_s.arg(
         getTimestamp(), getLatitude(), getLongitude(), getAltitude(), getAccuracyHor(),

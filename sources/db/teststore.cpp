@@ -138,7 +138,7 @@ qulonglong TestStore::store(const FinishedTest &finished)
     Transaction transaction(db);
     const bool stored = transaction.isOpen() && storeRow(test) && storeDetails(test) &&
                         storeLists(test) && transaction.commit();
-    return stored ? static_cast<qulonglong>(*test.storedId) : 0;
+    return stored ? static_cast<qulonglong>(test.storedId.value_or(0)) : 0;
 }
 
 bool TestStore::storeRow(FinishedTest &test)
@@ -182,7 +182,7 @@ bool TestStore::storeDetails(const FinishedTest &test)
         const bool isText = type == QMetaType::QString;
         const bool isReal = type == QMetaType::Double;
         const QVariant none;
-        insert.bindValue(0, *test.storedId);
+        insert.bindValue(0, test.storedId.value_or(0));
         insert.bindValue(1, entry.key());
         insert.bindValue(2, isText ? u"s"_s : isReal ? u"f"_s : u"l"_s);
         insert.bindValue(3, isText ? *entry : none);
@@ -206,7 +206,7 @@ bool TestStore::storeLists(const FinishedTest &test)
         }
         QSqlQuery insert(db);
         insert.prepare(INSERT_INTO_TESTINTERVALS);
-        insert.addBindValue(*test.storedId);
+        insert.addBindValue(test.storedId.value_or(0));
         insert.addBindValue(field.list);
         insert.addBindValue(values.join(u','));
         if (!succeeded(insert, insert.exec())) {
@@ -295,7 +295,7 @@ FinishedTest TestStore::test(const DBTestResults &row)
 void TestStore::readLists(FinishedTest &test)
 {
     QSqlQuery query(db);
-    query.exec(QString(SELECT_ALL_TESTINTERVALS).arg(*test.storedId));
+    query.exec(QString(SELECT_ALL_TESTINTERVALS).arg(test.storedId.value_or(0)));
     while (query.next()) {
         const int number = query.value(0).toInt();
         QVariantList values;

@@ -88,9 +88,9 @@ void ScriptState::applyNetwork(const ScriptEvent &event)
     const auto take = [](auto &kept, const auto &told) { kept = told.value_or(kept); };
     const auto takeNumber = [](auto &kept, const std::optional<int> &told) {
         if (told) {
-            kept.reset();
-            if (*told >= 0) {
-                kept = *told;
+            kept = told;
+            if (*told < 0) {
+                kept.reset();
             }
         }
     };
