@@ -201,8 +201,6 @@ function(velometer_tests name)
     endif()
     set(program ${name}_tests)
     add_executable(${program} ${arg_FILES})
-    # Each test names its own things as it likes; only libraries are compiled in one piece.
-    set_target_properties(${program} PROPERTIES UNITY_BUILD OFF)
     set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     target_link_libraries(${program} PRIVATE ${arg_LINKS} velometer_test_support)
     velometer_warnings(${program})
