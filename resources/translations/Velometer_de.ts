@@ -4,36 +4,8 @@
 <context>
     <name>CommandLine</name>
     <message>
-        <source>%1 or %2</source>
-        <translation>%1 oder %2</translation>
-    </message>
-    <message>
-        <source>There is no option %1; --help lists them.</source>
-        <translation>Die Option %1 gibt es nicht; --help zählt alle auf.</translation>
-    </message>
-    <message>
-        <source>%1 takes no value.</source>
-        <translation>%1 nimmt keinen Wert.</translation>
-    </message>
-    <message>
-        <source>%1 needs a value.</source>
-        <translation>%1 braucht einen Wert.</translation>
-    </message>
-    <message>
-        <source>There is no command %1; use %2.</source>
-        <translation>Den Befehl %1 gibt es nicht; möglich sind %2.</translation>
-    </message>
-    <message>
         <source>show needs the ID of a test, as results lists it.</source>
         <translation>show braucht die ID eines Tests, wie results sie zeigt.</translation>
-    </message>
-    <message>
-        <source>%1 does not know what to do with %2.</source>
-        <translation>%1 kann mit %2 nichts anfangen.</translation>
-    </message>
-    <message>
-        <source>%1 is no option of %2.</source>
-        <translation>%1 ist keine Option von %2.</translation>
     </message>
     <message>
         <source>--interval needs --count with at least 2 tests.</source>
@@ -44,300 +16,198 @@
         <translation>export braucht --format mit %1.</translation>
     </message>
     <message>
-        <source>%1 takes a whole number from %2 to %3, not %4.</source>
-        <translation>%1 nimmt eine ganze Zahl von %2 bis %3, nicht %4.</translation>
-    </message>
-    <message>
-        <source>%1 and %2 contradict each other.</source>
-        <translation>%1 und %2 widersprechen sich.</translation>
-    </message>
-    <message>
-        <source>--format of %1 takes %2, not %3.</source>
-        <translation>--format von %1 nimmt %2, nicht %3.</translation>
-    </message>
-    <message>
-        <source>--location takes %1, not %2.</source>
-        <translation>--location nimmt %1, nicht %2.</translation>
-    </message>
-    <message>
-        <source>--progress takes auto, yes or no, not %1.</source>
-        <translation>--progress nimmt auto, yes oder no, nicht %1.</translation>
-    </message>
-    <message>
-        <source>show takes an ID such as 17, or SERIES/TEST such as 3/12, not %1.</source>
-        <translation>show nimmt eine ID wie 17 oder SERIE/TEST wie 3/12, nicht %1.</translation>
-    </message>
-    <message>
-        <source>Everywhere:
-  --config FILE     where the service lives (else VELOMETER_CONFIG, else
-                    velometer/deployment.conf)
-  --data-dir DIR    keep the results there
-  --verbose         the diagnostic log, to standard error
-  --version, --help
-</source>
-        <translation>Überall:
-  --config FILE     wo der Dienst steht (sonst VELOMETER_CONFIG, sonst
-                    velometer/deployment.conf)
-  --data-dir DIR    die Resultate dort ablegen
-  --verbose         das Diagnoseprotokoll, auf die Standardfehlerausgabe
-  --version, --help
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli measures download, upload and round-trip time of this connection.
-
-  velometer-cli [test]       run a test, or a series of them
-  velometer-cli results      list the stored tests
-  velometer-cli show ID      one stored test
-  velometer-cli export       all stored tests for other programs
-  velometer-cli servers      the servers to test against
-  velometer-cli context      what the device tells about itself right now
-  velometer-cli resend       deliver the reports that wait
-  velometer-cli new-series   start a new series of tests
-  velometer-cli clear        delete all stored tests and waiting reports
-
-COMMAND --help tells more about each.
-</source>
-        <translation>velometer-cli misst Download, Upload und Antwortzeit dieser Verbindung.
-
-  velometer-cli [test]       einen Test oder eine Serie ausführen
-  velometer-cli results      die gespeicherten Tests auflisten
-  velometer-cli show ID      ein gespeicherter Test
-  velometer-cli export       alle gespeicherten Tests für andere Programme
-  velometer-cli servers      die Server, gegen die gemessen wird
-  velometer-cli context      was das Gerät gerade über sich sagt
-  velometer-cli resend       die wartenden Berichte abliefern
-  velometer-cli new-series   eine neue Testserie beginnen
-  velometer-cli clear        alle gespeicherten Tests und wartenden Berichte löschen
-
-BEFEHL --help sagt zu jedem mehr.
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli results [--format text|json|csv] [--limit N]
-
-Lists the stored tests, the newest first.
-
-Examples:
-  velometer-cli results --limit 10
-  velometer-cli results --json
-</source>
-        <translation>velometer-cli results [--format text|json|csv] [--limit N]
-
-Listet die gespeicherten Tests auf, den neusten zuerst.
-
-Beispiele:
-  velometer-cli results --limit 10
-  velometer-cli results --json
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli show ID [--format text|json|csv]
-
-One stored test: ID as results lists it, or SERIES/TEST.
-
-Examples:
-  velometer-cli show 17
-  velometer-cli show 3/12 --json
-</source>
-        <translation>velometer-cli show ID [--format text|json|csv]
-
-Ein gespeicherter Test: ID, wie results sie zeigt, oder SERIE/TEST.
-
-Beispiele:
-  velometer-cli show 17
-  velometer-cli show 3/12 --json
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli export --format csv|json|geojson|gpx
-
-All stored tests, the newest first: a table, a JSON object a line, a GeoJSON
-collection, or a GPX waypoint for each test whose position is known.
-
-Examples:
-  velometer-cli export --format csv &gt; tests.csv
-  velometer-cli export --format gpx &gt; tests.gpx
-</source>
-        <translation>velometer-cli export --format csv|json|geojson|gpx
-
-Alle gespeicherten Tests, der neuste zuerst: eine Tabelle, ein JSON-Objekt pro
-Zeile, eine GeoJSON-Sammlung oder ein GPX-Wegpunkt für jeden Test mit Position.
-
-Beispiele:
-  velometer-cli export --format csv &gt; tests.csv
-  velometer-cli export --format gpx &gt; tests.gpx
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli servers [--format text|json|csv]
-
-The servers to test against; a star marks the one used last.
-
-Example:
-  velometer-cli servers
-</source>
-        <translation>velometer-cli servers [--format text|json|csv]
-
-Die Server, gegen die gemessen wird; ein Stern bezeichnet den zuletzt benutzten.
-
-Beispiel:
-  velometer-cli servers
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]
-
-Offers the waiting reports to the service once. Exit status 0: none waits any
-more, 1: the service did not take them all, 5: it cannot be reached.
-
-Example:
-  velometer-cli resend
-</source>
-        <translation>velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]
-
-Bietet dem Dienst die wartenden Berichte einmal an. Rückgabewert 0: keiner wartet
-mehr, 1: der Dienst hat nicht alle angenommen, 5: er ist nicht erreichbar.
-
-Beispiel:
-  velometer-cli resend
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli new-series
-
-The tests from now on belong to a new series and are counted from 1.
-
-Example:
-  velometer-cli new-series &amp;&amp; velometer-cli --count 5 --interval 60
-</source>
-        <translation>velometer-cli new-series
-
-Die Tests gehören von jetzt an zu einer neuen Serie und zählen ab 1.
-
-Beispiel:
-  velometer-cli new-series &amp;&amp; velometer-cli --count 5 --interval 60
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli clear --yes
-
-Deletes all stored tests and all waiting reports. Without --yes it only says
-what it would delete.
-
-Example:
-  velometer-cli clear --yes
-</source>
-        <translation>velometer-cli clear --yes
-
-Löscht alle gespeicherten Tests und alle wartenden Berichte. Ohne --yes sagt der
-Befehl nur, was er löschen würde.
-
-Beispiel:
-  velometer-cli clear --yes
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli context [--watch] [--format text|json|csv]
-                      [--platform system|scripted:FILE|none]
-                      [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]
-
-What the device tells about network, position and itself, and what it does not.
-With --watch again after every change, until interrupted.
-
-Examples:
-  velometer-cli context --json
-  velometer-cli context --position nmea:/dev/ttyACM0
-  velometer-cli context --watch
-</source>
-        <translation>velometer-cli context [--watch] [--format text|json|csv]
-                      [--platform system|scripted:FILE|none]
-                      [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]
-
-Was das Gerät über Netz, Position und sich selbst sagt und was nicht.
-Mit --watch erneut nach jeder Änderung, bis zum Abbruch.
-
-Beispiele:
-  velometer-cli context --json
-  velometer-cli context --position nmea:/dev/ttyACM0
-  velometer-cli context --watch
-</translation>
-    </message>
-    <message>
-        <source>--max-bytes takes a number of bytes from %1 on, also such as 500k, 10M or 2G, or 0 for no limit, not %2.</source>
-        <translation>--max-bytes verlangt eine Anzahl Bytes ab %1, auch in der Form 500k, 10M oder 2G, oder 0 für kein Limit, nicht %2.</translation>
-    </message>
-    <message>
-        <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
-3 the store cannot be opened or written, 4 roaming or over the data budget,
-5 no network or no server, 130 interrupted, 143 terminated.
-</source>
-        <translation>Rückgabewert: 0 erledigt, 1 der Dienst hat den Test abgelehnt oder abgebrochen,
-2 falscher Aufruf, 3 die Ablage lässt sich nicht öffnen oder schreiben, 4 Roaming
-oder Datenlimit erreicht, 5 kein Netz oder kein Server, 130 unterbrochen, 143 beendet.
-</translation>
-    </message>
-    <message>
         <source>--resume goes on with what the series began with; leave out --count, --interval and --location.</source>
         <translation>--resume setzt die Serie fort, wie sie begann; --count, --interval und --location weglassen.</translation>
     </message>
     <message>
-        <source>velometer-cli [test] [options]
-
-  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
-  --count N                  so many tests (1 to 100000)
-  --interval SECONDS         from start to start (0 to 604800)
-  --resume                   go on with a series that was interrupted
-  --max-bytes N              download and upload of a test end when they have moved
-                             N bytes together (from 100000; 500k, 10M, 2G), 0 for
-                             no limit; else what the settings page says
-  --format text|json|csv     also --json, --csv
-  --json-stream              events as they happen, one JSON object a line
-  --progress auto|yes|no     to standard error; auto: on a terminal
-  --allow-roaming            test even when it may be expensive
-  -4, -6                     only IPv4, only IPv6
-  --platform system|scripted:FILE|none
-                             ask the device, replay a recorded one, or do
-                             without modem and position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                             positions from a receiver, or from a recording at
-                             its pace, whatever the platform
-
-Examples:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --position gpsd --count 60 --interval 60
-  velometer-cli --json | jq .download.avg_bps
-</source>
-        <translation>velometer-cli [test] [Optionen]
-
-  --server NAME|HOST[:PORT]  ein Server der Liste oder ein anderer (Port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car oder Other
-  --count N                  so viele Tests (1 bis 100000)
-  --interval SECONDS         von Start zu Start (0 bis 604800)
-  --resume                   eine unterbrochene Serie fortsetzen
-  --max-bytes N              Download und Upload eines Tests enden, wenn sie zusammen
-                             N Bytes bewegt haben (ab 100000; 500k, 10M, 2G), 0 für
-                             kein Limit; sonst gilt die Seite mit den Einstellungen
-  --format text|json|csv     auch --json, --csv
-  --json-stream              Ereignisse laufend, ein JSON-Objekt pro Zeile
-  --progress auto|yes|no     auf die Standardfehlerausgabe; auto: an einem Terminal
-  --allow-roaming            auch messen, wenn es teuer werden kann
-  -4, -6                     nur IPv4, nur IPv6
-  --platform system|scripted:FILE|none
-                             das Gerät fragen, ein aufgezeichnetes abspielen oder
-                             ohne Modem und Position auskommen
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                             Positionen von einem Empfänger oder aus einer Aufzeichnung
-                             in ihrem Takt, auf jedem Gerät
-
-Beispiele:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --position gpsd --count 60 --interval 60
-  velometer-cli --json | jq .download.avg_bps
-</translation>
+        <source>velometer-cli measures download, upload and round-trip time of this connection.</source>
+        <translation>velometer-cli misst Download, Upload und Antwortzeit dieser Verbindung.</translation>
+    </message>
+    <message>
+        <source>run a test, or a series of them</source>
+        <translation>einen Test durchführen, oder eine Serie davon</translation>
+    </message>
+    <message>
+        <source>list the stored tests</source>
+        <translation>die gespeicherten Tests auflisten</translation>
+    </message>
+    <message>
+        <source>Lists the stored tests, the newest first.</source>
+        <translation>Listet die gespeicherten Tests auf, den neuesten zuerst.</translation>
+    </message>
+    <message>
+        <source>one stored test</source>
+        <translation>ein gespeicherter Test</translation>
+    </message>
+    <message>
+        <source>One stored test: ID as results lists it, or SERIES/TEST.</source>
+        <translation>Ein gespeicherter Test: ID wie in results, oder SERIE/TEST.</translation>
+    </message>
+    <message>
+        <source>all stored tests for other programs</source>
+        <translation>alle gespeicherten Tests für andere Programme</translation>
+    </message>
+    <message>
+        <source>All stored tests, the newest first: a table, a JSON object a line, a GeoJSON
+collection, or a GPX waypoint for each test whose position is known.</source>
+        <translation>Alle gespeicherten Tests, der neueste zuerst: eine Tabelle, ein JSON-Objekt je
+Zeile, eine GeoJSON-Sammlung oder ein GPX-Wegpunkt für jeden Test, dessen
+Position bekannt ist.</translation>
+    </message>
+    <message>
+        <source>the servers to test against</source>
+        <translation>die Server, gegen die getestet wird</translation>
+    </message>
+    <message>
+        <source>The servers to test against; a star marks the one used last.</source>
+        <translation>Die Server, gegen die getestet wird; ein Stern steht beim zuletzt verwendeten.</translation>
+    </message>
+    <message>
+        <source>what the device tells about itself right now</source>
+        <translation>was das Gerät gerade über sich verrät</translation>
+    </message>
+    <message>
+        <source>What the device tells about network, position and itself, and what it does not.
+With --watch again after every change, until interrupted.</source>
+        <translation>Was das Gerät über Netz, Position und sich selbst verrät, und was nicht.
+Mit --watch nach jeder Änderung wieder, bis zum Abbruch.</translation>
+    </message>
+    <message>
+        <source>deliver the reports that wait</source>
+        <translation>die wartenden Berichte abliefern</translation>
+    </message>
+    <message>
+        <source>Offers the waiting reports to the service once. Exit status 0: none waits any
+more, 1: the service did not take them all, 5: it cannot be reached.</source>
+        <translation>Bietet die wartenden Berichte dem Dienst einmal an. Exit-Status 0: keiner wartet
+mehr, 1: der Dienst nahm nicht alle, 5: er ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>start a new series of tests</source>
+        <translation>eine neue Testserie beginnen</translation>
+    </message>
+    <message>
+        <source>The tests from now on belong to a new series and are counted from 1.</source>
+        <translation>Die Tests von jetzt an gehören zu einer neuen Serie und zählen ab 1.</translation>
+    </message>
+    <message>
+        <source>delete all stored tests and waiting reports</source>
+        <translation>alle gespeicherten Tests und wartenden Berichte löschen</translation>
+    </message>
+    <message>
+        <source>Deletes all stored tests and all waiting reports. Without --yes it only says
+what it would delete.</source>
+        <translation>Löscht alle gespeicherten Tests und alle wartenden Berichte. Ohne --yes sagt es
+nur, was es löschen würde.</translation>
+    </message>
+    <message>
+        <source>a server of the list, or any other (port 80)</source>
+        <translation>ein Server der Liste oder ein anderer (Port 80)</translation>
+    </message>
+    <message>
+        <source>where you are; goes into the report</source>
+        <translation>wo Sie sind; steht im Bericht</translation>
+    </message>
+    <message>
+        <source>so many tests (1 to 100000)</source>
+        <translation>so viele Tests (1 bis 100000)</translation>
+    </message>
+    <message>
+        <source>from start to start (0 to 604800)</source>
+        <translation>von Start zu Start (0 bis 604800)</translation>
+    </message>
+    <message>
+        <source>go on with a series that was interrupted</source>
+        <translation>eine unterbrochene Serie fortsetzen</translation>
+    </message>
+    <message>
+        <source>download and upload of a test end when they have moved N bytes together (from 100000; 500k, 10M, 2G), 0 for no limit; else what the settings page says</source>
+        <translation>Download und Upload eines Tests enden, wenn sie zusammen N Bytes übertragen haben (ab 100000; 500k, 10M, 2G), 0 für keine Grenze; sonst, was die Einstellungen sagen</translation>
+    </message>
+    <message>
+        <source>a number of bytes from %1 on, also such as 500k, 10M or 2G, or 0 for no limit</source>
+        <translation>eine Zahl von Bytes ab %1, auch wie 500k, 10M oder 2G, oder 0 für keine Grenze</translation>
+    </message>
+    <message>
+        <source>test even when it may be expensive</source>
+        <translation>auch testen, wenn es teuer werden kann</translation>
+    </message>
+    <message>
+        <source>only IPv4</source>
+        <translation>nur IPv4</translation>
+    </message>
+    <message>
+        <source>only IPv6</source>
+        <translation>nur IPv6</translation>
+    </message>
+    <message>
+        <source>text, json or csv; of export csv, json, geojson or gpx</source>
+        <translation>text, json oder csv; bei export csv, json, geojson oder gpx</translation>
+    </message>
+    <message>
+        <source>the same as --format json</source>
+        <translation>dasselbe wie --format json</translation>
+    </message>
+    <message>
+        <source>the same as --format csv</source>
+        <translation>dasselbe wie --format csv</translation>
+    </message>
+    <message>
+        <source>events as they happen, one JSON object a line</source>
+        <translation>Ereignisse, wie sie geschehen, ein JSON-Objekt je Zeile</translation>
+    </message>
+    <message>
+        <source>to standard error; auto: on a terminal</source>
+        <translation>auf die Standardfehlerausgabe; auto: an einem Terminal</translation>
+    </message>
+    <message>
+        <source>at most so many tests</source>
+        <translation>höchstens so viele Tests</translation>
+    </message>
+    <message>
+        <source>really delete</source>
+        <translation>wirklich löschen</translation>
+    </message>
+    <message>
+        <source>ask the device, replay a recorded one, or do without modem and position</source>
+        <translation>das Gerät fragen, ein aufgezeichnetes abspielen oder ohne Modem und Position auskommen</translation>
+    </message>
+    <message>
+        <source>positions from a receiver, or from a recording at its pace, whatever the platform</source>
+        <translation>Positionen von einem Empfänger oder aus einer Aufzeichnung in deren Tempo, auf jeder Plattform</translation>
+    </message>
+    <message>
+        <source>print again whenever something changes</source>
+        <translation>bei jeder Änderung wieder ausgeben</translation>
+    </message>
+    <message>
+        <source>where the service lives (else VELOMETER_CONFIG, else velometer/deployment.conf)</source>
+        <translation>wo der Dienst ist (sonst VELOMETER_CONFIG, sonst velometer/deployment.conf)</translation>
+    </message>
+    <message>
+        <source>keep the results there</source>
+        <translation>die Ergebnisse dort aufbewahren</translation>
+    </message>
+    <message>
+        <source>the diagnostic log, to standard error</source>
+        <translation>das Diagnoseprotokoll, auf die Standardfehlerausgabe</translation>
+    </message>
+    <message>
+        <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
+3 the store cannot be opened or written, 4 roaming or over the data budget,
+5 no network or no server, 130 interrupted, 143 terminated.</source>
+        <translation>Exit-Status: 0 fertig, 1 der Dienst lehnte ab oder brach den Test, 2 falscher
+Aufruf, 3 die Datenbank lässt sich nicht öffnen oder schreiben, 4 Roaming oder
+über der Datengrenze, 5 kein Netz oder kein Server, 130 unterbrochen,
+143 beendet.</translation>
+    </message>
+    <message>
+        <source>an ID such as 17, or SERIES/TEST such as 3/12</source>
+        <translation>eine ID wie 17 oder SERIE/TEST wie 3/12</translation>
+    </message>
+    <message>
+        <source>--format of %1</source>
+        <translation>--format von %1</translation>
     </message>
 </context>
 <context>
@@ -369,74 +239,48 @@ Beispiele:
 <context>
     <name>Options</name>
     <message>
-        <source>%1; --help lists the options.</source>
-        <translation>%1; --help zählt die Optionen auf.</translation>
-    </message>
-    <message>
-        <source>There is no option %1; --help lists them.</source>
-        <translation>Die Option %1 gibt es nicht; --help zählt sie auf.</translation>
-    </message>
-    <message>
-        <source>velometer does not know what to do with %1; --help lists the options.</source>
-        <translation>velometer kann mit %1 nichts anfangen; --help zählt die Optionen auf.</translation>
-    </message>
-    <message>
-        <source>--%1 needs a value.</source>
-        <translation>--%1 braucht einen Wert.</translation>
-    </message>
-    <message>
-        <source>--language takes de or en, not %1.</source>
-        <translation>--language nimmt de oder en, nicht %1.</translation>
-    </message>
-    <message>
-        <source>--shell takes handset, phone or desktop, not %1.</source>
-        <translation>--shell nimmt handset, phone oder desktop, nicht %1.</translation>
-    </message>
-    <message>
         <source>There is no display; velometer-cli measures without one.</source>
         <translation>Es gibt keinen Bildschirm; velometer-cli misst ohne.</translation>
     </message>
     <message>
-        <source>velometer measures a mobile data connection: download, upload and round-trip time.
-
-usage: velometer [options]
-
-  --config FILE      deployment file: where the service and the test servers are
-  --data-dir DIR     where results are kept
-  --platform system|scripted:FILE|none
-                     asks the device, replays a recorded one, or does without modem and
-                     position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                     positions from a receiver or a recording of one
-  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
-                     (a window); without it what fits the screen
-  --language de|en   German or English; without it as chosen on the settings page
-  --verbose          writes the diagnostic log to standard error
-  --version          prints the version
-  --help             prints this text
-
-velometer-cli does the same without a display.
-</source>
-        <translation>velometer misst eine mobile Datenverbindung: Download, Upload und Antwortzeit.
-
-Aufruf: velometer [Optionen]
-
-  --config DATEI     Konfigurationsdatei: wo Dienst und Testserver sind
-  --data-dir ORDNER  wo die Resultate aufbewahrt werden
-  --platform system|scripted:DATEI|none
-                     fragt das Gerät, spielt ein aufgezeichnetes ab oder kommt ohne Modem
-                     und Position aus
-  --position nmea:DATEI|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                     Positionen von einem Empfänger oder aus einer Aufzeichnung
-  --shell NAME       handset (gedreht, ganzer Bildschirm), phone (ganzer Bildschirm) oder
-                     desktop (ein Fenster); ohne Angabe, was zum Bildschirm passt
-  --language de|en   Deutsch oder Englisch; ohne Angabe wie auf der Einstellungsseite gewählt
-  --verbose          schreibt das Diagnoseprotokoll auf die Standardfehlerausgabe
-  --version          zeigt die Version
-  --help             zeigt diesen Text
-
-velometer-cli tut dasselbe ohne Bildschirm.
-</translation>
+        <source>velometer measures a mobile data connection: download, upload and round-trip time.</source>
+        <translation>velometer misst eine mobile Datenverbindung: Download, Upload und Antwortzeit.</translation>
+    </message>
+    <message>
+        <source>deployment file: where the service and the test servers are</source>
+        <translation>Betriebsdatei: wo der Dienst und die Testserver sind</translation>
+    </message>
+    <message>
+        <source>where results are kept</source>
+        <translation>wo die Ergebnisse liegen</translation>
+    </message>
+    <message>
+        <source>asks the device, replays a recorded one, or does without modem and position</source>
+        <translation>fragt das Gerät, spielt ein aufgezeichnetes ab oder kommt ohne Modem und Position aus</translation>
+    </message>
+    <message>
+        <source>positions from a receiver or a recording of one</source>
+        <translation>Positionen von einem Empfänger oder einer Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>handset (turned, full screen), phone (full screen) or desktop (a window); without it what fits the screen</source>
+        <translation>handset (gedreht, ganzer Bildschirm), phone (ganzer Bildschirm) oder desktop (ein Fenster); sonst, was zum Bildschirm passt</translation>
+    </message>
+    <message>
+        <source>handset, phone or desktop</source>
+        <translation>handset, phone oder desktop</translation>
+    </message>
+    <message>
+        <source>German or English; without it as chosen on the settings page</source>
+        <translation>Deutsch oder Englisch; sonst wie in den Einstellungen gewählt</translation>
+    </message>
+    <message>
+        <source>writes the diagnostic log to standard error</source>
+        <translation>schreibt das Diagnoseprotokoll auf die Standardfehlerausgabe</translation>
+    </message>
+    <message>
+        <source>velometer-cli does the same without a display.</source>
+        <translation>velometer-cli leistet dasselbe ohne Bildschirm.</translation>
     </message>
 </context>
 <context>
@@ -451,6 +295,72 @@ velometer-cli tut dasselbe ohne Bildschirm.
     <message>
         <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
         <translation>--position nimmt nmea:DATEI, nmea:socket://HOST:PORT, gpsd oder gpsd://HOST:PORT, nicht %1.</translation>
+    </message>
+</context>
+<context>
+    <name>Syntax</name>
+    <message>
+        <source>%1 or %2</source>
+        <translation>%1 oder %2</translation>
+    </message>
+    <message>
+        <source>%1 takes no value.</source>
+        <translation>%1 nimmt keinen Wert.</translation>
+    </message>
+    <message>
+        <source>%1 is no option of %2.</source>
+        <translation>%1 ist keine Option von %2.</translation>
+    </message>
+    <message>
+        <source>There is no option %1; --help lists them.</source>
+        <translation>Es gibt keine Option %1; --help zählt sie auf.</translation>
+    </message>
+    <message>
+        <source>%1 does not know what to do with %2.</source>
+        <translation>%1 kann mit %2 nichts anfangen.</translation>
+    </message>
+    <message>
+        <source>There is no command %1; use %2.</source>
+        <translation>Es gibt keinen Befehl %1; möglich sind %2.</translation>
+    </message>
+    <message>
+        <source>%1 needs a value.</source>
+        <translation>%1 braucht einen Wert.</translation>
+    </message>
+    <message>
+        <source>COMMAND --help tells more about each.</source>
+        <translation>BEFEHL --help sagt mehr zu jedem.</translation>
+    </message>
+    <message>
+        <source>Everywhere:</source>
+        <translation>Überall:</translation>
+    </message>
+    <message>
+        <source>Examples:</source>
+        <translation>Beispiele:</translation>
+    </message>
+    <message>
+        <source>the version; this page</source>
+        <translation>die Version; diese Seite</translation>
+    </message>
+    <message>
+        <source>what a shell may complete, as a table</source>
+        <translation>was eine Shell ergänzen kann, als Tabelle</translation>
+    </message>
+</context>
+<context>
+    <name>Takes</name>
+    <message>
+        <source>%1 takes %2, not %3.</source>
+        <translation>%1 nimmt %2, nicht %3.</translation>
+    </message>
+    <message>
+        <source>%1 and %2 contradict each other.</source>
+        <translation>%1 und %2 widersprechen sich.</translation>
+    </message>
+    <message>
+        <source>a whole number from %1 to %2</source>
+        <translation>eine ganze Zahl von %1 bis %2</translation>
     </message>
 </context>
 <context>

@@ -4,36 +4,8 @@
 <context>
     <name>CommandLine</name>
     <message>
-        <source>%1 or %2</source>
-        <translation>%1 or %2</translation>
-    </message>
-    <message>
-        <source>There is no option %1; --help lists them.</source>
-        <translation>There is no option %1; --help lists them.</translation>
-    </message>
-    <message>
-        <source>%1 takes no value.</source>
-        <translation>%1 takes no value.</translation>
-    </message>
-    <message>
-        <source>%1 needs a value.</source>
-        <translation>%1 needs a value.</translation>
-    </message>
-    <message>
-        <source>There is no command %1; use %2.</source>
-        <translation>There is no command %1; use %2.</translation>
-    </message>
-    <message>
         <source>show needs the ID of a test, as results lists it.</source>
         <translation>show needs the ID of a test, as results lists it.</translation>
-    </message>
-    <message>
-        <source>%1 does not know what to do with %2.</source>
-        <translation>%1 does not know what to do with %2.</translation>
-    </message>
-    <message>
-        <source>%1 is no option of %2.</source>
-        <translation>%1 is no option of %2.</translation>
     </message>
     <message>
         <source>--interval needs --count with at least 2 tests.</source>
@@ -44,300 +16,196 @@
         <translation>export needs --format with %1.</translation>
     </message>
     <message>
-        <source>%1 takes a whole number from %2 to %3, not %4.</source>
-        <translation>%1 takes a whole number from %2 to %3, not %4.</translation>
-    </message>
-    <message>
-        <source>%1 and %2 contradict each other.</source>
-        <translation>%1 and %2 contradict each other.</translation>
-    </message>
-    <message>
-        <source>--format of %1 takes %2, not %3.</source>
-        <translation>--format of %1 takes %2, not %3.</translation>
-    </message>
-    <message>
-        <source>--location takes %1, not %2.</source>
-        <translation>--location takes %1, not %2.</translation>
-    </message>
-    <message>
-        <source>--progress takes auto, yes or no, not %1.</source>
-        <translation>--progress takes auto, yes or no, not %1.</translation>
-    </message>
-    <message>
-        <source>show takes an ID such as 17, or SERIES/TEST such as 3/12, not %1.</source>
-        <translation>show takes an ID such as 17, or SERIES/TEST such as 3/12, not %1.</translation>
-    </message>
-    <message>
-        <source>Everywhere:
-  --config FILE     where the service lives (else VELOMETER_CONFIG, else
-                    velometer/deployment.conf)
-  --data-dir DIR    keep the results there
-  --verbose         the diagnostic log, to standard error
-  --version, --help
-</source>
-        <translation>Everywhere:
-  --config FILE     where the service lives (else VELOMETER_CONFIG, else
-                    velometer/deployment.conf)
-  --data-dir DIR    keep the results there
-  --verbose         the diagnostic log, to standard error
-  --version, --help
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli measures download, upload and round-trip time of this connection.
-
-  velometer-cli [test]       run a test, or a series of them
-  velometer-cli results      list the stored tests
-  velometer-cli show ID      one stored test
-  velometer-cli export       all stored tests for other programs
-  velometer-cli servers      the servers to test against
-  velometer-cli context      what the device tells about itself right now
-  velometer-cli resend       deliver the reports that wait
-  velometer-cli new-series   start a new series of tests
-  velometer-cli clear        delete all stored tests and waiting reports
-
-COMMAND --help tells more about each.
-</source>
-        <translation>velometer-cli measures download, upload and round-trip time of this connection.
-
-  velometer-cli [test]       run a test, or a series of them
-  velometer-cli results      list the stored tests
-  velometer-cli show ID      one stored test
-  velometer-cli export       all stored tests for other programs
-  velometer-cli servers      the servers to test against
-  velometer-cli context      what the device tells about itself right now
-  velometer-cli resend       deliver the reports that wait
-  velometer-cli new-series   start a new series of tests
-  velometer-cli clear        delete all stored tests and waiting reports
-
-COMMAND --help tells more about each.
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli results [--format text|json|csv] [--limit N]
-
-Lists the stored tests, the newest first.
-
-Examples:
-  velometer-cli results --limit 10
-  velometer-cli results --json
-</source>
-        <translation>velometer-cli results [--format text|json|csv] [--limit N]
-
-Lists the stored tests, the newest first.
-
-Examples:
-  velometer-cli results --limit 10
-  velometer-cli results --json
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli show ID [--format text|json|csv]
-
-One stored test: ID as results lists it, or SERIES/TEST.
-
-Examples:
-  velometer-cli show 17
-  velometer-cli show 3/12 --json
-</source>
-        <translation>velometer-cli show ID [--format text|json|csv]
-
-One stored test: ID as results lists it, or SERIES/TEST.
-
-Examples:
-  velometer-cli show 17
-  velometer-cli show 3/12 --json
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli export --format csv|json|geojson|gpx
-
-All stored tests, the newest first: a table, a JSON object a line, a GeoJSON
-collection, or a GPX waypoint for each test whose position is known.
-
-Examples:
-  velometer-cli export --format csv &gt; tests.csv
-  velometer-cli export --format gpx &gt; tests.gpx
-</source>
-        <translation>velometer-cli export --format csv|json|geojson|gpx
-
-All stored tests, the newest first: a table, a JSON object a line, a GeoJSON
-collection, or a GPX waypoint for each test whose position is known.
-
-Examples:
-  velometer-cli export --format csv &gt; tests.csv
-  velometer-cli export --format gpx &gt; tests.gpx
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli servers [--format text|json|csv]
-
-The servers to test against; a star marks the one used last.
-
-Example:
-  velometer-cli servers
-</source>
-        <translation>velometer-cli servers [--format text|json|csv]
-
-The servers to test against; a star marks the one used last.
-
-Example:
-  velometer-cli servers
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]
-
-Offers the waiting reports to the service once. Exit status 0: none waits any
-more, 1: the service did not take them all, 5: it cannot be reached.
-
-Example:
-  velometer-cli resend
-</source>
-        <translation>velometer-cli resend [--server NAME|HOST[:PORT]] [-4|-6]
-
-Offers the waiting reports to the service once. Exit status 0: none waits any
-more, 1: the service did not take them all, 5: it cannot be reached.
-
-Example:
-  velometer-cli resend
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli new-series
-
-The tests from now on belong to a new series and are counted from 1.
-
-Example:
-  velometer-cli new-series &amp;&amp; velometer-cli --count 5 --interval 60
-</source>
-        <translation>velometer-cli new-series
-
-The tests from now on belong to a new series and are counted from 1.
-
-Example:
-  velometer-cli new-series &amp;&amp; velometer-cli --count 5 --interval 60
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli clear --yes
-
-Deletes all stored tests and all waiting reports. Without --yes it only says
-what it would delete.
-
-Example:
-  velometer-cli clear --yes
-</source>
-        <translation>velometer-cli clear --yes
-
-Deletes all stored tests and all waiting reports. Without --yes it only says
-what it would delete.
-
-Example:
-  velometer-cli clear --yes
-</translation>
-    </message>
-    <message>
-        <source>velometer-cli context [--watch] [--format text|json|csv]
-                      [--platform system|scripted:FILE|none]
-                      [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]
-
-What the device tells about network, position and itself, and what it does not.
-With --watch again after every change, until interrupted.
-
-Examples:
-  velometer-cli context --json
-  velometer-cli context --position nmea:/dev/ttyACM0
-  velometer-cli context --watch
-</source>
-        <translation>velometer-cli context [--watch] [--format text|json|csv]
-                      [--platform system|scripted:FILE|none]
-                      [--position nmea:FILE|nmea:socket://HOST:PORT|gpsd]
-
-What the device tells about network, position and itself, and what it does not.
-With --watch again after every change, until interrupted.
-
-Examples:
-  velometer-cli context --json
-  velometer-cli context --position nmea:/dev/ttyACM0
-  velometer-cli context --watch
-</translation>
-    </message>
-    <message>
-        <source>--max-bytes takes a number of bytes from %1 on, also such as 500k, 10M or 2G, or 0 for no limit, not %2.</source>
-        <translation>--max-bytes takes a number of bytes from %1 on, also such as 500k, 10M or 2G, or 0 for no limit, not %2.</translation>
-    </message>
-    <message>
-        <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
-3 the store cannot be opened or written, 4 roaming or over the data budget,
-5 no network or no server, 130 interrupted, 143 terminated.
-</source>
-        <translation>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
-3 the store cannot be opened or written, 4 roaming or over the data budget,
-5 no network or no server, 130 interrupted, 143 terminated.
-</translation>
-    </message>
-    <message>
         <source>--resume goes on with what the series began with; leave out --count, --interval and --location.</source>
         <translation>--resume goes on with what the series began with; leave out --count, --interval and --location.</translation>
     </message>
     <message>
-        <source>velometer-cli [test] [options]
-
-  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
-  --count N                  so many tests (1 to 100000)
-  --interval SECONDS         from start to start (0 to 604800)
-  --resume                   go on with a series that was interrupted
-  --max-bytes N              download and upload of a test end when they have moved
-                             N bytes together (from 100000; 500k, 10M, 2G), 0 for
-                             no limit; else what the settings page says
-  --format text|json|csv     also --json, --csv
-  --json-stream              events as they happen, one JSON object a line
-  --progress auto|yes|no     to standard error; auto: on a terminal
-  --allow-roaming            test even when it may be expensive
-  -4, -6                     only IPv4, only IPv6
-  --platform system|scripted:FILE|none
-                             ask the device, replay a recorded one, or do
-                             without modem and position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                             positions from a receiver, or from a recording at
-                             its pace, whatever the platform
-
-Examples:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --position gpsd --count 60 --interval 60
-  velometer-cli --json | jq .download.avg_bps
-</source>
-        <translation>velometer-cli [test] [options]
-
-  --server NAME|HOST[:PORT]  a server of the list, or any other (port 80)
-  --location CODE            Unknown, Indoor, Outdoor, Train, Car or Other
-  --count N                  so many tests (1 to 100000)
-  --interval SECONDS         from start to start (0 to 604800)
-  --resume                   go on with a series that was interrupted
-  --max-bytes N              download and upload of a test end when they have moved
-                             N bytes together (from 100000; 500k, 10M, 2G), 0 for
-                             no limit; else what the settings page says
-  --format text|json|csv     also --json, --csv
-  --json-stream              events as they happen, one JSON object a line
-  --progress auto|yes|no     to standard error; auto: on a terminal
-  --allow-roaming            test even when it may be expensive
-  -4, -6                     only IPv4, only IPv6
-  --platform system|scripted:FILE|none
-                             ask the device, replay a recorded one, or do
-                             without modem and position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                             positions from a receiver, or from a recording at
-                             its pace, whatever the platform
-
-Examples:
-  velometer-cli --location train
-  velometer-cli test --server sunrise --count 12 --interval 300 --csv
-  velometer-cli --position gpsd --count 60 --interval 60
-  velometer-cli --json | jq .download.avg_bps
-</translation>
+        <source>velometer-cli measures download, upload and round-trip time of this connection.</source>
+        <translation>velometer-cli measures download, upload and round-trip time of this connection.</translation>
+    </message>
+    <message>
+        <source>run a test, or a series of them</source>
+        <translation>run a test, or a series of them</translation>
+    </message>
+    <message>
+        <source>list the stored tests</source>
+        <translation>list the stored tests</translation>
+    </message>
+    <message>
+        <source>Lists the stored tests, the newest first.</source>
+        <translation>Lists the stored tests, the newest first.</translation>
+    </message>
+    <message>
+        <source>one stored test</source>
+        <translation>one stored test</translation>
+    </message>
+    <message>
+        <source>One stored test: ID as results lists it, or SERIES/TEST.</source>
+        <translation>One stored test: ID as results lists it, or SERIES/TEST.</translation>
+    </message>
+    <message>
+        <source>all stored tests for other programs</source>
+        <translation>all stored tests for other programs</translation>
+    </message>
+    <message>
+        <source>All stored tests, the newest first: a table, a JSON object a line, a GeoJSON
+collection, or a GPX waypoint for each test whose position is known.</source>
+        <translation>All stored tests, the newest first: a table, a JSON object a line, a GeoJSON
+collection, or a GPX waypoint for each test whose position is known.</translation>
+    </message>
+    <message>
+        <source>the servers to test against</source>
+        <translation>the servers to test against</translation>
+    </message>
+    <message>
+        <source>The servers to test against; a star marks the one used last.</source>
+        <translation>The servers to test against; a star marks the one used last.</translation>
+    </message>
+    <message>
+        <source>what the device tells about itself right now</source>
+        <translation>what the device tells about itself right now</translation>
+    </message>
+    <message>
+        <source>What the device tells about network, position and itself, and what it does not.
+With --watch again after every change, until interrupted.</source>
+        <translation>What the device tells about network, position and itself, and what it does not.
+With --watch again after every change, until interrupted.</translation>
+    </message>
+    <message>
+        <source>deliver the reports that wait</source>
+        <translation>deliver the reports that wait</translation>
+    </message>
+    <message>
+        <source>Offers the waiting reports to the service once. Exit status 0: none waits any
+more, 1: the service did not take them all, 5: it cannot be reached.</source>
+        <translation>Offers the waiting reports to the service once. Exit status 0: none waits any
+more, 1: the service did not take them all, 5: it cannot be reached.</translation>
+    </message>
+    <message>
+        <source>start a new series of tests</source>
+        <translation>start a new series of tests</translation>
+    </message>
+    <message>
+        <source>The tests from now on belong to a new series and are counted from 1.</source>
+        <translation>The tests from now on belong to a new series and are counted from 1.</translation>
+    </message>
+    <message>
+        <source>delete all stored tests and waiting reports</source>
+        <translation>delete all stored tests and waiting reports</translation>
+    </message>
+    <message>
+        <source>Deletes all stored tests and all waiting reports. Without --yes it only says
+what it would delete.</source>
+        <translation>Deletes all stored tests and all waiting reports. Without --yes it only says
+what it would delete.</translation>
+    </message>
+    <message>
+        <source>a server of the list, or any other (port 80)</source>
+        <translation>a server of the list, or any other (port 80)</translation>
+    </message>
+    <message>
+        <source>where you are; goes into the report</source>
+        <translation>where you are; goes into the report</translation>
+    </message>
+    <message>
+        <source>so many tests (1 to 100000)</source>
+        <translation>so many tests (1 to 100000)</translation>
+    </message>
+    <message>
+        <source>from start to start (0 to 604800)</source>
+        <translation>from start to start (0 to 604800)</translation>
+    </message>
+    <message>
+        <source>go on with a series that was interrupted</source>
+        <translation>go on with a series that was interrupted</translation>
+    </message>
+    <message>
+        <source>download and upload of a test end when they have moved N bytes together (from 100000; 500k, 10M, 2G), 0 for no limit; else what the settings page says</source>
+        <translation>download and upload of a test end when they have moved N bytes together (from 100000; 500k, 10M, 2G), 0 for no limit; else what the settings page says</translation>
+    </message>
+    <message>
+        <source>a number of bytes from %1 on, also such as 500k, 10M or 2G, or 0 for no limit</source>
+        <translation>a number of bytes from %1 on, also such as 500k, 10M or 2G, or 0 for no limit</translation>
+    </message>
+    <message>
+        <source>test even when it may be expensive</source>
+        <translation>test even when it may be expensive</translation>
+    </message>
+    <message>
+        <source>only IPv4</source>
+        <translation>only IPv4</translation>
+    </message>
+    <message>
+        <source>only IPv6</source>
+        <translation>only IPv6</translation>
+    </message>
+    <message>
+        <source>text, json or csv; of export csv, json, geojson or gpx</source>
+        <translation>text, json or csv; of export csv, json, geojson or gpx</translation>
+    </message>
+    <message>
+        <source>the same as --format json</source>
+        <translation>the same as --format json</translation>
+    </message>
+    <message>
+        <source>the same as --format csv</source>
+        <translation>the same as --format csv</translation>
+    </message>
+    <message>
+        <source>events as they happen, one JSON object a line</source>
+        <translation>events as they happen, one JSON object a line</translation>
+    </message>
+    <message>
+        <source>to standard error; auto: on a terminal</source>
+        <translation>to standard error; auto: on a terminal</translation>
+    </message>
+    <message>
+        <source>at most so many tests</source>
+        <translation>at most so many tests</translation>
+    </message>
+    <message>
+        <source>really delete</source>
+        <translation>really delete</translation>
+    </message>
+    <message>
+        <source>ask the device, replay a recorded one, or do without modem and position</source>
+        <translation>ask the device, replay a recorded one, or do without modem and position</translation>
+    </message>
+    <message>
+        <source>positions from a receiver, or from a recording at its pace, whatever the platform</source>
+        <translation>positions from a receiver, or from a recording at its pace, whatever the platform</translation>
+    </message>
+    <message>
+        <source>print again whenever something changes</source>
+        <translation>print again whenever something changes</translation>
+    </message>
+    <message>
+        <source>where the service lives (else VELOMETER_CONFIG, else velometer/deployment.conf)</source>
+        <translation>where the service lives (else VELOMETER_CONFIG, else velometer/deployment.conf)</translation>
+    </message>
+    <message>
+        <source>keep the results there</source>
+        <translation>keep the results there</translation>
+    </message>
+    <message>
+        <source>the diagnostic log, to standard error</source>
+        <translation>the diagnostic log, to standard error</translation>
+    </message>
+    <message>
+        <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
+3 the store cannot be opened or written, 4 roaming or over the data budget,
+5 no network or no server, 130 interrupted, 143 terminated.</source>
+        <translation>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
+3 the store cannot be opened or written, 4 roaming or over the data budget,
+5 no network or no server, 130 interrupted, 143 terminated.</translation>
+    </message>
+    <message>
+        <source>an ID such as 17, or SERIES/TEST such as 3/12</source>
+        <translation>an ID such as 17, or SERIES/TEST such as 3/12</translation>
+    </message>
+    <message>
+        <source>--format of %1</source>
+        <translation>--format of %1</translation>
     </message>
 </context>
 <context>
@@ -369,74 +237,48 @@ Examples:
 <context>
     <name>Options</name>
     <message>
-        <source>%1; --help lists the options.</source>
-        <translation>%1; --help lists the options.</translation>
-    </message>
-    <message>
-        <source>There is no option %1; --help lists them.</source>
-        <translation>There is no option %1; --help lists them.</translation>
-    </message>
-    <message>
-        <source>velometer does not know what to do with %1; --help lists the options.</source>
-        <translation>velometer does not know what to do with %1; --help lists the options.</translation>
-    </message>
-    <message>
-        <source>--%1 needs a value.</source>
-        <translation>--%1 needs a value.</translation>
-    </message>
-    <message>
-        <source>--language takes de or en, not %1.</source>
-        <translation>--language takes de or en, not %1.</translation>
-    </message>
-    <message>
-        <source>--shell takes handset, phone or desktop, not %1.</source>
-        <translation>--shell takes handset, phone or desktop, not %1.</translation>
-    </message>
-    <message>
         <source>There is no display; velometer-cli measures without one.</source>
         <translation>There is no display; velometer-cli measures without one.</translation>
     </message>
     <message>
-        <source>velometer measures a mobile data connection: download, upload and round-trip time.
-
-usage: velometer [options]
-
-  --config FILE      deployment file: where the service and the test servers are
-  --data-dir DIR     where results are kept
-  --platform system|scripted:FILE|none
-                     asks the device, replays a recorded one, or does without modem and
-                     position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                     positions from a receiver or a recording of one
-  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
-                     (a window); without it what fits the screen
-  --language de|en   German or English; without it as chosen on the settings page
-  --verbose          writes the diagnostic log to standard error
-  --version          prints the version
-  --help             prints this text
-
-velometer-cli does the same without a display.
-</source>
-        <translation>velometer measures a mobile data connection: download, upload and round-trip time.
-
-usage: velometer [options]
-
-  --config FILE      deployment file: where the service and the test servers are
-  --data-dir DIR     where results are kept
-  --platform system|scripted:FILE|none
-                     asks the device, replays a recorded one, or does without modem and
-                     position
-  --position nmea:FILE|nmea:socket://HOST:PORT|gpsd[://HOST[:PORT]]
-                     positions from a receiver or a recording of one
-  --shell NAME       handset (turned, full screen), phone (full screen) or desktop
-                     (a window); without it what fits the screen
-  --language de|en   German or English; without it as chosen on the settings page
-  --verbose          writes the diagnostic log to standard error
-  --version          prints the version
-  --help             prints this text
-
-velometer-cli does the same without a display.
-</translation>
+        <source>velometer measures a mobile data connection: download, upload and round-trip time.</source>
+        <translation>velometer measures a mobile data connection: download, upload and round-trip time.</translation>
+    </message>
+    <message>
+        <source>deployment file: where the service and the test servers are</source>
+        <translation>deployment file: where the service and the test servers are</translation>
+    </message>
+    <message>
+        <source>where results are kept</source>
+        <translation>where results are kept</translation>
+    </message>
+    <message>
+        <source>asks the device, replays a recorded one, or does without modem and position</source>
+        <translation>asks the device, replays a recorded one, or does without modem and position</translation>
+    </message>
+    <message>
+        <source>positions from a receiver or a recording of one</source>
+        <translation>positions from a receiver or a recording of one</translation>
+    </message>
+    <message>
+        <source>handset (turned, full screen), phone (full screen) or desktop (a window); without it what fits the screen</source>
+        <translation>handset (turned, full screen), phone (full screen) or desktop (a window); without it what fits the screen</translation>
+    </message>
+    <message>
+        <source>handset, phone or desktop</source>
+        <translation>handset, phone or desktop</translation>
+    </message>
+    <message>
+        <source>German or English; without it as chosen on the settings page</source>
+        <translation>German or English; without it as chosen on the settings page</translation>
+    </message>
+    <message>
+        <source>writes the diagnostic log to standard error</source>
+        <translation>writes the diagnostic log to standard error</translation>
+    </message>
+    <message>
+        <source>velometer-cli does the same without a display.</source>
+        <translation>velometer-cli does the same without a display.</translation>
     </message>
 </context>
 <context>
@@ -451,6 +293,72 @@ velometer-cli does the same without a display.
     <message>
         <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
         <translation>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</translation>
+    </message>
+</context>
+<context>
+    <name>Syntax</name>
+    <message>
+        <source>%1 or %2</source>
+        <translation>%1 or %2</translation>
+    </message>
+    <message>
+        <source>%1 takes no value.</source>
+        <translation>%1 takes no value.</translation>
+    </message>
+    <message>
+        <source>%1 is no option of %2.</source>
+        <translation>%1 is no option of %2.</translation>
+    </message>
+    <message>
+        <source>There is no option %1; --help lists them.</source>
+        <translation>There is no option %1; --help lists them.</translation>
+    </message>
+    <message>
+        <source>%1 does not know what to do with %2.</source>
+        <translation>%1 does not know what to do with %2.</translation>
+    </message>
+    <message>
+        <source>There is no command %1; use %2.</source>
+        <translation>There is no command %1; use %2.</translation>
+    </message>
+    <message>
+        <source>%1 needs a value.</source>
+        <translation>%1 needs a value.</translation>
+    </message>
+    <message>
+        <source>COMMAND --help tells more about each.</source>
+        <translation>COMMAND --help tells more about each.</translation>
+    </message>
+    <message>
+        <source>Everywhere:</source>
+        <translation>Everywhere:</translation>
+    </message>
+    <message>
+        <source>Examples:</source>
+        <translation>Examples:</translation>
+    </message>
+    <message>
+        <source>the version; this page</source>
+        <translation>the version; this page</translation>
+    </message>
+    <message>
+        <source>what a shell may complete, as a table</source>
+        <translation>what a shell may complete, as a table</translation>
+    </message>
+</context>
+<context>
+    <name>Takes</name>
+    <message>
+        <source>%1 takes %2, not %3.</source>
+        <translation>%1 takes %2, not %3.</translation>
+    </message>
+    <message>
+        <source>%1 and %2 contradict each other.</source>
+        <translation>%1 and %2 contradict each other.</translation>
+    </message>
+    <message>
+        <source>a whole number from %1 to %2</source>
+        <translation>a whole number from %1 to %2</translation>
     </message>
 </context>
 <context>

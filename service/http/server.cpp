@@ -59,7 +59,7 @@ struct Server::Private
         , io(service->options.threads)
     {}
 
-    bool listen(const ServerOptions::Endpoint &endpoint, QString *error);
+    bool listen(const Endpoint &endpoint, QString *error);
     asio::awaitable<void> accept(tcp::acceptor &acceptor);
     void serve(tcp::socket socket);
 
@@ -72,11 +72,11 @@ struct Server::Private
     std::vector<std::thread> threads;
 };
 
-bool Server::Private::listen(const ServerOptions::Endpoint &endpoint, QString *error)
+bool Server::Private::listen(const Endpoint &endpoint, QString *error)
 {
     boost::system::error_code failure;
-    const auto address = asio::ip::make_address(endpoint.address, failure);
-    const tcp::endpoint local(address, endpoint.port);
+    const auto address = asio::ip::make_address(endpoint.host.toStdString(), failure);
+    const tcp::endpoint local(address, static_cast<std::uint16_t>(endpoint.port));
     auto acceptor = std::make_unique<tcp::acceptor>(asio::make_strand(io));
     if (!failure) {
         acceptor->open(local.protocol(), failure);
@@ -87,7 +87,7 @@ bool Server::Private::listen(const ServerOptions::Endpoint &endpoint, QString *e
     if (!failure && address.is_v6()) {
         // "::" takes IPv4 as well, unless that has a listener of its own at the same port.
         const bool alone = std::ranges::any_of(service->options.listen, [&](const auto &other) {
-            return other.port == endpoint.port && other.address.find(':') == std::string::npos;
+            return other.port == endpoint.port && !other.host.contains(u':');
         });
         acceptor->set_option(asio::ip::v6_only(alone), failure);
     }
@@ -99,7 +99,7 @@ bool Server::Private::listen(const ServerOptions::Endpoint &endpoint, QString *e
     }
     if (failure) {
         *error = u"Cannot listen on %1: %2."_s.arg(
-            QString::fromStdString(endpoint.address + ':' + std::to_string(endpoint.port)),
+            u"%1:%2"_s.arg(Endpoint::bracketed(endpoint.host)).arg(endpoint.port),
             QString::fromStdString(failure.message()));
         return false;
     }

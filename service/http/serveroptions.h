@@ -1,5 +1,7 @@
 #pragma once
 
+#include "utils/endpoint.h"
+
 #include <QString>
 
 #include <chrono>
@@ -14,13 +16,8 @@ namespace velometer {
 /// the service away from the others.
 struct ServerOptions
 {
-    struct Endpoint
-    {
-        std::string address = "127.0.0.1"; ///< IPv4 or IPv6 in figures, without brackets
-        std::uint16_t port = 8080;         ///< 0: any free one
-    };
-
-    std::vector<Endpoint> listen{Endpoint{}};
+    /// IPv4 or IPv6 addresses; port 0: any free one.
+    std::vector<Endpoint> listen{{QStringLiteral("127.0.0.1"), 8080}};
     QString databaseFile;
     QString salt; ///< shared with the clients, see the hash of a report
     int threads = 1;

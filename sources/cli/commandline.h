@@ -41,7 +41,6 @@ public:
     };
 
     Command command = Command::Test;
-    bool commandGiven = false; ///< false: test, because no word said otherwise
     Format format = Format::Text;
     Progress progress = Progress::Auto;
     QString server; ///< name or endpoint, empty for the remembered one
@@ -60,17 +59,11 @@ public:
     PlatformChoice platform;
     bool watch = false; ///< print again whenever something changes
     bool verbose = false;
-    bool help = false;
-    bool version = false;
+    QString answer; ///< print this instead of working: a help page, the version, completions
 
     /// Reads @p arguments (without the program's name). At the first word that makes no sense
     /// nothing comes back and @p error says in one sentence what is wrong.
     static std::optional<CommandLine> parse(const QStringList &arguments, QString *error);
-
-    static QString name(Command command);
-
-    /// The help page of @p command; @p overview is the page of the program itself.
-    static QString helpText(Command command, bool overview);
 };
 
 } // namespace velometer

@@ -1,5 +1,7 @@
 #include "cli/optionvalues.h"
 
+#include "arguments/takes.h"
+
 #include <QRegularExpression>
 
 #include <limits>
@@ -7,14 +9,6 @@
 using namespace Qt::StringLiterals;
 
 namespace velometer {
-
-std::optional<qint64> OptionValues::wholeNumber(const QString &text)
-{
-    static const QRegularExpression digits(u"^-?[0-9]+$"_s);
-    bool ok = false;
-    const qint64 value = digits.match(text).hasMatch() ? text.toLongLong(&ok) : 0;
-    return ok ? std::optional(value) : std::nullopt;
-}
 
 std::optional<DataBudget> OptionValues::budget(const QString &text)
 {
@@ -25,7 +19,7 @@ std::optional<DataBudget> OptionValues::budget(const QString &text)
                           : unit == "M"_L1 ? 1'000'000
                           : unit == "k"_L1 ? 1000
                                            : 1;
-    const auto number = wholeNumber(match.captured(1));
+    const auto number = Takes::wholeNumber(match.captured(1));
     if (!number || *number > std::numeric_limits<qint64>::max() / factor) {
         return std::nullopt;
     }
@@ -53,8 +47,8 @@ std::optional<QString> OptionValues::location(const QString &text)
 std::optional<CommandLine::StoredTest> OptionValues::storedTest(const QString &text)
 {
     const QStringList parts = text.split(u'/');
-    const auto first = wholeNumber(parts.first());
-    const auto second = wholeNumber(parts.last());
+    const auto first = Takes::wholeNumber(parts.first());
+    const auto second = Takes::wholeNumber(parts.last());
     if (parts.size() > 2 || !first || !second || *first < 1 || *second < 1) {
         return std::nullopt;
     }

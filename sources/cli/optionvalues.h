@@ -10,9 +10,6 @@
 /// What the values of the command line's options mean; nothing for what makes no sense.
 namespace velometer::OptionValues {
 
-/// A whole number in plain digits, of at most 64 bits.
-std::optional<qint64> wholeNumber(const QString &text);
-
 /// A number of bytes, also with k, M or G (decimal); 0 is no limit, less than DataBudget::minimum
 /// makes no sense.
 std::optional<DataBudget> budget(const QString &text);

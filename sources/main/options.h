@@ -19,13 +19,11 @@ struct Options
     QString language;               ///< "de" or "en"; empty: as chosen before, else the system's
     std::optional<ShellKind> shell; ///< none: what fits the screen
     bool verbose = false;
-    bool version = false;
-    bool help = false;
+    QString answer; ///< print this instead of starting: the help page, the version, completions
 
     /// The options in @p arguments (without the program's name). When they make no sense, nothing
     /// comes back and @p error says in one sentence why.
     static std::optional<Options> parse(const QStringList &arguments, QString *error);
-    static QString helpText();
     /// One sentence for who starts the program where nothing can be shown.
     static QString noDisplay();
 };

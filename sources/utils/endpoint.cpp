@@ -68,6 +68,22 @@ std::optional<Endpoint> Endpoint::parse(const QString &text, int defaultPort)
     return checked(text.left(colon), parsePort(QStringView(text).mid(colon + 1)));
 }
 
+std::optional<Endpoint> Endpoint::parseAddress(const QString &text)
+{
+    static const QRegularExpression form(
+        u"\\A(?:\\[([0-9A-Fa-f:.]+)\\]|([0-9.]+)):([0-9]{1,5})\\z"_s);
+    const auto match = form.match(text);
+    const bool six = !match.captured(1).isEmpty();
+    const QHostAddress address(match.captured(six ? 1 : 2));
+    const int port = match.captured(3).toInt();
+    if (!match.hasMatch() || port > 65535 ||
+        address.protocol() !=
+            (six ? QAbstractSocket::IPv6Protocol : QAbstractSocket::IPv4Protocol)) {
+        return std::nullopt;
+    }
+    return Endpoint{address.toString(), port};
+}
+
 QString Endpoint::bracketed(const QString &host)
 {
     return host.contains(u':') ? u'[' + host + u']' : host;

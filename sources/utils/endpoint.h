@@ -18,6 +18,10 @@ struct Endpoint
     /// endpoint. International names come back in their ASCII form.
     static std::optional<Endpoint> parse(const QString &text, int defaultPort);
 
+    /// An address in figures and a port from 0 on, both of them, as a server listens to them:
+    /// "192.0.2.1:8080", "[::1]:0"; nothing when @p text is anything else.
+    static std::optional<Endpoint> parseAddress(const QString &text);
+
     /// @p host as it stands in an address or a Host line: an IPv6 literal in brackets.
     static QString bracketed(const QString &host);
 

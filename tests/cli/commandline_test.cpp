@@ -22,12 +22,12 @@ private Q_SLOTS:
     {
         const Rows<Check> row("check");
         row(" ", [](const CommandLine &l) {
-            return l.command == Command::Test && !l.commandGiven && l.format == Format::Text &&
-                   l.count == 1 && l.interval == 0 && l.limit == 0 && l.location == u"Unknown"_s &&
+            return l.command == Command::Test && l.format == Format::Text && l.count == 1 &&
+                   l.interval == 0 && l.limit == 0 && l.location == u"Unknown"_s &&
                    !l.allowRoaming && !l.budget && l.protocol == QAbstractSocket::AnyIPProtocol;
         });
         row("--count 12 test --interval=300 --csv", [](const CommandLine &l) {
-            return l.commandGiven && l.count == 12 && l.interval == 300 && l.format == Format::Csv;
+            return l.count == 12 && l.interval == 300 && l.format == Format::Csv;
         });
         row("--location tRaIn", [](const CommandLine &l) { return l.location == u"Train"_s; });
         row("-6 --allow-roaming", [](const CommandLine &l) {
@@ -52,6 +52,13 @@ private Q_SLOTS:
             return l.watch && l.platform.device == PlatformChoice::Device::None &&
                    l.platform.position.source == PositionChoice::Source::Gpsd;
         });
+        row("results --help", [](const CommandLine &l) {
+            return l.answer.startsWith("velometer-cli results [options]\n"_L1) &&
+                   l.answer.contains("--limit N"_L1) && !l.answer.contains("--count"_L1);
+        });
+        row("--completions", [](const CommandLine &l) {
+            return l.answer.contains("\noption\t-4\t\tonly IPv4\ttest,resend\n"_L1);
+        });
         row("clear --data-dir=/a=b --yes",
             [](const CommandLine &l) { return l.yes && l.dataDir == u"/a=b"_s; });
     }
@@ -69,6 +76,13 @@ private Q_SLOTS:
         const Rows<QString> row("mentions");
         row("measure", "new-series"); // an unknown command is answered with those there are
         row("--count --json", "--count");
+        row("--count", "--count");
+        row("--count -4", "needs");
+        row("--data-dir= results", "--data-dir"); // an unset variable must not eat the command
+        row("--json=1", "--json");
+        row("show", "results");
+        row("results results", "results");
+        row("--format gpx", "csv");
         row("--count 100001", "100000");
         row("--count 2 --interval 604801", "604800");
         row("--interval 60", "--count");

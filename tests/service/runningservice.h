@@ -19,7 +19,7 @@ public:
     static ServerOptions defaults()
     {
         ServerOptions options;
-        options.listen = {{.address = "127.0.0.1", .port = 0}};
+        options.listen = {{QStringLiteral("127.0.0.1"), 0}};
         options.salt = QStringLiteral("8352");
         options.threads = 2;
         options.shutdownGrace = std::chrono::milliseconds(100);

@@ -166,7 +166,7 @@ private Q_SLOTS:
     void writesIPv4AddressesAsSuchOnADualSocket()
     {
         auto options = RunningService::defaults();
-        options.listen = {{.address = "::", .port = 0}};
+        options.listen = {{QStringLiteral("::"), 0}};
         RunningService service(options);
         if (service.port() == 0) {
             QSKIP("no IPv6 on this machine");

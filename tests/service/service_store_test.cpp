@@ -181,7 +181,7 @@ private Q_SLOTS:
     {
         const RunningService first;
         auto options = RunningService::defaults();
-        options.listen = {{.address = "127.0.0.1", .port = first.port()}};
+        options.listen = {{QStringLiteral("127.0.0.1"), first.port()}};
         QCOMPARE(RunningService(options).port(), 0);
     }
 

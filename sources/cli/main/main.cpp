@@ -5,7 +5,6 @@
 #include "cli/program.h"
 #include "utils/signalwatcher.h"
 #include "utils/translations.h"
-#include "utils/utils.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -61,12 +60,8 @@ int main(int argc, char *argv[])
     if (!options) {
         return fail(err, error);
     }
-    if (options->help) {
-        out.write(CommandLine::helpText(options->command, !options->commandGiven).toUtf8());
-        return 0;
-    }
-    if (options->version) {
-        out.line("velometer-cli "_L1 + Utils::getPlainVersion());
+    if (!options->answer.isEmpty()) {
+        out.write(options->answer.toUtf8());
         return 0;
     }
     if (options->verbose) {

@@ -92,12 +92,8 @@ int main(int argc, char *argv[])
     if (!options) {
         return fail(error);
     }
-    if (options->help) {
-        std::fputs(qPrintable(Options::helpText()), stdout);
-        return 0;
-    }
-    if (options->version) {
-        std::printf("velometer %s\n", qPrintable(Utils::getPlainVersion()));
+    if (!options->answer.isEmpty()) {
+        std::fputs(qPrintable(options->answer), stdout);
         return 0;
     }
     if (!hasDisplay()) {
