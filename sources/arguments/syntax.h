@@ -22,6 +22,8 @@ public:
     /// why it makes no sense; empty when it does.
     using Take = std::function<QString(const QString &name, const QString &value)>;
 
+    // Initialisers that say nothing let the tables name only what they mean.
+    // NOLINTBEGIN(readability-redundant-member-init)
     struct Option
     {
         QString name;              ///< "--count", "-4"
@@ -41,6 +43,7 @@ public:
         QString needed = {}; ///< the option it cannot do without, with its value
         QStringList examples = {}; ///< what stands behind the program's name
     };
+    // NOLINTEND(readability-redundant-member-init)
 
     /// @p summary is one sentence about the program, @p version what --version adds to its name.
     Syntax(const QString &program, const QString &summary, const QString &version);

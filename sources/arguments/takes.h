@@ -3,6 +3,7 @@
 #include "arguments/syntax.h"
 
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 /// What usually happens to the value of an option, and the sentences about values that make no
@@ -33,7 +34,11 @@ Syntax::Take parsed(Parse parse, const QString &allowed, Target *to)
         if (!meant) {
             return wrong(name, allowed, value);
         }
-        *to = *meant;
+        if constexpr (std::is_assignable_v<Target &, decltype(meant)>) {
+            *to = meant;
+        } else {
+            *to = *meant;
+        }
         return QString();
     };
 }
