@@ -48,7 +48,6 @@ void UploadMeter::add(TimePoint now, std::int64_t bytes)
     }
     perInterval.at(index) += bytes;
     total += bytes;
-    last = now;
     ended = now;
 }
 

@@ -36,7 +36,6 @@ public:
 
     /// Bytes of the interval before the one of the last byte; 0 when there is none.
     std::int64_t previousInterval() const;
-    TimePoint lastByte() const { return last; }
 
     /// Average over the full intervals without the first two, the ramp-up; minimum and maximum over
     /// windows of ten intervals where there are enough for one, else the average. A stream too
@@ -47,7 +46,6 @@ private:
     std::size_t indexOf(TimePoint now) const;
 
     TimePoint first;
-    TimePoint last;
     TimePoint ended;
     std::int64_t total = 0;
     std::vector<std::int64_t> perInterval; ///< per interval

@@ -20,9 +20,6 @@ namespace {
 /// What one stream may take from the kernel before the others get their turn.
 constexpr std::size_t readTurnBytes = std::size_t{1} << 20;
 
-/// A client that has been answered and is silent for so long has ended its measurement.
-constexpr std::chrono::milliseconds silence{250};
-
 /// How many bytes must have come before it is worth waking up: on a fast link what comes in a
 /// millisecond, which saves most of the work and moves no byte by more than that; on all others
 /// one.
@@ -64,11 +61,10 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
     while (open) {
         if (connection.isExpired()) {
             const auto now = Clock::now();
-            const auto end = answered ? std::min(meter.lastByte() + silence, deadline) : deadline;
-            if (now >= end) {
+            if (now >= deadline) {
                 break;
             }
-            connection.expireAt(std::min(end, now + UploadMeter::interval));
+            connection.expireAt(std::min(deadline, now + UploadMeter::interval));
         }
         if (isDue()) {
             answered = true;

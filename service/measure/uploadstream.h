@@ -15,9 +15,8 @@ namespace velometer {
 
 /// Reads and forgets what @p connection sends, the rest behind its head included, until the peer
 /// ends or @p duration has passed. When @p announced bytes have come it writes @p answer at once
-/// and goes on while bytes keep coming: clients on fast links send until their time is up. Counts
-/// into
-/// @p bytes as it goes. The connection is not closed.
+/// and goes on: clients on fast links send until their time is up, and a pause is no end. Counts
+/// into @p bytes as it goes. The connection is not closed.
 boost::asio::awaitable<UploadMeter>
 receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
               std::string_view answer, std::chrono::milliseconds duration, Metrics::Counter &bytes);
