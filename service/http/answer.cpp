@@ -31,6 +31,14 @@ Answer Answer::sentence(int status, std::string text)
     return Answer{.status = status, .body = std::move(text), .headers = {}};
 }
 
+Answer Answer::later(std::string text)
+{
+    // About as long as a test runs.
+    auto answer = sentence(503, std::move(text));
+    answer.headers = "Retry-After: 20\r\n";
+    return answer;
+}
+
 std::string Answer::toBytes() const
 {
     std::string bytes = "HTTP/1.1 " + std::to_string(status) + ' ';

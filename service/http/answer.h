@@ -15,6 +15,9 @@ struct Answer
     /// An answer that explains itself with one sentence.
     static Answer sentence(int status, std::string text);
 
+    /// 503: there is no room now; @p text tells the user, Retry-After a program.
+    static Answer later(std::string text);
+
     /// The bytes for the wire: HTTP/1.1, Content-Length, Connection: close.
     std::string toBytes() const;
 };

@@ -34,7 +34,8 @@ constexpr int maxRows = 1000;
 
 using Handler = asio::awaitable<MaybeAnswer> (*)(Connection &, const Request &, Service &);
 
-std::optional<StreamKey> streamKey(const Request &request)
+/// The test that @p request belongs to, when it has all of its numbers.
+std::optional<StreamKey> testOf(const Request &request, std::int64_t offset)
 {
     const auto user = request.number("testuserid");
     const auto series = request.number("seriesid");
@@ -42,7 +43,7 @@ std::optional<StreamKey> streamKey(const Request &request)
     if (!user || !series || !test) {
         return std::nullopt;
     }
-    return StreamKey{.user = *user, .series = *series, .test = *test};
+    return StreamKey{.user = *user, .series = *series, .test = *test - offset};
 }
 
 std::optional<std::chrono::seconds> streamTime(const Request &request)
@@ -82,8 +83,20 @@ asio::awaitable<MaybeAnswer> userId(Connection &connection, const Request &reque
     co_return answer;
 }
 
-asio::awaitable<MaybeAnswer> initialise(Connection &connection, const Request &, Service &service)
+Answer noRoom()
 {
+    return Answer::later("Too many measurements are running here. Please try again later.");
+}
+
+asio::awaitable<MaybeAnswer> initialise(Connection &connection, const Request &request,
+                                        Service &service)
+{
+    // A test that would be refused in its middle leaves half a result; here it costs nothing.
+    const auto test = testOf(request, TestIdOffset::initialise);
+    if (!(test ? service.streams.reserve(connection.getPeer(), *test)
+               : service.streams.hasRoom(connection.getPeer()))) {
+        co_return noRoom();
+    }
     const auto facts = TcpFacts::of(connection.getSocket().native_handle());
     std::string body = "Client-Hostname:" + co_await hostName(connection, service);
     body += ";Server-IP:" + connection.getLocal().to_string();
@@ -102,11 +115,6 @@ asio::awaitable<MaybeAnswer> initialise(Connection &connection, const Request &,
     co_return answer;
 }
 
-Answer noRoom()
-{
-    return Answer::sentence(503, "Too many measurements are running. Please try again later.");
-}
-
 asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &request,
                                       Service &service)
 {
@@ -114,14 +122,14 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
     if (!seconds) {
         co_return badParameters();
     }
-    const auto place = service.streams.take(connection.getPeer());
+    // A download can be had without ids; then nobody asks for its result.
+    const auto key = testOf(request, TestIdOffset::download);
+    const auto place = service.streams.take(connection.getPeer(), Direction::Download, key);
     if (!place) {
         co_return noRoom();
     }
     const Held running(service.metrics.downloads);
     ++service.metrics.downloadsTotal;
-    // A download can be had without ids; then nobody asks for its result.
-    const auto key = streamKey(request);
     const auto ticket = key ? service.downloads.begin(*key) : 0;
     const auto totals = co_await sendStream(connection, service.block, *seconds + downloadSurplus,
                                             service.metrics.bytesDown);
@@ -135,11 +143,11 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
                                     Service &service)
 {
     const auto seconds = streamTime(request);
-    const auto key = streamKey(request);
+    const auto key = testOf(request, TestIdOffset::upload);
     if (!seconds || !key) {
         co_return badParameters();
     }
-    const auto place = service.streams.take(connection.getPeer());
+    const auto place = service.streams.take(connection.getPeer(), Direction::Upload, key);
     if (!place) {
         co_return noRoom();
     }
@@ -156,7 +164,7 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
 asio::awaitable<MaybeAnswer> uploadResult(Connection &connection, const Request &request,
                                           Service &service)
 {
-    const auto key = streamKey(request);
+    const auto key = testOf(request, TestIdOffset::upload);
     if (!key) {
         co_return badParameters();
     }
@@ -303,7 +311,7 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
 
 asio::awaitable<void> refuseRequest(std::shared_ptr<Connection> connection, Service &service)
 {
-    const auto answer = Answer::sentence(503, "Too many connections from this address.");
+    const auto answer = Answer::later("Too many connections from this address.");
     co_await send(*connection, service, endpoints.size(), answer);
     co_await connection->finish();
 }

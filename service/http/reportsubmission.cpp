@@ -36,7 +36,7 @@ Answer reject(Service &service, Rejection reason)
     case Rejection::Timeout: return Answer::sentence(408, "The report did not arrive in time.");
     case Rejection::Busy: break;
     }
-    return Answer::sentence(503, "Too many reports are being received. Please try again later.");
+    return Answer::later("Too many reports are being received. Please try again later.");
 }
 
 using Body = std::variant<QByteArray, Rejection>;
@@ -97,15 +97,8 @@ asio::awaitable<Body> readReport(Connection &connection, const Request &request,
 QHash<QString, QString> serverValues(const Connection &connection, const Report &report,
                                      const std::string &name, Service &service)
 {
-    // The streams' test ids are told apart by their millions. A report may hold any number.
-    const auto key = [&report](std::uint64_t offset) {
-        return StreamKey{
-            .user = report.userId,
-            .series = report.seriesId,
-            .test = static_cast<qint64>(static_cast<std::uint64_t>(report.testId) + offset)};
-    };
-    const auto down = service.downloads.find(key(2'000'000));
-    const auto up = service.uploads.find(key(3'000'000));
+    const auto down = service.downloads.find(report.key());
+    const auto up = service.uploads.find(report.key());
     const QString nothing = u"no stream recorded"_s;
     return {
         {u"PUBLICIP"_s, report.publicIp},

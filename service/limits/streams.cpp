@@ -7,27 +7,104 @@ Streams::Streams(int total, int perAddress)
     , mostPerAddress(perAddress)
 {}
 
-Streams::Place Streams::take(const boost::asio::ip::address &address)
+bool Streams::reserve(const boost::asio::ip::address &address, const StreamKey &test,
+                      Clock::time_point now)
 {
     const auto subscriber = Subscriber::of(address);
     const std::lock_guard lock(mutex);
-    const auto own = counts.find(subscriber);
-    if (running >= most || (own != counts.end() && own->second >= mostPerAddress)) {
+    forget(now);
+    const auto found = reservations.find(test);
+    if (found != reservations.end()) {
+        found->second.until = now + patience;
+        found->second.over = false;
+        return true;
+    }
+    if (isFull(subscriber)) {
+        return false;
+    }
+    enter(subscriber);
+    reservations.emplace(
+        test, Reservation{.subscriber = subscriber, .until = now + patience, .running = {}});
+    return true;
+}
+
+bool Streams::hasRoom(const boost::asio::ip::address &address, Clock::time_point now)
+{
+    const std::lock_guard lock(mutex);
+    forget(now);
+    return !isFull(Subscriber::of(address));
+}
+
+Streams::Place Streams::take(const boost::asio::ip::address &address, Direction direction,
+                             const std::optional<StreamKey> &test, Clock::time_point now)
+{
+    const auto subscriber = Subscriber::of(address);
+    const std::lock_guard lock(mutex);
+    forget(now);
+    if (const auto found = test ? reservations.find(*test) : reservations.end();
+        found != reservations.end()) {
+        // An upload may arrive before the end of its download has been seen; a second stream of
+        // the same direction is another test's.
+        if (bool &running = found->second.running[direction]; !running) {
+            running = true;
+            return {this, [key = *test, direction](Streams *streams) {
+                        streams->leaveReserved(key, direction);
+                    }};
+        }
+    }
+    if (isFull(subscriber)) {
         return nullptr;
     }
-    ++running;
+    enter(subscriber);
+    return {this, [subscriber](Streams *streams) {
+                const std::lock_guard leaving(streams->mutex);
+                streams->leave(subscriber);
+            }};
+}
+
+bool Streams::isFull(const Subscriber &subscriber) const
+{
+    const auto own = counts.find(subscriber);
+    return taken >= most || (own != counts.end() && own->second >= mostPerAddress);
+}
+
+void Streams::enter(const Subscriber &subscriber)
+{
+    ++taken;
     ++counts[subscriber];
-    return {this, [subscriber](Streams *streams) { streams->leave(subscriber); }};
 }
 
 void Streams::leave(const Subscriber &subscriber)
 {
-    const std::lock_guard lock(mutex);
-    --running;
+    --taken;
     const auto own = counts.find(subscriber);
     if (--own->second == 0) {
         counts.erase(own);
     }
+}
+
+void Streams::leaveReserved(const StreamKey &test, Direction direction)
+{
+    const std::lock_guard lock(mutex);
+    auto &reservation = reservations.at(test);
+    reservation.running.erase(direction);
+    reservation.until = Clock::now() + patience;
+    reservation.over = reservation.over || direction == Direction::Upload;
+    forget(Clock::time_point::min());
+}
+
+/// Ends the reservations whose streams have run, and those that nobody has used until @p now.
+void Streams::forget(Clock::time_point now)
+{
+    std::erase_if(reservations, [&](const auto &entry) {
+        const auto &[test, reservation] = entry;
+        const bool ended =
+            reservation.running.empty() && (reservation.over || reservation.until <= now);
+        if (ended) {
+            leave(reservation.subscriber);
+        }
+        return ended;
+    });
 }
 
 } // namespace velometer

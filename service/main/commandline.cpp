@@ -76,6 +76,8 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
                 database(&options.databaseFile)});
     number(u"--threads"_s, u"serve with so many threads"_s, 1, 1024, &options.threads);
     number(u"--max-streams"_s, u"measurement streams at once"_s, 1, 1'000'000, &options.maxStreams);
+    number(u"--max-streams-per-address"_s, u"measurement streams at once to one address"_s, 1,
+           1'000'000, &options.maxStreamsPerAddress);
     number(u"--max-connections-per-address"_s, u"connections at once from one address"_s, 1,
            1'000'000, &options.maxConnectionsPerAddress);
     number(u"--max-report-bytes"_s, u"largest report taken"_s, 1024, 1 << 28, &reportBytes);

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "limits/streamkey.h"
+
 #include <chrono>
-#include <compare>
 #include <cstdint>
 #include <deque>
 #include <map>
@@ -9,15 +10,6 @@
 #include <optional>
 
 namespace velometer {
-
-/// Names one stream by the numbers of its request, as they were sent.
-struct StreamKey
-{
-    std::int64_t user = 0;
-    std::int64_t series = 0;
-    std::int64_t test = 0;
-    auto operator<=>(const StreamKey &) const = default;
-};
 
 /// Results of the latest streams, kept in memory for who asks for them afterwards: so many, so
 /// long. Safe from every thread.

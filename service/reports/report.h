@@ -1,5 +1,7 @@
 #pragma once
 
+#include "limits/streamkey.h"
+
 #include <QString>
 
 #include <cstdint>
@@ -43,6 +45,8 @@ struct Report
     std::optional<double> latitude;  ///< degrees
     std::optional<double> longitude; ///< degrees
     QString document;
+
+    StreamKey key() const { return {.user = userId, .series = seriesId, .test = testId}; }
 
     /// The service's figure, else the client's.
     const Rate &bestUpload() const { return upload.avg ? upload : uploadClient; }

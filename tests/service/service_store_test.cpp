@@ -152,11 +152,29 @@ private Q_SLOTS:
         QCOMPARE(sql(file, {u"SELECT count(*) FROM reports"_s}), 299);
     }
 
+    void commandLineSetsEveryOption()
+    {
+        const auto parsed = CommandLine::parse(
+            u"velometer-service --listen [::1]:0 --listen 127.0.0.1:65535 --database sqlite:f "
+            "--threads 2 --max-streams 3 --max-streams-per-address 4 "
+            "--max-connections-per-address 5 --max-report-bytes 6000 --log-level debug"_s.split(
+                u' '));
+        const auto &start = std::get<CommandLine::Start>(parsed);
+        const auto &o = start.options;
+        const auto text = [](const auto &...value) {
+            return (... + (QString::number(value) + u' '));
+        };
+        QCOMPARE(text(o.listen.front().port, o.listen.back().port, o.threads, o.maxStreams,
+                      o.maxStreamsPerAddress, o.maxConnectionsPerAddress, o.maxReportBytes,
+                      static_cast<int>(start.logLevel)),
+                 u"0 65535 2 3 4 5 6000 3 "_s);
+        QCOMPARE(o.listen.front().host + o.databaseFile + o.salt, u"::1f8352"_s);
+    }
+
     void commandLine_data()
     {
         const Rows<int> row("status"); // -1: the service starts
         row(" ", -1);
-        row("--listen [::1]:0 --listen 127.0.0.1:65535 --threads 2 --log-level debug", -1);
         row("--help", 0);
         row("--listen localhost:80", 2);
         row("--threads 0", 2);

@@ -1,3 +1,6 @@
+#ifndef Q_MOC_RUN // which knows no concepts
+#include "limits/streams.h"
+#endif
 #include "measure/uploadmeter.h"
 #include "runningservice.h"
 #include "socketclient.h"
@@ -141,24 +144,62 @@ private Q_SLOTS:
         QCOMPARE(statusOf(none), 404);
     }
 
-    void tooManyStreamsAreRefused()
+    void aTestRunsWholeOrNotAtAll()
     {
         for (const int all : {1, 2}) {
             auto options = RunningService::defaults();
             options.maxStreams = all;
             options.maxStreamsPerAddress = 3 - all;
             RunningService service(options);
-            SocketClient first(service.port());
-            QVERIFY(first.send(uploadHead(10, 163'840'000)));
+            const auto ask = [&](const QByteArray &what, int offset, int series) {
+                return SocketClient::get(
+                    service.port(),
+                    "/velometer/" + what + ".php?logtraffic=1&testuserid=1&testid=" +
+                        QByteArray::number(offset + 3) + "&seriesid=" + QByteArray::number(series));
+            };
+            QCOMPARE(statusOf(ask("initialise", 1'000'000, 2)), 200);
+            // The one place is kept for the first test, whoever comes meanwhile.
+            const QByteArray refusal = ask("initialise", 1'000'000, 9);
+            QCOMPARE(statusOf(refusal), 503);
+            QVERIFY(refusal.contains("\r\nRetry-After: 20\r\n"));
+            QCOMPARE(bodyOf(refusal),
+                     "Too many measurements are running here. Please try again later.\n");
+            QCOMPARE(statusOf(ask("downloadtest", 2'000'000, 9)), 503);
+            SocketClient down(service.port());
+            QVERIFY(down.send("GET /velometer/downloadtest.php?logtraffic=9&testuserid=1&"
+                              "seriesid=2&testid=2000003 HTTP/1.0\r\n\r\n"));
+            QCOMPARE(statusOf(down.receive(100)), 200);
+            QCOMPARE(statusOf(ask("downloadtest", 2'000'000, 2)), 503);
+            SocketClient up(service.port());
+            QVERIFY(up.send(uploadHead(10, 163'840'000)));
             QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 1));
-            const QByteArray download = "/velometer/downloadtest.php?logtraffic=1";
-            QCOMPARE(statusOf(SocketClient::get(service.port(), download)), 503);
-            first.close();
-            QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 0));
-            SocketClient next(service.port());
-            QVERIFY(next.send("GET " + download + " HTTP/1.0\r\n\r\n"));
-            QCOMPARE(statusOf(next.receive(100)), 200);
+            QCOMPARE(statusOf(ask("initialise", 1'000'000, 9)), 503);
+            down.close();
+            up.close();
+            QVERIFY(QTest::qWaitFor(
+                [&] { return statusOf(ask("initialise", 1'000'000, 9)) == 200; }, 10'000));
         }
+    }
+
+    void givesUpAReservationThatNobodyUses()
+    {
+        using namespace boost::asio::ip;
+        Streams streams(2, 1);
+        const auto home = make_address("192.0.2.1");
+        const auto away = make_address("2001:db8::1");
+        const auto start = Streams::Clock::now();
+        const StreamKey test{.user = 5, .series = 6, .test = 7};
+        QVERIFY(streams.reserve(home, test, start));
+        QVERIFY(!streams.take(home, Direction::Download, {}, start));
+        // The subscriber's network may have given it another address meanwhile.
+        auto place = streams.take(away, Direction::Download, test, start);
+        QVERIFY(place);
+        QVERIFY(!streams.hasRoom(home, start + 24h)); // a stream runs in it
+        place.reset();
+        QVERIFY(!streams.hasRoom(home, start + Streams::patience - 1s));
+        QVERIFY(streams.hasRoom(home, Streams::Clock::now() + Streams::patience));
+        QVERIFY(streams.take(home, Direction::Upload, test));
+        QVERIFY(streams.reserve(home, test) && streams.reserve(home, test));
     }
 };
 
