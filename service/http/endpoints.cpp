@@ -1,5 +1,6 @@
 #include "http/endpoints.h"
 
+#include "http/gzip.h"
 #include "http/handler.h"
 #include "http/held.h"
 #include "http/reportsubmission.h"
@@ -9,11 +10,14 @@
 #include "net/oneshot.h"
 #include "web/userreportpage.h"
 
+#include <QDateTime>
+
 #include <algorithm>
 
 namespace velometer {
 
 namespace asio = boost::asio;
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -30,7 +34,9 @@ constexpr std::int64_t maxStreamSeconds = 60;
 constexpr auto downloadSurplus = 2s;
 constexpr auto uploadSurplus = 3s;
 
-constexpr int maxRows = 1000;
+constexpr qint64 minRecordedMs = 500;
+
+constexpr int rowsPerPage = 100;
 
 using Handler = asio::awaitable<MaybeAnswer> (*)(Connection &, const Request &, Service &);
 
@@ -115,6 +121,15 @@ asio::awaitable<MaybeAnswer> initialise(Connection &connection, const Request &r
     co_return answer;
 }
 
+/// Keeps what a stream came to, unless it was too short for any report's rate.
+void record(Service &service, StreamRecord stream)
+{
+    if (stream.lasted >= minRecordedMs) {
+        stream.ended = QDateTime::currentMSecsSinceEpoch();
+        service.store->storeStream(stream);
+    }
+}
+
 asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &request,
                                       Service &service)
 {
@@ -134,7 +149,13 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
     const auto totals = co_await sendStream(connection, service.block, *seconds + downloadSurplus,
                                             service.metrics.bytesDown);
     if (key) {
-        service.downloads.end(*key, ticket, totals);
+        service.downloads.end(*key, ticket, Subscriber::of(connection.getPeer()),
+                              totals.bytes > 0 ? std::optional(totals) : std::nullopt);
+        record(service, {.test = *key,
+                         .direction = Direction::Download,
+                         .bytes = totals.bytes,
+                         .lasted = totals.lasted.count(),
+                         .avg = totals.rate()});
     }
     co_return std::nullopt;
 }
@@ -157,7 +178,17 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
     const std::string answer = Answer::sentence(200, "received").toBytes();
     const auto meter = co_await receiveStream(connection, request.contentLength, answer,
                                               *seconds + uploadSurplus, service.metrics.bytesUp);
-    service.uploads.end(*key, ticket, meter.figures());
+    const auto figures = meter.figures();
+    service.uploads.end(*key, ticket, Subscriber::of(connection.getPeer()), figures);
+    if (figures) {
+        record(service, {.test = *key,
+                         .direction = Direction::Upload,
+                         .bytes = meter.getTotal(),
+                         .lasted = meter.lasted().count(),
+                         .min = figures->min,
+                         .avg = figures->avg,
+                         .max = figures->max});
+    }
     co_return std::nullopt;
 }
 
@@ -204,25 +235,47 @@ asio::awaitable<MaybeAnswer> userReport(Connection &connection, const Request &r
     if (!user) {
         co_return html(404, UserReportPage::unknownUser(language));
     }
+    const auto share = service.pages.take(Subscriber::of(connection.getPeer()));
+    if (!share) {
+        co_return Answer::later("Too many pages are being made for this address.");
+    }
     OneShot<std::optional<ReportStore::UserReports>> reports(connection.executor(), storeTime);
-    service.store->reportsOfUser(*user, maxRows, reports.setter());
-    const auto found = co_await reports.wait();
-    if (!found || !*found) {
+    service.store->reportsOfUser(*user, request.number("before"), rowsPerPage, reports.setter());
+    auto read = co_await reports.wait();
+    if (!read || !*read) {
         co_return storeFailed(service, 500);
     }
-    if (!(*found)->userKnown) {
+    const auto found = **std::move(read);
+    if (!found.userKnown) {
         co_return html(404, UserReportPage::unknownUser(language));
     }
-    co_return html(200, UserReportPage::measurements(**found, language));
+    const bool compress = request.acceptsGzip;
+    const auto make = [found, language, user = *user, compress] {
+        auto answer = html(200, UserReportPage::measurements(found, user, language));
+        if (auto packed = compress ? gzip(answer.body) : std::string(); !packed.empty()) {
+            answer.body = std::move(packed);
+            answer.headers += "Content-Encoding: gzip\r\n";
+        }
+        answer.headers += "Vary: Accept-Encoding\r\n";
+        return answer;
+    };
+    auto made = co_await offload(connection, service, make);
+    if (!made) {
+        co_return Answer::later("Too many pages are being made for this address.");
+    }
+    co_return std::move(made);
 }
 
 asio::awaitable<MaybeAnswer> healthz(Connection &connection, const Request &, Service &service)
 {
-    OneShot<bool> alive(connection.executor(), 2s);
-    service.store->ping(alive.setter());
-    const auto answered = co_await alive.wait();
-    if (!answered.value_or(false)) {
-        co_return storeFailed(service, 503);
+    OneShot<QString> problem(connection.executor(), 2s);
+    service.store->ping(problem.setter());
+    const auto answered = co_await problem.wait();
+    if (!answered || !answered->isEmpty()) {
+        ++service.metrics.storeErrors;
+        co_return Answer::sentence(
+            503, "The store takes no reports: " +
+                     answered.value_or(u"it does not answer"_s).toStdString() + '.');
     }
     co_return Answer::sentence(200, "ok");
 }

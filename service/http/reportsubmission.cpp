@@ -2,12 +2,10 @@
 
 #include "http/held.h"
 #include "net/oneshot.h"
-#include "ops/log.h"
 #include "reports/placeholders.h"
 #include "reports/reportparser.h"
 
 #include <boost/asio/buffer.hpp>
-#include <boost/asio/post.hpp>
 
 #include <QDateTime>
 
@@ -122,18 +120,20 @@ QHash<QString, QString> serverValues(const Connection &connection, const Report 
 asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request &request,
                                           Service &service)
 {
+    const auto share = service.reports.take(Subscriber::of(connection.getPeer()));
+    if (!share) {
+        co_return reject(service, Rejection::Busy);
+    }
     Memory memory(service.reportBytes, 0);
     auto body = co_await readReport(connection, request, service, memory);
     if (const auto *reason = std::get_if<Rejection>(&body)) {
         co_return reject(service, *reason);
     }
-    using Parsed = std::variant<Report, ReportParser::Problem>;
-    OneShot<Parsed> parsed(connection.executor(), service.options.reportTimeout);
     const auto bytes = std::get<QByteArray>(std::move(body));
-    asio::post(service.parsers, [bytes, done = parsed.setter(), &service] {
-        done(ReportParser::parse(bytes, service.options.salt, service.stopping));
-    });
-    auto result = co_await parsed.wait();
+    const auto parse = [bytes, &service] {
+        return ReportParser::parse(bytes, service.options.salt, service.stopping);
+    };
+    auto result = co_await offload(connection, service, parse);
     if (!result) {
         co_return reject(service, Rejection::Busy);
     }
@@ -148,14 +148,20 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
     const std::string name = co_await hostName(connection, service);
     report.publicIp = QString::fromStdString(connection.getPeer().to_string());
     report.serverTime = QDateTime::currentMSecsSinceEpoch();
-    report.document =
-        Placeholders::fill(report.document, serverValues(connection, report, name, service));
+    const auto values = serverValues(connection, report, name, service);
+    const auto fill = [document = report.document, values] {
+        return Placeholders::fill(document, values);
+    };
+    auto filled = co_await offload(connection, service, fill);
+    if (!filled) {
+        co_return reject(service, Rejection::Busy);
+    }
+    report.document = *std::move(filled);
 
     OneShot<ReportStore::Outcome> outcome(connection.executor(), storeTime);
     service.store->storeReport(std::move(report), outcome.setter());
     const auto stored = co_await outcome.wait();
     if (!stored || *stored == ReportStore::Outcome::Failed) {
-        Log::write(Log::Level::Error, "a report could not be stored");
         co_return storeFailed(service, 500);
     }
     ++(*stored == ReportStore::Outcome::Stored ? service.metrics.reportsStored

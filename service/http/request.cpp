@@ -53,6 +53,15 @@ std::optional<Request> Request::parse(std::string_view head)
         request.query = target.substr(question + 1);
     }
     request.acceptLanguage = view(message[http::field::accept_language]);
+    for (const auto &coding : http::ext_list(message[http::field::accept_encoding])) {
+        const bool refused = std::ranges::any_of(coding.second, [&](const auto &parameter) {
+            // "q=0", "q=0.000"
+            return boost::beast::iequals(parameter.first, "q") &&
+                   view(parameter.second).find_first_not_of("0.") == std::string_view::npos;
+        });
+        request.acceptsGzip =
+            request.acceptsGzip || (boost::beast::iequals(coding.first, "gzip") && !refused);
+    }
     if (const auto length = parser.content_length()) {
         request.contentLength = *length;
     }

@@ -15,6 +15,7 @@ struct Request
     std::string query; ///< what follows the first '?', undecoded
     std::string acceptLanguage;
     std::optional<std::uint64_t> contentLength; ///< bytes
+    bool acceptsGzip = false;
 
     /// Parses @p head, which ends with its empty line. Nothing comes back when it is malformed.
     static std::optional<Request> parse(std::string_view head);

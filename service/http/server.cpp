@@ -32,6 +32,11 @@ namespace {
 /// Pause after accepting failed for want of descriptors or memory: others must end first.
 constexpr auto acceptPause = 100ms;
 
+/// What the store gets to write what waits, and its answers to leave, after the grace: with it
+/// less than ten seconds, which is what whoever ends a service waits before it kills.
+constexpr auto storeGrace = 3s;
+constexpr auto lastWords = 200ms;
+
 /// Each connection is one descriptor; the soft limit is a leftover of select().
 void raiseDescriptorLimit()
 {
@@ -206,10 +211,13 @@ void Server::stop()
         d->connections.abortIdle();
         const bool empty = d->connections.waitUntilEmpty(d->service->options.shutdownGrace);
         d->service->stopping = true;
+        // Another program may hold the file. What was acknowledged is on the disk, and what is not
+        // stored by then stays with its client.
+        d->service->store->close(std::chrono::steady_clock::now() + storeGrace);
         if (!empty) {
+            d->connections.waitUntilEmpty(lastWords);
             d->connections.abortAll();
-            // What is left waits for the store or a name, both bounded.
-            d->connections.waitUntilEmpty(10s);
+            d->connections.waitUntilEmpty(1s);
         }
     }
     d->work.reset();
@@ -220,7 +228,7 @@ void Server::stop()
     d->threads.clear();
     // What these still have to say goes to the strands, so they end before those do.
     d->service->hostNames.close();
-    d->service->parsers.join();
+    d->service->workers.join();
     d->service->store.reset();
 }
 

@@ -25,7 +25,7 @@ struct ServerOptions
     /// One client runs one stream at a time; so many share an address in a household or an office.
     int maxStreamsPerAddress = 16;
     int maxConnectionsPerAddress = 512;
-    std::size_t maxReportBytes = std::size_t{4} << 20;
+    std::size_t maxReportBytes = std::size_t{1} << 20;
 
     /// A head is one segment; whoever needs longer holds a connection for nothing.
     std::chrono::milliseconds headTimeout{10'000};

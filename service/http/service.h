@@ -1,6 +1,8 @@
 #pragma once
 
 #include "http/serveroptions.h"
+#include "limits/fairpool.h"
+#include "limits/shares.h"
 #include "limits/streams.h"
 #include "measure/downloadstream.h"
 #include "measure/randomblock.h"
@@ -10,10 +12,10 @@
 #include "ops/metrics.h"
 #include "reports/reportstore.h"
 
-#include <boost/asio/thread_pool.hpp>
-
+#include <algorithm>
 #include <atomic>
 #include <memory>
+#include <thread>
 
 namespace velometer {
 
@@ -27,8 +29,10 @@ struct Service
         , streams(options.maxStreams, options.maxStreamsPerAddress)
     {}
 
-    /// How many results of streams are kept for their clients, and how long.
+    /// How many results of streams are kept for their clients, in all and for one subscriber, and
+    /// how long.
     static constexpr std::size_t resultCount = 10'000;
+    static constexpr std::size_t resultQuota = 1'000;
     static constexpr std::chrono::minutes resultAge{10};
 
     const ServerOptions options;
@@ -36,12 +40,17 @@ struct Service
     HostNames hostNames;
     Streams streams;
     RandomBlock block;
-    RecentResults<UploadFigures> uploads{resultCount, resultAge};
-    RecentResults<DownloadTotals> downloads{resultCount, resultAge};
+    RecentResults<UploadFigures> uploads{resultCount, resultQuota, resultAge};
+    RecentResults<DownloadTotals> downloads{resultCount, resultQuota, resultAge};
     std::unique_ptr<ReportStore> store;
 
-    /// Reports are parsed here, because a large one takes long enough to be seen in a measurement.
-    boost::asio::thread_pool parsers{1};
+    /// Reports and pages that one subscriber may have in hand.
+    Shares reports{128};
+    Shares pages{8};
+
+    /// Reports are parsed and pages made here: a large one takes long enough to be seen in a
+    /// measurement. One core is left to the streams.
+    FairPool workers{std::max(static_cast<int>(std::thread::hardware_concurrency()) - 1, 1)};
     std::atomic<bool> stopping{false};       ///< the grace is over: what is parsed now is dropped
     std::atomic<std::size_t> reportBytes{0}; ///< memory that unfinished reports hold
 };

@@ -6,6 +6,7 @@
 
 #include <boost/asio/awaitable.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 
@@ -16,6 +17,9 @@ struct DownloadTotals
 {
     std::int64_t bytes = 0;
     std::chrono::milliseconds lasted{0};
+
+    /// bit/s; what lasted no millisecond counts as one.
+    std::int64_t rate() const { return bytes * 8000 / std::max<std::int64_t>(lasted.count(), 1); }
 };
 
 /// Sends @p block over and over, as fast as @p connection takes it, until the peer closes or

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "limits/streamkey.h"
+#include "limits/subscriber.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <deque>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -12,39 +13,54 @@
 namespace velometer {
 
 /// Results of the latest streams, kept in memory for who asks for them afterwards: so many, so
-/// long. Safe from every thread.
+/// long. Nobody can push out another's: a subscriber beyond his quota loses his own oldest, and
+/// where there is no room at all, the one who holds most does. Safe from every thread.
 template <typename Result>
 class RecentResults
 {
 public:
     using Clock = std::chrono::steady_clock;
 
-    RecentResults(std::size_t mostEntries, std::chrono::minutes longest)
-        : count(mostEntries)
+    RecentResults(std::size_t mostEntries, std::size_t mostPerSubscriber,
+                  std::chrono::minutes longest)
+        : most(mostEntries)
+        , quota(mostPerSubscriber)
         , age(longest)
     {}
 
-    /// A stream with @p key has begun. Returns its ticket for end(). A later stream of the same key
-    /// takes the place of an earlier one.
+    /// A stream of @p key has begun. Returns its ticket for end().
     std::uint64_t begin(const StreamKey &key)
     {
         const std::lock_guard lock(mutex);
-        makeRoom(1);
-        const auto ticket = ++lastTicket;
-        entries[key] = Entry{ticket, true, std::nullopt};
-        order.push_back({key, ticket, Clock::now()});
-        return ticket;
+        ++running[key];
+        return ++lastTicket;
     }
 
-    /// The stream has ended, with nothing to keep when @p result is empty.
-    void end(const StreamKey &key, std::uint64_t ticket, std::optional<Result> result)
+    /// The stream has ended. Takes the place of an earlier one of its key; with nothing to keep,
+    /// that one stays.
+    void end(const StreamKey &key, std::uint64_t ticket, const Subscriber &subscriber,
+             std::optional<Result> result)
     {
         const std::lock_guard lock(mutex);
-        const auto entry = entries.find(key);
-        if (entry != entries.end() && entry->second.ticket == ticket) {
-            entry->second.running = false;
-            entry->second.result = std::move(result);
+        const auto streams = running.find(key);
+        if (--streams->second == 0) {
+            running.erase(streams);
         }
+        const auto now = Clock::now();
+        while (!entries.empty() && entries.begin()->second.ended + age < now) {
+            forget(entries.begin());
+        }
+        const auto earlier = tickets.find(key);
+        if (!result || (earlier != tickets.end() && earlier->second > ticket)) {
+            return;
+        }
+        if (earlier != tickets.end()) {
+            forget(entries.find(earlier->second));
+        }
+        makeRoom(subscriber);
+        entries.emplace(ticket, Entry{key, subscriber, now, *std::move(result)});
+        tickets.emplace(key, ticket);
+        ++counts[subscriber];
     }
 
     struct Answer
@@ -56,44 +72,63 @@ public:
     Answer find(const StreamKey &key)
     {
         const std::lock_guard lock(mutex);
-        makeRoom(0);
-        const auto entry = entries.find(key);
-        return entry == entries.end() ? Answer{}
-                                      : Answer{entry->second.running, entry->second.result};
+        Answer answer{.running = running.contains(key), .result = std::nullopt};
+        const auto ticket = tickets.find(key);
+        if (ticket != tickets.end()) {
+            const auto &entry = entries.at(ticket->second);
+            if (entry.ended + age >= Clock::now()) {
+                answer.result = entry.result;
+            }
+        }
+        return answer;
     }
 
 private:
     struct Entry
     {
-        std::uint64_t ticket = 0;
-        bool running = false;
-        std::optional<Result> result;
-    };
-    struct Age
-    {
         StreamKey key;
-        std::uint64_t ticket;
-        Clock::time_point begun;
+        Subscriber subscriber;
+        Clock::time_point ended;
+        Result result;
     };
+    using Entries = std::map<std::uint64_t, Entry>;
 
-    /// Forgets what is too old, and the oldest beyond the number kept when @p added come.
-    void makeRoom(std::size_t added)
+    void makeRoom(const Subscriber &subscriber)
     {
-        const auto oldest = Clock::now() - age;
-        while (!order.empty() && (order.size() + added > count || order.front().begun < oldest)) {
-            const auto entry = entries.find(order.front().key);
-            if (entry != entries.end() && entry->second.ticket == order.front().ticket) {
-                entries.erase(entry);
-            }
-            order.pop_front();
+        const auto own = counts.find(subscriber);
+        if (own != counts.end() && own->second >= quota) {
+            forgetOldest(subscriber);
+        } else if (entries.size() >= most) {
+            forgetOldest(std::ranges::max_element(counts, {}, [](const auto &count) {
+                             return count.second;
+                         })->first);
         }
     }
 
-    const std::size_t count;
+    void forgetOldest(const Subscriber subscriber)
+    {
+        forget(std::ranges::find(entries, subscriber,
+                                 [](const auto &entry) { return entry.second.subscriber; }));
+    }
+
+    void forget(typename Entries::iterator entry)
+    {
+        const auto count = counts.find(entry->second.subscriber);
+        if (--count->second == 0) {
+            counts.erase(count);
+        }
+        tickets.erase(entry->second.key);
+        entries.erase(entry);
+    }
+
+    const std::size_t most;
+    const std::size_t quota;
     const std::chrono::minutes age;
     std::mutex mutex;
-    std::map<StreamKey, Entry> entries;
-    std::deque<Age> order; ///< oldest first
+    std::map<StreamKey, int> running; ///< streams, without zeros
+    Entries entries;                  ///< by ticket, which is about by age
+    std::map<StreamKey, std::uint64_t> tickets;
+    std::map<Subscriber, std::size_t> counts; ///< of entries, without zeros
     std::uint64_t lastTicket = 0;
 };
 

@@ -37,6 +37,12 @@ public:
     /// Bytes of the interval before the one of the last byte; 0 when there is none.
     std::int64_t previousInterval() const;
 
+    /// From the first byte to the end.
+    std::chrono::milliseconds lasted() const
+    {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(ended - first);
+    }
+
     /// Average over the full intervals without the first two, the ramp-up; minimum and maximum over
     /// windows of ten intervals where there are enough for one, else the average. A stream too
     /// short for that counts as a whole. Nothing when no byte came.

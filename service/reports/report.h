@@ -42,6 +42,10 @@ struct Report
     std::optional<qint64> rttMin;    ///< ns
     std::optional<qint64> rttAvg;    ///< ns
     std::optional<qint64> rttMax;    ///< ns
+    int downloadIntervals = 0;       ///< of 100 ms, up to the last one with bytes
+    int uploadIntervals = 0;         ///< likewise
+    bool verified = false;           ///< its rates are those of streams that were served
+    bool serviceLate = false;        ///< in one of them the service itself was the bottleneck
     std::optional<double> latitude;  ///< degrees
     std::optional<double> longitude; ///< degrees
     QString document;

@@ -55,12 +55,14 @@ std::optional<QString> decode(const QByteArray &received)
     return once;
 }
 
-/// Whether every tag is of a sane length. XML readers compare each attribute of a tag with all
-/// others, so one tag of a million attributes would keep them busy for minutes. A document type
-/// that declares something holds tags of its own and is refused as well.
+/// Whether every tag is of a sane length and has few attributes. XML readers compare each of a
+/// tag's with all others: thousands of tags with hundreds each would keep them busy for seconds. A
+/// document type that declares something holds tags of its own and is refused as well.
 bool hasPlainTags(QStringView document)
 {
     constexpr qsizetype maxTag = 1024;
+    constexpr int maxQuotes =
+        8; // a report's tags have one attribute, its document type one address
     for (qsizetype at = document.indexOf(u'<'); at >= 0; at = document.indexOf(u'<', at)) {
         const auto rest = document.sliced(at);
         const auto skip = [&](QStringView opening, QStringView closing) {
@@ -75,6 +77,7 @@ bool hasPlainTags(QStringView document)
             continue;
         }
         QChar quote;
+        int quotes = 0;
         qsizetype length = 1;
         for (; length < rest.size() && (rest.at(length) != u'>' || !quote.isNull()); ++length) {
             const QChar c = rest.at(length);
@@ -83,6 +86,9 @@ bool hasPlainTags(QStringView document)
             }
             if (c == quote) {
                 quote = QChar();
+                if (++quotes > maxQuotes) {
+                    return false;
+                }
             } else if (quote.isNull() && (c == u'"' || c == u'\'')) {
                 quote = c;
             }
@@ -105,12 +111,14 @@ const QHash<QString, Need> &knownElements()
         {u"TestResult/SeriesID"_s, Need::Number},
         {u"TestResult/TestServer"_s, Need::Text},
         {u"TestResult/ClientTime"_s, Need::Number},
+        {u"TestResult/Download/Bytes"_s, Need::Optional},
         {u"TestResult/Download/Valid"_s, Need::Number},
         {u"TestResult/Download/Min"_s, Need::Number},
         {u"TestResult/Download/Avg"_s, Need::Number},
         {u"TestResult/Download/Max"_s, Need::Number},
         {u"TestResult/Download/StartLocation"_s, Need::Optional},
         {u"TestResult/Download/EndLocation"_s, Need::Optional},
+        {u"TestResult/Upload/Bytes"_s, Need::Optional},
         {u"TestResult/Upload/Valid"_s, Need::Number},
         {u"TestResult/Upload/Min"_s, Need::Number},
         {u"TestResult/Upload/Avg"_s, Need::Number},
@@ -303,6 +311,18 @@ Report::Rate rate(const Walk &walk, const QString &prefix)
             .max = figure(walk, prefix + u"Max"_s)};
 }
 
+/// Intervals of a list "120,0,35", up to the last one with bytes.
+int intervals(const QString &list)
+{
+    int last = 0;
+    int count = 0;
+    for (const auto &bytes : QStringView(list).tokenize(u',')) {
+        ++count;
+        last = bytes.toLongLong() > 0 ? count : last;
+    }
+    return last;
+}
+
 /// "time latitude longitude altitude" of the first phase that knew its place.
 void takePosition(const Walk &walk, Report &report)
 {
@@ -367,6 +387,8 @@ ReportParser::parse(const QByteArray &received, const QString &salt, const std::
     report.download = rate(walk, u"TestResult/Download/"_s);
     report.upload = rate(walk, u"TestResult/Upload/"_s);
     report.uploadClient = rate(walk, u"TestResult/Upload/Client"_s);
+    report.downloadIntervals = intervals(walk.text(u"TestResult/Download/Bytes"_s));
+    report.uploadIntervals = intervals(walk.text(u"TestResult/Upload/Bytes"_s));
     report.rttMin = figure(walk, u"TestResult/ResponseTime/Min"_s);
     report.rttAvg = figure(walk, u"TestResult/ResponseTime/Avg"_s);
     report.rttMax = figure(walk, u"TestResult/ResponseTime/Max"_s);

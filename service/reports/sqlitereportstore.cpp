@@ -1,18 +1,22 @@
 #include "reports/sqlitereportstore.h"
 
+#include "ops/log.h"
+#include "reports/reportqueries.h"
+#include "reports/sqliteschema.h"
+
 #include <QDateTime>
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QRandomGenerator>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QVariant>
 
 #include <algorithm>
-#include <array>
+#include <future>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -21,266 +25,27 @@ namespace {
 /// Operations that share one transaction; more would make the first of them wait.
 constexpr std::size_t batchSize = 64;
 
-/// Another program (a backup, a shell) may hold the file for so long.
-constexpr int busyTimeoutMs = 5000;
+constexpr int readerCount = 2;
 
-/// Step n brings a file from version n to n + 1. Steps that were released are never changed.
-const QList<QStringList> &migrations()
-{
-    static const QList<QStringList> steps{
-        {u"CREATE TABLE users("
-         "id INTEGER PRIMARY KEY, uuid TEXT UNIQUE, created INTEGER NOT NULL)"_s,
-         u"CREATE TABLE reports("
-         "id INTEGER PRIMARY KEY, userid INTEGER NOT NULL REFERENCES users(id), "
-         "seriesid INTEGER NOT NULL, testid INTEGER NOT NULL, client_time INTEGER NOT NULL, "
-         "server_time INTEGER NOT NULL, public_ip TEXT NOT NULL, test_server TEXT NOT NULL, "
-         "connection_type TEXT NOT NULL, location TEXT NOT NULL, network TEXT NOT NULL, "
-         "mcc TEXT NOT NULL, mnc TEXT NOT NULL, platform TEXT NOT NULL, model TEXT NOT NULL, "
-         "manufacturer TEXT NOT NULL, applet_version TEXT NOT NULL, "
-         "download_min INTEGER, download_avg INTEGER, download_max INTEGER, "
-         "upload_min INTEGER, upload_avg INTEGER, upload_max INTEGER, "
-         "upload_client_min INTEGER, upload_client_avg INTEGER, upload_client_max INTEGER, "
-         "rtt_min INTEGER, rtt_avg INTEGER, rtt_max INTEGER, latitude REAL, longitude REAL, "
-         "document TEXT NOT NULL, UNIQUE(userid, seriesid, testid, client_time))"_s},
-        // The users' pages list by time.
-        {u"CREATE INDEX reports_by_time ON reports(userid, client_time)"_s},
-    };
-    return steps;
-}
+/// How long another program (a backup, a shell) may hold the file before writes fail.
+constexpr auto holdTime = 5s;
 
-bool execute(QSqlDatabase &database, const QString &statement)
-{
-    QSqlQuery query(database);
-    return query.exec(statement);
-}
+/// A report a client keeps for longer than this has lost its streams' records.
+constexpr qint64 streamAgeMs = qint64{30} * 24 * 3600 * 1000;
+constexpr auto forgetPeriod = 1h;
 
-/// Nothing when @p statement fails or gives no row.
-std::optional<qint64> single(QSqlDatabase &database, const QString &statement,
-                             const QVariantList &values = {})
-{
-    QSqlQuery query(database);
-    query.prepare(statement);
-    for (const auto &value : values) {
-        query.addBindValue(value);
-    }
-    return query.exec() && query.next() ? std::optional(query.value(0).toLongLong()) : std::nullopt;
-}
-
-QString migrate(QSqlDatabase &database)
-{
-    const auto version = single(database, u"PRAGMA user_version"_s);
-    if (!version) {
-        return u"it is no database, or it cannot be read (%1)"_s.arg(database.lastError().text());
-    }
-    if (*version > migrations().size()) {
-        return u"it was written by a newer version of this program"_s;
-    }
-    for (auto step = static_cast<qsizetype>(*version); step < migrations().size(); ++step) {
-        bool done = execute(database, u"BEGIN IMMEDIATE"_s);
-        for (const auto &statement : migrations().at(step)) {
-            done = done && execute(database, statement);
-        }
-        done = done && execute(database, u"PRAGMA user_version=%1"_s.arg(step + 1)) &&
-               execute(database, u"COMMIT"_s);
-        if (!done) {
-            execute(database, u"ROLLBACK"_s);
-            return u"it cannot be brought from version %1 to %2"_s.arg(step).arg(step + 1);
-        }
-    }
-    return {};
-}
-
-/// Takes the file, and what SQLite keeps beside it, from the eyes of other users.
-bool keepPrivate(const QString &file)
-{
-    const auto owner = QFile::ReadOwner | QFile::WriteOwner;
-    return std::ranges::all_of(std::array{u""_s, u"-wal"_s, u"-shm"_s}, [&](const auto &suffix) {
-        return !QFile::exists(file + suffix) || QFile::setPermissions(file + suffix, owner);
-    });
-}
-
-/// Empty on success.
-QString prepare(QSqlDatabase &database, const QString &file)
-{
-    if (!QDir().mkpath(QFileInfo(file).absolutePath())) {
-        return u"its directory cannot be made"_s;
-    }
-    database.setDatabaseName(file);
-    database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeoutMs));
-    if (!database.open()) {
-        return database.lastError().text();
-    }
-    if (!execute(database, u"PRAGMA journal_mode=WAL"_s)) {
-        return u"it is no database, or it cannot be written"_s;
-    }
-    if (!execute(database, u"PRAGMA synchronous=FULL"_s) ||
-        !execute(database, u"PRAGMA foreign_keys=ON"_s)) {
-        return database.lastError().text();
-    }
-    if (QString problem = migrate(database); !problem.isEmpty()) {
-        return problem;
-    }
-    if (!keepPrivate(file)) {
-        return u"it cannot be hidden from other users"_s;
-    }
-    // A file on a read-only medium opens and fails at the first report; better now.
-    if (!execute(database, u"BEGIN IMMEDIATE"_s) || !execute(database, u"ROLLBACK"_s)) {
-        return u"it cannot be written"_s;
-    }
-    return {};
-}
-
-template <typename Value>
-QVariant nullable(const std::optional<Value> &value)
-{
-    return value ? QVariant::fromValue(*value) : QVariant();
-}
-
-std::optional<ReportStore::User> findOrCreate(QSqlDatabase &database, const QString &uuid)
-{
-    QSqlQuery query(database);
-    query.prepare(u"SELECT id, (SELECT max(seriesid) FROM reports WHERE userid = users.id) "
-                  "FROM users WHERE uuid = ?"_s);
-    query.addBindValue(uuid);
-    if (!query.exec()) {
-        return std::nullopt;
-    }
-    if (query.next()) {
-        return ReportStore::User{.id = query.value(0).toLongLong(),
-                                 .lastSeries = std::max(query.value(1).toLongLong(), 0LL)};
-    }
-    // The id is all one needs to see the measurements, so it must not be guessed. An id drawn
-    // twice is as good as impossible; then the next one is it.
-    for (int attempt = 0; attempt < 3; ++attempt) {
-        const auto id = static_cast<qint64>(QRandomGenerator::system()->generate64() >> 11);
-        if (id == 0 || single(database, u"SELECT 1 FROM users WHERE id = ?"_s, {id})) {
-            continue;
-        }
-        query.prepare(u"INSERT INTO users(id, uuid, created) VALUES(?, ?, ?)"_s);
-        query.addBindValue(id);
-        query.addBindValue(uuid);
-        query.addBindValue(QDateTime::currentMSecsSinceEpoch());
-        return query.exec() ? std::optional(ReportStore::User{.id = id}) : std::nullopt;
-    }
-    return std::nullopt;
-}
-
-/// Failed when the database refuses, else Stored or Repeated.
-ReportStore::Outcome insert(QSqlDatabase &database, const Report &report)
-{
-    QSqlQuery query(database);
-    query.prepare(
-        u"INSERT INTO users(id, uuid, created) VALUES(?, NULL, ?) ON CONFLICT DO NOTHING"_s);
-    query.addBindValue(report.userId);
-    query.addBindValue(report.serverTime);
-    if (!query.exec()) {
-        return ReportStore::Outcome::Failed;
-    }
-    query.prepare(
-        u"INSERT INTO reports(userid, seriesid, testid, client_time, server_time, public_ip, "
-        "test_server, connection_type, location, network, mcc, mnc, platform, model, manufacturer, "
-        "applet_version, download_min, download_avg, download_max, upload_min, upload_avg, "
-        "upload_max, upload_client_min, upload_client_avg, upload_client_max, rtt_min, rtt_avg, "
-        "rtt_max, latitude, longitude, document) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, "
-        "?, "
-        "?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT DO NOTHING"_s);
-    // A null string would be NULL, and these columns know no NULL.
-    const auto text = [](const QString &value) { return value.isNull() ? u""_s : value; };
-    for (const qint64 value :
-         {report.userId, report.seriesId, report.testId, report.clientTime, report.serverTime}) {
-        query.addBindValue(value);
-    }
-    for (const auto *value :
-         {&report.publicIp, &report.testServer, &report.connectionType, &report.location,
-          &report.networkName, &report.mcc, &report.mnc, &report.platform, &report.model,
-          &report.manufacturer, &report.appletVersion}) {
-        query.addBindValue(text(*value));
-    }
-    for (const auto *rate : {&report.download, &report.upload, &report.uploadClient}) {
-        query.addBindValue(nullable(rate->min));
-        query.addBindValue(nullable(rate->avg));
-        query.addBindValue(nullable(rate->max));
-    }
-    for (const auto &value : {report.rttMin, report.rttAvg, report.rttMax}) {
-        query.addBindValue(nullable(value));
-    }
-    query.addBindValue(nullable(report.latitude));
-    query.addBindValue(nullable(report.longitude));
-    query.addBindValue(text(report.document));
-    if (!query.exec()) {
-        return ReportStore::Outcome::Failed;
-    }
-    return query.numRowsAffected() > 0 ? ReportStore::Outcome::Stored
-                                       : ReportStore::Outcome::Repeated;
-}
-
-std::optional<qint64> optionalNumber(const QVariant &value)
-{
-    return value.isNull() ? std::nullopt : std::optional(value.toLongLong());
-}
-
-std::optional<double> optionalReal(const QVariant &value)
-{
-    return value.isNull() ? std::nullopt : std::optional(value.toDouble());
-}
-
-std::optional<ReportStore::UserReports> select(QSqlDatabase &database, qint64 userId, int limit)
-{
-    ReportStore::UserReports result;
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    query.prepare(
-        u"SELECT seriesid, testid, client_time, server_time, test_server, connection_type, "
-        "location, network, download_avg, upload_avg, upload_client_avg, rtt_avg, latitude, "
-        "longitude FROM reports WHERE userid = ? ORDER BY client_time DESC, id DESC "
-        "LIMIT ?"_s);
-    query.addBindValue(userId);
-    query.addBindValue(limit + 1);
-    if (!query.exec()) {
-        return std::nullopt;
-    }
-    while (query.next()) {
-        if (result.reports.size() == limit) {
-            result.more = true;
-            break;
-        }
-        Report report;
-        report.userId = userId;
-        report.seriesId = query.value(0).toLongLong();
-        report.testId = query.value(1).toLongLong();
-        report.clientTime = query.value(2).toLongLong();
-        report.serverTime = query.value(3).toLongLong();
-        report.testServer = query.value(4).toString();
-        report.connectionType = query.value(5).toString();
-        report.location = query.value(6).toString();
-        report.networkName = query.value(7).toString();
-        report.download.avg = optionalNumber(query.value(8));
-        report.upload.avg = optionalNumber(query.value(9));
-        report.uploadClient.avg = optionalNumber(query.value(10));
-        report.rttAvg = optionalNumber(query.value(11));
-        report.latitude = optionalReal(query.value(12));
-        report.longitude = optionalReal(query.value(13));
-        result.reports += report;
-    }
-    result.userKnown = !result.reports.isEmpty() ||
-                       single(database, u"SELECT 1 FROM users WHERE id = ?"_s, {userId});
-    return result;
-}
+/// A full batch of large reports, and SQLite's journal of it, must fit.
+constexpr std::uint64_t minFree = std::uint64_t{8} << 20;
 
 } // namespace
 
 std::unique_ptr<SqliteReportStore> SqliteReportStore::open(const QString &file, QString *error)
 {
     std::unique_ptr<SqliteReportStore> store(new SqliteReportStore);
-    bool opened = false;
+    store->file = file;
     QString problem;
-    store->thread = std::thread([&, raw = store.get()] { raw->work(file, &problem, &opened); });
-    {
-        std::unique_lock lock(store->mutex);
-        store->wake.wait(lock, [&] { return store->started; });
-    }
-    if (!opened) {
-        *error = u"The database %1 cannot be opened: %2."_s.arg(file, problem);
+    if (!store->start(&problem)) {
+        *error = u"The database %1 cannot be used: %2."_s.arg(file, problem);
         return nullptr;
     }
     return store;
@@ -288,90 +53,188 @@ std::unique_ptr<SqliteReportStore> SqliteReportStore::open(const QString &file, 
 
 SqliteReportStore::~SqliteReportStore()
 {
-    {
-        const std::lock_guard lock(mutex);
-        closing = true;
+    close(Clock::time_point::max());
+    if (lockDescriptor >= 0) {
+        ::close(lockDescriptor);
     }
-    wake.notify_all();
-    thread.join();
 }
 
-void SqliteReportStore::work(const QString &file, QString *error, bool *opened)
+/// Two services on one file would each take the other's work for a program that holds it. The
+/// lock ends with the process, however that ends.
+bool SqliteReportStore::lock()
 {
-    // A connection belongs to the thread that made it, and its name to the whole program.
-    static std::atomic<int> lastNumber{0};
-    const QString name = u"velometer-service-%1"_s.arg(++lastNumber);
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, name);
-        const QString problem = prepare(database, file);
-        const bool usable = problem.isEmpty();
-        {
-            const std::lock_guard lock(mutex);
-            *error = problem;
-            *opened = usable;
-            started = true;
-        }
-        wake.notify_all();
-
-        std::unique_lock lock(mutex);
-        while (usable) {
-            wake.wait(lock, [this] { return closing || !queue.empty(); });
-            if (queue.empty()) {
-                break;
-            }
-            std::vector<Job> batch;
-            while (!queue.empty() && batch.size() < batchSize) {
-                batch.push_back(std::move(queue.front()));
-                queue.pop_front();
-            }
-            lock.unlock();
-            runBatch(database, batch);
-            batch.clear();
-            lock.lock();
-        }
-    }
-    QSqlDatabase::removeDatabase(name);
+    const auto name = QFile::encodeName(file + u".lock"_s);
+    lockDescriptor = ::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    return lockDescriptor < 0 || ::flock(lockDescriptor, LOCK_EX | LOCK_NB) == 0;
 }
 
-SqliteReportStore::Attempt SqliteReportStore::tryOnce(QSqlDatabase &database,
+bool SqliteReportStore::start(QString *error)
+{
+    std::promise<QString> opened;
+    threads.emplace_back([this, &opened] {
+        SqliteConnection connection;
+        QString problem;
+        if (!connection.open(file)) {
+            problem = connection.problem();
+        } else if (!lock()) {
+            problem = u"another velometer-service uses it"_s;
+        } else {
+            // Nobody waits yet, so another program may take its time.
+            connection.execute(u"PRAGMA busy_timeout=5000"_s);
+            problem = SqliteSchema::bringForward(connection, file);
+            connection.execute(u"PRAGMA busy_timeout=100"_s);
+        }
+        const bool usable = problem.isEmpty();
+        opened.set_value(problem);
+        if (usable) {
+            write(connection);
+        }
+    });
+    *error = opened.get_future().get();
+    if (!error->isEmpty()) {
+        return false;
+    }
+    for (int i = 0; i < readerCount; ++i) {
+        threads.emplace_back([this] { read(); });
+    }
+    return true;
+}
+
+void SqliteReportStore::close(Clock::time_point deadline)
+{
+    end = deadline;
+    {
+        const std::lock_guard guard(mutex);
+        closing = true;
+        writes.wake.notify_all();
+        reads.wake.notify_all();
+    }
+    for (auto &thread : threads) {
+        thread.join();
+    }
+    threads.clear();
+}
+
+/// Nothing when the store closes and the queue is empty.
+std::vector<SqliteReportStore::Job> SqliteReportStore::take(Queue &queue, std::size_t most)
+{
+    std::unique_lock guard(mutex);
+    queue.wake.wait(guard, [&] { return closing || !queue.jobs.empty(); });
+    std::vector<Job> taken;
+    while (!queue.jobs.empty() && taken.size() < most) {
+        taken.push_back(std::move(queue.jobs.front()));
+        queue.jobs.pop_front();
+    }
+    return taken;
+}
+
+void SqliteReportStore::read()
+{
+    SqliteConnection connection;
+    const bool opened = connection.open(file) && connection.execute(u"PRAGMA query_only=ON"_s);
+    for (auto jobs = take(reads, 1); !jobs.empty(); jobs = take(reads, 1)) {
+        const bool done = opened && Clock::now() < end.load() && connection.execute(u"BEGIN"_s) &&
+                          jobs.front().run(connection);
+        if (!done && Clock::now() < end.load()) {
+            Log::write(Log::Level::Error,
+                       "reports cannot be read: " + connection.problem().toStdString());
+        }
+        connection.rollBack();
+        jobs.front().finish(done);
+    }
+}
+
+void SqliteReportStore::write(SqliteConnection &connection)
+{
+    auto forgetAt = Clock::now();
+    for (auto jobs = take(writes, batchSize); !jobs.empty(); jobs = take(writes, batchSize)) {
+        runBatch(connection, jobs);
+        if (Clock::now() >= forgetAt) {
+            forgetAt = Clock::now() + forgetPeriod;
+            ReportQueries::forgetStreams(connection,
+                                         QDateTime::currentMSecsSinceEpoch() - streamAgeMs);
+        }
+    }
+}
+
+SqliteReportStore::Attempt SqliteReportStore::tryOnce(SqliteConnection &connection,
                                                       std::span<const Job> jobs)
 {
-    // Who reads first and wants to write then is refused at once when another has written.
-    const bool writes = std::ranges::any_of(jobs, &Job::writes);
-    if (!execute(database, writes ? u"BEGIN IMMEDIATE"_s : u"BEGIN"_s)) {
-        return Attempt::Held;
+    const auto patience = Clock::now() + holdTime;
+    while (!connection.beginWriting()) {
+        if (!connection.isHeld() || Clock::now() >= std::min(patience, end.load())) {
+            return Attempt::Held;
+        }
     }
-    if (std::ranges::all_of(jobs, [&](const Job &job) { return job.run(database); }) &&
-        execute(database, u"COMMIT"_s)) {
+    if (std::ranges::all_of(jobs, [&](const Job &job) { return job.run(connection); }) &&
+        connection.commit()) {
         return Attempt::Committed;
     }
-    execute(database, u"ROLLBACK"_s);
+    const QString reason = connection.problem();
+    connection.rollBack();
+    noteFailure(reason);
     return Attempt::Failed;
 }
 
-void SqliteReportStore::runBatch(QSqlDatabase &database, std::span<const Job> batch)
+/// All in one transaction, or, when that fails, each in its own: one bad job fails alone. Who
+/// cannot begin at all tells everybody at once.
+void SqliteReportStore::runBatch(SqliteConnection &connection, std::span<const Job> batch)
 {
-    const bool together = tryOnce(database, batch) == Attempt::Committed;
-    bool held = false;
+    const bool over = Clock::now() >= end.load();
+    auto attempt = over ? Attempt::Held : tryOnce(connection, batch);
+    if (attempt == Attempt::Held) {
+        noteFailure(over ? u"the service ends"_s : connection.problem());
+    } else if (attempt == Attempt::Committed) {
+        noteSuccess();
+    }
+    const bool apart = attempt == Attempt::Failed && batch.size() > 1;
     for (const auto &job : batch) {
-        bool good = together;
-        // Another program that holds the file for so long is not waited for once per job.
-        if (!good && !(held && job.writes)) {
-            const auto attempt = tryOnce(database, {&job, 1});
-            good = attempt == Attempt::Committed;
-            held = held || attempt == Attempt::Held;
+        if (apart && attempt != Attempt::Held && Clock::now() < end.load()) {
+            attempt = tryOnce(connection, {&job, 1});
+        } else if (apart) {
+            attempt = Attempt::Held;
         }
-        job.finish(good);
+        job.finish(attempt == Attempt::Committed);
     }
 }
 
-void SqliteReportStore::enqueue(Job job)
+/// A disk that is full fails every report; the log needs to hear it once.
+void SqliteReportStore::noteFailure(const QString &reason)
+{
+    const std::lock_guard guard(mutex);
+    if (++failures == 1 || reason != lastReason) {
+        Log::write(Log::Level::Error, "the store cannot write: " + reason.toStdString());
+    }
+    lastReason = reason;
+}
+
+void SqliteReportStore::noteSuccess()
+{
+    if (failures > 0) {
+        Log::write(Log::Level::Warning,
+                   "the store writes again, after failing " + std::to_string(failures) + " times");
+    }
+    failures = 0;
+}
+
+QString SqliteReportStore::shortage() const
+{
+    struct statvfs disk{};
+    const bool known = ::statvfs(QFile::encodeName(file).constData(), &disk) == 0;
+    return known && disk.f_bavail < minFree / disk.f_frsize ? u"its disk is full"_s : QString();
+}
+
+void SqliteReportStore::enqueue(Queue &queue, Job job, bool urgent)
 {
     {
-        const std::lock_guard lock(mutex);
-        if (queue.size() < queueLength && !closing) {
-            queue.push_back(std::move(job));
-            wake.notify_one();
+        const std::lock_guard guard(mutex);
+        if (queue.jobs.size() < queueLength && !closing) {
+            if (urgent) {
+                queue.jobs.push_front(std::move(job));
+            } else {
+                queue.jobs.push_back(std::move(job));
+            }
+            queue.wake.notify_one();
             return;
         }
     }
@@ -382,50 +245,78 @@ void SqliteReportStore::findOrCreateUser(const QString &uuid,
                                          std::function<void(std::optional<User>)> done)
 {
     auto user = std::make_shared<std::optional<User>>();
-    enqueue({true,
-             [uuid, user](QSqlDatabase &database) {
-                 *user = findOrCreate(database, uuid);
-                 return user->has_value();
-             },
-             [user, done = std::move(done)](bool committed) {
-                 done(committed ? *user : std::nullopt);
-             }});
+    enqueue(writes, {[uuid, user](SqliteConnection &connection) {
+                         *user = ReportQueries::findOrCreateUser(connection, uuid);
+                         return user->has_value();
+                     },
+                     [user, done = std::move(done)](bool committed) {
+                         done(committed ? *user : std::nullopt);
+                     }});
+}
+
+void SqliteReportStore::storeStream(StreamRecord record)
+{
+    enqueue(writes, {[record](SqliteConnection &connection) {
+                         return ReportQueries::insertStream(connection, record);
+                     },
+                     [](bool) {}});
 }
 
 void SqliteReportStore::storeReport(Report report, std::function<void(Outcome)> done)
 {
     auto outcome = std::make_shared<Outcome>(Outcome::Failed);
-    enqueue({true,
-             [report = std::move(report), outcome](QSqlDatabase &database) {
-                 *outcome = insert(database, report);
-                 return *outcome != Outcome::Failed;
-             },
-             [outcome, done = std::move(done)](bool committed) {
-                 done(committed ? *outcome : Outcome::Failed);
-             }});
+    enqueue(writes, {[report = std::move(report), outcome](SqliteConnection &connection) {
+                         *outcome = ReportQueries::insert(connection, report);
+                         return *outcome != Outcome::Failed;
+                     },
+                     [outcome, done = std::move(done)](bool committed) {
+                         done(committed ? *outcome : Outcome::Failed);
+                     }});
 }
 
-void SqliteReportStore::reportsOfUser(qint64 userId, int limit,
+void SqliteReportStore::reportsOfUser(qint64 userId, std::optional<qint64> before, int limit,
                                       std::function<void(std::optional<UserReports>)> done)
 {
     auto reports = std::make_shared<std::optional<UserReports>>();
-    enqueue({false,
-             [userId, limit, reports](QSqlDatabase &database) {
-                 *reports = select(database, userId, limit);
-                 return reports->has_value();
-             },
-             [reports, done = std::move(done)](bool committed) {
-                 done(committed ? *reports : std::nullopt);
-             }});
+    enqueue(reads, {[userId, before, limit, reports](SqliteConnection &connection) {
+                        *reports = ReportQueries::select(connection, userId, before, limit);
+                        return reports->has_value();
+                    },
+                    [reports, done = std::move(done)](bool read) {
+                        done(read ? *reports : std::nullopt);
+                    }});
 }
 
-void SqliteReportStore::ping(std::function<void(bool)> done)
+void SqliteReportStore::ping(std::function<void(QString)> done)
 {
-    enqueue({false,
-             [](QSqlDatabase &database) {
-                 return single(database, u"SELECT count(*) FROM users WHERE id = 0"_s).has_value();
-             },
-             std::move(done)});
+    {
+        const std::lock_guard guard(mutex);
+        pings.push_back(std::move(done));
+        if (pings.size() > 1) {
+            return;
+        }
+    }
+    // A file that can be read may still take nothing, so this writes a page; and ahead of the
+    // reports, because a long queue is no illness.
+    const auto check = [](SqliteConnection &connection) {
+        const auto version = connection.number(u"PRAGMA user_version"_s);
+        return version && connection.execute(u"PRAGMA user_version=%1"_s.arg(*version));
+    };
+    const auto finish = [this](bool committed) {
+        std::vector<std::function<void(QString)>> waiting;
+        QString answer = shortage();
+        {
+            const std::lock_guard guard(mutex);
+            waiting.swap(pings);
+            if (!committed) {
+                answer = failures > 0 ? lastReason : u"it has too much to do"_s;
+            }
+        }
+        for (const auto &each : waiting) {
+            each(answer);
+        }
+    };
+    enqueue(writes, {check, finish}, true);
 }
 
 } // namespace velometer

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "reports/reportstore.h"
-
-#include <QSqlDatabase>
-#include <QStringList>
+#include "reports/sqliteconnection.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -15,54 +13,72 @@
 
 namespace velometer {
 
-/// The reports in one SQLite file, written and read by one thread of its own. Writes that wait at
+/// The reports in one SQLite file: one thread writes, others read beside it. Writes that wait at
 /// the same time share a transaction, and a callback comes after its commit: a report that was
-/// acknowledged survives a power cut. One process per file.
+/// acknowledged survives a power cut. One store per file.
 class SqliteReportStore : public ReportStore
 {
 public:
-    /// Operations that may wait; beyond them the store fails them at once.
+    /// Writes, and reads, that may wait; beyond them the store fails them at once.
     static constexpr std::size_t queueLength = 1000;
 
     /// Opens @p file, makes it and its directory when missing, and brings an older schema forward.
     /// Nothing on failure; @p error then says in a sentence why.
     static std::unique_ptr<SqliteReportStore> open(const QString &file, QString *error);
 
-    /// Finishes what is in the queue, then closes the file.
+    /// Closes, with all the time it takes.
     ~SqliteReportStore() override;
 
     void findOrCreateUser(const QString &uuid,
                           std::function<void(std::optional<User>)> done) override;
+    void storeStream(StreamRecord record) override;
     void storeReport(Report report, std::function<void(Outcome)> done) override;
-    void reportsOfUser(qint64 userId, int limit,
+    void reportsOfUser(qint64 userId, std::optional<qint64> before, int limit,
                        std::function<void(std::optional<UserReports>)> done) override;
-    void ping(std::function<void(bool)> done) override;
+    void ping(std::function<void(QString)> done) override;
+    void close(std::chrono::steady_clock::time_point deadline) override;
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     /// One operation: runs inside the transaction, true on success, and again when the transaction
     /// it shared failed; in the end it is told how it went and calls its callback.
     struct Job
     {
-        bool writes;
-        std::function<bool(QSqlDatabase &)> run;
+        std::function<bool(SqliteConnection &)> run;
         std::function<void(bool committed)> finish;
     };
+    struct Queue
+    {
+        std::deque<Job> jobs;
+        std::condition_variable wake;
+    };
+    enum class Attempt { Committed, Failed, Held /**< by another program */ };
 
     SqliteReportStore() = default;
-    void enqueue(Job job);
-    void work(const QString &file, QString *error, bool *opened);
-    enum class Attempt { Committed, Failed, Held /**< by another program */ };
-    static Attempt tryOnce(QSqlDatabase &database, std::span<const Job> jobs);
+    bool lock();
+    bool start(QString *error);
+    void enqueue(Queue &queue, Job job, bool urgent = false);
+    std::vector<Job> take(Queue &queue, std::size_t most);
+    void read();
+    void write(SqliteConnection &connection);
+    Attempt tryOnce(SqliteConnection &connection, std::span<const Job> jobs);
+    void runBatch(SqliteConnection &connection, std::span<const Job> batch);
+    void noteFailure(const QString &reason);
+    void noteSuccess();
+    QString shortage() const;
 
-    /// All in one transaction, or, when that fails, each in its own: one bad job fails alone.
-    static void runBatch(QSqlDatabase &database, std::span<const Job> batch);
-
+    QString file;
+    int lockDescriptor = -1;
     std::mutex mutex;
-    std::condition_variable wake;
-    std::deque<Job> queue;
+    Queue writes;
+    Queue reads;
     bool closing = false;
-    bool started = false;
-    std::thread thread;
+    std::vector<std::function<void(QString)>> pings;              ///< that one check answers
+    std::atomic<Clock::time_point> end{Clock::time_point::max()}; ///< of all work
+    int failures = 0;   ///< of the writer since its last success; changed by it alone
+    QString lastReason; ///< of the latest of them
+    std::vector<std::thread> threads;
 };
 
 } // namespace velometer

@@ -6,6 +6,9 @@
 #include <QLocale>
 #include <QTimeZone>
 
+#include <algorithm>
+#include <iterator>
+
 using namespace Qt::StringLiterals;
 
 namespace velometer {
@@ -18,7 +21,9 @@ struct Texts
     QString title;
     QString one;
     QString count;
-    QString newestOnly;
+    QString older;
+    QString unverified;
+    QString late;
     QString none;
     QString unknownTitle;
     QString unknown;
@@ -32,7 +37,9 @@ const Texts &textsOf(UserReportPage::Language language)
         u"Your measurements"_s,
         u"One measurement. Times are UTC."_s,
         u"%1 measurements, the newest first. Times are UTC."_s,
-        u"Only the newest %1 measurements are shown."_s,
+        u"Older measurements"_s,
+        u"not verified"_s,
+        u"* The service was too busy to keep up; the link may be faster."_s,
         u"There are no measurements yet. Start one on your device; it appears here at once."_s,
         u"Nothing here"_s,
         u"We know no measurements under this address. Please open the page from your device, "
@@ -44,7 +51,9 @@ const Texts &textsOf(UserReportPage::Language language)
         u"Ihre Messungen"_s,
         u"Eine Messung. Zeiten in UTC."_s,
         u"%1 Messungen, die neueste zuerst. Zeiten in UTC."_s,
-        u"Nur die neuesten %1 Messungen werden gezeigt."_s,
+        u"Ältere Messungen"_s,
+        u"nicht bestätigt"_s,
+        u"* Der Dienst war überlastet; die Verbindung ist vielleicht schneller."_s,
         u"Noch keine Messungen. Starten Sie eine auf Ihrem Gerät; sie erscheint sofort hier."_s,
         u"Hier ist nichts"_s,
         u"Unter dieser Adresse kennen wir keine Messungen. Bitte öffnen Sie die Seite von Ihrem "
@@ -57,23 +66,51 @@ const Texts &textsOf(UserReportPage::Language language)
 /// Where there is nothing to show.
 const QString dash = u"–"_s;
 
-QString rateText(const std::optional<qint64> &bitsPerSecond, const QLocale &locale)
+/// Beyond what any network gives, a figure is a mistake or a joke.
+constexpr qint64 maxRate = 1'000'000'000'000;      // bit/s
+constexpr qint64 maxResponse = 60'000'000'000;     // ns
+constexpr qint64 firstTime = 946'684'800'000;      // ms: 2000-01-01
+constexpr qint64 lastTime = 4'133'980'800'000 - 1; // ms: before 2101-01-01
+
+QString rateText(const Report &report, const std::optional<qint64> &bitsPerSecond,
+                 const Texts &texts, const QLocale &locale)
 {
-    if (!bitsPerSecond) {
+    if (!bitsPerSecond || *bitsPerSecond > maxRate) {
         return dash;
     }
-    const auto rate = static_cast<double>(*bitsPerSecond);
-    if (rate >= 1e9) {
-        return locale.toString(rate / 1e9, 'f', 2) + u" Gbit/s"_s;
+    if (!report.verified) {
+        return texts.unverified;
     }
-    return rate >= 1e6 ? locale.toString(rate / 1e6, 'f', 2) + u" Mbit/s"_s
-                       : locale.toString(rate / 1e3, 'f', 1) + u" kbit/s"_s;
+    const auto rate = static_cast<double>(*bitsPerSecond);
+    const QString text = rate >= 1e9   ? locale.toString(rate / 1e9, 'f', 2) + u" Gbit/s"_s
+                         : rate >= 1e6 ? locale.toString(rate / 1e6, 'f', 2) + u" Mbit/s"_s
+                                       : locale.toString(rate / 1e3, 'f', 1) + u" kbit/s"_s;
+    return report.serviceLate ? text + u" *"_s : text;
 }
 
 QString rttText(const std::optional<qint64> &nanoseconds, const QLocale &locale)
 {
-    return nanoseconds ? locale.toString(static_cast<double>(*nanoseconds) / 1e6, 'f', 1) + u" ms"_s
-                       : dash;
+    return nanoseconds && *nanoseconds <= maxResponse
+               ? locale.toString(static_cast<double>(*nanoseconds) / 1e6, 'f', 1) + u" ms"_s
+               : dash;
+}
+
+QString timeText(qint64 ms)
+{
+    return ms < firstTime || ms > lastTime ? dash
+                                           : QDateTime::fromMSecsSinceEpoch(ms, QTimeZone::utc())
+                                                 .toString(u"yyyy-MM-dd HH:mm:ss"_s);
+}
+
+/// Text from a client without what would rule the text around it: control characters, and those
+/// that turn the direction of writing.
+QString printable(const QString &text)
+{
+    QString kept;
+    std::ranges::copy_if(text, std::back_inserter(kept), [](QChar c) {
+        return c.category() != QChar::Other_Control && c.category() != QChar::Other_Format;
+    });
+    return kept;
 }
 
 /// A mode code by its name; what is no code (several modes) as it came.
@@ -117,7 +154,8 @@ QString page(const Texts &texts, const QString &title, const QString &body)
 
 QString cell(const QString &text, bool number = false)
 {
-    return (number ? u"<td class=\"n\">"_s : u"<td>"_s) + text.toHtmlEscaped() + u"</td>"_s;
+    return (number ? u"<td class=\"n\">"_s : u"<td>"_s) + printable(text).toHtmlEscaped() +
+           u"</td>"_s;
 }
 
 } // namespace
@@ -144,18 +182,16 @@ std::string UserReportPage::headers()
            "Cache-Control: no-store\r\nReferrer-Policy: no-referrer\r\n";
 }
 
-QByteArray UserReportPage::measurements(const ReportStore::UserReports &reports, Language language)
+QByteArray UserReportPage::measurements(const ReportStore::UserReports &reports, qint64 userId,
+                                        Language language)
 {
     const Texts &texts = textsOf(language);
     const QLocale locale(language == Language::German ? QLocale::German : QLocale::English);
-    if (reports.reports.isEmpty()) {
+    if (reports.count == 0) {
         return page(texts, texts.title, u"<p>"_s + texts.none.toHtmlEscaped() + u"</p>\n"_s)
             .toUtf8();
     }
-    const auto shown = reports.reports.size();
-    const QString summary = shown == 1     ? texts.one
-                            : reports.more ? texts.newestOnly.arg(shown)
-                                           : texts.count.arg(shown);
+    const QString summary = reports.count == 1 ? texts.one : texts.count.arg(reports.count);
     QString body =
         u"<p>"_s + summary.toHtmlEscaped() + u"</p>\n<div class=\"wide\"><table>\n<thead><tr>"_s;
     for (qsizetype i = 0; i < texts.columns.size(); ++i) {
@@ -165,16 +201,26 @@ QByteArray UserReportPage::measurements(const ReportStore::UserReports &reports,
     }
     body += u"</tr></thead>\n<tbody>\n"_s;
     for (const Report &report : reports.reports) {
-        const auto time = QDateTime::fromMSecsSinceEpoch(report.clientTime, QTimeZone::utc());
-        body += u"<tr>"_s + cell(time.isValid() ? time.toString(u"yyyy-MM-dd HH:mm:ss"_s) : dash) +
+        body += u"<tr>"_s + cell(timeText(report.clientTime)) +
                 cell(u"%1 / %2"_s.arg(report.seriesId).arg(report.testId)) +
-                cell(report.testServer) + cell(rateText(report.download.avg, locale), true) +
-                cell(rateText(report.bestUpload().avg, locale), true) +
+                cell(report.testServer) +
+                cell(rateText(report, report.download.avg, texts, locale), true) +
+                cell(rateText(report, report.bestUpload().avg, texts, locale), true) +
                 cell(rttText(report.rttAvg, locale), true) +
                 cell(connectionText(report.connectionType)) + cell(placeText(report, locale)) +
                 u"</tr>\n"_s;
     }
     body += u"</tbody>\n</table></div>\n"_s;
+    if (std::ranges::any_of(reports.reports, &Report::serviceLate)) {
+        body += u"<p>"_s + texts.late.toHtmlEscaped() + u"</p>\n"_s;
+    }
+    if (reports.older) {
+        body += u"<p><a href=\"?page=UserReport&amp;userid=%1&amp;language=%2&amp;before=%3\">"
+                "%4</a></p>\n"_s.arg(userId)
+                    .arg(texts.code)
+                    .arg(*reports.older)
+                    .arg(texts.older.toHtmlEscaped());
+    }
     return page(texts, texts.title, body).toUtf8();
 }
 

@@ -22,7 +22,10 @@ public:
     /// because the page's address is the key to the measurements.
     static std::string headers();
 
-    static QByteArray measurements(const ReportStore::UserReports &reports, Language language);
+    /// @p userId is who they belong to, for the link to older ones. Figures that no network gives,
+    /// rates that no stream of this service backs, and times beyond this century are left out.
+    static QByteArray measurements(const ReportStore::UserReports &reports, qint64 userId,
+                                   Language language);
     static QByteArray unknownUser(Language language);
 };
 

@@ -4,9 +4,14 @@
 #include "socketclient.h"
 #include "support/registeredtest.h"
 #include "support/rows.h"
+#include "web/userreportpage.h"
 
+#include <QCryptographicHash>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTest>
+
+#include <zlib.h>
 
 using namespace Qt::StringLiterals;
 
@@ -75,6 +80,10 @@ private Q_SLOTS:
                     "x\" [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;\">]>"),
             400);
         row("a tag of many attributes", changed("<UserData>", "<UserData" + attributes + ">"), 400);
+        row("a few are enough",
+            changed("<OS>", "<OS" + attributes.left(attributes.indexOf(" a8=")) + ">"), 200);
+        row("one too many",
+            changed("<OS>", "<OS" + attributes.left(attributes.indexOf(" a9=")) + ">"), 400);
         row("angle bracket in an attribute", changed("<UserData>", "<UserData a=\">\" b='>'>"),
             200);
         row("tags in a comment",
@@ -90,6 +99,7 @@ private Q_SLOTS:
         row("doubled element", changed("</UserID>", "</UserID><UserID>1</UserID>"), 400);
         row("entity of a file", changed("<Location>LocHome", "<Location>&file;"), 400);
         row("no UTF-8", changed("Cafe", "Caf\xe9"), 400);
+        row("without a hash", changed("Hash=", "Hush="), 403);
         row("figure changed", changed("<Avg>25000000", "<Avg>25000001"), 403);
         row("too large", changed("<OS>", "<OS>\xc3\xa9" + QByteArray(300'000, 'x')), 413);
     }
@@ -115,27 +125,79 @@ private Q_SLOTS:
     void storesTheFigures()
     {
         const RunningService service;
-        QCOMPARE(send(service, changed("<Min>35000</Min>", "<Min>-1</Min>")), 200);
-        QCOMPARE(stored(service, u"userid||' '||seriesid||' '||testid||' '||client_time"_s),
-                 u"1436911191399025 13 3 1700000000123"_s);
-        QCOMPARE(stored(service, u"public_ip||' '||test_server||' '||connection_type||' '||"
-                                 "location||' '||network||' '||mcc||' '||mnc"_s),
-                 u"127.0.0.1 test.example WcdmaMode LocHome Cafe 228 01"_s);
-        QCOMPARE(stored(service, u"download_min||' '||download_avg||' '||download_max"_s),
-                 u"20000000 25000000 30000000"_s);
-        QCOMPARE(stored(service, u"upload_min||' '||upload_avg||' '||upload_max"_s),
-                 u"7000000 8000000 9000000"_s);
-        QCOMPARE(stored(service, u"upload_client_min||' '||upload_client_avg||' '||"
-                                 "upload_client_max"_s),
-                 u"7100000 8100000 9100000"_s);
-        QCOMPARE(stored(service, u"ifnull(rtt_min, 'none')||' '||rtt_avg||' '||rtt_max"_s),
-                 u"none 35900 37000"_s);
-        QCOMPARE(stored(service, u"latitude||' '||longitude"_s), u"47.2266 8.8184"_s);
+        QCOMPARE(send(service, changed("<Min>31200000</Min>", "<Min>-1</Min>")), 200);
+        QString columns =
+            u"userid, seriesid, testid, client_time, public_ip, test_server, connection_type, "
+            "location, network, mcc, mnc, platform, model, manufacturer, applet_version, "
+            "download_min, download_avg, download_max, upload_min, upload_avg, upload_max, "
+            "upload_client_min, upload_client_avg, upload_client_max, ifnull(rtt_min,'none'), "
+            "rtt_avg, rtt_max, latitude, longitude, verified, service_late"_s;
+        QCOMPARE(stored(service, columns.replace(u", "_s, u"||' '||"_s)),
+                 u"1436911191399025 13 3 1700000000123 127.0.0.1 test.example WcdmaMode LocHome "
+                 "Cafe 228 01 Phone P1 Maker V1.3.0 20500000 25000000 30000000 7000000 8000000 "
+                 "9000000 7100000 8100000 9100000 none 35900000 47100000 47.2266 8.8184 0 0"_s);
         QVERIFY(stored(service, u"server_time - client_time"_s).toLongLong() > 0);
         const QString document = stored(service, u"document"_s);
         QVERIFY(!document.contains(u"###"_s));
+        QCOMPARE(document.count(u"no stream recorded"_s), 2);
         QVERIFY(document.contains(u"<Domain>127.0.0.1</Domain>"_s));
         QVERIFY(document.contains(u"1: Public IP: 127.0.0.1\r\n"_s));
+    }
+
+    void verifiesATestItServed()
+    {
+        const RunningService service;
+        const auto target = [](const QByteArray &path, int offset) {
+            return "/velometer/" + path +
+                   "?logtraffic=5&testuserid=1436911191399025&seriesid=13&testid=" +
+                   QByteArray::number(offset + 3) + " HTTP/1.0\r\nContent-Length: 99999999\r\n\r\n";
+        };
+        for (const bool up : {false, true}) {
+            SocketClient client(service.port());
+            QVERIFY(client.send(up ? "POST " + target("uploadtest.php", 3'000'000)
+                                   : "GET " + target("downloadtest.php", 2'000'000)));
+            // Long enough for a rate: six intervals.
+            for (int i = 0; i < 7; ++i) {
+                QVERIFY(up ? client.send(QByteArray(10'000, '7'))
+                           : client.receive(9'000'000).size() > 0);
+                QTest::qWait(90);
+            }
+            client.close();
+            QVERIFY(service.waitForMetric(
+                up ? "streams{direction=\"upload\"}" : "streams{direction=\"download\"}", 0));
+        }
+        const auto told =
+            bodyOf(SocketClient::exchange(service.port(),
+                                          "GET " + target("getuploadresult.php", 3'000'000)))
+                .split(';');
+        QCOMPARE(told.size(), 3);
+        for (const bool honest : {true, false}) {
+            const QByteArray time = honest ? "1700000000124" : "1700000000125";
+            const QByteArray average = honest ? told.at(1) : told.at(1) + "0";
+            const QByteArray hash =
+                QCryptographicHash::hash("8352|1436911191399025|test.example|3|13|25000000|" +
+                                             average + "|35900|" + time + "|8352",
+                                         QCryptographicHash::Md5);
+            QByteArray body = changed("1700000000123", time);
+            body.replace(QByteArray("LRCiTIsjZNqds1dTg1Byow=="), hash.toBase64());
+            body.replace("<Min>7000000<", "<Min>" + told.at(0) + '<');
+            body.replace("<Avg>8000000<", "<Avg>" + average + '<');
+            body.replace("<Max>9000000<", "<Max>" + told.at(2) + '<');
+            QCOMPARE(send(service, body), 200);
+        }
+        QCOMPARE(sql(service.databaseFile(),
+                     {u"SELECT group_concat(verified) FROM reports ORDER BY id"_s}),
+                 u"1,0"_s);
+        const QByteArray sent =
+            QByteArray::number(service.metric("stream_bytes_total{direction=\"download\"}"));
+        const QByteArray document = stored(service, u"document"_s).toUtf8();
+        QVERIFY2(document.contains("\nsent " + sent + " bytes in "), document.constData());
+        QVERIFY(document.contains("\nreceived min " + told.at(0) + ", avg " + told.at(1) +
+                                  ", max " + told.at(2) + " bit/s\n"));
+        const QByteArray page = SocketClient::get(
+            service.port(), "/velometer/Controller?page=UserReport&userid=1436911191399025");
+        QCOMPARE(page.count(">25.00 Mbit/s<"), 1);
+        QCOMPARE(page.count(">not verified<"), 2);
     }
 
     void storesTextEncodedTwice_data()
@@ -192,7 +254,9 @@ private Q_SLOTS:
 
     void answersBeforeAllIsRead()
     {
-        const RunningService service;
+        auto options = RunningService::defaults();
+        options.reportTimeout = std::chrono::milliseconds(600);
+        const RunningService service(options);
         SocketClient refused(service.port());
         QVERIFY(refused.send(post(QByteArray(1'000'000, 'x'), 99'999'999)));
         bool ended = false;
@@ -207,29 +271,131 @@ private Q_SLOTS:
         SocketClient stalled(service.port());
         QVERIFY(stalled.send(post(report().left(500), 5000)));
         QCOMPARE(statusOf(stalled.receiveAll()), 408);
+
+        // Never silent for long, and never done.
+        SocketClient trickling(service.port());
+        QVERIFY(trickling.send(post(report().left(500), 5000)));
+        for (int i = 0; i < 50 && service.metric("reports_rejected_total{reason=\"timeout\"}") < 2;
+             ++i) {
+            trickling.send("x");
+            QTest::qWait(100);
+        }
+        QCOMPARE(statusOf(trickling.receiveAll()), 408);
     }
 
-    void showsReportsEscaped()
+    void showsWhatIsTrue()
+    {
+        const auto parsed =
+            ReportParser::parse(changed("LocHome", "&lt;script&gt;&amp;\"x"), u"8352"_s, false);
+        Report good = std::get<Report>(parsed);
+        good.verified = good.serviceLate = true;
+        Report own = good; // without the service's figure
+        own.upload = {};
+        own.serviceLate = false;
+        Report claimed = good;
+        claimed.verified = false;
+        Report wild = own;
+        wild.clientTime = 4'133'980'800'000;
+        wild.testServer = u"a\u202eb\u0007c\u200f"_s;
+        wild.download.avg = 1'000'000'000'001;
+        wild.uploadClient.avg = 12'340'000'000;
+        wild.rttAvg = 60'000'000'001;
+        wild.latitude.reset();
+        wild.location.clear();
+        const auto rows = [&](const ReportStore::UserReports &reports,
+                              UserReportPage::Language language) {
+            const QByteArray page =
+                UserReportPage::measurements(reports, 1436911191399025, language);
+            const auto from = page.indexOf("<p>");
+            return page.mid(from, page.indexOf("</body>") - from)
+                .replace("<td class=\"n\">", "<td>")
+                .replace("</td>", "")
+                .replace("</tr>", "")
+                .replace("<tr>", "");
+        };
+        const QByteArray place = "<td>&lt;script&gt;&amp;&quot;x, 47.2266° / 8.8184°\n";
+        QCOMPARE(
+            rows({true, {good, own, claimed, wild}, 1234, 77}, UserReportPage::Language::English),
+            "<p>1234 measurements, the newest first. Times are UTC.</p>\n<div "
+            "class=\"wide\"><table>\n"
+            "<thead><th>Time</th><th>Series / test</th><th>Server</th><th class=\"n\">Download</th>"
+            "<th class=\"n\">Upload</th><th "
+            "class=\"n\">RTT</th><th>Connection</th><th>Location</th></thead>\n<tbody>\n"
+            "<td>2023-11-14 22:13:20<td>13 / 3<td>test.example<td>25.00 Mbit/s *<td>8.00 Mbit/s "
+            "*<td>35.9 ms<td>Mobile(UMTS)" +
+                place +
+                "<td>2023-11-14 22:13:20<td>13 / 3<td>test.example<td>25.00 Mbit/s<td>8.10 "
+                "Mbit/s<td>35.9 ms<td>Mobile(UMTS)" +
+                place +
+                "<td>2023-11-14 22:13:20<td>13 / 3<td>test.example<td>not verified<td>not "
+                "verified<td>35.9 ms<td>Mobile(UMTS)" +
+                place +
+                "<td>–<td>13 / 3<td>abc<td>–<td>12.34 Gbit/s<td>–<td>Mobile(UMTS)<td>–\n"
+                "</tbody>\n</table></div>\n"
+                "<p>* The service was too busy to keep up; the link may be faster.</p>\n"
+                "<p><a "
+                "href=\"?page=UserReport&amp;userid=1436911191399025&amp;language=en&amp;before="
+                "77\">Older measurements</a></p>\n");
+        const QByteArray german = rows({true, {own}, 1, {}}, UserReportPage::Language::German);
+        QVERIFY2(german.contains("<td>25,00 Mbit/s<td>8,10 Mbit/s<td>35,9 ms<"),
+                 german.constData());
+    }
+
+    void servesPagesSmallAndByHundreds()
     {
         const RunningService service;
-        QCOMPARE(send(service, changed("LocHome", "&lt;script&gt;&amp;\"x")), 200);
-        const auto page = [&](const QByteArray &parameter, const QByteArray &languages) {
+        QCOMPARE(send(service, report()), 200);
+        sql(service.databaseFile(),
+            {u"CREATE TEMP TABLE r AS SELECT * FROM reports"_s,
+             u"WITH RECURSIVE n(i) AS (SELECT 1 UNION SELECT i + 1 FROM n WHERE i < 250) "
+             "INSERT INTO reports(userid, seriesid, testid, client_time, server_time, public_ip, "
+             "test_server, connection_type, location, network, mcc, mnc, platform, model, "
+             "manufacturer, applet_version, document) "
+             "SELECT userid, seriesid, 1000 + i, client_time - i / 2, server_time, public_ip, test_server, connection_type, location, network, mcc, mnc, platform, model, manufacturer, applet_version, document FROM r, n"_s});
+        const auto ask = [&](const QByteArray &query, const QByteArray &headers) {
             return SocketClient::exchange(
                 service.port(),
-                "GET /velometer/Controller?page=UserReport&userid=1436911191399025" + parameter +
-                    " HTTP/1.1\r\nAccept-Language: " + languages + "\r\n\r\n");
+                "GET /velometer/Controller?page=UserReport&userid=1436911191399025" + query +
+                    " HTTP/1.1\r\nHost: x\r\n" + headers + "\r\n\r\n");
         };
-        QVERIFY(page("&language=de", "en-GB").contains(">25,00 Mbit/s<"));
-        QVERIFY(page("", "de-CH,en;q=0.5").contains(">25,00 Mbit/s<"));
-        const QByteArray answer = page("&language=fr", "en,de;q=0.5");
-        QCOMPARE(statusOf(answer), 200);
-        QVERIFY(!answer.contains("<script"));
-        for (const char *part :
-             {">25.00 Mbit/s<", "&lt;script&gt;&amp;&quot;x", "2023-11-14 22:13:20", "test.example",
-              "Cache-Control: no-store\r\n", "default-src 'none'",
-              "Referrer-Policy: no-referrer\r\n"}) {
-            QVERIFY2(answer.contains(part), part);
+        QList<qsizetype> rows;
+        QSet<QByteArray> tests;
+        QByteArray query;
+        do {
+            const QByteArray page = ask(query, "Accept-Language: en");
+            static const QRegularExpression test(u"<td>13 / ([0-9]+)</td>"_s);
+            rows += page.count("<tr><td>");
+            for (auto found = test.globalMatch(QString::fromUtf8(page)); found.hasNext();) {
+                tests += found.next().captured(1).toUtf8();
+            }
+            const auto link = page.indexOf("&amp;before=");
+            query = link < 0
+                        ? QByteArray()
+                        : "&before=" + page.mid(link + 12, page.indexOf('"', link) - link - 12);
+        } while (!query.isEmpty());
+        QCOMPARE(rows, (QList<qsizetype>{100, 100, 51}));
+        QCOMPARE(tests.size(), 251);
+
+        const QByteArray plain =
+            ask("", "Accept-Encoding: deflate, gzip;q=0\r\nAccept-Language: de-CH,en;q=0.5");
+        for (const char *part : {"lang=\"de\"", "Cache-Control: no-store\r\n", "default-src 'none'",
+                                 "Referrer-Policy: no-referrer\r\n"}) {
+            QVERIFY2(plain.contains(part), part);
         }
+        const QByteArray packed = ask("&language=de", "Accept-Encoding: br, gzip");
+        QVERIFY(packed.contains("\r\nContent-Encoding: gzip\r\n"));
+        QVERIFY(packed.size() < plain.size() / 5);
+        z_stream stream{};
+        QByteArray page(1'000'000, '\0');
+        QByteArray body = bodyOf(packed);
+        stream.next_in = reinterpret_cast<Bytef *>(body.data());
+        stream.avail_in = static_cast<uInt>(body.size());
+        stream.next_out = reinterpret_cast<Bytef *>(page.data());
+        stream.avail_out = static_cast<uInt>(page.size());
+        QCOMPARE(inflateInit2(&stream, 31), Z_OK);
+        QCOMPARE(inflate(&stream, Z_FINISH), Z_STREAM_END);
+        QCOMPARE(page.left(static_cast<qsizetype>(stream.total_out)), bodyOf(plain));
+        inflateEnd(&stream);
     }
 };
 

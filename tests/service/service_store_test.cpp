@@ -5,10 +5,14 @@
 #include "support/rows.h"
 
 #include <QFile>
+#include <QSqlError>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
 #include <future>
+
+#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 
@@ -39,12 +43,32 @@ ReportStore::Outcome put(const Store &store, const Report &report)
     return result<ReportStore::Outcome>([&](auto done) { store->storeReport(report, done); });
 }
 
-ReportStore::UserReports reportsOf(const Store &store, qint64 user, int limit)
+ReportStore::UserReports reportsOf(const Store &store, qint64 user, int limit,
+                                   std::optional<qint64> before = {})
 {
     using Reports = std::optional<ReportStore::UserReports>;
-    return result<Reports>([&](auto done) { store->reportsOfUser(user, limit, done); })
+    return result<Reports>([&](auto done) { store->reportsOfUser(user, before, limit, done); })
         .value_or(ReportStore::UserReports{});
 }
+
+/// As long as it lives no file of this process can grow beyond @p bytes.
+class FullDisk
+{
+public:
+    explicit FullDisk(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit limit{.rlim_cur = bytes, .rlim_max = before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before); }
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+
+private:
+    rlimit before{};
+};
 
 } // namespace
 
@@ -72,7 +96,12 @@ private Q_SLOTS:
         QCOMPARE(put(store, report(first.id, 7, 2)), ReportStore::Outcome::Repeated);
 
         store.reset();
-        sql(file, {u"DROP INDEX reports_by_time"_s, u"PRAGMA user_version=1"_s});
+        sql(file,
+            {u"DROP INDEX reports_by_time"_s, u"DROP TABLE streams"_s,
+             u"UPDATE reports SET download_avg = 5, document = CASE seriesid WHEN 7 THEN "
+             "'<ServerDataDownload>sent 3 bytes in 4 ms</ServerDataDownload>' ELSE document END"_s,
+             u"ALTER TABLE reports DROP COLUMN verified"_s,
+             u"ALTER TABLE reports DROP COLUMN service_late"_s, u"PRAGMA user_version=1"_s});
         constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther;
         QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | others));
         store = open();
@@ -88,7 +117,8 @@ private Q_SLOTS:
         store.reset();
         QCOMPARE(sql(file, {u"SELECT count(*) FROM sqlite_master WHERE name='reports_by_time'"_s}),
                  1);
-        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 2);
+        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 3);
+        QCOMPARE(sql(file, {u"SELECT group_concat(seriesid) FROM reports WHERE verified"_s}), 7);
     }
 
     void listsTheNewestFirst()
@@ -103,12 +133,66 @@ private Q_SLOTS:
             times += row.clientTime;
         }
         QCOMPARE(times, (QList<qint64>{40, 30, 20}));
-        QVERIFY(three.more);
-        QVERIFY(!reportsOf(store, 5, 4).more);
+        QCOMPARE(reportsOf(store, 5, 3, three.older).reports.constFirst().clientTime, 10);
+        QCOMPARE(three.count, 4);
+        QVERIFY(!reportsOf(store, 5, 4).older);
+        QVERIFY(reportsOf(store, 6, 3, three.older).reports.isEmpty());
         // A user whom only a report made known, one without reports, and nobody.
         QVERIFY(reportsOf(store, 5, 4).userKnown);
         QVERIFY(reportsOf(store, userOf(store, u"x"_s).id, 4).userKnown);
         QVERIFY(!reportsOf(store, 6, 4).userKnown);
+    }
+
+    void believesWhatItServed_data()
+    {
+        const Rows<QString, bool> row("change", "verified");
+        row("as served", "UPDATE streams SET ended = ended", true);
+        row("no download", "DELETE FROM streams WHERE direction = 1", false);
+        row("no upload", "DELETE FROM streams WHERE direction = 2", false);
+        row("another test's", "UPDATE streams SET testid = 4", false);
+        row("another series'", "UPDATE streams SET seriesid = 4", false);
+        row("another user's", "UPDATE streams SET userid = 4", false);
+        row("too short", "UPDATE streams SET lasted_ms = 499 WHERE direction = 1", false);
+        row("half the rate", "UPDATE streams SET avg = avg / 2 WHERE direction = 1", true);
+        row("less than half", "UPDATE streams SET avg = avg / 2 - 1 WHERE direction = 1", false);
+        row("other minimum", "UPDATE streams SET min = 0 WHERE direction = 2", false);
+        row("other average", "UPDATE streams SET avg = avg + 1 WHERE direction = 2", false);
+        row("other maximum", "UPDATE streams SET max = 0 WHERE direction = 2", false);
+    }
+    void believesWhatItServed()
+    {
+        QFETCH(const QString, change);
+        QFETCH(const bool, verified);
+        const Store store = open();
+        Report claimed = report(5, 6, 10);
+        claimed.download = {21, 24, 29};
+        claimed.upload = {11, 12, 13};
+        claimed.downloadIntervals = claimed.uploadIntervals = 5;
+        for (const auto direction : {Direction::Download, Direction::Upload}) {
+            const bool up = direction == Direction::Upload;
+            store->storeStream({.test = claimed.key(),
+                                .direction = direction,
+                                .ended = 4'102'444'800'000,
+                                .bytes = 14,
+                                .lasted = 500,
+                                .min = up ? 11 : 0,
+                                .avg = up ? 12 : 24,
+                                .max = up ? 13 : 0,
+                                .late = up});
+        }
+        userOf(store, u"x"_s); // behind them in the queue
+        sql(file, {change});
+        put(store, claimed);
+        QCOMPARE(reportsOf(store, 5, 1).reports.constFirst().verified, verified);
+        QCOMPARE(
+            reportsOf(store, 5, 1).reports.constFirst().serviceLate,
+            sql(file,
+                {u"SELECT count(*) FROM streams WHERE direction = 2 AND userid = 5 AND seriesid = 6 AND testid = 0"_s})
+                    .toInt() == 1);
+        claimed.uploadIntervals = 4;
+        claimed.clientTime = 11;
+        put(store, claimed);
+        QVERIFY(!reportsOf(store, 5, 1).reports.constFirst().verified);
     }
 
     void refusesFilesThatAreNotOurs_data()
@@ -117,6 +201,8 @@ private Q_SLOTS:
         row("of a newer version", "newer", "newer version");
         row("no database", "text", "no database");
         row("another program's", "foreign", "cannot be brought");
+        row("another service's", "used", "another velometer-service uses it");
+        row("on a full disk", "full", "cannot be used: disk I/O error");
     }
     void refusesFilesThatAreNotOurs()
     {
@@ -126,11 +212,13 @@ private Q_SLOTS:
             sql(file, {u"PRAGMA user_version=999"_s});
         } else if (kind == u"foreign"_s) {
             sql(file, {u"CREATE TABLE users(name TEXT)"_s});
-        } else {
+        } else if (kind == u"text"_s) {
             QFile text(file);
             QVERIFY(text.open(QIODevice::WriteOnly));
             text.write(QByteArray(4096, 'x'));
         }
+        const Store first = kind == u"used"_s ? open() : nullptr;
+        const auto full = kind == u"full"_s ? std::make_unique<FullDisk>(0) : nullptr;
         QString error;
         QVERIFY(!SqliteReportStore::open(file, &error));
         QVERIFY2(error.contains(reason), qUtf8Printable(error));
@@ -150,6 +238,61 @@ private Q_SLOTS:
         store.reset();
         QCOMPARE(stored, 299);
         QCOMPARE(sql(file, {u"SELECT count(*) FROM reports"_s}), 299);
+    }
+
+    void endsWhileAnotherProgramHoldsTheFile()
+    {
+        const Store store = open();
+        auto held = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"holder"_s);
+        held.setDatabaseName(file);
+        QVERIFY(held.open());
+        QVERIFY(held.exec(u"BEGIN IMMEDIATE"_s).lastError().nativeErrorCode().isEmpty());
+        std::atomic<int> failed = 0;
+        for (int i = 0; i < 300; ++i) {
+            store->storeReport(report(1, 1, i), [&failed](ReportStore::Outcome outcome) {
+                failed += outcome == ReportStore::Outcome::Failed ? 1 : 0;
+            });
+        }
+        const auto closed =
+            std::async(std::launch::async, [&] { store->close(std::chrono::steady_clock::now()); });
+        const bool inTime = closed.wait_for(std::chrono::seconds(4)) == std::future_status::ready;
+        held.exec(u"ROLLBACK"_s);
+        QVERIFY(inTime);
+        QCOMPARE(failed, 300);
+        held = {};
+        QSqlDatabase::removeDatabase(u"holder"_s);
+    }
+
+    void tellsTheTruthAboutItsHealth()
+    {
+        const RunningService service;
+        const auto health = [&] { return SocketClient::get(service.port(), "/healthz"); };
+        const auto user = [&](const QByteArray &uuid) {
+            return statusOf(
+                SocketClient::get(service.port(), "/velometer/getIDwithUUID.jsp?UUID=" + uuid));
+        };
+        QCOMPARE(bodyOf(health()), "ok\n");
+        {
+            const FullDisk disk(4096);
+            QCOMPARE(user("a"), 500);
+            const QByteArray answer = health();
+            QCOMPARE(statusOf(answer), 503);
+            QCOMPARE(bodyOf(answer), "The store takes no reports: disk I/O error.\n");
+        }
+        QCOMPARE(statusOf(health()), 200);
+        auto held = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"holder"_s);
+        held.setDatabaseName(service.databaseFile());
+        QVERIFY(held.open());
+        held.exec(u"BEGIN IMMEDIATE"_s);
+        QCOMPARE(bodyOf(health()), "The store takes no reports: it does not answer.\n");
+        // Readers have no part in that.
+        QCOMPARE(statusOf(SocketClient::get(service.port(),
+                                            "/velometer/Controller?page=UserReport&userid=1")),
+                 404);
+        held.exec(u"ROLLBACK"_s);
+        held = {};
+        QSqlDatabase::removeDatabase(u"holder"_s);
+        QCOMPARE(user("a"), 200);
     }
 
     void commandLineSetsEveryOption()

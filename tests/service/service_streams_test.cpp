@@ -1,5 +1,6 @@
 #ifndef Q_MOC_RUN // which knows no concepts
 #include "limits/streams.h"
+#include "measure/recentresults.h"
 #endif
 #include "measure/uploadmeter.h"
 #include "runningservice.h"
@@ -179,6 +180,38 @@ private Q_SLOTS:
             QVERIFY(QTest::qWaitFor(
                 [&] { return statusOf(ask("initialise", 1'000'000, 9)) == 200; }, 10'000));
         }
+    }
+
+    void keepsResultsFromOthersReach()
+    {
+        RecentResults<int> results(3, 2, 10min);
+        const auto put = [&](qint64 test, std::uint64_t subscriber, std::optional<int> result) {
+            results.end({.test = test}, results.begin({.test = test}), {.network = subscriber},
+                        result);
+        };
+        const auto kept = [&] {
+            QByteArray all;
+            for (int test = 1; test < 9; ++test) {
+                all += QByteArray::number(results.find({.test = test}).result.value_or(0)) + ' ';
+            }
+            return all;
+        };
+        const auto slow = results.begin({.test = 8});
+        put(1, 7, 10);
+        put(2, 7, 20);
+        put(3, 7, 30); // his own oldest goes
+        QCOMPARE(kept(), "0 20 30 0 0 0 0 0 ");
+        put(4, 8, 40);
+        put(4, 8, {}); // nothing takes no place
+        put(5, 9, 50); // the greediest one's oldest goes
+        QCOMPARE(kept(), "0 0 30 40 50 0 0 0 ");
+        put(4, 6, 41); // the same stream once more
+        QCOMPARE(kept(), "0 0 30 41 50 0 0 0 ");
+        QVERIFY(results.find({.test = 8}).running);
+        put(8, 8, 81);
+        results.end({.test = 8}, slow, {.network = 8}, 80); // which began earlier
+        QCOMPARE(results.find({.test = 8}).result, 81);
+        QVERIFY(!results.find({.test = 8}).running);
     }
 
     void givesUpAReservationThatNobodyUses()

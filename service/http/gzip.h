@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velometer {
+
+/// @p text in gzip's format; empty when there is no memory for it.
+std::string gzip(std::string_view text);
+
+} // namespace velometer

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "reports/reportstore.h"
+#include "reports/sqliteconnection.h"
+
+/// What the store asks of its file. Each runs inside the transaction of its caller; a failure's
+/// reason is the connection's problem().
+namespace velometer::ReportQueries {
+
+std::optional<ReportStore::User> findOrCreateUser(SqliteConnection &connection,
+                                                  const QString &uuid);
+
+/// Failed when the database refuses, else Stored or Repeated. Holds the report's rates against the
+/// streams recorded.
+ReportStore::Outcome insert(SqliteConnection &connection, Report report);
+
+/// Takes the place of an earlier stream of the same test and direction.
+bool insertStream(SqliteConnection &connection, const StreamRecord &stream);
+
+/// Forgets the streams that ended before @p oldest, in ms since 1970.
+bool forgetStreams(SqliteConnection &connection, qint64 oldest);
+
+std::optional<ReportStore::UserReports> select(SqliteConnection &connection, qint64 userId,
+                                               std::optional<qint64> before, int limit);
+
+} // namespace velometer::ReportQueries

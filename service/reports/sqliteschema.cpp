@@ -1,0 +1,110 @@
+#include "reports/sqliteschema.h"
+
+#include <QFile>
+#include <QStringList>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace velometer::SqliteSchema {
+
+namespace {
+
+/// Step n brings a file from version n to n + 1. Steps that were released are never changed.
+const QList<QStringList> &migrations()
+{
+    static const QList<QStringList> steps{
+        {u"CREATE TABLE users("
+         "id INTEGER PRIMARY KEY, uuid TEXT UNIQUE, created INTEGER NOT NULL)"_s,
+         u"CREATE TABLE reports("
+         "id INTEGER PRIMARY KEY, userid INTEGER NOT NULL REFERENCES users(id), "
+         "seriesid INTEGER NOT NULL, testid INTEGER NOT NULL, client_time INTEGER NOT NULL, "
+         "server_time INTEGER NOT NULL, public_ip TEXT NOT NULL, test_server TEXT NOT NULL, "
+         "connection_type TEXT NOT NULL, location TEXT NOT NULL, network TEXT NOT NULL, "
+         "mcc TEXT NOT NULL, mnc TEXT NOT NULL, platform TEXT NOT NULL, model TEXT NOT NULL, "
+         "manufacturer TEXT NOT NULL, applet_version TEXT NOT NULL, "
+         "download_min INTEGER, download_avg INTEGER, download_max INTEGER, "
+         "upload_min INTEGER, upload_avg INTEGER, upload_max INTEGER, "
+         "upload_client_min INTEGER, upload_client_avg INTEGER, upload_client_max INTEGER, "
+         "rtt_min INTEGER, rtt_avg INTEGER, rtt_max INTEGER, latitude REAL, longitude REAL, "
+         "document TEXT NOT NULL, UNIQUE(userid, seriesid, testid, client_time))"_s},
+        // The users' pages list by time.
+        {u"CREATE INDEX reports_by_time ON reports(userid, client_time)"_s},
+        // Of reports from before streams were recorded, the document tells whether they were seen.
+        {u"CREATE TABLE streams("
+         "userid INTEGER NOT NULL, seriesid INTEGER NOT NULL, testid INTEGER NOT NULL, "
+         "direction INTEGER NOT NULL, ended INTEGER NOT NULL, bytes INTEGER NOT NULL, "
+         "lasted_ms INTEGER NOT NULL, min INTEGER NOT NULL, avg INTEGER NOT NULL, "
+         "max INTEGER NOT NULL, late INTEGER NOT NULL, "
+         "PRIMARY KEY(userid, seriesid, testid, direction)) WITHOUT ROWID"_s,
+         u"CREATE INDEX streams_by_end ON streams(ended)"_s,
+         u"ALTER TABLE reports ADD COLUMN verified INTEGER NOT NULL DEFAULT 0"_s,
+         u"ALTER TABLE reports ADD COLUMN service_late INTEGER NOT NULL DEFAULT 0"_s,
+         u"UPDATE reports SET verified = 1 WHERE (download_avg IS NULL OR document LIKE "
+         "'%<ServerDataDownload>%sent % bytes in % ms%</ServerDataDownload>%') AND "
+         "(ifnull(upload_avg, upload_client_avg) IS NULL OR document LIKE "
+         "'%<ServerDataUpload>%received min %</ServerDataUpload>%')"_s},
+    };
+    return steps;
+}
+
+QString migrate(SqliteConnection &connection)
+{
+    const auto version = connection.number(u"PRAGMA user_version"_s);
+    if (!version) {
+        return connection.problem();
+    }
+    if (*version > migrations().size()) {
+        return u"it was written by a newer version of this program"_s;
+    }
+    for (auto step = static_cast<qsizetype>(*version); step < migrations().size(); ++step) {
+        bool done = connection.beginWriting();
+        for (const auto &statement : migrations().at(step)) {
+            done = done && connection.execute(statement);
+        }
+        done = done && connection.execute(u"PRAGMA user_version=%1"_s.arg(step + 1)) &&
+               connection.commit();
+        if (!done) {
+            connection.rollBack();
+            return u"it cannot be brought from version %1 to %2 (%3)"_s.arg(step).arg(step + 1).arg(
+                connection.problem());
+        }
+    }
+    return {};
+}
+
+/// Takes the file, and what SQLite keeps beside it, from the eyes of other users.
+bool keepPrivate(const QString &file)
+{
+    const auto owner = QFile::ReadOwner | QFile::WriteOwner;
+    return std::ranges::all_of(std::array{u""_s, u"-wal"_s, u"-shm"_s}, [&](const auto &suffix) {
+        return !QFile::exists(file + suffix) || QFile::setPermissions(file + suffix, owner);
+    });
+}
+
+} // namespace
+
+QString bringForward(SqliteConnection &connection, const QString &file)
+{
+    if (!connection.execute(u"PRAGMA journal_mode=WAL"_s) ||
+        !connection.execute(u"PRAGMA synchronous=FULL"_s) ||
+        !connection.execute(u"PRAGMA foreign_keys=ON"_s)) {
+        return connection.isNoDatabase() ? u"it is no database"_s : connection.problem();
+    }
+    if (QString problem = migrate(connection); !problem.isEmpty()) {
+        return problem;
+    }
+    if (!keepPrivate(file)) {
+        return u"it cannot be hidden from other users"_s;
+    }
+    // A file on a read-only medium opens and fails at the first report; better now.
+    if (!connection.beginWriting()) {
+        return connection.problem();
+    }
+    connection.rollBack();
+    return {};
+}
+
+} // namespace velometer::SqliteSchema
