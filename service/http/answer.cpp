@@ -1,5 +1,7 @@
 #include "http/answer.h"
 
+#include "net/httpdate.h"
+
 #include <string_view>
 #include <utility>
 
@@ -18,6 +20,7 @@ std::string_view reason(int status)
     case 408: return "Request Timeout";
     case 413: return "Content Too Large";
     case 431: return "Request Header Fields Too Large";
+    case 501: return "Not Implemented";
     case 503: return "Service Unavailable";
     default: return "Internal Server Error";
     }
@@ -43,9 +46,10 @@ std::string Answer::toBytes() const
 {
     std::string bytes = "HTTP/1.1 " + std::to_string(status) + ' ';
     bytes += reason(status);
-    bytes +=
-        "\r\nContent-Type: " + contentType + "\r\nContent-Length: " + std::to_string(body.size()) +
-        "\r\nX-Content-Type-Options: nosniff\r\nConnection: close\r\n" + headers + "\r\n" + body;
+    bytes += "\r\n" + httpDate();
+    bytes += "Content-Type: " + contentType + "\r\nContent-Length: " + std::to_string(body.size()) +
+             "\r\nX-Content-Type-Options: nosniff\r\nConnection: close\r\n" + headers + "\r\n" +
+             body;
     return bytes;
 }
 

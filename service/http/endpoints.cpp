@@ -22,15 +22,17 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// An answer is small; a peer that does not take it in that time does not want it.
-constexpr auto answerTime = 10s;
+/// A peer that takes nothing of its answer for so long has gone, or left the network.
+constexpr auto answerPatience = 60s;
+
+/// What is left of a stream when it has ended is of no use to anybody.
+constexpr auto streamPatience = 2s;
 
 /// What a stream's result may be late behind the question for it.
 constexpr auto resultTime = 2s;
 constexpr auto resultPause = 20ms;
 
 /// A stream asks for its duration; its client's clock starts later, and may run longer.
-constexpr std::int64_t maxStreamSeconds = 60;
 constexpr auto downloadSurplus = 2s;
 constexpr auto uploadSurplus = 3s;
 
@@ -52,13 +54,14 @@ std::optional<StreamKey> testOf(const Request &request, std::int64_t offset)
     return StreamKey{.user = *user, .series = *series, .test = *test - offset};
 }
 
-std::optional<std::chrono::seconds> streamTime(const Request &request)
+std::optional<std::chrono::seconds> streamTime(const Request &request, const Service &service)
 {
     const auto seconds = request.number("logtraffic");
     if (!seconds) {
         return std::nullopt;
     }
-    return std::chrono::seconds(std::clamp(*seconds, std::int64_t{1}, maxStreamSeconds));
+    const std::int64_t longest = service.options.longestStream.count();
+    return std::chrono::seconds(std::clamp(*seconds, std::int64_t{1}, longest));
 }
 
 Answer badParameters()
@@ -121,9 +124,12 @@ asio::awaitable<MaybeAnswer> initialise(Connection &connection, const Request &r
     co_return answer;
 }
 
-/// Keeps what a stream came to, unless it was too short for any report's rate.
-void record(Service &service, StreamRecord stream)
+/// Keeps what a stream came to, unless it was too short for any report's rate. @p lateTimes are the
+/// loop's when it began.
+void record(Service &service, StreamRecord stream, std::int64_t lateTimes)
 {
+    stream.late = service.watch.lateTimes() != lateTimes;
+    service.metrics.streamsLate += stream.late ? 1 : 0;
     if (stream.lasted >= minRecordedMs) {
         stream.ended = QDateTime::currentMSecsSinceEpoch();
         service.store->storeStream(stream);
@@ -133,7 +139,7 @@ void record(Service &service, StreamRecord stream)
 asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &request,
                                       Service &service)
 {
-    const auto seconds = streamTime(request);
+    const auto seconds = streamTime(request, service);
     if (!seconds) {
         co_return badParameters();
     }
@@ -145,17 +151,20 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
     }
     const Held running(service.metrics.downloads);
     ++service.metrics.downloadsTotal;
+    const auto lateTimes = service.watch.lateTimes();
     const auto ticket = key ? service.downloads.begin(*key) : 0;
     const auto totals = co_await sendStream(connection, service.block, *seconds + downloadSurplus,
                                             service.metrics.bytesDown);
     if (key) {
         service.downloads.end(*key, ticket, Subscriber::of(connection.getPeer()),
                               totals.bytes > 0 ? std::optional(totals) : std::nullopt);
-        record(service, {.test = *key,
-                         .direction = Direction::Download,
-                         .bytes = totals.bytes,
-                         .lasted = totals.lasted.count(),
-                         .avg = totals.rate()});
+        record(service,
+               {.test = *key,
+                .direction = Direction::Download,
+                .bytes = totals.bytes,
+                .lasted = totals.lasted.count(),
+                .avg = totals.rate()},
+               lateTimes);
     }
     co_return std::nullopt;
 }
@@ -163,7 +172,7 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
 asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &request,
                                     Service &service)
 {
-    const auto seconds = streamTime(request);
+    const auto seconds = streamTime(request, service);
     const auto key = testOf(request, TestIdOffset::upload);
     if (!seconds || !key) {
         co_return badParameters();
@@ -174,20 +183,26 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
     }
     const Held running(service.metrics.uploads);
     ++service.metrics.uploadsTotal;
+    const auto lateTimes = service.watch.lateTimes();
     const auto ticket = service.uploads.begin(*key);
+    if (request.expectsContinue) {
+        co_await connection.write(goOn);
+    }
     const std::string answer = Answer::sentence(200, "received").toBytes();
     const auto meter = co_await receiveStream(connection, request.contentLength, answer,
                                               *seconds + uploadSurplus, service.metrics.bytesUp);
     const auto figures = meter.figures();
     service.uploads.end(*key, ticket, Subscriber::of(connection.getPeer()), figures);
     if (figures) {
-        record(service, {.test = *key,
-                         .direction = Direction::Upload,
-                         .bytes = meter.getTotal(),
-                         .lasted = meter.lasted().count(),
-                         .min = figures->min,
-                         .avg = figures->avg,
-                         .max = figures->max});
+        record(service,
+               {.test = *key,
+                .direction = Direction::Upload,
+                .bytes = meter.getTotal(),
+                .lasted = meter.lasted().count(),
+                .min = figures->min,
+                .avg = figures->avg,
+                .max = figures->max},
+               lateTimes);
     }
     co_return std::nullopt;
 }
@@ -312,9 +327,8 @@ asio::awaitable<void> send(Connection &connection, Service &service, std::size_t
                            const Answer &answer)
 {
     service.metrics.countRequest(endpoint, answer.status);
-    connection.expireAt(Connection::Clock::now() + answerTime);
     const std::string bytes = answer.toBytes();
-    co_await connection.write(bytes);
+    co_await connection.write(bytes, answerPatience);
 }
 
 } // namespace
@@ -322,6 +336,7 @@ asio::awaitable<void> send(Connection &connection, Service &service, std::size_t
 asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Service &service)
 {
     constexpr std::size_t other = endpoints.size();
+    std::chrono::milliseconds patience = answerPatience;
     connection->expireAt(Connection::Clock::now() + service.options.headTimeout);
     const auto head = co_await connection->readHead();
     if (head == Connection::Head::Gone) {
@@ -333,6 +348,13 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
     }
     if (head == Connection::Head::TooLarge) {
         const auto answer = Answer::sentence(431, "The request's head is too large.");
+        co_await send(*connection, service, other, answer);
+    } else if (request && !request->namesHost) {
+        const auto answer = Answer::sentence(400, "The request must name one Host.");
+        co_await send(*connection, service, other, answer);
+    } else if (request && request->transferEncoded) {
+        const auto answer =
+            Answer::sentence(501, "Only bodies without a transfer coding are taken.");
         co_await send(*connection, service, other, answer);
     } else if (!request) {
         const auto answer = Answer::sentence(400, "This is no HTTP request.");
@@ -357,16 +379,17 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
             co_await send(*connection, service, index, *answer);
         } else {
             service.metrics.countRequest(index, 200);
+            patience = streamPatience;
         }
     }
-    co_await connection->finish();
+    co_await connection->finish(patience);
 }
 
 asio::awaitable<void> refuseRequest(std::shared_ptr<Connection> connection, Service &service)
 {
     const auto answer = Answer::later("Too many connections from this address.");
     co_await send(*connection, service, endpoints.size(), answer);
-    co_await connection->finish();
+    co_await connection->finish(answerPatience);
 }
 
 } // namespace velometer

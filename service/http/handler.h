@@ -11,12 +11,16 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace velometer {
 
 /// What a request's handler returns; nothing when it has answered by itself.
 using MaybeAnswer = std::optional<Answer>;
+
+/// Tells a client that waits with its body to send it.
+inline constexpr std::string_view goOn = "HTTP/1.1 100 Continue\r\n\r\n";
 
 /// Longest wait for the store: it commits in milliseconds, and a client waits ten seconds at most.
 inline constexpr std::chrono::seconds storeTime{8};

@@ -50,6 +50,10 @@ asio::awaitable<Body> readReport(Connection &connection, const Request &request,
         co_return Rejection::TooLarge;
     }
     const auto deadline = Connection::Clock::now() + options.reportTimeout;
+    if (request.expectsContinue) {
+        connection.expireAt(deadline);
+        co_await connection.write(goOn);
+    }
     std::string body;
     bool ascii = true;
     std::string_view added = connection.rest();

@@ -62,6 +62,13 @@ std::optional<Request> Request::parse(std::string_view head)
         request.acceptsGzip =
             request.acceptsGzip || (boost::beast::iequals(coding.first, "gzip") && !refused);
     }
+    const bool modern = message.version() >= 11;
+    const auto hosts = message.count(http::field::host);
+    request.namesHost = hosts == 1 || (hosts == 0 && !modern);
+    request.expectsContinue =
+        modern && boost::beast::iequals(message[http::field::expect], "100-continue");
+    const auto coding = message[http::field::transfer_encoding];
+    request.transferEncoded = !coding.empty() && !boost::beast::iequals(coding, "identity");
     if (const auto length = parser.content_length()) {
         request.contentLength = *length;
     }

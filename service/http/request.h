@@ -16,6 +16,9 @@ struct Request
     std::string acceptLanguage;
     std::optional<std::uint64_t> contentLength; ///< bytes
     bool acceptsGzip = false;
+    bool expectsContinue = false; ///< the body comes once it is told to
+    bool namesHost = true;        ///< once, or not at all in HTTP/1.0
+    bool transferEncoded = false; ///< the body is not what it is
 
     /// Parses @p head, which ends with its empty line. Nothing comes back when it is malformed.
     static std::optional<Request> parse(std::string_view head);

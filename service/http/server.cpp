@@ -37,14 +37,19 @@ constexpr auto acceptPause = 100ms;
 constexpr auto storeGrace = 3s;
 constexpr auto lastWords = 200ms;
 
-/// Each connection is one descriptor; the soft limit is a leftover of select().
-void raiseDescriptorLimit()
+/// Descriptors for the store, the listeners, the log and the look-ups of names.
+constexpr rlim_t ownDescriptors = 64;
+
+/// Each connection is one descriptor; the soft limit is a leftover of select(). Returns how many
+/// connections there may be.
+std::size_t raiseDescriptorLimit()
 {
     rlimit limit{};
     if (getrlimit(RLIMIT_NOFILE, &limit) == 0) {
         limit.rlim_cur = limit.rlim_max;
         setrlimit(RLIMIT_NOFILE, &limit);
     }
+    return std::max<rlim_t>(limit.rlim_cur, 2 * ownDescriptors) - ownDescriptors;
 }
 
 std::string toText(const tcp::endpoint &endpoint)
@@ -60,7 +65,9 @@ struct Server::Private
 {
     explicit Private(ServerOptions options)
         : service(std::make_unique<Service>(std::move(options)))
-        , connections(service->options.maxConnectionsPerAddress)
+        , connections(service->options.maxConnectionsPerAddress,
+                      service->options.maxConnections > 0 ? service->options.maxConnections
+                                                          : raiseDescriptorLimit())
         , io(service->options.threads)
     {}
 
@@ -125,6 +132,7 @@ asio::awaitable<void> Server::Private::accept(tcp::acceptor &acceptor)
                    error == asio::error::no_buffer_space ||
                    error == boost::system::errc::too_many_files_open_in_system) {
             Log::write(Log::Level::Warning, "cannot accept: " + error.message());
+            connections.dropOldestIdle();
             pause.expires_after(acceptPause);
             co_await pause.async_wait(quietly);
         }
@@ -170,7 +178,6 @@ bool Server::start(QString *error)
 {
     // sendfile has no other way of saying that the peer has gone.
     std::signal(SIGPIPE, SIG_IGN);
-    raiseDescriptorLimit();
     if (!d->service->block.create()) {
         *error = u"There is no memory for the random bytes of the downloads."_s;
         return false;
@@ -188,6 +195,7 @@ bool Server::start(QString *error)
     for (auto &acceptor : d->acceptors) {
         asio::co_spawn(acceptor->get_executor(), d->accept(*acceptor), asio::detached);
     }
+    d->service->watch.start(d->io);
     for (int i = 0; i < d->service->options.threads; ++i) {
         d->threads.emplace_back([this] { d->io.run(); });
     }

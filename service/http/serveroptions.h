@@ -25,6 +25,8 @@ struct ServerOptions
     /// One client runs one stream at a time; so many share an address in a household or an office.
     int maxStreamsPerAddress = 16;
     int maxConnectionsPerAddress = 512;
+    /// 0: as many as the process may have descriptors, less those it needs itself.
+    std::size_t maxConnections = 0;
     std::size_t maxReportBytes = std::size_t{1} << 20;
 
     /// A head is one segment; whoever needs longer holds a connection for nothing.
@@ -32,6 +34,8 @@ struct ServerOptions
     /// Longest pause inside a report, and longest time for all of it.
     std::chrono::milliseconds reportPause{10'000};
     std::chrono::milliseconds reportTimeout{60'000};
+    /// Longest stream that a client may ask for.
+    std::chrono::seconds longestStream{60};
     /// What running streams and reports get when the service ends.
     std::chrono::milliseconds shutdownGrace{5'000};
     /// Longest wait for the name of an address, and who finds it; empty: the system's resolver.

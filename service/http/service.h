@@ -9,6 +9,7 @@
 #include "measure/recentresults.h"
 #include "measure/uploadmeter.h"
 #include "ops/hostnames.h"
+#include "ops/loopwatch.h"
 #include "ops/metrics.h"
 #include "reports/reportstore.h"
 
@@ -37,6 +38,7 @@ struct Service
 
     const ServerOptions options;
     Metrics metrics;
+    LoopWatch watch{metrics.loopLate};
     HostNames hostNames;
     Streams streams;
     RandomBlock block;

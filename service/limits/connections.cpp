@@ -4,8 +4,9 @@
 
 namespace velometer {
 
-Connections::Connections(int mostPerAddress)
+Connections::Connections(int mostPerAddress, std::size_t all)
     : perAddress(mostPerAddress)
+    , most(all)
 {}
 
 Connections::Entry Connections::enter(const std::shared_ptr<Connection> &connection)
@@ -15,16 +16,45 @@ Connections::Entry Connections::enter(const std::shared_ptr<Connection> &connect
     if (count >= 2 * perAddress) {
         return Entry::Dropped;
     }
-    connections.insert(connection);
+    if (connections.size() >= most && !dropIdle()) {
+        if (count == 0) {
+            counts.erase(Subscriber::of(connection->getPeer()));
+        }
+        return Entry::Dropped;
+    }
+    connections.emplace(connection, ++lastNumber);
+    idle.emplace(lastNumber, connection.get());
     return ++count > perAddress ? Entry::Refused : Entry::Served;
+}
+
+bool Connections::dropOldestIdle()
+{
+    const std::lock_guard lock(mutex);
+    return dropIdle();
+}
+
+bool Connections::dropIdle()
+{
+    while (!idle.empty()) {
+        auto *oldest = idle.begin()->second;
+        idle.erase(idle.begin());
+        if (!oldest->hasHead()) {
+            oldest->abortIfIdle();
+            return true;
+        }
+    }
+    return false;
 }
 
 void Connections::leave(const std::shared_ptr<Connection> &connection)
 {
     const std::lock_guard lock(mutex);
-    if (connections.erase(connection) == 0) {
+    const auto entry = connections.find(connection);
+    if (entry == connections.end()) {
         return;
     }
+    idle.erase(entry->second);
+    connections.erase(entry);
     const auto count = counts.find(Subscriber::of(connection->getPeer()));
     if (--count->second == 0) {
         counts.erase(count);
@@ -37,7 +67,7 @@ void Connections::leave(const std::shared_ptr<Connection> &connection)
 void Connections::abortIdle()
 {
     const std::lock_guard lock(mutex);
-    for (const auto &connection : connections) {
+    for (const auto &[connection, number] : connections) {
         connection->abortIfIdle();
     }
 }
@@ -45,7 +75,7 @@ void Connections::abortIdle()
 void Connections::abortAll()
 {
     const std::lock_guard lock(mutex);
-    for (const auto &connection : connections) {
+    for (const auto &[connection, number] : connections) {
         connection->abort();
     }
 }

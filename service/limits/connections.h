@@ -4,10 +4,11 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
-#include <unordered_set>
+#include <unordered_map>
 
 namespace velometer {
 
@@ -17,8 +18,9 @@ class Connection;
 class Connections
 {
 public:
-    /// @p perAddress connections of one subscriber are served.
-    explicit Connections(int perAddress);
+    /// @p perAddress connections of one subscriber are served, and @p all of all. Beyond that the
+    /// oldest one without a request makes room: it may be waiting for nothing.
+    Connections(int perAddress, std::size_t all);
 
     enum class Entry {
         Served,
@@ -27,6 +29,9 @@ public:
     };
 
     Entry enter(const std::shared_ptr<Connection> &connection);
+    /// Drops the oldest connection without a request; false when all have one.
+    bool dropOldestIdle();
+
     void leave(const std::shared_ptr<Connection> &connection);
 
     void abortIdle();
@@ -36,10 +41,16 @@ public:
     bool waitUntilEmpty(std::chrono::milliseconds time);
 
 private:
+    bool dropIdle();
+
     const int perAddress;
+    const std::size_t most;
     std::mutex mutex;
     std::condition_variable empty;
-    std::unordered_set<std::shared_ptr<Connection>> connections;
+    std::unordered_map<std::shared_ptr<Connection>, std::uint64_t> connections; ///< their numbers
+    std::map<std::uint64_t, Connection *>
+        idle; ///< without a request when last looked, oldest first
+    std::uint64_t lastNumber = 0;
     std::map<Subscriber, int> counts;
 };
 

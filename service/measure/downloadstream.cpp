@@ -1,6 +1,7 @@
 #include "measure/downloadstream.h"
 
 #include "measure/tcpfacts.h"
+#include "net/httpdate.h"
 #include "net/oneshot.h"
 
 #include <boost/asio/post.hpp>
@@ -18,10 +19,10 @@ namespace {
 /// What one stream may hand to the kernel before the others get their turn.
 constexpr std::size_t turnBytes = std::size_t{1} << 20;
 
-constexpr std::string_view head = "HTTP/1.0 200 OK\r\n"
-                                  "Content-Type: application/octet-stream\r\n"
-                                  "Cache-Control: no-store\r\n"
-                                  "Connection: close\r\n\r\n";
+constexpr std::string_view headBegin = "HTTP/1.0 200 OK\r\n"
+                                       "Content-Type: application/octet-stream\r\n"
+                                       "Cache-Control: no-store\r\n";
+constexpr std::string_view headEnd = "Connection: close\r\n\r\n";
 
 } // namespace
 
@@ -36,6 +37,7 @@ asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomB
 
     DownloadTotals totals;
     off_t offset = 0;
+    const std::string head = std::string(headBegin) + httpDate() + std::string(headEnd);
     bool open = co_await connection.write(head);
     boost::system::error_code ignored;
     socket.native_non_blocking(true, ignored);

@@ -4,9 +4,11 @@
 
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/post.hpp>
-#include <boost/asio/write.hpp>
 
 #include <algorithm>
+
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
 
 namespace velometer {
 
@@ -15,8 +17,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long, and how much, a peer may go on sending after its answer.
+/// How long, and how much, a peer may go on sending after it has its answer.
 constexpr auto drainTime = 2s;
+/// How often it is looked how far the answer has come.
+constexpr auto drainLook = 250ms;
 constexpr std::size_t drainBytes = std::size_t{8} << 20;
 
 asio::ip::address unmapped(const asio::ip::address &address)
@@ -87,32 +91,62 @@ asio::awaitable<Connection::Head> Connection::readHead()
     co_return Head::Gone;
 }
 
-asio::awaitable<bool> Connection::write(std::string_view bytes)
+asio::awaitable<bool> Connection::write(std::string_view bytes,
+                                        std::optional<std::chrono::milliseconds> patience)
 {
-    if (expired) {
-        co_return false;
+    while (!bytes.empty()) {
+        if (patience) {
+            expireAt(Clock::now() + *patience);
+        }
+        if (expired) {
+            co_return false;
+        }
+        const auto [error, count] = co_await socket.async_write_some(asio::buffer(bytes), quietly);
+        if (error) {
+            co_return false;
+        }
+        bytes.remove_prefix(count);
     }
-    const auto [error, count] = co_await asio::async_write(socket, asio::buffer(bytes), quietly);
-    co_return !error;
+    co_return true;
 }
 
-asio::awaitable<void> Connection::finish()
+asio::awaitable<void> Connection::finish(std::chrono::milliseconds patience)
 {
     boost::system::error_code ignored;
     socket.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
-    expireAt(Clock::now() + drainTime);
+    int missing = unconfirmedBytes();
+    auto latest = Clock::now() + (missing > 0 ? patience : drainTime);
     std::size_t drained = 0;
     bool closedByPeer = false;
-    while (!expired && !closedByPeer && drained < drainBytes) {
+    expireAt(Clock::now() + drainLook);
+    while (!closedByPeer && drained < drainBytes && socket.is_open()) {
         const auto [error, count] = co_await socket.async_read_some(asio::buffer(buffer), quietly);
         drained += count;
         closedByPeer = static_cast<bool>(error) && error != asio::error::operation_aborted;
+        if (expired && socket.is_open()) {
+            const int left = unconfirmedBytes();
+            const auto now = Clock::now();
+            if (left < missing) {
+                latest = now + (left > 0 ? patience : drainTime);
+            } else if (now >= latest) {
+                break;
+            }
+            missing = left;
+            expireAt(std::min(now + drainLook, latest));
+        }
     }
-    if (closedByPeer) {
-        // A peer that merely ended its sending still gets what is on its way.
+    if (closedByPeer || (socket.is_open() && missing == 0)) {
+        // What has arrived, or is on its way to a peer that merely ended its sending, is its own.
         socket.close(ignored);
     }
     drop();
+}
+
+/// What the peer's kernel has not confirmed; 0 when the socket is gone.
+int Connection::unconfirmedBytes()
+{
+    int count = 0;
+    return ::ioctl(socket.native_handle(), SIOCOUTQ, &count) == 0 ? count : 0;
 }
 
 void Connection::drop()

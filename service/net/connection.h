@@ -8,6 +8,7 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -50,18 +51,26 @@ public:
     /// The head's buffer, free for other use once the head has been parsed and the rest taken.
     std::span<char> scratch() { return buffer; }
 
-    /// Writes all of @p bytes under the deadline in force; false when the peer is gone.
-    boost::asio::awaitable<bool> write(std::string_view bytes);
+    /// Writes all of @p bytes; false when the peer is gone, the deadline in force has passed, or
+    /// the peer took nothing for as long as @p patience. Without @p patience the deadline alone
+    /// bounds it, with it no deadline is left in force.
+    boost::asio::awaitable<bool> write(std::string_view bytes,
+                                       std::optional<std::chrono::milliseconds> patience = {});
 
-    /// Ends sending, swallows what still comes until the peer closes (bounded), closes. Unread
-    /// bytes would turn the last answer into a reset.
-    boost::asio::awaitable<void> finish();
+    /// Ends sending, waits until the peer has what was sent, for as long as it goes on taking it
+    /// within @p patience, swallows meanwhile what still comes (bounded), closes. Unread bytes
+    /// would turn the last answer into a reset.
+    boost::asio::awaitable<void> finish(std::chrono::milliseconds patience);
+
+    /// From any thread: whether a request has come.
+    bool hasHead() const { return headDone; }
 
     /// From any thread: drops the connection, the second one only if no request has come yet.
     void abort();
     void abortIfIdle();
 
 private:
+    int unconfirmedBytes();
     void drop();
 
     boost::asio::ip::tcp::socket socket;
@@ -73,7 +82,7 @@ private:
     std::size_t headSize = 0;
     std::uint64_t deadline = 0; ///< number of the deadline in force
     bool expired = false;
-    bool headDone = false;
+    std::atomic<bool> headDone{false};
 };
 
 } // namespace velometer

@@ -32,6 +32,10 @@ std::string Metrics::toText() const
     head("stream_bytes_total", "counter", "Payload moved by measurement streams.");
     value("stream_bytes_total", "{direction=\"download\"}", bytesDown);
     value("stream_bytes_total", "{direction=\"upload\"}", bytesUp);
+    head("loop_late_total", "counter", "Times the event loop was late by more than 100 ms.");
+    value("loop_late_total", {}, loopLate);
+    head("streams_late_total", "counter", "Streams that the service itself may have held up.");
+    value("streams_late_total", {}, streamsLate);
     head("reports_stored_total", "counter", "Reports stored.");
     value("reports_stored_total", {}, reportsStored);
     head("reports_repeated_total", "counter", "Reports that were stored before.");

@@ -27,6 +27,8 @@ public:
     Counter uploadsTotal{0};
     Counter bytesDown{0};
     Counter bytesUp{0};
+    Counter loopLate{0};
+    Counter streamsLate{0}; ///< during which the loop was
     Counter reportsStored{0};
     Counter reportsRepeated{0};
     std::array<Counter, rejections.size()> reportsRejected{}; ///< as rejections

@@ -1,11 +1,18 @@
+#ifndef Q_MOC_RUN // which knows no concepts
+#include "limits/fairpool.h"
+#endif
 #include "runningservice.h"
 #include "socketclient.h"
 #include "support/registeredtest.h"
 #include "support/rows.h"
 
+#include <QDateTime>
+#include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
 #include <future>
 
 using namespace Qt::StringLiterals;
@@ -24,7 +31,8 @@ private Q_SLOTS:
         const Rows<QByteArray, int, QByteArray> rows("request", "status", "part");
         const auto row = [&](const char *name, const QByteArray &request, int status,
                              const QByteArray &part = {}) {
-            rows(name, request + " HTTP/1.1\r\nHost: x\r\n\r\n", status, part);
+            const QByteArray version = request.contains(" HTTP/1.1") ? "" : " HTTP/1.1";
+            rows(name, request + version + "\r\nHost: x\r\n\r\n", status, part);
         };
         const QByteArray v = "/velometer/";
         const QByteArray ids = "&testuserid=1&seriesid=2&testid=3";
@@ -41,6 +49,11 @@ private Q_SLOTS:
             "lang=\"de\"");
         row("no HTTP", "hello there friend of mine", 400);
         row("NUL in the path", QByteArray("GET /health\0z", 13), 400);
+        row("no host", "GET /healthz HTTP/1.1\r\nX-Forwarded-Host: x\r\n\r\n", 400, "one Host");
+        row("two hosts", "GET /healthz HTTP/1.1\r\nHost: y", 400);
+        row("transfer coding",
+            "POST /velometer/redirect_iphone.php HTTP/1.1\r\nTransfer-Encoding: chunked", 501);
+        row("no transfer coding", "GET /healthz HTTP/1.1\r\nTransfer-Encoding: identity", 200);
         row("head of 9000 bytes", "GET /healthz?" + QByteArray(9000, 'x'), 431);
         row("two lengths",
             "POST /velometer/redirect_iphone.php HTTP/1.1\r\nContent-Length: 1\r\n"
@@ -60,6 +73,88 @@ private Q_SLOTS:
         QVERIFY2(answer.contains(part), answer.constData());
         QVERIFY(answer.contains("\r\nContent-Length: " + QByteArray::number(bodyOf(answer).size()) +
                                 "\r\n"));
+        const auto date = answer.indexOf("\r\nDate: ") + 8;
+        const auto told =
+            QDateTime::fromString(QString::fromLatin1(answer.mid(date, 29)), Qt::RFC2822Date);
+        QVERIFY2(qAbs(told.secsTo(QDateTime::currentDateTimeUtc())) < 60 &&
+                     answer.mid(date + 25, 6) == " GMT\r\n",
+                 answer.constData());
+    }
+
+    void tellsAClientThatWaitsToSend()
+    {
+        const RunningService service;
+        SocketClient client(service.port());
+        const QByteArray go = "HTTP/1.1 100 Continue\r\n\r\n";
+        QVERIFY(client.send("POST /velometer/redirect_iphone.php HTTP/1.1\r\nHost: x\r\n"
+                            "Expect: 100-Continue\r\nContent-Length: 3\r\n\r\n"));
+        QCOMPARE(client.receive(go.size()), go);
+        QVERIFY(client.send("abc"));
+        QCOMPARE(statusOf(client.receiveAll()), 400);
+    }
+
+    void makesRoomForWhoeverSaysSomething()
+    {
+        auto options = RunningService::defaults();
+        options.maxConnections = 10;
+        const RunningService service(options);
+        SocketClient busy(service.port());
+        QVERIFY(busy.send(
+            "POST /velometer/uploadtest.php?logtraffic=9&testuserid=1&seriesid=2&testid=3 "
+            "HTTP/1.0\r\n\r\n"));
+        QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 1));
+        std::vector<SocketClient> silent;
+        for (int i = 0; i < 30; ++i) {
+            silent.emplace_back(service.port());
+        }
+        QCOMPARE(statusOf(SocketClient::get(service.port(), "/healthz")), 200);
+        // The oldest have gone, the youngest and the stream have not.
+        for (int i = 0; i < 20; ++i) {
+            QCOMPARE(silent.at(i).receive(1), QByteArray());
+        }
+        QVERIFY(silent.back().send("GET /healthz HTTP/1.0\r\n\r\n"));
+        QCOMPARE(statusOf(silent.back().receiveAll()), 200);
+        QCOMPARE(service.metric("streams{direction=\"upload\"}"), 1);
+    }
+
+    void takesTurnsBySubscriber()
+    {
+        FairPool pool(1);
+        std::promise<void> taken;
+        std::promise<void> gate;
+        QByteArray order;
+        QVERIFY(pool.post({.network = 1}, [&] {
+            taken.set_value();
+            gate.get_future().wait();
+        }));
+        taken.get_future().wait();
+        for (std::size_t i = 0; i < FairPool::mostWaiting; ++i) {
+            QVERIFY(pool.post({.network = 1}, [&] { order += '1'; }));
+        }
+        QVERIFY(!pool.post({.network = 1}, [&] { order += 'x'; }));
+        QVERIFY(pool.post({.network = 2}, [&] { order += '2'; }));
+        QVERIFY(pool.post({.network = 2}, [&] { order += '2'; }));
+        gate.set_value();
+        pool.join();
+        QCOMPARE(order.left(6), "121211");
+        QCOMPARE(order.size(), qsizetype(FairPool::mostWaiting) + 2);
+        QVERIFY(!pool.post({.network = 2}, [] {}));
+    }
+
+    void endsByEachSignal()
+    {
+        for (const int signal : {SIGHUP, SIGTERM}) {
+            const QTemporaryDir directory;
+            QProcess service;
+            service.start(QStringLiteral(SERVICE_PROGRAM),
+                          {u"--listen"_s, u"127.0.0.1:0"_s, u"--database"_s,
+                           u"sqlite:"_s + directory.filePath(u"r.db"_s)});
+            QVERIFY(service.waitForReadyRead(5'000));
+            ::kill(static_cast<pid_t>(service.processId()), signal);
+            QVERIFY(service.waitForFinished(5'000));
+            QCOMPARE(service.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(service.exitCode(), 0);
+        }
     }
 
     void closesAHeadThatDoesNotEnd()
@@ -85,7 +180,7 @@ private Q_SLOTS:
         }
         for (std::size_t i = 0; i < clients.size(); ++i) {
             QVERIFY(clients[i].send("GET /velometer/getIDwithUUID.jsp?UUID=u" +
-                                    QByteArray::number(i) + " HTTP/1.1\r\n\r\n"));
+                                    QByteArray::number(i) + " HTTP/1.0\r\n\r\n"));
         }
         QSet<QByteArray> users;
         for (auto &client : clients) {
@@ -153,7 +248,7 @@ private Q_SLOTS:
             std::vector<SocketClient> clients;
             for (int i = 0; i < 100; ++i) {
                 clients.emplace_back(service.port());
-                QVERIFY(clients.back().send("GET /velometer/initialise.php HTTP/1.1\r\n\r\n"));
+                QVERIFY(clients.back().send("GET /velometer/initialise.php HTTP/1.0\r\n\r\n"));
             }
             for (auto &client : clients) {
                 QVERIFY(bodyOf(client.receiveAll()).startsWith("Client-Hostname:127.0.0.1;"));

@@ -8,6 +8,7 @@
 #include "support/registeredtest.h"
 #include "support/rows.h"
 
+#include <QProcess>
 #include <QTest>
 
 using namespace std::chrono_literals;
@@ -115,6 +116,23 @@ private Q_SLOTS:
                  answer);
     }
 
+    void saysWhenTheServiceItselfWasTooSlow()
+    {
+        const RunningService service;
+        SocketClient client(service.port());
+        QVERIFY(client.send(uploadHead(10, 163'840'000) + "7"));
+        QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 1));
+        QProcess::execute(QStringLiteral("sh"),
+                          {QStringLiteral("-c"),
+                           QStringLiteral("kill -STOP $PPID; sleep 0.6; kill -CONT $PPID")});
+        QVERIFY(client.send("7"));
+        client.close();
+        QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 0));
+        QCOMPARE(service.metric("streams_late_total"), 1);
+        QVERIFY(service.metric("loop_late_total") > 0);
+        QTRY_COMPARE(sql(service.databaseFile(), {QStringLiteral("SELECT late FROM streams")}), 1);
+    }
+
     void uploadGoesOnPastItsLength()
     {
         RunningService service;
@@ -132,10 +150,12 @@ private Q_SLOTS:
 
     void stalledStreamsEnd()
     {
-        RunningService service;
+        auto options = RunningService::defaults();
+        options.longestStream = 1s;
+        RunningService service(options);
         SocketClient reader(service.port());
         SocketClient sender(service.port());
-        QVERIFY(reader.send("GET /velometer/downloadtest.php?logtraffic=1 HTTP/1.0\r\n\r\n"));
+        QVERIFY(reader.send("GET /velometer/downloadtest.php?logtraffic=3600 HTTP/1.0\r\n\r\n"));
         QVERIFY(sender.send(uploadHead(0, 163'840'000)));
         QVERIFY(service.waitForMetric("streams{direction=\"upload\"}", 1));
         QVERIFY(service.waitForMetric("streams{direction=\"download\"}", 0));

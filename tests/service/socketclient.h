@@ -19,12 +19,16 @@ namespace velometer {
 class SocketClient
 {
 public:
-    explicit SocketClient(quint16 port)
+    /// @p receiveBuffer: what its kernel takes while nobody reads, in bytes; 0: as usual.
+    explicit SocketClient(quint16 port, int receiveBuffer = 0)
         : socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         const timeval patience{.tv_sec = 10, .tv_usec = 0};
         setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
         setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+        if (receiveBuffer > 0) {
+            setsockopt(socket, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
+        }
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(port);

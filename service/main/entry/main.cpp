@@ -20,6 +20,11 @@ int main(int argc, char *argv[])
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGINT);
+    // A terminal that closes ends it as well, unless nohup has told it not to mind.
+    struct sigaction hangUp{};
+    if (sigaction(SIGHUP, nullptr, &hangUp) == 0 && hangUp.sa_handler != SIG_IGN) {
+        sigaddset(&signals, SIGHUP);
+    }
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
     // Whoever knows a user id sees that user's measurements: the files are for the owner alone.
