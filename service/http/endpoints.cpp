@@ -274,7 +274,7 @@ asio::awaitable<MaybeAnswer> userReport(Connection &connection, const Request &r
         answer.headers += "Vary: Accept-Encoding\r\n";
         return answer;
     };
-    auto made = co_await offload(connection, service, make);
+    auto made = co_await offload(connection, service.pageMakers, make);
     if (!made) {
         co_return Answer::later("Too many pages are being made for this address.");
     }

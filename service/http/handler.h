@@ -25,20 +25,20 @@ inline constexpr std::string_view goOn = "HTTP/1.1 100 Continue\r\n\r\n";
 /// Longest wait for the store: it commits in milliseconds, and a client waits ten seconds at most.
 inline constexpr std::chrono::seconds storeTime{8};
 
-/// Longest wait for work on the pool.
+/// Longest wait for work on a pool.
 inline constexpr std::chrono::seconds workTime{60};
 
-/// Runs @p work on the pool, in its subscriber's turn. Nothing when too much of that subscriber's
+/// Runs @p work on @p pool, in its subscriber's turn. Nothing when too much of that subscriber's
 /// waits already, or when it took too long. @p work has a name where this is called: GCC 12
 /// destroys twice what a temporary holds that a coroutine is called with.
 template <typename Work>
 boost::asio::awaitable<std::optional<std::invoke_result_t<Work>>>
-offload(Connection &connection, Service &service, const Work &work)
+offload(Connection &connection, FairPool &pool, const Work &work)
 {
     using Value = std::invoke_result_t<Work>;
     OneShot<Value> value(connection.executor(), workTime);
     const auto subscriber = Subscriber::of(connection.getPeer());
-    if (!service.workers.post(subscriber, [work, done = value.setter()] { done(work()); })) {
+    if (!pool.post(subscriber, [work, done = value.setter()] { done(work()); })) {
         co_return std::nullopt;
     }
     co_return co_await value.wait();

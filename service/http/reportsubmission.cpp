@@ -137,7 +137,7 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
     const auto parse = [bytes, &service] {
         return ReportParser::parse(bytes, service.options.salt, service.stopping);
     };
-    auto result = co_await offload(connection, service, parse);
+    auto result = co_await offload(connection, service.parsers, parse);
     if (!result) {
         co_return reject(service, Rejection::Busy);
     }
@@ -156,7 +156,7 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
     const auto fill = [document = report.document, values] {
         return Placeholders::fill(document, values);
     };
-    auto filled = co_await offload(connection, service, fill);
+    auto filled = co_await offload(connection, service.parsers, fill);
     if (!filled) {
         co_return reject(service, Rejection::Busy);
     }

@@ -236,7 +236,8 @@ void Server::stop()
     d->threads.clear();
     // What these still have to say goes to the strands, so they end before those do.
     d->service->hostNames.close();
-    d->service->workers.join();
+    d->service->parsers.join();
+    d->service->pageMakers.join();
     d->service->store.reset();
 }
 

@@ -50,9 +50,11 @@ struct Service
     Shares reports{128};
     Shares pages{8};
 
-    /// Reports are parsed and pages made here: a large one takes long enough to be seen in a
-    /// measurement. One core is left to the streams.
-    FairPool workers{std::max(static_cast<int>(std::thread::hardware_concurrency()) - 1, 1)};
+    /// Reports are parsed and filled in here, pages made there: a large one takes long enough to be
+    /// seen in a measurement. One core is left to the streams, and a hundred readers of pages do
+    /// not hold up the reports.
+    FairPool parsers{std::max(static_cast<int>(std::thread::hardware_concurrency()) - 1, 1)};
+    FairPool pageMakers{1};
     std::atomic<bool> stopping{false};       ///< the grace is over: what is parsed now is dropped
     std::atomic<std::size_t> reportBytes{0}; ///< memory that unfinished reports hold
 };
