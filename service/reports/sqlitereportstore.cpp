@@ -1,5 +1,6 @@
 #include "reports/sqlitereportstore.h"
 
+#include "ops/background.h"
 #include "ops/log.h"
 #include "reports/reportqueries.h"
 #include "reports/sqliteschema.h"
@@ -130,6 +131,7 @@ std::vector<SqliteReportStore::Job> SqliteReportStore::take(Queue &queue, std::s
 
 void SqliteReportStore::read()
 {
+    stepBack();
     SqliteConnection connection;
     const bool opened = connection.open(file) && connection.execute(u"PRAGMA query_only=ON"_s);
     for (auto jobs = take(reads, 1); !jobs.empty(); jobs = take(reads, 1)) {
