@@ -41,15 +41,15 @@ Streams::Place Streams::take(const boost::asio::ip::address &address, Direction 
     const auto subscriber = Subscriber::of(address);
     const std::lock_guard lock(mutex);
     forget(now);
-    if (const auto found = test ? reservations.find(*test) : reservations.end();
+    const StreamKey key = test.value_or(StreamKey{});
+    if (const auto found = test ? reservations.find(key) : reservations.end();
         found != reservations.end()) {
         // An upload may arrive before the end of its download has been seen; a second stream of
         // the same direction is another test's.
         if (bool &running = found->second.running[direction]; !running) {
             running = true;
-            return {this, [key = *test, direction](Streams *streams) {
-                        streams->leaveReserved(key, direction);
-                    }};
+            return {this,
+                    [key, direction](Streams *streams) { streams->leaveReserved(key, direction); }};
         }
     }
     if (isFull(subscriber)) {

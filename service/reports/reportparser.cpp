@@ -61,8 +61,8 @@ std::optional<QString> decode(const QByteArray &received)
 bool hasPlainTags(QStringView document)
 {
     constexpr qsizetype maxTag = 1024;
-    constexpr int maxQuotes =
-        8; // a report's tags have one attribute, its document type one address
+    // A report's tags have one attribute, its document type one address.
+    constexpr int maxQuotes = 8;
     for (qsizetype at = document.indexOf(u'<'); at >= 0; at = document.indexOf(u'<', at)) {
         const auto rest = document.sliced(at);
         const auto skip = [&](QStringView opening, QStringView closing) {

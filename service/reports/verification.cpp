@@ -6,7 +6,7 @@ namespace {
 
 /// Fewer full intervals of 100 ms are one burst, not a rate.
 constexpr int minIntervals = 5;
-constexpr qint64 minLasted = minIntervals * 100;
+constexpr qint64 minLasted = 500; // ms, of so many intervals
 
 /// Both ends start and end their clocks a round trip apart, and the client's kernel takes bytes
 /// before they have gone anywhere; more than twice the rate served is another stream's.
