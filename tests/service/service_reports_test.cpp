@@ -275,11 +275,12 @@ private Q_SLOTS:
         // Never silent for long, and never done.
         SocketClient trickling(service.port());
         QVERIFY(trickling.send(post(report().left(500), 5000)));
-        for (int i = 0; i < 50 && service.metric("reports_rejected_total{reason=\"timeout\"}") < 2;
-             ++i) {
-            trickling.send("x");
-            QTest::qWait(100);
-        }
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                trickling.send("x");
+                return service.metric("reports_rejected_total{reason=\"timeout\"}") == 2;
+            },
+            4'000));
         QCOMPARE(statusOf(trickling.receiveAll()), 408);
     }
 
