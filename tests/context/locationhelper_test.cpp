@@ -30,10 +30,15 @@ class LocationHelperTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        clock = std::make_unique<FakeClock>();
         platform = std::make_unique<FakePlatform>();
         helper = std::make_unique<LocationHelper>(*platform, nullptr);
     }
-    void cleanup() { helper.reset(); }
+    void cleanup()
+    {
+        helper.reset();
+        clock.reset();
+    }
 
     void turnsFixesIntoTexts_data()
     {
@@ -69,7 +74,7 @@ private Q_SLOTS:
 
     void forgetsThePlaceOnTimeout()
     {
-        const FakeClock clock(1'700'000'000'065ms); // its low byte is an A
+        clock->advance(65ms); // the low byte of its time is an A then
         platform->position.emitPosition(47.5, 8.5, 400);
         QCOMPARE(helper->getDoubleLocation()->getLatitude(), 47.5);
         platform->position.emitTimeout();
@@ -109,15 +114,16 @@ private Q_SLOTS:
     {
         for (int test = 0; test < 3; ++test) {
             helper->startService();
-            QVERIFY(!timer()->isActive());
+            // The one before does not switch off any more.
+            clock->advance(31s);
             platform->position.emitPosition(47.5, 8.5);
             QCOMPARE(helper->getAllLocations().size(), 1);
             helper->stopService();
-            QVERIFY(timer()->isActive() && running());
+            clock->advance(29'999ms);
+            QVERIFY(running());
         }
         QCOMPARE(platform->position.positionStarts, 1); // before the first test, for a warm fix
-        QCOMPARE(timer()->intervalAsDuration(), 30s);
-        fireTimer();
+        clock->advance(1ms);
         QVERIFY(!platform->position.positionRunning && !platform->position.satellitesRunning);
         // A source that goes on signalling is not heard any more.
         platform->position.emitPosition(46.5, 8.5);
@@ -133,7 +139,7 @@ private Q_SLOTS:
     {
         using Problem = PositionSource::Problem;
         // Also while the sources are off: a test that begins then finds it in the log.
-        fireTimer();
+        clock->advance(30s);
         for (const auto &[problem, logged] :
              {std::pair{Problem::Refused, u"location service (fake)"_s},
               {Problem::NoSource, u"there is no source"_s}}) {
@@ -165,13 +171,12 @@ private:
         return {helper->getPosType(), helper->getLatitude(), helper->getLongitude(),
                 helper->getAltitude(), helper->getAccuracyHor()};
     }
-    QTimer *timer() const { return helper->findChild<QTimer *>(); }
-    void fireTimer() { QMetaObject::invokeMethod(timer(), "timeout", Qt::DirectConnection); }
     bool running() const
     {
         return platform->position.positionRunning && platform->position.satellitesRunning;
     }
 
+    std::unique_ptr<FakeClock> clock;
     std::unique_ptr<FakePlatform> platform;
     std::unique_ptr<LocationHelper> helper;
 };

@@ -59,6 +59,15 @@ private:
     static inline QtMessageHandler previous = nullptr;
 };
 
+QList<int> numbersOf(const QList<QGeoSatelliteInfo> &satellites)
+{
+    QList<int> numbers;
+    for (const QGeoSatelliteInfo &each : satellites) {
+        numbers.append(each.satelliteIdentifier());
+    }
+    return numbers;
+}
+
 } // namespace
 
 SystemPositionSource::SystemPositionSource(QObject *parent)
@@ -87,9 +96,13 @@ SystemPositionSource::SystemPositionSource(QObject *parent)
     }
     if (satelliteReader) {
         connect(satelliteReader, &QGeoSatelliteInfoSource::satellitesInUseUpdated, this,
-                &PositionSource::satellitesInUseUpdated);
+                [this](const QList<QGeoSatelliteInfo> &list) {
+                    setSatellites({numbersOf(list), satellites().inView});
+                });
         connect(satelliteReader, &QGeoSatelliteInfoSource::satellitesInViewUpdated, this,
-                &PositionSource::satellitesInViewUpdated);
+                [this](const QList<QGeoSatelliteInfo> &list) {
+                    setSatellites({satellites().inUse, numbersOf(list)});
+                });
     }
 }
 
