@@ -69,6 +69,7 @@ LocationHelper::LocationHelper(Platform &platform, QObject *parent)
     }
     connect(&timeoutTimer, &ClockTimer::timeout, this, &LocationHelper::timeoutDisableGPS);
     connect(source.get(), &PositionSource::problemChanged, this, &LocationHelper::logProblem);
+    connect(source.get(), &PositionSource::problemChanged, this, &LocationHelper::changed);
     if (source->problem() != PositionSource::Problem::None) {
         logProblem();
     }
@@ -127,18 +128,22 @@ void LocationHelper::timeoutDisableGPS()
 
 void LocationHelper::positionUpdated()
 {
-    if (!source->position()) {
+    timedOut = !source->position();
+    if (timedOut) {
         clearPosition();
-        timedOut = true;
-        return;
+    } else {
+        latest = source->position();
+        keepSample(*latest);
     }
-    latest = source->position();
-    timedOut = false;
+    Q_EMIT changed();
+}
+
+void LocationHelper::keepSample(const Position &here)
+{
     if (!servicestarted) {
         return;
     }
     // A path is made of places: an update that names none adds nothing to it.
-    const Position here = latest.value_or(Position());
     if (here.hasPlace() && myLocations.size() < maxSamples) {
         myLocations.append({here.time.value_or(0), here.longitude.value_or(0),
                             here.latitude.value_or(0), here.altitude.value_or(-1),

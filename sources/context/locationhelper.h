@@ -73,6 +73,10 @@ public:
     /// False where positions may come, but never satellites.
     bool hasSatelliteSource() const;
 
+Q_SIGNALS:
+    /// position() has been told, or getProblem() is another than before.
+    void changed();
+
 private Q_SLOTS:
     void positionUpdated();
     void timeoutDisableGPS();
@@ -80,6 +84,7 @@ private Q_SLOTS:
 
 private:
     void clearPosition();
+    void keepSample(const Position &here);
     void logProblem() const;
 
     std::unique_ptr<PositionSource> source;
