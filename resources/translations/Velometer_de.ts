@@ -1715,11 +1715,11 @@ orvak verfassen</translation>
     </message>
     <message>
         <source>LocationOther</source>
-        <translation>Anderswo</translation>
+        <translation>Sonstwo</translation>
     </message>
     <message>
         <source>LocationOtherShort</source>
-        <translation>Anderswo</translation>
+        <translation>Sonstwo</translation>
     </message>
 </context>
 </TS>
