@@ -267,6 +267,43 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 2);
     }
 
+    void findsWhatCarriesTheTraffic_data()
+    {
+        const Rows<QString, QString, QString, QVariant, QString> row("type", "below", "property",
+                                                                     "mobileHas", "expected");
+        const auto plain = [&](const char *type, const char *expected) {
+            row(type, type, "/", "Default", false, expected);
+        };
+        plain("wireguard", "4 Caf\u00e9 64");
+        plain("tun", "4 Caf\u00e9 64");
+        plain("pppoe", "5  -1");
+        plain("infiniband", "5  -1");
+        plain("bridge", "5  -1");
+        row("tunnel over the default route", "wireguard", "/", "Default", true, "8 Abroad 71");
+        row("VPN over the modem", "vpn", MockPhone::mobilePath, "Default", false, "8 Abroad 71");
+        row("bond of the modem", "bond", "/", "Controller", asVariant(MockPhone::device),
+            "8 Abroad 71");
+        // Then the modem is there all the same: it may roam.
+        row("in a circle", "vpn", MockPhone::upperPath, "Default", false, "0 Abroad 71");
+    }
+    void findsWhatCarriesTheTraffic()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, below);
+        QFETCH(QString, property);
+        QFETCH(QVariant, mobileHas);
+        QVERIFY(phone->startModem() && phone->startNetwork() &&
+                phone->setConnection(MockPhone::mobilePath, property, mobileHas) &&
+                phone->leaveByUpper(qPrintable(type), below));
+        watch();
+        QTRY_VERIFY(platform->isComplete());
+        const NetworkState::Link link = network->state().current();
+        QTEST(u"%1 %2 %3"_s.arg(int(network->state().mode))
+                  .arg(link.name)
+                  .arg(link.signal.value_or(-1)),
+              "expected");
+    }
+
     void opensAndLosesTheConnection()
     {
         const auto managerState = [&](uint state) {

@@ -90,6 +90,15 @@ private Q_SLOTS:
         QCOMPARE((MachineNetwork{all, u"wlan0"_s}.outgoing()->name), u"wlan0"_s);
         QCOMPARE((MachineNetwork{all, u"eth1"_s}.outgoing()->name), u"eth0"_s);
         QVERIFY(!(MachineNetwork{{loopback, unplugged}, u"eth1"_s}.outgoing()));
+
+        const MachineInterface tunnel{u"wg0"_s, u"Unknown"_s, NetworkMode::Unknown,
+                                      false,    true,         true};
+        const auto under = [&](const QList<MachineInterface> &interfaces) {
+            return MachineNetwork{interfaces, u"wg0"_s}.carrier()->name;
+        };
+        QCOMPARE(under({loopback, tunnel, unplugged, wlan}), u"wlan0"_s);
+        QCOMPARE(under({tunnel, cable, wlan}), u"wg0"_s);
+        QCOMPARE(under({tunnel}), u"wg0"_s);
     }
 
     void namesTheBoard_data()

@@ -26,8 +26,8 @@ MachineNetworkInfoSource::MachineNetworkInfoSource(MachineNetworkLookUp lookUpNo
 void MachineNetworkInfoSource::refresh()
 {
     NetworkState now;
-    if (const std::optional<MachineInterface> outgoing = lookUp().outgoing()) {
-        now.mode = outgoing->mode;
+    if (const std::optional<MachineInterface> carrier = lookUp().carrier()) {
+        now.mode = carrier->mode;
         now.links[now.mode].status = NetworkStatus::Connected;
     }
     setState(now);
