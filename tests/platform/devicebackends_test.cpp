@@ -100,7 +100,9 @@ private Q_SLOTS:
         const auto technology = [&](const char *name, uint bits, const char *expected) {
             row(name, MockPhone::modem, "AccessTechnologies", bits, expected);
         };
-        technology("5G beside LTE", 1U << 15 | 1U << 14, "mode 9, radio");
+        // Which measures its reference signals where 5G does not.
+        technology("5G beside LTE", 1U << 15 | 1U << 14, "mode 9");
+        technology("5G alone", 1U << 15, "mode 9, radio");
         // Without LTE the location area counts, and here it is the reserved one.
         technology("HSPA+", 1U << 9 | 1U << 5, "mode 3, area -1, radio");
         technology("EDGE", 1U << 4, "mode 1, area -1, radio");

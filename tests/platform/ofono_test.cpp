@@ -60,7 +60,7 @@ private Q_SLOTS:
             row(name, MockOfono::net, property, value, expected);
         };
         // The area and the figures that were measured in LTE hold for LTE alone.
-        net("5G", "Technology", u"nr"_s, "mode 9, area 12ab, radio");
+        net("5G beside LTE", "Technology", u"nr"_s, "mode 9");
         net("HSPA", "Technology", u"hspa"_s, "mode 3, area 12ab, radio");
         net("EDGE", "Technology", u"edge"_s, "mode 1, area 12ab, radio");
         net("technology of the future", "Technology", u"6g"_s, "mode 0, area 12ab, radio");

@@ -63,7 +63,7 @@ private Q_SLOTS:
         row("nesting", QByteArray(500'000, '['), "not JSON");
         row("unknown key", with("\"signl\": 1"), "\"signl\" is not a known key");
         row("time goes back", "{\"at_ms\": 49}", "\"at_ms\" goes back");
-        row("cell beyond an int", with("\"cell\": 2147483648"), "\"cell\" must be");
+        row("cell of 37 bits", with("\"cell\": 68719476736"), "\"cell\" must be");
         row("latitude", position("\"latitude\": 90.1, \"longitude\": 0"),
             "\"position.latitude\" must be a number from -90 to 90");
         row("timestamp", position("\"latitude\": 1, \"longitude\": 1, \"timestamp\": \"now\""),
@@ -95,7 +95,7 @@ private Q_SLOTS:
     void startsWithTheLinesAtZeroAndPlaysOnByItself()
     {
         const auto platform = play(R"({"device": {"imei": "356938035643809"}, "mcc": "228"}
-{"mode": "LteMode", "status": "HomeNetwork", "signal": 71, "name": "Demo", "cell": 2814211}
+{"mode": "LteMode", "status": "HomeNetwork", "signal": 71, "name": "Demo", "cell": 68719476735}
 {"home_mcc": "262", "home_mnc": "02", "lac": 0}
 {"at_ms": 30, "mnc": "01"}
 {"at_ms": 3600000, "cell": null, "mode": "WcdmaMode", "signal": 40})");
@@ -108,7 +108,7 @@ private Q_SLOTS:
                          {},
                          u"262"_s,
                          u"02"_s,
-                         2814211,
+                         68'719'476'735,
                          0,
                          true};
         QCOMPARE(network->state(), lte);

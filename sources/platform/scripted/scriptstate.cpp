@@ -70,7 +70,7 @@ void ScriptState::applyPosition(const ScriptEvent &event)
 void ScriptState::applyNetwork(const ScriptEvent &event)
 {
     const auto take = [](auto &kept, const auto &told) { kept = told.value_or(kept); };
-    const auto takeNumber = [](auto &kept, const std::optional<int> &told) {
+    const auto takeNumber = [](auto &kept, const auto &told) {
         if (told) {
             kept = told;
             if (*told < 0) {
