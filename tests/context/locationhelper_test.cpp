@@ -64,6 +64,13 @@ private Q_SLOTS:
         platform->position.emitPosition(info);
 
         QCOMPARE(this->place().join(u' '), place);
+        const auto number = helper->getDoubleLocation();
+        const QStringList texts = place.split(u' ');
+        QCOMPARE((QList<double>{number->getLatitude(), number->getLongitude(),
+                                number->getAltitude(), number->getAccuracyHor(),
+                                number->getAccuracyVert(), double(number->getTime())}),
+                 (QList<double>{texts[1].toDouble(), texts[2].toDouble(), texts[3].toDouble(),
+                                texts[4].toDouble(), 7.25, 1.7e12}));
         QCOMPARE(helper->getLocationStatus(), status);
         QCOMPARE(helper->hasGPSLock(), status == 2);
         QCOMPARE(helper->getCordValid(), status == 0 ? u"Not valid"_s : u"Valid"_s);
@@ -90,7 +97,10 @@ private Q_SLOTS:
         platform->position.emitPosition(1, 8.5, 400);
         QVERIFY(helper->getAllLocations().isEmpty());
         helper->startService();
-        platform->position.emitPosition(2, 8.5, 400);
+        QGeoPositionInfo whole({2, 8.5, 400}, QDateTime::fromSecsSinceEpoch(1'700'000'000));
+        whole.setAttribute(QGeoPositionInfo::HorizontalAccuracy, 5);
+        whole.setAttribute(QGeoPositionInfo::VerticalAccuracy, 9);
+        platform->position.emitPosition(whole);
         platform->position.emitPosition(noNumber, noNumber);
         platform->position.emitPosition(3, 8.123456789);
         helper->stopService();
@@ -102,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(sample.datetime, 1'700'000'000'000);
         QCOMPARE((QList<double>{sample.latitude, sample.longitude, sample.altitude,
                                 sample.accuracyhor, sample.accuracyvert}),
-                 (QList<double>{2, 8.5, 400, -1, -1}));
+                 (QList<double>{2, 8.5, 400, 5, 9}));
         QVERIFY(sample.lock);
         QCOMPARE(helper->getAllLocations().at(1).longitude, 8.123456789);
         QVERIFY(!helper->getAllLocations().at(1).lock);

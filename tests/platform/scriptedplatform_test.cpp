@@ -44,12 +44,12 @@ private Q_SLOTS:
     void readsPositions()
     {
         const auto platform = play(
-            R"({"position": {"latitude": -47.5, "longitude": 8.25, "altitude": 410,
+            R"({"position": {"latitude": -47.5, "longitude": 151.25, "altitude": 410,
 "accuracy_h": 12.5, "accuracy_v": 30, "speed": 1.5, "direction": 270,
 "timestamp": "2024-02-29T12:00:01Z"}})"_ba.replace('\n', ' '));
         const auto position = platform->createPositionSource()->lastKnownPosition();
         QCOMPARE(position,
-                 (Position{-47.5, 8.25, 410, 12.5, 30, 1.5, {}, 270, {}, 1'709'208'001'000}));
+                 (Position{-47.5, 151.25, 410, 12.5, 30, 1.5, {}, 270, {}, 1'709'208'001'000}));
     }
 
     void refusesWrongLines_data()

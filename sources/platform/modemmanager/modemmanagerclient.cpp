@@ -140,7 +140,7 @@ ModemManagerClient::ModemManagerClient(const QDBusConnection &bus, QObject *pare
                       .ownInterfaces = {}},
                      parent)
 {
-    connect(&locationTimer, &QTimer::timeout, this, &ModemManagerClient::readLocation);
+    connect(&locationTimer, &ClockTimer::timeout, this, &ModemManagerClient::readLocation);
 }
 
 ModemManagerClient::~ModemManagerClient()
@@ -360,7 +360,6 @@ void ModemManagerClient::locate()
     if (!isOn || signalled || locationRefused) {
         locationTimer.stop();
     } else if (!locationTimer.isActive()) {
-        locationTimer.start(locationInterval);
         readLocation();
     }
     if (!isOn && (bits(u"Capabilities"_s) & cellSource) != 0 && mayAsk(path, locationInterface)) {
@@ -382,6 +381,7 @@ void ModemManagerClient::askForSignal()
 
 void ModemManagerClient::readLocation()
 {
+    locationTimer.start(locationInterval);
     const QString path = primary();
     service.call(
         path, locationInterface, u"GetLocation"_s, {}, [this, path](const QDBusMessage &reply) {

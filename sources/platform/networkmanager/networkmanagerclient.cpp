@@ -138,8 +138,7 @@ NetworkManagerClient::NetworkManagerClient(const QDBusConnection &bus, QObject *
 {
     connect(&service, &BusService::presenceChanged, this, &NetworkManagerClient::restart);
     connect(&service, &BusService::propertiesChanged, this, &NetworkManagerClient::takeProperties);
-    connect(&retryTimer, &QTimer::timeout, this, [this] { read(managerPath); });
-    retryTimer.setSingleShot(true);
+    connect(&retryTimer, &ClockTimer::timeout, this, [this] { read(managerPath); });
 }
 
 BusService::Presence NetworkManagerClient::presence() const

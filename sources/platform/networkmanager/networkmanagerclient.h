@@ -2,8 +2,8 @@
 
 #include "platform/bus/busservice.h"
 #include "platform/networkmanager/networkmanagerstate.h"
+#include "utils/clocktimer.h"
 
-#include <QTimer>
 #include <QVariantMap>
 
 #include <functional>
@@ -55,7 +55,7 @@ private:
     void refresh();
 
     BusService service;
-    QTimer retryTimer;             ///< asks a manager again that has not answered
+    ClockTimer retryTimer;         ///< asks a manager again that has not answered
     QMap<QString, Object> objects; ///< by path: the manager and what is followed from it
     NetworkManagerState shown;
     bool complete = false;

@@ -165,7 +165,7 @@ OfonoClient::OfonoClient(const QDBusConnection &bus, QObject *parent)
           },
           parent)
 {
-    connect(&cellTimer, &QTimer::timeout, this, &OfonoClient::readCell);
+    connect(&cellTimer, &ClockTimer::timeout, this, &OfonoClient::readCell);
 }
 
 void OfonoClient::forget()
@@ -308,12 +308,12 @@ void OfonoClient::follow(const QString &path)
         cellTimer.stop();
         return;
     }
-    cellTimer.start(cellInterval);
     readCell();
 }
 
 void OfonoClient::readCell()
 {
+    cellTimer.start(cellInterval);
     service.callForMap(cellPath, monitorInterface, u"GetServingCellInformation"_s, {},
                        [this, asked = cellPath](const QVariantMap &values) {
                            if (asked != cellPath) {

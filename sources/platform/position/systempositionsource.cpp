@@ -77,7 +77,7 @@ SystemPositionSource::SystemPositionSource(QObject *parent)
         previousFilter = QLoggingCategory::installFilter(withoutPositioningWarnings);
     }
 
-    connect(&retryTimer, &QTimer::timeout, this, &SystemPositionSource::askLocationService);
+    connect(&retryTimer, &ClockTimer::timeout, this, &SystemPositionSource::askLocationService);
 
     const QuietCreation quiet;
     // The location service asks its agent about the program of this desktop file; by itself the
