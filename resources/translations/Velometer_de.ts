@@ -209,6 +209,10 @@ Aufruf, 3 die Datenbank lässt sich nicht öffnen oder schreiben, 4 Roaming oder
         <source>--format of %1</source>
         <translation>--format von %1</translation>
     </message>
+    <message>
+        <source>wait before the first test for a first position (0 to 600); else 5 where something may tell one</source>
+        <translation>vor dem ersten Test auf eine erste Position warten (0 bis 600); sonst 5, wo etwas eine melden kann</translation>
+    </message>
 </context>
 <context>
     <name>DataBudget</name>
@@ -1509,6 +1513,10 @@ orvak verfassen</translation>
         <source>Tests %1 to %2 of %3 were missed.</source>
         <translation>Tests %1 bis %2 von %3 wurden versäumt.</translation>
     </message>
+    <message>
+        <source>Waiting for a position, at most %1 s.</source>
+        <translation>Es wird höchstens %1 s auf eine Position gewartet.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestServerTable</name>
@@ -1707,11 +1715,11 @@ orvak verfassen</translation>
     </message>
     <message>
         <source>LocationOther</source>
-        <translation>Anderswo</translation>
+        <translation>Sonstwo</translation>
     </message>
     <message>
         <source>LocationOtherShort</source>
-        <translation>Anderswo</translation>
+        <translation>Sonstwo</translation>
     </message>
 </context>
 </TS>

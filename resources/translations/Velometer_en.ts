@@ -207,6 +207,10 @@ what it would delete.</translation>
         <source>--format of %1</source>
         <translation>--format of %1</translation>
     </message>
+    <message>
+        <source>wait before the first test for a first position (0 to 600); else 5 where something may tell one</source>
+        <translation>wait before the first test for a first position (0 to 600); else 5 where something may tell one</translation>
+    </message>
 </context>
 <context>
     <name>DataBudget</name>
@@ -1506,6 +1510,10 @@ to orvak</translation>
     <message>
         <source>Tests %1 to %2 of %3 were missed.</source>
         <translation>Tests %1 to %2 of %3 were missed.</translation>
+    </message>
+    <message>
+        <source>Waiting for a position, at most %1 s.</source>
+        <translation>Waiting for a position, at most %1 s.</translation>
     </message>
 </context>
 <context>

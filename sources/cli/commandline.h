@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <optional>
 
 namespace velometer {
@@ -44,12 +45,13 @@ public:
     Format format = Format::Text;
     Progress progress = Progress::Auto;
     QString server; ///< name or endpoint, empty for the remembered one
-    QString location = QStringLiteral("Unknown"); ///< location code
-    int count = 1;                                ///< tests, 1 to 100000
-    int interval = 0;                             ///< s from start to start, 0 to 604800
-    bool resume = false;                          ///< go on with an interrupted series
-    std::optional<DataBudget> budget;             ///< none: as the settings say
-    int limit = 0;                                ///< most results to list, 0 for all
+    QString location = QStringLiteral("Unknown");     ///< location code
+    int count = 1;                                    ///< tests, 1 to 100000
+    int interval = 0;                                 ///< s from start to start, 0 to 604800
+    bool resume = false;                              ///< go on with an interrupted series
+    std::optional<DataBudget> budget;                 ///< none: as the settings say
+    std::optional<std::chrono::seconds> waitPosition; ///< none: as it makes sense
+    int limit = 0;                                    ///< most results to list, 0 for all
     bool allowRoaming = false;
     bool yes = false;
     QAbstractSocket::NetworkLayerProtocol protocol = QAbstractSocket::AnyIPProtocol;

@@ -1,5 +1,6 @@
 #include "cli/commandsyntax.h"
 
+#include "app/positionwait.h"
 #include "arguments/takes.h"
 #include "cli/optionvalues.h"
 #include "utils/quoted.h"
@@ -164,6 +165,17 @@ void CommandSyntax::addTestOptions()
                                   .arg(DataBudget::minimum),
                               &result.budget),
                 test});
+    syntax.add(
+        {u"--wait-position"_s, u"SECONDS"_s,
+         tr("wait before the first test for a first position (0 to 600); else 5 where "
+            "something may tell one"),
+         [this, take = Takes::number(0, static_cast<int>(PositionWait::longest.count()),
+                                     &waitSeconds)](const QString &option, const QString &value) {
+             const QString complaint = take(option, value);
+             result.waitPosition = std::chrono::seconds(waitSeconds);
+             return complaint;
+         },
+         test});
     syntax.add({u"--allow-roaming"_s,
                 {},
                 tr("test even when it may be expensive"),

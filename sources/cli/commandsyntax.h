@@ -41,6 +41,7 @@ private:
     Syntax syntax;
     CommandLine result;
     bool intervalGiven = false;
+    int waitSeconds = 0;
     QString formatOption; ///< the option that said it, for the sentence about one that contradicts
     QString protocolOption;
     QString platformOption;

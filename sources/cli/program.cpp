@@ -149,7 +149,8 @@ bool Program::createRunner()
     const TestRunner::Plan plan{
         {options.location, options.count, std::chrono::seconds(options.interval)},
         options.allowRoaming,
-        options.budget.value_or(DataBudget::remembered())};
+        options.budget.value_or(DataBudget::remembered()),
+        options.waitPosition};
     runner = std::make_unique<TestRunner>(plan, *servers, *printer, progress, *platform);
     connect(runner.get(), &TestRunner::finished, this, &Program::end);
     return true;

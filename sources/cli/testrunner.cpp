@@ -90,11 +90,13 @@ TestRunner::TestRunner(Plan whatToRun, ServerSelection &serverSelection, TestPri
     , session(devicePlatform, serverSelection, this, nullptr)
     , controller(&session.getController())
     , series(&session.getSeries())
+    , positionWait(*controller->getLocationHelper())
 {
     if (plan.allowRoaming) {
         consent.allowRoaming();
     }
     connect(&deviceTimer, &ClockTimer::timeout, this, &TestRunner::deviceReady);
+    connect(&positionWait, &PositionWait::ended, this, &TestRunner::startTests);
     connect(controller, &TestController::phaseEntered, this, &TestRunner::phaseEntered);
     connect(controller, &TestController::testEnded, this, &TestRunner::testEnded);
     connect(series, &TestSeries::testStarting, this, &TestRunner::testStarting);
@@ -159,6 +161,15 @@ void TestRunner::deviceReady()
     if (const QString notice = consent.notice(plan.budget); !notice.isEmpty()) {
         progress.message(notice);
     }
+    if (const auto limit = positionWait.start(plan.waitPosition)) {
+        progress.message(tr("Waiting for a position, at most %1 s.").arg(limit->count()));
+    } else {
+        startTests();
+    }
+}
+
+void TestRunner::startTests()
+{
     if (resuming) {
         session.resume(plan.budget);
     } else {
@@ -202,6 +213,7 @@ void TestRunner::stop(ExitStatus reason)
     if (!controller->isRunning()) {
         status = reason;
     }
+    positionWait.cancel();
     session.close();
     finish();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/positionwait.h"
 #include "app/testconsent.h"
 #include "app/testsession.h"
 #include "cli/exitstatus.h"
@@ -10,6 +11,7 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -33,6 +35,8 @@ public:
         bool allowRoaming = false;
         // The braces let a plan be written without it.
         DataBudget budget{}; ///< of each test; NOLINT(readability-redundant-member-init)
+        /// For a first position before the first test; without it as PositionWait thinks right.
+        std::optional<std::chrono::seconds> waitPosition{};
     };
 
     /// Everything but the plan is borrowed and outlives the runner.
@@ -43,8 +47,8 @@ public:
     TestController &getController() { return *controller; }
 
     /// Starts the first test as soon as the device has told about itself, at the latest after three
-    /// seconds; says before it when the connection is metered, and when a series of an earlier run
-    /// waits. Ends in one finished().
+    /// seconds, and where it is, see PositionWait; says before it when the connection is metered,
+    /// and when a series of an earlier run waits. Ends in one finished().
     void start();
     /// The same with an interrupted series in place of the plan's. False when none waits.
     bool resume();
@@ -78,6 +82,7 @@ Q_SIGNALS:
 private:
     void awaitDevice();
     void deviceReady();
+    void startTests();
     void tellOfInterrupted();
     void testStarting();
     void testsMissed(int first, int last);
@@ -115,6 +120,7 @@ private:
     TestSession session;
     TestController *controller; ///< of the session, as is the series
     TestSeries *series;
+    PositionWait positionWait;
 };
 
 } // namespace velometer

@@ -34,13 +34,21 @@ QString degreesText(const std::optional<double> &degrees)
     return degrees ? numberText(degrees) : u"0.0"_s;
 }
 
-QString satelliteText(const QList<QGeoSatelliteInfo> &list)
+QString satelliteText(const std::optional<QList<int>> &satellites)
 {
     QString text;
-    for (const QGeoSatelliteInfo &satellite : list.first(qMin(list.size(), maxSatellites))) {
-        text += QString::number(satellite.satelliteIdentifier()) + u' ';
+    for (const int each : satellites.value_or(QList<int>()).mid(0, maxSatellites)) {
+        text += QString::number(each) + u' ';
     }
     return text;
+}
+
+void logSatellites(const QString &line, const std::optional<QList<int>> &now,
+                   const std::optional<QList<int>> &logged)
+{
+    if (now && now != logged) {
+        Utils::addLogEntry(line.arg(QString::number(now->size()), satelliteText(now)));
+    }
 }
 
 } // namespace
@@ -59,8 +67,9 @@ LocationHelper::LocationHelper(Platform &platform, QObject *parent)
         Utils::addLogEntry(
             u"Minimum Position Intervall: %1"_s.arg(source->minimumUpdateInterval()));
     }
-    connect(&timeoutTimer, &QTimer::timeout, this, &LocationHelper::timeoutDisableGPS);
+    connect(&timeoutTimer, &ClockTimer::timeout, this, &LocationHelper::timeoutDisableGPS);
     connect(source.get(), &PositionSource::problemChanged, this, &LocationHelper::logProblem);
+    connect(source.get(), &PositionSource::problemChanged, this, &LocationHelper::changed);
     if (source->problem() != PositionSource::Problem::None) {
         logProblem();
     }
@@ -75,6 +84,7 @@ void LocationHelper::startService()
 {
     servicestarted = true;
     myLocations.clear();
+    logged = {};
     timeoutTimer.stop();
     if (locationcollecting) {
         return;
@@ -86,10 +96,8 @@ void LocationHelper::startService()
         source->startPosition();
     }
     if (source->hasSatellites()) {
-        connect(source.get(), &PositionSource::satellitesInUseUpdated, this,
-                &LocationHelper::satellitesInUseUpdated);
-        connect(source.get(), &PositionSource::satellitesInViewUpdated, this,
-                &LocationHelper::satellitesInViewUpdated);
+        connect(source.get(), &PositionSource::satellitesUpdated, this,
+                &LocationHelper::satellitesUpdated);
         source->startSatellites();
     }
     Utils::addLogEntry(u"GPS started"_s);
@@ -103,14 +111,12 @@ void LocationHelper::stopService()
 
 void LocationHelper::timeoutDisableGPS()
 {
-    timeoutTimer.stop();
     if (!locationcollecting) {
         return;
     }
     locationcollecting = false;
     disconnect(source.get(), &PositionSource::positionUpdated, this, nullptr);
-    disconnect(source.get(), &PositionSource::satellitesInUseUpdated, this, nullptr);
-    disconnect(source.get(), &PositionSource::satellitesInViewUpdated, this, nullptr);
+    disconnect(source.get(), &PositionSource::satellitesUpdated, this, nullptr);
     if (source->hasPosition()) {
         source->stopPosition();
     }
@@ -122,18 +128,22 @@ void LocationHelper::timeoutDisableGPS()
 
 void LocationHelper::positionUpdated()
 {
-    if (!source->position()) {
+    timedOut = !source->position();
+    if (timedOut) {
         clearPosition();
-        timedOut = true;
-        return;
+    } else {
+        latest = source->position();
+        keepSample(*latest);
     }
-    latest = source->position();
-    timedOut = false;
+    Q_EMIT changed();
+}
+
+void LocationHelper::keepSample(const Position &here)
+{
     if (!servicestarted) {
         return;
     }
     // A path is made of places: an update that names none adds nothing to it.
-    const Position here = latest.value_or(Position());
     if (here.hasPlace() && myLocations.size() < maxSamples) {
         myLocations.append({here.time.value_or(0), here.longitude.value_or(0),
                             here.latitude.value_or(0), here.altitude.value_or(-1),
@@ -167,22 +177,17 @@ void LocationHelper::clearPosition()
     timeWithoutFix = QChar(static_cast<ushort>(Utils::getTimeInMs() & 0xff));
 }
 
-void LocationHelper::satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &list)
+void LocationHelper::satellitesUpdated()
 {
-    satNumInUse = QString::number(list.size());
-    satInUse = satelliteText(list);
-    if (servicestarted) {
-        Utils::addLogEntry(u"Satellites in Use (%1): %2"_s.arg(satNumInUse, satInUse));
+    sky = source->satellites();
+    if (!servicestarted) {
+        return;
     }
-}
-
-void LocationHelper::satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &list)
-{
-    satNumInView = QString::number(list.size());
-    satInView = satelliteText(list);
-    if (servicestarted) {
-        Utils::addLogEntry(u"Satellites in View (%1): %2"_s.arg(satNumInView, satInView));
-    }
+    // Some receivers repeat every second what they have told: a test's log has better use for its
+    // lines.
+    logSatellites(u"Satellites in Use (%1): %2"_s, sky.inUse, logged.inUse);
+    logSatellites(u"Satellites in View (%1): %2"_s, sky.inView, logged.inView);
+    logged = sky;
 }
 
 QString LocationHelper::getCordValid() const
@@ -251,24 +256,14 @@ QString LocationHelper::getMagneticVar() const
     return latest ? numberText(latest->magneticVariation) : u"0"_s;
 }
 
-QString LocationHelper::getSatNumInUse() const
-{
-    return satNumInUse;
-}
-
 QString LocationHelper::getSatInUse() const
 {
-    return satInUse;
-}
-
-QString LocationHelper::getSatNumInView() const
-{
-    return satNumInView;
+    return satelliteText(sky.inUse);
 }
 
 QString LocationHelper::getSatInView() const
 {
-    return satInView;
+    return satelliteText(sky.inView);
 }
 
 int LocationHelper::getLocationStatus() const

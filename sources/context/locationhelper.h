@@ -2,12 +2,11 @@
 
 #include "context/mylocation.h"
 #include "platform/positionsource.h"
+#include "utils/clocktimer.h"
 
-#include <QGeoSatelliteInfo>
 #include <QList>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -54,10 +53,8 @@ public:
     QString getVertSpeed() const;    ///< m/s, "-1" when not known
     QString getDirection() const;    ///< degrees from north
     QString getMagneticVar() const;  ///< degrees
-    QString getSatNumInUse() const;
-    QString getSatInUse() const; ///< satellite numbers, each followed by a blank
-    QString getSatNumInView() const;
-    QString getSatInView() const; ///< satellite numbers, each followed by a blank
+    QString getSatInUse() const;     ///< satellite numbers, each followed by a blank
+    QString getSatInView() const;    ///< satellite numbers, each followed by a blank
 
     /// 2 with a three-dimensional fix, 1 with another position, 0 with none.
     int getLocationStatus() const;
@@ -76,26 +73,28 @@ public:
     /// False where positions may come, but never satellites.
     bool hasSatelliteSource() const;
 
+Q_SIGNALS:
+    /// position() has been told, or getProblem() is another than before.
+    void changed();
+
 private Q_SLOTS:
     void positionUpdated();
     void timeoutDisableGPS();
-    void satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &list);
-    void satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &list);
+    void satellitesUpdated();
 
 private:
     void clearPosition();
+    void keepSample(const Position &here);
     void logProblem() const;
 
     std::unique_ptr<PositionSource> source;
-    QTimer timeoutTimer{this};
+    ClockTimer timeoutTimer;
 
     std::optional<Position> latest;
     bool timedOut = false;
     QString timeWithoutFix; ///< stands for the time while there is no position
-    QString satNumInUse;
-    QString satInUse;
-    QString satNumInView;
-    QString satInView;
+    Satellites sky;
+    Satellites logged; ///< of this test
 
     bool servicestarted = false;     ///< a test wants positions now
     bool locationcollecting = false; ///< the sources are running

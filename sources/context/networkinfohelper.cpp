@@ -159,7 +159,8 @@ QString NetworkInfoHelper::getNetworkmode() const
         return modeName(NetworkMode::Wlan);
     }
     const bool isOld = current.mode == NetworkMode::Wcdma || current.mode == NetworkMode::Gsm;
-    if (isOld && current.cell) {
+    // Modems that may not tell their cell, or have not read it yet, tell none or number 0.
+    if (isOld && current.cell > 0) {
         return modeName(*current.cell <= maxGsmCell ? NetworkMode::Gsm : NetworkMode::Wcdma);
     }
     return modeName(current.mode);

@@ -27,6 +27,17 @@ constexpr int velocityStep = 5;
 const QString mixedWithWlan = u"Mixed(WLAN,Mobile)"_s;
 const QString mixedMobile = u"Mobile(mixed)"_s;
 
+/// Of two accuracies in m, 0 and below unknown: half of what is known would be a better fix than
+/// there was. -1 when neither is known.
+double meanOfKnown(double a, double b)
+{
+    if (a > 0 && b > 0) {
+        return (a + b) * 0.5;
+    }
+    const double known = std::max(a, b);
+    return known > 0 ? known : -1.0;
+}
+
 QStringList distinctModes(const QList<TestResultLog *> &log)
 {
     QStringList modes;
@@ -239,14 +250,11 @@ void TestResults::calculateAdditionalValues()
     }
     const DoubleLocation &start = *downloadLocationStart;
     const DoubleLocation &end = *rttLocationEnd;
-    const auto setAccuracies = [&] {
-        accuracyvert = (start.getAccuracyVert() + end.getAccuracyVert()) * 0.5;
-        accuracyhor = (start.getAccuracyHor() + end.getAccuracyHor()) * 0.5;
-    };
+    accuracyvert = meanOfKnown(start.getAccuracyVert(), end.getAccuracyVert());
+    accuracyhor = meanOfKnown(start.getAccuracyHor(), end.getAccuracyHor());
 
     if (start.getAltitude() == noAltitude || end.getAltitude() == noAltitude) {
         velocity = distance = distanceDurationInSeconds = -1.0;
-        setAccuracies();
         return;
     }
     if (start.getAccuracyVert() <= 0 || end.getAccuracyVert() <= 0) {
@@ -258,7 +266,6 @@ void TestResults::calculateAdditionalValues()
     distance = km * 1000.0;
     const qlonglong seconds = ms / 1000;
     distanceDurationInSeconds = static_cast<double>(seconds);
-    setAccuracies();
     // Two samples of the same moment tell no speed.
     velocity = ms > 0 ? std::trunc(km / (static_cast<double>(ms) / msPerHour) / velocityStep) *
                             velocityStep

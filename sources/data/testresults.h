@@ -112,8 +112,9 @@ public:
     void calculateAdditionalValues();
     double getVelocity() const { return velocity; } ///< km/h in steps of 5; negative when unknown
     double getDistance() const { return distance; } ///< m, -1 when unknown
-    double getAccuracyVert() const { return accuracyvert; } ///< m
-    double getAccuracyHor() const { return accuracyhor; }   ///< m
+    // Means of what is known of both positions, m; 0 and below when nothing is.
+    double getAccuracyVert() const { return accuracyvert; }
+    double getAccuracyHor() const { return accuracyhor; }
     double getDistanceDurationInSeconds() const { return distanceDurationInSeconds; }
 
     /// The connection type over the whole test as the report names it: the one mode code, or a

@@ -2,12 +2,24 @@
 
 #include "platform/position.h"
 
-#include <QGeoSatelliteInfo>
 #include <QList>
 #include <QObject>
 #include <QString>
 
+#include <optional>
+#include <utility>
+
 namespace velometer {
+
+/// Satellites by the numbers that the receiver gives them, of all systems together; a list that it
+/// has not told is not there. A plain value.
+struct Satellites
+{
+    std::optional<QList<int>> inUse; ///< the position is made of them
+    std::optional<QList<int>> inView;
+
+    bool operator==(const Satellites &other) const = default;
+};
 
 /// Where the device is, and which satellites tell it so. A device may have either, both or neither;
 /// what is missing never signals, and problem() says why there are no positions. Main thread only;
@@ -42,6 +54,8 @@ public:
     virtual Position lastKnownPosition() const = 0;
     /// What the receiver told last to this source; nothing before that, and after a time-out.
     const std::optional<Position> &position() const { return told; }
+    /// What the receiver told last to this source.
+    const Satellites &satellites() const { return sky; }
     /// Shortest interval between updates the device can do, ms; 0 when it does not say.
     virtual int minimumUpdateInterval() const = 0;
     /// Asks for updates by all positioning methods, this often.
@@ -56,8 +70,9 @@ Q_SIGNALS:
     /// The receiver has told a position, the same as before perhaps, or has found none within its
     /// own time-out: then position() is nothing.
     void positionUpdated();
-    void satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &satellites);
-    void satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &satellites);
+    /// satellites() has been told, the same as before perhaps. What is told together is signalled
+    /// once.
+    void satellitesUpdated();
     void problemChanged();
 
 protected:
@@ -73,6 +88,11 @@ protected:
         told.reset();
         Q_EMIT positionUpdated();
     }
+    void setSatellites(Satellites now)
+    {
+        sky = std::move(now);
+        Q_EMIT satellitesUpdated();
+    }
     void setProblem(Problem now)
     {
         if (now == currentProblem) {
@@ -85,6 +105,7 @@ protected:
 private:
     Problem currentProblem = Problem::None;
     std::optional<Position> told;
+    Satellites sky;
 };
 
 } // namespace velometer

@@ -6,6 +6,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -40,6 +41,7 @@ private Q_SLOTS:
         row("--max-bytes 9223372036G",
             [](const CommandLine &l) { return l.budget->bytes() == 9'223'372'036'000'000'000; });
         row("--max-bytes 0", [](const CommandLine &l) { return l.budget && !l.budget->bytes(); });
+        row("--wait-position 600", [](const CommandLine &l) { return l.waitPosition == 600s; });
         row("show 17", [](const CommandLine &l) { return l.storedTest.row == 17; });
         row("show 3/12", [](const CommandLine &l) {
             return l.storedTest.row == 0 && l.storedTest.series == 3 && l.storedTest.test == 12;
@@ -90,6 +92,7 @@ private Q_SLOTS:
         row("--max-bytes 99999", "100000");
         row("--max-bytes 1.5M", "10M");
         row("--max-bytes 18446744074G", "100000"); // 290 MB, if it wrapped round
+        row("--wait-position 601", "600");
         row("--json --csv", "contradict");
         row("--position nmea:x --position gpsd", "contradict");
         row("--position gps", "gpsd://HOST:PORT");

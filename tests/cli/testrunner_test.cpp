@@ -44,6 +44,7 @@ public:
         , progress(errors, ProgressLine::Mode::Silent)
     {
         platform.session.fails(NetworkSession::UnknownSessionError);
+        plan.waitPosition = plan.waitPosition.value_or(0s);
         runner = std::make_unique<TestRunner>(plan, servers, printer, progress, platform);
         finished = std::make_unique<QSignalSpy>(runner.get(), &TestRunner::finished);
     }
@@ -109,6 +110,18 @@ private Q_SLOTS:
         QFile::remove(StartUp::seriesFile());
     }
     void cleanupTestCase() { delete std::exchange(gDB, nullptr); }
+
+    void waitsForAPositionUntilItIsStopped()
+    {
+        TestRunner::Plan plan;
+        plan.waitPosition = 600s;
+        Run run(plan, Format::Json);
+        run.runner->start();
+        QTRY_VERIFY(run.messages().contains("600 s"));
+        run.runner->stop(ExitStatus::Terminated);
+        QVERIFY(run.endsWith(ExitStatus::Terminated));
+        QCOMPARE(run.platform.session.openCalls, 0);
+    }
 
     void goesOnAfterAFailedTest()
     {

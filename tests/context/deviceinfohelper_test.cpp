@@ -28,6 +28,11 @@ private Q_SLOTS:
         QCOMPARE(helper.getManufacturer(), u"Maker"_s + QString(251, u'x'));
         QCOMPARE(helper.getProductName(), u"Product"_s);
         QCOMPARE(helper.getModel(), u"Model"_s);
+        for (const auto &[told, model] :
+             {std::pair{u"armv7l "_s, u"N900"_s}, {u"armv7l"_s, u"armv7l"_s}}) {
+            platform.device.model = told;
+            QCOMPARE(DeviceInfoHelper(platform, nullptr).getModel(), model);
+        }
     }
 
     void waitsForALateModemUntilSomebodyAsks()

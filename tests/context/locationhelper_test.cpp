@@ -30,10 +30,15 @@ class LocationHelperTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        clock = std::make_unique<FakeClock>();
         platform = std::make_unique<FakePlatform>();
         helper = std::make_unique<LocationHelper>(*platform, nullptr);
     }
-    void cleanup() { helper.reset(); }
+    void cleanup()
+    {
+        helper.reset();
+        clock.reset();
+    }
 
     void turnsFixesIntoTexts_data()
     {
@@ -59,6 +64,13 @@ private Q_SLOTS:
         platform->position.emitPosition(info);
 
         QCOMPARE(this->place().join(u' '), place);
+        const auto number = helper->getDoubleLocation();
+        const QStringList texts = place.split(u' ');
+        QCOMPARE((QList<double>{number->getLatitude(), number->getLongitude(),
+                                number->getAltitude(), number->getAccuracyHor(),
+                                number->getAccuracyVert(), double(number->getTime())}),
+                 (QList<double>{texts[1].toDouble(), texts[2].toDouble(), texts[3].toDouble(),
+                                texts[4].toDouble(), 7.25, 1.7e12}));
         QCOMPARE(helper->getLocationStatus(), status);
         QCOMPARE(helper->hasGPSLock(), status == 2);
         QCOMPARE(helper->getCordValid(), status == 0 ? u"Not valid"_s : u"Valid"_s);
@@ -69,7 +81,7 @@ private Q_SLOTS:
 
     void forgetsThePlaceOnTimeout()
     {
-        const FakeClock clock(1'700'000'000'065ms); // its low byte is an A
+        clock->advance(65ms); // the low byte of its time is an A then
         platform->position.emitPosition(47.5, 8.5, 400);
         QCOMPARE(helper->getDoubleLocation()->getLatitude(), 47.5);
         platform->position.emitTimeout();
@@ -85,7 +97,10 @@ private Q_SLOTS:
         platform->position.emitPosition(1, 8.5, 400);
         QVERIFY(helper->getAllLocations().isEmpty());
         helper->startService();
-        platform->position.emitPosition(2, 8.5, 400);
+        QGeoPositionInfo whole({2, 8.5, 400}, QDateTime::fromSecsSinceEpoch(1'700'000'000));
+        whole.setAttribute(QGeoPositionInfo::HorizontalAccuracy, 5);
+        whole.setAttribute(QGeoPositionInfo::VerticalAccuracy, 9);
+        platform->position.emitPosition(whole);
         platform->position.emitPosition(noNumber, noNumber);
         platform->position.emitPosition(3, 8.123456789);
         helper->stopService();
@@ -97,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(sample.datetime, 1'700'000'000'000);
         QCOMPARE((QList<double>{sample.latitude, sample.longitude, sample.altitude,
                                 sample.accuracyhor, sample.accuracyvert}),
-                 (QList<double>{2, 8.5, 400, -1, -1}));
+                 (QList<double>{2, 8.5, 400, 5, 9}));
         QVERIFY(sample.lock);
         QCOMPARE(helper->getAllLocations().at(1).longitude, 8.123456789);
         QVERIFY(!helper->getAllLocations().at(1).lock);
@@ -109,15 +124,16 @@ private Q_SLOTS:
     {
         for (int test = 0; test < 3; ++test) {
             helper->startService();
-            QVERIFY(!timer()->isActive());
+            // The one before does not switch off any more.
+            clock->advance(31s);
             platform->position.emitPosition(47.5, 8.5);
             QCOMPARE(helper->getAllLocations().size(), 1);
             helper->stopService();
-            QVERIFY(timer()->isActive() && running());
+            clock->advance(29'999ms);
+            QVERIFY(running());
         }
         QCOMPARE(platform->position.positionStarts, 1); // before the first test, for a warm fix
-        QCOMPARE(timer()->intervalAsDuration(), 30s);
-        fireTimer();
+        clock->advance(1ms);
         QVERIFY(!platform->position.positionRunning && !platform->position.satellitesRunning);
         // A source that goes on signalling is not heard any more.
         platform->position.emitPosition(46.5, 8.5);
@@ -133,7 +149,7 @@ private Q_SLOTS:
     {
         using Problem = PositionSource::Problem;
         // Also while the sources are off: a test that begins then finds it in the log.
-        fireTimer();
+        clock->advance(30s);
         for (const auto &[problem, logged] :
              {std::pair{Problem::Refused, u"location service (fake)"_s},
               {Problem::NoSource, u"there is no source"_s}}) {
@@ -165,13 +181,12 @@ private:
         return {helper->getPosType(), helper->getLatitude(), helper->getLongitude(),
                 helper->getAltitude(), helper->getAccuracyHor()};
     }
-    QTimer *timer() const { return helper->findChild<QTimer *>(); }
-    void fireTimer() { QMetaObject::invokeMethod(timer(), "timeout", Qt::DirectConnection); }
     bool running() const
     {
         return platform->position.positionRunning && platform->position.satellitesRunning;
     }
 
+    std::unique_ptr<FakeClock> clock;
     std::unique_ptr<FakePlatform> platform;
     std::unique_ptr<LocationHelper> helper;
 };

@@ -22,6 +22,7 @@ private Q_SLOTS:
         row("WCDMA, 5 digits", NetworkMode::Wcdma, 12345, "GsmMode");
         row("Ethernet", NetworkMode::Ethernet, -1, "EthernetMode");
         row("WCDMA, no cell", NetworkMode::Wcdma, -1, "WcdmaMode");
+        row("WCDMA, cell not read yet", NetworkMode::Wcdma, 0, "WcdmaMode");
         row("LTE, short cell", NetworkMode::Lte, 12345, "LteMode");
         row("no such mode", static_cast<NetworkMode>(77), 123456, "Unknown");
     }

@@ -79,16 +79,19 @@ private Q_SLOTS:
 
     void derivesVelocityAndDistance_data()
     {
-        // figures: velocity, distance in m, duration, accuracy
+        // figures: velocity, distance in m, duration, vertical and horizontal accuracy
         const Rows<Fix, Fix, QList<double>> row("start", "end", "figures");
         const Fix origin{47.0, 400, 10, 1'000'000};
         const auto after = [&](double km, qint64 ms) {
             return Fix{47.0 + km * kilometre, 400, 20, 1'000'000 + ms};
         };
-        row("a kilometre a minute", origin, after(1.001, 60'000), {60, 1001, 60, 15});
-        row("no fix at the end", origin, {48.0, -1, 20, 1'060'000}, {-1, -1, -1, 15});
-        row("no accuracy", {47.0, 400, 0, 1'000'000}, after(1, 50'000), {-1001, -1, -1, 0});
-        row("time goes back", origin, after(1, -5000), {-1, 1000, -5, 15});
+        row("a kilometre a minute", origin, after(1.001, 60'000), {60, 1001, 60, 15, 7.5});
+        row("no fix at the end", origin, {48.0, -1, 20, 1'060'000}, {-1, -1, -1, 15, 7.5});
+        row("no accuracy at the start", {47.0, 400, 0, 1'000'000}, after(1, 50'000),
+            {-1001, -1, -1, 20, 10});
+        row("no position at the start", {0, -1, -1, 0}, after(1, 50'000), {-1, -1, -1, 20, 10});
+        row("none at all", {0, -1, -1, 0}, {0, -1, -1, 0}, {-1, -1, -1, -1, -1});
+        row("time goes back", origin, after(1, -5000), {-1, 1000, -5, 15, 7.5});
     }
     void derivesVelocityAndDistance()
     {
@@ -104,6 +107,7 @@ private Q_SLOTS:
                  qPrintable(QString::number(results.getDistance())));
         QCOMPARE(results.getDistanceDurationInSeconds(), figures[2]);
         QCOMPARE(results.getAccuracyVert(), figures[3]);
+        QCOMPARE(results.getAccuracyHor(), figures[4]);
     }
 
     void namesTheConnectionTypeOfTheWholeTest_data()

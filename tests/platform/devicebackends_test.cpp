@@ -5,6 +5,7 @@
 #include "platform/networkmanager/networkmanagersession.h"
 #include "platform/system/devicenetworkinfosource.h"
 #include "platform/system/systemplatform.h"
+#include "support/fakeclock.h"
 #include "support/mockphone.h"
 #include "support/modemstory.h"
 #include "support/registeredtest.h"
@@ -16,6 +17,7 @@
 #include <memory>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -32,11 +34,6 @@ const NetworkState abroad{Lte,      {{Lte, {NetworkStatus::Roaming, 71, u"Abroad
                           2814209,  0xf1e2,
                           false};
 
-void fireTimer(const QObject &of, const QString &name)
-{
-    QMetaObject::invokeMethod(of.findChild<QTimer *>(name), "timeout", Qt::DirectConnection);
-}
-
 } // namespace
 
 class DeviceBackendsTest : public QObject
@@ -46,6 +43,8 @@ class DeviceBackendsTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        // However slow the services are: time passes when a test says so.
+        clock = std::make_unique<FakeClock>();
         bus = std::make_unique<MockBus>();
         QVERIFY(bus->start());
         phone = std::make_unique<MockPhone>(*bus);
@@ -56,6 +55,7 @@ private Q_SLOTS:
         platform.reset();
         phone.reset();
         bus.reset();
+        clock.reset();
     }
 
     void knowsAPhoneAbroad()
@@ -100,19 +100,13 @@ private Q_SLOTS:
         const auto technology = [&](const char *name, uint bits, const char *expected) {
             row(name, MockPhone::modem, "AccessTechnologies", bits, expected);
         };
-        technology("5G beside LTE", 1U << 15 | 1U << 14, "mode 9, radio");
+        // Which measures its reference signals where 5G does not.
+        technology("5G beside LTE", 1U << 15 | 1U << 14, "mode 9");
+        technology("5G alone", 1U << 15, "mode 9, radio");
         // Without LTE the location area counts, and here it is the reserved one.
         technology("HSPA+", 1U << 9 | 1U << 5, "mode 3, area -1, radio");
         technology("EDGE", 1U << 4, "mode 1, area -1, radio");
         technology("any", 0xffffffffU, "mode 0, area -1, radio");
-        const auto registration = [&](const char *name, uint number, const char *expected) {
-            row(name, MockPhone::gpp, "RegistrationState", number, expected);
-        };
-        registration("not registered", 0, "status 1");
-        registration("home", 1, "status 6");
-        registration("roaming, messages alone", 7, "");
-        registration("emergency calls", 8, "status 2");
-        registration("a state of the future", 99, "status 0");
         const auto cell = [&](const char *name, const QString &fields, const char *expected) {
             row(name, MockPhone::location, "Location", MockPhone::at(fields), expected);
         };
@@ -152,6 +146,21 @@ private Q_SLOTS:
         QVERIFY(phone->set(MockPhone::modem, u"Model"_s, u" \t\x1b[31m"_s + QString(1000, u'x')));
         QTRY_COMPARE(client.state().model, u"[31m"_s + QString(124, u'x'));
         QTEST(told(client.state(), before), "expected");
+    }
+
+    void knowsItsRegistration()
+    {
+        using enum NetworkStatus;
+        QVERIFY(phone->startModem());
+        const ModemManagerClient client(bus->connection());
+        uint number = 0;
+        // The last one is of the future.
+        for (const NetworkStatus expected :
+             {NoNetworkAvailable, HomeNetwork, Searching, Denied, Undefined, Roaming, HomeNetwork,
+              Roaming, EmergencyOnly, HomeNetwork, Roaming, EmergencyOnly, Undefined}) {
+            QVERIFY(phone->set(MockPhone::gpp, u"RegistrationState"_s, number++));
+            QTRY_COMPARE(client.state().status, expected);
+        }
     }
 
     void believesTheServiceAlone()
@@ -267,6 +276,43 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 2);
     }
 
+    void findsWhatCarriesTheTraffic_data()
+    {
+        const Rows<QString, QString, QString, QVariant, QString> row("type", "below", "property",
+                                                                     "mobileHas", "expected");
+        const auto plain = [&](const char *type, const char *expected) {
+            row(type, type, "/", "Default", false, expected);
+        };
+        plain("wireguard", "4 Caf\u00e9 64");
+        plain("tun", "4 Caf\u00e9 64");
+        plain("pppoe", "5  -1");
+        plain("infiniband", "5  -1");
+        plain("bridge", "5  -1");
+        row("tunnel over the default route", "wireguard", "/", "Default", true, "8 Abroad 71");
+        row("VPN over the modem", "vpn", MockPhone::mobilePath, "Default", false, "8 Abroad 71");
+        row("bond of the modem", "bond", "/", "Controller", asVariant(MockPhone::device),
+            "8 Abroad 71");
+        // Then the modem is there all the same: it may roam.
+        row("in a circle", "vpn", MockPhone::upperPath, "Default", false, "0 Abroad 71");
+    }
+    void findsWhatCarriesTheTraffic()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, below);
+        QFETCH(QString, property);
+        QFETCH(QVariant, mobileHas);
+        QVERIFY(phone->startModem() && phone->startNetwork() &&
+                phone->setConnection(MockPhone::mobilePath, property, mobileHas) &&
+                phone->leaveByUpper(qPrintable(type), below));
+        watch();
+        QTRY_VERIFY(platform->isComplete());
+        const NetworkState::Link link = network->state().current();
+        QTEST(u"%1 %2 %3"_s.arg(int(network->state().mode))
+                  .arg(link.name)
+                  .arg(link.signal.value_or(-1)),
+              "expected");
+    }
+
     void opensAndLosesTheConnection()
     {
         const auto managerState = [&](uint state) {
@@ -284,9 +330,9 @@ private Q_SLOTS:
         session.open();
         QTRY_VERIFY(manager.isComplete() && modem.isComplete());
         QVERIFY(!session.isOpen());
-        QVERIFY(session.findChild<QTimer *>(u"open"_s)->isActive());
-        // Ten seconds without a connection.
-        fireTimer(session, u"open"_s);
+        clock->advance(9999ms);
+        QVERIFY(failed.isEmpty());
+        clock->advance(1ms);
         QCOMPARE(failed.size(), 1);
 
         session.open();
@@ -295,9 +341,9 @@ private Q_SLOTS:
         // A look without a connection is a hand-over, two in a row are a loss.
         QVERIFY(phone->leaveBy(u"/"_s));
         QTRY_VERIFY(!manager.state().activated);
-        fireTimer(session, u"watch"_s);
+        clock->advance(2s);
         QVERIFY(session.isOpen());
-        fireTimer(session, u"watch"_s);
+        clock->advance(2s);
         QVERIFY(!session.isOpen());
         QCOMPARE(opened.size(), 1);
         QCOMPARE(failed.size(), 2);
@@ -324,7 +370,7 @@ private Q_SLOTS:
         bus->freezeService(MockPhone::modemService);
         bus->freezeService(MockPhone::networkService);
         const SystemPlatform system(bus->connection());
-        QTRY_VERIFY(system.isComplete());
+        QTRY_VERIFY((clock->advance(100ms), system.isComplete()));
         QCOMPARE(system.facts().missing,
                  (QList{Missing::ModemServiceAnswer, Missing::NetworkManagerAnswer}));
     }
@@ -368,6 +414,7 @@ private:
         platform = std::make_unique<SystemPlatform>(bus->connection());
         network = platform->createNetworkInfoSource();
     }
+    std::unique_ptr<FakeClock> clock;
     std::unique_ptr<MockBus> bus;
     std::unique_ptr<MockPhone> phone;
     std::unique_ptr<SystemPlatform> platform;

@@ -3,6 +3,7 @@
 #include "platform/machine/machinenetwork.h"
 #include "platform/machine/machinenetworkinfosource.h"
 #include "platform/machine/machinenetworksession.h"
+#include "support/fakeclock.h"
 #include "support/registeredtest.h"
 #include "support/rows.h"
 
@@ -12,9 +13,9 @@
 #include <QSysInfo>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -25,11 +26,6 @@ namespace {
 const MachineInterface loopback{u"lo"_s, u"Loopback"_s, NetworkMode::Unknown, true, true, false};
 const MachineInterface cable{u"eth0"_s, u"Ethernet"_s, NetworkMode::Ethernet, false, true, true};
 const MachineInterface wlan{u"wlan0"_s, u"WLAN"_s, NetworkMode::Wlan, false, true, true};
-
-void fireTimer(const QObject &source)
-{
-    QMetaObject::invokeMethod(source.findChild<QTimer *>(), "timeout", Qt::DirectConnection);
-}
 
 } // namespace
 
@@ -90,6 +86,15 @@ private Q_SLOTS:
         QCOMPARE((MachineNetwork{all, u"wlan0"_s}.outgoing()->name), u"wlan0"_s);
         QCOMPARE((MachineNetwork{all, u"eth1"_s}.outgoing()->name), u"eth0"_s);
         QVERIFY(!(MachineNetwork{{loopback, unplugged}, u"eth1"_s}.outgoing()));
+
+        const MachineInterface tunnel{u"wg0"_s, u"Unknown"_s, NetworkMode::Unknown,
+                                      false,    true,         true};
+        const auto under = [&](const QList<MachineInterface> &interfaces) {
+            return MachineNetwork{interfaces, u"wg0"_s}.carrier()->name;
+        };
+        QCOMPARE(under({loopback, tunnel, unplugged, wlan}), u"wlan0"_s);
+        QCOMPARE(under({tunnel, cable, wlan}), u"wg0"_s);
+        QCOMPARE(under({tunnel}), u"wg0"_s);
     }
 
     void namesTheBoard_data()
@@ -128,6 +133,7 @@ private Q_SLOTS:
 
     void noticesAnotherNetwork()
     {
+        FakeClock clock;
         MachineNetwork network{{loopback, wlan}, u"wlan0"_s};
         MachineNetworkInfoSource source([&] { return network; });
         const auto on = [](NetworkMode mode) {
@@ -138,13 +144,13 @@ private Q_SLOTS:
         };
         QCOMPARE(source.state(), on(NetworkMode::Wlan));
         QSignalSpy changed(&source, &NetworkInfoSource::changed);
-        fireTimer(source);
+        clock.advance(2s);
         QVERIFY(changed.isEmpty());
         network = {{loopback, cable, wlan}, u"eth0"_s};
-        fireTimer(source);
+        clock.advance(2s);
         QCOMPARE(source.state(), on(NetworkMode::Ethernet));
         network = {{loopback}, QString()};
-        fireTimer(source);
+        clock.advance(2s);
         QCOMPARE(source.state(), NetworkState());
         QCOMPARE(changed.size(), 2);
     }
@@ -162,6 +168,7 @@ private Q_SLOTS:
         QFETCH(QList<MachineInterface>, before);
         QFETCH(QList<MachineInterface>, after);
         QFETCH(bool, stays);
+        FakeClock clock;
         MachineNetwork network{before, QString()};
         MachineNetworkSession session([&] { return network; });
         QSignalSpy failed(&session, &NetworkSession::error);
@@ -171,14 +178,14 @@ private Q_SLOTS:
         QVERIFY(session.isOpen());
         // One look without a network is a hand-over, two in a row are a loss.
         network.interfaces = after;
-        fireTimer(session);
+        clock.advance(2s);
         QVERIFY(session.isOpen());
         network.interfaces = before;
-        fireTimer(session);
+        clock.advance(2s);
         network.interfaces = after;
-        fireTimer(session);
+        clock.advance(2s);
         QVERIFY(session.isOpen());
-        fireTimer(session);
+        clock.advance(2s);
         QCOMPARE(session.isOpen(), stays);
         QCOMPARE(failed.size(), stays ? 0 : 1);
     }

@@ -38,6 +38,22 @@ QByteArray rmc(const QByteArray &time, const QByteArray &place = "4713.596,N,008
     return sentence("GPRMC," + time + ",A," + place + ',' + rest);
 }
 
+/// The sentence @p kind of a receiver at @p time, on the first or the second of June.
+QByteArray tell(const QByteArray &talker, const QByteArray &kind, const QByteArray &time)
+{
+    const QByteArray place = "4713.596,N,00849.104,E";
+    const QByteArray day = time == "235959.00" ? "01" : "02";
+    const QMap<QByteArray, QByteArray> rest{
+        {"RMC", time + ",A," + place + ",5.4,84.4," + day + "0624,,,A"},
+        {"GGA", time + "," + place + ",1,08,0.9,410.5,M,48.0,M,,"},
+        {"GLL", place + "," + time + ",A,A"},
+        {"ZDA", time + "," + day + ",06,2024,00,00"},
+        {"VTG", "84.4,T,,M,5.4,N,10.0,K,A"},
+        {"GSA", "A,3,04,07,09,,,,,,,,,,2.0,0.9,1.5"},
+        {"GSV", "1,1,01,04,40,083,46"}};
+    return sentence(talker + kind + ',' + rest.value(kind));
+}
+
 /// "latitude longitude altitude accuracies"
 QString shown(const Position &position)
 {
@@ -61,6 +77,7 @@ private Q_SLOTS:
         folder = std::make_unique<QTemporaryDir>();
         clock = std::make_unique<FakeClock>();
         heard.clear();
+        heardWhole.clear();
         timeouts = 0;
     }
     void cleanup()
@@ -106,12 +123,63 @@ private Q_SLOTS:
         play(bytes + rmc("101501"));
         source->startPosition();
         // A megabyte takes some looks.
-        for (int looks = 0; looks < 100; ++looks) {
-            fire(u"poll"_s);
-        }
-        QTRY_VERIFY(!heard.isEmpty());
+        pass(10s);
+        QVERIFY(!heard.isEmpty());
         QTEST(heard.first(), "first");
         QCOMPARE(shown(source->lastKnownPosition()), heard.last());
+    }
+
+    void tellsAMomentOnceAndWhole_data()
+    {
+        const Rows<QByteArray, QByteArray, QString, QString> row("talker", "kinds", "expected",
+                                                                 "day");
+        const QString all = u"47.2266 8.8184 410.5 9.18 15.3, 2.778 84.4, "_s;
+        const QString june = u"2024-06-0"_s;
+        row("as most do", "GP", "RMC VTG GGA GSA GSV GLL", all, june);
+        row("GGA first", "GN", "GGA GSA GSA GSV GSV GSV GSV RMC", all, june);
+        row("accuracies first", "GA", "GSA GSV GGA RMC", all, june);
+        row("date apart", "GB", "GGA VTG GSA ZDA", all, june);
+        row("no height", "GN", "RMC GSA", "47.2266 8.8184 nan 9.18 15.3, 2.778 84.4, ", june);
+        row("GLL alone", "GP", "GLL", "47.2266 8.8184 nan nan nan, -1 -1, ", "2023-11-1");
+    }
+    void tellsAMomentOnceAndWhole()
+    {
+        QFETCH(QByteArray, talker);
+        QFETCH(QByteArray, kinds);
+        QFETCH(QString, expected);
+        QFETCH(QString, day);
+        const int firstDay = day == "2023-11-1"_L1 ? 4 : 1;
+        for (const auto rest : {600ms, 0ms}) {
+            makeFifo();
+            source->startPosition();
+            heard.clear();
+            for (const QByteArray time : {"235959.00", "000000.00"}) {
+                for (const QByteArray &kind : kinds.split(' ')) {
+                    const QByteArray line = tell(talker, kind, time);
+                    write(u"fifo"_s, line);
+                    // At 9600 baud.
+                    pass(std::chrono::milliseconds(line.size() * 10 * 1000 / 9600));
+                }
+                pass(rest);
+            }
+            pass(400ms);
+            QStringList whole;
+            whole.swap(heardWhole);
+            QCOMPARE(whole, (QStringList{expected + day + u"%1T23:59:59Z"_s.arg(firstDay),
+                                         expected + day + u"%1T00:00:00Z"_s.arg(firstDay + 1)}));
+        }
+    }
+
+    void tellsNoMoreOftenThanWanted()
+    {
+        makeFifo();
+        source->setUpdateInterval(1000);
+        source->startPosition();
+        for (const QByteArray time : {"101500.0", "101500.5", "101500.996", "101501.5", "101500"}) {
+            write(u"fifo"_s, rmc(time));
+            pass(400ms);
+        }
+        QCOMPARE(heard.size(), 3);
     }
 
     void readsSatellites_data()
@@ -128,13 +196,13 @@ private Q_SLOTS:
     void readsSatellites()
     {
         QFETCH(QByteArray, before);
-        play(before + sentence("GPGSA,A,3,04,07,09,,,,,,,,,,2.0,0.9,1.5") + first + second);
+        play(before + sentence("GNGSA,A,3,04,07,09,,,,,,,,,,2.0,0.9,1.5") +
+             sentence("GNGSA,A,3,65,,,,,,,,,,,,2.0,0.9,1.5") + first + second +
+             sentence("GLGSV,1,1,01,65,10,200,"));
         source->startSatellites();
-        for (int looks = 0; looks < 100; ++looks) {
-            fire(u"poll"_s);
-        }
-        QCOMPARE(inView, u"16 27 4 7 9"_s);
-        QCOMPARE(inUse, u"4 7 9"_s);
+        pass(10s);
+        QCOMPARE(inView, u"16 27 4 65 7 9"_s);
+        QCOMPARE(inUse, u"4 65 7 9"_s);
     }
 
     void playsARecordingAtItsPace()
@@ -146,25 +214,24 @@ private Q_SLOTS:
              epoch("000100", "04"));
         source->startSatellites();
         const auto seen = [&](std::chrono::milliseconds later) {
-            clock->advance(later);
-            fire(u"poll"_s);
+            pass(later);
             return inView;
         };
-        QCOMPARE(seen(0ms), u"1"_s);
-        QCOMPARE(seen(1499ms), u"1"_s);
-        QCOMPARE(seen(1ms), u"2"_s);
+        QCOMPARE(seen(100ms), u"1"_s);
+        QCOMPARE(seen(1380ms), u"1"_s);
+        QCOMPARE(seen(100ms), u"2"_s);
 
         // While it is stopped it stands still; a pause is a minute at most.
         source->stopSatellites();
         clock->advance(24h);
         source->startSatellites();
-        QCOMPARE(seen(59s), u"2"_s);
-        QCOMPARE(seen(1s), u"4"_s); // and a step back is no pause
+        QCOMPARE(seen(59'900ms), u"2"_s);
+        QCOMPARE(seen(400ms), u"4"_s); // and a step back is no pause
 
-        fire(u"poll"_s);
+        pass(1s);
         source->stopSatellites();
         source->startSatellites();
-        QCOMPARE(seen(0ms), u"1"_s);
+        QCOMPARE(seen(100ms), u"1"_s);
     }
 
     void asksGpsdAndComesBack()
@@ -177,18 +244,18 @@ private Q_SLOTS:
         auto client = accept(server);
         QVERIFY(client);
         client->write("{\"class\":\"DEVICES\",\"devices\":[]}\r\n" + rmc("101500"));
-        QTRY_COMPARE(heard.size(), 1);
+        QTRY_COMPARE((pass(100ms), heard.size()), 1);
         QCOMPARE(source->problem(), Problem::None);
 
         client->close();
-        QTRY_COMPARE(source->problem(), Problem::Unavailable);
-        fire(u"retry"_s);
+        QTRY_COMPARE((pass(100ms), source->problem()), Problem::Unavailable);
+        pass(5s);
         client = accept(server);
         QVERIFY(client);
-        QTRY_COMPARE(source->problem(), Problem::NoFix);
+        QTRY_COMPARE((pass(100ms), source->problem()), Problem::NoFix);
         // Its clock was put right meanwhile.
         client->write(rmc("091500", "1000.000,N,00500.000,E"));
-        QTRY_COMPARE(heard.size(), 2);
+        QTRY_COMPARE((pass(100ms), heard.size()), 2);
         QCOMPARE(heard.last(), u"10 5 nan nan nan"_s);
         QCOMPARE(source->problem(), Problem::None);
 
@@ -198,15 +265,14 @@ private Q_SLOTS:
 
     void readsAFifoWhoeverWrites()
     {
-        const QByteArray path = QFile::encodeName(folder->filePath(u"fifo"_s));
-        QCOMPARE(::mkfifo(path.constData(), 0600), 0);
-        make("nmea:"_L1 + QFile::decodeName(path));
+        makeFifo();
         source->startPosition();
         for (const QByteArray &line : {rmc("101500"), rmc("101501")}) {
-            fire(u"poll"_s);
+            pass(1s);
             heard.clear();
             write(u"fifo"_s, line);
-            QTRY_COMPARE(heard.size(), 1);
+            pass(1s);
+            QCOMPARE(heard.size(), 1);
         }
     }
 
@@ -220,15 +286,15 @@ private Q_SLOTS:
         QCOMPARE(source->problem(), Problem::None);
         source->startPosition();
         QCOMPARE(source->problem(), Problem::Unavailable);
-        fire(u"fix"_s);
+        pass(10s);
         QCOMPARE(timeouts, 1);
         QCOMPARE(source->problem(), Problem::Unavailable);
 
         write(u"not there yet"_s, rmc("101500"));
-        fire(u"retry"_s);
-        QTRY_COMPARE(heard.size(), 1);
+        pass(6s);
+        QCOMPARE(heard.size(), 1);
         QCOMPARE(source->problem(), Problem::None);
-        fire(u"fix"_s);
+        pass(10s);
         QCOMPARE(source->problem(), Problem::NoFix);
         QCOMPARE(timeouts, 2);
     }
@@ -243,24 +309,44 @@ private:
         QString error;
         source = std::make_unique<NmeaPositionSource>(*PositionChoice::parse(choice, &error));
         connect(source.get(), &PositionSource::positionUpdated, this, [this] {
-            if (source->position()) {
-                heard += shown(*source->position());
+            if (const auto &position = source->position()) {
+                heard += shown(*position);
+                heardWhole += u"%1, %2 %3, %4"_s.arg(
+                    heard.last(), QString::number(position->groundSpeed.value_or(-1), 'g', 4),
+                    QString::number(position->direction.value_or(-1)),
+                    QDateTime::fromMSecsSinceEpoch(position->time.value_or(0))
+                        .toUTC()
+                        .toString(Qt::ISODate));
             } else {
                 ++timeouts;
             }
         });
-        const auto keepIn = [](QString *shown) {
-            return [shown](const QList<QGeoSatelliteInfo> &satellites) {
-                QStringList ids;
-                for (const QGeoSatelliteInfo &each : satellites) {
-                    ids += QString::number(each.satelliteIdentifier());
-                }
-                ids.sort();
-                *shown = ids.join(u' ');
-            };
+        const auto numbers = [](const std::optional<QList<int>> &satellites) {
+            QStringList ids;
+            for (const int each : satellites.value_or(QList<int>())) {
+                ids += QString::number(each);
+            }
+            ids.sort();
+            return ids.join(u' ');
         };
-        connect(source.get(), &PositionSource::satellitesInViewUpdated, this, keepIn(&inView));
-        connect(source.get(), &PositionSource::satellitesInUseUpdated, this, keepIn(&inUse));
+        connect(source.get(), &PositionSource::satellitesUpdated, this, [this, numbers] {
+            inView = numbers(source->satellites().inView);
+            inUse = numbers(source->satellites().inUse);
+        });
+    }
+    void makeFifo()
+    {
+        const QString path = folder->filePath(u"fifo"_s);
+        const bool made = ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
+        QVERIFY(made || QFile::exists(path));
+        make("nmea:"_L1 + path);
+    }
+    /// In steps that are shorter than what the source waits for.
+    void pass(std::chrono::milliseconds time) const
+    {
+        for (; time > 0ms; time -= 20ms) {
+            clock->advance(std::min(time, std::chrono::milliseconds(20)));
+        }
     }
     void write(const QString &name, const QByteArray &bytes) const
     {
@@ -273,11 +359,6 @@ private:
     {
         write(u"recording"_s, bytes);
         make("nmea:"_L1 + folder->filePath(u"recording"_s));
-    }
-    void fire(const QString &timer) const
-    {
-        QMetaObject::invokeMethod(source->findChild<QTimer *>(timer), "timeout",
-                                  Qt::DirectConnection);
     }
     /// The next connection, once it has asked for sentences.
     static std::unique_ptr<QTcpSocket> accept(QTcpServer &server)
@@ -298,6 +379,7 @@ private:
     std::unique_ptr<FakeClock> clock;
     std::unique_ptr<NmeaPositionSource> source;
     QStringList heard;
+    QStringList heardWhole;
     int timeouts = 0;
     QString inView;
     QString inUse;

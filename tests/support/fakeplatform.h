@@ -130,7 +130,7 @@ public:
     QString mnc;
     QString homeMcc;
     QString homeMnc;
-    int cell = -1;
+    qint64 cell = -1;
     int lac = -1;
     bool codesPending = false;
 

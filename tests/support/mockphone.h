@@ -19,6 +19,9 @@ public:
     static inline const QString networkPath = QStringLiteral("/org/freedesktop/NetworkManager");
     static inline const QString mobilePath = networkPath + QStringLiteral("/ActiveConnection/1");
     static inline const QString wlanPath = networkPath + QStringLiteral("/ActiveConnection/2");
+    static inline const QString upperPath = networkPath + QStringLiteral("/ActiveConnection/3");
+    /// Of the connection that leaveByUpper() makes.
+    static inline const QDBusObjectPath device{networkPath + QStringLiteral("/Devices/3")};
 
     explicit MockPhone(MockBus &onBus)
         : bus(onBus)
@@ -68,13 +71,16 @@ public:
         const auto connect = [&](const QString &path, const char *type, const QString &point) {
             return bus.addObject(
                 networkService, path, networkService + QStringLiteral(".Connection.Active"),
-                properties("State", 2U, "Type", type, "SpecificObject", QDBusObjectPath(point)));
+                properties("State", 2U, "Type", type, "SpecificObject", QDBusObjectPath(point),
+                           "Default", false, "Controller", QDBusObjectPath("/")));
         };
         return bus.startService(networkService, networkPath, networkService) &&
                bus.mock(networkService, networkPath, "AddProperties", networkService,
                         properties("PrimaryConnection", QDBusObjectPath(mobilePath),
                                    "PrimaryConnectionType", "gsm", "State", 70U, "Metered", 3U,
-                                   "Connectivity", 4U)) &&
+                                   "Connectivity", 4U, "ActiveConnections",
+                                   QList{QDBusObjectPath(mobilePath), QDBusObjectPath(wlanPath),
+                                         QDBusObjectPath(upperPath)})) &&
                connect(mobilePath, "gsm", QStringLiteral("/")) &&
                connect(wlanPath, "802-11-wireless", cafe) &&
                bus.addObject(
@@ -82,6 +88,21 @@ public:
                    properties("Ssid", QByteArray("Caf\xc3\xa9\n"), "Strength", uchar{64}));
     }
 
+    /// Traffic leaves by a connection of @p type over what there is; @p below is what
+    /// NetworkManager names as that.
+    bool leaveByUpper(const char *type, const QString &below)
+    {
+        return bus.addObject(networkService, upperPath,
+                             networkService + QStringLiteral(".Connection.Active"),
+                             properties("State", 2U, "Type", type, "SpecificObject",
+                                        QDBusObjectPath(below), "Devices", QList{device})) &&
+               leaveBy(upperPath);
+    }
+    bool setConnection(const QString &path, const QString &name, const QVariant &value)
+    {
+        return bus.set(networkService, path, networkService + QStringLiteral(".Connection.Active"),
+                       name, value);
+    }
     /// Traffic leaves by @p connection; "/" is none.
     bool leaveBy(const QString &connection)
     {

@@ -1,11 +1,15 @@
 #include "platform/bus/busservice.h"
 
+#include "utils/clocktimer.h"
+
 #include <QDBusArgument>
+#include <QDBusError>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
 #include <chrono>
+#include <limits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -48,25 +52,39 @@ BusService::BusService(const QDBusConnection &messageBus, const QString &service
     askForOwner();
 }
 
+void BusService::ask(const QDBusMessage &question, Handler handler)
+{
+    // Without a limit of the bus: time is that of our own clock.
+    constexpr int endless = std::numeric_limits<int>::max();
+    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(question, endless), this);
+    auto *patience = new ClockTimer(watcher);
+    const auto end = [watcher, then = std::move(handler)](const QDBusMessage &reply) {
+        watcher->disconnect();
+        watcher->deleteLater();
+        then(reply);
+    };
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, patience, end] {
+        patience->stop();
+        end(watcher->reply());
+    });
+    connect(patience, &ClockTimer::timeout, watcher,
+            [end] { end(QDBusMessage::createError(QDBusError::NoReply, u"no answer in time"_s)); });
+    patience->start(callTimeout);
+}
+
 void BusService::askForOwner()
 {
     QDBusMessage question =
         QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                        u"org.freedesktop.DBus"_s, u"GetNameOwner"_s);
     question << service;
-    auto *watcher =
-        new QDBusPendingCallWatcher(bus.asyncCall(question, int(callTimeout.count())), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this](QDBusPendingCallWatcher *call) {
-                call->deleteLater();
-                if (watched) {
-                    return;
-                }
-                const QDBusMessage reply = call->reply();
-                setOwner(reply.type() == QDBusMessage::ReplyMessage
-                             ? reply.arguments().value(0).toString()
-                             : QString());
-            });
+    ask(question, [this](const QDBusMessage &reply) {
+        if (!watched) {
+            setOwner(reply.type() == QDBusMessage::ReplyMessage
+                         ? reply.arguments().value(0).toString()
+                         : QString());
+        }
+    });
 }
 
 void BusService::setOwner(const QString &newOwner)
@@ -86,15 +104,11 @@ void BusService::call(const QString &path, const QString &interface, const QStri
     message.setArguments(arguments);
     // A call must not start a service that the administrator has stopped.
     message.setAutoStartService(false);
-    auto *watcher =
-        new QDBusPendingCallWatcher(bus.asyncCall(message, int(callTimeout.count())), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, asked = owner, then = std::move(handler)](QDBusPendingCallWatcher *pending) {
-                pending->deleteLater();
-                if (asked == owner) {
-                    then(pending->reply());
-                }
-            });
+    ask(message, [asked = owner, this, then = std::move(handler)](const QDBusMessage &reply) {
+        if (asked == owner) {
+            then(reply);
+        }
+    });
 }
 
 void BusService::tell(const QString &path, const QString &interface, const QString &method,

@@ -68,6 +68,7 @@ private Q_SLOTS:
     void handleSignal(const QDBusMessage &message);
 
 private:
+    void ask(const QDBusMessage &question, Handler handler);
     void askForOwner();
     void setOwner(const QString &newOwner);
 

@@ -59,6 +59,20 @@ QString BusValue::path(const QVariant &value)
     return path == "/"_L1 ? QString() : path;
 }
 
+QStringList BusValue::paths(const QVariant &value, qsizetype most)
+{
+    const auto list = container(value, "ao"_L1);
+    QStringList paths;
+    for (const QDBusObjectPath &each :
+         list ? qdbus_cast<QList<QDBusObjectPath>>(*list) : QList<QDBusObjectPath>()) {
+        const QString text = path(QVariant::fromValue(each));
+        if (!text.isEmpty() && paths.size() < most) {
+            paths.append(text);
+        }
+    }
+    return paths;
+}
+
 std::optional<bool> BusValue::flag(const QVariant &value)
 {
     return value.typeId() == QMetaType::Bool ? std::optional(value.toBool()) : std::nullopt;

@@ -86,8 +86,7 @@ MachineDeviceInfoSource::MachineDeviceInfoSource(const ModemClient *modemClient,
         return;
     }
     connect(modem, &ModemClient::completed, this, &MachineDeviceInfoSource::finish);
-    connect(&timer, &QTimer::timeout, this, &MachineDeviceInfoSource::finish);
-    timer.setSingleShot(true);
+    connect(&timer, &ClockTimer::timeout, this, &MachineDeviceInfoSource::finish);
     timer.start(identityWait);
 }
 

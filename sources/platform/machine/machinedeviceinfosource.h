@@ -1,8 +1,7 @@
 #pragma once
 
 #include "platform/deviceinfosource.h"
-
-#include <QTimer>
+#include "utils/clocktimer.h"
 
 namespace velometer {
 
@@ -36,7 +35,7 @@ private:
     QString boardManufacturer;
     QString boardProduct;
     QString boardModel;
-    QTimer timer; ///< the end of waiting for the modem
+    ClockTimer timer; ///< the end of waiting for the modem
     bool complete = false;
 };
 

@@ -132,6 +132,25 @@ std::optional<MachineInterface> MachineNetwork::outgoing() const
     return first;
 }
 
+std::optional<MachineInterface> MachineNetwork::carrier() const
+{
+    std::optional<MachineInterface> result = outgoing();
+    if (!result || result->bearer != "Unknown"_L1) {
+        return result;
+    }
+    std::optional<MachineInterface> below;
+    for (const MachineInterface &each : interfaces) {
+        if (!each.up || !each.routable || each.bearer == "Unknown"_L1) {
+            continue;
+        }
+        if (below && below->bearer != each.bearer) {
+            return result;
+        }
+        below = each;
+    }
+    return below ? below : result;
+}
+
 MachineNetwork lookUpMachineNetwork()
 {
     MachineNetwork network;

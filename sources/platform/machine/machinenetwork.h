@@ -32,6 +32,8 @@ struct MachineNetwork
     /// The interface that traffic to the network leaves by: that of the default route, else the
     /// first that is up with a routable address. Nothing when there is only loopback.
     std::optional<MachineInterface> outgoing() const;
+    /// The same, or where that is a tunnel what carries it, as far as there is but one way.
+    std::optional<MachineInterface> carrier() const;
 };
 
 /// Where the back ends get the present state from.

@@ -19,15 +19,15 @@ MachineNetworkInfoSource::MachineNetworkInfoSource(MachineNetworkLookUp lookUpNo
     , lookUp(std::move(lookUpNow))
 {
     refresh();
-    connect(&timer, &QTimer::timeout, this, &MachineNetworkInfoSource::refresh);
-    timer.start(linkPollInterval);
+    connect(&timer, &ClockTimer::timeout, this, &MachineNetworkInfoSource::refresh);
 }
 
 void MachineNetworkInfoSource::refresh()
 {
+    timer.start(linkPollInterval);
     NetworkState now;
-    if (const std::optional<MachineInterface> outgoing = lookUp().outgoing()) {
-        now.mode = outgoing->mode;
+    if (const std::optional<MachineInterface> carrier = lookUp().carrier()) {
+        now.mode = carrier->mode;
         now.links[now.mode].status = NetworkStatus::Connected;
     }
     setState(now);

@@ -2,8 +2,7 @@
 
 #include "platform/machine/machinenetwork.h"
 #include "platform/networkinfosource.h"
-
-#include <QTimer>
+#include "utils/clocktimer.h"
 
 namespace velometer {
 
@@ -22,7 +21,7 @@ private:
     void refresh();
 
     const MachineNetworkLookUp lookUp;
-    QTimer timer{this};
+    ClockTimer timer;
 };
 
 } // namespace velometer

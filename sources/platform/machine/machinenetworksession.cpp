@@ -43,7 +43,7 @@ MachineNetworkSession::MachineNetworkSession(MachineNetworkLookUp lookUpNow, QOb
     : NetworkSession(parent)
     , lookUp(std::move(lookUpNow))
 {
-    connect(&watchTimer, &QTimer::timeout, this, &MachineNetworkSession::watch);
+    connect(&watchTimer, &ClockTimer::timeout, this, &MachineNetworkSession::watch);
 }
 
 QList<NetworkConfiguration> MachineNetworkSession::allConfigurations() const
@@ -99,6 +99,7 @@ void MachineNetworkSession::answer()
 
 void MachineNetworkSession::watch()
 {
+    watchTimer.start(linkWatchInterval);
     const MachineNetwork network = lookUp();
     const bool there = openedOnNetwork ? network.outgoing().has_value() : anythingUp(network);
     looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;

@@ -2,8 +2,7 @@
 
 #include "platform/machine/machinenetwork.h"
 #include "platform/networksession.h"
-
-#include <QTimer>
+#include "utils/clocktimer.h"
 
 namespace velometer {
 
@@ -31,7 +30,7 @@ private:
     void watch();
 
     const MachineNetworkLookUp lookUp;
-    QTimer watchTimer{this};
+    ClockTimer watchTimer;
     bool sessionOpen = false;
     bool openedOnNetwork = false; ///< not on loopback alone
     int looksWithoutNetwork = 0;

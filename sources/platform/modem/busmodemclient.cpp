@@ -23,8 +23,7 @@ BusModemClient::BusModemClient(const QDBusConnection &bus, const Names &serviceN
     connect(&service, &BusService::presenceChanged, this, &BusModemClient::restart);
     connect(&service, &BusService::propertiesChanged, this, &BusModemClient::takeProperties);
     connect(&service, &BusService::received, this, &BusModemClient::takeSignal);
-    connect(&retryTimer, &QTimer::timeout, this, &BusModemClient::readModems);
-    retryTimer.setSingleShot(true);
+    connect(&retryTimer, &ClockTimer::timeout, this, &BusModemClient::readModems);
     if (complete) {
         return;
     }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "platform/modem/modemclient.h"
+#include "utils/clocktimer.h"
 
 #include <QMap>
 #include <QSet>
 #include <QStringList>
-#include <QTimer>
 #include <QVariantMap>
 
 namespace velometer {
@@ -82,9 +82,9 @@ private:
     const Names names;
     ModemState shown;
     bool complete = false;
-    bool listed = false; ///< the service has told its modems, or has not answered
-    bool silent = false; ///< it has not answered
-    QTimer retryTimer;   ///< asks a service again that has not answered
+    bool listed = false;   ///< the service has told its modems, or has not answered
+    bool silent = false;   ///< it has not answered
+    ClockTimer retryTimer; ///< asks a service again that has not answered
     bool reading = false;
     bool readAgain = false;
 };

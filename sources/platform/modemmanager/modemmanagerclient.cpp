@@ -44,10 +44,12 @@ struct Technology
     NetworkMode mode;
 };
 
+constexpr uint lteBits = 1U << 14 | 1U << 16 | 1U << 17;
+
 /// The best first: a phone on 5G without a core of its own reports LTE as well.
 constexpr Technology technologies[] = {
     {1U << 15, NetworkMode::Nr},
-    {1U << 14 | 1U << 16 | 1U << 17, NetworkMode::Lte},
+    {lteBits, NetworkMode::Lte},
     {1U << 5 | 1U << 6 | 1U << 7 | 1U << 8 | 1U << 9, NetworkMode::Wcdma},
     {1U << 1 | 1U << 2 | 1U << 3 | 1U << 4, NetworkMode::Gsm},
     {1U << 10 | 1U << 11 | 1U << 12 | 1U << 13, NetworkMode::Cdma},
@@ -91,6 +93,14 @@ void takeOperator(const QVariant &code, QString *mcc, QString *mnc)
     *mnc = both.mid(mccDigits);
 }
 
+void takeRadio(const QVariant &told, ModemState *state)
+{
+    const QVariantMap radio = BusValue::dictionary(told);
+    state->rsrp = BusValue::real(radio.value(u"rsrp"_s), -200, 0);
+    state->rsrq = BusValue::real(radio.value(u"rsrq"_s), -100, 50);
+    state->snr = BusValue::real(radio.value(u"snr"_s), -100, 100);
+}
+
 std::optional<qint64> hexNumber(const QString &text, qint64 max)
 {
     bool ok = false;
@@ -130,7 +140,7 @@ ModemManagerClient::ModemManagerClient(const QDBusConnection &bus, QObject *pare
                       .ownInterfaces = {}},
                      parent)
 {
-    connect(&locationTimer, &QTimer::timeout, this, &ModemManagerClient::readLocation);
+    connect(&locationTimer, &ClockTimer::timeout, this, &ModemManagerClient::readLocation);
 }
 
 ModemManagerClient::~ModemManagerClient()
@@ -251,12 +261,14 @@ ModemState ModemManagerClient::describe(const QString &path) const
     takeLocation(signalled.isEmpty() ? polledLocation : signalled, &state);
 
     const QVariantMap signal = interfaces.value(signalInterface);
-    const QVariantMap radio =
-        BusValue::dictionary(signal.value(state.mode == NetworkMode::Nr ? u"Nr5g"_s : u"Lte"_s));
-    if (state.mode == NetworkMode::Nr || state.mode == NetworkMode::Lte) {
-        state.rsrp = BusValue::real(radio.value(u"rsrp"_s), -200, 0);
-        state.rsrq = BusValue::real(radio.value(u"rsrq"_s), -100, 50);
-        state.snr = BusValue::real(radio.value(u"snr"_s), -100, 100);
+    if (state.mode == NetworkMode::Nr) {
+        takeRadio(signal.value(u"Nr5g"_s), &state);
+    }
+    // With both at a time the modem may measure but one of them.
+    const bool hasLte =
+        state.mode == NetworkMode::Lte || (state.mode == NetworkMode::Nr && (mask & lteBits) != 0);
+    if (hasLte && !state.rsrp && !state.rsrq && !state.snr) {
+        takeRadio(signal.value(u"Lte"_s), &state);
     }
 
     state.imsi = BusValue::digits(sim.value(u"Imsi"_s), 5, 15);
@@ -348,7 +360,6 @@ void ModemManagerClient::locate()
     if (!isOn || signalled || locationRefused) {
         locationTimer.stop();
     } else if (!locationTimer.isActive()) {
-        locationTimer.start(locationInterval);
         readLocation();
     }
     if (!isOn && (bits(u"Capabilities"_s) & cellSource) != 0 && mayAsk(path, locationInterface)) {
@@ -370,6 +381,7 @@ void ModemManagerClient::askForSignal()
 
 void ModemManagerClient::readLocation()
 {
+    locationTimer.start(locationInterval);
     const QString path = primary();
     service.call(
         path, locationInterface, u"GetLocation"_s, {}, [this, path](const QDBusMessage &reply) {
@@ -381,7 +393,10 @@ void ModemManagerClient::readLocation()
                 locationRefused = reply.errorName().contains("Unauthorized"_L1) ||
                                   reply.errorName().contains("AccessDenied"_L1);
                 if (locationRefused) {
+                    // What it told before may be of another network by now.
                     locationTimer.stop();
+                    polledLocation.clear();
+                    refresh();
                 }
                 return;
             }

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/modem/busmodemclient.h"
+#include "utils/clocktimer.h"
 
 #include <QMap>
-#include <QTimer>
 #include <QVariantList>
 #include <QVariantMap>
 
@@ -51,7 +51,7 @@ private:
     bool simKnown = false;        ///< the SIM at simPath has answered
     QMap<Setup, bool> asked;      ///< and whether that may have had an effect
     bool locationRefused = false; ///< the modem that is shown may not be asked for its cell
-    QTimer locationTimer;         ///< polls a modem that does not signal its cell
+    ClockTimer locationTimer;     ///< polls a modem that does not signal its cell
     QString polledLocation;       ///< of the modem that is shown
 };
 

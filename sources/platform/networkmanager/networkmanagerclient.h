@@ -2,15 +2,17 @@
 
 #include "platform/bus/busservice.h"
 #include "platform/networkmanager/networkmanagerstate.h"
+#include "utils/clocktimer.h"
 
-#include <QTimer>
 #include <QVariantMap>
+
+#include <functional>
 
 namespace velometer {
 
-/// The primary connection as NetworkManager shows it on the system bus. Follows every change and a
-/// restart of the service. Main thread only; nothing blocks and nothing fails: what is not known is
-/// unknown.
+/// The primary connection as NetworkManager shows it on the system bus. A tunnel, a bridge or a
+/// bond is shown as what carries it. Follows every change and a restart of the service. Main thread
+/// only; nothing blocks and nothing fails: what is not known is unknown.
 class NetworkManagerClient : public QObject
 {
     Q_OBJECT
@@ -33,24 +35,28 @@ private:
     /// An object on the way from the manager to the access point.
     struct Object
     {
-        QString path; ///< empty: there is none
+        QString interface;
         QVariantMap values;
-        bool known = true; ///< it has answered, or there is none
+        bool known = false; ///< it has answered
     };
 
     void restart();
-    void follow(Object *object, const QString &path, const QString &interface);
-    void read(Object *object, const QString &interface);
+    QVariantMap valuesOf(const QString &path) const { return objects.value(path).values; }
+    QString primary() const;
+    QString carrier() const;
+    QString carrierOfTunnel(const QString &tunnel) const;
+    QString best(const std::function<bool(const QVariantMap &)> &fits) const;
+    QMap<QString, QString> wanted() const;
+    void follow();
+    void read(const QString &path);
     void takeProperties(const QString &path, const QString &interface, const QVariantMap &values,
                         const QStringList &invalidated);
     NetworkManagerState describe() const;
     void refresh();
 
     BusService service;
-    QTimer retryTimer; ///< asks a manager again that has not answered
-    Object manager;
-    Object connection;
-    Object accessPoint;
+    ClockTimer retryTimer;         ///< asks a manager again that has not answered
+    QMap<QString, Object> objects; ///< by path: the manager and what is followed from it
     NetworkManagerState shown;
     bool complete = false;
 };

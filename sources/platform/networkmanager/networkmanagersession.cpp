@@ -29,14 +29,9 @@ NetworkManagerSession::NetworkManagerSession(const NetworkManagerClient &network
     , lookUp(lookUpNow)
     , interfaces(lookUpNow)
 {
-    modemTimer.setSingleShot(true);
-    openTimer.setSingleShot(true);
-    // The names tell the two timers apart.
-    openTimer.setObjectName(u"open"_s);
-    watchTimer.setObjectName(u"watch"_s);
-    connect(&modemTimer, &QTimer::timeout, this, &NetworkManagerSession::proceed);
-    connect(&openTimer, &QTimer::timeout, this, &NetworkManagerSession::stopWaiting);
-    connect(&watchTimer, &QTimer::timeout, this, &NetworkManagerSession::watch);
+    connect(&modemTimer, &ClockTimer::timeout, this, &NetworkManagerSession::proceed);
+    connect(&openTimer, &ClockTimer::timeout, this, &NetworkManagerSession::stopWaiting);
+    connect(&watchTimer, &ClockTimer::timeout, this, &NetworkManagerSession::watch);
     connect(&network, &NetworkManagerClient::changed, this, &NetworkManagerSession::proceed);
     connect(&network, &NetworkManagerClient::completed, this, &NetworkManagerSession::proceed);
     connect(&modem, &ModemClient::completed, this, &NetworkManagerSession::proceed);
@@ -103,6 +98,7 @@ bool NetworkManagerSession::hasForeignNetwork() const
 
 void NetworkManagerSession::watch()
 {
+    watchTimer.start(watchInterval);
     // The connections outlive a restart of NetworkManager.
     const bool managed = network.presence() == BusService::Presence::Present;
     const bool there = (managed && network.state().activated) || lookUp().outgoing().has_value();

@@ -2,8 +2,7 @@
 
 #include "platform/machine/machinenetworksession.h"
 #include "platform/networksession.h"
-
-#include <QTimer>
+#include "utils/clocktimer.h"
 
 namespace velometer {
 
@@ -44,9 +43,9 @@ private:
     const ModemClient &modem;
     const MachineNetworkLookUp lookUp;
     MachineNetworkSession interfaces; ///< serves what NetworkManager does not manage
-    QTimer modemTimer{this};          ///< the end of waiting for the modem
-    QTimer openTimer{this};           ///< the end of waiting for a connection
-    QTimer watchTimer{this};
+    ClockTimer modemTimer;            ///< the end of waiting for the modem
+    ClockTimer openTimer;             ///< the end of waiting for a connection
+    ClockTimer watchTimer;
     bool opening = false;
     bool sessionOpen = false;
     int looksWithoutNetwork = 0;

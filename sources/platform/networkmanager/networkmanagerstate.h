@@ -15,10 +15,10 @@ struct NetworkManagerState
     enum class Metered { Unknown, Yes, No, GuessYes, GuessNo };
     using Connectivity = PlatformFacts::Connectivity;
 
-    Link link = Link::None;      ///< of the primary connection
+    Link link = Link::None;      ///< of the primary connection, or of what carries it
     bool activated = false;      ///< the primary connection is up
     bool connecting = false;     ///< one is being made
-    QString ssid;                ///< of the WLAN, when the primary connection is one
+    QString ssid;                ///< of the WLAN, when the link is one
     std::optional<int> strength; ///< of the WLAN, percent
     Metered metered = Metered::Unknown;
     Connectivity connectivity = Connectivity::Unknown;

@@ -165,7 +165,7 @@ OfonoClient::OfonoClient(const QDBusConnection &bus, QObject *parent)
           },
           parent)
 {
-    connect(&cellTimer, &QTimer::timeout, this, &OfonoClient::readCell);
+    connect(&cellTimer, &ClockTimer::timeout, this, &OfonoClient::readCell);
 }
 
 void OfonoClient::forget()
@@ -277,6 +277,9 @@ void OfonoClient::takeProperties(const QString &path, const QString &interface,
         values.contains(u"Present"_s)) {
         read({path, interface}, false);
     }
+    if (path == cellPath && values.contains(u"Technology"_s)) {
+        readCell();
+    }
     refresh();
 }
 
@@ -305,12 +308,12 @@ void OfonoClient::follow(const QString &path)
         cellTimer.stop();
         return;
     }
-    cellTimer.start(cellInterval);
     readCell();
 }
 
 void OfonoClient::readCell()
 {
+    cellTimer.start(cellInterval);
     service.callForMap(cellPath, monitorInterface, u"GetServingCellInformation"_s, {},
                        [this, asked = cellPath](const QVariantMap &values) {
                            if (asked != cellPath) {
@@ -361,8 +364,12 @@ ModemState OfonoClient::describe(const QString &path) const
 
 void OfonoClient::describeCell(const QVariantMap &registration, ModemState *state) const
 {
-    // The answer may be of before a change of the network.
-    const bool current = modeOf(cell.value(u"Technology"_s)) == state->mode;
+    // The answer may be of before a change of the network; but 5G and LTE may serve together.
+    const NetworkMode measured = modeOf(cell.value(u"Technology"_s));
+    const auto hasTac = [](NetworkMode mode) {
+        return mode == NetworkMode::Lte || mode == NetworkMode::Nr;
+    };
+    const bool current = measured == state->mode || (hasTac(measured) && hasTac(state->mode));
     const auto value = [&](const QString &name, qint64 min, qint64 max) {
         const auto told = BusValue::number(registration.value(name), min, max);
         return told || !current ? told : BusValue::number(cell.value(name), min, max);
@@ -371,7 +378,7 @@ void OfonoClient::describeCell(const QVariantMap &registration, ModemState *stat
     state->cellId = value(u"CellId"_s, 0, isNr ? maxCell : maxShortCell);
     // With LTE the location area is the tracking area's code, where there is no name for that.
     state->areaCode = areaCode(value(u"LocationAreaCode"_s, 0, maxLac));
-    if (!current || (state->mode != NetworkMode::Lte && !isNr)) {
+    if (!current || !hasTac(state->mode)) {
         return;
     }
     const auto tac = BusValue::number(cell.value(u"TrackingAreaCode"_s), 1, ofonoMaxTac);

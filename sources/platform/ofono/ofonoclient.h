@@ -1,8 +1,7 @@
 #pragma once
 
 #include "platform/modem/busmodemclient.h"
-
-#include <QTimer>
+#include "utils/clocktimer.h"
 
 #include <utility>
 
@@ -48,7 +47,7 @@ private:
     QMap<Place, Reading> readings;
     QString cellPath; ///< the modem that is asked for its serving cell, empty for none
     QVariantMap cell; ///< its last answer
-    QTimer cellTimer{this};
+    ClockTimer cellTimer;
 };
 
 } // namespace velometer

@@ -11,7 +11,7 @@ constexpr qsizetype maxLine = 1023;
 
 /// Of satellites in view, four to a sentence: more than all systems together show.
 constexpr int maxSentences = 64;
-constexpr int maxSatellites = 4 * maxSentences;
+constexpr int maxSatelliteNumber = 999;
 
 /// A sentence without a checksum may be the middle of one, with half a number in it.
 bool hasRightChecksum(QByteArrayView text)
@@ -57,6 +57,19 @@ std::optional<int> timeOfDay(const QByteArray &field)
     }
     const QByteArray fraction = field.mid(wholeSeconds + 1, 3).leftJustified(3, '0');
     return ((*hour * 60 + *minute) * 60 + *second) * 1000 + number(fraction, 0, 999).value_or(0);
+}
+
+/// The numbers in every @p step th of the fields from @p first to before @p end; some are empty.
+QList<int> satellites(const QList<QByteArray> &fields, qsizetype first, qsizetype end,
+                      qsizetype step)
+{
+    QList<int> numbers;
+    for (qsizetype index = first; index < std::min(end, fields.size()); index += step) {
+        if (const auto satellite = number(fields.at(index), 1, maxSatelliteNumber)) {
+            numbers.append(*satellite);
+        }
+    }
+    return numbers;
 }
 
 } // namespace
@@ -110,8 +123,7 @@ std::optional<NmeaSentence> NmeaLines::check(const QByteArray &text)
     const QByteArray kind = fields.first().last(3);
     const auto field = [&](qsizetype index) { return fields.value(index); };
 
-    // Receivers without a fix repeat old places and send times out of the blue; a reader that
-    // believes such a time takes every true one for outdated.
+    // Receivers without a fix repeat old places and send times out of the blue.
     NmeaSentence sentence;
     if (kind == "RMC") {
         sentence.tellsPosition = field(2) == "A";
@@ -124,13 +136,17 @@ std::optional<NmeaSentence> NmeaLines::check(const QByteArray &text)
         sentence.timeOfDay = timeOfDay(field(5));
     } else if (kind == "GSA") {
         sentence.tellsPosition = number(field(2), 2, 3).has_value();
-        sentence.tellsSatellites = true;
+        // Of receivers for several systems each has its sentence; later ones number the systems.
+        sentence.system = talker + field(18);
+        sentence.inUse = sentence.tellsPosition ? satellites(fields, 3, 15, 1) : QList<int>();
     } else if (kind == "GSV") {
-        sentence.tellsSatellites = continuesSatellites(talker, fields);
-    } else if (kind == "ZDA") {
-        sentence.tellsPosition = true;
-        sentence.timeOfDay = timeOfDay(field(1));
-    } else if (kind == "VTG") {
+        sentence.system = talker;
+        sentence.inView = takeList(talker, fields);
+        if (!sentence.inView) {
+            return std::nullopt;
+        }
+    } else if (kind == "ZDA" || kind == "VTG") {
+        // The time of the first is that of the date, not that of a fix.
         sentence.tellsPosition = true;
     } else {
         return std::nullopt;
@@ -139,21 +155,24 @@ std::optional<NmeaSentence> NmeaLines::check(const QByteArray &text)
     return sentence;
 }
 
-// A reader adds up the satellites of one sentence after the other and believes the numbers in them.
-bool NmeaLines::continuesSatellites(const QByteArray &talker, const QList<QByteArray> &fields)
+std::optional<QList<int>> NmeaLines::takeList(const QByteArray &talker,
+                                              const QList<QByteArray> &fields)
 {
     const auto sentences = number(fields.value(1), 1, maxSentences);
     const auto sentence = number(fields.value(2), 1, sentences.value_or(0));
-    const auto satellites = number(fields.value(3), 0, maxSatellites);
     const bool follows =
         sentence == 1 || (sentence == listSentence + 1 && talker == listTalker && listSentence > 0);
-    if (!sentence || !satellites || !follows) {
+    if (!sentence || !follows) {
         listSentence = 0;
-        return false;
+        return std::nullopt;
+    }
+    if (sentence == 1) {
+        list.clear();
     }
     listTalker = talker;
     listSentence = *sentence;
-    return true;
+    list.append(satellites(fields, 4, 20, 4));
+    return sentence == sentences ? std::optional(list) : std::nullopt;
 }
 
 } // namespace velometer

@@ -12,15 +12,18 @@ namespace velometer {
 struct NmeaSentence
 {
     QByteArray line;
-    bool tellsPosition = false; ///< of a receiver that has a fix
-    bool tellsSatellites = false;
-    std::optional<int> timeOfDay; ///< ms after midnight UTC
+    bool tellsPosition = false;   ///< of a receiver that has a fix
+    std::optional<int> timeOfDay; ///< of the fix; ms after midnight UTC
+    /// Whose the satellites are that follow; receivers tell of one system after the other.
+    QByteArray system;
+    std::optional<QList<int>> inUse;
+    std::optional<QList<int>> inView; ///< the whole list, with the last sentence of it
 };
 
 /// Takes bytes as they come from a receiver, a recording or a network and lets nothing through but
-/// whole sentences that tell positions or satellites: printable, with the right checksum, and with
-/// such numbers of satellites that they can be added up. The rest vanishes, other protocols and
-/// lines of more than 1023 bytes included. Keeps at most one unfinished line.
+/// whole sentences that tell positions or satellites: printable, with the right checksum, and of
+/// lists of satellites those that follow each other. The rest vanishes, other protocols and lines
+/// of more than 1023 bytes included. Keeps at most one unfinished line and one unfinished list.
 class NmeaLines
 {
 public:
@@ -31,13 +34,14 @@ public:
 
 private:
     std::optional<NmeaSentence> check(const QByteArray &text);
-    bool continuesSatellites(const QByteArray &talker, const QList<QByteArray> &fields);
+    std::optional<QList<int>> takeList(const QByteArray &talker, const QList<QByteArray> &fields);
 
     QByteArray unfinished;
     bool tooLong = false; ///< the rest of this line is dropped
     // The list of satellites in view that is under way.
     QByteArray listTalker;
     int listSentence = 0; ///< the last one of it; 0: none is under way
+    QList<int> list;
 };
 
 } // namespace velometer

@@ -1,12 +1,8 @@
 #include "platform/position/nmeapositionsource.h"
 
 #include "platform/position/filenmeainput.h"
-#include "platform/position/sentencepipe.h"
 #include "platform/position/socketnmeainput.h"
 #include "utils/utils.h"
-
-#include <QNmeaPositionInfoSource>
-#include <QNmeaSatelliteInfoSource>
 
 #include <algorithm>
 #include <chrono>
@@ -27,9 +23,8 @@ constexpr auto inputRetryInterval = 5s;
 constexpr auto fixTimeout = 10s;
 /// Nobody waits for the end of a longer pause in a recording.
 constexpr std::chrono::milliseconds maxPause = 1min;
-/// What Qt's documentation names for receivers without corrections, m: HDOP times twice this is the
-/// accuracy.
-constexpr double rangeError = 5.1;
+/// A sentence takes up to 0.17 s on a line of 4800 baud, and its bytes follow each other at once.
+constexpr auto silence = 250ms;
 
 std::unique_ptr<NmeaInput> inputOf(const PositionChoice &choice)
 {
@@ -61,23 +56,10 @@ NmeaPositionSource::NmeaPositionSource(const PositionChoice &choice, QObject *pa
     , label(choice.name())
     , input(inputOf(choice))
 {
-    const struct
-    {
-        QTimer &timer;
-        QString name;
-        std::chrono::milliseconds interval;
-        void (NmeaPositionSource::*slot)();
-    } timers[] = {{pollTimer, u"poll"_s, pollInterval, &NmeaPositionSource::poll},
-                  {retryTimer, u"retry"_s, inputRetryInterval, &NmeaPositionSource::retry},
-                  {fixTimer, u"fix"_s, fixTimeout, &NmeaPositionSource::giveUpOnFix}};
-    for (const auto &[timer, name, every, slot] : timers) {
-        timer.setParent(this);
-        timer.setObjectName(name);
-        timer.setInterval(every);
-        connect(&timer, &QTimer::timeout, this, slot);
-    }
-    retryTimer.setSingleShot(true);
-    fixTimer.setSingleShot(true);
+    connect(&pollTimer, &ClockTimer::timeout, this, &NmeaPositionSource::poll);
+    connect(&silenceTimer, &ClockTimer::timeout, this, &NmeaPositionSource::tell);
+    connect(&retryTimer, &ClockTimer::timeout, this, &NmeaPositionSource::retry);
+    connect(&fixTimer, &ClockTimer::timeout, this, &NmeaPositionSource::giveUpOnFix);
 }
 
 NmeaPositionSource::~NmeaPositionSource() = default;
@@ -90,10 +72,6 @@ int NmeaPositionSource::minimumUpdateInterval() const
 void NmeaPositionSource::setUpdateInterval(int ms)
 {
     interval = ms;
-    if (positionReader) {
-        positionReader->setUpdateInterval(ms);
-        satelliteReader->setUpdateInterval(ms);
-    }
 }
 
 void NmeaPositionSource::startPosition()
@@ -102,9 +80,8 @@ void NmeaPositionSource::startPosition()
         return;
     }
     positionRunning = true;
-    fixTimer.start();
+    fixTimer.start(fixTimeout);
     run();
-    positionReader->startUpdates();
 }
 
 void NmeaPositionSource::stopPosition()
@@ -114,7 +91,6 @@ void NmeaPositionSource::stopPosition()
     }
     positionRunning = false;
     fixTimer.stop();
-    positionReader->stopUpdates();
     pauseUnlessWanted();
 }
 
@@ -125,7 +101,6 @@ void NmeaPositionSource::startSatellites()
     }
     satellitesRunning = true;
     run();
-    satelliteReader->startUpdates();
 }
 
 void NmeaPositionSource::stopSatellites()
@@ -134,7 +109,6 @@ void NmeaPositionSource::stopSatellites()
         return;
     }
     satellitesRunning = false;
-    satelliteReader->stopUpdates();
     pauseUnlessWanted();
 }
 
@@ -143,11 +117,9 @@ void NmeaPositionSource::run()
     if (pollTimer.isActive()) {
         return;
     }
-    pollTimer.start();
+    pollTimer.start(pollInterval);
     const bool goesOn = input->isRecording() && input->state() == NmeaInput::State::Open;
-    if (goesOn) {
-        renewReaders();
-    } else {
+    if (!goesOn) {
         open();
     }
     dueNs = Utils::getTimeInNs() + (goesOn ? restNs : 0);
@@ -159,6 +131,7 @@ void NmeaPositionSource::pauseUnlessWanted()
         return;
     }
     pollTimer.stop();
+    silenceTimer.stop();
     retryTimer.stop();
     restNs = std::max<qint64>(0, dueNs - Utils::getTimeInNs());
     if (!input->isRecording()) {
@@ -171,9 +144,11 @@ void NmeaPositionSource::open()
     lines.clear();
     ahead.clear();
     timeOfDay.reset();
-    renewReaders();
+    epoch = std::make_unique<NmeaEpoch>();
+    lastMoment = {};
+    silenceTimer.stop();
     input->open();
-    retryTimer.start();
+    retryTimer.start(inputRetryInterval);
     if (input->state() == NmeaInput::State::Lost) {
         setProblem(Problem::Unavailable);
     }
@@ -191,14 +166,15 @@ void NmeaPositionSource::retry()
 
 void NmeaPositionSource::poll()
 {
+    pollTimer.start(pollInterval);
     switch (input->state()) {
     case NmeaInput::State::Closed:
-    case NmeaInput::State::Opening:
-    case NmeaInput::State::Ended: return;
+    case NmeaInput::State::Opening: return;
+    case NmeaInput::State::Ended: return tell();
     case NmeaInput::State::Lost:
         setProblem(Problem::Unavailable);
         if (!retryTimer.isActive()) {
-            retryTimer.start();
+            retryTimer.start(inputRetryInterval);
         }
         return;
     case NmeaInput::State::Open: break;
@@ -208,7 +184,11 @@ void NmeaPositionSource::poll()
         setProblem(Problem::NoFix);
     }
     if (ahead.isEmpty()) {
-        ahead.append(lines.take(input->read(maxBytesPerPoll)));
+        const QByteArray bytes = input->read(maxBytesPerPoll);
+        ahead.append(lines.take(bytes));
+        if (!bytes.isEmpty()) {
+            silenceTimer.start(silence);
+        }
     }
     play();
 }
@@ -225,7 +205,8 @@ void NmeaPositionSource::play()
             }
             timeOfDay = next;
             if (dueNs > now) {
-                return;
+                // What comes at this moment is all there: only what is not due is left.
+                return tell();
             }
         }
         hand(ahead.dequeue());
@@ -234,57 +215,35 @@ void NmeaPositionSource::play()
 
 void NmeaPositionSource::hand(const NmeaSentence &sentence)
 {
-    if (sentence.tellsPosition && positionRunning) {
-        positionPipe->put(sentence.line);
-        positionPipe->announce();
+    if (epoch->isEndedBy(sentence)) {
+        tell();
     }
-    if (sentence.tellsSatellites && satellitesRunning) {
-        satellitePipe->put(sentence.line);
-        satellitePipe->announce();
-    }
+    epoch->add(sentence);
 }
 
-void NmeaPositionSource::renewReaders()
+void NmeaPositionSource::tell()
 {
-    // One of them may be telling something just now.
-    for (QObject *old :
-         {static_cast<QObject *>(positionReader), static_cast<QObject *>(satelliteReader),
-          static_cast<QObject *>(positionPipe), static_cast<QObject *>(satellitePipe)}) {
-        if (old) {
-            old->disconnect();
-            old->deleteLater();
-        }
+    epoch->close();
+    const auto position = epoch->takePosition();
+    const auto satellites = epoch->takeSatellites();
+    if (satellites && satellitesRunning) {
+        setSatellites(*satellites);
     }
-    // The pace of a recording is ours: Qt's simulating readers lose step with each other, and the
-    // one of satellites never returns from a file that tells none.
-    positionReader = new QNmeaPositionInfoSource(QNmeaPositionInfoSource::RealTimeMode, this);
-    satelliteReader =
-        new QNmeaSatelliteInfoSource(QNmeaSatelliteInfoSource::UpdateMode::RealTimeMode, this);
-    positionPipe = new SentencePipe(this);
-    satellitePipe = new SentencePipe(this);
-    positionReader->setDevice(positionPipe);
-    positionReader->setUserEquivalentRangeError(rangeError);
-    satelliteReader->setDevice(satellitePipe);
-    setUpdateInterval(interval);
-    connect(positionReader, &QGeoPositionInfoSource::positionUpdated, this,
-            &NmeaPositionSource::takePosition);
-    connect(satelliteReader, &QGeoSatelliteInfoSource::satellitesInUseUpdated, this,
-            &PositionSource::satellitesInUseUpdated);
-    connect(satelliteReader, &QGeoSatelliteInfoSource::satellitesInViewUpdated, this,
-            &PositionSource::satellitesInViewUpdated);
-    if (positionRunning) {
-        positionReader->startUpdates();
+    if (!position || !positionRunning || isTooSoon(position->timestamp())) {
+        return;
     }
-    if (satellitesRunning) {
-        satelliteReader->startUpdates();
-    }
+    lastMoment = position->timestamp();
+    fixTimer.start(fixTimeout);
+    last = Position::from(*position);
+    setPosition(*position);
 }
 
-void NmeaPositionSource::takePosition(const QGeoPositionInfo &info)
+// By the moments of the positions, which come sooner or later after these. A second of a receiver
+// may be some ms short.
+bool NmeaPositionSource::isTooSoon(const QDateTime &moment) const
 {
-    fixTimer.start();
-    last = Position::from(info);
-    setPosition(info);
+    const qint64 later = lastMoment.isValid() ? lastMoment.msecsTo(moment) : interval;
+    return later > 0 && later < interval - interval / 10;
 }
 
 void NmeaPositionSource::giveUpOnFix()

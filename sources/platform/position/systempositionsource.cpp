@@ -59,6 +59,15 @@ private:
     static inline QtMessageHandler previous = nullptr;
 };
 
+QList<int> numbersOf(const QList<QGeoSatelliteInfo> &satellites)
+{
+    QList<int> numbers;
+    for (const QGeoSatelliteInfo &each : satellites) {
+        numbers.append(each.satelliteIdentifier());
+    }
+    return numbers;
+}
+
 } // namespace
 
 SystemPositionSource::SystemPositionSource(QObject *parent)
@@ -68,7 +77,7 @@ SystemPositionSource::SystemPositionSource(QObject *parent)
         previousFilter = QLoggingCategory::installFilter(withoutPositioningWarnings);
     }
 
-    connect(&retryTimer, &QTimer::timeout, this, &SystemPositionSource::askLocationService);
+    connect(&retryTimer, &ClockTimer::timeout, this, &SystemPositionSource::askLocationService);
 
     const QuietCreation quiet;
     // The location service asks its agent about the program of this desktop file; by itself the
@@ -87,9 +96,13 @@ SystemPositionSource::SystemPositionSource(QObject *parent)
     }
     if (satelliteReader) {
         connect(satelliteReader, &QGeoSatelliteInfoSource::satellitesInUseUpdated, this,
-                &PositionSource::satellitesInUseUpdated);
+                [this](const QList<QGeoSatelliteInfo> &list) {
+                    setSatellites({numbersOf(list), satellites().inView});
+                });
         connect(satelliteReader, &QGeoSatelliteInfoSource::satellitesInViewUpdated, this,
-                &PositionSource::satellitesInViewUpdated);
+                [this](const QList<QGeoSatelliteInfo> &list) {
+                    setSatellites({satellites().inUse, numbersOf(list)});
+                });
     }
 }
 

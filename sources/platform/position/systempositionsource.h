@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/positionsource.h"
+#include "utils/clocktimer.h"
 
 #include <QGeoPositionInfoSource>
-#include <QTimer>
 
 class QGeoSatelliteInfoSource;
 
@@ -38,10 +38,10 @@ private:
     void askLocationService();
     void startUpdates();
 
-    bool wanted = false;  ///< the user of this source wants positions
-    bool running = false; ///< and Qt's source looks for them
-    int interval = 0;     ///< ms
-    QTimer retryTimer;    ///< asks a service again that has not answered
+    bool wanted = false;   ///< the user of this source wants positions
+    bool running = false;  ///< and Qt's source looks for them
+    int interval = 0;      ///< ms
+    ClockTimer retryTimer; ///< asks a service again that has not answered
     // Children; null where the platform has none.
     QGeoPositionInfoSource *positionReader = nullptr;
     QGeoSatelliteInfoSource *satelliteReader = nullptr;

@@ -26,6 +26,8 @@ constexpr int maxAtMs = 7 * 24 * 3600 * 1000;
 
 constexpr int maxInt = std::numeric_limits<int>::max();
 constexpr double maxMetres = 1e9;
+/// 36 bits, as with 5G.
+constexpr qint64 maxCell = (1LL << 36) - 1;
 
 const QHash<QString, NetworkMode> modes{
     {u"Unknown"_s, NetworkMode::Unknown},
@@ -83,7 +85,8 @@ public:
         return value->toDouble();
     }
 
-    std::optional<int> integer(const QString &key, int from, int to)
+    template <typename Number>
+    std::optional<Number> integer(const QString &key, Number from, Number to)
     {
         const std::optional<QJsonValue> value = take(key);
         if (!value) {
@@ -92,17 +95,18 @@ public:
         if (!isInteger(*value, from, to)) {
             return fail(key, u"must be a whole number from %1 to %2"_s.arg(from).arg(to));
         }
-        return value->toInt();
+        return static_cast<Number>(value->toDouble());
     }
 
     /// As integer(); null stands for unknown, -1.
-    std::optional<int> integerOrUnknown(const QString &key, int to)
+    template <typename Number>
+    std::optional<Number> integerOrUnknown(const QString &key, Number to)
     {
         if (!object.value(key).isNull()) {
-            return integer(key, 0, to);
+            return integer(key, Number{0}, to);
         }
         take(key);
-        return -1;
+        return Number{-1};
     }
 
     std::optional<QString> text(const QString &key)
@@ -207,10 +211,12 @@ private:
         return value;
     }
 
-    static bool isInteger(const QJsonValue &value, int from, int to)
+    /// Both limits are exact as double.
+    static bool isInteger(const QJsonValue &value, qint64 from, qint64 to)
     {
         const double number = value.toDouble(std::numeric_limits<double>::quiet_NaN());
-        return value.isDouble() && number >= from && number <= to && std::trunc(number) == number;
+        return value.isDouble() && number >= static_cast<double>(from) &&
+               number <= static_cast<double>(to) && std::trunc(number) == number;
     }
 
     QJsonObject object;
@@ -341,7 +347,7 @@ QString readLine(const QByteArray &text, PlatformScript &script)
     event.mnc = line.text(u"mnc"_s);
     event.homeMcc = line.text(u"home_mcc"_s);
     event.homeMnc = line.text(u"home_mnc"_s);
-    event.cell = line.integerOrUnknown(u"cell"_s, maxInt);
+    event.cell = line.integerOrUnknown(u"cell"_s, maxCell);
     event.lac = line.integerOrUnknown(u"lac"_s, maxInt);
     event.metered = line.oneOf(u"metered"_s, meterings);
     readSession(line, event);

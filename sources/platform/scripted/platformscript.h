@@ -41,7 +41,7 @@ struct ScriptEvent
     std::optional<QString> mnc;
     std::optional<QString> homeMcc;
     std::optional<QString> homeMnc;
-    std::optional<int> cell;
+    std::optional<qint64> cell;
     std::optional<int> lac;
     std::optional<Metered> metered;
     std::optional<Session> session;

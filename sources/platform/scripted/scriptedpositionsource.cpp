@@ -23,18 +23,11 @@ ScriptedPositionSource::ScriptedPositionSource(const ScriptState &scripted, QObj
         setProblem(Problem::NoFix);
         setTimedOut();
     });
-    connect(&state, &ScriptState::satellitesInUseUpdated, this,
-            [this](const QList<QGeoSatelliteInfo> &satellites) {
-                if (satellitesRunning) {
-                    Q_EMIT satellitesInUseUpdated(satellites);
-                }
-            });
-    connect(&state, &ScriptState::satellitesInViewUpdated, this,
-            [this](const QList<QGeoSatelliteInfo> &satellites) {
-                if (satellitesRunning) {
-                    Q_EMIT satellitesInViewUpdated(satellites);
-                }
-            });
+    connect(&state, &ScriptState::satellitesUpdated, this, [this](const Satellites &now) {
+        if (satellitesRunning) {
+            setSatellites(now);
+        }
+    });
 }
 
 QString ScriptedPositionSource::name() const

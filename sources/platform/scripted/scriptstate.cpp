@@ -7,21 +7,6 @@
 
 namespace velometer {
 
-namespace {
-
-QList<QGeoSatelliteInfo> satellites(const QList<int> &ids)
-{
-    QList<QGeoSatelliteInfo> list;
-    for (int id : ids) {
-        QGeoSatelliteInfo satellite;
-        satellite.setSatelliteIdentifier(id);
-        list.append(satellite);
-    }
-    return list;
-}
-
-} // namespace
-
 ScriptState::ScriptState(PlatformScript toPlay, QObject *parent)
     : QObject(parent)
     , playing(std::move(toPlay))
@@ -75,18 +60,17 @@ void ScriptState::applyPosition(const ScriptEvent &event)
     if (event.positionTimeout) {
         Q_EMIT updateTimeout();
     }
-    if (event.satellitesInUse) {
-        Q_EMIT satellitesInUseUpdated(satellites(*event.satellitesInUse));
-    }
-    if (event.satellitesInView) {
-        Q_EMIT satellitesInViewUpdated(satellites(*event.satellitesInView));
+    if (event.satellitesInUse || event.satellitesInView) {
+        satellites.inUse = event.satellitesInUse ? event.satellitesInUse : satellites.inUse;
+        satellites.inView = event.satellitesInView ? event.satellitesInView : satellites.inView;
+        Q_EMIT satellitesUpdated(satellites);
     }
 }
 
 void ScriptState::applyNetwork(const ScriptEvent &event)
 {
     const auto take = [](auto &kept, const auto &told) { kept = told.value_or(kept); };
-    const auto takeNumber = [](auto &kept, const std::optional<int> &told) {
+    const auto takeNumber = [](auto &kept, const auto &told) {
         if (told) {
             kept = told;
             if (*told < 0) {

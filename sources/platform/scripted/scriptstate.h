@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/positionsource.h"
 #include "platform/scripted/platformscript.h"
 
 #include <QElapsedTimer>
-#include <QGeoSatelliteInfo>
 #include <QObject>
 #include <QTimer>
 
@@ -26,6 +26,7 @@ public:
 
     // As the last applied lines left it. A script tells of the current mode alone.
     QGeoPositionInfo position;
+    Satellites satellites;
     NetworkState network;
     ScriptEvent::Metered metered;
     ScriptEvent::Session session;
@@ -33,8 +34,7 @@ public:
 Q_SIGNALS:
     void positionUpdated(const QGeoPositionInfo &info);
     void updateTimeout();
-    void satellitesInUseUpdated(const QList<QGeoSatelliteInfo> &satellites);
-    void satellitesInViewUpdated(const QList<QGeoSatelliteInfo> &satellites);
+    void satellitesUpdated(const Satellites &now);
     void networkChanged();
     void sessionChanged();
 

@@ -73,6 +73,8 @@ private Q_SLOTS:
         QTRY_COMPARE(name->text(), u"IP-Plus Deutschland"_s);
         QCOMPARE(find<QAbstractButton>(u"buttonStartTest"_s)->text(), u"Test starten"_s);
         QCOMPARE(Utils::getSettingsValue(u"Language"_s), u"de"_s);
+        QCOMPARE((QStringList{Utils::trLocation(u"Other"_s), Utils::trLocationShort(u"Other"_s)}),
+                 (QStringList{u"Sonstwo"_s, u"Sonstwo"_s}));
         QVERIFY(!button(u"buttonEnglish"_s)->isChecked());
         click(u"buttonGerman"_s);
         QVERIFY(button(u"buttonGerman"_s)->isChecked());
