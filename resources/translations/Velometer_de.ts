@@ -1132,6 +1132,10 @@ orvak verfassen</translation>
         <source>No interrupted series waits to be continued.</source>
         <translation>Es wartet keine unterbrochene Serie auf Fortsetzung.</translation>
     </message>
+    <message>
+        <source>The results of another version of this program are kept in %1.</source>
+        <translation>Die Ergebnisse einer anderen Version dieses Programms sind in %1 aufbewahrt.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultsTab</name>
@@ -1259,6 +1263,14 @@ orvak verfassen</translation>
         <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
         <translation>Nichts wurde gelöscht: Die Resultate in %1 lassen sich im Moment nicht schreiben. Versuchen Sie es wieder, wenn kein anderes Programm sie benutzt.</translation>
     </message>
+    <message>
+        <source>Information</source>
+        <translation>Information</translation>
+    </message>
+    <message>
+        <source>The results of another version of this program are kept in %1.</source>
+        <translation>Die Ergebnisse einer anderen Version dieses Programms sind in %1 aufbewahrt.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestConsent</name>
@@ -1360,6 +1372,10 @@ orvak verfassen</translation>
     <message>
         <source>positionabout</source>
         <translation>Position ungefähr bekannt</translation>
+    </message>
+    <message>
+        <source>Another program holds the results locked; waiting for them.</source>
+        <translation>Ein anderes Programm hält die Ergebnisse gesperrt; es wird auf sie gewartet.</translation>
     </message>
 </context>
 <context>

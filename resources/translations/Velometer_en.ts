@@ -1130,6 +1130,10 @@ to orvak</translation>
         <source>No interrupted series waits to be continued.</source>
         <translation>No interrupted series waits to be continued.</translation>
     </message>
+    <message>
+        <source>The results of another version of this program are kept in %1.</source>
+        <translation>The results of another version of this program are kept in %1.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultsTab</name>
@@ -1257,6 +1261,14 @@ to orvak</translation>
         <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
         <translation>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</translation>
     </message>
+    <message>
+        <source>Information</source>
+        <translation>Information</translation>
+    </message>
+    <message>
+        <source>The results of another version of this program are kept in %1.</source>
+        <translation>The results of another version of this program are kept in %1.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestConsent</name>
@@ -1358,6 +1370,10 @@ to orvak</translation>
     <message>
         <source>positionabout</source>
         <translation>Position roughly known</translation>
+    </message>
+    <message>
+        <source>Another program holds the results locked; waiting for them.</source>
+        <translation>Another program holds the results locked; waiting for them.</translation>
     </message>
 </context>
 <context>

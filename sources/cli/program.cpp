@@ -207,7 +207,15 @@ void Program::startSeries()
 
 bool Program::openStore()
 {
-    return gDB->isOpen() || gDB->openDB();
+    if (gDB->isOpen()) {
+        return true;
+    }
+    const bool opened = gDB->openDB();
+    if (const QString file = gDB->getAsideFile(); !file.isEmpty()) {
+        progress.message(
+            tr("The results of another version of this program are kept in %1.").arg(file));
+    }
+    return opened;
 }
 
 bool Program::openStoreIfThere()

@@ -364,6 +364,11 @@ void TestRunner::setStatus(QString text)
     progress.setStatus(text);
 }
 
+void TestRunner::setNotice(QString text)
+{
+    progress.message(text);
+}
+
 void TestRunner::setProgressMax(int max)
 {
     progressMax = max;

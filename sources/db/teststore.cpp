@@ -3,6 +3,7 @@
 #include "data/testdetails.h"
 #include "data/testfields.h"
 #include "db/databasestatements.h"
+#include "db/reportqueue.h"
 #include "db/transaction.h"
 #include "utils/utils.h"
 
@@ -132,13 +133,28 @@ QList<qint64> numbers(const QString &list)
 
 // ---- Writing
 
-qulonglong TestStore::store(const FinishedTest &finished)
+// One transaction: a kill leaves the test with its report, or neither.
+qulonglong TestStore::store(const FinishedTest &finished, XMLData *report)
 {
     FinishedTest test = finished;
     Transaction transaction(db);
-    const bool stored = transaction.isOpen() && storeRow(test) && storeDetails(test) &&
+    if (!transaction.isOpen()) {
+        return 0;
+    }
+    std::optional<qint64> queueRow;
+    if (report) {
+        queueRow = reports.insertOrUpdate(*report);
+        test.report = {false, queueRow, {}};
+    }
+    const bool stored = (queueRow || !report) && storeRow(test) && storeDetails(test) &&
                         storeLists(test) && transaction.commit();
-    return stored ? static_cast<qulonglong>(test.storedId.value_or(0)) : 0;
+    if (!stored) {
+        return 0;
+    }
+    if (report) {
+        report->identification = queueRow;
+    }
+    return static_cast<qulonglong>(test.storedId.value_or(0));
 }
 
 bool TestStore::storeRow(FinishedTest &test)

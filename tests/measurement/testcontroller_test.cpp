@@ -15,6 +15,7 @@
 
 #include <QLockFile>
 #include <QSignalSpy>
+#include <QSqlQuery>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -51,10 +52,10 @@ QStringList savedIds()
 QStringList queued()
 {
     QStringList documents;
-    int last = 0;
+    qint64 last = 0;
     while (const auto data = gDB->getNextUnsentXMLFile(last)) {
         documents.append(data->xml);
-        last = data->identification;
+        last = *data->identification;
     }
     return documents;
 }
@@ -197,6 +198,7 @@ private Q_SLOTS:
     {
         TestIds first;
         TestIds second;
+        second.startNewSeries(nullptr, [] {});
         const QString lockFile =
             QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
             "/orvak/ids.lock"_L1;
@@ -215,7 +217,7 @@ private Q_SLOTS:
         other.unlock();
         QTRY_COMPARE(drawn.size(), 2);
         drawn.sort();
-        QCOMPARE(drawn, (QStringList{u"13/3"_s, u"13/4"_s}));
+        QCOMPARE(drawn, (QStringList{u"14/1"_s, u"14/2"_s}));
     }
 
     void everyFailureSaysSoAndKeepsWhatItHas_data()
@@ -297,7 +299,7 @@ private Q_SLOTS:
 
         XMLData old;
         old.xml = u"<ClientTime>1</ClientTime></PerformanceIPhone>"_s;
-        QVERIFY(gDB->insertOrUpdateXMLFile(&old) > 0);
+        QVERIFY(gDB->insertOrUpdateXMLFile(&old));
         service->script("redirect_iphone",
                         {FakeService::ok("stored"), true, "</PerformanceIPhone>"});
         runToEnd();
@@ -309,6 +311,54 @@ private Q_SLOTS:
         const auto sent = service->requests("redirect_iphone");
         QCOMPARE(sent.size(), 4);
         QCOMPARE(sent[2].count("</ClientTime><ClientRetryTime>"), 1);
+    }
+
+    void aTestIsStoredWithItsReportBeforeItIsSent()
+    {
+        service->script("redirect_iphone", {{}, false});
+        create();
+        controller->runTests(u"Train"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(service->requests("redirect_iphone").size(), 1, 10000);
+        // What a kill would leave now:
+        const auto row = gDB->getAllResults();
+        QCOMPARE(row.size(), size_t(1));
+        const FinishedTest stored = gDB->getTest(*row.front());
+        QVERIFY(stored.download.bytes && stored.upload.intervalBytes && stored.network.mode);
+        QCOMPARE(stored.report.delivered, false);
+        QCOMPARE(stored.report.queueId, 1);
+        QCOMPARE(gDB->getNextUnsentXMLFile(0)->numberofretries, -1);
+        controller->abortTest();
+        QCOMPARE(controller->getOutcome().end, End::Stopped);
+        QCOMPARE(controller->getOutcome().queueId, 1);
+        QCOMPARE(gDB->getAllResults().size(), size_t(1));
+        QCOMPARE(gDB->countUnsentXMLFiles(), 1);
+    }
+
+    void anEndWaitsForALockedStore()
+    {
+        create();
+        QSqlDatabase other = QSqlDatabase::cloneDatabase(QSqlDatabase::database(), u"other"_s);
+        QVERIFY(other.open());
+        QSqlQuery lock(other);
+        connect(controller.get(), &TestController::phaseEntered, this, [&](Phase phase) {
+            if (phase == Phase::Download) {
+                QVERIFY(lock.exec(u"BEGIN IMMEDIATE"_s));
+                QTimer::singleShot(0, controller.get(), &TestController::abortTest);
+                QTimer::singleShot(400, this, [&] {
+                    QVERIFY(controller->isRunning());
+                    controller->abortTest(); // an impatient user
+                    platform->session.lose();
+                    QVERIFY(lock.exec(u"ROLLBACK"_s));
+                });
+            }
+        });
+        runToEnd();
+        QCOMPARE(ended.end, End::Stopped);
+        QVERIFY(!ended.storeFailed);
+        QCOMPARE(queued().size(), 1);
+        lock = QSqlQuery();
+        other = QSqlDatabase();
+        QSqlDatabase::removeDatabase(u"other"_s);
     }
 
     void aBudgetIsSharedAndLeavesItsMark_data()
