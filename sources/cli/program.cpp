@@ -132,9 +132,15 @@ bool Program::createRunner()
     }
     servers = std::make_unique<ServerSelection>(*platform, nullptr);
     QString error;
-    if (!options.server.isEmpty() && !servers->choose(options.server, &error)) {
-        end(refuse(ExitStatus::Usage, error));
-        return false;
+    if (!options.server.isEmpty()) {
+        // Waiting reports go there once; the tests go on where they went.
+        const bool found = options.command == Command::Resend
+                               ? servers->chooseForNow(options.server, &error)
+                               : servers->choose(options.server, &error);
+        if (!found) {
+            end(refuse(ExitStatus::Usage, error));
+            return false;
+        }
     }
     if (!settingsWritable()) {
         end(refuse(ExitStatus::Store, tr("The settings cannot be written.")));

@@ -312,6 +312,7 @@ QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) co
             return budgetText();
         }
         return consent.roamingRefusal();
+    case ExitStatus::HungUp:
     case ExitStatus::Interrupted:
     case ExitStatus::Terminated: return tr("The test was stopped.");
     case ExitStatus::Store: return storeFailure();

@@ -2,6 +2,7 @@
 
 #include "support/programhome.h"
 #include "support/registeredtest.h"
+#include "support/rows.h"
 
 #include <QDirIterator>
 #include <QJsonArray>
@@ -152,15 +153,26 @@ private Q_SLOTS:
         QCOMPARE(lastObject(ended).value("test_id"_L1), u"1"_s); // the oldest
     }
 
+    void keepsWhatAnInterruptedTestHas_data()
+    {
+        const Rows<int, int> row("number", "status");
+        row("interrupted", SIGINT, 130);
+        row("hung up", SIGHUP, 129);
+    }
     void keepsWhatAnInterruptedTestHas()
     {
+        QFETCH(int, number);
+        QFETCH(int, status);
         const auto process = start({u"--json-stream"_s, u"--count"_s, u"2"_s});
         QVERIFY(ProgramHome::waitForText(*process, "\"event\":\"progress\""));
-        ::kill(static_cast<pid_t>(process->processId()), SIGINT);
+        // The shell and the terminal both tell of a hang-up.
+        for (int i = 0; i < (number == SIGHUP ? 3 : 1); ++i) {
+            ::kill(static_cast<pid_t>(process->processId()), number);
+        }
         const Ended ended = end(*process);
-        QCOMPARE(ended.status, 130);
+        QCOMPARE(ended.status, status);
         QCOMPARE(lastObject(ended).value("event"_L1), u"error"_s);
-        QCOMPARE(lastObject(ended).value("status"_L1), 130);
+        QCOMPARE(lastObject(ended).value("status"_L1), status);
 
         QCOMPARE(stored(u"PRAGMA integrity_check"_s), QList<QVariantList>({{u"ok"_s}}));
         QCOMPARE(stored(u"SELECT id FROM xmlfiles"_s).size(), 1);
