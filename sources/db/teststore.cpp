@@ -72,10 +72,10 @@ std::unique_ptr<DBTestResults> fromRow(const QSqlQuery &row)
     return result;
 }
 
-/// The figure of a phase in the row: -1 where it has none, 0 where the test did not get to it.
-QVariant rate(const FinishedTest::Number &figure, const FinishedTest::Throughput &phase)
+/// The row has a number for what was not measured.
+QVariant rate(const FinishedTest::Number &figure)
 {
-    return static_cast<double>(figure.value_or(phase.valid ? -1 : 0));
+    return static_cast<double>(figure.value_or(-1));
 }
 
 QString textOrEmpty(const FinishedTest::Text &value)
@@ -165,9 +165,9 @@ bool TestStore::storeRow(FinishedTest &test)
         static_cast<double>(test.timestamp.value_or(0)),
         test.seriesId.value_or(0),
         test.testId.value_or(0),
-        rate(test.download.averageRate, test.download),
-        rate(test.uploadRate(), test.upload),
-        rate(test.upload.averageRate, test.upload),
+        rate(test.download.averageRate),
+        rate(test.uploadRate()),
+        rate(test.upload.averageRate),
         test.rtt.average.value_or(0) / nsPerMs,
         textOrEmpty(test.network.type),
         textOrEmpty(test.location),

@@ -270,7 +270,8 @@ void TestController::initialiseAnswered(bool ok, const QString &header, const QS
     Utils::addLogEntry(u"Header: %1"_s.arg(header.left(200)));
     Utils::addLogEntry(u"Body: %1"_s.arg(body.left(200)));
     recorder->addInitFailed();
-    keepAndEnd(TestOutcome::End::Refused, tr("errorInit"));
+    const QString reason = ControlRequests::refusal(header, body);
+    keepAndEnd(TestOutcome::End::Refused, reason.isEmpty() ? tr("errorInit") : reason);
 }
 
 void TestController::uploadResultAnswered(bool ok, const QString &header, const QString &body)

@@ -37,6 +37,7 @@ private Q_SLOTS:
     {
         home = std::make_unique<ProgramHome>();
         home->startService();
+        home->environment.insert(u"VELOMETER_CONFIG"_s, home->config());
     }
     void cleanup() { home.reset(); }
 
@@ -228,8 +229,7 @@ private:
 
     ProgramHome::Process start(const QStringList &arguments) const
     {
-        return home->start(QStringLiteral(CLIENT_PROGRAM),
-                           arguments + QStringList{u"--config"_s, home->config()});
+        return home->start(QStringLiteral(CLIENT_PROGRAM), arguments);
     }
     Ended run(const QStringList &arguments) { return end(*start(arguments)); }
     Ended end(QProcess &process)

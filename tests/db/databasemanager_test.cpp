@@ -184,8 +184,8 @@ private Q_SLOTS:
                         .arg(longitude)));
         };
         add(1, u"WLAN"_s, 47.5, 8.5);
-        add(2, u"WLAN"_s, 0, 0);           // no position
-        add(3, u"Mobile(LTE)"_s, 0, 8.25); // on the equator
+        add(2, u"Mixed(WLAN,Mobile)"_s, 0, 0); // no position
+        add(3, u"Mobile(LTE)"_s, 0, 8.25);     // on the equator
         QCOMPARE(db->getTotalMegabytesInDB(), 4.5);
         QCOMPARE(db->getTotalMegabytesOverMobileInDB(), 1.5);
         const auto locations = db->getLocationsOfTests();

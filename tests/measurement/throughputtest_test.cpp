@@ -104,6 +104,61 @@ private Q_SLOTS:
         QTRY_COMPARE(peer->state(), QAbstractSocket::UnconnectedState);
     }
 
+    void onlyAServedStreamOfFiveIntervalsHasARate_data()
+    {
+        const Rows<QByteArray, Arrivals, qint64> row("beginning", "arrivals", "rate");
+        const QByteArray served = "HTTP/1.1 200 OK\r\n";
+        row("five intervals", served, {{0ms, 5}, {300ms, 800}, {200ms, 195}}, 16'000);
+        row("a millisecond less", served, {{0ms, 5}, {300ms, 800}, {199ms, 195}}, -1);
+        row("no answer of HTTP", "xHTTP/1.1 200 OK\r\n", {{0ms, 11}, {600ms, 99}}, -1);
+        row("another code", "HTTP/1.1 503 Busy\r\n\r\nsorry", {{0ms, 11}, {600ms, 99}}, -1);
+        row("not even a code", "HTTP/1.1 20", {{0ms, 3}, {600ms, 8}}, -1);
+    }
+    void onlyAServedStreamOfFiveIntervalsHasARate()
+    {
+        QFETCH(Arrivals, arrivals);
+        QFETCH(QByteArray, beginning);
+        answer = beginning;
+        FakeClock clock;
+        DownloadTest test(&context, &record);
+        serve(test, clock, arrivals);
+        QVERIFY(peer);
+        peer->close();
+        QTRY_COMPARE(context.results.size(), 1);
+        const Result *result = context.results.first();
+        QTEST(result->getRateAvg(), "rate");
+        QCOMPARE(result->isValid(), result->getRateAvg() > 0);
+    }
+
+    void anAnswerOtherThan200EndsAnUpload()
+    {
+        service.script("uploadtest", {"HTTP/1.0 503 Busy\r\n\r\n", false, {}, 5000});
+        run<UploadTest>();
+        QVERIFY(!context.results.first()->isAccepted());
+        QVERIFY(context.results.first()->getRealDuration() < 1'000'000'000);
+        QVERIFY(Utils::getLogEntries().contains("UploadTest refused: HTTP/1.0 503"_L1));
+    }
+
+    void aTalkativeServerLeavesOneLine()
+    {
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        context.server->setPort(server.serverPort());
+        auto *test = new UploadTest(&context, &record);
+        test->doMeasurement(7);
+        QTRY_VERIFY(server.hasPendingConnections());
+        QTcpSocket *talker = server.nextPendingConnection();
+        const auto lines = Utils::getLogEntries().count("Ready Read"_L1);
+        talker->write("HTTP/1.0 200 OK\r\n");
+        for (int i = 0; i < 5; ++i) {
+            QTRY_COMPARE(Utils::getLogEntries().count("Ready Read"_L1), lines + 1);
+            talker->write("x");
+            QTest::qWait(5);
+        }
+        QTRY_VERIFY(Utils::getLogEntries().contains(" times)"_L1));
+        test->cancel();
+    }
+
     void asksForTheDownloadWithExactlyTheseBytes()
     {
         run<DownloadTest>();
@@ -149,7 +204,7 @@ private Q_SLOTS:
             const Result *result = context.results.first();
             QVERIFY(result->isCutByBudget());
             QCOMPARE(result->getBytesTransferd(), limit);
-            QVERIFY(result->getRateAvg() > 0);
+            QCOMPARE(result->getRateAvg(), -1); // a burst
             QVERIFY(result->getRealDuration() < 7'000'000'000);
             // All that was counted has arrived, and nothing else.
             QTRY_COMPARE(service.requests("uploadtest").value(before).size(), limit);
@@ -212,6 +267,7 @@ private Q_SLOTS:
 
     void init()
     {
+        answer = "HTTP/1.0 200 OK\r\n\r\n";
         peer.reset();
         context.results.clear();
         context.mss = 1460;
@@ -234,10 +290,12 @@ private:
         peer.reset(server.nextPendingConnection());
         peer->setParent(nullptr); // outlives the server
         QTRY_VERIFY(peer->bytesAvailable() > 0);
+        QByteArray stream = answer;
         for (const Arrival &arrival : arrivals) {
-            clock.advance(arrival.after);
+            clock.lag(arrival.after);
             const auto before = context.observer.progress.size();
-            peer->write(QByteArray(arrival.bytes, 'x'));
+            peer->write(stream.leftJustified(arrival.bytes, 'x', true));
+            stream.remove(0, arrival.bytes);
             QTRY_VERIFY(context.observer.progress.size() > before);
         }
     }
@@ -253,6 +311,7 @@ private:
     FakeContext context;
     QObject record;
     std::unique_ptr<QTcpSocket> peer;
+    QByteArray answer; ///< what a stream begins with
 };
 
 } // namespace velometer
