@@ -149,7 +149,6 @@ bool DatabaseManager::execute(const QString &statement)
 // that does not tell.
 std::optional<int> DatabaseManager::readVersion()
 {
-    Utils::addLogEntry(u"checkDatabase()"_s);
     QSqlQuery query(db);
     if (!query.exec(COUNT_TABLES) || !query.next()) {
         return std::nullopt;
@@ -162,11 +161,7 @@ std::optional<int> DatabaseManager::readVersion()
         return std::nullopt;
     }
     const int version = query.next() ? query.value(0).toInt() : -1;
-    if (query.lastError().isValid()) {
-        return std::nullopt;
-    }
-    Utils::addLogEntry(u"Database Version: %1"_s.arg(version));
-    return version;
+    return query.lastError().isValid() ? std::nullopt : std::optional(version);
 }
 
 // True when the file is of this version or empty.
@@ -175,7 +170,9 @@ bool DatabaseManager::setAside()
     const auto isOurs = [](std::optional<int> version) {
         return version == schemaVersion || version == 0;
     };
+    Utils::addLogEntry(u"checkDatabase()"_s);
     auto version = readVersion();
+    Utils::addLogEntry(u"Database Version: %1"_s.arg(version.value_or(-1)));
     if (!version || isOurs(version)) {
         return version.has_value();
     }
