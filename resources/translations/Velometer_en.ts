@@ -194,10 +194,10 @@ what it would delete.</translation>
     <message>
         <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
 3 the store cannot be opened or written, 4 roaming or over the data budget,
-5 no network or no server, 130 interrupted, 143 terminated.</source>
+5 no network or no server, 129 hung up, 130 interrupted, 143 terminated.</source>
         <translation>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
 3 the store cannot be opened or written, 4 roaming or over the data budget,
-5 no network or no server, 130 interrupted, 143 terminated.</translation>
+5 no network or no server, 129 hung up, 130 interrupted, 143 terminated.</translation>
     </message>
     <message>
         <source>an ID such as 17, or SERIES/TEST such as 3/12</source>
@@ -913,6 +913,10 @@ what it would delete.</translation>
     <message>
         <source>Plus and minus zoom, the arrow keys move the map. N or Page Down opens the label of the next older test, P or Page Up that of the next newer one, Escape closes it.</source>
         <translation>Plus and minus zoom, the arrow keys move the map. N or Page Down opens the label of the next older test, P or Page Up that of the next newer one, Escape closes it.</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>n/a</translation>
     </message>
 </context>
 <context>

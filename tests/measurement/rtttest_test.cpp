@@ -36,21 +36,6 @@ private Q_SLOTS:
         QCOMPARE(context.observer.progress, (QList<int>{0, 1, 2, 3, 4}));
     }
 
-    void anUnreachableServerStillEndsInAResult()
-    {
-        service.refuse();
-        FakeClock clock;
-        RttTest test(&context, &record);
-        test.doMeasurement();
-        for (int connect = 1; connect <= 4; ++connect) {
-            QTRY_COMPARE(context.observer.progress.last(), connect);
-            clock.advance(200ms);
-        }
-        const Result *result = context.results.first();
-        QVERIFY(!result->isValid());
-        QCOMPARE(result->getResponseTimes().values(), (QList<int>{-1, -1, -1}));
-    }
-
     void aConnectHasThreeSeconds()
     {
         const SilentPeer peer;
@@ -65,7 +50,9 @@ private Q_SLOTS:
             QCOMPARE(context.observer.progress.last(), connect);
             clock.advance(200ms);
         }
-        QCOMPARE(context.results.size(), 1);
+        const Result *result = context.results.first();
+        QVERIFY(!result->isValid());
+        QCOMPARE(result->getResponseTimes().values(), (QList<int>{-1, -1, -1}));
     }
 
     void aCancelledTestReportsNothing()

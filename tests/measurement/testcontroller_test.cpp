@@ -315,19 +315,20 @@ private Q_SLOTS:
         QCOMPARE(gDB->getNextUnsentXMLFile(0)->numberofretries, 0);
         QVERIFY(!queued().first().contains("ClientRetryTime"_L1));
 
-        XMLData old;
-        old.xml = u"<ClientTime>1</ClientTime></PerformanceIPhone>"_s;
-        QVERIFY(gDB->insertOrUpdateXMLFile(&old));
+        // Rows as other programs may have left them.
+        const QString old = u"'<ClientTime>1</ClientTime></PerformanceIPhone>'"_s;
+        QVERIFY(QSqlQuery().exec(
+            u"INSERT INTO xmlfiles VALUES(-7,0,%1),(0,0,%1),(6000000000,0,%1)"_s.arg(old)));
         service->script("redirect_iphone",
                         {FakeService::ok("stored"), true, "</PerformanceIPhone>"});
         runToEnd();
         QVERIFY(ended.reportDelivered);
-        QCOMPARE(ended.resent, 2);
+        QCOMPARE(ended.resent, 4);
         QCOMPARE(ended.waiting, 0);
         QCOMPARE(gDB->getAllResults().size(), size_t(2));
-        // The failed one, the next test's, and the two of the queue.
+        // The failed one, the next test's, and the four of the queue.
         const auto sent = service->requests("redirect_iphone");
-        QCOMPARE(sent.size(), 4);
+        QCOMPARE(sent.size(), 6);
         QCOMPARE(sent[2].count("</ClientTime><ClientRetryTime>"), 1);
     }
 
