@@ -195,11 +195,11 @@ nur, was es löschen würde.</translation>
     <message>
         <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
 3 the store cannot be opened or written, 4 roaming or over the data budget,
-5 no network or no server, 130 interrupted, 143 terminated.</source>
+5 no network or no server, 129 hung up, 130 interrupted, 143 terminated.</source>
         <translation>Exit-Status: 0 fertig, 1 der Dienst lehnte ab oder brach den Test, 2 falscher
 Aufruf, 3 die Datenbank lässt sich nicht öffnen oder schreiben, 4 Roaming oder
-über der Datengrenze, 5 kein Netz oder kein Server, 130 unterbrochen,
-143 beendet.</translation>
+über der Datengrenze, 5 kein Netz oder kein Server, 129 aufgelegt,
+130 unterbrochen, 143 beendet.</translation>
     </message>
     <message>
         <source>an ID such as 17, or SERIES/TEST such as 3/12</source>
@@ -920,6 +920,10 @@ Aufruf, 3 die Datenbank lässt sich nicht öffnen oder schreiben, 4 Roaming oder
         <source>Plus and minus zoom, the arrow keys move the map. N or Page Down opens the label of the next older test, P or Page Up that of the next newer one, Escape closes it.</source>
         <translation>Plus und Minus vergrössern und verkleinern, die Pfeiltasten verschieben die Karte. N oder Bild ab öffnet die Angaben zum nächstälteren Test, P oder Bild auf zum nächstneueren, Escape schliesst sie.</translation>
     </message>
+    <message>
+        <source>na</source>
+        <translation>k. A.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::LinksTab</name>
@@ -1136,6 +1140,10 @@ orvak verfassen</translation>
         <source>No interrupted series waits to be continued.</source>
         <translation>Es wartet keine unterbrochene Serie auf Fortsetzung.</translation>
     </message>
+    <message>
+        <source>The results of another version of this program are kept in %1.</source>
+        <translation>Die Ergebnisse einer anderen Version dieses Programms sind in %1 aufbewahrt.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultsTab</name>
@@ -1263,6 +1271,14 @@ orvak verfassen</translation>
         <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
         <translation>Nichts wurde gelöscht: Die Resultate in %1 lassen sich im Moment nicht schreiben. Versuchen Sie es wieder, wenn kein anderes Programm sie benutzt.</translation>
     </message>
+    <message>
+        <source>Information</source>
+        <translation>Information</translation>
+    </message>
+    <message>
+        <source>The results of another version of this program are kept in %1.</source>
+        <translation>Die Ergebnisse einer anderen Version dieses Programms sind in %1 aufbewahrt.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestConsent</name>
@@ -1364,6 +1380,10 @@ orvak verfassen</translation>
     <message>
         <source>positionabout</source>
         <translation>Position ungefähr bekannt</translation>
+    </message>
+    <message>
+        <source>Another program holds the results locked; waiting for them.</source>
+        <translation>Ein anderes Programm hält die Ergebnisse gesperrt; es wird auf sie gewartet.</translation>
     </message>
 </context>
 <context>

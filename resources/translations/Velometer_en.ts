@@ -194,10 +194,10 @@ what it would delete.</translation>
     <message>
         <source>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
 3 the store cannot be opened or written, 4 roaming or over the data budget,
-5 no network or no server, 130 interrupted, 143 terminated.</source>
+5 no network or no server, 129 hung up, 130 interrupted, 143 terminated.</source>
         <translation>Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,
 3 the store cannot be opened or written, 4 roaming or over the data budget,
-5 no network or no server, 130 interrupted, 143 terminated.</translation>
+5 no network or no server, 129 hung up, 130 interrupted, 143 terminated.</translation>
     </message>
     <message>
         <source>an ID such as 17, or SERIES/TEST such as 3/12</source>
@@ -918,6 +918,10 @@ what it would delete.</translation>
         <source>Plus and minus zoom, the arrow keys move the map. N or Page Down opens the label of the next older test, P or Page Up that of the next newer one, Escape closes it.</source>
         <translation>Plus and minus zoom, the arrow keys move the map. N or Page Down opens the label of the next older test, P or Page Up that of the next newer one, Escape closes it.</translation>
     </message>
+    <message>
+        <source>na</source>
+        <translation>n/a</translation>
+    </message>
 </context>
 <context>
     <name>velometer::LinksTab</name>
@@ -1134,6 +1138,10 @@ to orvak</translation>
         <source>No interrupted series waits to be continued.</source>
         <translation>No interrupted series waits to be continued.</translation>
     </message>
+    <message>
+        <source>The results of another version of this program are kept in %1.</source>
+        <translation>The results of another version of this program are kept in %1.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultsTab</name>
@@ -1261,6 +1269,14 @@ to orvak</translation>
         <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
         <translation>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</translation>
     </message>
+    <message>
+        <source>Information</source>
+        <translation>Information</translation>
+    </message>
+    <message>
+        <source>The results of another version of this program are kept in %1.</source>
+        <translation>The results of another version of this program are kept in %1.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestConsent</name>
@@ -1362,6 +1378,10 @@ to orvak</translation>
     <message>
         <source>positionabout</source>
         <translation>Position roughly known</translation>
+    </message>
+    <message>
+        <source>Another program holds the results locked; waiting for them.</source>
+        <translation>Another program holds the results locked; waiting for them.</translation>
     </message>
 </context>
 <context>

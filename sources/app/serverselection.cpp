@@ -109,19 +109,42 @@ void ServerSelection::remember() const
 void ServerSelection::choose(TestServer *server)
 {
     chosen = server;
-    settled = true;
     remember();
-    Q_EMIT changed(server);
+    adopt();
+}
+
+bool ServerSelection::choose(const QString &text, QString *error)
+{
+    const bool found = find(text, error);
+    if (found) {
+        choose(chosen);
+    }
+    return found;
+}
+
+bool ServerSelection::chooseForNow(const QString &text, QString *error)
+{
+    const bool found = find(text, error);
+    if (found) {
+        adopt();
+    }
+    return found;
+}
+
+void ServerSelection::adopt()
+{
+    settled = true;
+    Q_EMIT changed(chosen);
     if (waiting) {
         settle();
     }
 }
 
-bool ServerSelection::choose(const QString &text, QString *error)
+bool ServerSelection::find(const QString &text, QString *error)
 {
     const QString shortened = text.left(100).simplified();
     if (TestServer *named = table.findByName(text)) {
-        choose(named);
+        chosen = named;
         return true;
     }
     if (!looksLikeHost(text)) {
@@ -141,7 +164,6 @@ bool ServerSelection::choose(const QString &text, QString *error)
         return false;
     }
     use(endpoint->host, endpoint->port);
-    choose(chosen);
     return true;
 }
 

@@ -39,6 +39,8 @@ public:
     /// when it names none), which need not be in the table. False, and @p error says so in one
     /// sentence with the names there are, when it is neither.
     bool choose(const QString &text, QString *error);
+    /// The same for this program alone: the remembered server stays what it was.
+    bool chooseForNow(const QString &text, QString *error);
 
     /// Calls @p ready once the choice will not change for the next test: at once when it is made,
     /// else when the codes of a modem that is there are known, at the latest after two seconds. A
@@ -53,6 +55,8 @@ private:
     bool useRemembered();
     void useCodes();
     void use(const QString &hostname, int port);
+    bool find(const QString &text, QString *error);
+    void adopt();
     void remember() const;
     void look();
     void settle();

@@ -262,7 +262,7 @@ void CommandSyntax::addNotes()
     syntax.addNote(
         tr("Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,\n"
            "3 the store cannot be opened or written, 4 roaming or over the data budget,\n"
-           "5 no network or no server, 130 interrupted, 143 terminated."),
+           "5 no network or no server, 129 hung up, 130 interrupted, 143 terminated."),
         {name(Command::Test)});
 }
 

@@ -10,6 +10,7 @@ enum class ExitStatus {
     Store = 3,         ///< something that must be kept cannot be read or written
     Refused = 4,       ///< roaming that nobody allowed, or the data budget ended a test
     Unreachable = 5,   ///< no network, or the test server cannot be reached
+    HungUp = 129,      ///< SIGHUP
     Interrupted = 130, ///< SIGINT
     Terminated = 143,  ///< SIGTERM
 };

@@ -132,9 +132,15 @@ bool Program::createRunner()
     }
     servers = std::make_unique<ServerSelection>(*platform, nullptr);
     QString error;
-    if (!options.server.isEmpty() && !servers->choose(options.server, &error)) {
-        end(refuse(ExitStatus::Usage, error));
-        return false;
+    if (!options.server.isEmpty()) {
+        // Waiting reports go there once; the tests go on where they went.
+        const bool found = options.command == Command::Resend
+                               ? servers->chooseForNow(options.server, &error)
+                               : servers->choose(options.server, &error);
+        if (!found) {
+            end(refuse(ExitStatus::Usage, error));
+            return false;
+        }
     }
     if (!settingsWritable()) {
         end(refuse(ExitStatus::Store, tr("The settings cannot be written.")));
@@ -208,7 +214,15 @@ void Program::startSeries()
 
 bool Program::openStore()
 {
-    return gDB->isOpen() || gDB->openDB();
+    if (gDB->isOpen()) {
+        return true;
+    }
+    const bool opened = gDB->openDB();
+    if (const QString file = gDB->getAsideFile(); !file.isEmpty()) {
+        progress.message(
+            tr("The results of another version of this program are kept in %1.").arg(file));
+    }
+    return opened;
 }
 
 bool Program::openStoreIfThere()

@@ -324,6 +324,7 @@ QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) co
             return budgetText();
         }
         return consent.roamingRefusal();
+    case ExitStatus::HungUp:
     case ExitStatus::Interrupted:
     case ExitStatus::Terminated: return tr("The test was stopped.");
     case ExitStatus::Store: return storeFailure();
@@ -374,6 +375,11 @@ void TestRunner::phaseEntered(Phase phase)
 void TestRunner::setStatus(QString text)
 {
     progress.setStatus(text);
+}
+
+void TestRunner::setNotice(QString text)
+{
+    progress.message(text);
 }
 
 void TestRunner::setProgressMax(int max)

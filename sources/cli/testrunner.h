@@ -69,6 +69,7 @@ public:
     void setRTTText(QString text) override;
     void setDataTransferred(QString text) override;
     void setErrorText(QString text) override { errorText = text; }
+    void setNotice(QString text) override;
     bool stopRequested() override;
     void setInformation(QString, QString, QString, QString) override {}
 

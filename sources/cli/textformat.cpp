@@ -142,14 +142,14 @@ QString reportText(const FinishedTest::Report &report)
 }
 
 /// "93.2 Mbit/s (80.1 Mbit/s to 99.0 Mbit/s), 81.50 MB"
-QString throughputText(const FinishedTest::Number &average, const FinishedTest::Throughput &phase)
+QString throughputText(const FinishedTest::Number &average, const FinishedTest::Number &minimum,
+                       const FinishedTest::Number &maximum, const FinishedTest::Throughput &phase)
 {
-    const bool measured = phase.valid.value_or(true) || phase.averageRate;
+    const bool measured = phase.valid.value_or(true) || average;
     QString text = measured ? TextFormat::rate(average) : TextFormat::tr("not measured");
-    if (phase.minimumRate && phase.maximumRate) {
+    if (minimum && maximum) {
         text += u" (%1)"_s.arg(
-            TextFormat::tr("%1 to %2")
-                .arg(TextFormat::rate(phase.minimumRate), TextFormat::rate(phase.maximumRate)));
+            TextFormat::tr("%1 to %2").arg(TextFormat::rate(minimum), TextFormat::rate(maximum)));
     }
     if (phase.bytes) {
         text += ", "_L1 + TextFormat::megabytes(phase.bytes);
@@ -178,8 +178,11 @@ QString TextFormat::test(const FinishedTest &finished, const QString &pageAddres
     };
     const QString location = Utils::trLocation(finished.location.value_or(QString()));
     add(tr("Server"), serverText(finished.server));
-    add(tr("Download"), throughputText(finished.download.averageRate, finished.download));
-    add(tr("Upload"), throughputText(finished.uploadRate(), finished.upload));
+    const FinishedTest::Throughput &download = finished.download;
+    add(tr("Download"),
+        throughputText(download.averageRate, download.minimumRate, download.maximumRate, download));
+    add(tr("Upload"), throughputText(finished.uploadRate(), finished.uploadMinimum(),
+                                     finished.uploadMaximum(), finished.upload));
     add(tr("Round trip"), roundTripText(finished.rtt));
     const QString ended =
         DataBudget(finished.budget.bytes).endedEarly(finished.budget.reached.value_or(QString()));

@@ -132,11 +132,16 @@ struct FinishedTest
     Report report;
     ReportOnly reportOnly;
 
-    /// The upload rate to show: the server's, which saw the bytes arrive, else the client's.
+    /// The upload rates to show: the server's, which saw the bytes arrive, else the client's; never
+    /// some of one and some of the other.
     Number uploadRate() const { return serverAverageRate ? serverAverageRate : upload.averageRate; }
+    Number uploadMinimum() const
+    {
+        return serverAverageRate ? serverMinimumRate : upload.minimumRate;
+    }
     Number uploadMaximum() const
     {
-        return serverMaximumRate ? serverMaximumRate : upload.maximumRate;
+        return serverAverageRate ? serverMaximumRate : upload.maximumRate;
     }
     qint64 totalBytes() const { return download.bytes.value_or(0) + upload.bytes.value_or(0); }
 };

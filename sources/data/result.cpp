@@ -118,8 +118,8 @@ QString Result::toString() const
         return name + ": "_L1 + QString::number(value) + ", "_L1;
     };
     return item("Bytes"_L1, bytestransferd) + item("Duration"_L1, realduration) +
-           item("Min"_L1, ratemin) + item("Avg time"_L1, rateavg) +
-           item("Avg values"_L1, valuesavg) + item("Max"_L1, ratemax) +
+           item("Min"_L1, getRateMin()) + item("Avg time"_L1, getRateAvg()) +
+           item("Avg values"_L1, valuesavg) + item("Max"_L1, getRateMax()) +
            item("Max Pause"_L1, max_pause);
 }
 

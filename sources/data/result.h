@@ -11,13 +11,18 @@ using IntervalTable = QHash<int, qint64>;
 
 /// What one measurement phase produced. The constructors derive every figure from the samples, so
 /// the rules below stand in one place. Rates are bit/s, response times and durations ns; -1 means
-/// that there is no figure.
+/// that there is no figure: a stream that was refused, that ended before its fifth interval, or
+/// that brought nothing after its ramp-up has no rate.
 class Result : public QObject
 {
     Q_OBJECT
 
 public:
     enum Type { Empty = 0, Download = 1, Upload = 2, Rtt = 3 };
+
+    /// Less tells of buffers, not of the link.
+    static constexpr int fewestIntervals = 5;
+    static constexpr qlonglong intervalNs = 100'000'000;
 
     explicit Result(QObject *parent);
 
@@ -39,9 +44,9 @@ public:
 
     void initialize();
 
-    qint64 getRateAvg() const { return rateavg; }
-    qint64 getRateMin() const { return ratemin; }
-    qint64 getRateMax() const { return ratemax; }
+    qint64 getRateAvg() const { return hasRate() ? rateavg : -1; }
+    qint64 getRateMin() const { return hasRate() ? ratemin : -1; }
+    qint64 getRateMax() const { return hasRate() ? ratemax : -1; }
     qint64 getValuesAvg() const { return valuesavg; }
     int getPort() const { return testport; }
     int getDuration() const { return expectedduration; }       ///< planned, s
@@ -57,13 +62,19 @@ public:
     int getResponseMax() const { return responsemax; }
     qlonglong getAllBytesTransfered() const { return allBytesTransfered; }
     qint64 getBytesTransferd() const { return bytestransferd; }
-    bool isValid() const { return valid; }
+    bool isValid() const { return valid && (resulttype == Rtt || isMeasured()); }
     bool isLimited() const { return limited; }
     qlonglong getGetTime() const { return gettime; }         ///< ns, -1 when no data came
     qlonglong getConnectTime() const { return connecttime; } ///< ns, -1 when it did not connect
     int getResultType() const { return resulttype; }
 
     void setAllBytesTransfered(qlonglong bytes) { allBytesTransfered = bytes; }
+
+    /// Of a stream: the server served it, and it lasted five full intervals.
+    bool isMeasured() const { return accepted && realduration >= fewestIntervals * intervalNs; }
+    /// False when the server answered the request for the stream with anything but 200.
+    bool isAccepted() const { return accepted; }
+    void setAccepted(bool served) { accepted = served; }
 
     /// The measurement ended early because its share of the data budget was used up. Its tables
     /// then hold the measured intervals alone.
@@ -80,6 +91,7 @@ public:
 private:
     void calculateValues();
     void calculateWindows();
+    bool hasRate() const { return isMeasured() && (valid || cutByBudget); }
 
     qint64 ratemin = -1;
     qint64 ratemax = -1;
@@ -100,6 +112,7 @@ private:
     qint64 valuesavg = 0;
     bool valid = false;
     bool limited = false;
+    bool accepted = true;
     bool cutByBudget = false;
     qlonglong gettime = 0;
     qlonglong connecttime = 0;

@@ -9,6 +9,8 @@
 
 #include <QTcpSocket>
 
+#include <chrono>
+
 using namespace Qt::StringLiterals;
 
 namespace velometer {
@@ -21,8 +23,7 @@ TestResultLog::TestResultLog(NetworkInfoHelper *network, LocationHelper *locatio
     , networkinfo(network)
     , locationinfo(location)
 {
-    timer.setSingleShot(true);
-    connect(&timer, &QTimer::timeout, this, &TestResultLog::rttTimeoutOccourd);
+    connect(&timer, &ClockTimer::timeout, this, &TestResultLog::rttTimeoutOccourd);
 }
 
 TestResultLog::~TestResultLog()
@@ -51,7 +52,7 @@ void TestResultLog::doRTTTest()
     connect(socket, &QTcpSocket::connected, this, &TestResultLog::slotConnected);
     connect(socket, &QTcpSocket::disconnected, this, &TestResultLog::slotDisconnected);
     connect(socket, &QTcpSocket::errorOccurred, this, &TestResultLog::slotError);
-    timer.start(timeout);
+    timer.start(std::chrono::milliseconds(timeout));
     const TestServer *server = controller->getTestServer();
     rttstart = Utils::getTimeInNs();
     Sockets::connectToHost(*socket, server->getHostname(), server->getPort());

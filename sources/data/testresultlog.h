@@ -1,9 +1,10 @@
 #pragma once
 
+#include "utils/clocktimer.h"
+
 #include <QAbstractSocket>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 class QTcpSocket;
 
@@ -74,7 +75,7 @@ private:
     TestContext *controller;
     NetworkInfoHelper *networkinfo;
     LocationHelper *locationinfo;
-    QTimer timer;
+    ClockTimer timer;
     QTcpSocket *socket = nullptr;
     qint64 rttstart = 0;
     qint64 rttstop = 0;

@@ -63,18 +63,18 @@ FinishedTest::Throughput throughput(const Result *result)
         return phase;
     }
     phase.valid = result->isValid();
-    // Bytes over time are no rate of the link when the stream was refused: they are an error page.
-    if (result->isValid() || result->isCutByBudget()) {
-        phase.averageRate = atLeast(0, result->getRateAvg());
-        phase.minimumRate = atLeast(0, result->getRateMin());
-        phase.maximumRate = atLeast(0, result->getRateMax());
-    }
+    phase.averageRate = atLeast(0, result->getRateAvg());
+    phase.minimumRate = atLeast(0, result->getRateMin());
+    phase.maximumRate = atLeast(0, result->getRateMax());
     phase.bytes = result->getAllBytesTransfered();
     phase.duration = atLeast(0, result->getRealDuration());
     phase.connectTime = atLeast(0, result->getConnectTime());
     phase.firstByteTime = atLeast(0, result->getGetTime());
     phase.longestPause = atLeast(0, result->getMaxPause());
 
+    if (!result->isMeasured()) {
+        return phase;
+    }
     const IntervalTable &table = result->getIntervallValuesByte();
     QList<qint64> bytes;
     for (int i = 0; i < table.size(); ++i) {
@@ -219,6 +219,11 @@ void TestResults::setServerSideUpload(const QString &answer)
                               parts[TR_MAX].toLongLong());
 }
 
+bool TestResults::hasServerUpload() const
+{
+    return uploadResult && uploadResult->isMeasured() && getServerUploadAvg() > 0;
+}
+
 QString TestResults::getCsvStringWithCellIds() const
 {
     QStringList cells;
@@ -298,9 +303,11 @@ FinishedTest TestResults::finished(FinishedTest test) const
     }
     test.download = throughput(downloadResult);
     test.upload = throughput(uploadResult);
-    test.serverMinimumRate = atLeast(1, getServerUploadMin());
-    test.serverAverageRate = atLeast(1, getServerUploadAvg());
-    test.serverMaximumRate = atLeast(1, getServerUploadMax());
+    if (hasServerUpload()) {
+        test.serverMinimumRate = atLeast(1, getServerUploadMin());
+        test.serverAverageRate = getServerUploadAvg();
+        test.serverMaximumRate = atLeast(1, getServerUploadMax());
+    }
     test.rtt = roundTrip(rttResult);
     test.tcp = tcp(*initValues);
     test.tcp.congestion = text(getCongestionControl());

@@ -97,6 +97,8 @@ public:
     void setServerSideUploadSpeeds(qint64 min, qint64 avg, qint64 max);
     /// Takes "min;avg;max"; anything that has not three parts is logged and changes nothing.
     void setServerSideUpload(const QString &answer);
+    /// The server's speeds are those of the upload: it had one that was long enough for a rate.
+    bool hasServerUpload() const;
     qint64 getServerUploadMin() const { return ssUploadSpeeds.value(TR_MIN); }
     qint64 getServerUploadAvg() const { return ssUploadSpeeds.value(TR_AVG); }
     qint64 getServerUploadMax() const { return ssUploadSpeeds.value(TR_MAX); }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <QtGlobal>
+
+#include <optional>
 
 namespace velometer {
 
@@ -8,9 +11,9 @@ namespace velometer {
 struct XMLData
 {
     QString xml;
-    int identification = -1;  ///< row in the queue, -1 for a report that is not stored
-    int numberofretries = -1; ///< delivery attempts that failed, -1 in a fresh record
-    bool successfull = false; ///< set once the service has taken it
+    std::optional<qint64> identification; ///< row in the queue; none: it is not stored
+    int numberofretries = -1;             ///< attempts that failed, -1 in a fresh record
+    bool successfull = false;             ///< set once the service has taken it
 };
 
 } // namespace velometer

@@ -1,6 +1,5 @@
 #include "db/databasemanager.h"
 
-#include "data/reportdocument.h"
 #include "data/testdetails.h"
 #include "db/databasestatements.h"
 #include "db/transaction.h"
@@ -8,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLockFile>
 #include <QSqlQuery>
 #include <QStandardPaths>
 #include <QVariant>
@@ -27,6 +27,8 @@ QString DatabaseManager::database_path;
 namespace {
 
 const QString fileName = u"orvakVelometer.db.sqlite"_s;
+/// How long a start may wait for a program that starts at the same moment.
+constexpr int openingPatienceMs = 2000;
 constexpr double mebiPerKibi = 0.0009765625;
 
 } // namespace
@@ -71,26 +73,41 @@ bool DatabaseManager::openDB()
         }
     }
 
-    if (!db.isValid()) {
-        db = QSqlDatabase::addDatabase(u"QSQLITE"_s);
-    }
-    db.setDatabaseName(file);
-    // A file that cannot be written opens all the same; only a write tells.
-    if (!db.open() || !execute(u"BEGIN IMMEDIATE"_s) || !execute(u"ROLLBACK"_s)) {
+    asideFile.clear();
+    if (!connectFile() || !setAside()) {
         Utils::addLogEntry(u"Unable to open Database!"_s);
         db.close();
         return false;
     }
     // It holds positions and the device's identity.
     QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    execute(u"PRAGMA busy_timeout=%1"_s.arg(openingPatienceMs));
     // Readers of another program do not stop a writer, and what is committed survives a power cut.
     execute(u"PRAGMA journal_mode=WAL"_s);
     execute(u"PRAGMA synchronous=FULL"_s);
-    if (checkDatabase()) {
-        return true;
+    const bool complete = checkTables();
+    execute(u"PRAGMA busy_timeout=0"_s);
+    if (!complete) {
+        db.close();
+    }
+    return complete;
+}
+
+bool DatabaseManager::connectFile()
+{
+    if (!db.isValid()) {
+        db = QSqlDatabase::addDatabase(u"QSQLITE"_s);
     }
     db.close();
-    return false;
+    db.setDatabaseName(databaseFile());
+    // The driver would block the event loop for seconds.
+    db.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=0"_s);
+    if (!db.open()) {
+        return false;
+    }
+    // A file that cannot be written opens all the same; only a write tells.
+    QSqlQuery probe(db);
+    return probe.exec(u"BEGIN IMMEDIATE"_s) ? execute(u"ROLLBACK"_s) : isLock(probe.lastError());
 }
 
 bool DatabaseManager::isOpen() const
@@ -128,47 +145,89 @@ bool DatabaseManager::execute(const QString &statement)
     return QSqlQuery(db).exec(statement);
 }
 
-// One transaction: a program that starts at the same moment, or a kill, sees all of it or nothing.
-// A version that cannot be read is no other version: only one that was read may wipe.
-bool DatabaseManager::checkDatabase()
+// None when it cannot be read, which is no other version; 0 of a file without tables, -1 of one
+// that does not tell.
+std::optional<int> DatabaseManager::readVersion()
 {
-    Transaction transaction(db);
-    Utils::addLogEntry(u"checkDatabase()"_s);
     QSqlQuery query(db);
-    if (!transaction.isOpen() || !query.exec(COUNT_VERSION_TABLES) || !query.next()) {
-        return false;
+    if (!query.exec(COUNT_TABLES) || !query.next()) {
+        return std::nullopt;
     }
-    if (query.value(0).toInt() == 0) {
-        query.finish();
-        Utils::addLogEntry(u"Create Version Table..."_s);
-        execute(CREATE_TABLE_VERSION);
-        updateVersion();
-        recreateTables();
-        return transaction.commit();
+    const int tables = query.value(0).toInt();
+    if (query.value(1).toInt() == 0) {
+        return tables == 0 ? 0 : -1;
     }
     if (!query.exec(SELECT_VERSION)) {
-        return false;
+        return std::nullopt;
     }
     const int version = query.next() ? query.value(0).toInt() : -1;
-    if (query.lastError().isValid()) {
-        return false;
-    }
-    query.finish();
-    Utils::addLogEntry(u"Database Version: %1"_s.arg(version));
-    execute(CREATE_TABLE_TESTINTERVALS);
-    if (version != schemaVersion) {
-        updateVersion();
-        recreateTables();
-    } else {
-        createIndexes(); // a file from before there were any
-    }
-    return transaction.commit();
+    return query.lastError().isValid() ? std::nullopt : std::optional(version);
 }
 
-void DatabaseManager::updateVersion()
+// True when the file is of this version or empty.
+bool DatabaseManager::setAside()
 {
-    execute(DELETE_FROM_VERSION);
-    execute(QString(INSERT_INTO_VERSION).arg(schemaVersion));
+    const auto isOurs = [](std::optional<int> version) {
+        return version == schemaVersion || version == 0;
+    };
+    Utils::addLogEntry(u"checkDatabase()"_s);
+    auto version = readVersion();
+    Utils::addLogEntry(u"Database Version: %1"_s.arg(version.value_or(-1)));
+    if (!version || isOurs(version)) {
+        return version.has_value();
+    }
+    // A program that starts at the same moment must not set the new file aside.
+    const QString file = databaseFile();
+    QLockFile lock(file + ".aside"_L1);
+    if (!lock.tryLock(openingPatienceMs) || !connectFile()) {
+        return false;
+    }
+    version = readVersion();
+    if (!version || isOurs(version)) {
+        return version.has_value();
+    }
+    db.close();
+    const QString name = *version < 0 ? u"unknown"_s : QString::number(*version);
+    QString aside;
+    for (int number = 1; aside.isEmpty() || QFile::exists(aside); ++number) {
+        const QString copy = number == 1 ? QString() : u"-%1"_s.arg(number);
+        aside = u"%1.version-%2%3"_s.arg(file, name, copy);
+    }
+    // First what belongs to it: beside the new file it would be taken for that one's.
+    for (const QString &part : {u"-wal"_s, u"-shm"_s}) {
+        QFile::rename(file + part, aside + part);
+    }
+    if (!QFile::rename(file, aside)) {
+        for (const QString &part : {u"-wal"_s, u"-shm"_s}) {
+            QFile::rename(aside + part, file + part);
+        }
+        return false;
+    }
+    Utils::addLogEntry(u"Database of version %1 set aside: %2"_s.arg(name, aside));
+    asideFile = aside;
+    return connectFile();
+}
+
+// One transaction: a program that starts at the same moment, or a kill, sees all of it or nothing.
+bool DatabaseManager::checkTables()
+{
+    if (readVersion() != 0) {
+        execute(CREATE_TABLE_TESTINTERVALS); // a file from before there were any
+        createIndexes();
+        return true;
+    }
+    Transaction transaction(db);
+    if (!transaction.isOpen() || !readVersion()) {
+        return false;
+    }
+    if (readVersion() == 0) {
+        Utils::addLogEntry(u"Create Version Table..."_s);
+        execute(CREATE_TABLE_VERSION);
+        execute(DELETE_FROM_VERSION);
+        execute(QString(INSERT_INTO_VERSION).arg(schemaVersion));
+        recreateTables();
+    }
+    return transaction.commit();
 }
 
 void DatabaseManager::recreateTables()
@@ -203,9 +262,9 @@ void DatabaseManager::createIndexes()
     execute(CREATE_INDEX_REPORTQUEUEID);
 }
 
-qulonglong DatabaseManager::storeTest(const FinishedTest &test)
+qulonglong DatabaseManager::storeTest(const FinishedTest &test, XMLData *report)
 {
-    return tests.store(test);
+    return tests.store(test, report);
 }
 
 FinishedTest DatabaseManager::getTest(const DBTestResults &row)
@@ -296,59 +355,24 @@ std::vector<TestLocation> DatabaseManager::getLocationsOfTests()
     return locations;
 }
 
-std::unique_ptr<XMLData> DatabaseManager::getNextUnsentXMLFile(int lastId)
+std::unique_ptr<XMLData> DatabaseManager::getNextUnsentXMLFile(qint64 lastId)
 {
-    QSqlQuery query(db);
-    if (!query.exec(QString(SELECT_NEXTUNSENTXMLFILE).arg(lastId))) {
-        Utils::addLogEntry(query.lastError().databaseText());
-    }
-    if (!query.next()) {
-        return nullptr;
-    }
-    auto data = std::make_unique<XMLData>();
-    data->identification = query.value(0).toInt();
-    data->numberofretries = query.value(1).toInt();
-    data->xml = ReportDocument::withoutUmlauts(query.value(2).toString());
-    return data;
+    return reports.next(lastId);
 }
 
-bool DatabaseManager::deleteUnsentXMLFile(int id)
+bool DatabaseManager::deleteUnsentXMLFile(qint64 id)
 {
-    // Row ids are used again: a test that keeps one must not take the next report for its own.
-    Transaction transaction(db);
-    if (!transaction.isOpen()) {
-        return false;
-    }
-    for (const auto &statement : {UPDATE_DELIVERED, DELETE_REPORTQUEUEID, DELETE_UNSENTXMLFILE}) {
-        QSqlQuery query(db);
-        if (!query.exec(QString(statement).arg(id))) {
-            logSqlError(u"ERROR: %1 %2"_s, query.lastError());
-            return false;
-        }
-    }
-    return transaction.commit();
+    return reports.remove(id);
 }
 
-int DatabaseManager::insertOrUpdateXMLFile(const XMLData *data)
+std::optional<qint64> DatabaseManager::insertOrUpdateXMLFile(const XMLData *data)
 {
-    const bool isNew = data->identification == -1;
-    const QString retries = QString::number(data->numberofretries);
-    const QString statement =
-        isNew ? QString(INSERT_UNSENTXMLFILE).arg(retries, data->xml)
-              : QString(UPDATE_UNSENTXMLFILE).arg(retries, QString::number(data->identification));
-    QSqlQuery query(db);
-    if (!query.exec(statement)) {
-        logSqlError(u"ERROR: %1 %2"_s, query.lastError());
-        return -1;
-    }
-    return isNew ? query.lastInsertId().toInt() : data->identification;
+    return reports.insertOrUpdate(*data);
 }
 
 int DatabaseManager::countUnsentXMLFiles()
 {
-    QSqlQuery query(db);
-    query.exec(COUNT_UNSENTXMLFILES);
-    return query.next() ? query.value(0).toInt() : 0;
+    return reports.count();
 }
 
 } // namespace velometer

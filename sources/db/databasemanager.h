@@ -3,6 +3,7 @@
 #include "data/result.h"
 #include "data/xmldata.h"
 #include "db/dbtestresults.h"
+#include "db/reportqueue.h"
 #include "db/teststore.h"
 
 #include <QObject>
@@ -11,6 +12,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace velometer {
@@ -33,8 +35,9 @@ struct TestLocation
 /// the family share. What a store operation has acknowledged survives a kill at any moment.
 ///
 /// Nothing is thrown: an SQL error goes to the diagnostic log and the operation returns its neutral
-/// value. A report is put into its statement as it is: an apostrophe fails it, so a report has
-/// none. Main thread only.
+/// value. So it does when another program holds the store locked: nothing here waits, StoreWriter
+/// does. A report is put into its statement as it is: an apostrophe fails it, so a report has none.
+/// Main thread only.
 class DatabaseManager : public QObject
 {
     Q_OBJECT
@@ -47,9 +50,12 @@ public:
     static QString database_path;
     static QString databaseFile();
 
-    /// Opens the file, creating directory and tables as needed. Tables of another version are
-    /// wiped. False, and nothing is wiped, when the file cannot be opened, read or written.
+    /// Opens the file, creating directory and tables as needed. A file of another version is set
+    /// aside: renamed, with its version in the name, and an empty one takes its place. False, and
+    /// nothing has changed, when the file cannot be opened, read, written or set aside.
     bool openDB();
+    /// Where the last openDB() has set a file of another version aside; empty when it has not.
+    QString getAsideFile() const { return asideFile; }
     bool isOpen() const;
     /// Closes the database and removes its file.
     bool deleteDB();
@@ -57,8 +63,10 @@ public:
     bool resetDB();
     QSqlError lastError() const;
 
-    /// Stores the whole test. The new row's id; 0, and nothing is stored, when a part of it failed.
-    qulonglong storeTest(const FinishedTest &test);
+    /// Stores the whole test, and puts @p report, which has no row yet, into the queue as the
+    /// test's own; it then knows its row. The new test's row; 0, and nothing is stored, when a part
+    /// failed.
+    qulonglong storeTest(const FinishedTest &test, XMLData *report = nullptr);
     /// The whole test of @p row: what was stored of it, but for what only the running program knew.
     FinishedTest getTest(const DBTestResults &row);
 
@@ -79,26 +87,30 @@ public:
     std::vector<TestLocation> getLocationsOfTests();
 
     /// The first queued report after row @p lastId that has been tried fewer than 20 times; null
-    /// when there is none.
-    std::unique_ptr<XMLData> getNextUnsentXMLFile(int lastId);
+    /// when there is none. Rows have any number of 64 bits.
+    std::unique_ptr<XMLData> getNextUnsentXMLFile(qint64 lastId);
     /// For a report that was delivered: the test it came from is marked so.
-    bool deleteUnsentXMLFile(int id);
+    bool deleteUnsentXMLFile(qint64 id);
     /// Inserts a report that has no row yet; else updates its row's count of attempts, never its
-    /// document. Returns the row; -1, and nothing changed, when the statement failed. The record
-    /// itself stays as it is.
-    int insertOrUpdateXMLFile(const XMLData *data);
+    /// document. The row; none, and nothing changed, when the statement failed. The record itself
+    /// stays as it is.
+    std::optional<qint64> insertOrUpdateXMLFile(const XMLData *data);
     /// Reports that wait and will still be tried.
     int countUnsentXMLFiles();
 
 private:
-    bool checkDatabase();
-    void updateVersion();
+    bool connectFile();
+    std::optional<int> readVersion();
+    bool setAside();
+    bool checkTables();
     void recreateTables();
     void createIndexes();
     bool execute(const QString &statement);
 
     QSqlDatabase db;
-    TestStore tests{db};
+    QString asideFile;
+    ReportQueue reports{db};
+    TestStore tests{db, reports};
 };
 
 /// The one database of the process: there before main() begins, deleted by it at its end.

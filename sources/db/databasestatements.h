@@ -9,8 +9,10 @@ using namespace Qt::StringLiterals;
 
 inline constexpr int schemaVersion = 6;
 
-inline constexpr auto COUNT_VERSION_TABLES =
-    "SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name LIKE '%version%'"_L1;
+/// All tables, and those that keep a version.
+inline constexpr auto COUNT_TABLES =
+    "SELECT COUNT(*), COUNT(CASE WHEN name LIKE '%version%' THEN 1 END) FROM sqlite_master WHERE "
+    "type = 'table'"_L1;
 inline constexpr auto CREATE_TABLE_VERSION = "CREATE TABLE version (v integer)"_L1;
 inline constexpr auto DELETE_FROM_VERSION = "DELETE FROM version"_L1;
 inline constexpr auto INSERT_INTO_VERSION = "INSERT INTO version VALUES(%1)"_L1;

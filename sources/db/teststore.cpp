@@ -3,6 +3,7 @@
 #include "data/testdetails.h"
 #include "data/testfields.h"
 #include "db/databasestatements.h"
+#include "db/reportqueue.h"
 #include "db/transaction.h"
 #include "utils/utils.h"
 
@@ -71,10 +72,10 @@ std::unique_ptr<DBTestResults> fromRow(const QSqlQuery &row)
     return result;
 }
 
-/// The figure of a phase in the row: -1 where it has none, 0 where the test did not get to it.
-QVariant rate(const FinishedTest::Number &figure, const FinishedTest::Throughput &phase)
+/// The row has a number for what was not measured.
+QVariant rate(const FinishedTest::Number &figure)
 {
-    return static_cast<double>(figure.value_or(phase.valid ? -1 : 0));
+    return static_cast<double>(figure.value_or(-1));
 }
 
 QString textOrEmpty(const FinishedTest::Text &value)
@@ -132,13 +133,28 @@ QList<qint64> numbers(const QString &list)
 
 // ---- Writing
 
-qulonglong TestStore::store(const FinishedTest &finished)
+// One transaction: a kill leaves the test with its report, or neither.
+qulonglong TestStore::store(const FinishedTest &finished, XMLData *report)
 {
     FinishedTest test = finished;
     Transaction transaction(db);
-    const bool stored = transaction.isOpen() && storeRow(test) && storeDetails(test) &&
+    if (!transaction.isOpen()) {
+        return 0;
+    }
+    std::optional<qint64> queueRow;
+    if (report) {
+        queueRow = reports.insertOrUpdate(*report);
+        test.report = {false, queueRow, {}};
+    }
+    const bool stored = (queueRow || !report) && storeRow(test) && storeDetails(test) &&
                         storeLists(test) && transaction.commit();
-    return stored ? static_cast<qulonglong>(test.storedId.value_or(0)) : 0;
+    if (!stored) {
+        return 0;
+    }
+    if (report) {
+        report->identification = queueRow;
+    }
+    return static_cast<qulonglong>(test.storedId.value_or(0));
 }
 
 bool TestStore::storeRow(FinishedTest &test)
@@ -149,9 +165,9 @@ bool TestStore::storeRow(FinishedTest &test)
         static_cast<double>(test.timestamp.value_or(0)),
         test.seriesId.value_or(0),
         test.testId.value_or(0),
-        rate(test.download.averageRate, test.download),
-        rate(test.uploadRate(), test.upload),
-        rate(test.upload.averageRate, test.upload),
+        rate(test.download.averageRate),
+        rate(test.uploadRate()),
+        rate(test.upload.averageRate),
         test.rtt.average.value_or(0) / nsPerMs,
         textOrEmpty(test.network.type),
         textOrEmpty(test.location),

@@ -12,7 +12,9 @@
 
 namespace velometer {
 
+class ReportQueue;
 class TestDetails;
+struct XMLData;
 
 /// The tests in the database: a row of testresults each, details by key, and lists of numbers
 /// beside them. Writes one in one transaction and reads it back as the same value. SQL errors go to
@@ -20,13 +22,14 @@ class TestDetails;
 class TestStore
 {
 public:
-    /// @p connection is borrowed; it is open whenever one of these is called.
-    explicit TestStore(QSqlDatabase &connection)
+    /// Both are borrowed; the connection is open whenever one of these is called.
+    TestStore(QSqlDatabase &connection, ReportQueue &reportQueue)
         : db(connection)
+        , reports(reportQueue)
     {}
 
-    /// The new row's id; 0, and nothing is stored, when a part of it failed.
-    qulonglong store(const FinishedTest &test);
+    /// See DatabaseManager::storeTest.
+    qulonglong store(const FinishedTest &test, XMLData *report);
 
     std::vector<std::unique_ptr<DBTestResults>> rows();  ///< newest series and test first
     std::unique_ptr<DBTestResults> row(qulonglong id);   ///< null when absent
@@ -43,6 +46,7 @@ private:
     void readLists(FinishedTest &test);
 
     QSqlDatabase &db;
+    ReportQueue &reports;
 };
 
 } // namespace velometer

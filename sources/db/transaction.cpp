@@ -8,9 +8,30 @@ using namespace Qt::StringLiterals;
 
 namespace velometer {
 
+namespace {
+
+/// SQLITE_BUSY, whatever stands above its eight bits for the reason.
+constexpr int busyCode = 5;
+constexpr int codeMask = 0xff;
+
+bool lastOnLock = false;
+
+} // namespace
+
 void logSqlError(const QString &text, const QSqlError &error)
 {
+    lastOnLock = isLock(error);
     Utils::addLogEntry(text.arg(error.databaseText(), error.driverText()));
+}
+
+bool isLock(const QSqlError &error)
+{
+    return (error.nativeErrorCode().toInt() & codeMask) == busyCode;
+}
+
+bool failedOnLock()
+{
+    return lastOnLock;
 }
 
 Transaction::Transaction(QSqlDatabase &connection)

@@ -3,6 +3,7 @@
 #include "data/testcontext.h"
 #include "data/testserver.h"
 #include "measurement/requestparameters.h"
+#include "utils/cleantext.h"
 #include "utils/deployment.h"
 
 #include <QUrl>
@@ -48,6 +49,14 @@ QString ControlRequests::report(const QString &hostHeader, const QString &docume
            "Content-Type: application/x-www-form-urlencoded\r\n"
            "Content-Length: "_L1 +
            QString::number(body.size()) + "\r\n\r\n"_L1 + QString::fromLatin1(body);
+}
+
+QString ControlRequests::refusal(const QString &header, const QString &body)
+{
+    const bool isSentence = header.section(u'\r', 0, 0).contains(" 503"_L1) &&
+                            header.contains("content-type: text/plain"_L1, Qt::CaseInsensitive);
+    // The requester reads bytes as characters.
+    return isSentence ? cleanText(QString::fromUtf8(body.toLatin1()).simplified()) : QString();
 }
 
 } // namespace velometer

@@ -6,7 +6,8 @@ namespace velometer {
 
 class TestContext;
 
-/// The texts of the requests that go to the service, byte for byte as it expects them.
+/// The texts of the requests that go to the service, byte for byte as it expects them, and what it
+/// answers a user.
 namespace ControlRequests {
 
 /// Asks the web host for a user id; the Host line carries no port.
@@ -18,6 +19,10 @@ QString uploadResult(const TestContext &context);
 /// characters, which the requester encodes once more: the service knows this encoding, and the
 /// length that counts the bytes before it.
 QString report(const QString &hostHeader, const QString &document);
+
+/// The sentence of a service that has no room (503, plain text), fit for a screen; empty when the
+/// answer is none.
+QString refusal(const QString &header, const QString &body);
 
 } // namespace ControlRequests
 

@@ -6,6 +6,8 @@
 
 #include <QTcpSocket>
 
+#include <chrono>
+
 using namespace Qt::StringLiterals;
 
 namespace velometer {
@@ -21,8 +23,7 @@ HttpGetRequester::HttpGetRequester(MeasurementContext *context, QObject *parent)
     : QObject(parent)
     , controller(context)
 {
-    timer.setSingleShot(true);
-    connect(&timer, &QTimer::timeout, this, &HttpGetRequester::timeoutOccourd);
+    connect(&timer, &ClockTimer::timeout, this, &HttpGetRequester::timeoutOccourd);
 }
 
 HttpGetRequester::~HttpGetRequester()
@@ -45,7 +46,7 @@ void HttpGetRequester::doRequest(QString host, int serverPort, QString text, int
     connect(socket, &QTcpSocket::errorOccurred, this, &HttpGetRequester::slotError);
     connect(socket, &QTcpSocket::readyRead, this, &HttpGetRequester::readyRead);
     connect(socket, &QTcpSocket::bytesWritten, this, &HttpGetRequester::bytesWritten);
-    timer.start(timeout);
+    timer.start(std::chrono::milliseconds(timeout));
     Sockets::connectToHost(*socket, hostname, port);
 }
 
@@ -65,7 +66,7 @@ void HttpGetRequester::slotConnected()
 
 void HttpGetRequester::bytesWritten(qint64 count)
 {
-    Utils::addLogEntry(u"Bytes Written: %1"_s.arg(count));
+    Utils::addLogEntry(u"Bytes Written: %1"_s.arg(count), u"Bytes Written"_s);
 }
 
 void HttpGetRequester::readyRead()
@@ -73,7 +74,7 @@ void HttpGetRequester::readyRead()
     const QByteArray bytes = socket->readAll();
     const qsizetype nul = bytes.indexOf('\0');
     response += QString::fromLatin1(nul < 0 ? bytes : bytes.left(nul));
-    Utils::addLogEntry(u"Ready Read: %1"_s.arg(response.size()));
+    Utils::addLogEntry(u"Ready Read: %1"_s.arg(response.size()), u"Ready Read"_s);
     if (response.size() > maxAnswer) {
         Utils::addLogEntry(u"HttpGetRequester answer too large: %1"_s.arg(response.size()));
         response.truncate(maxAnswer);

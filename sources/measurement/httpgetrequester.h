@@ -1,9 +1,10 @@
 #pragma once
 
+#include "utils/clocktimer.h"
+
 #include <QAbstractSocket>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 class QTcpSocket;
 
@@ -45,7 +46,7 @@ private:
     void decodeAnswer(const QString &answer);
 
     MeasurementContext *controller;
-    QTimer timer;
+    ClockTimer timer;
     QTcpSocket *socket = nullptr;
     QString hostname;
     int port = 0;

@@ -100,9 +100,9 @@ void MeasurementSteps::runUpload(int seconds)
 void MeasurementSteps::markUploadEnd()
 {
     TestResults &record = *recorder.record();
-    const qint64 serverRate = record.getServerUploadAvg();
     context.getTestObserver()->setUploadText(
-        rateText(serverRate > 0 ? serverRate : record.getUploadResult()->getRateAvg()));
+        rateText(record.hasServerUpload() ? record.getServerUploadAvg()
+                                          : record.getUploadResult()->getRateAvg()));
     showWaiting();
     record.setUploadLocationEnd(context.getLocationHelper()->getDoubleLocation());
     mark(u"UploadEnd"_s);

@@ -2,12 +2,14 @@
 
 #include "data/testserver.h"
 #include "db/databasemanager.h"
+#include "db/storewriter.h"
 #include "measurement/controlrequests.h"
 #include "measurement/httpgetrequester.h"
 #include "utils/utils.h"
 
 #include <QTimer>
 
+#include <limits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -20,9 +22,11 @@ constexpr int requestTimeoutMs = 10'000;
 
 } // namespace
 
-ReportDelivery::ReportDelivery(HttpGetRequester &httpRequester, QObject *parent)
+ReportDelivery::ReportDelivery(HttpGetRequester &httpRequester, StoreWriter &storeWriter,
+                               QObject *parent)
     : QObject(parent)
     , requester(httpRequester)
+    , writer(storeWriter)
 {}
 
 ReportDelivery::~ReportDelivery() = default;
@@ -34,44 +38,39 @@ void ReportDelivery::begin(const TestServer *testServer)
     outcome = {};
 }
 
-void ReportDelivery::submit(const QString &own, std::function<void()> done)
+void ReportDelivery::submit(const XMLData &own, std::function<void()> done)
 {
     whenDone = std::move(done);
-    report = {};
-    report.xml = own;
+    report = own;
     submitting = true;
     post();
 }
 
-void ReportDelivery::keep(const QString &own)
+void ReportDelivery::keep(const QString &own, std::function<void()> done)
 {
+    whenDone = std::move(done);
     report = {};
     report.xml = own;
-    enqueue();
+    writer.write([this] { return enqueue(); },
+                 [this](bool kept) {
+                     outcome.storeFailed |= !kept;
+                     finish();
+                 });
 }
 
-void ReportDelivery::enqueue()
+bool ReportDelivery::enqueue()
 {
-    const int row = gDB->insertOrUpdateXMLFile(&report);
-    if (row > 0) {
+    const auto row = gDB->insertOrUpdateXMLFile(&report);
+    if (row) {
         outcome.queueId = row;
-    } else {
-        outcome.storeFailed = true;
     }
-}
-
-void ReportDelivery::keepSubmitted()
-{
-    if (std::exchange(submitting, false)) {
-        enqueue();
-    }
-    cancel();
+    return row.has_value();
 }
 
 void ReportDelivery::walkQueue(std::function<void()> done)
 {
     whenDone = std::move(done);
-    offerNext(0);
+    offerNext(std::numeric_limits<qint64>::min());
 }
 
 void ReportDelivery::cancel()
@@ -80,6 +79,7 @@ void ReportDelivery::cancel()
     whenDone = nullptr;
     scope.reset();
     requester.cancel();
+    writer.cancel();
 }
 
 void ReportDelivery::answered(bool ok, const QString &header, const QString &body)
@@ -103,35 +103,56 @@ void ReportDelivery::answered(bool ok, const QString &header, const QString &bod
 void ReportDelivery::ownAnswered(bool taken)
 {
     outcome.delivered = taken;
-    if (!taken) {
-        enqueue();
+    if (taken && !report.identification) {
+        return later([this] { finish(); });
     }
-    later([this] { finish(); });
+    settle(taken, [this, taken](bool done) {
+        if (taken && done) {
+            outcome.queueId.reset();
+        }
+        later([this] { finish(); });
+    });
 }
 
 void ReportDelivery::queuedAnswered(bool taken)
 {
-    const int row = report.identification;
-    if (!taken) {
-        outcome.storeFailed |= gDB->insertOrUpdateXMLFile(&report) <= 0;
-    } else if (gDB->deleteUnsentXMLFile(row)) {
-        Utils::addLogEntry(u"Result retry successfull!"_s);
-        ++outcome.resent;
-    }
-    later([this, row] { offerNext(row); });
+    settle(taken, [this, taken](bool done) {
+        if (taken && done) {
+            Utils::addLogEntry(u"Result retry successfull!"_s);
+            ++outcome.resent;
+        }
+        later([this] { offerNext(*report.identification); });
+    });
 }
 
-void ReportDelivery::offerNext(int afterRow)
+// What was taken leaves the queue; what was not counts one attempt more there.
+void ReportDelivery::settle(bool taken, const std::function<void(bool)> &settled)
+{
+    const bool isOwn = !report.identification || outcome.queueId == report.identification;
+    writer.write(
+        [this, taken, isOwn] {
+            if (taken) {
+                return gDB->deleteUnsentXMLFile(*report.identification);
+            }
+            return isOwn ? enqueue() : gDB->insertOrUpdateXMLFile(&report).has_value();
+        },
+        [this, taken, settled](bool done) {
+            outcome.storeFailed |= !taken && !done;
+            settled(done);
+        });
+}
+
+void ReportDelivery::offerNext(qint64 afterRow)
 {
     auto next = gDB->getNextUnsentXMLFile(afterRow);
     if (next && outcome.queueId == next->identification) {
-        next = gDB->getNextUnsentXMLFile(next->identification);
+        next = gDB->getNextUnsentXMLFile(*next->identification);
     }
     if (!next) {
         return finish();
     }
     report = *next;
-    Utils::addLogEntry(u"Found old result: %1,%2"_s.arg(QString::number(report.identification),
+    Utils::addLogEntry(u"Found old result: %1,%2"_s.arg(QString::number(*report.identification),
                                                         QString::number(report.numberofretries)));
     report.xml.replace(
         "</ClientTime>"_L1,

@@ -12,12 +12,14 @@
 namespace velometer {
 
 class HttpGetRequester;
+class StoreWriter;
 class TestServer;
 
 /// Brings reports to the service: submits that of the running test, keeps in the queue what was not
 /// taken, and offers the queue once. One of these at a time; each ends in one call of its callback,
 /// unless it is cancelled. The answers come through answered(), because the requester knows one
-/// receiver only. Reports of the queue go to gDB, which is open. Main thread only.
+/// receiver only. Reports of the queue go to gDB, which is open; a store that is locked is waited
+/// for. Main thread only.
 class ReportDelivery : public QObject
 {
     Q_OBJECT
@@ -26,34 +28,35 @@ public:
     /// What became of the reports since begin().
     struct Outcome
     {
-        bool delivered = false;     ///< the service has taken this test's own report
-        std::optional<int> queueId; ///< the queue's row where the own report waits
-        bool answered = false;      ///< the service has answered, in whatever way
-        bool storeFailed = false;   ///< a report could not be written to the queue
-        int resent = 0;             ///< earlier reports delivered
+        bool delivered = false;        ///< the service has taken this test's own report
+        std::optional<qint64> queueId; ///< the queue's row where the own report waits
+        bool answered = false;         ///< the service has answered, in whatever way
+        bool storeFailed = false;      ///< a report could not be written to the queue
+        int resent = 0;                ///< earlier reports delivered
     };
 
-    /// The requester is borrowed and outlives this.
-    ReportDelivery(HttpGetRequester &requester, QObject *parent);
+    /// Both are borrowed and outlive this; a write of ours replaces what waits in @p storeWriter.
+    ReportDelivery(HttpGetRequester &requester, StoreWriter &storeWriter, QObject *parent);
     ~ReportDelivery() override;
 
     /// Forgets the last test. Reports go to @p server (borrowed until the next begin()).
     void begin(const TestServer *server);
 
-    /// Posts @p own; when it is not taken it enters the queue before @p done is called.
-    void submit(const QString &own, std::function<void()> done);
+    /// The own report waits in this row already; none: it could not be stored.
+    void setOwnRow(std::optional<qint64> row) { outcome.queueId = row; }
+    /// Posts @p own, which waits in its row of the queue unless it could not be stored. When it is
+    /// taken it leaves the queue before @p done is called; when it is not, it is there.
+    void submit(const XMLData &own, std::function<void()> done);
 
-    /// Puts @p own into the queue without offering it.
-    void keep(const QString &own);
-    /// Cancels the submission and keeps the report: should the service have it already, it takes a
-    /// report once.
-    void keepSubmitted();
+    /// Puts @p own, a test's document, into the queue without offering it.
+    void keep(const QString &own, std::function<void()> done);
 
     /// Offers every report of the queue once, in the order of its rows; not the own one that has
     /// just been refused.
     void walkQueue(std::function<void()> done);
 
-    /// Ends what is under way without its callback.
+    /// Ends what is under way without its callback. What is in the queue stays there: should the
+    /// service have it already, it takes a report once.
     void cancel();
 
     /// The answer to the last request.
@@ -64,13 +67,15 @@ public:
 private:
     void ownAnswered(bool taken);
     void queuedAnswered(bool taken);
-    void offerNext(int afterRow);
+    void offerNext(qint64 afterRow);
+    void settle(bool taken, const std::function<void(bool)> &settled);
+    bool enqueue();
     void later(const std::function<void()> &step);
-    void enqueue();
     void post();
     void finish();
 
     HttpGetRequester &requester;
+    StoreWriter &writer;
     const TestServer *server = nullptr;
     XMLData report; ///< on its way to the service
     bool submitting = false;

@@ -29,10 +29,8 @@ RttTest::RttTest(MeasurementContext *context, QObject *parent)
     : QObject(parent)
     , controller(context)
 {
-    timer.setSingleShot(true);
-    timerPause.setSingleShot(true);
-    connect(&timer, &QTimer::timeout, this, &RttTest::rttTimeoutOccourd);
-    connect(&timerPause, &QTimer::timeout, this, &RttTest::pauseOver);
+    connect(&timer, &ClockTimer::timeout, this, &RttTest::rttTimeoutOccourd);
+    connect(&timerPause, &ClockTimer::timeout, this, &RttTest::pauseOver);
     controller->getTestObserver()->setProgress(0, lastConnect + 1);
 }
 

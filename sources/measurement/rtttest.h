@@ -1,10 +1,11 @@
 #pragma once
 
+#include "utils/clocktimer.h"
+
 #include <QAbstractSocket>
 #include <QHash>
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 class QTcpSocket;
 
@@ -43,8 +44,8 @@ private:
     void testExecuted();
 
     MeasurementContext *controller;
-    QTimer timer;
-    QTimer timerPause;
+    ClockTimer timer;
+    ClockTimer timerPause;
     QTcpSocket *socket = nullptr;
     Result *result = nullptr;
     qint64 rttstart = 0;

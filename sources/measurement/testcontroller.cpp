@@ -7,6 +7,7 @@
 #include "data/testresultlog.h"
 #include "data/testserver.h"
 #include "db/databasemanager.h"
+#include "db/storewriter.h"
 #include "measurement/controlrequests.h"
 #include "measurement/httpgetrequester.h"
 #include "measurement/measurementsteps.h"
@@ -56,12 +57,16 @@ TestController::TestController(QObject *parent, TestObserver *testObserver, Test
           new TestResultLog(networkinfohelper, locationhelper, u"test"_s, this, this))
     , httpgetter(new HttpGetRequester(this, this))
     , session(new SessionOpener(platform, this))
-    , delivery(new ReportDelivery(*httpgetter, this))
+    , writer(new StoreWriter(this))
+    , delivery(new ReportDelivery(*httpgetter, *writer, this))
     , recorder(new TestRecorder(*this, this))
     , steps(new MeasurementSteps(*this, *recorder, this))
 {
     connect(session, &SessionOpener::opened, this, &TestController::connectionOpened);
     connect(session, &SessionOpener::failed, this, &TestController::connectionError);
+    connect(writer, &StoreWriter::waiting, this, [this] {
+        observer->setNotice(tr("Another program holds the results locked; waiting for them."));
+    });
 }
 
 TestController::~TestController() = default;
@@ -124,6 +129,7 @@ void TestController::prepare()
     outcome = TestOutcome();
     testScope = std::make_unique<QObject>();
     running = true;
+    ending = false;
 }
 
 void TestController::advance(Phase next)
@@ -198,29 +204,23 @@ void TestController::connectionOpened()
 void TestController::connectionError(NetworkSession::SessionError error)
 {
     Utils::addLogEntry(u"Connection Error: %1"_s.arg(static_cast<int>(error)));
-    if (!running) {
+    if (!running || ending) {
         return;
     }
     dropActivity();
-    if (recorder->record()) {
-        // The network went away in the middle of the test.
-        keepUnfinishedTest();
-        if (recorder->isStored()) {
-            return endTest(TestOutcome::End::Completed);
-        }
-    } else {
-        stopServices();
-        if (!schedule.isEmpty() && ids.getUserId() >= 1) {
-            return ids.draw(testScope.get(), [this] {
-                recorder->begin(dataBudget);
-                recorder->addInitFailed();
-                showInformation();
-                delivery->keep(recorder->report());
-                endTest(TestOutcome::End::NoNetwork, tr("noConnectionText"));
-            });
-        }
+    if (recorder->isComplete()) {
+        return keepAndEnd(TestOutcome::End::Completed);
     }
-    endTest(TestOutcome::End::NoNetwork, tr("noConnectionText"));
+    if (!recorder->record() && !schedule.isEmpty() && ids.getUserId() >= 1) {
+        return ids.draw(testScope.get(), [this] {
+            recorder->begin(dataBudget);
+            recorder->addInitFailed();
+            showInformation();
+            keepAndEnd(TestOutcome::End::NoNetwork, tr("noConnectionText"));
+        });
+    }
+    // Perhaps it went away in the middle of the test.
+    keepAndEnd(TestOutcome::End::NoNetwork, tr("noConnectionText"));
 }
 
 void TestController::checkReachability()
@@ -235,11 +235,7 @@ void TestController::reachabilityChecked(qlonglong rtt)
     if (numberOfRetries <= maxReachabilityRetries) {
         return advance(rtt >= 0 ? Phase::UserId : Phase::Reachability);
     }
-    stopServices();
-    if (recorder->record()) {
-        delivery->keep(recorder->report());
-    }
-    endTest(TestOutcome::End::ServerUnreachable, tr("noConnectionToServer"));
+    keepAndEnd(TestOutcome::End::ServerUnreachable, tr("noConnectionToServer"));
 }
 
 void TestController::obtainUserId()
@@ -273,10 +269,9 @@ void TestController::initialiseAnswered(bool ok, const QString &header, const QS
     Utils::addLogEntry(u"Test Init Error"_s);
     Utils::addLogEntry(u"Header: %1"_s.arg(header.left(200)));
     Utils::addLogEntry(u"Body: %1"_s.arg(body.left(200)));
-    stopServices();
     recorder->addInitFailed();
-    delivery->keep(recorder->report());
-    endTest(TestOutcome::End::Refused, tr("errorInit"));
+    const QString reason = ControlRequests::refusal(header, body);
+    keepAndEnd(TestOutcome::End::Refused, reason.isEmpty() ? tr("errorInit") : reason);
 }
 
 void TestController::uploadResultAnswered(bool ok, const QString &header, const QString &body)
@@ -293,15 +288,16 @@ void TestController::submitReport()
     stopServices();
     recorder->complete();
     observer->setStatus(tr("testphase_sendresults"));
-    // Its answer is not waited for any more.
-    cancelActivity = [this] { delivery->keepSubmitted(); };
-    delivery->submit(recorder->report(), [this] { advance(Phase::StoreAndResubmit); });
+    cancelActivity = [this] { delivery->cancel(); };
+    recorder->makeReport();
+    store([this] {
+        delivery->submit(recorder->report(), [this] { advance(Phase::StoreAndResubmit); });
+    });
 }
 
 void TestController::storeAndResubmit()
 {
     if (recorder->record()) {
-        outcome.storeFailed |= !recorder->store(delivery->getOutcome());
         steps->showTransferred();
     }
     cancelActivity = [this] { delivery->cancel(); };
@@ -362,7 +358,7 @@ void TestController::httpRequestDone(bool ok, QString header, QString body)
 
 void TestController::abortTest()
 {
-    if (!running) {
+    if (!running || ending) {
         return;
     }
     dropActivity();
@@ -379,28 +375,43 @@ void TestController::dropActivity()
 void TestController::stopOnRequest()
 {
     Utils::addLogEntry(u"Stop requested"_s);
-    keepUnfinishedTest();
-    endTest(TestOutcome::End::Stopped);
+    keepAndEnd(TestOutcome::End::Stopped);
+}
+
+void TestController::keepAndEnd(TestOutcome::End end, const QString &errorText)
+{
+    ending = true;
+    stopServices();
+    keep([this, end, errorText] { endTest(end, errorText); });
 }
 
 // What a test has at the moment it is cut short goes to the queue; one that was complete is stored
 // too.
-void TestController::keepUnfinishedTest()
+void TestController::keep(const std::function<void()> &kept)
 {
-    stopServices();
     if (!recorder->record() || recorder->isStored()) {
-        return;
-    }
-    if (recorder->isComplete()) {
-        outcome.storeFailed |= !recorder->store(delivery->getOutcome());
+        kept();
+    } else if (recorder->isComplete()) {
+        store(kept);
     } else {
-        delivery->keep(recorder->report());
+        recorder->makeReport();
+        delivery->keep(recorder->report().xml, kept);
     }
+}
+
+void TestController::store(const std::function<void()> &done)
+{
+    writer->write([this] { return recorder->store(); },
+                  [this, done](bool stored) {
+                      outcome.storeFailed = !stored;
+                      delivery->setOwnRow(recorder->report().identification);
+                      done();
+                  });
 }
 
 void TestController::endTest(TestOutcome::End end, const QString &errorText)
 {
-    running = false;
+    running = ending = false;
     testScope.reset();
     outcome.end = end;
     outcome.waiting = gDB->countUnsentXMLFiles();

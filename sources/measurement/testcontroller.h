@@ -19,6 +19,7 @@ namespace velometer {
 
 class HttpGetRequester;
 class Platform;
+class StoreWriter;
 class TestObserver;
 class TestServer;
 
@@ -34,13 +35,13 @@ struct TestOutcome
     };
 
     End end = End::Completed;
-    qulonglong storedId = 0;      ///< row of the results table, 0 when nothing was stored
-    bool storeFailed = false;     ///< results or report could not be written
-    bool reportDelivered = false; ///< the service has taken this test's report
-    std::optional<int> queueId;   ///< row of the queue where it waits
-    bool answered = false;        ///< the service has answered a report, in whatever way
-    int resent = 0;               ///< earlier reports delivered at the end of this test
-    int waiting = 0;              ///< reports that wait in the queue now
+    qulonglong storedId = 0;       ///< row of the results table, 0 when nothing was stored
+    bool storeFailed = false;      ///< results or report could not be written
+    bool reportDelivered = false;  ///< the service has taken this test's report
+    std::optional<qint64> queueId; ///< row of the queue where it waits
+    bool answered = false;         ///< the service has answered a report, in whatever way
+    int resent = 0;                ///< earlier reports delivered at the end of this test
+    int waiting = 0;               ///< reports that wait in the queue now
 };
 
 /// Drives one complete test: context helpers, network session, reachability, user id, initialise,
@@ -90,6 +91,7 @@ public:
     /// Offers the queued reports to the service once, without a test; ends like a test.
     void resendReports();
     /// Ends a running test now: the running phase is dropped, a partial report goes to the queue.
+    /// The end comes before this returns unless the store is locked, which is waited for.
     void abortTest();
     bool isRunning() const { return running; }
 
@@ -162,7 +164,9 @@ private:
     void advance(Phase next);
     void continueLater(Phase next);
     void stopOnRequest();
-    void keepUnfinishedTest();
+    void keepAndEnd(TestOutcome::End end, const QString &errorText = QString());
+    void keep(const std::function<void()> &kept);
+    void store(const std::function<void()> &done);
     void dropActivity();
     void endTest(TestOutcome::End end, const QString &errorText = QString());
     void startServices();
@@ -184,12 +188,14 @@ private:
     int numberOfRetries = 0;
     HttpGetRequester *httpgetter;
     SessionOpener *session;
+    StoreWriter *writer;
     ReportDelivery *delivery;
     TestRecorder *recorder;
     MeasurementSteps *steps;
     Phase teststatus = Phase::Init;
 
     bool running = false;
+    bool ending = false; ///< all that is left is to keep what there is
     /// Silences what the current phase has under way.
     std::function<void()> cancelActivity;
     /// Context of delayed calls; a new test replaces it, so that no call of an old one arrives.

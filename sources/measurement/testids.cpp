@@ -10,6 +10,8 @@
 #include <QTimer>
 
 #include <chrono>
+#include <tuple>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -55,16 +57,19 @@ void TestIds::load()
     if (savedUser < 1) {
         return;
     }
+    const std::pair drawn{plausible(saved(u"SeriesId"_s), 1), plausible(saved(u"TestId"_s), 0)};
+    // Where the settings cannot be written, they stay behind what has been given already.
+    if (user != savedUser || drawn > std::pair{series, test}) {
+        std::tie(series, test) = drawn;
+    }
     user = savedUser;
-    test = plausible(saved(u"TestId"_s), 0);
-    series = plausible(saved(u"SeriesId"_s), 1);
 }
 
 void TestIds::save() const
 {
-    Utils::setSettingsCommonValue(u"UserId"_s, QString::number(user));
-    Utils::setSettingsCommonValue(u"SeriesId"_s, QString::number(series));
-    Utils::setSettingsCommonValue(u"TestId"_s, QString::number(test));
+    Utils::setSettingsCommonValues({{u"UserId"_s, QString::number(user)},
+                                    {u"SeriesId"_s, QString::number(series)},
+                                    {u"TestId"_s, QString::number(test)}});
 }
 
 void TestIds::draw(QObject *context, const std::function<void()> &done)

@@ -23,6 +23,8 @@ public:
     virtual void setRTTText(QString text) = 0;
     virtual void setDataTransferred(QString text) = 0;
     virtual void setErrorText(QString text) = 0; ///< one sentence for the user, translated
+    /// One sentence for the user about a test that goes on, translated.
+    virtual void setNotice(QString text) { setStatus(text); }
     /// True when the user wants the test to end at the next step.
     virtual bool stopRequested() = 0;
     virtual void setInformation(QString server, QString seriesId, QString testId,

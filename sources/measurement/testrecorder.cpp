@@ -27,6 +27,7 @@ void TestRecorder::clear()
     }
     results = nullptr;
     value = {};
+    document = {};
     completed = stored = false;
 }
 
@@ -60,27 +61,25 @@ void TestRecorder::complete()
     completed = true;
 }
 
-QString TestRecorder::report()
+void TestRecorder::makeReport()
 {
     if (!completed) {
         results->setTimestamp(Utils::getTimeInMs());
     }
     value = results->finished(Surroundings::of(context));
-    const QString document = TestReport::document(value)->xml;
-    results->setSizeOfXmInBytes(document.toUtf8().size());
-    return document;
+    document = *TestReport::document(value);
+    results->setSizeOfXmInBytes(document.xml.toUtf8().size());
 }
 
-bool TestRecorder::store(const ReportDelivery::Outcome &reports)
+bool TestRecorder::store()
 {
-    stored = true;
-    note(reports);
-    const qulonglong row = gDB->storeTest(value);
-    results->setMyTestId(static_cast<qlonglong>(row));
-    if (row > 0) {
+    const qulonglong row = gDB->storeTest(value, &document);
+    stored = row > 0;
+    if (stored) {
+        results->setMyTestId(static_cast<qlonglong>(row));
         value.storedId = static_cast<qint64>(row);
     }
-    return row > 0;
+    return stored;
 }
 
 void TestRecorder::conclude(const ReportDelivery::Outcome &reports)
@@ -88,11 +87,6 @@ void TestRecorder::conclude(const ReportDelivery::Outcome &reports)
     if (!value.timestamp) {
         value = Surroundings::of(context);
     }
-    note(reports);
-}
-
-void TestRecorder::note(const ReportDelivery::Outcome &reports)
-{
     value.report = {reports.delivered, reports.queueId, reports.resent};
 }
 

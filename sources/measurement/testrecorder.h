@@ -2,6 +2,7 @@
 
 #include "data/databudget.h"
 #include "data/finishedtest.h"
+#include "data/xmldata.h"
 #include "measurement/reportdelivery.h"
 
 #include <QObject>
@@ -42,21 +43,23 @@ public:
     /// The last phase has run: the record has all that it will get.
     void complete();
     bool isComplete() const { return completed; }
-    /// The document of what there is; stamps a record that is not complete.
-    QString report();
+    /// Makes the report of what there is; stamps a record that is not complete.
+    void makeReport();
+    /// The report that was made last; it has a row of the queue once it is stored.
+    const XMLData &report() const { return document; }
 
-    /// Stores the test once, with what became of its report. False when it could not be stored.
-    bool store(const ReportDelivery::Outcome &reports);
+    /// Stores the test, and its report in the queue, with one transaction. False, and nothing is
+    /// stored, when that failed.
+    bool store();
     bool isStored() const { return stored; }
     /// The end, for who shows the test: also of one that did not get as far as a report.
     void conclude(const ReportDelivery::Outcome &reports);
 
 private:
-    void note(const ReportDelivery::Outcome &reports);
-
     TestContext &context;
     TestResults *results = nullptr; ///< a child
     FinishedTest value;
+    XMLData document;
     bool completed = false;
     bool stored = false;
 };

@@ -17,7 +17,7 @@ namespace velometer {
 
 namespace {
 
-constexpr qint64 intervalNs = 100'000'000;
+constexpr qint64 intervalNs = Result::intervalNs;
 constexpr int intervalsPerSecond = 10;
 /// Bytes in 100 ms to bit/s.
 constexpr qint64 bitsPerSecondFactor = 80;
@@ -25,6 +25,14 @@ constexpr qint64 nsInMs = 1'000'000;
 constexpr auto repaintPeriod = 200ms;
 /// Lets the last interval be closed by data that comes after it.
 constexpr auto deadlineGrace = 100ms;
+
+/// "HTTP/1.1 200"
+constexpr qsizetype statusLineLength = 12;
+
+bool isServed(const QByteArray &statusLine)
+{
+    return statusLine.startsWith("HTTP/1.") && statusLine.endsWith(" 200");
+}
 
 qint64 span(qint64 start, qint64 end)
 {
@@ -42,11 +50,8 @@ ThroughputTest::ThroughputTest(MeasurementContext *context, QString testName, Re
     , resulttype(type)
     , time_start(Utils::getTimeInNs())
 {
-    timer.setSingleShot(true);
-    // A coarse timer may be late by a twentieth, which is a third of a second here.
-    timer.setTimerType(Qt::PreciseTimer);
-    connect(&timer, &QTimer::timeout, this, &ThroughputTest::timeoutOccourd);
-    connect(&repainttimer, &QTimer::timeout, this, &ThroughputTest::timeoutOccourdRepaint);
+    connect(&timer, &ClockTimer::timeout, this, &ThroughputTest::timeoutOccourd);
+    connect(&repainttimer, &ClockTimer::timeout, this, &ThroughputTest::timeoutOccourdRepaint);
     connect(socket, &QTcpSocket::connected, this, &ThroughputTest::slotConnected);
     connect(socket, &QTcpSocket::disconnected, this, &ThroughputTest::slotDisconnected);
     connect(socket, &QTcpSocket::errorOccurred, this, &ThroughputTest::slotError);
@@ -96,6 +101,25 @@ void ThroughputTest::slotConnected()
     Utils::addLogEntry(u"Written: %1"_s.arg(written));
 }
 
+qsizetype ThroughputTest::missingOfAnswer() const
+{
+    return statusLineLength - statusLine.size();
+}
+
+bool ThroughputTest::takeAnswer(const QByteArray &bytes)
+{
+    if (missingOfAnswer() == 0) {
+        return true;
+    }
+    statusLine += bytes.left(missingOfAnswer());
+    if (missingOfAnswer() > 0 || isServed(statusLine)) {
+        return true;
+    }
+    Utils::addLogEntry(u"%1 refused: %2"_s.arg(name, QString::fromLatin1(statusLine)));
+    finish();
+    return false;
+}
+
 void ThroughputTest::begin()
 {
     timegettimeend = Utils::getTimeInNs();
@@ -135,6 +159,7 @@ void ThroughputTest::recordInterval(qint64 total, qint64 &oldTotal)
 
 void ThroughputTest::timeoutOccourdRepaint()
 {
+    repainttimer.start(repaintPeriod);
     controller->getTestObserver()->setProgressValue(
         static_cast<int>((Utils::getTimeInNs() - time_start) / nsInMs));
 }
@@ -176,6 +201,9 @@ void ThroughputTest::finish(bool cut)
     result->setAllBytesTransfered(totalBytes());
     result->setCongestionControl(congestionControl);
     result->setCutByBudget(cut);
+    // An uploading client need not be answered before it has ended.
+    result->setAccepted(isServed(statusLine) ||
+                        (resulttype == Result::Upload && statusLine.isEmpty()));
     controller->measurementDone(result);
 }
 

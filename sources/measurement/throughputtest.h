@@ -1,10 +1,11 @@
 #pragma once
 
 #include "data/result.h"
+#include "utils/clocktimer.h"
 
 #include <QAbstractSocket>
+#include <QByteArray>
 #include <QObject>
-#include <QTimer>
 
 #include <limits>
 #include <optional>
@@ -20,10 +21,11 @@ class MeasurementContext;
 ///
 /// All bytes since the last recorded boundary are credited to the interval just before the one in
 /// which they are seen; intervals without data keep 0; what comes after the last interval is
-/// counted in the total alone. Times are ns, missing ones -1. An object serves one measurement and
-/// ends in exactly one measurementDone() of its controller, from the event loop, unless it is
-/// cancelled: with the figures so far when the connection fails, is closed early, or has moved as
-/// many bytes as it may.
+/// counted in the total alone. A stream counts when it is answered with 200, or, of an upload, with
+/// nothing: the end of any other is its result, without a rate. Times are ns, missing ones -1. An
+/// object serves one measurement and ends in exactly one measurementDone() of its controller, from
+/// the event loop, unless it is cancelled: with the figures so far when the connection fails, is
+/// closed early, or has moved as many bytes as it may.
 class ThroughputTest : public QObject
 {
     Q_OBJECT
@@ -48,6 +50,11 @@ protected:
     virtual qint64 totalBytes() const = 0;
     virtual QString requestText() const = 0;
 
+    /// What the server answers, from its beginning on and in any pieces. False: the stream is
+    /// refused, and the test has ended.
+    bool takeAnswer(const QByteArray &bytes);
+    /// As much of the answer as takeAnswer() still looks at.
+    qsizetype missingOfAnswer() const;
     /// The first data is there: the measured period begins.
     void begin();
     /// Takes the clock for data that is there now.
@@ -77,8 +84,9 @@ private Q_SLOTS:
 private:
     const QString name;
     const Result::Type resulttype;
-    QTimer timer;
-    QTimer repainttimer;
+    QByteArray statusLine; ///< its beginning, up to the code
+    ClockTimer timer;
+    ClockTimer repainttimer;
     Result *result = nullptr;
     QString congestionControl;
     qint64 limit = unlimited;

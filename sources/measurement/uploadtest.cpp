@@ -112,7 +112,8 @@ void UploadTest::readyRead()
     if (response.size() < maxResponse) {
         response += QString::fromLatin1(nul < 0 ? bytes : bytes.left(nul));
     }
-    Utils::addLogEntry(u"Ready Read: %1"_s.arg(response.size()));
+    Utils::addLogEntry(u"Ready Read: %1"_s.arg(response.size()), u"Ready Read"_s);
+    takeAnswer(bytes);
 }
 
 } // namespace velometer

@@ -3,6 +3,7 @@
 #include "measurement/throughputtest.h"
 
 #include <QByteArray>
+#include <QTimer>
 
 namespace velometer {
 

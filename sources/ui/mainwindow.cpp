@@ -63,6 +63,7 @@ void MainWindow::windowReady()
     getController()->showInformation();
     ui->labelLoading->hide();
     showTestTab();
+    storeDialogue->tellSetAside();
     storeOpen ? offerInterrupted() : storeDialogue->tellNotOpened();
 }
 
@@ -250,8 +251,9 @@ void MainWindow::exitClicked()
     if (popups->isOpen()) {
         return;
     }
-    close();
-    endSession();
+    if (close()) {
+        endSession();
+    }
 }
 
 void MainWindow::endSession()
@@ -267,6 +269,12 @@ void MainWindow::closeEvent(QCloseEvent *event)
     if (session) {
         display->requestStop();
         session->close();
+        if (getController()->isRunning()) {
+            // Another program holds the store locked: what the test has is kept first.
+            connect(getController(), &TestController::testEnded, this, &QWidget::close,
+                    Qt::QueuedConnection);
+            return event->ignore();
+        }
     }
     event->accept();
     Q_EMIT closed();

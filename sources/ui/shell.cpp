@@ -76,11 +76,7 @@ protected:
         fit();
     }
 
-    void closeEvent(QCloseEvent *event) override
-    {
-        window.close();
-        event->accept();
-    }
+    void closeEvent(QCloseEvent *event) override { event->setAccepted(window.close()); }
 
 private:
     // The design's width or height fills the screen, the other is as much as the screen has, but

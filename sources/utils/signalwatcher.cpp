@@ -21,7 +21,11 @@ void restoreDefaults()
 
 extern "C" void velometerCatchSignal(int number)
 {
-    restoreDefaults();
+    if (number == SIGHUP) {
+        std::signal(SIGHUP, SIG_IGN);
+    } else {
+        restoreDefaults();
+    }
     const auto byte = static_cast<unsigned char>(number);
     [[maybe_unused]] const ssize_t written = ::write(wires[0], &byte, 1);
 }
@@ -41,11 +45,15 @@ SignalWatcher::SignalWatcher(QObject *parent)
     connect(&notifier, &QSocketNotifier::activated, this, &SignalWatcher::read);
     std::signal(SIGINT, velometerCatchSignal);
     std::signal(SIGTERM, velometerCatchSignal);
+    if (std::signal(SIGHUP, velometerCatchSignal) == SIG_IGN) {
+        std::signal(SIGHUP, SIG_IGN);
+    }
 }
 
 SignalWatcher::~SignalWatcher()
 {
     restoreDefaults();
+    std::signal(SIGHUP, SIG_DFL);
     notifier.setEnabled(false);
     for (int &wire : wires) {
         ::close(wire);

@@ -6,7 +6,9 @@
 namespace velometer {
 
 /// Turns the first SIGINT or SIGTERM into a Qt signal, from its construction on; a second one ends
-/// the program at once, for a user who has lost patience. One in a process, main thread.
+/// the program at once, for a user who has lost patience. So does SIGHUP, of which any number may
+/// follow: a terminal that is closed sends several. A program that was started with SIGHUP ignored
+/// goes on ignoring it. One in a process, main thread.
 class SignalWatcher : public QObject
 {
     Q_OBJECT

@@ -2,12 +2,15 @@
 
 #include "utils/clock.h"
 
+#include <QDateTime>
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QStringList>
 #include <QTextStream>
 
+#include <algorithm>
 #include <iterator>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +23,14 @@ constexpr qsizetype maxLogLines = 1000;
 constexpr qsizetype maxLogLineLength = 2000;
 
 QStringList logentries;
+
+struct LastEntry
+{
+    QString kind;
+    int count = 0;
+    bool isKept = false; ///< it stands at the end of the log
+};
+LastEntry lastEntry;
 
 struct Code
 {
@@ -146,9 +157,36 @@ void Utils::setSettingsCommonValue(QString key, QString value)
     write(commonStore, key, value);
 }
 
-void Utils::addLogEntry(QString text)
+void Utils::setSettingsCommonValues(const QList<std::pair<QString, QString>> &values)
 {
-    if (logentries.size() < maxLogLines) {
+    QSettings settings(u"orvak"_s, commonStore);
+    const QDateTime before = QFileInfo(settings.fileName()).lastModified();
+    for (const auto &[key, value] : values) {
+        settings.setValue(key, value);
+    }
+    settings.sync();
+    // Another program reads the file anew when its size or its time has changed: two numbers of the
+    // same length within one millisecond would look alike.
+    QFile file(settings.fileName());
+    if (file.open(QIODevice::ReadWrite)) {
+        file.setFileTime(std::max(QDateTime::currentDateTime(), before.addMSecs(1)),
+                         QFileDevice::FileModificationTime);
+    }
+}
+
+void Utils::addLogEntry(QString text, QString kind)
+{
+    if (kind.isEmpty()) {
+        kind = text;
+    }
+    const bool repeats = kind == lastEntry.kind;
+    if (!repeats) {
+        lastEntry = {kind, 0, logentries.size() < maxLogLines};
+    }
+    ++lastEntry.count;
+    if (lastEntry.isKept && repeats) {
+        logentries.last() = logLine(text) + u" (%1 times)"_s.arg(lastEntry.count);
+    } else if (lastEntry.isKept) {
         logentries.append(logLine(text));
     }
     qDebug().noquote() << logLine(text);

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QString>
+
+#include <utility>
 
 namespace velometer {
 
@@ -37,11 +40,16 @@ public:
     /// The settings shared by the family of programs: "UserId", "SeriesId", "TestId".
     static QString getSettingsCommonValue(QString key);
     static void setSettingsCommonValue(QString key, QString value);
+    /// Several at once: all of them are on the disk, or none. Every program that reads them later
+    /// sees them, whatever it has read before.
+    static void setSettingsCommonValues(const QList<std::pair<QString, QString>> &values);
 
     /// Adds "TIME: text" to the diagnostic log, which keeps its first 1000 lines, and writes the
     /// line to the debug output in any case. A text from outside may be long: a line keeps its
-    /// first 2000 characters, so that the log always fits into a report.
-    static void addLogEntry(QString text);
+    /// first 2000 characters, so that the log always fits into a report. A line that repeats the
+    /// one before takes its place there and says how many they are: a peer that talks much must not
+    /// push out what comes later. Lines of one @p kind repeat each other; otherwise equal texts do.
+    static void addLogEntry(QString text, QString kind = {});
 
     /// All log lines, each escaped for XML and ended by CR LF. The ampersand is escaped after the
     /// angle brackets: "<" comes out as "&amp;lt;". The service undoes it in the same order.

@@ -116,6 +116,9 @@ private Q_SLOTS:
         FakePlatform platform;
         ServerSelection selection(platform, nullptr);
         QString error;
+        QVERIFY(selection.chooseForNow(u"Sunrise"_s, &error));
+        QCOMPARE(selection.current()->getHostname(), u"127.0.0.2"_s);
+        QCOMPARE(Utils::getSettingsValue(u"TestServer.Hostname"_s), QString());
         QCOMPARE(selection.choose(QString::fromUtf8(QTest::currentDataTag()), &error),
                  !host.isEmpty());
         QCOMPARE(Utils::getSettingsValue(u"TestServer.Hostname"_s), host);

@@ -2,6 +2,7 @@
 
 #include "support/programhome.h"
 #include "support/registeredtest.h"
+#include "support/rows.h"
 
 #include <QDirIterator>
 #include <QJsonArray>
@@ -36,6 +37,7 @@ private Q_SLOTS:
     {
         home = std::make_unique<ProgramHome>();
         home->startService();
+        home->environment.insert(u"VELOMETER_CONFIG"_s, home->config());
     }
     void cleanup() { home.reset(); }
 
@@ -152,15 +154,26 @@ private Q_SLOTS:
         QCOMPARE(lastObject(ended).value("test_id"_L1), u"1"_s); // the oldest
     }
 
+    void keepsWhatAnInterruptedTestHas_data()
+    {
+        const Rows<int, int> row("number", "status");
+        row("interrupted", SIGINT, 130);
+        row("hung up", SIGHUP, 129);
+    }
     void keepsWhatAnInterruptedTestHas()
     {
+        QFETCH(int, number);
+        QFETCH(int, status);
         const auto process = start({u"--json-stream"_s, u"--count"_s, u"2"_s});
         QVERIFY(ProgramHome::waitForText(*process, "\"event\":\"progress\""));
-        ::kill(static_cast<pid_t>(process->processId()), SIGINT);
+        // The shell and the terminal both tell of a hang-up.
+        for (int i = 0; i < (number == SIGHUP ? 3 : 1); ++i) {
+            ::kill(static_cast<pid_t>(process->processId()), number);
+        }
         const Ended ended = end(*process);
-        QCOMPARE(ended.status, 130);
+        QCOMPARE(ended.status, status);
         QCOMPARE(lastObject(ended).value("event"_L1), u"error"_s);
-        QCOMPARE(lastObject(ended).value("status"_L1), 130);
+        QCOMPARE(lastObject(ended).value("status"_L1), status);
 
         QCOMPARE(stored(u"PRAGMA integrity_check"_s), QList<QVariantList>({{u"ok"_s}}));
         QCOMPARE(stored(u"SELECT id FROM xmlfiles"_s).size(), 1);
@@ -216,8 +229,7 @@ private:
 
     ProgramHome::Process start(const QStringList &arguments) const
     {
-        return home->start(QStringLiteral(CLIENT_PROGRAM),
-                           arguments + QStringList{u"--config"_s, home->config()});
+        return home->start(QStringLiteral(CLIENT_PROGRAM), arguments);
     }
     Ended run(const QStringList &arguments) { return end(*start(arguments)); }
     Ended end(QProcess &process)

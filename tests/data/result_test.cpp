@@ -36,17 +36,28 @@ private Q_SLOTS:
         }
         const Result result(80, 7, 2'000'000'000, 500'000, table, table, 5, 6, 7, Result::Download,
                             nullptr);
-        QCOMPARE(result.getRateAvg(), 2'000'000);
+        QCOMPARE(result.getRateAvg(), result.isValid() ? 2'000'000 : -1);
         QTEST(result.getValuesAvg(), "valuesAvg");
         QTEST(result.isValid(), "valid");
         QTEST(result.getRateMin(), "min");
         QTEST(result.getRateMax(), "max");
     }
 
-    void aPhaseWithoutDurationHasNoRate()
+    void aRefusedOrShortStreamHasNoRateAtAll()
     {
-        const Result result(80, 7, 0, 1000, {}, {}, 0, -1, -1, Result::Upload, nullptr);
-        QCOMPARE(result.getRateAvg(), -1);
+        IntervalTable table;
+        for (int i = 0; i < 14; ++i) {
+            table.insert(i, 1000);
+        }
+        for (const auto &[ns, accepted] :
+             {std::pair{499'999'999LL, true}, {0LL, true}, {7'000'000'000LL, false}}) {
+            Result result(80, 7, ns, 1000, table, table, 0, -1, -1, Result::Upload, nullptr);
+            result.setAccepted(accepted);
+            result.setCutByBudget(true);
+            QVERIFY(!result.isValid());
+            QCOMPARE((QList<qint64>{result.getRateMin(), result.getRateAvg(), result.getRateMax()}),
+                     (QList<qint64>{-1, -1, -1}));
+        }
     }
 
     void derivesResponseTimes()

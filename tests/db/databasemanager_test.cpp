@@ -1,15 +1,19 @@
 #include "db/databasemanager.h"
 
 #include "data/testdetails.h"
+#include "db/storewriter.h"
+#include "support/fakeclock.h"
 #include "support/registeredtest.h"
 #include "support/rows.h"
 #include "utils/utils.h"
 
+#include <QSignalSpy>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -32,31 +36,37 @@ private Q_SLOTS:
     }
     void cleanup() { db.reset(); }
 
-    void anotherVersionIsWipedTheOwnIsKept_data()
+    void anotherVersionIsSetAsideTheOwnIsKept_data()
     {
-        const Rows<QString, int> row("statement", "kept");
-        row("own version", "SELECT 1", 1);
-        row("newer version", "UPDATE version SET v = 7", 0);
-        row("no version table", "DROP TABLE version", 0);
+        const Rows<QString, QString> row("statement", "aside");
+        row("own version", "SELECT 1", {});
+        row("newer version", "UPDATE version SET v = 7", ".version-7");
+        row("the same once more", "UPDATE version SET v = 7", ".version-7-2");
+        row("no version table", "DROP TABLE version", ".version-unknown");
     }
-    void anotherVersionIsWipedTheOwnIsKept()
+    void anotherVersionIsSetAsideTheOwnIsKept()
     {
         QFETCH(QString, statement);
-        QFETCH(int, kept);
+        QFETCH(QString, aside);
         QVERIFY(store(13, 3) > 0);
         XMLData report;
-        QVERIFY(db->insertOrUpdateXMLFile(&report) > 0);
+        QVERIFY(db->insertOrUpdateXMLFile(&report));
         QVERIFY(sql(u"INSERT INTO testintervals VALUES(1,1,'7')"_s));
         QVERIFY(sql(statement));
         db = std::make_unique<DatabaseManager>(nullptr);
         QVERIFY(db->openDB());
+        const int kept = aside.isEmpty() ? 1 : 0;
         QCOMPARE(static_cast<int>(db->getAllResults().size()), kept);
         QCOMPARE(db->countUnsentXMLFiles(), kept);
-        // Row ids start again: what a wiped test left would become the next one's.
         QCOMPARE(static_cast<int>(db->getIntervals(1, Result::Download).size()), kept);
-        QSqlQuery version(u"SELECT * FROM version"_s);
-        QVERIFY(version.next());
-        QCOMPARE(version.value(0).toInt(), 6);
+        QCOMPARE(value(u"SELECT v FROM version"_s), 6);
+        QCOMPARE(value(u"PRAGMA journal_mode"_s), u"wal"_s);
+        QCOMPARE(value(u"PRAGMA synchronous"_s), 2);
+        if (kept == 0) {
+            QCOMPARE(db->getAsideFile(), DatabaseManager::databaseFile() + aside);
+            QVERIFY(sql(u"ATTACH '%1' AS aside"_s.arg(db->getAsideFile())));
+            QCOMPARE(value(u"SELECT count(*) FROM aside.testresults, aside.xmlfiles"_s), 1);
+        }
     }
 
     void aFileFromBeforeTheIntervalsKeepsItsTests()
@@ -115,7 +125,7 @@ private Q_SLOTS:
     void aTestIsStoredWholeOrNotAtAll_data()
     {
         const Rows<QString> row("table");
-        for (const char *table : {"testresults", "testdetails", "testintervals"}) {
+        for (const char *table : {"testresults", "testdetails", "testintervals", "xmlfiles"}) {
             row(table, table);
         }
     }
@@ -127,7 +137,9 @@ private Q_SLOTS:
                 table)));
         FinishedTest test;
         test.upload.intervalBytes = {1, 2};
-        QCOMPARE(db->storeTest(test), 0);
+        XMLData report;
+        QCOMPARE(db->storeTest(test, &report), 0);
+        QVERIFY(!report.identification && db->countUnsentXMLFiles() == 0);
         QVERIFY(sql(u"DROP TRIGGER broken"_s));
         QVERIFY(db->getAllResults().empty() && !db->getDetailsById(1));
         QVERIFY(db->getIntervals(1, Result::Upload).isEmpty());
@@ -135,11 +147,9 @@ private Q_SLOTS:
 
     void aTestKnowsWhatBecameOfItsReport()
     {
-        XMLData document;
         const auto queued = [&] {
-            FinishedTest test;
-            test.report = {false, db->insertOrUpdateXMLFile(&document), {}};
-            return db->storeTest(test);
+            XMLData document;
+            return db->storeTest({}, &document);
         };
         const auto report = [&](qulonglong id) {
             return db->getTest(*db->getResultsById(id)).report;
@@ -174,8 +184,8 @@ private Q_SLOTS:
                         .arg(longitude)));
         };
         add(1, u"WLAN"_s, 47.5, 8.5);
-        add(2, u"WLAN"_s, 0, 0);           // no position
-        add(3, u"Mobile(LTE)"_s, 0, 8.25); // on the equator
+        add(2, u"Mixed(WLAN,Mobile)"_s, 0, 0); // no position
+        add(3, u"Mobile(LTE)"_s, 0, 8.25);     // on the equator
         QCOMPARE(db->getTotalMegabytesInDB(), 4.5);
         QCOMPARE(db->getTotalMegabytesOverMobileInDB(), 1.5);
         const auto locations = db->getLocationsOfTests();
@@ -188,29 +198,65 @@ private Q_SLOTS:
 
     void theQueueIsWalkedInOrderUpToTwentyAttempts()
     {
-        QVERIFY(sql(
-            u"INSERT INTO xmlfiles VALUES(3,0,'three ä %1 %2'),(5,20,'five'),(8,19,'eight')"_s));
-        auto report = db->getNextUnsentXMLFile(-1);
-        QCOMPARE(report->identification, 3);
-        QCOMPARE(report->xml, u"three ae %1 %2"_s);
-        report = db->getNextUnsentXMLFile(3);
-        QCOMPARE(report->identification, 8);
-        QVERIFY(!db->getNextUnsentXMLFile(8));
-
-        report->numberofretries = 20;
-        report->xml = u"changed"_s;
-        QCOMPARE(db->insertOrUpdateXMLFile(report.get()), 8);
-        QVERIFY(!db->getNextUnsentXMLFile(3));
-        QSqlQuery query(u"SELECT xml FROM xmlfiles WHERE id = 8"_s);
-        QVERIFY(query.next());
-        QCOMPARE(query.value(0).toString(), u"eight"_s);
-
-        QVERIFY(db->deleteUnsentXMLFile(3));
-        QVERIFY(!db->getNextUnsentXMLFile(-1));
+        QVERIFY(sql(u"INSERT INTO xmlfiles VALUES(3,0,'three ä %1 %2'),(5,20,'five'),(-1,2,'-1'),"
+                    "(0,3,'0'),(6000000000,19,'far')"_s));
+        QStringList walk;
+        std::unique_ptr<XMLData> report;
+        for (qint64 last = std::numeric_limits<qint64>::min();
+             (report = db->getNextUnsentXMLFile(last)) && walk.size() < 9;
+             last = *report->identification) {
+            walk += u"%1 %2 %3"_s.arg(*report->identification)
+                        .arg(QString::number(report->numberofretries), report->xml);
+            report->numberofretries = 20;
+            report->xml = u"changed"_s;
+            QCOMPARE(db->insertOrUpdateXMLFile(report.get()), report->identification);
+        }
+        QCOMPARE(walk, (QStringList{u"-1 2 -1"_s, u"0 3 0"_s, u"3 0 three ae %1 %2"_s,
+                                    u"6000000000 19 far"_s}));
+        QCOMPARE(db->countUnsentXMLFiles(), 0);
+        QCOMPARE(value(u"SELECT xml FROM xmlfiles WHERE id > 5"_s), u"far"_s);
+        QVERIFY(db->deleteUnsentXMLFile(6'000'000'000));
+        QCOMPARE(value(u"SELECT count(*) FROM xmlfiles"_s), 4);
         XMLData apostrophe;
         apostrophe.xml = u"it's"_s;
-        QCOMPARE(db->insertOrUpdateXMLFile(&apostrophe), -1);
-        QCOMPARE(apostrophe.identification, -1);
+        QCOMPARE(db->insertOrUpdateXMLFile(&apostrophe), std::nullopt);
+    }
+
+    void aLockedStoreIsWaitedForAMinute_data()
+    {
+        // after: s until the lock is gone; stored: in the end
+        const Rows<int, bool, int> row("after", "stored", "told");
+        row("free", 0, true, 0);
+        row("a moment", 1, true, 0);
+        row("most of a minute", 59, true, 1);
+        row("a minute", 61, false, 1);
+    }
+    void aLockedStoreIsWaitedForAMinute()
+    {
+        QFETCH(int, after);
+        FakeClock clock;
+        QSqlDatabase other = QSqlDatabase::cloneDatabase(QSqlDatabase::database(), u"other"_s);
+        QVERIFY(other.open());
+        QSqlQuery lock(other);
+        QVERIFY(after == 0 || lock.exec(u"BEGIN IMMEDIATE"_s));
+        StoreWriter writer(nullptr);
+        QSignalSpy told(&writer, &StoreWriter::waiting);
+        std::optional<bool> stored;
+        writer.write([&] { return store(13, 3) > 0; }, [&](bool done) { stored = done; });
+        for (int second = 0; second < 61 && !stored; ++second) {
+            if (second == after) {
+                lock.exec(u"ROLLBACK"_s);
+            }
+            for (int i = 0; i < 5; ++i) {
+                clock.advance(200ms);
+            }
+        }
+        QTEST(stored.value(), "stored");
+        QTEST(static_cast<int>(told.size()), "told");
+        QCOMPARE(db->getAllResults().size(), size_t(*stored ? 1 : 0));
+        lock = QSqlQuery();
+        other = QSqlDatabase();
+        QSqlDatabase::removeDatabase(u"other"_s);
     }
 
 private:
@@ -222,6 +268,11 @@ private:
         return db->storeTest(finished);
     }
     static bool sql(const QString &statement) { return QSqlQuery().exec(statement); }
+    static QVariant value(const QString &statement)
+    {
+        QSqlQuery query(statement);
+        return query.next() ? query.value(0) : QVariant();
+    }
 
     QTemporaryDir directory;
     std::unique_ptr<DatabaseManager> db;

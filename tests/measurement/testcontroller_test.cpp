@@ -7,20 +7,24 @@
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
+#include "support/fakeclock.h"
 #include "support/fakeobserver.h"
 #include "support/fakeplatform.h"
 #include "support/fakeservice.h"
 #include "support/registeredtest.h"
 #include "support/rows.h"
+#include "support/silentpeer.h"
 
 #include <QLockFile>
 #include <QSignalSpy>
+#include <QSqlQuery>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -51,10 +55,10 @@ QStringList savedIds()
 QStringList queued()
 {
     QStringList documents;
-    int last = 0;
+    qint64 last = 0;
     while (const auto data = gDB->getNextUnsentXMLFile(last)) {
         documents.append(data->xml);
-        last = data->identification;
+        last = *data->identification;
     }
     return documents;
 }
@@ -100,6 +104,7 @@ private Q_SLOTS:
     {
         saveIds({});
         platform->network.name[NetworkMode::Unknown] = u"Zürich Ñandú"_s;
+        service->serveForAWhile();
         create();
         QList<int> phases;
         connect(controller.get(), &TestController::phaseEntered, this,
@@ -113,11 +118,11 @@ private Q_SLOTS:
         // The service's last series was 12.
         QCOMPARE(savedIds(), (QStringList{u"52077"_s, u"13"_s, u"1"_s}));
 
-        // The row, from its figures on the wire: the server's upload average comes first.
+        // The row: the server's upload average comes first.
         const auto row = gDB->getResultsById(ended.storedId);
         QCOMPARE(row->uploadSpeed, 200000.0);
-        QCOMPARE(row->uploadSpeedClient, -1.0); // too short to tell a rate
-        QCOMPARE(row->downloadSpeed, -1.0);
+        QCOMPARE(row->uploadSpeedClient, -1.0); // all of it in the ramp-up
+        QVERIFY(row->downloadSpeed > 0 && row->downloadSpeed <= 20'019 * 8 / 0.7);
         QVERIFY(observer->calls.contains(u"upload 200 kBit/s"_s));
         QCOMPARE(observer->information,
                  (QStringList{u"127.0.0.1"_s, u"13"_s, u"1"_s, u"positionunknown"_s}));
@@ -197,6 +202,7 @@ private Q_SLOTS:
     {
         TestIds first;
         TestIds second;
+        second.startNewSeries(nullptr, [] {});
         const QString lockFile =
             QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
             "/orvak/ids.lock"_L1;
@@ -215,7 +221,7 @@ private Q_SLOTS:
         other.unlock();
         QTRY_COMPARE(drawn.size(), 2);
         drawn.sort();
-        QCOMPARE(drawn, (QStringList{u"13/3"_s, u"13/4"_s}));
+        QCOMPARE(drawn, (QStringList{u"14/1"_s, u"14/2"_s}));
     }
 
     void everyFailureSaysSoAndKeepsWhatItHas_data()
@@ -227,6 +233,8 @@ private Q_SLOTS:
         row("no network in a series", End::NoNetwork, lost, "InitFailed");
         row("server unreachable", End::ServerUnreachable, "noConnectionToServer", {});
         row("not initialised", End::Refused, "errorInit", "InitFailed");
+        row("no room", End::Refused, u"4 Str\u00f6me laufen schon."_s, "InitFailed");
+        row("no room, a page", End::Refused, "errorInit", "InitFailed");
         row("network lost", End::NoNetwork, lost, download);
         row("stop requested", End::Stopped, {}, download);
         row("aborted", End::Stopped, {}, download);
@@ -245,6 +253,11 @@ private Q_SLOTS:
         if (failure == "not initialised") {
             service->script("initialise", {"HTTP/1.1 500 Internal Server Error\r\n\r\nsorry"});
         }
+        if (failure.startsWith("no room")) {
+            const QByteArray type = failure.endsWith("page") ? "html" : "plain; charset=utf-8";
+            service->script("initialise", {"HTTP/1.1 503 Busy\r\ncontent-type: text/" + type +
+                                           "\r\n\r\n4\x1b Str\u00f6me\n laufen schon."});
+        }
         if (failure == "server unreachable") {
             service->refuse();
         }
@@ -260,6 +273,7 @@ private Q_SLOTS:
                 QTimer::singleShot(0, this, [this] { platform->session.lose(); });
             }
             if (failure == "aborted") {
+                service->script("downloadtest", {"HTTP/1.0 200 OK\r\n\r\nx", false});
                 QTimer::singleShot(0, controller.get(), &TestController::abortTest);
             }
         });
@@ -276,6 +290,7 @@ private Q_SLOTS:
         QCOMPARE(ended.waiting, documents.size());
         QVERIFY(inReport.isEmpty() || documents.first().contains("<Phase>"_L1 + inReport));
         QVERIFY(service->requests("redirect_iphone").isEmpty());
+        QTRY_COMPARE(service->open(), 0); // nothing is fetched any more
         // Nothing of the ended test arrives later.
         const auto calls = observer->calls;
         QTest::qWait(50);
@@ -289,26 +304,133 @@ private Q_SLOTS:
         create();
         runToEnd();
         QCOMPARE(ended.end, End::Completed);
+        // Streams too short for a rate have none, whatever the server says of its own.
+        const auto row = gDB->getResultsById(ended.storedId);
+        QCOMPARE((QList<double>{row->downloadSpeed, row->uploadSpeed, row->uploadSpeedClient}),
+                 (QList<double>{-1, -1, -1}));
+        QVERIFY(observer->calls.contains(u"upload na"_s));
         QVERIFY(!ended.reportDelivered && ended.queueId && ended.storedId > 0);
         // Submitted and queued; what was just refused is not offered again in the same test.
         QCOMPARE(service->requests("redirect_iphone").size(), 1);
         QCOMPARE(gDB->getNextUnsentXMLFile(0)->numberofretries, 0);
         QVERIFY(!queued().first().contains("ClientRetryTime"_L1));
 
-        XMLData old;
-        old.xml = u"<ClientTime>1</ClientTime></PerformanceIPhone>"_s;
-        QVERIFY(gDB->insertOrUpdateXMLFile(&old) > 0);
+        // Rows as other programs may have left them.
+        const QString old = u"'<ClientTime>1</ClientTime></PerformanceIPhone>'"_s;
+        QVERIFY(QSqlQuery().exec(
+            u"INSERT INTO xmlfiles VALUES(-7,0,%1),(0,0,%1),(6000000000,0,%1)"_s.arg(old)));
         service->script("redirect_iphone",
                         {FakeService::ok("stored"), true, "</PerformanceIPhone>"});
         runToEnd();
         QVERIFY(ended.reportDelivered);
-        QCOMPARE(ended.resent, 2);
+        QCOMPARE(ended.resent, 4);
         QCOMPARE(ended.waiting, 0);
         QCOMPARE(gDB->getAllResults().size(), size_t(2));
-        // The failed one, the next test's, and the two of the queue.
+        // The failed one, the next test's, and the four of the queue.
         const auto sent = service->requests("redirect_iphone");
-        QCOMPARE(sent.size(), 4);
+        QCOMPARE(sent.size(), 6);
         QCOMPARE(sent[2].count("</ClientTime><ClientRetryTime>"), 1);
+    }
+
+    void aTestIsStoredWithItsReportBeforeItIsSent()
+    {
+        service->script("redirect_iphone", {{}, false});
+        create();
+        controller->runTests(u"Train"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(service->requests("redirect_iphone").size(), 1, 10000);
+        // What a kill would leave now:
+        const auto row = gDB->getAllResults();
+        QCOMPARE(row.size(), size_t(1));
+        const FinishedTest stored = gDB->getTest(*row.front());
+        QVERIFY(stored.download.bytes && stored.rtt.samples && stored.network.mode);
+        QCOMPARE(stored.report.delivered, false);
+        QCOMPARE(stored.report.queueId, 1);
+        QCOMPARE(gDB->getNextUnsentXMLFile(0)->numberofretries, -1);
+        controller->abortTest();
+        QCOMPARE(controller->getOutcome().end, End::Stopped);
+        QCOMPARE(controller->getOutcome().queueId, 1);
+        QCOMPARE(gDB->getAllResults().size(), size_t(1));
+        QCOMPARE(gDB->countUnsentXMLFiles(), 1);
+    }
+
+    void aSilentServiceIsLeftAfterTenSeconds_data()
+    {
+        const Rows<QByteArray, Phase> row("path", "next");
+        row("user id", "getIDwithUUID", Phase::Initialise);
+        row("initialise", "initialise", Phase::Initialise); // the end
+        row("upload result", "getuploadresult", Phase::UploadEndMarker);
+        row("report", "redirect_iphone", Phase::StoreAndResubmit);
+    }
+    void aSilentServiceIsLeftAfterTenSeconds()
+    {
+        QFETCH(QByteArray, path);
+        QFETCH(Phase, next);
+        saveIds({});
+        service->script(path, {{}, false});
+        FakeClock clock;
+        create();
+        controller->runTests(u"Train"_s);
+        for (int i = 0; i < 500 && service->requests(path).isEmpty(); ++i) {
+            QTest::qWait(2);
+            clock.advance(controller->getPhase() == Phase::Rtt ? 200ms : 0ms);
+        }
+        QSignalSpy left(controller.get(), &TestController::phaseEntered);
+        QSignalSpy end(controller.get(), &TestController::testEnded);
+        clock.advance(9999ms);
+        QTest::qWait(0);
+        QVERIFY(left.isEmpty() && end.isEmpty());
+        clock.advance(1ms);
+        if (path == "initialise") {
+            QCOMPARE(end.size(), 1);
+        } else {
+            QTRY_VERIFY(!left.isEmpty());
+            QCOMPARE(left.first().first().value<Phase>(), next);
+        }
+        controller->abortTest();
+    }
+
+    void anUnreachableServerIsLeftAfterSixChecksOfTenSeconds()
+    {
+        const SilentPeer peer;
+        server.setPort(peer.port());
+        FakeClock clock;
+        create();
+        controller->runTests(u"Train"_s);
+        QTRY_COMPARE(controller->getPhase(), Phase::Reachability);
+        for (int check = 0; check < 6; ++check) {
+            QVERIFY(controller->isRunning());
+            clock.advance(9999ms);
+            QVERIFY(controller->isRunning());
+            clock.advance(1ms);
+        }
+        QCOMPARE(controller->getOutcome().end, End::ServerUnreachable);
+    }
+
+    void anEndWaitsForALockedStore()
+    {
+        create();
+        QSqlDatabase other = QSqlDatabase::cloneDatabase(QSqlDatabase::database(), u"other"_s);
+        QVERIFY(other.open());
+        QSqlQuery lock(other);
+        connect(controller.get(), &TestController::phaseEntered, this, [&](Phase phase) {
+            if (phase == Phase::Download) {
+                QVERIFY(lock.exec(u"BEGIN IMMEDIATE"_s));
+                QTimer::singleShot(0, controller.get(), &TestController::abortTest);
+                QTimer::singleShot(400, this, [&] {
+                    QVERIFY(controller->isRunning());
+                    controller->abortTest(); // an impatient user
+                    platform->session.lose();
+                    QVERIFY(lock.exec(u"ROLLBACK"_s));
+                });
+            }
+        });
+        runToEnd();
+        QCOMPARE(ended.end, End::Stopped);
+        QVERIFY(!ended.storeFailed);
+        QCOMPARE(queued().size(), 1);
+        lock = QSqlQuery();
+        other = QSqlDatabase();
+        QSqlDatabase::removeDatabase(u"other"_s);
     }
 
     void aBudgetIsSharedAndLeavesItsMark_data()

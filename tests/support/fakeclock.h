@@ -30,9 +30,15 @@ public:
     /// Time passes: both clocks move, and what became due happens.
     void advance(std::chrono::microseconds duration)
     {
+        lag(duration);
+        ClockTimer::fireDue();
+    }
+
+    /// Time passes while the program is busy: what became due is late.
+    void lag(std::chrono::microseconds duration)
+    {
         wall += duration;
         steady += duration;
-        ClockTimer::fireDue();
     }
 
     /// Somebody sets the system clock: only the wall clock moves, back too.

@@ -26,7 +26,7 @@ public:
     DeviceInfoHelper *getDeviceInfoHelper() const override { return device.get(); }
     TestObserver *getTestObserver() const override { return &observer; }
     int getMSS() const override { return mss; }
-    void testResultLogReady(TestResultLog * /*log*/) override {}
+    void testResultLogReady(TestResultLog *log) override { entries.append(log); }
     void measurementDone(Result *result) override { results.append(result); }
     void httpRequestDone(bool ok, QString header, QString body) override
     {
@@ -50,6 +50,7 @@ public:
     mutable FakeObserver observer;
     QString schedule;
     int mss = 1460;
+    QList<TestResultLog *> entries;
     QList<Result *> results;
     QList<Answer> answers;
 };

@@ -34,6 +34,7 @@ public:
         calls.append(QStringLiteral("transferred ") + text);
     }
     void setErrorText(QString text) override { calls.append(QStringLiteral("error ") + text); }
+    void setNotice(QString text) override { calls.append(QStringLiteral("notice ") + text); }
     bool stopRequested() override { return stop; }
     void setInformation(QString server, QString seriesId, QString testId, QString position) override
     {

@@ -5,6 +5,9 @@
 #include <QMap>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
+
+#include <algorithm>
 
 namespace velometer {
 
@@ -21,6 +24,7 @@ public:
         bool close = true;           ///< else the connection stays open and silent
         QByteArray awaitedTail = {}; ///< answer only when the request ends with this
         qint64 awaitedBytes = 0;     ///< answer only when the request is this long
+        int secondHalfMs = 0;        ///< comes so much later, and nothing is read any more
     };
 
     FakeService()
@@ -50,6 +54,12 @@ public:
     /// From now on requests whose first line contains @p path are answered so.
     void script(const QByteArray &path, const Answer &answer) { answers[path] = answer; }
 
+    /// Streams long enough for a rate.
+    void serveForAWhile()
+    {
+        answers["downloadtest"].secondHalfMs = answers["uploadtest"].secondHalfMs = 700;
+    }
+
     /// From now on connections are refused.
     void refuse() { server.close(); }
 
@@ -63,6 +73,14 @@ public:
             }
         }
         return found;
+    }
+    /// Connections that neither end has closed.
+    qsizetype open() const
+    {
+        const auto sockets = server.findChildren<QTcpSocket *>();
+        return std::count_if(sockets.begin(), sockets.end(), [](const QTcpSocket *each) {
+            return each->state() == QAbstractSocket::ConnectedState;
+        });
     }
     /// Connections that sent nothing: the connect probes.
     int probes() const { return static_cast<int>(received.count(QByteArray())); }
@@ -100,11 +118,25 @@ private:
                 return;
             }
             socket->setProperty("answered", true);
-            socket->write(each->bytes);
-            if (each->close) {
-                socket->disconnectFromHost();
+            const Answer answer = *each;
+            if (answer.secondHalfMs == 0) {
+                return answerWith(socket, answer.bytes, answer.close);
             }
+            socket->disconnect(this);
+            socket->setReadBufferSize(1);
+            const qsizetype half = answer.bytes.size() / 2;
+            socket->write(answer.bytes.left(half));
+            QTimer::singleShot(answer.secondHalfMs, Qt::PreciseTimer, socket,
+                               [=] { answerWith(socket, answer.bytes.mid(half), answer.close); });
             return;
+        }
+    }
+
+    static void answerWith(QTcpSocket *socket, const QByteArray &bytes, bool close)
+    {
+        socket->write(bytes);
+        if (close) {
+            socket->disconnectFromHost();
         }
     }
 

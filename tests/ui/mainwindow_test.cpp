@@ -129,7 +129,7 @@ private Q_SLOTS:
 
     void aBudgetSetBeforeATestEndsItEarly()
     {
-        service->script("downloadtest", {QByteArray(60'000, 'x')});
+        service->script("downloadtest", {"HTTP/1.0 200 OK\r\n\r\n" + QByteArray(60'000, 'x')});
         Utils::setSettingsValue(u"MaxBytes"_s, u"100000"_s);
         create(false);
         click(u"buttonStartTest"_s);
@@ -204,6 +204,7 @@ private Q_SLOTS:
 
     void aTestEndsOnThePage()
     {
+        service->serveForAWhile();
         create(false);
         QCOMPARE(label(u"labelServer"_s), u"127.0.0.1"_s);
         click(u"buttonStartTest"_s);

@@ -34,12 +34,17 @@ private Q_SLOTS:
         FakeClock clock(1234ms);
         Utils::addLogEntry(u"a<b & 'x' \"y\""_s);
         Utils::addLogEntry(QString(1'000'000, u'z'));
-        for (int i = 2; i < 1000; ++i) {
-            Utils::addLogEntry(u"line"_s);
+        for (int i = 0; i < 5000; ++i) {
+            Utils::addLogEntry(u"the same"_s);
+            Utils::addLogEntry(u"number %1"_s.arg(i), u"number"_s);
+            Utils::addLogEntry(u"number %1"_s.arg(i), u"number"_s);
         }
         const QString full = Utils::getLogEntries();
-        Utils::addLogEntry(u"one too many"_s);
+        for (int i = 0; i < 2; ++i) {
+            Utils::addLogEntry(u"one too many"_s);
+        }
         QCOMPARE(Utils::getLogEntries(), full);
+        QVERIFY(full.contains(u"\r\n1234: the same\r\n1234: number 7 (2 times)\r\n"_s));
         QCOMPARE(full.count(u"\r\n"_s), 1000);
         QVERIFY(
             full.startsWith(u"1234: a&amp;lt;b &amp; &apos;x&apos; &quot;y&quot;\r\n1234: z"_s));

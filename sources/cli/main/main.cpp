@@ -31,7 +31,9 @@ int run(const CommandLine &options, Output &out, Output &err, const QString &lan
     Program program(options, out, err, language);
     SignalWatcher signalWatcher;
     QObject::connect(&signalWatcher, &SignalWatcher::caught, &program, [&](int number) {
-        program.stop(number == SIGTERM ? ExitStatus::Terminated : ExitStatus::Interrupted);
+        program.stop(number == SIGHUP    ? ExitStatus::HungUp
+                     : number == SIGTERM ? ExitStatus::Terminated
+                                         : ExitStatus::Interrupted);
     });
     QObject::connect(&program, &Program::finished, &program,
                      [](ExitStatus status) { QCoreApplication::exit(static_cast<int>(status)); });

@@ -24,7 +24,8 @@ constexpr qsizetype longestConnectionType = 120;
 
 QString kiloBits(double bitsPerSecond)
 {
-    return QString::asprintf("%.1f kBit/s", bitsPerSecond / 1000.0);
+    return bitsPerSecond > 0 ? QString::asprintf("%.1f kBit/s", bitsPerSecond / 1000.0)
+                             : GeoMapTab::tr("na");
 }
 
 } // namespace

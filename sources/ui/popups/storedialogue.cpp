@@ -37,6 +37,16 @@ void StoreDialogue::tellNotOpened()
                       .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
 }
 
+void StoreDialogue::tellSetAside()
+{
+    const QString file = gDB->getAsideFile();
+    if (!file.isEmpty()) {
+        Q_EMIT notice(tr("Information"),
+                      tr("The results of another version of this program are kept in %1.")
+                          .arg(file.toHtmlEscaped()));
+    }
+}
+
 void StoreDialogue::empty()
 {
     waitingPopup->setMessage({tr("Please Wait"), tr("Database is beeing reseted..."), {}, {}});

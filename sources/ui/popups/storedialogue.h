@@ -8,8 +8,8 @@ namespace velometer {
 class MessagePopup;
 class PopupLayer;
 
-/// What the user is told of the store as a whole: that it cannot be opened, and that it is being
-/// emptied and was. Main thread only.
+/// What the user is told of the store as a whole: that it cannot be opened, that one of another
+/// version was set aside, and that it is being emptied and was. Main thread only.
 class StoreDialogue : public QObject
 {
     Q_OBJECT
@@ -19,6 +19,8 @@ public:
     StoreDialogue(PopupLayer &layer, QWidget *window);
 
     void tellNotOpened();
+    /// Says nothing when no file of another version was found.
+    void tellSetAside();
     /// Deletes all tests and waiting reports, behind a popup that asks for patience. Ends in one
     /// emptied() and a notice.
     void empty();

@@ -62,7 +62,7 @@ private Q_SLOTS:
         QCOMPARE(int(marker.markerType()), type);
         QCOMPARE(marker.getPopupText(), "ConnectionTyp:"_L1 + connection.left(120) +
                                             "\nDownloadSpeed:38412.1 kBit/s"
-                                            "\nUploadSpeed:0.0 kBit/s"_L1);
+                                            "\nUploadSpeed:na"_L1);
         QCOMPARE(marker.coordinate(), QGeoCoordinate(47.25, 8.75));
         QCOMPARE(marker.getPrecision(), 12);
         QCOMPARE(marker.pixmap().width() / marker.pixmap().devicePixelRatio(), 50.0);
@@ -148,7 +148,7 @@ private Q_SLOTS:
 private:
     void add(qlonglong id, double latitude, double longitude, const QString &connection = u"WLAN"_s)
     {
-        store->add({.id = id, .download = 38'412'050, .upload = 49, .type = connection});
+        store->add({.id = id, .download = 38'412'050, .upload = -1, .type = connection});
         store->addDetail(id, u"deviceLatitude"_s, latitude);
         store->addDetail(id, u"deviceLongitude"_s, longitude);
         store->addDetail(id, u"deviceAccuracyVert"_s, 12.9);
