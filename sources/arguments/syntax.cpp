@@ -85,11 +85,23 @@ QString Syntax::listed(QStringList items)
                : say(QT_TRANSLATE_NOOP("Syntax", "%1 or %2")).arg(items.join(", "_L1), last);
 }
 
+const QList<Syntax::Option> &Syntax::questions()
+{
+    static const QList<Option> all{
+        {u"--help"_s, {}, {}, {}}, {u"--version"_s, {}, {}, {}}, {u"--completions"_s, {}, {}, {}}};
+    return all;
+}
+
 const Syntax::Option *Syntax::find(const QString &name) const
 {
-    const auto option = std::find_if(optionTable.cbegin(), optionTable.cend(),
-                                     [&](const Option &each) { return each.name == name; });
-    return option == optionTable.cend() ? nullptr : &*option;
+    for (const QList<Option> *table : {&optionTable, &questions()}) {
+        for (const Option &option : *table) {
+            if (option.name == name) {
+                return &option;
+            }
+        }
+    }
+    return nullptr;
 }
 
 QString Syntax::read(const QStringList &arguments)
@@ -145,9 +157,7 @@ QString Syntax::split(const QStringList &arguments, QList<Given> *given, QString
         meant.insert(added->take_all(), &option);
     };
     std::for_each(optionTable.cbegin(), optionTable.cend(), offer);
-    const Option questions[] = {
-        {u"--help"_s, {}, {}, {}}, {u"--version"_s, {}, {}, {}}, {u"--completions"_s, {}, {}, {}}};
-    std::for_each(std::begin(questions), std::end(questions), offer);
+    std::for_each(questions().cbegin(), questions().cend(), offer);
     std::string word;
     for (const Command &command : std::as_const(commandTable)) {
         CLI::App *sub = app.add_subcommand(command.name.toStdString())->fallthrough();

@@ -76,6 +76,7 @@ private:
     };
     enum class Question { None, Help, Version, Completions };
 
+    static const QList<Option> &questions();
     const Option *find(const QString &name) const;
     QString split(const QStringList &arguments, QList<Given> *given, QStringList *words);
     QString take(const Given &given) const;

@@ -28,12 +28,12 @@ QString number(double value)
     return QString::number(value, 'g', 6);
 }
 
-QString text(const FinishedTest::Text &value)
+QString orEmpty(const FinishedTest::Text &value)
 {
     return value.value_or(QString());
 }
 
-QString text(const Number &value, qint64 whenUnknown)
+QString digits(const Number &value, qint64 whenUnknown)
 {
     return QString::number(value.value_or(whenUnknown));
 }
@@ -108,12 +108,12 @@ std::unique_ptr<XMLData> TestReport::document(const FinishedTest &test)
 {
     const Deployment &deployment = Deployment::current();
     const ReportOnly &only = test.reportOnly;
-    const QString userId = text(test.userId, 0);
-    const QString testId = text(test.testId, 0);
-    const QString seriesId = text(test.seriesId, 0);
-    const QString timestamp = text(test.timestamp, 0);
-    const QString host = text(test.server.host);
-    const QString schedule = text(test.schedule);
+    const QString userId = digits(test.userId, 0);
+    const QString testId = digits(test.testId, 0);
+    const QString seriesId = digits(test.seriesId, 0);
+    const QString timestamp = digits(test.timestamp, 0);
+    const QString host = orEmpty(test.server.host);
+    const QString schedule = orEmpty(test.schedule);
     const auto response = [&](const Number &ns) {
         return only.rtt.ran ? ns.value_or(-1) : qint64(0);
     };
@@ -121,16 +121,16 @@ std::unique_ptr<XMLData> TestReport::document(const FinishedTest &test)
     const QString hash = ReportDocument::hash(
         deployment.salt,
         {userId, host, testId, seriesId, QString::number(only.download.averageRate),
-         text(test.serverAverageRate, 0), QString::number(response(test.rtt.average) / nsPerUs),
+         digits(test.serverAverageRate, 0), QString::number(response(test.rtt.average) / nsPerUs),
          timestamp});
     Utils::addLogEntry(u"Public IP: ###SERVER_PUBLICIP###"_s);
     if (!schedule.isEmpty()) {
         Utils::addLogEntry("ScheduleInfo:"_L1 + schedule);
     }
 
-    const QString publicIp = text(test.tcp.publicIp);
-    const QString clientName = text(test.tcp.clientHostname);
-    const QString internalIp = text(test.tcp.deviceIp);
+    const QString publicIp = orEmpty(test.tcp.publicIp);
+    const QString clientName = orEmpty(test.tcp.clientHostname);
+    const QString internalIp = orEmpty(test.tcp.deviceIp);
     const QString rating =
         only.rating ? QString::number(static_cast<double>(*only.rating), 'f', 6) : QString();
 
@@ -143,7 +143,7 @@ std::unique_ptr<XMLData> TestReport::document(const FinishedTest &test)
            element("ConnectionType"_L1, only.connectionType) + element("Rating"_L1, rating) +
            "</UserData>"_L1;
     doc += "<UserInstallation>"_L1 + element("AppletVersion"_L1, Utils::getVersion()) +
-           cdataElement("OS"_L1, text(test.device.platform)) + "</UserInstallation>"_L1;
+           cdataElement("OS"_L1, orEmpty(test.device.platform)) + "</UserInstallation>"_L1;
 
     doc += "<TestResult>"_L1 + element("TestID"_L1, testId) + element("SeriesID"_L1, seriesId);
     if (!schedule.isEmpty()) {
@@ -164,9 +164,9 @@ std::unique_ptr<XMLData> TestReport::document(const FinishedTest &test)
            throughputTail(test.download, only.download) + "</Download>"_L1;
 
     doc += "<Upload>"_L1 + throughputHead(test.upload, only.upload, "DataWriteWaitTime"_L1) +
-           element("Min"_L1, text(test.serverMinimumRate, 0)) +
-           element("Avg"_L1, text(test.serverAverageRate, 0)) +
-           element("Max"_L1, text(test.serverMaximumRate, 0)) +
+           element("Min"_L1, digits(test.serverMinimumRate, 0)) +
+           element("Avg"_L1, digits(test.serverAverageRate, 0)) +
+           element("Max"_L1, digits(test.serverMaximumRate, 0)) +
            element("ClientMin"_L1, only.upload.minimumRate) +
            element("ClientAvg"_L1, only.upload.averageRate) +
            element("ClientMax"_L1, only.upload.maximumRate) +
@@ -188,16 +188,16 @@ std::unique_ptr<XMLData> TestReport::document(const FinishedTest &test)
 
     const QString nothing;
     doc += "<Mobile>"_L1 + element("UUID"_L1, only.deviceId) +
-           cdataElement("Platform"_L1, text(test.device.product)) +
-           cdataElement("Model"_L1, text(test.device.model)) +
-           cdataElement("Manufacturer"_L1, text(test.device.manufacturer)) +
-           element("Location"_L1, text(test.location)) +
-           cdataElement("Network"_L1, text(test.network.name)) +
-           element("MNC"_L1, text(test.network.mnc)) + element("MCC"_L1, text(test.network.mcc)) +
+           cdataElement("Platform"_L1, orEmpty(test.device.product)) +
+           cdataElement("Model"_L1, orEmpty(test.device.model)) +
+           cdataElement("Manufacturer"_L1, orEmpty(test.device.manufacturer)) +
+           element("Location"_L1, orEmpty(test.location)) +
+           cdataElement("Network"_L1, orEmpty(test.network.name)) +
+           element("MNC"_L1, orEmpty(test.network.mnc)) + element("MCC"_L1, orEmpty(test.network.mcc)) +
            element("NetworkCountryISO"_L1, nothing) + element("NetworkSpecial"_L1, nothing) +
            "<Sim>"_L1 + element("Operator"_L1, nothing) +
-           element("MNC"_L1, text(test.network.homeMnc)) +
-           element("MCC"_L1, text(test.network.homeMcc)) + element("CountryISO"_L1, nothing) +
+           element("MNC"_L1, orEmpty(test.network.homeMnc)) +
+           element("MCC"_L1, orEmpty(test.network.homeMcc)) + element("CountryISO"_L1, nothing) +
            "</Sim>"_L1 +
            element("LAC"_L1, test.network.lac ? QString::number(*test.network.lac) : QString()) +
            element("CellIDs"_L1, only.cellIds) +
