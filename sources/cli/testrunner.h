@@ -33,10 +33,12 @@ public:
     {
         TestSeries::Plan series{};
         bool allowRoaming = false;
-        // The braces let a plan be written without it.
-        DataBudget budget{}; ///< of each test; NOLINT(readability-redundant-member-init)
+        // The braces let a plan be written without these two.
+        // NOLINTBEGIN(readability-redundant-member-init)
+        DataBudget budget{}; ///< of each test
         /// For a first position before the first test; without it as PositionWait thinks right.
         std::optional<std::chrono::seconds> waitPosition{};
+        // NOLINTEND(readability-redundant-member-init)
     };
 
     /// Everything but the plan is borrowed and outlives the runner.

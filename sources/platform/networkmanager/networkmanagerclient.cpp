@@ -181,11 +181,11 @@ QString NetworkManagerClient::best(const std::function<bool(const QVariantMap &)
 QString NetworkManagerClient::carrierOfTunnel(const QString &tunnel) const
 {
     // NetworkManager says so of the VPNs that it makes itself.
-    const QString base = BusValue::path(valuesOf(tunnel).value(u"SpecificObject"_s));
+    QString base = BusValue::path(valuesOf(tunnel).value(u"SpecificObject"_s));
     if (objects.value(base).interface == connectionInterface) {
         return base;
     }
-    const QString withRoute = best(isDefault);
+    QString withRoute = best(isDefault);
     if (!withRoute.isEmpty()) {
         return withRoute;
     }
