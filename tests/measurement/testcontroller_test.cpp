@@ -262,6 +262,7 @@ private Q_SLOTS:
             service->refuse();
         }
         create();
+        controller->setMeasurementDuration(TestController::standardDuration);
         int checks = 0;
         connect(controller.get(), &TestController::phaseEntered, this, [&](Phase phase) {
             checks += phase == Phase::Reachability ? 1 : 0;
