@@ -354,6 +354,17 @@ private Q_SLOTS:
         QCOMPARE(gDB->countUnsentXMLFiles(), 1);
     }
 
+    void aTestThatCannotBeStoredIsDeliveredAllTheSame()
+    {
+        QVERIFY(QSqlQuery().exec(u"CREATE TRIGGER broken BEFORE INSERT ON testresults BEGIN SELECT "
+                                 "RAISE(ABORT, 'x'); END"_s));
+        create();
+        runToEnd();
+        QVERIFY(QSqlQuery().exec(u"DROP TRIGGER IF EXISTS broken"_s));
+        QVERIFY(ended.storeFailed && ended.reportDelivered && !ended.queueId);
+        QCOMPARE(ended.storedId, 0);
+    }
+
     void aSilentServiceIsLeftAfterTenSeconds_data()
     {
         const Rows<QByteArray, Phase> row("path", "next");
