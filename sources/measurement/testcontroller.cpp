@@ -82,11 +82,6 @@ void TestController::setTestServer(TestServer *server)
     }
 }
 
-void TestController::startNewSeries(const std::function<void()> &done)
-{
-    ids.startNewSeries(this, done);
-}
-
 bool TestController::checkRoaming() const
 {
     return networkinfohelper->roaming();
@@ -378,17 +373,13 @@ void TestController::stopOnRequest()
     keepAndEnd(TestOutcome::End::Stopped);
 }
 
+// What a test has at the moment it is cut short goes to the queue; one that was complete is stored
+// too.
 void TestController::keepAndEnd(TestOutcome::End end, const QString &errorText)
 {
     ending = true;
     stopServices();
-    keep([this, end, errorText] { endTest(end, errorText); });
-}
-
-// What a test has at the moment it is cut short goes to the queue; one that was complete is stored
-// too.
-void TestController::keep(const std::function<void()> &kept)
-{
+    const auto kept = [this, end, errorText] { endTest(end, errorText); };
     if (!recorder->record() || recorder->isStored()) {
         kept();
     } else if (recorder->isComplete()) {

@@ -97,7 +97,10 @@ public:
 
     /// The ids are drawn under a lock that another program may hold: @p done is called once the new
     /// series is saved.
-    void startNewSeries(const std::function<void()> &done = [] {});
+    void startNewSeries(const std::function<void()> &done = [] {})
+    {
+        ids.startNewSeries(this, done);
+    }
     /// The server of the tests to come: never null, borrowed, outlives its use. A test that runs
     /// ends with the server it began with.
     void setTestServer(TestServer *server);
@@ -165,7 +168,6 @@ private:
     void continueLater(Phase next);
     void stopOnRequest();
     void keepAndEnd(TestOutcome::End end, const QString &errorText = QString());
-    void keep(const std::function<void()> &kept);
     void store(const std::function<void()> &done);
     void dropActivity();
     void endTest(TestOutcome::End end, const QString &errorText = QString());

@@ -262,6 +262,7 @@ private Q_SLOTS:
             service->refuse();
         }
         create();
+        controller->setMeasurementDuration(TestController::standardDuration);
         int checks = 0;
         connect(controller.get(), &TestController::phaseEntered, this, [&](Phase phase) {
             checks += phase == Phase::Reachability ? 1 : 0;
@@ -351,6 +352,17 @@ private Q_SLOTS:
         QCOMPARE(controller->getOutcome().queueId, 1);
         QCOMPARE(gDB->getAllResults().size(), size_t(1));
         QCOMPARE(gDB->countUnsentXMLFiles(), 1);
+    }
+
+    void aTestThatCannotBeStoredIsDeliveredAllTheSame()
+    {
+        QVERIFY(QSqlQuery().exec(u"CREATE TRIGGER broken BEFORE INSERT ON testresults BEGIN SELECT "
+                                 "RAISE(ABORT, 'x'); END"_s));
+        create();
+        runToEnd();
+        QVERIFY(QSqlQuery().exec(u"DROP TRIGGER IF EXISTS broken"_s));
+        QVERIFY(ended.storeFailed && ended.reportDelivered && !ended.queueId);
+        QCOMPARE(ended.storedId, 0);
     }
 
     void aSilentServiceIsLeftAfterTenSeconds_data()
