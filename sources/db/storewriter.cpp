@@ -12,7 +12,7 @@ namespace velometer {
 
 namespace {
 
-constexpr auto retryPeriod = 200ms;
+constexpr auto lockedRetryPeriod = 200ms;
 /// Another program's transaction lasts milliseconds: only what lasts longer is told.
 constexpr std::chrono::nanoseconds tellAfter = 2s;
 /// A program that holds the store for longer will not let it go.
@@ -47,7 +47,7 @@ void StoreWriter::tryOnce()
     const bool written = attempt();
     const qint64 passed = Utils::getTimeInNs() - since;
     if (!written && failedOnLock() && passed < patience.count()) {
-        retry.start(retryPeriod);
+        retry.start(lockedRetryPeriod);
         if (passed >= tellAfter.count() && !std::exchange(told, true)) {
             Q_EMIT waiting();
         }
