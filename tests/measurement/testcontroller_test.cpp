@@ -399,6 +399,9 @@ private Q_SLOTS:
             QCOMPARE(left.first().first().value<Phase>(), next);
         }
         controller->abortTest();
+        QVERIFY(platform->position.positionRunning);
+        clock.advance(30s);
+        QVERIFY(!platform->position.positionRunning);
     }
 
     void anUnreachableServerIsLeftAfterSixChecksOfTenSeconds()
