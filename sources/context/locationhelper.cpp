@@ -128,12 +128,13 @@ void LocationHelper::timeoutDisableGPS()
 
 void LocationHelper::positionUpdated()
 {
-    timedOut = !source->position();
-    if (timedOut) {
-        clearPosition();
+    const auto position = source->position();
+    timedOut = !position;
+    if (position) {
+        latest = position;
+        keepSample(*position);
     } else {
-        latest = source->position();
-        keepSample(*latest);
+        clearPosition();
     }
     Q_EMIT changed();
 }

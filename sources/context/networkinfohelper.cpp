@@ -160,8 +160,9 @@ QString NetworkInfoHelper::getNetworkmode() const
     }
     const bool isOld = current.mode == NetworkMode::Wcdma || current.mode == NetworkMode::Gsm;
     // Modems that may not tell their cell, or have not read it yet, tell none or number 0.
-    if (isOld && current.cell > 0) {
-        return modeName(*current.cell <= maxGsmCell ? NetworkMode::Gsm : NetworkMode::Wcdma);
+    const auto cell = current.cell.value_or(0);
+    if (isOld && cell > 0) {
+        return modeName(cell <= maxGsmCell ? NetworkMode::Gsm : NetworkMode::Wcdma);
     }
     return modeName(current.mode);
 }

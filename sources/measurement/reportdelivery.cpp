@@ -145,14 +145,16 @@ void ReportDelivery::settle(bool taken, const std::function<void(bool)> &settled
 void ReportDelivery::offerNext(qint64 afterRow)
 {
     auto next = gDB->getNextUnsentXMLFile(afterRow);
-    if (next && outcome.queueId == next->identification) {
-        next = gDB->getNextUnsentXMLFile(*next->identification);
+    qint64 row = next ? next->identification.value_or(afterRow) : afterRow;
+    if (next && outcome.queueId == row) {
+        next = gDB->getNextUnsentXMLFile(row);
+        row = next ? next->identification.value_or(row) : row;
     }
     if (!next) {
         return finish();
     }
     report = *next;
-    Utils::addLogEntry(u"Found old result: %1,%2"_s.arg(QString::number(*report.identification),
+    Utils::addLogEntry(u"Found old result: %1,%2"_s.arg(QString::number(row),
                                                         QString::number(report.numberofretries)));
     report.xml.replace(
         "</ClientTime>"_L1,
