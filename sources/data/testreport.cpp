@@ -193,9 +193,9 @@ std::unique_ptr<XMLData> TestReport::document(const FinishedTest &test)
            cdataElement("Manufacturer"_L1, orEmpty(test.device.manufacturer)) +
            element("Location"_L1, orEmpty(test.location)) +
            cdataElement("Network"_L1, orEmpty(test.network.name)) +
-           element("MNC"_L1, orEmpty(test.network.mnc)) + element("MCC"_L1, orEmpty(test.network.mcc)) +
-           element("NetworkCountryISO"_L1, nothing) + element("NetworkSpecial"_L1, nothing) +
-           "<Sim>"_L1 + element("Operator"_L1, nothing) +
+           element("MNC"_L1, orEmpty(test.network.mnc)) +
+           element("MCC"_L1, orEmpty(test.network.mcc)) + element("NetworkCountryISO"_L1, nothing) +
+           element("NetworkSpecial"_L1, nothing) + "<Sim>"_L1 + element("Operator"_L1, nothing) +
            element("MNC"_L1, orEmpty(test.network.homeMnc)) +
            element("MCC"_L1, orEmpty(test.network.homeMcc)) + element("CountryISO"_L1, nothing) +
            "</Sim>"_L1 +
