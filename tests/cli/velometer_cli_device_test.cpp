@@ -24,6 +24,7 @@ private Q_SLOTS:
     void init()
     {
         home = std::make_unique<ProgramHome>();
+        home->environment.insert(u"VELOMETER_MEASUREMENT_SECONDS"_s, u"1"_s);
         bus = std::make_unique<MockBus>();
         QVERIFY(bus->start());
         home->environment.insert(u"DBUS_SYSTEM_BUS_ADDRESS"_s, bus->busAddress());

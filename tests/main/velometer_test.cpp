@@ -48,6 +48,7 @@ private Q_SLOTS:
     void init()
     {
         home = std::make_unique<ProgramHome>();
+        home->environment.insert(u"VELOMETER_MEASUREMENT_SECONDS"_s, u"1"_s);
         home->environment.remove(u"WAYLAND_DISPLAY"_s);
         home->environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
         home->environment.insert(u"XDG_RUNTIME_DIR"_s, home->path({}));
