@@ -81,7 +81,6 @@ bool DatabaseManager::openDB()
     }
     // It holds positions and the device's identity.
     QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    execute(u"PRAGMA busy_timeout=%1"_s.arg(openingPatienceMs));
     // Readers of another program do not stop a writer, and what is committed survives a power cut.
     execute(u"PRAGMA journal_mode=WAL"_s);
     execute(u"PRAGMA synchronous=FULL"_s);
@@ -107,7 +106,11 @@ bool DatabaseManager::connectFile()
     }
     // A file that cannot be written opens all the same; only a write tells.
     QSqlQuery probe(db);
-    return probe.exec(u"BEGIN IMMEDIATE"_s) ? execute(u"ROLLBACK"_s) : isLock(probe.lastError());
+    const bool usable =
+        probe.exec(u"BEGIN IMMEDIATE"_s) ? execute(u"ROLLBACK"_s) : isLock(probe.lastError());
+    // While another program makes the tables even reading has to wait.
+    execute(u"PRAGMA busy_timeout=%1"_s.arg(openingPatienceMs));
+    return usable;
 }
 
 bool DatabaseManager::isOpen() const
