@@ -4,10 +4,8 @@
 #include "support/fakeclock.h"
 #include "support/fakeplatform.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace std::chrono_literals;
 

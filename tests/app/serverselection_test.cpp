@@ -5,9 +5,6 @@
 #include "support/fakeclock.h"
 #include "support/fakeplatform.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
-
-#include <QTest>
 
 #include <chrono>
 

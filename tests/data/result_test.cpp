@@ -1,9 +1,6 @@
 #include "data/result.h"
 
 #include "support/registeredtest.h"
-#include "support/rows.h"
-
-#include <QTest>
 
 namespace velometer {
 

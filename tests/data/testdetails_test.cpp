@@ -1,9 +1,6 @@
 #include "data/testdetails.h"
 
 #include "support/registeredtest.h"
-#include "support/rows.h"
-
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -31,10 +28,10 @@ private Q_SLOTS:
         QFETCH(QString, key);
         QFETCH(QVariant, value);
         TestDetails details(nullptr, 1);
-        switch (value.typeId()) {
-        case QMetaType::QString: details.putString(key, value.toString()); break;
-        case QMetaType::LongLong: details.putLong(key, value.toLongLong()); break;
-        default: details.putDouble(key, value.toDouble());
+        if (value.typeId() == QMetaType::QString) {
+            details.putString(key, value.toString());
+        } else {
+            details.putDouble(key, value.toDouble());
         }
         QTEST(details.getFormatedStringByKey(key), "text");
     }

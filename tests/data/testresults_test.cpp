@@ -5,9 +5,6 @@
 
 #include "support/fakecontext.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
-
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -45,21 +42,6 @@ class TestResultsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void findsTheServicesFactsAnywhere()
-    {
-        RemoteInitialValues values(nullptr);
-        values.remoteInitialValuesLoaded(
-            u"HTTP noise Timestamp:1;SACK:1;MaxRwinRcvd:65535;WinScaleRcvd:7;MSS:1460;\r\n"
-            "Client-Hostname:host1;Server-IP:10.0.0.1;Remote-IP:10.0.0.2;Local-IP:/10.0.0.3"_s);
-        QCOMPARE((QStringList{values.getClientHostname(), values.getRemoteIP(), values.getLocalIP(),
-                              values.getInternalIP()}),
-                 (QStringList{u"host1"_s, u"10.0.0.1"_s, u"10.0.0.2"_s, u"10.0.0.3"_s}));
-        QCOMPARE((QList<int>{values.getMss(), values.getWscale(), values.getRwin(),
-                             values.getSack(), values.getTimestamp()}),
-                 (QList<int>{1460, 7, 65535, 1, 1}));
-        QVERIFY(!values.isWeb100Error());
-    }
-
     void malformedFactsBecomeZero_data()
     {
         const Rows<QString, int, bool> row("answer", "mss", "error");

@@ -4,13 +4,12 @@
 #include "db/storewriter.h"
 #include "support/fakeclock.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
+#include "support/sqlitefile.h"
 #include "utils/utils.h"
 
 #include <QSignalSpy>
 #include <QSqlQuery>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -122,27 +121,21 @@ private Q_SLOTS:
         QCOMPARE(all.front()->testId, 2); // newest first
     }
 
-    void aTestIsStoredWholeOrNotAtAll_data()
-    {
-        const Rows<QString> row("table");
-        for (const char *table : {"testresults", "testdetails", "testintervals", "xmlfiles"}) {
-            row(table, table);
-        }
-    }
     void aTestIsStoredWholeOrNotAtAll()
     {
-        QFETCH(QString, table);
-        QVERIFY(sql(
-            u"CREATE TRIGGER broken BEFORE INSERT ON %1 BEGIN SELECT RAISE(ABORT, 'x'); END"_s.arg(
-                table)));
-        FinishedTest test;
-        test.upload.intervalBytes = {1, 2};
-        XMLData report;
-        QCOMPARE(db->storeTest(test, &report), 0);
-        QVERIFY(!report.identification && db->countUnsentXMLFiles() == 0);
-        QVERIFY(sql(u"DROP TRIGGER broken"_s));
-        QVERIFY(db->getAllResults().empty() && !db->getDetailsById(1));
-        QVERIFY(db->getIntervals(1, Result::Upload).isEmpty());
+        for (const char *table : {"testresults", "testdetails", "testintervals", "xmlfiles"}) {
+            QVERIFY(sql(
+                u"CREATE TRIGGER broken BEFORE INSERT ON %1 BEGIN SELECT RAISE(ABORT, 'x'); END"_s
+                    .arg(QLatin1StringView(table))));
+            FinishedTest test;
+            test.upload.intervalBytes = {1, 2};
+            XMLData report;
+            QCOMPARE(db->storeTest(test, &report), 0);
+            QVERIFY(!report.identification && db->countUnsentXMLFiles() == 0);
+            QVERIFY(sql(u"DROP TRIGGER broken"_s));
+            QVERIFY(db->getAllResults().empty() && !db->getDetailsById(1));
+            QVERIFY(db->getIntervals(1, Result::Upload).isEmpty());
+        }
     }
 
     void aTestKnowsWhatBecameOfItsReport()
@@ -171,21 +164,20 @@ private Q_SLOTS:
     {
         QCOMPARE(db->getTotalMegabytesInDB(), 0.0);
         QVERIFY(!db->locationsAvailable());
-        const auto add = [&](qlonglong id, const QString &type, double latitude, double longitude) {
-            QVERIFY(
-                sql(u"INSERT INTO testresults(id,downloadSpeed,connectionType) VALUES(%1,%1,'%2')"_s
-                        .arg(id)
-                        .arg(type)));
-            QVERIFY(
-                sql(u"INSERT INTO testdetails(id,key,long,double) VALUES(%1,'totalBytes',1572864,"
-                    "NULL),(%1,'deviceLatitude',NULL,%2),(%1,'deviceLongitude',NULL,%3),"
-                    "(%1,'deviceAccuracyVert',NULL,12)"_s.arg(id)
-                        .arg(latitude)
-                        .arg(longitude)));
+        FinishedTest test;
+        test.download.averageRate = 0;
+        test.download.bytes = 1'572'864;
+        test.movement.verticalAccuracy = 12;
+        const auto add = [&](const QString &type, double latitude, double longitude) {
+            ++*test.download.averageRate;
+            test.network.type = type;
+            test.position.latitude = latitude;
+            test.position.longitude = longitude;
+            db->storeTest(test);
         };
-        add(1, u"WLAN"_s, 47.5, 8.5);
-        add(2, u"Mixed(WLAN,Mobile)"_s, 0, 0); // no position
-        add(3, u"Mobile(LTE)"_s, 0, 8.25);     // on the equator
+        add(u"WLAN"_s, 47.5, 8.5);
+        add(u"Mixed(WLAN,Mobile)"_s, 0, 0); // no position
+        add(u"Mobile(LTE)"_s, 0, 8.25);     // on the equator
         QCOMPARE(db->getTotalMegabytesInDB(), 4.5);
         QCOMPARE(db->getTotalMegabytesOverMobileInDB(), 1.5);
         const auto locations = db->getLocationsOfTests();
@@ -235,17 +227,15 @@ private Q_SLOTS:
     {
         QFETCH(int, after);
         FakeClock clock;
-        QSqlDatabase other = QSqlDatabase::cloneDatabase(QSqlDatabase::database(), u"other"_s);
-        QVERIFY(other.open());
-        QSqlQuery lock(other);
-        QVERIFY(after == 0 || lock.exec(u"BEGIN IMMEDIATE"_s));
+        auto held =
+            after == 0 ? nullptr : std::make_unique<HeldFile>(DatabaseManager::databaseFile());
         StoreWriter writer(nullptr);
         QSignalSpy told(&writer, &StoreWriter::waiting);
         std::optional<bool> stored;
         writer.write([&] { return store(13, 3) > 0; }, [&](bool done) { stored = done; });
         for (int second = 0; second < 61 && !stored; ++second) {
             if (second == after) {
-                lock.exec(u"ROLLBACK"_s);
+                held.reset();
             }
             for (int i = 0; i < 5; ++i) {
                 clock.advance(200ms);
@@ -254,9 +244,6 @@ private Q_SLOTS:
         QTEST(stored.value(), "stored");
         QTEST(static_cast<int>(told.size()), "told");
         QCOMPARE(db->getAllResults().size(), size_t(*stored ? 1 : 0));
-        lock = QSqlQuery();
-        other = QSqlDatabase();
-        QSqlDatabase::removeDatabase(u"other"_s);
     }
 
 private:

@@ -8,8 +8,6 @@
 #include "support/registeredtest.h"
 #include "support/silentpeer.h"
 
-#include <QTest>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 

@@ -2,12 +2,12 @@
 
 #include "http/server.h"
 #include "socketclient.h"
+#include "support/sqlitefile.h"
 
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QVariant>
+
+#include <functional>
 
 namespace velometer {
 
@@ -15,22 +15,19 @@ namespace velometer {
 class RunningService
 {
 public:
-    /// Two threads, short time-outs, and no look-ups of names; tests change what they need.
-    static ServerOptions defaults()
+    /// With two threads, short time-outs, and no look-ups of names, but for what @p change sets.
+    explicit RunningService(const std::function<void(ServerOptions &)> &change =
+                                [](ServerOptions &) {})
     {
         ServerOptions options;
+        options.databaseFile = databaseFile();
         options.listen = {{QStringLiteral("127.0.0.1"), 0}};
         options.salt = QStringLiteral("8352");
         options.threads = 2;
         options.shutdownGrace = std::chrono::milliseconds(100);
         options.reportPause = std::chrono::milliseconds(300);
         options.resolver = [](const std::string &) { return std::string(); };
-        return options;
-    }
-
-    explicit RunningService(ServerOptions options = defaults())
-    {
-        options.databaseFile = databaseFile();
+        change(options);
         server = std::make_unique<Server>(std::move(options));
         QString error;
         if (server->start(&error)) {
@@ -44,11 +41,23 @@ public:
     quint16 port() const { return servicePort; } ///< 0 when it could not start
     QString databaseFile() const { return directory.filePath(QStringLiteral("dir/reports.db")); }
 
+    /// Everything the service answers to @p request.
+    QByteArray exchange(const QByteArray &request) const
+    {
+        SocketClient client(servicePort);
+        client.send(request);
+        return client.receiveAll();
+    }
+    QByteArray get(const QByteArray &target) const
+    {
+        return exchange("GET " + target + " HTTP/1.1\r\nHost: x\r\nConnection: Close\r\n\r\n");
+    }
+
     /// A figure of the metrics page, -1 when it is not there.
     qint64 metric(const QByteArray &name) const
     {
         const QByteArray key = "\nvelometer_" + name + ' ';
-        const QByteArray text = SocketClient::get(servicePort, "/metrics");
+        const QByteArray text = get("/metrics");
         const auto at = text.indexOf(key);
         return at < 0 ? -1 : text.mid(at + key.size()).split('\n').constFirst().toLongLong();
     }
@@ -68,20 +77,11 @@ private:
 /// Runs statements on a database file; gives the first value of the last one.
 inline QVariant sql(const QString &file, const QStringList &statements)
 {
+    const SqliteFile database(file);
     QVariant value;
-    {
-        auto database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("raw"));
-        database.setDatabaseName(file);
-        database.open();
-        QSqlQuery query(database);
-        for (const QString &statement : statements) {
-            if (!query.exec(statement)) {
-                qWarning("%s", qUtf8Printable(statement));
-            }
-        }
-        value = query.next() ? query.value(0) : QVariant();
+    for (const QString &statement : statements) {
+        value = database.rows(statement).value(0).value(0);
     }
-    QSqlDatabase::removeDatabase(QStringLiteral("raw"));
     return value;
 }
 

@@ -1,19 +1,16 @@
 #include "reports/placeholders.h"
 #include "reports/reportparser.h"
 #include "runningservice.h"
-#include "socketclient.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 #include "web/userreportpage.h"
 
 #include <QCryptographicHash>
 #include <QFile>
+#include <QProcess>
 #include <QRegularExpression>
-#include <QTest>
-
-#include <zlib.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -45,7 +42,7 @@ QByteArray post(const QByteArray &body, qsizetype length)
 /// The status of the answer to a report; text may be longer than its length says.
 int send(const RunningService &service, const QByteArray &body, qsizetype length = 1)
 {
-    return statusOf(SocketClient::exchange(service.port(), post(body, length)));
+    return statusOf(service.exchange(post(body, length)));
 }
 
 QString stored(const RunningService &service, const QString &columns)
@@ -107,9 +104,7 @@ private Q_SLOTS:
     {
         QFETCH(const QByteArray, body);
         QFETCH(const int, status);
-        auto options = RunningService::defaults();
-        options.maxReportBytes = 262'144;
-        const RunningService service(options);
+        const RunningService service([](ServerOptions &o) { o.maxReportBytes = 262'144; });
         QCOMPARE(send(service, body, status == 413 ? 1000 : body.size()), status);
         QCOMPARE(stored(service, u"count(*)"_s).toInt(), status == 200 ? 1 : 0);
         QCOMPARE(service.metric("reports_stored_total"), status == 200 ? 1 : 0);
@@ -142,6 +137,12 @@ private Q_SLOTS:
         QCOMPARE(document.count(u"no stream recorded"_s), 2);
         QVERIFY(document.contains(u"<Domain>127.0.0.1</Domain>"_s));
         QVERIFY(document.contains(u"1: Public IP: 127.0.0.1\r\n"_s));
+        // However often it comes, it is stored once.
+        QCOMPARE(send(service, changed("</ClientTime>",
+                                       "</ClientTime><ClientRetryTime>2</ClientRetryTime>")),
+                 200);
+        QCOMPARE(service.metric("reports_repeated_total"), 1);
+        QCOMPARE(stored(service, u"count(*)"_s), u"1"_s);
     }
 
     void verifiesATestItServed()
@@ -167,9 +168,7 @@ private Q_SLOTS:
                 up ? "streams{direction=\"upload\"}" : "streams{direction=\"download\"}", 0));
         }
         const auto told =
-            bodyOf(SocketClient::exchange(service.port(),
-                                          "GET " + target("getuploadresult.php", 3'000'000)))
-                .split(';');
+            bodyOf(service.exchange("GET " + target("getuploadresult.php", 3'000'000))).split(';');
         QCOMPARE(told.size(), 3);
         for (const bool honest : {true, false}) {
             const QByteArray time = honest ? "1700000000124" : "1700000000125";
@@ -194,37 +193,33 @@ private Q_SLOTS:
         QVERIFY2(document.contains("\nsent " + sent + " bytes in "), document.constData());
         QVERIFY(document.contains("\nreceived min " + told.at(0) + ", avg " + told.at(1) +
                                   ", max " + told.at(2) + " bit/s\n"));
-        const QByteArray page = SocketClient::get(
-            service.port(), "/velometer/Controller?page=UserReport&userid=1436911191399025");
+        const QByteArray page =
+            service.get("/velometer/Controller?page=UserReport&userid=1436911191399025");
         QCOMPARE(page.count(">25.00 Mbit/s<"), 1);
         QCOMPARE(page.count(">not verified<"), 2);
     }
 
-    void storesTextEncodedTwice_data()
-    {
-        // network: in UTF-8
-        const Rows<QByteArray, bool> row("network", "twice");
-        row("encoded twice", "Caf\xc3\xa9 \xe6\xb8\xac\xe8\xa9\xa6", true);
-        row("once only, beyond Latin-1", "\xe6\xb8\xac", false);
-    }
     void storesTextEncodedTwice()
     {
-        QFETCH(const QByteArray, network);
-        QFETCH(const bool, twice);
-        const RunningService service;
-        const QByteArray once = changed("Cafe", network);
-        const QByteArray body = twice ? QString::fromLatin1(once).toUtf8() : once;
-        SocketClient client(service.port());
-        // Up to its announced length first: what is too much comes later.
-        const QByteArray request = post(body, once.size());
-        const auto first = request.size() - body.size() + once.size();
-        QVERIFY(client.send(request.left(first)));
-        QTest::qWait(20);
-        QVERIFY(client.send(request.mid(first)));
-        bool ended = false;
-        QCOMPARE(statusOf(client.receiveAll(&ended)), 200);
-        QVERIFY(ended);
-        QCOMPARE(stored(service, u"network"_s).toUtf8(), network);
+        // In UTF-8; what is encoded once only is beyond Latin-1.
+        for (const auto &[network, twice] :
+             {std::pair<QByteArray, bool>{"Caf\xc3\xa9 \xe6\xb8\xac\xe8\xa9\xa6", true},
+              {"\xe6\xb8\xac", false}}) {
+            const RunningService service;
+            const QByteArray once = changed("Cafe", network);
+            const QByteArray body = twice ? QString::fromLatin1(once).toUtf8() : once;
+            SocketClient client(service.port());
+            // Up to its announced length first: what is too much comes later.
+            const QByteArray request = post(body, once.size());
+            const auto first = request.size() - body.size() + once.size();
+            QVERIFY(client.send(request.left(first)));
+            QTest::qWait(20);
+            QVERIFY(client.send(request.mid(first)));
+            bool ended = false;
+            QCOMPARE(statusOf(client.receiveAll(&ended)), 200);
+            QVERIFY(ended);
+            QCOMPARE(stored(service, u"network"_s).toUtf8(), network);
+        }
     }
 
     void fillsPlaceholdersOnce()
@@ -241,22 +236,9 @@ private Q_SLOTS:
         QCOMPARE(Placeholders::fill(u"###SERVER_LONG###"_s, values).size(), 128);
     }
 
-    void storesAReportOnceHoweverOftenItComes()
-    {
-        const RunningService service;
-        QCOMPARE(send(service, report()), 200);
-        QCOMPARE(send(service, changed("</ClientTime>",
-                                       "</ClientTime><ClientRetryTime>2</ClientRetryTime>")),
-                 200);
-        QCOMPARE(service.metric("reports_repeated_total"), 1);
-        QCOMPARE(stored(service, u"count(*)"_s), u"1"_s);
-    }
-
     void answersBeforeAllIsRead()
     {
-        auto options = RunningService::defaults();
-        options.reportTimeout = std::chrono::milliseconds(600);
-        const RunningService service(options);
+        const RunningService service([](ServerOptions &o) { o.reportTimeout = 600ms; });
         SocketClient refused(service.port());
         QVERIFY(refused.send(post(QByteArray(1'000'000, 'x'), 99'999'999)));
         bool ended = false;
@@ -308,20 +290,18 @@ private Q_SLOTS:
             const QByteArray page =
                 UserReportPage::measurements(reports, 1436911191399025, language);
             const auto from = page.indexOf("<p>");
-            return page.mid(from, page.indexOf("</body>") - from)
-                .replace("<td class=\"n\">", "<td>")
-                .replace("</td>", "")
-                .replace("</tr>", "")
-                .replace("<tr>", "");
+            static const QRegularExpression decoration(u"</td>|</tr>|<tr>| class=\"n\""_s);
+            return QString::fromUtf8(page.mid(from, page.indexOf("</body>") - from))
+                .remove(decoration)
+                .toUtf8();
         };
         const QByteArray place = "<td>&lt;script&gt;&amp;&quot;x, 47.2266° / 8.8184°\n";
         QCOMPARE(
             rows({true, {good, own, claimed, wild}, 1234, 77}, UserReportPage::Language::English),
             "<p>1234 measurements, the newest first. Times are UTC.</p>\n<div "
             "class=\"wide\"><table>\n"
-            "<thead><th>Time</th><th>Series / test</th><th>Server</th><th class=\"n\">Download</th>"
-            "<th class=\"n\">Upload</th><th "
-            "class=\"n\">RTT</th><th>Connection</th><th>Location</th></thead>\n<tbody>\n"
+            "<thead><th>Time</th><th>Series / test</th><th>Server</th><th>Download</th>"
+            "<th>Upload</th><th>RTT</th><th>Connection</th><th>Location</th></thead>\n<tbody>\n"
             "<td>2023-11-14 22:13:20<td>13 / 3<td>test.example<td>25.00 Mbit/s *<td>8.00 Mbit/s "
             "*<td>35.9 ms<td>Mobile(UMTS)" +
                 place +
@@ -354,10 +334,9 @@ private Q_SLOTS:
              "manufacturer, applet_version, document) "
              "SELECT userid, seriesid, 1000 + i, client_time - i / 2, server_time, public_ip, test_server, connection_type, location, network, mcc, mnc, platform, model, manufacturer, applet_version, document FROM r, n"_s});
         const auto ask = [&](const QByteArray &query, const QByteArray &headers) {
-            return SocketClient::exchange(
-                service.port(),
+            return service.exchange(
                 "GET /velometer/Controller?page=UserReport&userid=1436911191399025" + query +
-                    " HTTP/1.1\r\nHost: x\r\n" + headers + "\r\n\r\n");
+                " HTTP/1.1\r\nHost: x\r\n" + headers + "\r\n\r\n");
         };
         QList<qsizetype> rows;
         QSet<QByteArray> tests;
@@ -393,17 +372,12 @@ private Q_SLOTS:
         const QByteArray packed = ask("&language=de", "Accept-Encoding: br, gzip");
         QVERIFY(packed.contains("\r\nContent-Encoding: gzip\r\n"));
         QVERIFY(packed.size() < plain.size() / 5);
-        z_stream stream{};
-        QByteArray page(1'000'000, '\0');
-        QByteArray body = bodyOf(packed);
-        stream.next_in = reinterpret_cast<Bytef *>(body.data());
-        stream.avail_in = static_cast<uInt>(body.size());
-        stream.next_out = reinterpret_cast<Bytef *>(page.data());
-        stream.avail_out = static_cast<uInt>(page.size());
-        QCOMPARE(inflateInit2(&stream, 31), Z_OK);
-        QCOMPARE(inflate(&stream, Z_FINISH), Z_STREAM_END);
-        QCOMPARE(page.left(static_cast<qsizetype>(stream.total_out)), bodyOf(plain));
-        inflateEnd(&stream);
+        QProcess gzip;
+        gzip.start(u"gzip"_s, {u"-dc"_s});
+        gzip.write(bodyOf(packed));
+        gzip.closeWriteChannel();
+        QVERIFY(gzip.waitForFinished());
+        QCOMPARE(gzip.readAllStandardOutput(), bodyOf(plain));
     }
 };
 

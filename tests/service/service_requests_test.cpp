@@ -2,15 +2,12 @@
 #include "limits/fairpool.h"
 #endif
 #include "runningservice.h"
-#include "socketclient.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QDateTime>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 #include <future>
@@ -68,7 +65,7 @@ private Q_SLOTS:
         QFETCH(const int, status);
         QFETCH(const QByteArray, part);
         static const RunningService service;
-        const QByteArray answer = SocketClient::exchange(service.port(), request);
+        const QByteArray answer = service.exchange(request);
         QCOMPARE(statusOf(answer), status);
         QVERIFY2(answer.contains(part), answer.constData());
         QVERIFY(answer.contains("\r\nContent-Length: " + QByteArray::number(bodyOf(answer).size()) +
@@ -95,9 +92,7 @@ private Q_SLOTS:
 
     void makesRoomForWhoeverSaysSomething()
     {
-        auto options = RunningService::defaults();
-        options.maxConnections = 10;
-        const RunningService service(options);
+        const RunningService service([](ServerOptions &o) { o.maxConnections = 10; });
         SocketClient busy(service.port());
         QVERIFY(busy.send(
             "POST /velometer/uploadtest.php?logtraffic=9&testuserid=1&seriesid=2&testid=3 "
@@ -107,7 +102,7 @@ private Q_SLOTS:
         for (int i = 0; i < 30; ++i) {
             silent.emplace_back(service.port());
         }
-        QCOMPARE(statusOf(SocketClient::get(service.port(), "/healthz")), 200);
+        QCOMPARE(statusOf(service.get("/healthz")), 200);
         // The oldest have gone, the youngest and the stream have not.
         for (int i = 0; i < 20; ++i) {
             QCOMPARE(silent.at(i).receive(1), QByteArray());
@@ -159,9 +154,7 @@ private Q_SLOTS:
 
     void closesAHeadThatDoesNotEnd()
     {
-        auto options = RunningService::defaults();
-        options.headTimeout = 200ms;
-        RunningService service(options);
+        const RunningService service([](ServerOptions &o) { o.headTimeout = 200ms; });
         SocketClient silent(service.port());
         SocketClient slow(service.port());
         QVERIFY(slow.send("GET /healthz HTTP/1.1\r\nHost: "));
@@ -195,18 +188,14 @@ private Q_SLOTS:
 
     void tellsAnAddressWithTooManyConnections()
     {
-        auto options = RunningService::defaults();
-        options.maxConnectionsPerAddress = 2;
-        RunningService service(options);
+        const RunningService service([](ServerOptions &o) { o.maxConnectionsPerAddress = 2; });
         const SocketClient first(service.port());
         {
             SocketClient second(service.port());
-            QCOMPARE(statusOf(SocketClient::get(service.port(), "/healthz")), 503);
+            QCOMPARE(statusOf(service.get("/healthz")), 503);
         }
         // The place of a connection that ended is free again.
-        QVERIFY(QTest::qWaitFor(
-            [&] { return statusOf(SocketClient::get(service.port(), "/healthz")) == 200; },
-            10'000));
+        QVERIFY(QTest::qWaitFor([&] { return statusOf(service.get("/healthz")) == 200; }, 10'000));
     }
 
     void initialiseDescribesTheConnection()
@@ -214,15 +203,20 @@ private Q_SLOTS:
         const QRegularExpression form(
             u"^Client-Hostname:(.*);Server-IP:127.0.0.1;Remote-IP:127.0.0.1;MSS:([0-9]+);"
             "WinScaleRcvd:([0-9]+);MaxRwinRcvd:([0-9]+);SACK:[01];Timestamp:[01];$"_s);
-        // No name, and one that adds a field, give way to the address.
-        for (const auto &[resolved, hostname] : {std::pair{"host-1.example", "host-1.example"},
-                                                 {"", "127.0.0.1"},
-                                                 {"a;MSS:1;", "127.0.0.1"}}) {
-            auto options = RunningService::defaults();
-            options.resolver = [name = std::string(resolved)](const std::string &) { return name; };
-            RunningService service(options);
-            const QByteArray body = bodyOf(SocketClient::get(
-                service.port(),
+        // No name, and one that adds a field, give way to the address. On a socket for both
+        // families an IPv4 address is written as such.
+        for (const auto &[resolved, hostname, listen] :
+             {std::tuple{"host-1.example", "host-1.example", "127.0.0.1"},
+              {"", "127.0.0.1", "127.0.0.1"},
+              {"a;MSS:1;", "127.0.0.1", "::"}}) {
+            const RunningService service([&](ServerOptions &o) {
+                o.listen = {{QString::fromLatin1(listen), 0}};
+                o.resolver = [name = std::string(resolved)](const std::string &) { return name; };
+            });
+            if (service.port() == 0) {
+                QSKIP("no IPv6 on this machine");
+            }
+            const QByteArray body = bodyOf(service.get(
                 "/velometer/initialise.php?logtraffic=0.1&testuserid=1&seriesid=1&testid=1"));
             const auto match = form.match(QString::fromLatin1(body));
             QVERIFY2(match.hasMatch(), body.constData());
@@ -237,14 +231,14 @@ private Q_SLOTS:
     void aStuckResolverHoldsNobody()
     {
         std::promise<void> gate;
-        auto options = RunningService::defaults();
-        options.nameTimeout = 100ms;
-        options.resolver = [opened = gate.get_future().share()](const std::string &) {
-            opened.wait();
-            return std::string("late.example");
-        };
         {
-            RunningService service(options);
+            const RunningService service([&](ServerOptions &o) {
+                o.nameTimeout = 100ms;
+                o.resolver = [opened = gate.get_future().share()](const std::string &) {
+                    opened.wait();
+                    return std::string("late.example");
+                };
+            });
             std::vector<SocketClient> clients;
             for (int i = 0; i < 100; ++i) {
                 clients.emplace_back(service.port());
@@ -256,18 +250,6 @@ private Q_SLOTS:
         }
         // Look-ups still hang when the service is gone.
         gate.set_value();
-    }
-
-    void writesIPv4AddressesAsSuchOnADualSocket()
-    {
-        auto options = RunningService::defaults();
-        options.listen = {{QStringLiteral("::"), 0}};
-        RunningService service(options);
-        if (service.port() == 0) {
-            QSKIP("no IPv6 on this machine");
-        }
-        const QByteArray body = SocketClient::get(service.port(), "/velometer/initialise.php");
-        QVERIFY2(body.contains("Server-IP:127.0.0.1;Remote-IP:127.0.0.1;"), body.constData());
     }
 };
 

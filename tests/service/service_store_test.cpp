@@ -2,12 +2,11 @@
 #include "reports/sqlitereportstore.h"
 #include "runningservice.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
+#include "support/sqlitefile.h"
 
 #include <QFile>
-#include <QSqlError>
+#include <QScopeGuard>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 #include <future>
@@ -51,24 +50,16 @@ ReportStore::UserReports reportsOf(const Store &store, qint64 user, int limit,
         .value_or(ReportStore::UserReports{});
 }
 
-/// As long as it lives no file of this process can grow beyond @p bytes.
-class FullDisk
+/// As long as what it gives lives no file of this process can grow beyond @p bytes.
+auto fullDisk(rlim_t bytes)
 {
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit{.rlim_cur = bytes, .rlim_max = before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before); }
-    FullDisk(const FullDisk &) = delete;
-    FullDisk &operator=(const FullDisk &) = delete;
-
-private:
+    std::signal(SIGXFSZ, SIG_IGN);
     rlimit before{};
-};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit limit{.rlim_cur = bytes, .rlim_max = before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    return qScopeGuard([before] { setrlimit(RLIMIT_FSIZE, &before); });
+}
 
 } // namespace
 
@@ -218,7 +209,7 @@ private Q_SLOTS:
             text.write(QByteArray(4096, 'x'));
         }
         const Store first = kind == u"used"_s ? open() : nullptr;
-        const auto full = kind == u"full"_s ? std::make_unique<FullDisk>(0) : nullptr;
+        const auto full = kind == u"full"_s ? std::optional(fullDisk(0)) : std::nullopt;
         QString error;
         QVERIFY(!SqliteReportStore::open(file, &error));
         QVERIFY2(error.contains(reason), qUtf8Printable(error));
@@ -243,10 +234,7 @@ private Q_SLOTS:
     void endsWhileAnotherProgramHoldsTheFile()
     {
         const Store store = open();
-        auto held = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"holder"_s);
-        held.setDatabaseName(file);
-        QVERIFY(held.open());
-        QVERIFY(held.exec(u"BEGIN IMMEDIATE"_s).lastError().nativeErrorCode().isEmpty());
+        auto held = std::make_unique<HeldFile>(file);
         std::atomic<int> failed = 0;
         for (int i = 0; i < 300; ++i) {
             store->storeReport(report(1, 1, i), [&failed](ReportStore::Outcome outcome) {
@@ -256,42 +244,32 @@ private Q_SLOTS:
         const auto closed =
             std::async(std::launch::async, [&] { store->close(std::chrono::steady_clock::now()); });
         const bool inTime = closed.wait_for(std::chrono::seconds(4)) == std::future_status::ready;
-        held.exec(u"ROLLBACK"_s);
+        held.reset();
         QVERIFY(inTime);
         QCOMPARE(failed, 300);
-        held = {};
-        QSqlDatabase::removeDatabase(u"holder"_s);
     }
 
     void tellsTheTruthAboutItsHealth()
     {
         const RunningService service;
-        const auto health = [&] { return SocketClient::get(service.port(), "/healthz"); };
+        const auto health = [&] { return service.get("/healthz"); };
         const auto user = [&](const QByteArray &uuid) {
-            return statusOf(
-                SocketClient::get(service.port(), "/velometer/getIDwithUUID.jsp?UUID=" + uuid));
+            return statusOf(service.get("/velometer/getIDwithUUID.jsp?UUID=" + uuid));
         };
         QCOMPARE(bodyOf(health()), "ok\n");
         {
-            const FullDisk disk(4096);
+            const auto disk = fullDisk(4096);
             QCOMPARE(user("a"), 500);
             const QByteArray answer = health();
             QCOMPARE(statusOf(answer), 503);
             QCOMPARE(bodyOf(answer), "The store takes no reports: disk I/O error.\n");
         }
         QCOMPARE(statusOf(health()), 200);
-        auto held = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"holder"_s);
-        held.setDatabaseName(service.databaseFile());
-        QVERIFY(held.open());
-        held.exec(u"BEGIN IMMEDIATE"_s);
+        auto held = std::make_unique<HeldFile>(service.databaseFile());
         QCOMPARE(bodyOf(health()), "The store takes no reports: it does not answer.\n");
         // Readers have no part in that.
-        QCOMPARE(statusOf(SocketClient::get(service.port(),
-                                            "/velometer/Controller?page=UserReport&userid=1")),
-                 404);
-        held.exec(u"ROLLBACK"_s);
-        held = {};
-        QSqlDatabase::removeDatabase(u"holder"_s);
+        QCOMPARE(statusOf(service.get("/velometer/Controller?page=UserReport&userid=1")), 404);
+        held.reset();
         QCOMPARE(user("a"), 200);
     }
 
@@ -341,9 +319,9 @@ private Q_SLOTS:
     void doesNotStartOnAnAddressInUse()
     {
         const RunningService first;
-        auto options = RunningService::defaults();
-        options.listen = {{QStringLiteral("127.0.0.1"), first.port()}};
-        QCOMPARE(RunningService(options).port(), 0);
+        const RunningService second(
+            [&](ServerOptions &o) { o.listen = {{QStringLiteral("127.0.0.1"), first.port()}}; });
+        QCOMPARE(second.port(), 0);
     }
 
 private:

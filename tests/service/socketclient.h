@@ -94,19 +94,6 @@ public:
         close();
     }
 
-    /// Everything the service answers to @p request.
-    static QByteArray exchange(quint16 port, const QByteArray &request)
-    {
-        SocketClient client(port);
-        client.send(request);
-        return client.receiveAll();
-    }
-    static QByteArray get(quint16 port, const QByteArray &target)
-    {
-        return exchange(port,
-                        "GET " + target + " HTTP/1.1\r\nHost: x\r\nConnection: Close\r\n\r\n");
-    }
-
 private:
     int socket;
 };

@@ -14,25 +14,15 @@ class FakeObserver : public TestObserver
 {
 public:
     void setStatus(QString text) override { calls.append(QStringLiteral("status ") + text); }
-    void setProgressMax(int value) override { max = value; }
+    void setProgressMax(int /*max*/) override {}
     void setProgressValue(int value) override { progress.append(value); }
-    void setProgress(int value, int newMax) override
-    {
-        progress.append(value);
-        max = newMax;
-    }
+    void setProgress(int value, int /*max*/) override { progress.append(value); }
     void startTest() override { calls.append(QStringLiteral("start")); }
     void stopTest() override { calls.append(QStringLiteral("stop")); }
-    void setDownloadText(QString text) override
-    {
-        calls.append(QStringLiteral("download ") + text);
-    }
-    void setUploadText(QString text) override { calls.append(QStringLiteral("upload ") + text); }
+    void setDownloadText(QString text) override { calls.append(QStringLiteral("down ") + text); }
+    void setUploadText(QString text) override { calls.append(QStringLiteral("up ") + text); }
     void setRTTText(QString text) override { calls.append(QStringLiteral("rtt ") + text); }
-    void setDataTransferred(QString text) override
-    {
-        calls.append(QStringLiteral("transferred ") + text);
-    }
+    void setDataTransferred(QString text) override { calls.append(QStringLiteral("data ") + text); }
     void setErrorText(QString text) override { calls.append(QStringLiteral("error ") + text); }
     void setNotice(QString text) override { calls.append(QStringLiteral("notice ") + text); }
     bool stopRequested() override { return stop; }
@@ -50,7 +40,6 @@ public:
     QMap<std::pair<int, int>, qint64> throughput;
     QStringList information;
     QList<int> progress;
-    int max = 0;
     bool stop = false;
 };
 

@@ -7,7 +7,6 @@
 #include "platform/positionsource.h"
 
 #include <QGeoCoordinate>
-#include <QMap>
 #include <QPointer>
 
 #include <memory>
@@ -60,14 +59,10 @@ public:
         }
     }
     /// A fix as receivers send it; without @p altitude a two-dimensional one.
-    void emitPosition(double latitude, double longitude,
-                      std::optional<double> altitude = std::nullopt)
+    void emitPosition(double latitude, double longitude, double altitude = qQNaN())
     {
-        QGeoCoordinate coordinate(latitude, longitude);
-        if (altitude) {
-            coordinate.setAltitude(*altitude);
-        }
-        emitPosition({coordinate, QDateTime::fromSecsSinceEpoch(1'700'000'000)});
+        emitPosition(
+            {{latitude, longitude, altitude}, QDateTime::fromSecsSinceEpoch(1'700'000'000)});
     }
     void emitTimeout() { told()->setTimedOut(); }
     void setProblem(PositionSource::Problem problem) { told()->setProblem(problem); }
@@ -99,9 +94,9 @@ private:
     Source *told() { return static_cast<Source *>(source.data()); }
 };
 
-/// Network information. Set the members before the code under test is made; set...() and tell()
-/// signal at once.
-class FakeNetwork : public FakeComponent<FakeNetwork, NetworkInfoSource>
+/// Network information. Set the members of the state before the code under test is made; set...()
+/// and tell() signal at once.
+class FakeNetwork : public FakeComponent<FakeNetwork, NetworkInfoSource>, public NetworkState
 {
 public:
     void setMode(NetworkMode value)
@@ -111,47 +106,15 @@ public:
     }
     void setStatus(NetworkMode of, NetworkStatus value)
     {
-        status[of] = value;
+        links[of].status = value;
         tell();
     }
     /// What the members say now.
     void tell()
     {
         if (source) {
-            static_cast<Source *>(source.data())->setState(state());
+            static_cast<Source *>(source.data())->setState(*this);
         }
-    }
-
-    NetworkMode mode = NetworkMode::Unknown;
-    QMap<NetworkMode, NetworkStatus> status;
-    QMap<NetworkMode, int> signal;
-    QMap<NetworkMode, QString> name;
-    QString mcc;
-    QString mnc;
-    QString homeMcc;
-    QString homeMnc;
-    qint64 cell = -1;
-    int lac = -1;
-    bool codesPending = false;
-
-    NetworkState state() const
-    {
-        NetworkState state{mode, {}, mcc, mnc, homeMcc, homeMnc, {}, {}, codesPending};
-        for (const NetworkMode of : QList{mode} + status.keys() + signal.keys() + name.keys()) {
-            NetworkState::Link &link = state.links[of];
-            link.status = status.value(of);
-            link.name = name.value(of);
-            if (signal.contains(of)) {
-                link.signal = signal.value(of);
-            }
-        }
-        if (cell >= 0) {
-            state.cell = cell;
-        }
-        if (lac >= 0) {
-            state.lac = lac;
-        }
-        return state;
     }
 
     class Source : public Told
@@ -160,7 +123,7 @@ public:
         explicit Source(FakeNetwork &control)
             : Told(control)
         {
-            setState(control.state());
+            setState(control);
         }
         using NetworkInfoSource::setState;
     };
@@ -250,12 +213,6 @@ public:
 
 /// A device whose every value and signal is driven by the test. Lives longer than what is made from
 /// it.
-///
-///     FakePlatform platform;
-///     platform.network.mode = NetworkMode::Lte;             // before: what is found
-///     NetworkInfoHelper helper(platform, nullptr);
-///     platform.network.setMode(NetworkMode::Gsm);           // after: what changes
-///     platform.session.fails(NetworkSession::RoamingError);
 class FakePlatform : public Platform
 {
 public:

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "support/sqlitefile.h"
+
 #include <QFile>
 #include <QProcess>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -118,25 +117,7 @@ public:
     /// The rows of a query on a SQLite file that another program writes; none without the file.
     static QList<QVariantList> rows(const QString &file, const QString &query)
     {
-        QList<QVariantList> result;
-        if (QFile::exists(file)) {
-            QSqlDatabase db =
-                QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("reader"));
-            db.setDatabaseName(file);
-            QSqlQuery statement(db);
-            if (!db.open() || !statement.exec(query)) {
-                qWarning("%s", qPrintable(statement.lastError().text()));
-            }
-            while (statement.next()) {
-                QVariantList row;
-                for (int i = 0; statement.value(i).isValid(); ++i) {
-                    row.append(statement.value(i));
-                }
-                result.append(row);
-            }
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("reader"));
-        return result;
+        return QFile::exists(file) ? SqliteFile(file).rows(query) : QList<QVariantList>();
     }
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

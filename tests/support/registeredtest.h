@@ -1,38 +1,37 @@
+// What every file of tests includes: Qt's tests, their rows, and their registration.
 #pragma once
 
+#include "support/rows.h"
+
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QTest>
 #ifdef QT_WIDGETS_LIB
 #include <QApplication>
 #endif
 
-#include <vector>
+#include <map>
 
 namespace velometer {
 
-/// One class of tests, known to the program it is compiled into. testmain.cpp runs it.
-class RegisteredTest
+/// Makes the application and the test object, and runs its functions as @p argv says. Returns how
+/// many failed.
+using TestRun = int (*)(int argc, char *argv[]);
+
+/// The classes of tests that are compiled into the program, by the names of their files:
+/// "utils_test". testmain.cpp runs them.
+inline std::map<QString, TestRun> &registeredTests()
 {
-public:
-    /// Makes the application and the test object, and runs its functions as @p argv says. Returns
-    /// how many failed.
-    using Run = int (*)(int argc, char *argv[]);
+    static std::map<QString, TestRun> tests; // made on first use: they are told before main()
+    return tests;
+}
 
-    RegisteredTest(const char *className, const char *file, Run function);
-
-    /// "UtilsTest", or "utils_test" after the file that it stands in.
-    bool isCalled(const QByteArray &name) const { return name == className || name == fileName; }
-    const QByteArray &name() const { return fileName; }
-    int run(int argc, char *argv[]) const { return function(argc, argv); }
-
-    /// In the order of the linker, which is any.
-    static const std::vector<const RegisteredTest *> &all();
-
-private:
-    QByteArray className;
-    QByteArray fileName;
-    Run function;
-};
+inline bool registerTest(const char *file, TestRun run)
+{
+    return registeredTests()
+        .try_emplace(QFileInfo(QString::fromUtf8(file)).completeBaseName(), run)
+        .second;
+}
 
 template <typename Test, typename Application>
 int runTest(int argc, char *argv[])
@@ -47,10 +46,10 @@ int runTest(int argc, char *argv[])
 /// Instead of a main function: @p Class runs with an event loop, in a program of its folder's
 /// tests.
 #define VELOMETER_TEST(Class)                                                                      \
-    static const velometer::RegisteredTest registered(                                             \
-        #Class, __FILE__, &velometer::runTest<velometer::Class, QCoreApplication>);
+    [[maybe_unused]] static const bool registered = velometer::registerTest(                       \
+        __FILE__, &velometer::runTest<velometer::Class, QCoreApplication>);
 
 /// The same with the widgets' application.
 #define VELOMETER_WIDGET_TEST(Class)                                                               \
-    static const velometer::RegisteredTest registered(                                             \
-        #Class, __FILE__, &velometer::runTest<velometer::Class, QApplication>);
+    [[maybe_unused]] static const bool registered =                                                \
+        velometer::registerTest(__FILE__, &velometer::runTest<velometer::Class, QApplication>);

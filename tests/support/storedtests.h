@@ -2,7 +2,6 @@
 
 #include "db/databasemanager.h"
 
-#include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
 #include <QTemporaryDir>
@@ -41,17 +40,11 @@ public:
 
     void add(const Row &row)
     {
-        QSqlQuery query(QSqlDatabase::database());
-        query.prepare(QStringLiteral(
-            "INSERT INTO testresults(id,seriesid,testid,timestamp,downloadSpeed,uploadSpeed,rtt,"
-            "connectionType,location,server) VALUES(?,?,?,?,?,?,?,?,?,?)"));
-        for (const QVariant &value :
-             {QVariant(row.id), QVariant(row.series), QVariant(row.test), row.timestamp,
-              QVariant(row.download), QVariant(row.upload), QVariant(row.rtt), QVariant(row.type),
-              QVariant(row.location), QVariant(row.server)}) {
-            query.addBindValue(value);
-        }
-        QVERIFY(query.exec());
+        insert(QStringLiteral("INSERT INTO testresults(id,seriesid,testid,timestamp,downloadSpeed,"
+                              "uploadSpeed,rtt,connectionType,location,server) "
+                              "VALUES(?,?,?,?,?,?,?,?,?,?)"),
+               {row.id, row.series, row.test, row.timestamp, row.download, row.upload, row.rtt,
+                row.type, row.location, row.server});
     }
 
     void addDetail(qlonglong id, const QString &key, const QVariant &value)
@@ -60,26 +53,28 @@ public:
         const auto [column, letter] = type == QMetaType::Double    ? std::pair("double", "f")
                                       : type == QMetaType::QString ? std::pair("string", "s")
                                                                    : std::pair("long", "l");
-        QSqlQuery query(QSqlDatabase::database());
-        query.prepare(QStringLiteral("INSERT OR REPLACE INTO testdetails(id,key,type,%1) "
-                                     "VALUES(?,?,?,?)")
-                          .arg(QLatin1StringView(column)));
-        for (const QVariant &each :
-             {QVariant(id), QVariant(key), QVariant(QLatin1StringView(letter)), value}) {
-            query.addBindValue(each);
-        }
-        QVERIFY(query.exec());
+        insert(QStringLiteral("INSERT OR REPLACE INTO testdetails(id,key,type,%1) VALUES(?,?,?,?)")
+                   .arg(QLatin1StringView(column)),
+               {id, key, QLatin1StringView(letter), value});
     }
 
     /// @p list: numbers, separated by commas.
     void addIntervals(qlonglong id, int phase, const QString &list)
     {
-        QVERIFY(QSqlQuery(QSqlDatabase::database())
-                    .exec(QStringLiteral("INSERT INTO testintervals VALUES(%1,%2,'%3')")
-                              .arg(QString::number(id), QString::number(phase), list)));
+        insert(QStringLiteral("INSERT INTO testintervals VALUES(?,?,?)"), {id, phase, list});
     }
 
 private:
+    static void insert(const QString &statement, const QVariantList &values)
+    {
+        QSqlQuery query;
+        query.prepare(statement);
+        for (const QVariant &value : values) {
+            query.addBindValue(value);
+        }
+        QVERIFY(query.exec());
+    }
+
     QTemporaryDir directory;
 };
 

@@ -22,8 +22,9 @@ public:
         setUpContext();
         record.setTimestamp(1'700'000'000'123);
         record.getInitialValues()->remoteInitialValuesLoaded(QStringLiteral(
+            "HTTP noise Timestamp:3;SACK:2;MaxRwinRcvd:65535;WinScaleRcvd:7;MSS:1460;\r\n"
             "Client-Hostname:o'client\x07.example;Server-IP:192.0.2.1;Remote-IP:192.0.2.2;"
-            "MSS:1460;WinScaleRcvd:7;MaxRwinRcvd:65535;SACK:2;Timestamp:3;Local-IP:10.0.0.3;"));
+            "Local-IP:/10.0.0.3"));
         record.setDataBudget(DataBudget(60'000'000));
 
         auto *download = new Result(8081, 7, 7'100'000'000, 33'725'000,
@@ -75,9 +76,10 @@ private:
     {
         FakeNetwork &net = context.platform.network;
         net.mode = NetworkMode::Lte;
-        net.status[NetworkMode::Lte] = NetworkStatus::Roaming;
-        net.signal[NetworkMode::Lte] = 71;
-        net.name[NetworkMode::Lte] = QStringLiteral("=Z\u00fcrich \"Net\"\x1b[31m, 'A' ]]> \u00c4");
+        net.links[NetworkMode::Lte].status = NetworkStatus::Roaming;
+        net.links[NetworkMode::Lte].signal = 71;
+        net.links[NetworkMode::Lte].name =
+            QStringLiteral("=Z\u00fcrich \"Net\"\x1b[31m, 'A' ]]> \u00c4");
         net.mcc = QStringLiteral("228");
         net.mnc = QStringLiteral("01");
         net.homeMcc = QStringLiteral("229");

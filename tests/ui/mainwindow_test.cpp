@@ -393,7 +393,7 @@ private:
     void roam()
     {
         platform.network.mode = NetworkMode::Lte;
-        platform.network.status[NetworkMode::Lte] = NetworkStatus::Roaming;
+        platform.network.links[NetworkMode::Lte].status = NetworkStatus::Roaming;
     }
 
     void create(bool series)
