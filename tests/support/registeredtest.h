@@ -1,14 +1,22 @@
 #pragma once
 
+#include "support/rows.h"
+
 #include <QCoreApplication>
 #include <QTest>
 #ifdef QT_WIDGETS_LIB
 #include <QApplication>
 #endif
 
+#include <chrono>
+#include <memory>
 #include <vector>
 
 namespace velometer {
+
+// What nearly every test speaks in.
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 /// One class of tests, known to the program it is compiled into. testmain.cpp runs it.
 class RegisteredTest
