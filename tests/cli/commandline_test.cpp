@@ -1,12 +1,6 @@
 #include "cli/commandline.h"
 
 #include "support/registeredtest.h"
-#include "support/rows.h"
-
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -30,18 +24,17 @@ private Q_SLOTS:
         row("--count 12 test --interval=300 --csv", [](const CommandLine &l) {
             return l.count == 12 && l.interval == 300 && l.format == Format::Csv;
         });
-        row("--location tRaIn", [](const CommandLine &l) { return l.location == u"Train"_s; });
-        row("-6 --allow-roaming", [](const CommandLine &l) {
-            return l.protocol == QAbstractSocket::IPv6Protocol && l.allowRoaming;
-        });
-        row("--server [::1]:80 --json-stream", [](const CommandLine &l) {
-            return l.server == u"[::1]:80"_s && l.format == Format::JsonStream;
-        });
+        row("--location tRaIn -6 --allow-roaming --server [::1]:80 --json-stream "
+            "--wait-position 600",
+            [](const CommandLine &l) {
+                return l.location == u"Train"_s && l.allowRoaming && l.waitPosition == 600s &&
+                       l.protocol == QAbstractSocket::IPv6Protocol && l.server == u"[::1]:80"_s &&
+                       l.format == Format::JsonStream;
+            });
         row("--max-bytes 100k", [](const CommandLine &l) { return l.budget->bytes() == 100'000; });
         row("--max-bytes 9223372036G",
             [](const CommandLine &l) { return l.budget->bytes() == 9'223'372'036'000'000'000; });
         row("--max-bytes 0", [](const CommandLine &l) { return l.budget && !l.budget->bytes(); });
-        row("--wait-position 600", [](const CommandLine &l) { return l.waitPosition == 600s; });
         row("show 17", [](const CommandLine &l) { return l.storedTest.row == 17; });
         row("show 3/12", [](const CommandLine &l) {
             return l.storedTest.row == 0 && l.storedTest.series == 3 && l.storedTest.test == 12;

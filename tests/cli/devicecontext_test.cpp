@@ -2,12 +2,8 @@
 
 #include "support/fakeplatform.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QSignalSpy>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -34,11 +30,9 @@ private Q_SLOTS:
     }
     void waitsOnlyForWhatMayStillCome()
     {
-        QFETCH(NetworkMode, mode);
-        QFETCH(Problem, problem);
-        QFETCH(bool, ready);
+        const auto [missing, mode, problem, ready] =
+            currentRow<QList<Missing>, NetworkMode, Problem, bool>();
         FakePlatform device;
-        QFETCH(QList<Missing>, missing);
         device.told.missing = missing;
         device.network.mode = mode;
         DeviceContext context(device);

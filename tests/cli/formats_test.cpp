@@ -6,15 +6,11 @@
 #include "data/testdetails.h"
 #include "data/testfields.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 #include "support/storedtests.h"
 #include "support/wholetest.h"
 
 #include <QFile>
 #include <QJsonDocument>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -91,67 +87,57 @@ private Q_SLOTS:
         }
     }
 
-    void aStoredTestTellsWhatTheRunningOneTold_data()
+    void aStoredTestTellsWhatTheRunningOneTold()
     {
-        const Rows<FinishedTest> row("test");
-        row("everything", WholeTest().value());
         FinishedTest refused = WholeTest().value();
         refused.download = {{}, {}, {}, 0, 0, {}, {}, {}, false, QList<qint64>()};
         refused.position = {};
-        refused.network.cell = 0;
+        refused.network.cell = 0; // is no unknown
         refused.budget.reached.reset();
         refused.serverMaximumRate.reset();
-        row("0 is no unknown", refused);
-        row("nothing", {});
-    }
-    void aStoredTestTellsWhatTheRunningOneTold()
-    {
-        QFETCH(FinishedTest, test);
-        const StoredTests store;
-        test.storedId = static_cast<qint64>(gDB->storeTest(test));
-        QCOMPARE(test.storedId, 1);
-        test.report.resent.reset(); // the running program's alone
-        // A row has both ids, 0 where there were none.
-        test.testId = test.testId.value_or(0);
-        test.seriesId = test.seriesId.value_or(0);
-        const auto told = everything(test);
-        const auto stored = everything(gDB->getTest(*gDB->getResultsById(1)));
-        for (qsizetype i = 0; i < told.size(); ++i) {
-            QCOMPARE(stored[i].second.split('\n'), told[i].second.split('\n'));
+        for (FinishedTest test : {WholeTest().value(), refused, FinishedTest()}) {
+            const StoredTests store;
+            test.storedId = static_cast<qint64>(gDB->storeTest(test));
+            QCOMPARE(test.storedId, 1);
+            test.report.resent.reset(); // the running program's alone
+            // A row has both ids, 0 where there were none.
+            test.testId = test.testId.value_or(0);
+            test.seriesId = test.seriesId.value_or(0);
+            const auto told = everything(test);
+            const auto stored = everything(gDB->getTest(*gDB->getResultsById(1)));
+            for (qsizetype i = 0; i < told.size(); ++i) {
+                QCOMPARE(stored[i].second.split('\n'), told[i].second.split('\n'));
+            }
         }
     }
 
-    void anOlderTestTellsWhatWasStored_data()
-    {
-        const Rows<double, bool, QString> row("clientRate", "withDetails", "file");
-        row("server measured the upload", 4e6, true, "older-server.json");
-        row("client measured the upload", 5e6, true, "older-client.json");
-        row("no details", 5e6, false, "older-row.json");
-    }
     void anOlderTestTellsWhatWasStored()
     {
-        QFETCH(double, clientRate);
-        QFETCH(bool, withDetails);
-        StoredTests store;
-        store.add({.download = 0, .upload = 5e6, .rtt = 45});
-        QVERIFY(
-            QSqlQuery().exec(u"UPDATE testresults SET uploadSpeedClient = %1"_s.arg(clientRate)));
-        const std::pair<QString, QVariant> details[] = {
-            {u"downloadMaximum"_s, -1.0},       {u"uploadMaximum"_s, 6e6},
-            {u"rttAverage"_s, 45.6e6},          {u"testServerPort"_s, 8080.0},
-            {u"downloadedBytes"_s, 0LL},        {u"networkCell"_s, 0.0},
-            {u"gsmSignalStrength"_s, 71LL},     {u"deviceLatitude"_s, 47.5},
-            {u"deviceLongitude"_s, 8.5},        {u"deviceAltitude"_s, -1.0},
-            {u"deviceAccuracyVert"_s, 0.0},     {u"deviceAccuracyHor"_s, 12.0},
-            {u"deviceVelocity"_s, -1001.0},     {u"testServerCity"_s, u"Bern\x1b"_s},
-            {u"budgetReached"_s, u"download"_s}};
-        for (const auto &[key, value] : details) {
-            if (withDetails) {
-                store.addDetail(1, key, value);
+        // The server measured the upload, the client did, there are no details.
+        for (const auto &[clientRate, withDetails, file] :
+             {std::tuple{4e6, true, u"older-server.json"_s},
+              {5e6, true, u"older-client.json"_s},
+              {5e6, false, u"older-row.json"_s}}) {
+            StoredTests store;
+            store.add({.download = 0, .upload = 5e6, .rtt = 45});
+            QVERIFY(QSqlQuery().exec(
+                u"UPDATE testresults SET uploadSpeedClient = %1"_s.arg(clientRate)));
+            const std::pair<QString, QVariant> details[] = {
+                {u"downloadMaximum"_s, -1.0},       {u"uploadMaximum"_s, 6e6},
+                {u"rttAverage"_s, 45.6e6},          {u"testServerPort"_s, 8080.0},
+                {u"downloadedBytes"_s, 0LL},        {u"networkCell"_s, 0.0},
+                {u"gsmSignalStrength"_s, 71LL},     {u"deviceLatitude"_s, 47.5},
+                {u"deviceLongitude"_s, 8.5},        {u"deviceAltitude"_s, -1.0},
+                {u"deviceAccuracyVert"_s, 0.0},     {u"deviceAccuracyHor"_s, 12.0},
+                {u"deviceVelocity"_s, -1001.0},     {u"testServerCity"_s, u"Bern\x1b"_s},
+                {u"budgetReached"_s, u"download"_s}};
+            for (const auto &[key, value] : details) {
+                if (withDetails) {
+                    store.addDetail(1, key, value);
+                }
             }
+            QCOMPARE(known(gDB->getTest(*gDB->getAllResults().front())), golden(file));
         }
-        QFETCH(QString, file);
-        QCOMPARE(known(gDB->getTest(*gDB->getAllResults().front())), golden(file));
     }
 
     void guardsTextCells()

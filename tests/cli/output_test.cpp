@@ -2,14 +2,10 @@
 
 #include "support/registeredtest.h"
 
-#include <QTest>
-
 #include <csignal>
 
 #include <fcntl.h>
 #include <unistd.h>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 

@@ -9,8 +9,6 @@
 #include "db/databasemanager.h"
 #include "support/fakeplatform.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
-#include "utils/deployment.h"
 #include "utils/utils.h"
 
 #include <QJsonDocument>
@@ -18,13 +16,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
-#include <QTest>
-
-#include <chrono>
-#include <memory>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 Q_DECLARE_METATYPE(velometer::ExitStatus)
 
@@ -123,31 +114,6 @@ private Q_SLOTS:
         QCOMPARE(run.platform.session.openCalls, 0);
     }
 
-    void goesOnAfterAFailedTest()
-    {
-        Run run({{u"Train"_s, 3}}, Format::Json);
-        run.runner->start();
-        QVERIFY(run.endsWith(ExitStatus::Unreachable));
-        QCOMPARE(run.platform.session.openCalls, 3);
-        const auto lines = run.lines();
-        QCOMPARE(lines.size(), 3);
-        QCOMPARE(lines[1].value("schedule"_L1), u"2,3,0"_s);
-        QCOMPARE(lines[1].value("location"_L1), u"Train"_s);
-    }
-
-    void refusesToRoam()
-    {
-        for (const bool allowed : {false, true}) {
-            Run run({{}, allowed}, Format::Json);
-            run.platform.network.setMode(NetworkMode::Lte);
-            run.platform.network.setStatus(NetworkMode::Lte, NetworkStatus::Roaming);
-            run.runner->start();
-            QVERIFY(run.endsWith(allowed ? ExitStatus::Unreachable : ExitStatus::Refused));
-            QCOMPARE(run.platform.session.openCalls, allowed ? 1 : 0);
-            QCOMPARE(run.messages().contains("--allow-roaming"), !allowed);
-        }
-    }
-
     void endsAtOnceBetweenTests()
     {
         Run run({{u"Unknown"_s, 2, 604'800s}}, Format::Json);
@@ -172,35 +138,31 @@ private Q_SLOTS:
         QCOMPARE(resumed.platform.session.openCalls, 0);
     }
 
-    void saysFirstThatTheConnectionIsMetered_data()
-    {
-        const Rows<QString, qint64, QString> row("metered", "budget", "line");
-        row("it is not", "no", 0, "");
-        row("it is", "yes", 0, "The connection is metered; a test may cost money.\n");
-        row("a guess, and a budget", "yes guessed", 50'000'000,
-            "The connection is metered (guessed from its kind); a test may cost money. A test uses "
-            "at most 50 MB.\n");
-    }
     void saysFirstThatTheConnectionIsMetered()
     {
-        QFETCH(QString, metered);
-        QFETCH(qint64, budget);
-        QFETCH(QString, line);
-        Run run({{u"Unknown"_s, 2}, false, DataBudget(budget)}, Format::JsonStream);
-        run.platform.complete = false;
-        run.runner->start();
-        QCoreApplication::processEvents();
-        QCOMPARE(run.messages(), QByteArray());
-        QCOMPARE(run.platform.session.openCalls, 0);
-        // The device answers.
-        if (!metered.isEmpty()) {
+        const QString guess = u"The connection is metered (guessed from its kind); a test may cost "
+                              "money. A test uses at most 50 MB.\n"_s;
+        for (const auto &[metered, budget, line] :
+             {std::tuple{"no"_L1, 0, QString()},
+              {"yes"_L1, 0, u"The connection is metered; a test may cost money.\n"_s},
+              {"yes guessed"_L1, 50'000'000, guess}}) {
+            Run run({{u"Train"_s, 2}, false, DataBudget(budget)}, Format::Json);
+            run.platform.complete = false;
+            run.runner->start();
+            QCoreApplication::processEvents();
+            QCOMPARE(run.messages(), QByteArray());
+            QCOMPARE(run.platform.session.openCalls, 0);
+            // The device answers.
             run.platform.told.metered = metered.startsWith("yes"_L1);
+            run.platform.told.meteredGuessed = metered.endsWith("guessed"_L1);
+            run.platform.setComplete();
+            // A failed test does not end the series.
+            QVERIFY(run.endsWith(ExitStatus::Unreachable));
+            const QByteArray failure = "noConnectionText\n";
+            QCOMPARE(run.messages(), line.toUtf8() + failure + failure);
+            QCOMPARE(run.lines().value(1)["schedule"_L1], u"2,2,0"_s);
+            QCOMPARE(run.lines().value(1)["location"_L1], u"Train"_s);
         }
-        run.platform.told.meteredGuessed = metered.endsWith("guessed"_L1);
-        run.platform.setComplete();
-        QVERIFY(run.endsWith(ExitStatus::Unreachable));
-        const QByteArray failure = "noConnectionText\n";
-        QCOMPARE(run.messages(), line.toUtf8() + failure + failure);
     }
 
     void aDeviceThatNeverAnswersHoldsNoTest()
@@ -236,11 +198,8 @@ private Q_SLOTS:
     }
     void judgesATest()
     {
-        QFETCH(End, end);
-        QFETCH(bool, storeFailed);
-        QFETCH(int, downloadMs);
-        QFETCH(int, responseTime);
-        QFETCH(ExitStatus, status);
+        const auto [end, storeFailed, downloadMs, cut, responseTime, status] =
+            currentRow<End, bool, int, bool, int, ExitStatus>();
         IntervalTable values;
         for (int i = 0; i < 70; ++i) {
             values.insert(i, 1000);
@@ -253,7 +212,6 @@ private Q_SLOTS:
         outcome.end = end;
         outcome.storeFailed = storeFailed;
         TestResults record(1, 1, nullptr);
-        QFETCH(bool, cut);
         if (downloadMs > 0) {
             record.setDownloadResult(throughput(downloadMs, Result::Download, &record));
             record.getDownloadResult()->setCutByBudget(cut);

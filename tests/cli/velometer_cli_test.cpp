@@ -2,7 +2,6 @@
 
 #include "support/programhome.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QDirIterator>
 #include <QJsonArray>
@@ -10,8 +9,6 @@
 #include <QJsonObject>
 
 #include <csignal>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -51,36 +48,39 @@ private Q_SLOTS:
         QCOMPARE(ended.status, 0);
         QCOMPARE(ended.printed.count('\n'), 1);
         QJsonObject test = object(ended.printed);
-        const QJsonObject download = test.value("download"_L1).toObject();
-        const QJsonObject upload = test.value("upload"_L1).toObject();
-        const QJsonObject rtt = test.value("rtt"_L1).toObject();
-        const QJsonObject tcp = test.value("tcp"_L1).toObject();
-        QJsonObject report = test.value("report"_L1).toObject();
-        for (const QJsonObject &phase : {download, upload, rtt}) {
-            QCOMPARE(phase.value("valid"_L1), true);
+        const QJsonValue download = test["download"_L1];
+        const QJsonValue upload = test["upload"_L1];
+        const QJsonValue rtt = test["rtt"_L1];
+        QJsonObject report = test["report"_L1].toObject();
+        for (const QJsonValue &phase : {download, upload, rtt}) {
+            QCOMPARE(phase["valid"_L1], true);
         }
-        QCOMPARE(download.value("interval_bytes"_L1).toArray().size(), 70);
-        QCOMPARE(rtt.value("samples_ns"_L1).toArray().size(), 3);
-        QVERIFY(upload.value("server_avg_bps"_L1).toInteger() > 0);
-        QVERIFY(tcp.value("mss"_L1).toInteger() > 0);
-        QVERIFY(tcp.value("congestion"_L1).isString());
-        QCOMPARE(report.value("delivered"_L1), true);
-        QCOMPARE(report.value("queue_id"_L1), QJsonValue(QJsonValue::Null));
+        QCOMPARE(download["interval_bytes"_L1].toArray().size(), 70);
+        QCOMPARE(rtt["samples_ns"_L1].toArray().size(), 3);
+        QVERIFY(upload["server_avg_bps"_L1].toInteger() > 0);
+        QVERIFY(test["tcp"_L1]["mss"_L1].toInteger() > 0);
+        QVERIFY(test["tcp"_L1]["congestion"_L1].isString());
+        QCOMPARE(report["delivered"_L1], true);
+        QCOMPARE(report["queue_id"_L1], QJsonValue(QJsonValue::Null));
 
         // The service has the same figures, and the store everything but what is past: how many
         // other reports went out.
-        const qint64 downloadRate = download.value("avg_bps"_L1).toInteger();
-        const qint64 uploadRate = upload.value("server_avg_bps"_L1).toInteger();
-        const qint64 clientRate = upload.value("avg_bps"_L1).toInteger();
-        const qint64 testId = test.value("test_id"_L1).toString().toLongLong();
-        const qint64 seriesId = test.value("series_id"_L1).toString().toLongLong();
-        const qint64 userId = test.value("user_id"_L1).toString().toLongLong();
+        QVariantList figures;
+        for (const auto id : {"test_id"_L1, "series_id"_L1, "user_id"_L1}) {
+            figures += test[id].toString().toLongLong();
+        }
+        for (const QJsonValue &rate :
+             {download["avg_bps"_L1], upload["server_avg_bps"_L1], upload["avg_bps"_L1]}) {
+            figures += rate.toInteger();
+        }
+        figures += u"Indoor"_s;
         QCOMPARE(reported(u"SELECT testid, seriesid, userid, download_avg, upload_avg, "
                           "upload_client_avg, location FROM reports"_s),
-                 QList<QVariantList>({{testId, seriesId, userId, downloadRate, uploadRate,
-                                       clientRate, u"Indoor"_s}}));
+                 QList<QVariantList>{figures});
 
-        const Ended shown = run({u"show"_s, u"%1/%2"_s.arg(seriesId).arg(testId), u"--json"_s});
+        const QString wanted =
+            test["series_id"_L1].toString() + u'/' + test["test_id"_L1].toString();
+        const Ended shown = run({u"show"_s, wanted, u"--json"_s});
         QCOMPARE(shown.status, 0);
         report.insert("resent"_L1, QJsonValue::Null);
         test.insert("report"_L1, report);
@@ -129,12 +129,11 @@ private Q_SLOTS:
         home->stopService();
         Ended ended = end(*broken);
         QCOMPARE(ended.status, 1);
-        const QJsonObject result = lastObject(ended).value("result"_L1).toObject();
-        const QJsonObject report = result.value("report"_L1).toObject();
-        QCOMPARE(report.value("delivered"_L1), false);
-        QCOMPARE(report.value("queue_id"_L1), u"1"_s);
-        QCOMPARE(result.value("download"_L1).toObject().value("valid"_L1), true);
-        QCOMPARE(result.value("rtt"_L1).toObject().value("valid"_L1), false);
+        const QJsonValue result = lastObject(ended)["result"_L1];
+        QCOMPARE(result["report"_L1]["delivered"_L1], false);
+        QCOMPARE(result["report"_L1]["queue_id"_L1], u"1"_s);
+        QCOMPARE(result["download"_L1]["valid"_L1], true);
+        QCOMPARE(result["rtt"_L1]["valid"_L1], false);
         QCOMPARE(run({u"resend"_s}).status, 5);
         // The report cannot count its attempts.
         stored(u"CREATE TRIGGER broken BEFORE UPDATE ON xmlfiles "
@@ -162,13 +161,16 @@ private Q_SLOTS:
         const Rows<int, int> row("number", "status");
         row("interrupted", SIGINT, 130);
         row("hung up", SIGHUP, 129);
+        row("terminated, and nowhere to keep it", SIGTERM, 143);
     }
     void keepsWhatAnInterruptedTestHas()
     {
-        QFETCH(int, number);
-        QFETCH(int, status);
+        const auto [number, status] = currentRow<int, int>();
         const auto process = start({u"--json-stream"_s, u"--count"_s, u"2"_s});
         QVERIFY(ProgramHome::waitForText(*process, "\"event\":\"progress\""));
+        if (number == SIGTERM) {
+            stored(u"DROP TABLE xmlfiles"_s);
+        }
         // The shell and the terminal both tell of a hang-up.
         for (int i = 0; i < (number == SIGHUP ? 3 : 1); ++i) {
             ::kill(static_cast<pid_t>(process->processId()), number);
@@ -177,23 +179,15 @@ private Q_SLOTS:
         QCOMPARE(ended.status, status);
         QCOMPARE(lastObject(ended).value("event"_L1), u"error"_s);
         QCOMPARE(lastObject(ended).value("status"_L1), status);
-
+        QCOMPARE(ended.messages.contains("could not be stored"), number == SIGTERM);
+        if (number == SIGTERM) {
+            return;
+        }
         QCOMPARE(stored(u"PRAGMA integrity_check"_s), QList<QVariantList>({{u"ok"_s}}));
         QCOMPARE(stored(u"SELECT id FROM xmlfiles"_s).size(), 1);
         QCOMPARE(run({u"resend"_s}).status, 0);
         QCOMPARE(stored(u"SELECT id FROM xmlfiles"_s).size(), 0);
         QCOMPARE(reported(u"SELECT testid FROM reports"_s).size(), 1);
-    }
-
-    void saysThatAnInterruptedTestIsLost()
-    {
-        const auto process = start({u"--json-stream"_s});
-        QVERIFY(ProgramHome::waitForText(*process, "\"event\":\"progress\""));
-        stored(u"DROP TABLE xmlfiles"_s);
-        ::kill(static_cast<pid_t>(process->processId()), SIGTERM);
-        const Ended ended = end(*process);
-        QCOMPARE(ended.status, 143);
-        QVERIFY2(ended.messages.contains("could not be stored"), ended.messages.constData());
     }
 
     void refusesAStoreThatCannotBe()

@@ -3,13 +3,9 @@
 #include "main/singleinstance.h"
 
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -34,39 +30,27 @@ private Q_SLOTS:
         QCOMPARE(options->configFile, u"c.conf"_s);
     }
 
-    void namesWhatIsWrong_data()
-    {
-        const Rows<QString, QString> row("line", "named");
-        row("unknown option", "--fullscreen", "fullscreen");
-        row("unknown language", "--language=fr", "\"fr\"");
-        row("value forgotten", "--config", "config");
-        row("a flag with a value", "--version=2", "version");
-    }
     void namesWhatIsWrong()
     {
-        QFETCH(QString, line);
-        QFETCH(QString, named);
-        QString error;
-        QVERIFY(!Options::parse(line.split(u' '), &error));
-        QVERIFY2(error.contains(named), qPrintable(error));
-        QVERIFY2(error.count(u'.') == 1 && error.endsWith(u'.'), qPrintable(error));
+        for (const auto &[line, named] : {std::pair{u"--fullscreen"_s, u"fullscreen"_s},
+                                          {u"--language=fr"_s, u"\"fr\""_s},
+                                          {u"--config"_s, u"config"_s},
+                                          {u"--version=2"_s, u"version"_s}}) {
+            QString error;
+            QVERIFY(!Options::parse(line.split(u' '), &error));
+            QVERIFY2(error.contains(named), qPrintable(error));
+            QVERIFY2(error.count(u'.') == 1 && error.endsWith(u'.'), qPrintable(error));
+        }
     }
 
-    void fitsTheShellToTheScreen_data()
-    {
-        const Rows<QSize, int, ShellKind> row("screen", "wideMm", "kind");
-        row("landscape handset", QSize(854, 480), 0, ShellKind::Handset);
-        row("portrait phone, scaled", QSize(360, 720), 65, ShellKind::Phone);
-        row("handset held upright", QSize(480, 854), 0, ShellKind::Phone);
-        row("small laptop", QSize(1366, 768), 310, ShellKind::Desktop);
-        row("monitor on its side", QSize(1080, 1920), 300, ShellKind::Desktop);
-    }
     void fitsTheShellToTheScreen()
     {
-        QFETCH(QSize, screen);
-        QFETCH(int, wideMm);
-        QFETCH(ShellKind, kind);
-        QVERIFY(Shell::fitting(screen, wideMm) == kind);
+        using enum ShellKind;
+        QVERIFY(Shell::fitting({854, 480}, 0) == Handset);
+        QVERIFY(Shell::fitting({360, 720}, 65) == Phone); // scaled
+        QVERIFY(Shell::fitting({480, 854}, 0) == Phone);  // a handset held upright
+        QVERIFY(Shell::fitting({1366, 768}, 310) == Desktop);
+        QVERIFY(Shell::fitting({1080, 1920}, 300) == Desktop); // a monitor on its side
     }
 
     void aSecondProgramRaisesTheFirst()

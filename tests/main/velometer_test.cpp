@@ -8,8 +8,6 @@
 #include <cmath>
 #include <functional>
 
-using namespace Qt::StringLiterals;
-
 namespace velometer {
 
 namespace {

@@ -9,15 +9,8 @@
 #include "support/mockphone.h"
 #include "support/modemstory.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QSignalSpy>
-#include <QTest>
-
-#include <memory>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -43,21 +36,17 @@ class DeviceBackendsTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        network.reset();
+        platform.reset();
+        phone.reset();
+        bus.reset();
+        clock.reset();
         // However slow the services are: time passes when a test says so.
         clock = std::make_unique<FakeClock>();
         bus = std::make_unique<MockBus>();
         QVERIFY(bus->start());
         phone = std::make_unique<MockPhone>(*bus);
     }
-    void cleanup()
-    {
-        network.reset();
-        platform.reset();
-        phone.reset();
-        bus.reset();
-        clock.reset();
-    }
-
     void knowsAPhoneAbroad()
     {
         QVERIFY(phone->startModem() && phone->startNetwork());
@@ -70,13 +59,11 @@ private Q_SLOTS:
         QCOMPARE(network->state(), abroad);
         const auto device = platform->createDeviceInfoSource();
         QVERIFY(device->isComplete());
-        QCOMPARE(device->imei(), u"356938035643809"_s);
-        QCOMPARE(device->imsi(), u"228011234567890"_s);
-        QCOMPARE(device->manufacturer() + device->model(), u"MakerModem 7"_s);
+        QCOMPARE(
+            (QStringList{device->imei(), device->imsi(), device->manufacturer(), device->model()}),
+            (QStringList{u"356938035643809"_s, u"228011234567890"_s, u"Maker"_s, u"Modem 7"_s}));
         const PlatformFacts facts = platform->facts();
-        QCOMPARE(*facts.rsrp, -97.0);
-        QCOMPARE(*facts.rsrq, -11.5);
-        QCOMPARE(*facts.snr, 8.0);
+        QCOMPARE((QList{*facts.rsrp, *facts.rsrq, *facts.snr}), (QList{-97.0, -11.5, 8.0}));
         QVERIFY(*facts.metered && facts.meteredGuessed);
         QCOMPARE(facts.connectivity, PlatformFacts::Connectivity::Full);
         QVERIFY(!facts.missing.contains(Missing::ModemService));
@@ -131,9 +118,7 @@ private Q_SLOTS:
     }
     void followsTheModem()
     {
-        QFETCH(QString, interface);
-        QFETCH(QString, property);
-        QFETCH(QVariant, value);
+        const auto [interface, property, value] = currentRow<QString, QString, QVariant>();
         QVERIFY(phone->startModem());
         ModemManagerClient client(bus->connection());
         QTRY_VERIFY(client.isComplete());
@@ -163,11 +148,13 @@ private Q_SLOTS:
         }
     }
 
-    void believesTheServiceAlone()
+    void believesTheServiceAloneAndPrefersTheConnectedModem()
     {
-        QVERIFY(phone->startModem());
+        const QString other = u"/org/freedesktop/ModemManager1/Modem/10"_s;
+        QVERIFY(phone->startModem() && phone->addModem(other));
         ModemManagerClient client(bus->connection());
         QTRY_VERIFY(client.isComplete());
+        QTRY_COMPARE(client.state().path, MockPhone::modemPath);
         const QString properties = u"org.freedesktop.DBus.Properties"_s;
         const QString change = u"PropertiesChanged"_s;
         // Somebody else's signal, and one that tells something else than its name says.
@@ -179,14 +166,7 @@ private Q_SLOTS:
         QVERIFY(phone->set(MockPhone::gpp, u"OperatorName"_s, u"Here"_s));
         QTRY_COMPARE(client.state().operatorName, u"Here"_s);
         QCOMPARE(client.state().model, u"Modem 7"_s);
-    }
 
-    void prefersTheConnectedModem()
-    {
-        const QString other = u"/org/freedesktop/ModemManager1/Modem/10"_s;
-        QVERIFY(phone->startModem() && phone->addModem(other));
-        ModemManagerClient client(bus->connection());
-        QTRY_COMPARE(client.state().path, MockPhone::modemPath);
         QVERIFY(phone->set(MockPhone::modem, u"State"_s, 8));
         QTRY_COMPARE(client.state().path, other);
         QVERIFY(phone->set(MockPhone::modem, u"State"_s, 11));
@@ -297,10 +277,8 @@ private Q_SLOTS:
     }
     void findsWhatCarriesTheTraffic()
     {
-        QFETCH(QString, type);
-        QFETCH(QString, below);
-        QFETCH(QString, property);
-        QFETCH(QVariant, mobileHas);
+        const auto [type, below, property, mobileHas] =
+            currentRow<QString, QString, QString, QVariant>();
         QVERIFY(phone->startModem() && phone->startNetwork() &&
                 phone->setConnection(MockPhone::mobilePath, property, mobileHas) &&
                 phone->leaveByUpper(qPrintable(type), below));
@@ -375,37 +353,35 @@ private Q_SLOTS:
                  (QList{Missing::ModemServiceAnswer, Missing::NetworkManagerAnswer}));
     }
 
-    void doesWithoutServices_data()
-    {
-        const Rows<bool, QList<Missing>> row("up", "missing");
-        row("no bus", true, {Missing::SystemBus});
-        row("nothing up", false, {Missing::ModemService, Missing::NetworkManager});
-    }
     void doesWithoutServices()
     {
-        QFETCH(bool, up);
-        const QDBusConnection connection = up ? QDBusConnection(u"-"_s) : bus->connection();
-        SystemPlatform system(connection);
-        // Also where there is nobody to wait for.
-        QVERIFY(QSignalSpy(&system, &Platform::completed).wait());
-        QVERIFY(system.isComplete());
-        QTEST(system.facts().missing, "missing");
-        QVERIFY(system.createDeviceInfoSource()->isComplete());
+        // Without a bus, but with a network; with a bus on which nobody is.
+        for (const bool up : {true, false}) {
+            const QDBusConnection connection = up ? QDBusConnection(u"-"_s) : bus->connection();
+            SystemPlatform system(connection);
+            // Also where there is nobody to wait for.
+            QVERIFY(QSignalSpy(&system, &Platform::completed).wait());
+            QVERIFY(system.isComplete());
+            QCOMPARE(system.facts().missing,
+                     (up ? QList{Missing::SystemBus}
+                         : QList{Missing::ModemService, Missing::NetworkManager}));
+            QVERIFY(system.createDeviceInfoSource()->isComplete());
 
-        const MachineNetwork interfaces =
-            up ? MachineNetwork{{cable}, u"eth0"_s} : MachineNetwork();
-        const auto lookUp = [&] { return interfaces; };
-        const ModemManagerClient modem(connection);
-        const NetworkManagerClient manager(connection);
-        const DeviceNetworkInfoSource info(modem, manager, lookUp);
-        QCOMPARE(info.state().mode, up ? NetworkMode::Ethernet : Unknown);
-        QTRY_VERIFY(!info.state().codesPending);
-        NetworkManagerSession session(manager, modem, lookUp);
-        QSignalSpy failed(&session, &NetworkSession::error);
-        session.open();
-        QVERIFY(!session.isOpen());
-        QTRY_COMPARE(session.isOpen(), up);
-        QTRY_COMPARE(failed.size(), up ? 0 : 1);
+            const MachineNetwork interfaces =
+                up ? MachineNetwork{{cable}, u"eth0"_s} : MachineNetwork();
+            const auto lookUp = [&] { return interfaces; };
+            const ModemManagerClient modem(connection);
+            const NetworkManagerClient manager(connection);
+            const DeviceNetworkInfoSource info(modem, manager, lookUp);
+            QCOMPARE(info.state().mode, up ? NetworkMode::Ethernet : Unknown);
+            QTRY_VERIFY(!info.state().codesPending);
+            NetworkManagerSession session(manager, modem, lookUp);
+            QSignalSpy failed(&session, &NetworkSession::error);
+            session.open();
+            QVERIFY(!session.isOpen());
+            QTRY_COMPARE(session.isOpen(), up);
+            QTRY_COMPARE(failed.size(), up ? 0 : 1);
+        }
     }
 
 private:

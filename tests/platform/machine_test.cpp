@@ -5,17 +5,12 @@
 #include "platform/machine/machinenetworksession.h"
 #include "support/fakeclock.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QDir>
 #include <QHostAddress>
 #include <QSignalSpy>
 #include <QSysInfo>
 #include <QTemporaryDir>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -52,9 +47,8 @@ private Q_SLOTS:
         QCOMPARE(anonymousInterfaceName(u"enp0s31f6"_s), u"enp0s31f6"_s);
     }
 
-    void findsTheDefaultRoute_data()
+    void findsTheDefaultRoute()
     {
-        const Rows<QByteArray, QByteArray, QString> row("ipv4", "ipv6", "interface");
         // Interface, destination, gateway, flags, references, use, metric, mask.
         const QByteArray head = "Iface Destination Gateway Flags RefCnt Use Metric Mask\n";
         const QByteArray wlan = "wlan0\t00000000\t0101A8C0\t0003\t0\t0\t600\t00000000\t0\t0\t0\n";
@@ -67,16 +61,10 @@ private Q_SLOTS:
             zeros + " 00 " + zeros + " 00 " + zeros + " 00000400 00000001 00000000 00000003 eth1\n";
         const QByteArray v6Reject =
             zeros + " 00 " + zeros + " 00 " + zeros + " ffffffff 00000001 00000000 00200200 lo\n";
-        row("lowest metric", head + network + wlan + cable, v6, "eth0");
-        row("half of the world", head + half + wlan, v6Reject, "wlan0");
-        row("IPv6 only", head + network, v6Reject + v6, "eth1");
-        row("rejected", head + rejected, v6Reject, "");
-    }
-    void findsTheDefaultRoute()
-    {
-        QFETCH(QByteArray, ipv4);
-        QFETCH(QByteArray, ipv6);
-        QTEST(defaultRouteInterface(ipv4, ipv6), "interface");
+        QCOMPARE(defaultRouteInterface(head + network + wlan + cable, v6), u"eth0"_s);
+        QCOMPARE(defaultRouteInterface(head + half + wlan, v6Reject), u"wlan0"_s);
+        QCOMPARE(defaultRouteInterface(head + network, v6Reject + v6), u"eth1"_s);
+        QCOMPARE(defaultRouteInterface(head + rejected, v6Reject), QString());
     }
 
     void choosesWhereTrafficLeaves()
@@ -115,13 +103,13 @@ private Q_SLOTS:
     void namesTheBoard()
     {
         const QTemporaryDir root;
-        for (const auto &[file, column] : {std::pair{"sys/firmware/devicetree/base/model", "tree"},
-                                           {"sys/class/dmi/id/sys_vendor", "maker"},
-                                           {"sys/class/dmi/id/product_name", "dmi"},
-                                           {"sys/class/dmi/id/product_version", "dmi"}}) {
-            const QByteArray content =
-                *static_cast<QByteArray *>(QTest::qData(column, qMetaTypeId<QByteArray>()));
-            QFile out(root.filePath(QString::fromLatin1(file)));
+        const auto [tree, maker, dmi] = currentRow<QByteArray, QByteArray, QByteArray>();
+        for (const auto &[file, content] :
+             {std::pair{u"sys/firmware/devicetree/base/model"_s, tree},
+              {u"sys/class/dmi/id/sys_vendor"_s, maker},
+              {u"sys/class/dmi/id/product_name"_s, dmi},
+              {u"sys/class/dmi/id/product_version"_s, dmi}}) {
+            QFile out(root.filePath(file));
             QVERIFY(QDir().mkpath(QFileInfo(out).path()));
             QVERIFY(content.isEmpty() || out.open(QIODevice::WriteOnly));
             QCOMPARE(out.write(content), content.isEmpty() ? -1 : content.size());
@@ -155,39 +143,36 @@ private Q_SLOTS:
         QCOMPARE(changed.size(), 2);
     }
 
-    void losesASession_data()
-    {
-        const Rows<QList<MachineInterface>, QList<MachineInterface>, bool> row("before", "after",
-                                                                               "stays");
-        row("network gone", {loopback, wlan}, {loopback}, false);
-        row("other network", {loopback, wlan}, {loopback, cable}, true);
-        row("loopback gone", {loopback}, {}, false);
-    }
     void losesASession()
     {
-        QFETCH(QList<MachineInterface>, before);
-        QFETCH(QList<MachineInterface>, after);
-        QFETCH(bool, stays);
-        FakeClock clock;
-        MachineNetwork network{before, QString()};
-        MachineNetworkSession session([&] { return network; });
-        QSignalSpy failed(&session, &NetworkSession::error);
-        session.open();
-        QVERIFY(!session.isOpen() && failed.isEmpty());
-        QCoreApplication::processEvents();
-        QVERIFY(session.isOpen());
-        // One look without a network is a hand-over, two in a row are a loss.
-        network.interfaces = after;
-        clock.advance(2s);
-        QVERIFY(session.isOpen());
-        network.interfaces = before;
-        clock.advance(2s);
-        network.interfaces = after;
-        clock.advance(2s);
-        QVERIFY(session.isOpen());
-        clock.advance(2s);
-        QCOMPARE(session.isOpen(), stays);
-        QCOMPARE(failed.size(), stays ? 0 : 1);
+        // The network goes, another one comes, the loopback goes.
+        using Interfaces = QList<MachineInterface>;
+        for (const auto &[before, after] :
+             {std::pair{Interfaces{loopback, wlan}, Interfaces{loopback}},
+              {Interfaces{loopback, wlan}, Interfaces{loopback, cable}},
+              {Interfaces{loopback}, Interfaces()}}) {
+            const bool stays = after.size() == 2;
+            FakeClock clock;
+            MachineNetwork network{before, QString()};
+            MachineNetworkSession session([&] { return network; });
+            QSignalSpy failed(&session, &NetworkSession::error);
+            session.open();
+            QVERIFY(!session.isOpen() && failed.isEmpty());
+            QCoreApplication::processEvents();
+            QVERIFY(session.isOpen());
+            // One look without a network is a hand-over, two in a row are a loss.
+            network.interfaces = after;
+            clock.advance(2s);
+            QVERIFY(session.isOpen());
+            network.interfaces = before;
+            clock.advance(2s);
+            network.interfaces = after;
+            clock.advance(2s);
+            QVERIFY(session.isOpen());
+            clock.advance(2s);
+            QCOMPARE(session.isOpen(), stays);
+            QCOMPARE(failed.size(), stays ? 0 : 1);
+        }
     }
 };
 

@@ -9,15 +9,8 @@
 #include "support/mockphone.h"
 #include "support/modemstory.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QSignalSpy>
-#include <QTest>
-
-#include <memory>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -28,20 +21,16 @@ class OfonoTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        client.reset();
+        ofono.reset();
+        bus.reset();
+        clock.reset();
         clock = std::make_unique<FakeClock>();
         bus = std::make_unique<MockBus>();
         QVERIFY(bus->start());
         ofono = std::make_unique<MockOfono>(*bus);
         QVERIFY(ofono->start());
     }
-    void cleanup()
-    {
-        client.reset();
-        ofono.reset();
-        bus.reset();
-        clock.reset();
-    }
-
     void isTheModemOfTheSystem()
     {
         QVERIFY(ofono->addModem() && MockPhone(*bus).startNetwork());
@@ -100,9 +89,7 @@ private Q_SLOTS:
     }
     void followsTheModem()
     {
-        QFETCH(QString, interface);
-        QFETCH(QString, property);
-        QFETCH(QVariant, value);
+        const auto [interface, property, value] = currentRow<QString, QString, QVariant>();
         QVERIFY(ofono->addModem() &&
                 measure(u"'Technology': 'lte', 'TrackingAreaCode': dbus.UInt16(0xf1e2), "
                         "'ReferenceSignalReceivedPower': dbus.Byte(44), "
@@ -143,25 +130,22 @@ private Q_SLOTS:
         QTRY_COMPARE(told(client->state()), u"imei 356938035643809"_s);
     }
 
-    void survivesAListThatMakesNoSense_data()
-    {
-        const Rows<QString, QString, QString> row("list", "signature", "path");
-        row("other objects", "[('/a', 1)]", "a(oi)", "");
-        // The modem after the last one that is read would be the first by its path.
-        row("one too many",
-            "[('/modem%d' % i, dbus.Dictionary({'Interfaces': 5, 'Model': {'a': 1}}, "
-            "signature='sv')) for i in range(16)] + [('/x', dbus.Dictionary({}, signature='sv'))]",
-            "a(oa{sv})", "/modem0");
-        row("another phone", "[('/hfp', {'Type': 'hfp'}), ('/modem', {'Type': 'hardware'})]",
-            "a(oa{sv})", "/modem");
-    }
     void survivesAListThatMakesNoSense()
     {
-        QFETCH(QString, list);
-        QFETCH(QString, signature);
-        QVERIFY(ofono->list(list, signature) && watch());
-        QTEST(client->state().path, "path");
-        QCOMPARE(client->state().model + told(client->state()), QString());
+        // Other objects, one modem too many, another phone. The modem after the last one that is
+        // read would be the first by its path.
+        for (const auto &[list, signature, path] :
+             {std::tuple{u"[('/a', 1)]"_s, u"a(oi)"_s, QString()},
+              {u"[('/modem%d' % i, dbus.Dictionary({'Interfaces': 5, 'Model': {'a': 1}}, "
+               "signature='sv')) for i in range(16)] + "
+               "[('/x', dbus.Dictionary({}, signature='sv'))]"_s,
+               u"a(oa{sv})"_s, u"/modem0"_s},
+              {u"[('/hfp', {'Type': 'hfp'}), ('/modem', {'Type': 'hardware'})]"_s, u"a(oa{sv})"_s,
+               u"/modem"_s}}) {
+            QVERIFY(ofono->list(list, signature) && watch());
+            QCOMPARE(client->state().path, path);
+            QCOMPARE(client->state().model + told(client->state()), QString());
+        }
     }
 
     void survivesWhatGoesAway()

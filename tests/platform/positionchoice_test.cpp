@@ -1,11 +1,6 @@
 #include "platform/position/positionchoice.h"
 
 #include "support/registeredtest.h"
-#include "support/rows.h"
-
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 

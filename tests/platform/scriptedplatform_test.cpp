@@ -6,16 +6,11 @@
 #include "platform/positionsource.h"
 #include "platform/scripted/platformscript.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <sys/stat.h>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -52,32 +47,28 @@ private Q_SLOTS:
                  (Position{-47.5, 151.25, 410, 12.5, 30, 1.5, {}, 270, {}, 1'709'208'001'000}));
     }
 
-    void refusesWrongLines_data()
+    void refusesWrongLines()
     {
-        const Rows<QByteArray, QString> row("line", "complaint");
         // One key of an otherwise good line.
         const auto with = [](const QByteArray &pair) { return "{\"at_ms\": 50, " + pair + '}'; };
         const auto position = [&](const QByteArray &pairs) {
             return with("\"position\": {" + pairs + '}');
         };
-        row("nesting", QByteArray(500'000, '['), "not JSON");
-        row("unknown key", with("\"signl\": 1"), "\"signl\" is not a known key");
-        row("time goes back", "{\"at_ms\": 49}", "\"at_ms\" goes back");
-        row("cell of 37 bits", with("\"cell\": 68719476736"), "\"cell\" must be");
-        row("latitude", position("\"latitude\": 90.1, \"longitude\": 0"),
-            "\"position.latitude\" must be a number from -90 to 90");
-        row("timestamp", position("\"latitude\": 1, \"longitude\": 1, \"timestamp\": \"now\""),
-            "\"position.timestamp\" must be an ISO 8601");
-        row("session error", with("\"session\": \"error:5\""), "\"session\" knows");
-    }
-    void refusesWrongLines()
-    {
-        QFETCH(QByteArray, line);
-        QFETCH(QString, complaint);
-        QString error;
-        QVERIFY(!PlatformScript::parse("# comment\r\n\r\n{\"at_ms\": 50}\n" + line + "\n{}", u"s"_s,
-                                       &error));
-        QVERIFY2(error.startsWith(u"s, line 4: "_s + complaint), qPrintable(error));
+        for (const auto &[line, complaint] :
+             {std::pair{QByteArray(500'000, '['), u"not JSON"_s},
+              {with("\"signl\": 1"), u"\"signl\" is not a known key"_s},
+              {"{\"at_ms\": 49}", u"\"at_ms\" goes back"_s},
+              {with("\"cell\": 68719476736"), u"\"cell\" must be"_s}, // 37 bits
+              {position("\"latitude\": 90.1, \"longitude\": 0"),
+               u"\"position.latitude\" must be a number from -90 to 90"_s},
+              {position("\"latitude\": 1, \"longitude\": 1, \"timestamp\": \"now\""),
+               u"\"position.timestamp\" must be an ISO 8601"_s},
+              {with("\"session\": \"error:5\""), u"\"session\" knows"_s}}) {
+            QString error;
+            QVERIFY(!PlatformScript::parse("# comment\r\n\r\n{\"at_ms\": 50}\n" + line + "\n{}",
+                                           u"s"_s, &error));
+            QVERIFY2(error.startsWith(u"s, line 4: "_s + complaint), qPrintable(error));
+        }
     }
 
     void boundsWhatItReads()
@@ -153,38 +144,35 @@ private Q_SLOTS:
         QCOMPARE(source->satellites(), (Satellites{QList{4, 5}, QList{6}}));
     }
 
-    void answersOpenLater_data()
-    {
-        const Rows<QByteArray, QList<NetworkSession::SessionError>> row("script", "failures");
-        row("nothing said", "", {});
-        row("error", "{\"session\": \"error:2\"}", {NetworkSession::RoamingError});
-        row("lost before", "{\"session\": \"lost\"}", {NetworkSession::SessionAbortedError});
-    }
     void answersOpenLater()
     {
-        QFETCH(QByteArray, script);
-        QFETCH(QList<NetworkSession::SessionError>, failures);
-        const auto platform = play(script + "\n{\"at_ms\": 3600001, \"session\": \"lost\"}\n"
-                                            "{\"at_ms\": 3600002, \"session\": \"error:4\"}");
-        const auto session = platform->createNetworkSession();
-        QSignalSpy opened(session.get(), &NetworkSession::opened);
-        QList<NetworkSession::SessionError> failed;
-        connect(session.get(), &NetworkSession::error, this,
-                [&](NetworkSession::SessionError error) { failed += error; });
-        session->open();
-        QVERIFY(opened.isEmpty() && failed.isEmpty());
-        QCoreApplication::processEvents();
-        QCOMPARE(failed, failures);
-        QCOMPARE(opened.size(), failures.isEmpty() ? 1 : 0);
-        QCOMPARE(session->isOpen(), failures.isEmpty());
+        using Failures = QList<NetworkSession::SessionError>;
+        for (auto [script, failures] :
+             {std::pair{QByteArray(), Failures()},
+              {"{\"session\": \"error:2\"}", {NetworkSession::RoamingError}},
+              {"{\"session\": \"lost\"}", {NetworkSession::SessionAbortedError}}}) { // before
+            const auto platform = play(script + "\n{\"at_ms\": 3600001, \"session\": \"lost\"}\n"
+                                                "{\"at_ms\": 3600002, \"session\": \"error:4\"}");
+            const auto session = platform->createNetworkSession();
+            QSignalSpy opened(session.get(), &NetworkSession::opened);
+            Failures failed;
+            connect(session.get(), &NetworkSession::error, this,
+                    [&](NetworkSession::SessionError error) { failed += error; });
+            session->open();
+            QVERIFY(opened.isEmpty() && failed.isEmpty());
+            QCoreApplication::processEvents();
+            QCOMPARE(failed, failures);
+            QCOMPARE(opened.size(), failures.isEmpty() ? 1 : 0);
+            QCOMPARE(session->isOpen(), failures.isEmpty());
 
-        // What is open is lost once; what is not stays silent.
-        if (failures.isEmpty()) {
-            failures += NetworkSession::SessionAbortedError;
+            // What is open is lost once; what is not stays silent.
+            if (failures.isEmpty()) {
+                failures += NetworkSession::SessionAbortedError;
+            }
+            platform->advanceTo(later + 2ms);
+            QCOMPARE(failed, failures);
+            QVERIFY(!session->isOpen());
         }
-        platform->advanceTo(later + 2ms);
-        QCOMPARE(failed, failures);
-        QVERIFY(!session->isOpen());
     }
 
     void loadsFilesOnly()

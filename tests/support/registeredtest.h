@@ -10,9 +10,14 @@
 #include <QApplication>
 #endif
 
+#include <chrono>
 #include <map>
 
 namespace velometer {
+
+// What nearly every test speaks in.
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 /// Makes the application and the test object, and runs its functions as @p argv says. Returns how
 /// many failed.

@@ -3,7 +3,9 @@
 #include <QString>
 #include <QTest>
 
+#include <tuple>
 #include <type_traits>
+#include <vector>
 
 namespace velometer {
 
@@ -18,6 +20,9 @@ struct TextCell : QString
         : QString(QString::fromUtf8(literal))
     {}
 };
+
+/// Of the data-driven test that runs: its rows are made right before it.
+inline std::vector<const char *> currentColumns;
 
 /// The rows of a data-driven test with columns of these types:
 ///
@@ -34,6 +39,7 @@ public:
     explicit Rows(Names... names)
     {
         (QTest::addColumn<Columns>(names), ...);
+        currentColumns = {names...};
     }
 
     void operator()(const char *hazard, const Cell<Columns> &...values) const
@@ -41,5 +47,17 @@ public:
         (QTest::newRow(hazard) << ... << static_cast<const Columns &>(values));
     }
 };
+
+/// The first columns of the row that is tested; other types than the rows have end the test.
+///
+///     const auto [text, number] = currentRow<QString, int>();
+template <typename... Columns>
+std::tuple<Columns...> currentRow()
+{
+    auto column = currentColumns.cbegin();
+    const auto next = [&](int type) { return QTest::qData(*column++, type); };
+    // Braces: from left to right.
+    return {*static_cast<Columns *>(next(qMetaTypeId<Columns>()))...};
+}
 
 } // namespace velometer

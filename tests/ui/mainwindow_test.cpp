@@ -14,18 +14,12 @@
 #include "support/fakeclock.h"
 #include "support/fakeservice.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QFile>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QSqlQuery>
-
-#include <chrono>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -76,11 +70,8 @@ private Q_SLOTS:
     }
     void asksBeforeATest()
     {
-        QFETCH(bool, accepted);
-        QFETCH(bool, roaming);
-        QFETCH(bool, series);
-        QFETCH(QString, presses);
-        QFETCH(QString, shown);
+        const auto [accepted, roaming, series, presses, shown] =
+            currentRow<bool, bool, bool, QString, QString>();
         Utils::setSettingsValue(u"CostWarning"_s, accepted ? u"set"_s : QString());
         if (roaming) {
             roam();
@@ -94,37 +85,29 @@ private Q_SLOTS:
             click(button);
         }
         QCOMPARE(openPopup(), QString());
-        if (window->getController()->isRunning()) {
-            seen.append(window->getScheduleInfo().isEmpty() ? u"test"_s : u"series"_s);
-        } else {
-            seen.append(u"nothing"_s);
-        }
+        seen.append(!window->getController()->isRunning() ? u"nothing"_s
+                    : window->getScheduleInfo().isEmpty() ? u"test"_s
+                                                          : u"series"_s);
         QCOMPARE(seen.join(u' '), shown);
     }
 
-    void theCostWarningSaysWhatTheConnectionCosts_data()
-    {
-        const Rows<QString, QString, QString> row("metered", "budget", "hints");
-        row("nothing known", "", "", "");
-        row("metered", "yes", "", "<br><br>This connection is metered.");
-        row("all at once", "yes guessed", "50000000",
-            "<br><br>This connection is probably metered. A test uses at most 50 MB.");
-    }
     void theCostWarningSaysWhatTheConnectionCosts()
     {
-        QFETCH(QString, metered);
-        QFETCH(QString, budget);
-        QFETCH(QString, hints);
-        Utils::setSettingsValue(u"CostWarning"_s, QString());
-        Utils::setSettingsValue(u"MaxBytes"_s, budget);
-        if (!metered.isEmpty()) {
-            platform.told.metered = metered.startsWith("yes"_L1);
+        using Told = std::optional<bool>;
+        for (const auto &[metered, guessed, budget, hints] :
+             {std::tuple{Told(), false, QString(), u""_s},
+              {Told(true), false, QString(), u"<br><br>This connection is metered."_s},
+              {Told(true), true, u"50000000"_s,
+               u"<br><br>This connection is probably metered. A test uses at most 50 MB."_s}}) {
+            Utils::setSettingsValue(u"CostWarning"_s, QString());
+            Utils::setSettingsValue(u"MaxBytes"_s, budget);
+            platform.told.metered = metered;
+            platform.told.meteredGuessed = guessed;
+            create(false);
+            click(u"buttonStartTest"_s);
+            QCOMPARE(label(u"labelMessage"_s), u"CostsQuestion"_s + hints);
+            QVERIFY(window->rect().contains(shown<PopupBase>()->geometry()));
         }
-        platform.told.meteredGuessed = metered.endsWith("guessed"_L1);
-        create(false);
-        click(u"buttonStartTest"_s);
-        QCOMPARE(label(u"labelMessage"_s), u"CostsQuestion"_s + hints);
-        QVERIFY(window->rect().contains(shown<PopupBase>()->geometry()));
     }
 
     void aBudgetSetBeforeATestEndsItEarly()
@@ -164,7 +147,7 @@ private Q_SLOTS:
     void pagesDoNotSwitchUnderAPopup()
     {
         create(false);
-        click(u"buttonStartTest"_s);
+        QTest::keyClick(page(), Qt::Key_Return);
         for (const auto *name : {"buttonResults1", "buttonSettings2", "buttonAbout1"}) {
             page()->findChild<QAbstractButton *>(QString::fromLatin1(name))->click();
         }
@@ -175,20 +158,7 @@ private Q_SLOTS:
         window->startNewSeries();
         QCOMPARE(openPopup(), u"LocationPopup"_s);
 
-        QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
-        QCOMPARE(openPopup(), QString());
-        for (const auto *name : {"Results", "Settings", "Links", "About", "Test"}) {
-            const QString tab = QString::fromLatin1(name);
-            click(u"button"_s + tab + u'2');
-            QCOMPARE(page()->objectName(), tab + u"Tab"_s);
-        }
-    }
-
-    void theKeyboardStaysInAPopup()
-    {
-        create(false);
-        QTest::keyClick(page(), Qt::Key_Return);
-        QCOMPARE(openPopup(), u"LocationPopup"_s);
+        // Nor does the keyboard leave it.
         QSet<QString> stops;
         for (int i = 0; i < 8; ++i) {
             stops.insert(window->focusWidget()->objectName());
@@ -200,6 +170,14 @@ private Q_SLOTS:
         QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
         QCoreApplication::sendEvent(window->focusWidget(), &repeated);
         QCOMPARE(openPopup(), u"LocationPopup"_s);
+
+        QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
+        QCOMPARE(openPopup(), QString());
+        for (const auto *name : {"Results", "Settings", "Links", "About", "Test"}) {
+            const QString tab = QString::fromLatin1(name);
+            click(u"button"_s + tab + u'2');
+            QCOMPARE(page()->objectName(), tab + u"Tab"_s);
+        }
     }
 
     void aTestEndsOnThePage()
@@ -232,8 +210,8 @@ private Q_SLOTS:
         click(u"buttonOutdoor"_s);
         QTRY_COMPARE_WITH_TIMEOUT(openPopup(), u"ErrorPopup"_s, limitMs);
         QVERIFY(!window->isTestRunning());
-        QCOMPARE(label(u"labelTitle"_s), u"ErrorTitle"_s);
-        QCOMPARE(label(u"labelMessage"_s), u"noConnectionToServer"_s);
+        QCOMPARE(label(u"labelTitle"_s) + u' ' + label(u"labelMessage"_s),
+                 u"ErrorTitle noConnectionToServer"_s);
         QVERIFY(Utils::getLogEntries().contains(u": Error: noConnectionToServer"_s));
         click(u"buttonOk"_s);
         QCOMPARE(openPopup(), QString());
@@ -271,11 +249,8 @@ private Q_SLOTS:
         QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
         clock.advance(600s);
         QVERIFY(!window->getController()->isRunning());
-    }
 
-    void anAbortInTheCountDownEndsTheSeries()
-    {
-        create(true);
+        // Also one in the count-down.
         startSeries(2, 60);
         window->setAdvancedMode(false); // of the next series
         QCOMPARE(window->getScheduleInfo(), u"1,2,2"_s);
@@ -295,9 +270,7 @@ private Q_SLOTS:
     }
     void offersToGoOnWithAnInterruptedSeries()
     {
-        QFETCH(int, gap);
-        QFETCH(QString, press);
-        QFETCH(QString, then);
+        const auto [gap, press, then] = currentRow<int, QString, QString>();
         FakeClock clock;
         create(true);
         startSeries(20, 180);

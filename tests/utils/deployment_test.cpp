@@ -1,12 +1,8 @@
 #include "utils/deployment.h"
 
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QTemporaryDir>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -60,26 +56,21 @@ private Q_SLOTS:
             u"http://127.0.0.1:8080/velometer/Controller?page=UserReport&language=de&userid=7"_s);
     }
 
-    void namesWhatMakesNoSense_data()
-    {
-        const Rows<QByteArray, QString> row("content", "named");
-        row("port", "[Service]\nWebPort=70000\n", "WebPort=70000");
-        row("host", "[Service]\nWebHost=a b\n", "WebHost=a b");
-        row("server", "[TestServers]\nHSR=x:y\n", "HSR=x:y");
-        row("missing file", "", "cannot be read");
-    }
     void namesWhatMakesNoSense()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, named);
-        // Settings files are cached by name.
-        file = directory.filePath(QString::fromLatin1(QTest::currentDataTag()));
-        if (!content.isEmpty()) {
-            write(content);
+        for (const auto &[section, line] : {std::pair{"Service", "WebPort=70000"},
+                                            {"Service", "WebHost=a b"},
+                                            {"TestServers", "HSR=x:y"},
+                                            {nullptr, "cannot be read"}}) {
+            // Settings files are cached by name.
+            file += u'x';
+            if (section) {
+                write('[' + QByteArray(section) + "]\n" + line + '\n');
+            }
+            QString error;
+            QVERIFY(!Deployment::fromFile(file, &error));
+            QVERIFY2(error.contains(QLatin1StringView(line)), qPrintable(error));
         }
-        QString error;
-        QVERIFY(!Deployment::fromFile(file, &error));
-        QVERIFY2(error.contains(named), qPrintable(error));
     }
 
 private:

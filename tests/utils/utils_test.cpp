@@ -4,11 +4,6 @@
 #include "support/fakeclock.h"
 #include "support/registeredtest.h"
 
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 namespace velometer {
 
 class UtilsTest : public QObject

@@ -13,8 +13,6 @@
 #include <QUrl>
 #include <QUrlQuery>
 
-using namespace Qt::StringLiterals;
-
 namespace velometer {
 
 class DetailsWindowTest : public QObject, protected Application

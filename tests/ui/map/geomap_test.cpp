@@ -8,15 +8,11 @@
 #include "ui/map/maptextobject.h"
 
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QGraphicsView>
 #include <QRandomGenerator>
-#include <QTest>
 
 #include <set>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -57,6 +53,9 @@ class GeoMapTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        widget.reset();
+        provider.tiles.clear();
+        provider.credits.clear();
         widget = std::make_unique<MapsWidget>(nullptr);
         widget->resize(480, 700);
         view = new QGraphicsView(widget.get());
@@ -65,38 +64,27 @@ private Q_SLOTS:
         widget->show();
         map = widget->map();
     }
-    void cleanup()
-    {
-        widget.reset();
-        provider.tiles.clear();
-        provider.credits.clear();
-    }
-
-    void aTapIsNoDragAndADragIsNoTap_data()
-    {
-        const Rows<QPoint, QPoint, bool> row("press", "release", "opens");
-        row("tap on the marker", onMarker, onMarker, true);
-        row("drag that starts on the marker", onMarker, onMarker + QPoint(60, 40), false);
-        row("drag that ends on the marker", QPoint(100, 100), onMarker, false);
-        row("tap under the tip", middle + QPoint(0, 5), middle + QPoint(0, 5), false);
-    }
     void aTapIsNoDragAndADragIsNoTap()
     {
-        QFETCH(QPoint, press);
-        QFETCH(QPoint, release);
-        QFETCH(bool, opens);
-        widget->showResultsOnMap({markerAt(47, 8)});
-        drag(press, release);
-        QCOMPARE(widget->openLabel() != nullptr, opens);
-        const QPoint followed = map->toScreen({47, 8}).toPoint();
-        QCOMPARE(followed, middle + release - press);
-        if (!opens) {
-            return;
+        for (const auto &[hazard, press, release, opens] :
+             {std::tuple{"tap on the marker", onMarker, onMarker, true},
+              {"drag that starts on the marker", onMarker, onMarker + QPoint(60, 40), false},
+              {"drag that ends on the marker", QPoint(100, 100), onMarker, false},
+              {"tap under the tip", middle + QPoint(0, 5), middle + QPoint(0, 5), false}}) {
+            init();
+            widget->showResultsOnMap({markerAt(47, 8)});
+            drag(press, release);
+            QVERIFY2((widget->openLabel() != nullptr) == opens, hazard);
+            const QPoint followed = map->toScreen({47, 8}).toPoint();
+            QCOMPARE(followed, middle + release - press);
+            if (!opens) {
+                continue;
+            }
+            QCOMPARE(widget->openLabel()->getText(), u"first line\nsecond line of some length"_s);
+            QCOMPARE(widget->openLabel()->getOffset(), QPoint(-150, 20));
+            QCOMPARE(widget->openCircle()->getRadius(), 700.0);
+            QCOMPARE(widget->openCircle()->coordinate(), QGeoCoordinate(47, 8));
         }
-        QCOMPARE(widget->openLabel()->getText(), u"first line\nsecond line of some length"_s);
-        QCOMPARE(widget->openLabel()->getOffset(), QPoint(-150, 20));
-        QCOMPARE(widget->openCircle()->getRadius(), 700.0);
-        QCOMPARE(widget->openCircle()->coordinate(), QGeoCoordinate(47, 8));
     }
 
     void theLabelIsReplacedByTheNextAndClosedByATap()

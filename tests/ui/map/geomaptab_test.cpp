@@ -6,15 +6,11 @@
 #include "utils/utils.h"
 
 #include "support/registeredtest.h"
-#include "support/rows.h"
 #include "support/storedtests.h"
 #include "tileserver.h"
 
 #include <QGraphicsView>
 #include <QLabel>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -25,6 +21,8 @@ class GeoMapTabTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        page.reset();
+        store.reset();
         server = std::make_unique<TileServer>();
         server->answer = [](const TileServer::Request &) {
             return TileServer::message("200 OK", "Cache-Control: no-store\r\n",
@@ -39,33 +37,24 @@ private Q_SLOTS:
         page->show();
         view = page->findChild<QGraphicsView *>(u"graphicsView"_s);
     }
-    void cleanup()
-    {
-        page.reset();
-        store.reset();
-    }
-
-    void aTestsMarkerShowsHowItWasConnected_data()
-    {
-        const Rows<QString, int> row("connection", "type");
-        row("LTE", "Mobile(LTE)", Marker::LocLTE);
-        row("several", "Mixed(WLAN,Mobile)", Marker::LocOther);
-        row("longer than a label", QString(5000, u'x'), Marker::LocOther);
-    }
     void aTestsMarkerShowsHowItWasConnected()
     {
-        QFETCH(QString, connection);
-        QFETCH(int, type);
-        add(1, 47.25, 8.75, connection);
-        page->showResultsOnMap();
-        const Marker &marker = *page->map()->shownMarkers().at(0);
-        QCOMPARE(int(marker.markerType()), type);
-        QCOMPARE(marker.getPopupText(), "ConnectionTyp:"_L1 + connection.left(120) +
-                                            "\nDownloadSpeed:38412.1 kBit/s"
-                                            "\nUploadSpeed:na"_L1);
-        QCOMPARE(marker.coordinate(), QGeoCoordinate(47.25, 8.75));
-        QCOMPARE(marker.getPrecision(), 12);
-        QCOMPARE(marker.pixmap().width() / marker.pixmap().devicePixelRatio(), 50.0);
+        int id = 0;
+        for (const auto &[connection, type] : {std::pair{u"Mobile(LTE)"_s, Marker::LocLTE},
+                                               {u"Mixed(WLAN,Mobile)"_s, Marker::LocOther},
+                                               {QString(5000, u'x'), Marker::LocOther}}) {
+            add(++id, 47.25, 8.75, connection);
+            page->showResultsOnMap();
+            const Marker &marker = *page->map()->shownMarkers().at(0);
+            QCOMPARE(marker.markerType(), type);
+            // The label is no longer than it can be.
+            QCOMPARE(marker.getPopupText(), "ConnectionTyp:"_L1 + connection.left(120) +
+                                                "\nDownloadSpeed:38412.1 kBit/s"
+                                                "\nUploadSpeed:na"_L1);
+            QCOMPARE(marker.coordinate(), QGeoCoordinate(47.25, 8.75));
+            QCOMPARE(marker.getPrecision(), 12);
+            QCOMPARE(marker.pixmap().width() / marker.pixmap().devicePixelRatio(), 50.0);
+        }
     }
 
     void threeTestsAreThreeMarkersAroundTheNewest()

@@ -5,15 +5,10 @@
 
 #include "support/fakeclock.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QNetworkReply>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -32,18 +27,13 @@ class TileSourceTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        source.reset();
         directory = std::make_unique<QTemporaryDir>();
         server = std::make_unique<TileServer>();
         server->answer = [](const TileServer::Request &) {
             return TileServer::message("200 OK", "Cache-Control: max-age=3600\r\n", picture);
         };
     }
-    void cleanup()
-    {
-        source.reset();
-        server.reset();
-    }
-
     void asksForTwoAtATimeAndForWhatIsInViewOnly()
     {
         start();
@@ -70,30 +60,24 @@ private Q_SLOTS:
         QTRY_COMPARE(server->findChildren<QTcpSocket *>().size(), 0);
     }
 
-    void namesAContactThatLeadsSomewhere_data()
-    {
-        const Rows<QString, QString, QString, QByteArray> row("maker", "web", "mailbox", "contact");
-        const QString nobody = u"feedback@velometer.invalid"_s;
-        const QString somebody = u"info@maker.example"_s;
-        row("built-in defaults", "", "127.0.0.1", nobody, "");
-        row("maker", "https://maker.example/map", "127.0.0.1", somebody,
-            " (+https://maker.example/map)");
-        row("web host alone", "", "web.example", nobody, " (+http://web.example:8080)");
-        row("mailbox alone", "", "127.0.0.6", somebody, " (+mailto:info@maker.example)");
-        row("own name, longer", "http://maker.LocalHost", "web.example", nobody, "");
-        row("two lines", "http://maker.\r\nexample", "", nobody, " (+http://maker.example)");
-    }
     void namesAContactThatLeadsSomewhere()
     {
-        QFETCH(QString, maker);
-        QFETCH(QString, web);
-        QFETCH(QString, mailbox);
-        QFETCH(QByteArray, contact);
-        Deployment deployment;
-        deployment.makerUrl = maker;
-        deployment.webHost = web;
-        deployment.feedbackMailbox = mailbox;
-        QCOMPARE(TileSource::userAgentOf(deployment), "Velometer/1.3.0" + contact);
+        const QString nobody = u"feedback@velometer.invalid"_s;
+        const QString somebody = u"info@maker.example"_s;
+        const QString page = u"https://maker.example/map"_s;
+        for (const auto &[maker, web, mailbox, contact] :
+             {std::tuple{QString(), u"127.0.0.1"_s, nobody, ""},
+              {page, u"127.0.0.1"_s, somebody, " (+https://maker.example/map)"},
+              {QString(), u"web.example"_s, nobody, " (+http://web.example:8080)"},
+              {QString(), u"127.0.0.6"_s, somebody, " (+mailto:info@maker.example)"},
+              {u"http://maker.LocalHost"_s, u"web.example"_s, nobody, ""},
+              {u"http://maker.\r\nexample"_s, QString(), nobody, " (+http://maker.example)"}}) {
+            Deployment deployment;
+            deployment.makerUrl = maker;
+            deployment.webHost = web;
+            deployment.feedbackMailbox = mailbox;
+            QCOMPARE(TileSource::userAgentOf(deployment), QByteArray("Velometer/1.3.0") + contact);
+        }
     }
 
     void keepsTilesAsTheServerAllowsAlsoWhenItIsGone_data()
@@ -110,10 +94,8 @@ private Q_SLOTS:
     }
     void keepsTilesAsTheServerAllowsAlsoWhenItIsGone()
     {
-        QFETCH(QByteArray, headers);
-        QFETCH(QByteArray, condition);
-        QFETCH(qsizetype, requests);
-        QFETCH(bool, shownOffline);
+        const auto [headers, condition, requests, shownOffline] =
+            currentRow<QByteArray, QByteArray, qsizetype, bool>();
         server->answer = [=](const TileServer::Request &request) {
             return request.head.contains("If-None-Match")
                        ? TileServer::message("304 Not Modified", headers, {})

@@ -1,15 +1,18 @@
+// The pages that lead to a browser or to a mail program.
+
 #include "ui/pages/linkstab.h"
 
+#include "ui/pages/abouttab.h"
 #include "utils/deployment.h"
+#include "utils/translations.h"
 
 #include "support/application.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QDesktopServices>
+#include <QScrollBar>
+#include <QTextBrowser>
 #include <QUrl>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -23,47 +26,42 @@ public Q_SLOTS:
 private Q_SLOTS:
     void init()
     {
-        open();
-        opened.clear();
-    }
-
-    void theAddressesCarryTheUserId_data()
-    {
-        const Rows<QString, int, QString, QString> row("stored", "port", "page", "mailId");
-        row("with an id", "52077", 80,
-            "http://speed.example/velometer/Controller?page=UserReport&userid=52077", "52077");
-        row("another port", "52077", 8080,
-            "http://speed.example:8080/velometer/Controller?page=UserReport&userid=52077", "52077");
-        row("an edited setting adds nothing to the address", "1&page=Other", 80, "", "");
-    }
-    void theAddressesCarryTheUserId()
-    {
-        QFETCH(QString, stored);
-        QFETCH(int, port);
-        QFETCH(QString, page);
-        QFETCH(QString, mailId);
-        Deployment deployment;
-        deployment.webHost = u"speed.example"_s;
-        deployment.webPort = port;
-        deployment.feedbackMailbox = u"maker@speed.example"_s;
-        Deployment::setCurrent(deployment);
-        Utils::setSettingsCommonValue(u"UserId"_s, stored);
-        for (const QString &scheme : {u"http"_s, u"mailto"_s}) {
+        for (const QString &scheme : {u"http"_s, u"mailto"_s, u"file"_s}) {
             QDesktopServices::setUrlHandler(scheme, this, "take");
         }
-        window->showLinksTab();
-        QCOMPARE(shown<QLabel>(u"labelNoUserId"_s) != nullptr, page.isEmpty());
-        click(u"websiteButton"_s);
-        click(u"feedbackButtun"_s);
-        QStringList wanted{
-            u"mailto:maker@speed.example?subject=Zenta Velometer Feedback (UserId:%1 Version:%2)"_s
-                .arg(mailId, QLatin1StringView(VELOMETER_VERSION))};
-        QVERIFY(Utils::getLogEntries().contains("URL (Qt): "_L1 + wanted.constFirst()));
-        if (!page.isEmpty()) {
-            wanted.prepend(page);
+        open();
+    }
+
+    void theAddressesCarryTheUserId()
+    {
+        const QString path = u"/velometer/Controller?page=UserReport&userid=52077"_s;
+        for (const auto &[stored, port, page, mailId] :
+             {std::tuple{u"52077"_s, 80, u"http://speed.example"_s + path, u"52077"_s},
+              {u"52077"_s, 8080, u"http://speed.example:8080"_s + path, u"52077"_s},
+              // An edited setting adds nothing to the address.
+              {u"1&page=Other"_s, 80, QString(), QString()}}) {
+            open();
+            opened.clear();
+            Deployment deployment;
+            deployment.webHost = u"speed.example"_s;
+            deployment.webPort = port;
+            deployment.feedbackMailbox = u"maker@speed.example"_s;
+            Deployment::setCurrent(deployment);
+            Utils::setSettingsCommonValue(u"UserId"_s, stored);
+            window->showLinksTab();
+            QCOMPARE(shown<QLabel>(u"labelNoUserId"_s) != nullptr, page.isEmpty());
+            click(u"websiteButton"_s);
+            click(u"feedbackButtun"_s);
+            QStringList wanted{
+                u"mailto:maker@speed.example?subject=Zenta Velometer Feedback (UserId:%1 Version:%2)"_s
+                    .arg(mailId, QLatin1StringView(VELOMETER_VERSION))};
+            QVERIFY(Utils::getLogEntries().contains("URL (Qt): "_L1 + wanted.constFirst()));
+            if (!page.isEmpty()) {
+                wanted.prepend(page);
+            }
+            QCOMPARE(opened, wanted);
+            QVERIFY(!shown<QLabel>(u"labelAddress"_s));
         }
-        QCOMPARE(opened, wanted);
-        QVERIFY(!shown<QLabel>(u"labelAddress"_s));
     }
 
     void anAddressThatNothingOpensCanBeCopied()
@@ -86,7 +84,43 @@ private Q_SLOTS:
         QVERIFY(!shown<QLabel>(u"labelAddress"_s));
     }
 
+    void theAboutPageIsInTheLanguageOfTheProgram()
+    {
+        window->showAboutTab();
+        for (const auto &[language, heading] :
+             {std::pair{u"de"_s, u"Wie gemessen wird"_s}, {u"fr"_s, u"How it is measured"_s}}) {
+            Translations::install(language);
+            QTRY_VERIFY(browser()->toPlainText().contains(heading));
+            QScrollBar *bar = browser()->verticalScrollBar();
+            QTRY_VERIFY(bar->maximum() > 0);
+            bar->setValue(bar->maximum());
+            window->showAboutTab();
+            QTRY_COMPARE(bar->value(), 0);
+        }
+    }
+
+    void theAboutPageOpensOnlyLinksForABrowserOrAMailProgram()
+    {
+        window->showAboutTab();
+        const QString before = browser()->toPlainText();
+        for (const QString &link : {u"http://speed.example/"_s, u"mailto:maker@speed.example"_s,
+                                    u"file:///etc/passwd"_s}) {
+            opened.clear();
+            browser()->setHtml(u"<a href=\"%1\">link</a>"_s.arg(link));
+            const QPoint place = browser()->cursorRect().center() + QPoint(4, 0);
+            QTest::mouseClick(browser()->viewport(), Qt::LeftButton, {}, place);
+            QTest::qWait(0);
+            const bool leaves = !link.startsWith("file"_L1);
+            QCOMPARE(opened, leaves ? QStringList{link} : QStringList());
+            QCOMPARE(browser()->toPlainText(), u"link"_s);
+            window->showAboutTab();
+            QCOMPARE(browser()->toPlainText(), before);
+        }
+    }
+
 private:
+    QTextBrowser *browser() const { return find<AboutTab>()->findChild<QTextBrowser *>(); }
+
     QStringList opened;
 };
 

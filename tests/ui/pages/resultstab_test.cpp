@@ -6,12 +6,9 @@
 
 #include "support/application.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QMouseEvent>
 #include <QScrollBar>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -58,9 +55,7 @@ private Q_SLOTS:
     }
     void fillsAnEntry()
     {
-        QFETCH(QVariant, timestamp);
-        QFETCH(double, speed);
-        QFETCH(qlonglong, rtt);
+        const auto [timestamp, speed, rtt] = currentRow<QVariant, double, qlonglong>();
         store->add({.timestamp = timestamp,
                     .download = speed,
                     .upload = speed,
@@ -96,25 +91,22 @@ private Q_SLOTS:
                  qPrintable(totals()));
     }
 
-    void opensDetailsOnATap_data()
-    {
-        const Rows<QPoint, QPoint, bool> row("over", "release", "opens");
-        const QPoint press(100, 30);
-        row("4 px to the right and down", press, press + QPoint(4, 4), true);
-        row("5 px down", press, press + QPoint(0, 5), false);
-        row("away and back", press + QPoint(0, 40), press, false);
-    }
     void opensDetailsOnATap()
     {
-        QFETCH(QPoint, over);
-        QFETCH(QPoint, release);
-        showResults(1);
-        TestResultWidget *entry = list->entries().value(0);
-        mouse(entry, QEvent::MouseButtonPress, {100, 30});
-        mouse(entry, QEvent::MouseMove, over);
-        mouse(entry, QEvent::MouseMove, release);
-        mouse(entry, QEvent::MouseButtonRelease, release);
-        QTEST(window->getDetailsWindow()->isVisible(), "opens");
+        const QPoint press(100, 30);
+        for (const auto &[hazard, over, release, opens] :
+             {std::tuple{"4 px to the right and down", press, press + QPoint(4, 4), true},
+              {"5 px down", press, press + QPoint(0, 5), false},
+              {"away and back", press + QPoint(0, 40), press, false}}) {
+            init();
+            showResults(1);
+            TestResultWidget *entry = list->entries().value(0);
+            mouse(entry, QEvent::MouseButtonPress, press);
+            mouse(entry, QEvent::MouseMove, over);
+            mouse(entry, QEvent::MouseMove, release);
+            mouse(entry, QEvent::MouseButtonRelease, release);
+            QVERIFY2(window->getDetailsWindow()->isVisible() == opens, hazard);
+        }
     }
 
     void aDragFromAPictureScrolls()

@@ -7,15 +7,12 @@
 
 #include "support/application.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QAccessible>
 #include <QComboBox>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -104,32 +101,29 @@ private Q_SLOTS:
         QCOMPARE(checked(), QList<int>{1});
     }
 
-    void theBudgetIsAsItWasLeftAndRemembered_data()
-    {
-        const Rows<QString, QString, int> row("stored", "shown", "choices");
-        row("one of the list", "50000000", "50 MB", 5);
-        row("one from elsewhere", "250000", "250 kB", 6);
-        row("no number", "50000000 or so", "No limit", 5);
-    }
     void theBudgetIsAsItWasLeftAndRemembered()
     {
-        QFETCH(QString, stored);
-        QFETCH(QString, shown);
-        Utils::setSettingsValue(u"MaxBytes"_s, stored);
-        openSettings();
-        auto *box = find<QComboBox>(u"comboBoxBudget"_s);
-        QCOMPARE(box->currentText(), shown);
-        QTEST(box->count(), "choices");
-        click(u"buttonGerman"_s);
-        QTRY_COMPARE(box->itemText(0), u"Kein Limit"_s);
-        QCOMPARE(box->currentText(), shown == "No limit"_L1 ? u"Kein Limit"_s : shown);
+        // One of the list, one from elsewhere, no number.
+        for (const auto &[stored, shown, choices] : {std::tuple{u"50000000"_s, u"50 MB"_s, 5},
+                                                     {u"250000"_s, u"250 kB"_s, 6},
+                                                     {u"50000000 or so"_s, u"No limit"_s, 5}}) {
+            Translations::install(u"en"_s);
+            Utils::setSettingsValue(u"MaxBytes"_s, stored);
+            openSettings();
+            auto *box = find<QComboBox>(u"comboBoxBudget"_s);
+            QCOMPARE(box->currentText(), shown);
+            QCOMPARE(box->count(), choices);
+            click(u"buttonGerman"_s);
+            QTRY_COMPARE(box->itemText(0), u"Kein Limit"_s);
+            QCOMPARE(box->currentText(), shown == "No limit"_L1 ? u"Kein Limit"_s : shown);
 
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_End);
-        QCOMPARE(Utils::getSettingsValue(u"MaxBytes"_s), u"500000000"_s);
-        QTest::keyClick(box, Qt::Key_Home);
-        QCOMPARE(Utils::getSettingsValue(u"MaxBytes"_s), QString());
-        QVERIFY(!QAccessible::queryAccessibleInterface(box)->text(QAccessible::Name).isEmpty());
+            box->setFocus();
+            QTest::keyClick(box, Qt::Key_End);
+            QCOMPARE(Utils::getSettingsValue(u"MaxBytes"_s), u"500000000"_s);
+            QTest::keyClick(box, Qt::Key_Home);
+            QCOMPARE(Utils::getSettingsValue(u"MaxBytes"_s), QString());
+            QVERIFY(!QAccessible::queryAccessibleInterface(box)->text(QAccessible::Name).isEmpty());
+        }
     }
 
 private:

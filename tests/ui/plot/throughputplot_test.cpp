@@ -1,11 +1,6 @@
 #include "ui/plot/throughputplot.h"
 
 #include "support/registeredtest.h"
-#include "support/rows.h"
-
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -27,21 +22,18 @@ private Q_SLOTS:
         QCOMPARE(rates[10], 80'000.0); // the burst is a second ago
     }
 
-    void theAxisHoldsTheHighestPoint_data()
-    {
-        const Rows<double, double, int, QString> row("highest", "step", "steps", "unit");
-        row("nothing came", 0, 500, 1, "kbit/s");
-        row("just below a unit", 999'999, 500'000, 2, "kbit/s");
-        row("just above a line", 40.1e6, 20e6, 3, "Mbit/s");
-        row("loopback", 31.2e9, 10e9, 4, "Gbit/s");
-    }
     void theAxisHoldsTheHighestPoint()
     {
-        QFETCH(double, highest);
-        const ThroughputPlot::Axis axis = ThroughputPlot::axisFor(highest);
-        QTEST(axis.step, "step");
-        QTEST(axis.steps, "steps");
-        QTEST(axis.unit, "unit");
+        // Nothing, just below a unit, just above a line, loopback.
+        for (const auto &[highest, expected] : {std::pair{0.0, u"1 steps of 500 kbit/s"_s},
+                                                {999'999.0, u"2 steps of 500000 kbit/s"_s},
+                                                {40.1e6, u"3 steps of 20000000 Mbit/s"_s},
+                                                {31.2e9, u"4 steps of 10000000000 Gbit/s"_s}}) {
+            const ThroughputPlot::Axis axis = ThroughputPlot::axisFor(highest);
+            QCOMPARE(
+                u"%1 steps of %2 %3"_s.arg(axis.steps).arg(axis.step, 0, 'f', 0).arg(axis.unit),
+                expected);
+        }
     }
 
     void drawsWhatMayComeFromAnyFile()

@@ -3,11 +3,8 @@
 
 #include "support/application.h"
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QComboBox>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -18,31 +15,27 @@ class PopupsTest : public QObject, protected Application
 private Q_SLOTS:
     void init() { open(); }
 
-    void aSeriesIsAsLongAndDenseAsChosen_data()
-    {
-        const Rows<int, int, QString, QString> row("hours", "minutes", "log", "schedule");
-        row("as it opens", -1, -1, "multiple measurements clicked 20 180", "1,20,60");
-        row("the longest and densest", 24, 1, "multiple measurements clicked 1440 60",
-            "1,1440,1440");
-        row("one test is no series", 1, 60, "multiple measurements clicked 1 3600", "");
-    }
     void aSeriesIsAsLongAndDenseAsChosen()
     {
-        QFETCH(int, hours);
-        QFETCH(int, minutes);
-        QFETCH(QString, log);
-        window->setAdvancedMode(true);
-        window->showNumberOfMeasurementsPopup();
-        for (const auto &[name, value] :
-             {std::pair{u"comboBoxDuring"_s, hours}, {u"comboBoxTestEvery"_s, minutes}}) {
-            auto *box = shown<QComboBox>(name);
-            if (value > 0) {
-                box->setCurrentIndex(box->findData(value));
+        // As it opens, the longest and densest, and one test, which is no series.
+        for (const auto &[hours, minutes, log, schedule] :
+             {std::tuple{-1, -1, u"multiple measurements clicked 20 180"_s, u"1,20,60"_s},
+              {24, 1, u"multiple measurements clicked 1440 60"_s, u"1,1440,1440"_s},
+              {1, 60, u"multiple measurements clicked 1 3600"_s, QString()}}) {
+            open();
+            window->setAdvancedMode(true);
+            window->showNumberOfMeasurementsPopup();
+            for (const auto &[name, value] :
+                 {std::pair{u"comboBoxDuring"_s, hours}, {u"comboBoxTestEvery"_s, minutes}}) {
+                auto *box = shown<QComboBox>(name);
+                if (value > 0) {
+                    box->setCurrentIndex(box->findData(value));
+                }
             }
+            click(u"buttonMultiple"_s);
+            QVERIFY(Utils::getLogEntries().contains(log));
+            QCOMPARE(window->getScheduleInfo(), schedule);
         }
-        click(u"buttonMultiple"_s);
-        QVERIFY(Utils::getLogEntries().contains(log));
-        QTEST(window->getScheduleInfo(), "schedule");
     }
 
     void aMessageIsNeverCut()
@@ -75,8 +68,7 @@ private Q_SLOTS:
     }
     void theKeyboardBeginsWhereAnEarlyKeyDoesLeastAndHearsTheQuestion()
     {
-        QFETCH(QString, buttons);
-        QFETCH(QString, question);
+        const auto [buttons, question] = currentRow<QString, QString>();
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
         auto *opened = new MessagePopup(window.get());

@@ -1,7 +1,6 @@
 #include "ui/scrolling/qskineticscroller.h"
 
 #include "support/registeredtest.h"
-#include "support/rows.h"
 
 #include <QAbstractScrollArea>
 #include <QGraphicsProxyWidget>
@@ -9,9 +8,6 @@
 #include <QGraphicsView>
 #include <QMouseEvent>
 #include <QScrollBar>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -86,26 +82,22 @@ private Q_SLOTS:
     void followsTheFingerAndClicksOnTaps()
     {
         QFETCH(QString, gesture);
+        const QHash<QChar, QEvent::Type> events{{u'p', QEvent::MouseButtonPress},
+                                                {u'm', QEvent::MouseMove},
+                                                {u'r', QEvent::MouseButtonRelease}};
         for (const bool takesClicks : {true, false}) {
             Area area(takesClicks);
             const QStringList steps = gesture.split(u' ');
             for (const QString &step : steps) {
                 const int number = step.mid(1).toInt();
-                const QPointF at(100, number);
-                switch (step[0].toLatin1()) {
-                case 'p': send(area.viewport(), QEvent::MouseButtonPress, at); break;
-                case 'm': send(area.viewport(), QEvent::MouseMove, at); break;
-                case 'r': {
+                for (int i = 0; step[0] == u't' && i < number; ++i) {
+                    area.tick();
+                }
+                if (events.contains(step[0])) {
                     const int before = area.clicks;
-                    send(area.viewport(), QEvent::MouseButtonRelease, at);
+                    send(area.viewport(), events[step[0]], QPointF(100, number));
                     QCOMPARE(area.clicks, before); // a click comes from the event loop
                     QCoreApplication::sendPostedEvents();
-                    break;
-                }
-                default:
-                    for (int i = 0; i < number; ++i) {
-                        area.tick();
-                    }
                 }
             }
             QTEST(area.verticalScrollBar()->value(), "position");
