@@ -78,7 +78,7 @@ private:
             if (!socket->peek(socket->bytesAvailable()).contains("\r\n\r\n")) {
                 return;
             }
-            const QByteArray head = socket->readAll();
+            const QByteArray head = socket->readAll().toLower(); // names of lines are of any case
             const Request request{head.split(' ').value(1), head, socket};
             requests += request;
             if (!holding) {

@@ -41,7 +41,7 @@ private Q_SLOTS:
         source->setVisible(fiveTiles);
         QTRY_COMPARE(server->held.size(), 2);
         QCOMPARE(server->requests[0].path, "/5/1/1.png");
-        QVERIFY(server->requests[0].head.contains("User-Agent: Velometer/1.3.0 "
+        QVERIFY(server->requests[0].head.contains("user-agent: velometer/1.3.0 "
                                                   "(+http://maker.example)\r\n"));
         // The view moves on: both are given up, the new ones come first and the rest never.
         source->setVisible({{5, 9, 9}, {5, 2, 2}});
@@ -84,7 +84,7 @@ private Q_SLOTS:
     {
         const Rows<QByteArray, QByteArray, qsizetype, bool> row("headers", "condition", "requests",
                                                                 "shownOffline");
-        const QByteArray condition = "If-None-Match: \"a1\"";
+        const QByteArray condition = "if-none-match: \"a1\"";
         row("fresh for an hour", "Cache-Control: max-age=3600\r\n", "", 1, true);
         row("long stale", "Expires: Thu, 01 Jan 1970 00:00:00 GMT\r\nETag: \"a1\"\r\n", condition,
             2, true);
@@ -97,7 +97,7 @@ private Q_SLOTS:
         const auto [headers, condition, requests, shownOffline] =
             currentRow<QByteArray, QByteArray, qsizetype, bool>();
         server->answer = [=](const TileServer::Request &request) {
-            return request.head.contains("If-None-Match")
+            return request.head.contains("if-none-match")
                        ? TileServer::message("304 Not Modified", headers, {})
                        : TileServer::message("200 OK", headers, picture);
         };
