@@ -59,10 +59,11 @@ QList<QByteArray> known(const FinishedTest &test)
                 members.remove(member);
             }
         }
-        if (object[key].isObject()) {
+        const bool isGroup = object[key].isObject();
+        if (isGroup) {
             object[key] = members;
         }
-        if (object[key].isNull() || object[key] == QJsonObject()) {
+        if (object[key].isNull() || (isGroup && members.isEmpty())) {
             object.remove(key);
         }
     }
