@@ -2,6 +2,7 @@
 
 #include "app/serverselection.h"
 #include "app/startup.h"
+#include "utils/utils.h"
 
 namespace velometer {
 
@@ -19,6 +20,16 @@ TestSession::TestSession(Platform &platform, ServerSelection &serverSelection,
 TestSession::~TestSession()
 {
     servers.cancelWait();
+}
+
+std::optional<TestSeries::Interrupted> TestSession::takeInterrupted()
+{
+    auto waiting = series.interrupted();
+    if (waiting && waiting->nextAt(Utils::getTimeInMs()) > waiting->plan.count) {
+        series.resume(); // tells what was missed, and ends
+        waiting.reset();
+    }
+    return waiting;
 }
 
 void TestSession::start(const TestSeries::Plan &plan, DataBudget budget)

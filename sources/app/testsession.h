@@ -6,6 +6,8 @@
 
 #include <QObject>
 
+#include <optional>
+
 namespace velometer {
 
 class Platform;
@@ -25,6 +27,10 @@ public:
 
     TestController &getController() { return controller; }
     TestSeries &getSeries() { return series; }
+
+    /// The series that an earlier run did not end, when it can be continued. One whose last test is
+    /// overdue is over: TestSeries::missed() tells it.
+    std::optional<TestSeries::Interrupted> takeInterrupted();
 
     /// Starts as soon as the server is settled, see ServerSelection::whenSettled.
     void start(const TestSeries::Plan &plan, DataBudget budget);

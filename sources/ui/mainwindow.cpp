@@ -352,14 +352,7 @@ void MainWindow::seriesResumed(bool done)
 
 void MainWindow::offerInterrupted()
 {
-    TestSeries &series = session->getSeries();
-    const auto waiting = series.interrupted();
-    if (!waiting) {
-        return;
-    }
-    if (waiting->nextAt(Utils::getTimeInMs()) > waiting->plan.count) {
-        series.resume(); // tells what was missed, and ends
-    } else {
+    if (const auto waiting = session->takeInterrupted()) {
         dialogue->offer(*waiting);
     }
 }
@@ -379,10 +372,9 @@ TestController *MainWindow::getController() const
 
 void MainWindow::clearLocalDatabase()
 {
-    if (popups->isOpen() || isTestRunning()) {
-        return;
+    if (!popups->isOpen() && !isTestRunning()) {
+        storeDialogue->empty();
     }
-    storeDialogue->empty();
 }
 
 void MainWindow::storeEmptied(bool done)
