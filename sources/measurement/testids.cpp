@@ -117,6 +117,7 @@ void TestIds::underLock(QObject *context, void (TestIds::*change)(),
                            [this, context, change, done] { underLock(context, change, done); });
         return;
     }
+    Utils::forgetSettingsCommonValues();
     load();
     (this->*change)();
     save();

@@ -160,15 +160,20 @@ void Utils::setSettingsCommonValue(QString key, QString value)
 void Utils::setSettingsCommonValues(const QList<std::pair<QString, QString>> &values)
 {
     QSettings settings(u"orvak"_s, commonStore);
-    const QDateTime before = QFileInfo(settings.fileName()).lastModified();
     for (const auto &[key, value] : values) {
         settings.setValue(key, value);
     }
     settings.sync();
-    // Another program reads the file anew when its size or its time has changed: two numbers of the
-    // same length within one millisecond would look alike.
-    QFile file(settings.fileName());
-    if (file.open(QIODevice::ReadWrite)) {
+}
+
+void Utils::forgetSettingsCommonValues()
+{
+    // The program's copy of the file is renewed when the file's size or time is another. Neither
+    // tells enough: the copy may have been read from the file that another program replaced at that
+    // moment and carry the new one's time. A time that nobody can have seen settles it.
+    QFile file(QSettings(u"orvak"_s, commonStore).fileName());
+    if (file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)) {
+        const QDateTime before = file.fileTime(QFileDevice::FileModificationTime);
         file.setFileTime(std::max(QDateTime::currentDateTime(), before.addMSecs(1)),
                          QFileDevice::FileModificationTime);
     }

@@ -40,9 +40,11 @@ public:
     /// The settings shared by the family of programs: "UserId", "SeriesId", "TestId".
     static QString getSettingsCommonValue(QString key);
     static void setSettingsCommonValue(QString key, QString value);
-    /// Several at once: all of them are on the disk, or none. Every program that reads them later
-    /// sees them, whatever it has read before.
+    /// Several at once: all of them are on the disk, or none.
     static void setSettingsCommonValues(const QList<std::pair<QString, QString>> &values);
+    /// The next reading takes what is on the disk, whatever this program has read before. For one
+    /// who has locked out all that write: what changes meanwhile may be missed again.
+    static void forgetSettingsCommonValues();
 
     /// Adds "TIME: text" to the diagnostic log, which keeps its first 1000 lines, and writes the
     /// line to the debug output in any case. A text from outside may be long: a line keeps its

@@ -15,7 +15,11 @@
 #include "support/silentpeer.h"
 #include "support/sqlitefile.h"
 
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
 #include <QLockFile>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QSqlQuery>
 #include <QStandardPaths>
@@ -194,6 +198,15 @@ private Q_SLOTS:
         QTRY_COMPARE(drawn.size(), 2);
         drawn.sort();
         QCOMPARE(drawn, (QStringList{u"14/1"_s, u"14/2"_s}));
+
+        // Another program draws so that the file looks as it did when this one read it.
+        QFile file(QSettings(u"orvak"_s, u"VelometerCommon"_s).fileName());
+        const QDateTime time = QFileInfo(file).lastModified();
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const QByteArray content = file.readAll().replace("TestId=2", "TestId=5");
+        QVERIFY(file.seek(0) && file.write(content) == content.size() && file.flush());
+        QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
+        first.draw(&context, [&first] { QCOMPARE(first.getTestId(), 6); });
     }
 
     void everyFailureSaysSoAndKeepsWhatItHas_data()
