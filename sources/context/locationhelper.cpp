@@ -280,17 +280,30 @@ bool LocationHelper::hasGPSLock() const
     return latest && latest->hasLock();
 }
 
-// Of the texts and not of the values: what is computed from these places is what a reader of the
-// report computes from the places in it.
+Position LocationHelper::rounded() const
+{
+    Position position = latest.value_or(Position());
+    for (auto *each :
+         {&position.latitude, &position.longitude, &position.altitude, &position.horizontalAccuracy,
+          &position.verticalAccuracy, &position.groundSpeed, &position.verticalSpeed,
+          &position.direction, &position.magneticVariation}) {
+        if (*each) {
+            *each = numberText(*each).toDouble();
+        }
+    }
+    return position;
+}
+
 std::unique_ptr<DoubleLocation> LocationHelper::getDoubleLocation() const
 {
+    const Position here = rounded();
     auto location = std::make_unique<DoubleLocation>();
-    location->setTime(latest ? latest->time.value_or(0) : 0);
-    location->setLongitude(getLongitude().toDouble());
-    location->setLatitude(getLatitude().toDouble());
-    location->setAltitude(getAltitude().toDouble());
-    location->setAccuracyHor(getAccuracyHor().toDouble());
-    location->setAccuracyVert(getAccuracyVert().toDouble());
+    location->setTime(here.time.value_or(0));
+    location->setLongitude(here.longitude.value_or(0));
+    location->setLatitude(here.latitude.value_or(0));
+    location->setAltitude(here.altitude.value_or(noAltitude));
+    location->setAccuracyHor(here.horizontalAccuracy.value_or(-1));
+    location->setAccuracyVert(here.verticalAccuracy.value_or(-1));
     return location;
 }
 

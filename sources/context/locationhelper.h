@@ -40,6 +40,9 @@ public:
 
     /// The latest position; nothing before the first one, and after a time-out.
     const std::optional<Position> &position() const { return latest; }
+    /// position() with the digits that the texts have, empty when there is none: what is computed
+    /// of it is what a reader of the report computes of the texts in it.
+    Position rounded() const;
 
     QString getCordValid() const; ///< "Valid", "Not valid" or "Timeout"
     QString getPosType() const;   ///< "3DCord", "2DCord" or "Invalid"
@@ -60,7 +63,7 @@ public:
     int getLocationStatus() const;
     bool hasGPSLock() const;
 
-    /// The texts of this moment as numbers; never null.
+    /// rounded() with the numbers that stand for the unknown in the texts; never null.
     std::unique_ptr<DoubleLocation> getDoubleLocation() const;
 
     /// The samples since the last startService(), oldest first; changes as positions arrive.

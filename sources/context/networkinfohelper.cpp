@@ -138,12 +138,18 @@ QString NetworkInfoHelper::getNetworkstatus() const
     return statusName(current.current().status);
 }
 
-QString NetworkInfoHelper::getNetworksignal() const
+std::optional<int> NetworkInfoHelper::signal() const
 {
     if (const auto mobile = current.mobile()) {
-        return signalText(mobile->signal);
+        return mobile->signal;
     }
-    return current.mode == NetworkMode::Wlan ? QString() : signalText(current.current().signal);
+    return current.mode == NetworkMode::Wlan ? std::nullopt : current.current().signal;
+}
+
+QString NetworkInfoHelper::getNetworksignal() const
+{
+    const bool hasNone = current.mode == NetworkMode::Wlan && !current.mobile();
+    return hasNone ? QString() : signalText(signal());
 }
 
 QString NetworkInfoHelper::getWlansignal() const

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace velometer {
 
@@ -37,8 +38,9 @@ public:
     QString getMcc() const { return current.mcc; }
     QString getMnc() const { return current.mnc; }
     QString getNetworkstatus() const; ///< "HomeNetwork", "Roaming", "Connected" ...
-    /// Percent, "-1" when not known: of the modem, else of whatever else is connected; empty on a
-    /// WLAN without a modem.
+    /// Percent: of the modem, else of whatever else is connected but a WLAN.
+    std::optional<int> signal() const;
+    /// signal(), "-1" when not known; empty on a WLAN without a modem.
     QString getNetworksignal() const;
     QString getWlansignal() const; ///< WLAN signal, percent; empty or "-1" when not known
     QString getNetworkname() const { return current.current().name; }

@@ -15,12 +15,6 @@ namespace velometer {
 using Known::above;
 using Known::text;
 
-namespace {
-
-constexpr int threeDimensional = 2;
-
-} // namespace
-
 FinishedTest Surroundings::of(const TestContext &context)
 {
     const TestServer &server = *context.getTestServer();
@@ -43,40 +37,39 @@ FinishedTest::Network Surroundings::network(const NetworkInfoHelper &helper)
 {
     FinishedTest::Network network;
     const QString mode = helper.getNetworkmode();
-    const QString status = helper.getNetworkstatus();
+    const NetworkState &state = helper.state();
+    const NetworkStatus status = state.current().status;
     network.mode = text(mode);
     network.type = text(Utils::connectionTypeKey(mode));
-    network.name = text(helper.getNetworkname());
-    network.mcc = text(helper.getMcc());
-    network.mnc = text(helper.getMnc());
-    network.homeMcc = text(helper.getHomemcc());
-    network.homeMnc = text(helper.getHomemnc());
-    network.lac = Known::number(helper.getNetworklac());
-    network.cell = Known::number(helper.getNetworkcell());
-    network.cellularSignal = helper.getNetworksignal().toLongLong();
-    network.signal =
-        Known::number(mode == "WlanMode"_L1 ? helper.getWlansignal() : helper.getNetworksignal());
-    if (!status.isEmpty() && status != "UndefinedStatus"_L1) {
-        network.roaming = status == "Roaming"_L1;
+    network.name = text(state.current().name);
+    network.mcc = text(state.mcc);
+    network.mnc = text(state.mnc);
+    network.homeMcc = text(state.homeMcc);
+    network.homeMnc = text(state.homeMnc);
+    network.lac = Known::atLeast(0, state.lac);
+    network.cell = Known::atLeast(0, state.cell);
+    network.cellularSignal = helper.signal().value_or(-1);
+    network.signal = Known::atLeast(0, mode == "WlanMode"_L1 ? state.link(NetworkMode::Wlan).signal
+                                                             : helper.signal());
+    if (status != NetworkStatus::Undefined) {
+        network.roaming = status == NetworkStatus::Roaming;
     }
     return network;
 }
 
 FinishedTest::Position Surroundings::position(const LocationHelper &helper)
 {
-    FinishedTest::Position position;
-    if (helper.getLocationStatus() == 0) {
-        return position;
+    const Position here = helper.rounded();
+    if (!here.hasPlace()) {
+        return {};
     }
-    position.latitude = helper.getLatitude().toDouble();
-    position.longitude = helper.getLongitude().toDouble();
-    const double altitude = helper.getAltitude().toDouble();
-    if (helper.getLocationStatus() == threeDimensional && altitude != noAltitude) {
-        position.altitude = altitude;
+    FinishedTest::Position position{here.latitude, here.longitude, {}, {}, {}};
+    if (here.altitude != noAltitude) {
+        position.altitude = here.altitude;
     }
     // No receiver is exact: 0 and below say that the accuracy is not known.
-    position.horizontalAccuracy = above(0, helper.getAccuracyHor().toDouble());
-    position.verticalAccuracy = above(0, helper.getAccuracyVert().toDouble());
+    position.horizontalAccuracy = above(0, here.horizontalAccuracy.value_or(0));
+    position.verticalAccuracy = above(0, here.verticalAccuracy.value_or(0));
     return position;
 }
 

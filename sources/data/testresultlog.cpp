@@ -1,5 +1,6 @@
 #include "data/testresultlog.h"
 
+#include "context/doublelocation.h"
 #include "context/locationhelper.h"
 #include "context/networkinfohelper.h"
 #include "data/testcontext.h"
@@ -100,19 +101,20 @@ void TestResultLog::fillInGPSAndNetworkData()
     }
     getGPSData();
     connectionType = networkinfo->getNetworkmode();
-    const double strength = networkinfo->getNetworksignal().toDouble();
-    signalStrength = strength > 0 ? strength : -1.0;
-    cellId = networkinfo->getNetworkcell().toLongLong();
+    const int strength = networkinfo->signal().value_or(-1);
+    signalStrength = strength > 0 ? strength : -1;
+    cellId = networkinfo->state().cell.value_or(0);
 }
 
 void TestResultLog::getGPSData()
 {
-    latitude = locationinfo->getLatitude().toDouble();
-    longitude = locationinfo->getLongitude().toDouble();
-    altitude = locationinfo->getAltitude().toDouble();
-    hAccuracy = locationinfo->getAccuracyHor().toDouble();
-    vAccuracy = locationinfo->getAccuracyVert().toDouble();
-    gpslock = locationinfo->hasGPSLock();
+    const Position here = locationinfo->rounded();
+    latitude = here.latitude.value_or(0);
+    longitude = here.longitude.value_or(0);
+    altitude = here.altitude.value_or(noAltitude);
+    hAccuracy = here.horizontalAccuracy.value_or(-1);
+    vAccuracy = here.verticalAccuracy.value_or(-1);
+    gpslock = here.hasLock();
 }
 
 QString TestResultLog::appendXmlToMutableString() const
