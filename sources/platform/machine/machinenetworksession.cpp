@@ -1,17 +1,11 @@
 #include "platform/machine/machinenetworksession.h"
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
-
-using namespace std::chrono_literals;
 
 namespace velometer {
 
 namespace {
-
-constexpr auto linkWatchInterval = 2s;
-constexpr int linkLooksUntilLost = 2;
 
 NetworkConfiguration configurationOf(const MachineInterface &interface)
 {
@@ -42,8 +36,9 @@ bool anythingUp(const MachineNetwork &network)
 MachineNetworkSession::MachineNetworkSession(MachineNetworkLookUp lookUpNow, QObject *parent)
     : NetworkSession(parent)
     , lookUp(std::move(lookUpNow))
+    , watch([this] { return hasNetwork(); })
 {
-    connect(&watchTimer, &ClockTimer::timeout, this, &MachineNetworkSession::watch);
+    connect(&watch, &LinkWatch::lost, this, [this] { Q_EMIT error(SessionAbortedError); });
 }
 
 QList<NetworkConfiguration> MachineNetworkSession::allConfigurations() const
@@ -75,7 +70,7 @@ bool MachineNetworkSession::canStartAndStopInterfaces() const
 
 bool MachineNetworkSession::isOpen() const
 {
-    return sessionOpen;
+    return watch.isWatching();
 }
 
 void MachineNetworkSession::open()
@@ -90,25 +85,15 @@ void MachineNetworkSession::answer()
         Q_EMIT error(SessionAbortedError);
         return;
     }
-    sessionOpen = true;
     openedOnNetwork = network.outgoing().has_value();
-    looksWithoutNetwork = 0;
-    watchTimer.start(linkWatchInterval);
+    watch.start();
     Q_EMIT opened();
 }
 
-void MachineNetworkSession::watch()
+bool MachineNetworkSession::hasNetwork() const
 {
-    watchTimer.start(linkWatchInterval);
     const MachineNetwork network = lookUp();
-    const bool there = openedOnNetwork ? network.outgoing().has_value() : anythingUp(network);
-    looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
-    if (looksWithoutNetwork < linkLooksUntilLost) {
-        return;
-    }
-    watchTimer.stop();
-    sessionOpen = false;
-    Q_EMIT error(SessionAbortedError);
+    return openedOnNetwork ? network.outgoing().has_value() : anythingUp(network);
 }
 
 } // namespace velometer

@@ -1,16 +1,15 @@
 #pragma once
 
+#include "platform/machine/linkwatch.h"
 #include "platform/machine/machinenetwork.h"
 #include "platform/networksession.h"
-#include "utils/clocktimer.h"
 
 namespace velometer {
 
 /// The interfaces of this machine as configurations. Interfaces are brought up by the system, not
 /// from here: opening succeeds when one is up, loopback included, so that a machine without a
 /// network can measure against a service of its own. An open session is lost when it opened with a
-/// network and two looks in a row, two seconds apart, find none: a change from one interface to
-/// another leaves a moment without any.
+/// network and LinkWatch finds none.
 class MachineNetworkSession : public NetworkSession
 {
     Q_OBJECT
@@ -27,13 +26,11 @@ public:
 
 private:
     void answer();
-    void watch();
+    bool hasNetwork() const;
 
     const MachineNetworkLookUp lookUp;
-    ClockTimer watchTimer;
-    bool sessionOpen = false;
+    LinkWatch watch;
     bool openedOnNetwork = false; ///< not on loopback alone
-    int looksWithoutNetwork = 0;
 };
 
 } // namespace velometer

@@ -15,8 +15,6 @@ namespace {
 constexpr auto modemWait = 2s;
 /// A WLAN that is known connects within a few seconds of the screen waking up.
 constexpr auto openWait = 10s;
-constexpr auto watchInterval = 2s;
-constexpr int looksUntilLost = 2;
 
 } // namespace
 
@@ -28,10 +26,11 @@ NetworkManagerSession::NetworkManagerSession(const NetworkManagerClient &network
     , modem(modemClient)
     , lookUp(lookUpNow)
     , interfaces(lookUpNow)
+    , watch([this] { return hasNetwork(); })
 {
     connect(&modemTimer, &ClockTimer::timeout, this, &NetworkManagerSession::proceed);
     connect(&openTimer, &ClockTimer::timeout, this, &NetworkManagerSession::stopWaiting);
-    connect(&watchTimer, &ClockTimer::timeout, this, &NetworkManagerSession::watch);
+    connect(&watch, &LinkWatch::lost, this, &NetworkManagerSession::fail);
     connect(&network, &NetworkManagerClient::changed, this, &NetworkManagerSession::proceed);
     connect(&network, &NetworkManagerClient::completed, this, &NetworkManagerSession::proceed);
     connect(&modem, &ModemClient::completed, this, &NetworkManagerSession::proceed);
@@ -56,7 +55,7 @@ bool NetworkManagerSession::canStartAndStopInterfaces() const
 
 bool NetworkManagerSession::isOpen() const
 {
-    return sessionOpen || interfaces.isOpen();
+    return watch.isWatching() || interfaces.isOpen();
 }
 
 void NetworkManagerSession::open()
@@ -83,10 +82,8 @@ void NetworkManagerSession::proceed()
         return;
     }
     opening = false;
-    sessionOpen = true;
     openTimer.stop();
-    looksWithoutNetwork = 0;
-    watchTimer.start(watchInterval);
+    watch.start();
     Q_EMIT opened();
 }
 
@@ -96,16 +93,11 @@ bool NetworkManagerSession::hasForeignNetwork() const
     return !state.activated && !state.connecting && lookUp().outgoing().has_value();
 }
 
-void NetworkManagerSession::watch()
+bool NetworkManagerSession::hasNetwork() const
 {
-    watchTimer.start(watchInterval);
     // The connections outlive a restart of NetworkManager.
     const bool managed = network.presence() == BusService::Presence::Present;
-    const bool there = (managed && network.state().activated) || lookUp().outgoing().has_value();
-    looksWithoutNetwork = there ? 0 : looksWithoutNetwork + 1;
-    if (looksWithoutNetwork >= looksUntilLost) {
-        fail();
-    }
+    return (managed && network.state().activated) || lookUp().outgoing().has_value();
 }
 
 void NetworkManagerSession::stopWaiting()
@@ -121,9 +113,8 @@ void NetworkManagerSession::stopWaiting()
 void NetworkManagerSession::fail()
 {
     opening = false;
-    sessionOpen = false;
     openTimer.stop();
-    watchTimer.stop();
+    watch.stop();
     Q_EMIT error(SessionAbortedError);
 }
 

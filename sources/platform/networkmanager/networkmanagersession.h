@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/machine/linkwatch.h"
 #include "platform/machine/machinenetworksession.h"
 #include "platform/networksession.h"
 #include "utils/clocktimer.h"
@@ -11,10 +12,10 @@ class NetworkManagerClient;
 
 /// The network as NetworkManager keeps it: open while the primary connection is activated. Opening
 /// waits ten seconds for one, and before that up to two for what the modem tells, so that nobody
-/// measures before it is known whether the device is roaming. An open session is lost when two
-/// looks in a row, two seconds apart, find neither an activated connection nor another way into the
-/// network. Where NetworkManager is not there, or leaves the interfaces to somebody else, these
-/// alone decide as in MachineNetworkSession. The interfaces are the configurations.
+/// measures before it is known whether the device is roaming. An open session is lost when
+/// LinkWatch finds neither an activated connection nor another way into the network. Where
+/// NetworkManager is not there, or leaves the interfaces to somebody else, these alone decide as in
+/// MachineNetworkSession. The interfaces are the configurations.
 class NetworkManagerSession : public NetworkSession
 {
     Q_OBJECT
@@ -35,7 +36,7 @@ private:
     void proceed();
     /// A connection that another program or the administrator has made.
     bool hasForeignNetwork() const;
-    void watch();
+    bool hasNetwork() const;
     void stopWaiting();
     void fail();
 
@@ -45,10 +46,8 @@ private:
     MachineNetworkSession interfaces; ///< serves what NetworkManager does not manage
     ClockTimer modemTimer;            ///< the end of waiting for the modem
     ClockTimer openTimer;             ///< the end of waiting for a connection
-    ClockTimer watchTimer;
+    LinkWatch watch;
     bool opening = false;
-    bool sessionOpen = false;
-    int looksWithoutNetwork = 0;
 };
 
 } // namespace velometer

@@ -41,9 +41,4 @@ PlatformFacts ScriptedPlatform::facts() const
     return facts;
 }
 
-void ScriptedPlatform::advanceTo(std::chrono::milliseconds now)
-{
-    state.advanceTo(now);
-}
-
 } // namespace velometer

@@ -18,9 +18,6 @@ public:
     std::unique_ptr<NetworkSession> createNetworkSession() override;
     PlatformFacts facts() const override;
 
-    /// Plays the script at once up to @p now, counted from the start, instead of waiting for it.
-    void advanceTo(std::chrono::milliseconds now);
-
 private:
     ScriptState state;
 };

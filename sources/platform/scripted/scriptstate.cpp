@@ -1,8 +1,10 @@
 #include "platform/scripted/scriptstate.h"
 
+#include "utils/clock.h"
 #include "utils/utils.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace velometer {
@@ -10,31 +12,29 @@ namespace velometer {
 ScriptState::ScriptState(PlatformScript toPlay, QObject *parent)
     : QObject(parent)
     , playing(std::move(toPlay))
+    , begunUs(Clock::current().steadyUs())
 {
     network.links[network.mode].status = NetworkStatus::Undefined;
     network.codesPending = willTellCodes();
-    elapsed.start();
-    timer.setSingleShot(true);
-    timer.setTimerType(Qt::PreciseTimer);
-    connect(&timer, &QTimer::timeout, this, &ScriptState::playOn);
+    connect(&timer, &ClockTimer::timeout, this, &ScriptState::playOn);
     playOn();
 }
 
 void ScriptState::playOn()
 {
-    advanceTo(std::chrono::milliseconds(elapsed.elapsed()));
-}
-
-void ScriptState::advanceTo(std::chrono::milliseconds now)
-{
+    using std::chrono::milliseconds;
+    const auto played = [this] {
+        const std::chrono::microseconds since(Clock::current().steadyUs() - begunUs);
+        return std::chrono::floor<milliseconds>(since);
+    };
     // A slot may run an event loop of its own: the next line waits until this one is done.
     timer.stop();
+    const milliseconds now = played();
     while (next < playing.events.size() && playing.events.at(next).at <= now) {
         apply(playing.events.at(next++));
     }
     if (next < playing.events.size()) {
-        const std::chrono::milliseconds due(playing.events.at(next).at.count() - elapsed.elapsed());
-        timer.start(qMax(due, std::chrono::milliseconds(0)));
+        timer.start(std::max(playing.events.at(next).at - played(), milliseconds(0)));
     }
 }
 

@@ -2,15 +2,14 @@
 
 #include "platform/positionsource.h"
 #include "platform/scripted/platformscript.h"
+#include "utils/clocktimer.h"
 
-#include <QElapsedTimer>
 #include <QObject>
-#include <QTimer>
 
 namespace velometer {
 
 /// The device that a script describes, at the present moment of the script. What happens at 0 ms
-/// holds from construction on; the rest follows in real time. The sources of the scripted platform
+/// holds from construction on; the rest follows by the clock. The sources of the scripted platform
 /// show it.
 class ScriptState : public QObject
 {
@@ -18,9 +17,6 @@ class ScriptState : public QObject
 
 public:
     explicit ScriptState(PlatformScript toPlay, QObject *parent = nullptr);
-
-    /// Applies every line up to and including @p now that was not applied yet.
-    void advanceTo(std::chrono::milliseconds now);
 
     const PlatformScript &script() const { return playing; }
 
@@ -39,6 +35,7 @@ Q_SIGNALS:
     void sessionChanged();
 
 private:
+    /// Applies every line whose time has come and that was not applied yet.
     void playOn();
     void apply(const ScriptEvent &event);
     void applyPosition(const ScriptEvent &event);
@@ -46,8 +43,8 @@ private:
     bool willTellCodes() const;
 
     const PlatformScript playing;
-    QElapsedTimer elapsed;
-    QTimer timer;
+    const qint64 begunUs; ///< by Clock::steadyUs
+    ClockTimer timer;
     qsizetype next = 0; ///< the first line not yet applied
 };
 
