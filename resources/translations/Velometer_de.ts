@@ -976,7 +976,7 @@ orvak verfassen</translation>
     </message>
     <message>
         <source>Other</source>
-        <translation>Anderswo</translation>
+        <translation>Sonstwo</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -1443,6 +1443,10 @@ orvak verfassen</translation>
         <source>na</source>
         <translation>k. A.</translation>
     </message>
+    <message>
+        <source>Another program holds the results; this test joins them later.</source>
+        <translation>Ein anderes Programm hält die Resultate; dieser Test kommt später dazu.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestResultWidget</name>
@@ -1536,6 +1540,10 @@ orvak verfassen</translation>
     <message>
         <source>Waiting for a position, at most %1 s.</source>
         <translation>Es wird höchstens %1 s auf eine Position gewartet.</translation>
+    </message>
+    <message>
+        <source>Another program holds %1; the test joins it with the next one.</source>
+        <translation>Ein anderes Programm hält %1; der Test kommt mit dem nächsten hinein.</translation>
     </message>
 </context>
 <context>

@@ -1441,6 +1441,10 @@ to orvak</translation>
         <source>na</source>
         <translation>na</translation>
     </message>
+    <message>
+        <source>Another program holds the results; this test joins them later.</source>
+        <translation>Ein anderes Programm hält die Resultate; dieser Test kommt später dazu.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestResultWidget</name>
@@ -1534,6 +1538,10 @@ to orvak</translation>
     <message>
         <source>Waiting for a position, at most %1 s.</source>
         <translation>Waiting for a position, at most %1 s.</translation>
+    </message>
+    <message>
+        <source>Another program holds %1; the test joins it with the next one.</source>
+        <translation>Ein anderes Programm hält %1; der Test kommt mit dem nächsten hinein.</translation>
     </message>
 </context>
 <context>

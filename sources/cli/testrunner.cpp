@@ -239,6 +239,10 @@ void TestRunner::testEnded(const TestOutcome &outcome)
     if (outcome.storeFailed && ended != ExitStatus::Store) {
         progress.message(storeFailure());
     }
+    if (outcome.keptForLater) {
+        progress.message(tr("Another program holds %1; the test joins it with the next one.")
+                             .arg(DatabaseManager::databaseFile()));
+    }
     warnOfUndelivered(outcome);
 
     if (status == ExitStatus::Done || seriesStopped) {

@@ -2,6 +2,7 @@
 
 #include "data/testdetails.h"
 #include "db/databasestatements.h"
+#include "db/sparestore.h"
 #include "db/transaction.h"
 #include "utils/utils.h"
 
@@ -88,6 +89,8 @@ bool DatabaseManager::openDB()
     execute(u"PRAGMA busy_timeout=0"_s);
     if (!complete) {
         db.close();
+    } else {
+        takeInSpares();
     }
     return complete;
 }
@@ -125,6 +128,7 @@ bool DatabaseManager::deleteDB()
     // What another program's connection has left beside it would come back in the next database.
     QFile::remove(file + "-wal"_L1);
     QFile::remove(file + "-shm"_L1);
+    SpareStore::remove(file);
     return QFile::remove(file);
 }
 
@@ -135,7 +139,11 @@ bool DatabaseManager::resetDB()
         return false;
     }
     recreateTables();
-    return transaction.commit();
+    if (!transaction.commit()) {
+        return false;
+    }
+    SpareStore::remove(databaseFile());
+    return true;
 }
 
 QSqlError DatabaseManager::lastError() const
@@ -267,7 +275,23 @@ void DatabaseManager::createIndexes()
 
 qulonglong DatabaseManager::storeTest(const FinishedTest &test, XMLData *report)
 {
-    return tests.store(test, report);
+    const qulonglong row = tests.store(test, report);
+    if (row > 0) {
+        takeInSpares();
+    }
+    return row;
+}
+
+bool DatabaseManager::keepForLater(const FinishedTest &test, const XMLData &report)
+{
+    return SpareStore::keep(databaseFile(), test, report);
+}
+
+void DatabaseManager::takeInSpares()
+{
+    SpareStore::handOver(databaseFile(), [this](const FinishedTest &test, XMLData *report) {
+        return tests.takeIn(test, report);
+    });
 }
 
 FinishedTest DatabaseManager::getTest(const DBTestResults &row)

@@ -67,6 +67,10 @@ public:
     /// test's own; it then knows its row. The new test's row; 0, and nothing is stored, when a part
     /// failed.
     qulonglong storeTest(const FinishedTest &test, XMLData *report = nullptr);
+    /// For a test that storeTest() has not taken because another program holds the store: keeps it
+    /// beside the store, which takes it in with its next test or when it is opened again. False
+    /// when that failed too.
+    static bool keepForLater(const FinishedTest &test, const XMLData &report);
     /// The whole test of @p row: what was stored of it, but for what only the running program knew.
     FinishedTest getTest(const DBTestResults &row);
 
@@ -102,6 +106,7 @@ private:
     bool connectFile();
     std::optional<int> readVersion();
     bool setAside();
+    void takeInSpares();
     bool checkTables();
     void recreateTables();
     void createIndexes();

@@ -138,23 +138,40 @@ qulonglong TestStore::store(const FinishedTest &finished, XMLData *report)
 {
     FinishedTest test = finished;
     Transaction transaction(db);
-    if (!transaction.isOpen()) {
-        return 0;
-    }
-    std::optional<qint64> queueRow;
-    if (report) {
-        queueRow = reports.insertOrUpdate(*report);
-        test.report = {false, queueRow, {}};
-    }
-    const bool stored = (queueRow || !report) && storeRow(test) && storeDetails(test) &&
-                        storeLists(test) && transaction.commit();
-    if (!stored) {
+    if (!transaction.isOpen() || !storeAll(test, report) || !transaction.commit()) {
         return 0;
     }
     if (report) {
-        report->identification = queueRow;
+        report->identification = test.report.queueId;
     }
     return static_cast<qulonglong>(test.storedId.value_or(0));
+}
+
+// A kill after the commit leaves the test where it came from, too.
+bool TestStore::takeIn(const FinishedTest &finished, XMLData *report)
+{
+    FinishedTest test = finished;
+    Transaction transaction(db);
+    QSqlQuery known(db);
+    known.prepare(SELECT_SAME_TEST);
+    known.addBindValue(static_cast<double>(test.timestamp.value_or(0)));
+    known.addBindValue(test.seriesId.value_or(0));
+    known.addBindValue(test.testId.value_or(0));
+    if (!transaction.isOpen() || !succeeded(known, known.exec())) {
+        return false;
+    }
+    return known.next() || (storeAll(test, report) && transaction.commit());
+}
+
+bool TestStore::storeAll(FinishedTest &test, XMLData *report)
+{
+    if (report) {
+        test.report = {false, reports.insertOrUpdate(*report), {}};
+        if (!test.report.queueId) {
+            return false;
+        }
+    }
+    return storeRow(test) && storeDetails(test) && storeLists(test);
 }
 
 bool TestStore::storeRow(FinishedTest &test)

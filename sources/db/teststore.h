@@ -30,6 +30,9 @@ public:
 
     /// See DatabaseManager::storeTest.
     qulonglong store(const FinishedTest &test, XMLData *report);
+    /// Stores @p test with @p report, if there is one, unless it is there already; false when that
+    /// failed.
+    bool takeIn(const FinishedTest &test, XMLData *report);
 
     std::vector<std::unique_ptr<DBTestResults>> rows();  ///< newest series and test first
     std::unique_ptr<DBTestResults> row(qulonglong id);   ///< null when absent
@@ -40,6 +43,7 @@ public:
     FinishedTest test(const DBTestResults &row);
 
 private:
+    bool storeAll(FinishedTest &test, XMLData *report);
     bool storeRow(FinishedTest &test);
     bool storeDetails(const FinishedTest &test);
     bool storeLists(const FinishedTest &test);

@@ -35,6 +35,7 @@ void ReportDelivery::begin(const TestServer *testServer)
 {
     cancel();
     server = testServer;
+    keptForLater = false;
     outcome = {};
 }
 
@@ -103,7 +104,7 @@ void ReportDelivery::answered(bool ok, const QString &header, const QString &bod
 void ReportDelivery::ownAnswered(bool taken)
 {
     outcome.delivered = taken;
-    if (taken && !report.identification) {
+    if (!report.identification && (taken || keptForLater)) {
         return later([this] { finish(); });
     }
     settle(taken, [this, taken](bool done) {

@@ -44,6 +44,8 @@ public:
 
     /// The own report waits in this row already; none: it could not be stored.
     void setOwnRow(std::optional<qint64> row) { outcome.queueId = row; }
+    /// It waits beside the store with its test: nobody puts it into the queue from here.
+    void setKeptForLater(bool kept) { keptForLater = kept; }
     /// Posts @p own, which waits in its row of the queue unless it could not be stored. When it is
     /// taken it leaves the queue before @p done is called; when it is not, it is there.
     void submit(const XMLData &own, std::function<void()> done);
@@ -79,6 +81,7 @@ private:
     const TestServer *server = nullptr;
     XMLData report; ///< on its way to the service
     bool submitting = false;
+    bool keptForLater = false;
     std::function<void()> whenDone;
     std::unique_ptr<QObject> scope; ///< context of the next step
     Outcome outcome;

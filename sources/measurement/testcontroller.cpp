@@ -8,6 +8,7 @@
 #include "data/testserver.h"
 #include "db/databasemanager.h"
 #include "db/storewriter.h"
+#include "db/transaction.h"
 #include "measurement/controlrequests.h"
 #include "measurement/httpgetrequester.h"
 #include "measurement/measurementsteps.h"
@@ -394,7 +395,9 @@ void TestController::store(const std::function<void()> &done)
 {
     writer->write([this] { return recorder->store(); },
                   [this, done](bool stored) {
-                      outcome.storeFailed = !stored;
+                      outcome.keptForLater = !stored && failedOnLock() && recorder->keepForLater();
+                      outcome.storeFailed = !stored && !outcome.keptForLater;
+                      delivery->setKeptForLater(outcome.keptForLater);
                       delivery->setOwnRow(recorder->report().identification);
                       done();
                   });

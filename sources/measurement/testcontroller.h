@@ -37,6 +37,7 @@ struct TestOutcome
     End end = End::Completed;
     qulonglong storedId = 0;       ///< row of the results table, 0 when nothing was stored
     bool storeFailed = false;      ///< results or report could not be written
+    bool keptForLater = false;     ///< another program holds the store; the test waits beside it
     bool reportDelivered = false;  ///< the service has taken this test's report
     std::optional<qint64> queueId; ///< row of the queue where it waits
     bool answered = false;         ///< the service has answered a report, in whatever way

@@ -82,6 +82,11 @@ bool TestRecorder::store()
     return stored;
 }
 
+bool TestRecorder::keepForLater() const
+{
+    return DatabaseManager::keepForLater(value, document);
+}
+
 void TestRecorder::conclude(const ReportDelivery::Outcome &reports)
 {
     if (!value.timestamp) {

@@ -154,6 +154,9 @@ void TestDisplay::testEnded(const TestOutcome &outcome)
         !record->phasesCutByBudget().isEmpty()) {
         testTab->addNote(tr("The data budget ended the test early."));
     }
+    if (outcome.keptForLater) {
+        testTab->addNote(tr("Another program holds the results; this test joins them later."));
+    }
     if (!outcome.reportDelivered && outcome.queueId) {
         testTab->addNote(tr("The report waits and goes out with the next test."));
     }

@@ -7,6 +7,8 @@
 #include "support/sqlitefile.h"
 #include "utils/utils.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QSqlQuery>
 #include <QTemporaryDir>
@@ -244,6 +246,40 @@ private Q_SLOTS:
         QTEST(stored.value(), "stored");
         QTEST(static_cast<int>(told.size()), "told");
         QCOMPARE(db->getAllResults().size(), size_t(*stored ? 1 : 0));
+    }
+
+    void aTestThatWaitsBesideTheStoreJoinsItOnce()
+    {
+        FinishedTest test;
+        test.seriesId = 13;
+        test.testId = 3;
+        test.timestamp = 1'700'000'000'123;
+        test.upload.intervalBytes = {7, 8};
+        XMLData report;
+        report.xml = u"<a/>"_s;
+        auto held = std::make_unique<HeldFile>(DatabaseManager::databaseFile());
+        QVERIFY(DatabaseManager::keepForLater(test, report));
+        QDir folder(QFileInfo(DatabaseManager::databaseFile()).path());
+        const QStringList kept = folder.entryList({u"*.spare-*"_s});
+        QCOMPARE(kept.size(), 1);
+        const auto reopen = [&] {
+            db = std::make_unique<DatabaseManager>(nullptr);
+            QVERIFY(db->openDB());
+        };
+        reopen(); // a start finds the store held: it waits on
+        QCOMPARE(db->getAllResults().size(), 0U);
+        held.reset();
+        // A kill may come between the commit and the removal.
+        QVERIFY(QFile::copy(folder.filePath(kept.first()), folder.filePath(kept.first() + u'2')));
+        QVERIFY(store(13, 4) > 0);
+        reopen();
+        QCOMPARE(folder.entryList({u"*.spare-*"_s}), QStringList());
+        const auto rows = db->getAllResults();
+        QCOMPARE(rows.size(), 2U);
+        QCOMPARE(db->getTest(*rows.at(1)).upload.intervalBytes, (QList<qint64>{7, 8}));
+        QCOMPARE(db->getTest(*rows.at(1)).report.queueId,
+                 db->getNextUnsentXMLFile(0)->identification);
+        QCOMPARE(db->countUnsentXMLFiles(), 1);
     }
 
 private:
