@@ -213,6 +213,22 @@ Aufruf, 3 die Datenbank lässt sich nicht öffnen oder schreiben, 4 Roaming oder
         <source>wait before the first test for a first position (0 to 600); else 5 where something may tell one</source>
         <translation>vor dem ersten Test auf eine erste Position warten (0 bis 600); sonst 5, wo etwas eine melden kann</translation>
     </message>
+    <message>
+        <source>where the service shows your tests</source>
+        <translation>wo der Dienst Ihre Tests zeigt</translation>
+    </message>
+    <message>
+        <source>The address of the page on which the service shows your tests and, on a
+terminal, the same as a QR code for a phone&apos;s camera. Whoever has the address
+sees the tests.</source>
+        <translation>Die Adresse der Seite, auf der der Dienst Ihre Tests zeigt, und auf einem
+Terminal dasselbe als QR-Code für die Kamera eines Telefons. Wer die Adresse
+hat, sieht die Tests.</translation>
+    </message>
+    <message>
+        <source>open it in the browser as well</source>
+        <translation>sie auch im Browser öffnen</translation>
+    </message>
 </context>
 <context>
     <name>DataBudget</name>
@@ -687,6 +703,10 @@ Aufruf, 3 die Datenbank lässt sich nicht öffnen oder schreiben, 4 Roaming oder
         <source>Data Budget</source>
         <translation>Datenlimit</translation>
     </message>
+    <message>
+        <source>Open on the service</source>
+        <translation>Auf der Webseite öffnen</translation>
+    </message>
 </context>
 <context>
     <name>velometer::DeviceContext</name>
@@ -951,6 +971,14 @@ orvak verfassen</translation>
         <source>No mail program could be opened. Write to this address:</source>
         <translation>Es liess sich kein Mailprogramm öffnen. Schreiben Sie an diese Adresse:</translation>
     </message>
+    <message>
+        <source>The page&apos;s address as a QR code</source>
+        <translation>Die Adresse der Seite als QR-Code</translation>
+    </message>
+    <message>
+        <source>Point another device&apos;s camera at it to see your results there. Whoever has the address sees them.</source>
+        <translation>Mit der Kamera eines anderen Geräts sehen Sie Ihre Resultate dort. Wer die Adresse hat, sieht sie.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::LocationPopup</name>
@@ -1144,6 +1172,14 @@ orvak verfassen</translation>
         <source>The results of another version of this program are kept in %1.</source>
         <translation>Die Ergebnisse einer anderen Version dieses Programms sind in %1 aufbewahrt.</translation>
     </message>
+    <message>
+        <source>You have no page yet: the service gives you one with the first test.</source>
+        <translation>Sie haben noch keine Seite: Der Dienst gibt Ihnen eine mit dem ersten Test.</translation>
+    </message>
+    <message>
+        <source>Nothing opens addresses here (xdg-open is missing); open it in a browser by hand.</source>
+        <translation>Hier öffnet nichts Adressen (xdg-open fehlt); öffnen Sie sie selbst in einem Browser.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultsTab</name>
@@ -1162,6 +1198,10 @@ orvak verfassen</translation>
     <message>
         <source>Transferred Data %1 MB (%2 MB mobile)</source>
         <translation>Übertragene Daten %1 MB (%2 MB mobil)</translation>
+    </message>
+    <message>
+        <source>Open on the service</source>
+        <translation>Auf der Webseite öffnen</translation>
     </message>
 </context>
 <context>
@@ -1447,6 +1487,10 @@ orvak verfassen</translation>
         <source>Another program holds the results; this test joins them later.</source>
         <translation>Ein anderes Programm hält die Resultate; dieser Test kommt später dazu.</translation>
     </message>
+    <message>
+        <source>On the service everything of this user was deleted; the next test begins with a new user.</source>
+        <translation>Auf dem Dienst wurde alles von diesem Benutzer gelöscht; der nächste Test beginnt mit einem neuen.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestResultWidget</name>
@@ -1544,6 +1588,10 @@ orvak verfassen</translation>
     <message>
         <source>Another program holds %1; the test joins it with the next one.</source>
         <translation>Ein anderes Programm hält %1; der Test kommt mit dem nächsten hinein.</translation>
+    </message>
+    <message>
+        <source>On the service everything of this user was deleted, and it takes no more tests of his; the next test begins with a new user.</source>
+        <translation>Auf dem Dienst wurde alles von diesem Benutzer gelöscht, und er nimmt keine Tests mehr von ihm an; der nächste Test beginnt mit einem neuen Benutzer.</translation>
     </message>
 </context>
 <context>

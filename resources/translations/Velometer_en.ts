@@ -211,6 +211,22 @@ what it would delete.</translation>
         <source>wait before the first test for a first position (0 to 600); else 5 where something may tell one</source>
         <translation>wait before the first test for a first position (0 to 600); else 5 where something may tell one</translation>
     </message>
+    <message>
+        <source>where the service shows your tests</source>
+        <translation>where the service shows your tests</translation>
+    </message>
+    <message>
+        <source>The address of the page on which the service shows your tests and, on a
+terminal, the same as a QR code for a phone&apos;s camera. Whoever has the address
+sees the tests.</source>
+        <translation>The address of the page on which the service shows your tests and, on a
+terminal, the same as a QR code for a phone&apos;s camera. Whoever has the address
+sees the tests.</translation>
+    </message>
+    <message>
+        <source>open it in the browser as well</source>
+        <translation>open it in the browser as well</translation>
+    </message>
 </context>
 <context>
     <name>DataBudget</name>
@@ -685,6 +701,10 @@ what it would delete.</translation>
         <source>Data Budget</source>
         <translation>Data Budget</translation>
     </message>
+    <message>
+        <source>Open on the service</source>
+        <translation>Open on the service</translation>
+    </message>
 </context>
 <context>
     <name>velometer::DeviceContext</name>
@@ -949,6 +969,14 @@ to orvak</translation>
         <source>No mail program could be opened. Write to this address:</source>
         <translation>No mail program could be opened. Write to this address:</translation>
     </message>
+    <message>
+        <source>The page&apos;s address as a QR code</source>
+        <translation>The page&apos;s address as a QR code</translation>
+    </message>
+    <message>
+        <source>Point another device&apos;s camera at it to see your results there. Whoever has the address sees them.</source>
+        <translation>Point another device&apos;s camera at it to see your results there. Whoever has the address sees them.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::LocationPopup</name>
@@ -1142,6 +1170,14 @@ to orvak</translation>
         <source>The results of another version of this program are kept in %1.</source>
         <translation>The results of another version of this program are kept in %1.</translation>
     </message>
+    <message>
+        <source>You have no page yet: the service gives you one with the first test.</source>
+        <translation>You have no page yet: the service gives you one with the first test.</translation>
+    </message>
+    <message>
+        <source>Nothing opens addresses here (xdg-open is missing); open it in a browser by hand.</source>
+        <translation>Nothing opens addresses here (xdg-open is missing); open it in a browser by hand.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultsTab</name>
@@ -1160,6 +1196,10 @@ to orvak</translation>
     <message>
         <source>Transferred Data %1 MB (%2 MB mobile)</source>
         <translation>Transferred Data %1 MB (%2 MB mobile)</translation>
+    </message>
+    <message>
+        <source>Open on the service</source>
+        <translation>Open on the service</translation>
     </message>
 </context>
 <context>
@@ -1443,7 +1483,11 @@ to orvak</translation>
     </message>
     <message>
         <source>Another program holds the results; this test joins them later.</source>
-        <translation>Ein anderes Programm hält die Resultate; dieser Test kommt später dazu.</translation>
+        <translation>Another program holds the results; this test joins them later.</translation>
+    </message>
+    <message>
+        <source>On the service everything of this user was deleted; the next test begins with a new user.</source>
+        <translation>On the service everything of this user was deleted; the next test begins with a new user.</translation>
     </message>
 </context>
 <context>
@@ -1541,7 +1585,11 @@ to orvak</translation>
     </message>
     <message>
         <source>Another program holds %1; the test joins it with the next one.</source>
-        <translation>Ein anderes Programm hält %1; der Test kommt mit dem nächsten hinein.</translation>
+        <translation>Another program holds %1; the test joins it with the next one.</translation>
+    </message>
+    <message>
+        <source>On the service everything of this user was deleted, and it takes no more tests of his; the next test begins with a new user.</source>
+        <translation>On the service everything of this user was deleted, and it takes no more tests of his; the next test begins with a new user.</translation>
     </message>
 </context>
 <context>

@@ -28,6 +28,7 @@ public:
         Context,
         Resend,
         NewSeries,
+        Page,
         Clear,
     };
     enum class Format { Text, Json, JsonStream, Csv, GeoJson, Gpx };
@@ -54,6 +55,7 @@ public:
     int limit = 0;                                    ///< most results to list, 0 for all
     bool allowRoaming = false;
     bool yes = false;
+    bool open = false; ///< in the browser
     QAbstractSocket::NetworkLayerProtocol protocol = QAbstractSocket::AnyIPProtocol;
     StoredTest storedTest;
     QString configFile; ///< empty for the usual places

@@ -34,6 +34,7 @@ QString name(Command command)
     case Command::Context: return u"context"_s;
     case Command::Resend: return u"resend"_s;
     case Command::NewSeries: return u"new-series"_s;
+    case Command::Page: return u"page"_s;
     case Command::Clear: return u"clear"_s;
     }
     Q_UNREACHABLE();
@@ -116,6 +117,14 @@ void CommandSyntax::addCommands()
                 .summary = tr("start a new series of tests"),
                 .text = tr("The tests from now on belong to a new series and are counted from 1."),
                 .examples = {u"new-series && velometer-cli --count 5 --interval 60"_s}});
+    syntax.add(
+        {.name = name(Command::Page),
+         .summary = tr("where the service shows your tests"),
+         .text =
+             tr("The address of the page on which the service shows your tests and, on a\n"
+                "terminal, the same as a QR code for a phone's camera. Whoever has the address\n"
+                "sees the tests."),
+         .examples = {u"page"_s, u"page --open"_s}});
     syntax.add(
         {.name = name(Command::Clear),
          .summary = tr("delete all stored tests and waiting reports"),
@@ -221,6 +230,11 @@ void CommandSyntax::addOutputOptions()
                 {name(Command::Results)}});
     syntax.add(
         {u"--yes"_s, {}, tr("really delete"), Takes::flag(&result.yes), {name(Command::Clear)}});
+    syntax.add({u"--open"_s,
+                {},
+                tr("open it in the browser as well"),
+                Takes::flag(&result.open),
+                {name(Command::Page)}});
 }
 
 void CommandSyntax::addDeviceOptions()

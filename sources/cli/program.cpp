@@ -1,10 +1,12 @@
 #include "cli/program.h"
 
 #include "app/serverselection.h"
+#include "app/userpage.h"
 #include "cli/csvformat.h"
 #include "cli/devicecontext.h"
 #include "cli/exportformat.h"
 #include "cli/jsonformat.h"
+#include "cli/pageprinter.h"
 #include "cli/testprinter.h"
 #include "cli/testrunner.h"
 #include "cli/textformat.h"
@@ -85,6 +87,7 @@ void Program::start()
     case Command::Context: return describeContext();
     case Command::Resend: return resendReports();
     case Command::NewSeries: return startSeries();
+    case Command::Page: return end(showPage());
     case Command::Clear: return end(clearStore());
     }
 }
@@ -208,6 +211,20 @@ void Program::startSeries()
         out.line(tr("Series %1").arg(ids->getSeriesId()));
         end(ExitStatus::Done);
     });
+}
+
+ExitStatus Program::showPage()
+{
+    const QString address = UserPage::address(language);
+    if (address.isEmpty()) {
+        return refuse(ExitStatus::Broken,
+                      tr("You have no page yet: the service gives you one with the first test."));
+    }
+    PagePrinter::print(address, out);
+    return !options.open || PagePrinter::open(address)
+               ? ExitStatus::Done
+               : refuse(ExitStatus::Broken, tr("Nothing opens addresses here (xdg-open is "
+                                               "missing); open it in a browser by hand."));
 }
 
 // ---- The store

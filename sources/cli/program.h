@@ -47,6 +47,7 @@ private:
     ExitStatus exportTests();
     ExitStatus listServers();
     ExitStatus clearStore();
+    ExitStatus showPage();
     // Commands that take their time, and end in end().
     void runTests();
     void resendReports();

@@ -348,6 +348,10 @@ QString TestRunner::failureText(const TestOutcome &outcome, ExitStatus ended) co
 
 void TestRunner::warnOfUndelivered(const TestOutcome &outcome)
 {
+    if (outcome.userGone) {
+        progress.message(tr("On the service everything of this user was deleted, and it takes no "
+                            "more tests of his; the next test begins with a new user."));
+    }
     if (!outcome.reportDelivered && outcome.queueId) {
         progress.message(tr("The report waits in the queue and goes out with the next test."));
     }

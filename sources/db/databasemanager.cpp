@@ -387,9 +387,9 @@ std::unique_ptr<XMLData> DatabaseManager::getNextUnsentXMLFile(qint64 lastId)
     return reports.next(lastId);
 }
 
-bool DatabaseManager::deleteUnsentXMLFile(qint64 id)
+bool DatabaseManager::deleteUnsentXMLFile(qint64 id, bool delivered)
 {
-    return reports.remove(id);
+    return reports.remove(id, delivered);
 }
 
 std::optional<qint64> DatabaseManager::insertOrUpdateXMLFile(const XMLData *data)

@@ -93,8 +93,8 @@ public:
     /// The first queued report after row @p lastId that has been tried fewer than 20 times; null
     /// when there is none. Rows have any number of 64 bits.
     std::unique_ptr<XMLData> getNextUnsentXMLFile(qint64 lastId);
-    /// For a report that was delivered: the test it came from is marked so.
-    bool deleteUnsentXMLFile(qint64 id);
+    /// For a report that was delivered, which marks the test it came from, or will never be.
+    bool deleteUnsentXMLFile(qint64 id, bool delivered = true);
     /// Inserts a report that has no row yet; else updates its row's count of attempts, never its
     /// document. The row; none, and nothing changed, when the statement failed. The record itself
     /// stays as it is.

@@ -30,7 +30,7 @@ std::unique_ptr<XMLData> ReportQueue::next(qint64 lastId)
     return data;
 }
 
-bool ReportQueue::remove(qint64 id)
+bool ReportQueue::remove(qint64 id, bool delivered)
 {
     // Row ids are used again: a test that keeps one must not take the next report for its own.
     Transaction transaction(db);
@@ -38,6 +38,9 @@ bool ReportQueue::remove(qint64 id)
         return false;
     }
     for (const auto &statement : {UPDATE_DELIVERED, DELETE_REPORTQUEUEID, DELETE_UNSENTXMLFILE}) {
+        if (statement == UPDATE_DELIVERED && !delivered) {
+            continue;
+        }
         QSqlQuery query(db);
         if (!query.exec(QString(statement).arg(id))) {
             logSqlError(u"ERROR: %1 %2"_s, query.lastError());

@@ -20,7 +20,7 @@ public:
     {}
 
     std::unique_ptr<XMLData> next(qint64 lastId);
-    bool remove(qint64 id);
+    bool remove(qint64 id, bool delivered);
     std::optional<qint64> insertOrUpdate(const XMLData &report);
     int count();
 

@@ -20,6 +20,18 @@ namespace {
 
 constexpr int requestTimeoutMs = 10'000;
 
+bool isGone(const QString &header)
+{
+    return header.startsWith("HTTP/1."_L1) && header.sliced(8).startsWith(" 410"_L1);
+}
+
+qlonglong userOf(const XMLData &report)
+{
+    const QString &xml = report.xml;
+    const qsizetype begin = xml.indexOf("<UserID>"_L1) + 8;
+    return QStringView(xml).sliced(begin, xml.indexOf(u'<', begin) - begin).toLongLong();
+}
+
 } // namespace
 
 ReportDelivery::ReportDelivery(HttpGetRequester &httpRequester, StoreWriter &storeWriter,
@@ -37,6 +49,12 @@ void ReportDelivery::begin(const TestServer *testServer)
     server = testServer;
     keptForLater = false;
     outcome = {};
+}
+
+void ReportDelivery::setOwn(std::optional<qint64> row, bool kept)
+{
+    outcome.queueId = row;
+    keptForLater = kept;
 }
 
 void ReportDelivery::submit(const XMLData &own, std::function<void()> done)
@@ -94,6 +112,10 @@ void ReportDelivery::answered(bool ok, const QString &header, const QString &bod
         Utils::addLogEntry(u"Error saving results: %1"_s.arg(body));
         ++report.numberofretries;
     }
+    if (ok && isGone(header)) {
+        outcome.goneUser = userOf(report);
+        return forgetReport();
+    }
     if (std::exchange(submitting, false)) {
         ownAnswered(report.successfull);
     } else {
@@ -124,6 +146,25 @@ void ReportDelivery::queuedAnswered(bool taken)
         }
         later([this] { offerNext(*report.identification); });
     });
+}
+
+// No later try would end otherwise.
+void ReportDelivery::forgetReport()
+{
+    const bool own = std::exchange(submitting, false);
+    const auto next = [this, own] {
+        later([this, own] { own ? finish() : offerNext(*report.identification); });
+    };
+    if (!report.identification) {
+        return next();
+    }
+    writer.write([this] { return gDB->deleteUnsentXMLFile(*report.identification, false); },
+                 [this, own, next](bool done) {
+                     if (own && done) {
+                         outcome.queueId.reset();
+                     }
+                     next();
+                 });
 }
 
 // What was taken leaves the queue; what was not counts one attempt more there.

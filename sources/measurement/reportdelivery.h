@@ -33,6 +33,8 @@ public:
         bool answered = false;         ///< the service has answered, in whatever way
         bool storeFailed = false;      ///< a report could not be written to the queue
         int resent = 0;                ///< earlier reports delivered
+        /// Of whom the service has deleted everything and takes no report any more.
+        qlonglong goneUser = 0;
     };
 
     /// Both are borrowed and outlive this; a write of ours replaces what waits in @p storeWriter.
@@ -42,10 +44,9 @@ public:
     /// Forgets the last test. Reports go to @p server (borrowed until the next begin()).
     void begin(const TestServer *server);
 
-    /// The own report waits in this row already; none: it could not be stored.
-    void setOwnRow(std::optional<qint64> row) { outcome.queueId = row; }
-    /// It waits beside the store with its test: nobody puts it into the queue from here.
-    void setKeptForLater(bool kept) { keptForLater = kept; }
+    /// The own report waits in @p row already; none: it could not be stored. @p kept: it waits
+    /// beside the store with its test, and nobody puts it into the queue from here.
+    void setOwn(std::optional<qint64> row, bool kept);
     /// Posts @p own, which waits in its row of the queue unless it could not be stored. When it is
     /// taken it leaves the queue before @p done is called; when it is not, it is there.
     void submit(const XMLData &own, std::function<void()> done);
@@ -69,6 +70,7 @@ public:
 private:
     void ownAnswered(bool taken);
     void queuedAnswered(bool taken);
+    void forgetReport();
     void offerNext(qint64 afterRow);
     void settle(bool taken, const std::function<void(bool)> &settled);
     bool enqueue();

@@ -8,7 +8,6 @@
 #include "data/testserver.h"
 #include "db/databasemanager.h"
 #include "db/storewriter.h"
-#include "db/transaction.h"
 #include "measurement/controlrequests.h"
 #include "measurement/httpgetrequester.h"
 #include "measurement/measurementsteps.h"
@@ -395,10 +394,9 @@ void TestController::store(const std::function<void()> &done)
 {
     writer->write([this] { return recorder->store(); },
                   [this, done](bool stored) {
-                      outcome.keptForLater = !stored && failedOnLock() && recorder->keepForLater();
+                      outcome.keptForLater = !stored && recorder->keepForLater();
                       outcome.storeFailed = !stored && !outcome.keptForLater;
-                      delivery->setKeptForLater(outcome.keptForLater);
-                      delivery->setOwnRow(recorder->report().identification);
+                      delivery->setOwn(recorder->report().identification, outcome.keptForLater);
                       done();
                   });
 }
@@ -416,6 +414,8 @@ void TestController::endTest(TestOutcome::End end, const QString &errorText)
     outcome.queueId = reports.queueId;
     outcome.answered = reports.answered;
     outcome.resent = reports.resent;
+    outcome.userGone = reports.goneUser > 0;
+    ids.forgetUser(this, reports.goneUser);
     recorder->conclude(reports);
     const TestOutcome ended = outcome;
     observer->stopTest();

@@ -43,6 +43,7 @@ struct TestOutcome
     bool answered = false;         ///< the service has answered a report, in whatever way
     int resent = 0;                ///< earlier reports delivered at the end of this test
     int waiting = 0;               ///< reports that wait in the queue now
+    bool userGone = false; ///< the service has deleted this user; the next test gets another
 };
 
 /// Drives one complete test: context helpers, network session, reachability, user id, initialise,

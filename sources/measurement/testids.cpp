@@ -82,6 +82,18 @@ void TestIds::startNewSeries(QObject *context, const std::function<void()> &done
     underLock(context, &TestIds::nextSeries, done);
 }
 
+void TestIds::forgetUser(QObject *context, qlonglong gone)
+{
+    if (gone > 0 && gone == user) {
+        underLock(context, &TestIds::noUser, [] {});
+    }
+}
+
+void TestIds::noUser()
+{
+    user = series = test = 0;
+}
+
 void TestIds::nextTest()
 {
     ++test;

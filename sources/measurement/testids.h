@@ -36,6 +36,10 @@ public:
     /// next draw().
     void assignUser(bool ok, const QString &answer);
 
+    /// The service has deleted @p gone, if that is still the user, and everything of his: the next
+    /// test asks for a new one. Calls nobody.
+    void forgetUser(QObject *context, qlonglong gone);
+
     /// The next series, whose tests count from 1; then calls @p done as draw() does.
     void startNewSeries(QObject *context, const std::function<void()> &done);
 
@@ -43,6 +47,7 @@ private:
     void underLock(QObject *context, void (TestIds::*change)(), const std::function<void()> &done);
     void nextTest();
     void nextSeries();
+    void noUser();
     void save() const;
 
     qlonglong user = 0;

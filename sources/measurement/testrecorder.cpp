@@ -9,6 +9,7 @@
 #include "data/testresults.h"
 #include "data/testserver.h"
 #include "db/databasemanager.h"
+#include "db/transaction.h"
 #include "utils/utils.h"
 
 using namespace Qt::StringLiterals;
@@ -84,7 +85,7 @@ bool TestRecorder::store()
 
 bool TestRecorder::keepForLater() const
 {
-    return DatabaseManager::keepForLater(value, document);
+    return failedOnLock() && DatabaseManager::keepForLater(value, document);
 }
 
 void TestRecorder::conclude(const ReportDelivery::Outcome &reports)

@@ -52,7 +52,8 @@ public:
     /// stored, when that failed.
     bool store();
     bool isStored() const { return stored; }
-    /// For a test that could not be stored; see DatabaseManager::keepForLater().
+    /// For a test that store() has not taken: where another program's lock was the reason, keeps it
+    /// as DatabaseManager::keepForLater() does.
     bool keepForLater() const;
     /// The end, for who shows the test: also of one that did not get as far as a report.
     void conclude(const ReportDelivery::Outcome &reports);

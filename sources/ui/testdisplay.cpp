@@ -154,6 +154,10 @@ void TestDisplay::testEnded(const TestOutcome &outcome)
         !record->phasesCutByBudget().isEmpty()) {
         testTab->addNote(tr("The data budget ended the test early."));
     }
+    if (outcome.userGone) {
+        testTab->addNote(tr("On the service everything of this user was deleted; the next test "
+                            "begins with a new user."));
+    }
     if (outcome.keptForLater) {
         testTab->addNote(tr("Another program holds the results; this test joins them later."));
     }

@@ -1,5 +1,6 @@
 #include "ui/details/detailswindow.h"
 
+#include "app/userpage.h"
 #include "data/result.h"
 #include "data/testdetails.h"
 #include "data/testfields.h"
@@ -10,6 +11,7 @@
 #include "ui/plot/throughputplot.h"
 #include "ui/scrolling/qskineticscroller.h"
 #include "utils/deployment.h"
+#include "utils/translations.h"
 #include "utils/utils.h"
 
 #include "ui_detailswindow.h"
@@ -255,6 +257,7 @@ void DetailsWindow::showPleaseWait(bool visible)
     ui->labelPleaseWait->setVisible(visible);
     ui->scrollArea->setVisible(!visible);
     ui->pushButton->setVisible(!visible);
+    ui->pageButton->setVisible(!visible && !pageAddress().isEmpty());
     // Without the list something else has to fill the page.
     ui->verticalSpacer->changeSize(0, 0, QSizePolicy::Minimum,
                                    visible ? QSizePolicy::Expanding : QSizePolicy::Fixed);
@@ -282,6 +285,17 @@ void DetailsWindow::deleteCategories(QList<DetailsCategory *> &list)
 {
     qDeleteAll(list);
     list.clear();
+}
+
+QString DetailsWindow::pageAddress() const
+{
+    const auto row = gDB->getResultsById(shownId);
+    return row ? UserPage::addressOf(gDB->getTest(*row), Translations::language()) : QString();
+}
+
+void DetailsWindow::on_pageButton_clicked()
+{
+    ui->notice->openPage(pageAddress());
 }
 
 void DetailsWindow::on_pushButton_clicked()

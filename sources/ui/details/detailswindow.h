@@ -41,6 +41,8 @@ public Q_SLOTS:
     /// Opens the e-mail program with the summary; where there is none, the page says so and shows
     /// the maker's mailbox. Without details nothing happens.
     void on_pushButton_clicked();
+    /// Opens the test's page on the service; where nothing opens addresses, shows it.
+    void on_pageButton_clicked();
 
 protected:
     void retranslate() override;
@@ -49,6 +51,7 @@ private:
     static QList<DetailsCategory *> setupDetailsCategories(const TestDetails *details);
     static void deleteCategories(QList<DetailsCategory *> &list);
     std::unique_ptr<TestDetails> readDetails() const;
+    QString pageAddress() const;
     void clearExistingWidgets();
     void showPleaseWait(bool visible);
     void addPlot();

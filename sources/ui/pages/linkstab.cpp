@@ -1,9 +1,14 @@
 #include "ui/pages/linkstab.h"
 
+#include "app/qrcode.h"
+#include "app/userpage.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
 #include "ui_linkstab.h"
+
+#include <QPainter>
+#include <QPixmap>
 
 using namespace Qt::StringLiterals;
 
@@ -11,11 +16,30 @@ namespace velometer {
 
 namespace {
 
-/// Empty before the service has given one. The settings are a file that anyone may edit.
-QString userId()
+constexpr int moduleSize = 4; // px
+constexpr int quietZone = 4;  // modules; a reader needs them
+
+QString pageAddress()
 {
-    const qlonglong id = Utils::getSettingsCommonValue(u"UserId"_s).toLongLong();
-    return id > 0 ? QString::number(id) : QString();
+    return Deployment::current().webAddress() + "/velometer/Controller?page=UserReport&userid="_L1 +
+           UserPage::userId();
+}
+
+QPixmap picture(const QrCode &code)
+{
+    const int side = (code.size() + 2 * quietZone) * moduleSize;
+    QPixmap pixmap(side, side);
+    pixmap.fill(Qt::white);
+    QPainter painter(&pixmap);
+    for (int y = 0; y < code.size(); ++y) {
+        for (int x = 0; x < code.size(); ++x) {
+            if (code.isDark(x, y)) {
+                painter.fillRect((x + quietZone) * moduleSize, (y + quietZone) * moduleSize,
+                                 moduleSize, moduleSize, Qt::black);
+            }
+        }
+    }
+    return pixmap;
 }
 
 } // namespace
@@ -45,7 +69,11 @@ void LinksTab::showEvent(QShowEvent *event)
 
 void LinksTab::reset()
 {
-    const bool hasPage = !userId().isEmpty();
+    const bool hasPage = !UserPage::userId().isEmpty();
+    const auto code = hasPage ? QrCode::of(pageAddress()) : std::nullopt;
+    ui->qrCode->setPixmap(code ? picture(*code) : QPixmap());
+    ui->qrCode->setVisible(code.has_value());
+    ui->labelQrCode->setVisible(code.has_value());
     ui->websiteButton->setEnabled(hasPage);
     ui->labelNoUserId->setVisible(!hasPage);
     ui->notice->hide();
@@ -53,8 +81,7 @@ void LinksTab::reset()
 
 void LinksTab::on_websiteButton_clicked()
 {
-    const QString address = Deployment::current().webAddress() +
-                            "/velometer/Controller?page=UserReport&userid="_L1 + userId();
+    const QString address = pageAddress();
     Utils::addLogEntry("URL: "_L1 + address);
     ui->notice->openPage(address);
 }
@@ -64,7 +91,7 @@ void LinksTab::on_feedbackButtun_clicked()
     const QString mailbox = Deployment::current().feedbackMailbox;
     const QString address =
         u"mailto:%1?subject=Zenta Velometer Feedback (UserId:%2 Version:%3)"_s.arg(
-            mailbox, userId(), Utils::getPlainVersion());
+            mailbox, UserPage::userId(), Utils::getPlainVersion());
     ui->notice->openMail(address, mailbox);
     Utils::addLogEntry("URL (Qt): "_L1 + address);
 }

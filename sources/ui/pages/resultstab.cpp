@@ -1,8 +1,10 @@
 #include "ui/pages/resultstab.h"
 
+#include "app/userpage.h"
 #include "db/databasemanager.h"
 #include "ui/pages/testresultwidget.h"
 #include "ui/scrolling/qskineticscroller.h"
+#include "utils/translations.h"
 
 #include "ui_resultstab.h"
 
@@ -70,6 +72,8 @@ void ResultsTab::showList(bool visible)
     ui->scrollArea->setVisible(visible);
     ui->labelTransferedData->setVisible(visible);
     ui->pushButton->setVisible(visible);
+    ui->pageButton->setVisible(visible && !UserPage::userId().isEmpty());
+    ui->notice->hide();
     // Without the list something else has to fill the page.
     ui->verticalSpacer->changeSize(0, 0, QSizePolicy::Minimum,
                                    visible ? QSizePolicy::Fixed : QSizePolicy::Expanding);
@@ -81,6 +85,11 @@ void ResultsTab::showTotals()
     ui->labelTransferedData->setText(
         tr("Transferred Data %1 MB (%2 MB mobile)")
             .arg(QString::number(megabytes, 'f', 1), QString::number(megabytesOverMobile, 'f', 1)));
+}
+
+void ResultsTab::on_pageButton_clicked()
+{
+    ui->notice->openPage(UserPage::address(Translations::language()));
 }
 
 void ResultsTab::on_pushButton_clicked()

@@ -34,6 +34,7 @@ public Q_SLOTS:
     /// an empty one.
     void updateResultsImpl();
     void on_pushButton_clicked();
+    void on_pageButton_clicked();
 
 Q_SIGNALS:
     void mapClicked();

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "cli/output.h"
+
+#include <QString>
+
+namespace velometer {
+
+/// The address of a page for whoever sits at the terminal.
+namespace PagePrinter {
+
+/// The address on a line of its own and, where a person looks, its QR code below: two modules a
+/// character, black on white whatever the terminal's colours are.
+void print(const QString &address, Output &out);
+
+/// Opens @p address in the desktop's browser, whose own words go nowhere. False when there is
+/// nothing that could.
+bool open(const QString &address);
+
+} // namespace PagePrinter
+
+} // namespace velometer
