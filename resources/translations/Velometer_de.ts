@@ -502,6 +502,33 @@ hat, sieht die Tests.</translation>
     </message>
 </context>
 <context>
+    <name>velometer::AddressNotice</name>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>The browser should show this address now. If it does not, copy it:</source>
+        <translation>Der Browser sollte diese Adresse jetzt zeigen. Falls nicht, kopieren Sie sie:</translation>
+    </message>
+    <message>
+        <source>No browser could be opened. Copy this address into the browser of another device:</source>
+        <translation>Es liess sich kein Browser öffnen. Kopieren Sie diese Adresse in den Browser eines anderen Geräts:</translation>
+    </message>
+    <message>
+        <source>Your mail program should show a mail now. If it does not, write to this address:</source>
+        <translation>Ihr Mailprogramm sollte jetzt eine Mail zeigen. Falls nicht, schreiben Sie an diese Adresse:</translation>
+    </message>
+    <message>
+        <source>No mail program could be opened. Write to this address:</source>
+        <translation>Es liess sich kein Mailprogramm öffnen. Schreiben Sie an diese Adresse:</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>Kopiert</translation>
+    </message>
+</context>
+<context>
     <name>velometer::DetailsWindow</name>
     <message>
         <source>Please Wait ...</source>
@@ -964,14 +991,6 @@ orvak verfassen</source>
 orvak verfassen</translation>
     </message>
     <message>
-        <source>No browser could be opened. Copy this address into the browser of another device:</source>
-        <translation>Es liess sich kein Browser öffnen. Geben Sie diese Adresse im Browser eines anderen Geräts ein:</translation>
-    </message>
-    <message>
-        <source>No mail program could be opened. Write to this address:</source>
-        <translation>Es liess sich kein Mailprogramm öffnen. Schreiben Sie an diese Adresse:</translation>
-    </message>
-    <message>
         <source>The page&apos;s address as a QR code</source>
         <translation>Die Adresse der Seite als QR-Code</translation>
     </message>
@@ -1318,6 +1337,18 @@ orvak verfassen</translation>
     <message>
         <source>The results of another version of this program are kept in %1.</source>
         <translation>Die Ergebnisse einer anderen Version dieses Programms sind in %1 aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>Stored tests that are deleted: %1. Reports that the service does not have yet: %2. The tests stay on the service. To keep a copy here, export them before: velometer-cli export --format csv</source>
+        <translation>Gespeicherte Tests, die gelöscht werden: %1. Berichte, die der Dienst noch nicht hat: %2. Auf dem Dienst bleiben die Tests. Für eine Kopie exportieren Sie sie zuvor: velometer-cli export --format csv</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
     </message>
 </context>
 <context>

@@ -500,6 +500,33 @@ sees the tests.</translation>
     </message>
 </context>
 <context>
+    <name>velometer::AddressNotice</name>
+    <message>
+        <source>Copy</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>The browser should show this address now. If it does not, copy it:</source>
+        <translation>The browser should show this address now. If it does not, copy it:</translation>
+    </message>
+    <message>
+        <source>No browser could be opened. Copy this address into the browser of another device:</source>
+        <translation>No browser could be opened. Copy this address into the browser of another device:</translation>
+    </message>
+    <message>
+        <source>Your mail program should show a mail now. If it does not, write to this address:</source>
+        <translation>Your mail program should show a mail now. If it does not, write to this address:</translation>
+    </message>
+    <message>
+        <source>No mail program could be opened. Write to this address:</source>
+        <translation>No mail program could be opened. Write to this address:</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>Copied</translation>
+    </message>
+</context>
+<context>
     <name>velometer::DetailsWindow</name>
     <message>
         <source>Please Wait ...</source>
@@ -962,14 +989,6 @@ orvak verfassen</source>
 to orvak</translation>
     </message>
     <message>
-        <source>No browser could be opened. Copy this address into the browser of another device:</source>
-        <translation>No browser could be opened. Copy this address into the browser of another device:</translation>
-    </message>
-    <message>
-        <source>No mail program could be opened. Write to this address:</source>
-        <translation>No mail program could be opened. Write to this address:</translation>
-    </message>
-    <message>
         <source>The page&apos;s address as a QR code</source>
         <translation>The page&apos;s address as a QR code</translation>
     </message>
@@ -1316,6 +1335,18 @@ to orvak</translation>
     <message>
         <source>The results of another version of this program are kept in %1.</source>
         <translation>The results of another version of this program are kept in %1.</translation>
+    </message>
+    <message>
+        <source>Stored tests that are deleted: %1. Reports that the service does not have yet: %2. The tests stay on the service. To keep a copy here, export them before: velometer-cli export --format csv</source>
+        <translation>Stored tests that are deleted: %1. Reports that the service does not have yet: %2. The tests stay on the service. To keep a copy here, export them before: velometer-cli export --format csv</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
     </message>
 </context>
 <context>

@@ -309,6 +309,17 @@ std::vector<std::unique_ptr<DBTestResults>> DatabaseManager::getAllResults()
     return tests.rows();
 }
 
+QString DatabaseManager::getResultsState()
+{
+    QSqlQuery query(db);
+    return query.exec(SELECT_RESULTSSTATE) && query.next() ? query.value(0).toString() : QString();
+}
+
+int DatabaseManager::countResults()
+{
+    return getResultsState().section(u'/', 0, 0).toInt();
+}
+
 std::unique_ptr<TestDetails> DatabaseManager::getDetailsById(qulonglong id)
 {
     return tests.details(id);

@@ -75,6 +75,9 @@ public:
     FinishedTest getTest(const DBTestResults &row);
 
     std::unique_ptr<DBTestResults> getResultsById(qulonglong id); ///< null when absent
+    /// Another text whenever the tests in the store are others, whoever has changed them.
+    QString getResultsState();
+    int countResults();
     /// Newest series and test first.
     std::vector<std::unique_ptr<DBTestResults>> getAllResults();
     /// Null when the test has no details.

@@ -60,6 +60,8 @@ inline constexpr auto INSERT_INTO_TESTDETAILS =
 inline constexpr auto SELECT_TESTRESULTS_BY_ID = "SELECT * FROM testresults WHERE id = %1"_L1;
 inline constexpr auto SELECT_ALL_TESTRESULTS =
     "SELECT * FROM testresults order by seriesid desc, testid desc"_L1;
+inline constexpr auto SELECT_RESULTSSTATE =
+    "SELECT count(*) || '/' || ifnull(max(id), 0) FROM testresults"_L1;
 inline constexpr auto SELECT_SAME_TEST =
     "SELECT 1 FROM testresults WHERE timestamp = ? AND seriesid = ? AND testid = ?"_L1;
 inline constexpr auto SELECT_TESTDETAILS_BY_ID =

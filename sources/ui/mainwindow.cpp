@@ -373,7 +373,7 @@ TestController *MainWindow::getController() const
 void MainWindow::clearLocalDatabase()
 {
     if (!popups->isOpen() && !isTestRunning()) {
-        storeDialogue->empty();
+        storeDialogue->askToEmpty();
     }
 }
 

@@ -3,6 +3,7 @@
 #include "db/databasemanager.h"
 #include "measurement/testcontroller.h"
 #include "ui/mainwindow.h"
+#include "ui/popups/popuplayer.h"
 #include "utils/utils.h"
 
 #include "support/fakeplatform.h"
@@ -76,6 +77,7 @@ public:
     {
         QAbstractButton *target = button(name);
         QVERIFY2(target, qPrintable(name));
+        QTRY_VERIFY(window->findChild<PopupLayer *>()->isSettled());
         QTest::mouseClick(target, Qt::LeftButton);
     }
 

@@ -158,6 +158,12 @@ private Q_SLOTS:
         window->startNewSeries();
         QCOMPARE(openPopup(), u"LocationPopup"_s);
 
+        // What was pressed for the page answers nothing.
+        QTest::keyClick(window->focusWidget(), Qt::Key_Return);
+        QTest::mouseClick(button(u"buttonCar"_s), Qt::LeftButton);
+        QCOMPARE(openPopup(), u"LocationPopup"_s);
+        QTRY_VERIFY(window->findChild<PopupLayer *>()->isSettled());
+
         // Nor does the keyboard leave it.
         QSet<QString> stops;
         for (int i = 0; i < 8; ++i) {
@@ -347,6 +353,11 @@ private Q_SLOTS:
         store->addIntervals(1, 1, u"5"_s);
         window->showSettingsTab();
         click(u"buttonClearDatabase"_s);
+        QVERIFY(label(u"labelMessage"_s).startsWith(u"Stored tests that are deleted: 0. "_s));
+        click(u"buttonCancel"_s);
+        QVERIFY(!gDB->getIntervals(1, 1).isEmpty());
+        click(u"buttonClearDatabase"_s);
+        click(u"buttonOk"_s);
         QCOMPARE(openPopup(), u"WaitingPopup"_s);
         QTRY_COMPARE(openPopup(), u"ErrorPopup"_s);
         QCOMPARE(label(u"labelMessage"_s), u"Database has been reseted"_s);
@@ -358,6 +369,7 @@ private Q_SLOTS:
 
         gDB->deleteDB();
         window->clearLocalDatabase();
+        click(u"buttonOk"_s);
         QTRY_COMPARE(openPopup(), u"ErrorPopup"_s);
         QVERIFY(label(u"labelMessage"_s).startsWith(u"Nothing was deleted"_s));
     }

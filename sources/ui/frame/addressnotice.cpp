@@ -2,13 +2,13 @@
 
 #include "ui_addressnotice.h"
 
-#include <QCoreApplication>
+#include <QClipboard>
 #include <QDesktopServices>
+#include <QEvent>
+#include <QGuiApplication>
 #include <QUrl>
 
 namespace velometer {
-
-// The catalogues have both sentences under the links page.
 
 AddressNotice::AddressNotice(QWidget *parent)
     : QWidget(parent)
@@ -20,30 +20,42 @@ AddressNotice::AddressNotice(QWidget *parent)
 
 AddressNotice::~AddressNotice() = default;
 
+void AddressNotice::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange) {
+        hide(); // its sentence is in the other language
+        ui->retranslateUi(this);
+    }
+}
+
 void AddressNotice::openPage(const QString &address)
 {
-    open(address, address,
-         QCoreApplication::translate(
-             "velometer::LinksTab",
-             "No browser could be opened. Copy this address into the browser of another device:"));
+    open(address, address, tr("The browser should show this address now. If it does not, copy it:"),
+         tr("No browser could be opened. Copy this address into the browser of another device:"));
 }
 
 void AddressNotice::openMail(const QString &address, const QString &mailbox)
 {
     open(address, mailbox,
-         QCoreApplication::translate("velometer::LinksTab",
-                                     "No mail program could be opened. Write to this address:"));
+         tr("Your mail program should show a mail now. If it does not, write to this address:"),
+         tr("No mail program could be opened. Write to this address:"));
 }
 
-void AddressNotice::open(const QString &address, const QString &shown, const QString &whenNot)
+void AddressNotice::open(const QString &address, const QString &shown, const QString &whenOpened,
+                         const QString &whenNot)
 {
-    hide();
-    if (QDesktopServices::openUrl(QUrl(address))) {
-        return;
-    }
-    ui->labelNotOpened->setText(whenNot);
+    const bool opened = QDesktopServices::openUrl(QUrl(address));
+    ui->labelNotOpened->setText(opened ? whenOpened : whenNot);
     ui->labelAddress->setText(shown);
+    ui->buttonCopy->setText(tr("Copy"));
     show();
+}
+
+void AddressNotice::on_buttonCopy_clicked()
+{
+    QGuiApplication::clipboard()->setText(ui->labelAddress->text());
+    ui->buttonCopy->setText(tr("Copied"));
 }
 
 } // namespace velometer

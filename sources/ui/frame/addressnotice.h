@@ -10,9 +10,10 @@ namespace Ui {
 class AddressNotice;
 }
 
-/// Opens an address outside the program; when the desktop has nothing for it, shows a sentence that
-/// says so and what to copy instead, as selectable text without markup. Hidden otherwise: the page
-/// that holds it hides it again when it is shown anew or shows something else. Main thread only.
+/// Opens an address outside the program and shows what to copy where nothing comes up: a desktop
+/// may say that it opens an address and do nothing. The text is selectable and without markup.
+/// Hidden before: the page that holds it hides it again when it is shown anew or shows something
+/// else. Main thread only.
 class AddressNotice : public QWidget
 {
     Q_OBJECT
@@ -27,8 +28,15 @@ public:
     /// is what is shown in its place.
     void openMail(const QString &address, const QString &mailbox);
 
+protected:
+    void changeEvent(QEvent *event) override;
+
+private Q_SLOTS:
+    void on_buttonCopy_clicked();
+
 private:
-    void open(const QString &address, const QString &shown, const QString &whenNot);
+    void open(const QString &address, const QString &shown, const QString &whenOpened,
+              const QString &whenNot);
 
     const std::unique_ptr<Ui::AddressNotice> ui;
 };

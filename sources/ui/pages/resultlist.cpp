@@ -36,18 +36,35 @@ void ResultList::setResults(std::vector<std::unique_ptr<DBTestResults>> results)
     if (rows.size() > mostRows) {
         rows.resize(mostRows);
     }
-    const qulonglong id = rows.empty() ? 0 : rows.front()->myTestId;
-    const bool isSameList = id == firstId;
-    firstId = id;
-    current = isSameList && !rows.empty() ? std::min<qsizetype>(current, std::ssize(rows) - 1) : 0;
+    current = std::max<qsizetype>(rowOf(left.currentId), 0);
     layOut();
-    verticalScrollBar()->setValue(isSameList ? lastPosition : 0);
+    const qsizetype top = left.topId == 0 ? -1 : rowOf(left.topId);
+    verticalScrollBar()->setValue(top < 0 ? 0 : static_cast<int>(top) * rowHeight + left.offset);
+}
+
+ResultList::Place ResultList::place() const
+{
+    const auto idOf = [this](qsizetype row) {
+        return row < std::ssize(rows) ? rows[static_cast<size_t>(row)]->myTestId : 0;
+    };
+    const int position = verticalScrollBar()->value();
+    if (rowHeight == 0) {
+        return {};
+    }
+    return {position == 0 ? 0 : idOf(position / rowHeight), position % rowHeight, idOf(current)};
+}
+
+qsizetype ResultList::rowOf(qulonglong id) const
+{
+    const auto found = std::find_if(rows.begin(), rows.end(),
+                                    [id](const auto &row) { return row->myTestId == id; });
+    return found == rows.end() ? -1 : found - rows.begin();
 }
 
 void ResultList::clear()
 {
     if (!rows.empty()) {
-        lastPosition = verticalScrollBar()->value();
+        left = place();
     }
     TestResultWidget::forgetPress();
     for (const Entry &entry : pool) {
@@ -140,9 +157,9 @@ void ResultList::placeEntries()
     if (pool.empty() || rowHeight == 0) {
         return;
     }
-    const qsizetype last = std::ssize(rows) - std::ssize(pool);
+    const qsizetype lowest = std::ssize(rows) - std::ssize(pool);
     const qsizetype top = verticalScrollBar()->value() / rowHeight;
-    const qsizetype first = std::clamp<qsizetype>(top - 1, 0, last);
+    const qsizetype first = std::clamp<qsizetype>(top - 1, 0, lowest);
     for (qsizetype row = first; row < first + std::ssize(pool); ++row) {
         Entry &entry = entryOf(row);
         if (entry.row == row) {

@@ -25,7 +25,8 @@ public:
     ~ResultList() override;
 
     /// Takes @p results, newest first, in place of what was shown; of more than 100,000 the newest.
-    /// The place in the list is kept while its first test is the same.
+    /// What was at the top of the view stays there, and the current entry current, as long as they
+    /// are in the list; a list that shows its beginning goes on to show it.
     void setResults(std::vector<std::unique_ptr<DBTestResults>> results);
     /// Deletes entries and results.
     void clear();
@@ -62,8 +63,18 @@ private:
     std::vector<Entry> pool; ///< row r is shown by entry r modulo the pool's size
     int rowHeight = 0;       ///< px; 0 before the first entry
     qsizetype current = 0;
-    qulonglong firstId = 0; ///< of the results shown last
-    int lastPosition = 0;   ///< and where they had been scrolled to
+    /// What a list that is put away had in view.
+    struct Place
+    {
+        qulonglong topId = 0; ///< of the test at the top of the view; 0 at the beginning
+        int offset = 0;       ///< px of it that were scrolled away
+        qulonglong currentId = 0;
+    };
+
+    Place place() const;
+    qsizetype rowOf(qulonglong id) const;
+
+    Place left;
 };
 
 } // namespace velometer

@@ -16,6 +16,8 @@ namespace {
 
 /// Lets the page be painted before the work begins.
 constexpr std::chrono::milliseconds busyPaintTime{100};
+/// How late the list may be behind the store.
+constexpr std::chrono::milliseconds followInterval{1000};
 
 } // namespace
 
@@ -32,6 +34,8 @@ ResultsTab::ResultsTab(QWidget *parent)
     updateTimer.setSingleShot(true);
     updateTimer.setInterval(busyPaintTime);
     connect(&updateTimer, &QTimer::timeout, this, &ResultsTab::updateResultsImpl);
+    followTimer.setInterval(followInterval);
+    connect(&followTimer, &QTimer::timeout, this, &ResultsTab::follow);
     showList(false);
 }
 
@@ -43,6 +47,25 @@ void ResultsTab::retranslate()
     showTotals();
 }
 
+void ResultsTab::showEvent(QShowEvent *event)
+{
+    TabBase::showEvent(event);
+    followTimer.start();
+}
+
+void ResultsTab::hideEvent(QHideEvent *event)
+{
+    TabBase::hideEvent(event);
+    followTimer.stop();
+}
+
+void ResultsTab::follow()
+{
+    if (!updateTimer.isActive() && gDB->getResultsState() != listed) {
+        updateResultsImpl();
+    }
+}
+
 void ResultsTab::updateResults()
 {
     showList(false);
@@ -51,7 +74,7 @@ void ResultsTab::updateResults()
 
 void ResultsTab::updateResultsImpl()
 {
-    clearCurrentResults();
+    listed = gDB->getResultsState();
     auto results = gDB->getAllResults();
     megabytes = gDB->getTotalMegabytesInDB();
     megabytesOverMobile = gDB->getTotalMegabytesOverMobileInDB();
@@ -59,11 +82,6 @@ void ResultsTab::updateResultsImpl()
     showTotals();
     showList(true);
     ui->scrollArea->setResults(std::move(results));
-}
-
-void ResultsTab::clearCurrentResults()
-{
-    ui->scrollArea->clear();
 }
 
 void ResultsTab::showList(bool visible)

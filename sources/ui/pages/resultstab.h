@@ -14,7 +14,8 @@ namespace Ui {
 class ResultsTab;
 }
 
-/// The page that lists the stored tests, newest first, and how much data they have moved.
+/// The page that lists the stored tests, newest first, and how much data they have moved. While it
+/// is shown it follows the store, whoever writes to it.
 class ResultsTab : public TabBase
 {
     Q_OBJECT
@@ -43,14 +44,18 @@ Q_SIGNALS:
 
 protected:
     void retranslate() override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
-    void clearCurrentResults();
+    void follow();
     void showList(bool visible);
     void showTotals();
 
     const std::unique_ptr<Ui::ResultsTab> ui;
     QTimer updateTimer;
+    QTimer followTimer;
+    QString listed; ///< the state of the store that the list shows
     double megabytes = 0;
     double megabytesOverMobile = 0;
 };

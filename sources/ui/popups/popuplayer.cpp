@@ -15,6 +15,20 @@ namespace {
 
 constexpr int popupWidth = 400; ///< px
 constexpr int popupMargin = 16; ///< px
+/// Longer than the pause between two taps that are meant as one.
+constexpr qint64 settleMs = 400;
+
+bool isPress(const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::TouchBegin:
+    case QEvent::TabletPress:
+    case QEvent::KeyPress: return true;
+    default: return false;
+    }
+}
 
 } // namespace
 
@@ -30,6 +44,11 @@ PopupLayer::PopupLayer(QWidget *parent)
 
 bool PopupLayer::eventFilter(QObject *watched, QEvent *event)
 {
+    const auto *target = qobject_cast<const QWidget *>(watched);
+    if (isPress(*event) && !isSettled() && target &&
+        (target == open || open->isAncestorOf(target))) {
+        return true;
+    }
     if (event->type() == QEvent::KeyPress) {
         const auto *press = static_cast<QKeyEvent *>(event);
         const bool enter = press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter;
@@ -40,8 +59,14 @@ bool PopupLayer::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
+bool PopupLayer::isSettled() const
+{
+    return !open || shown.hasExpired(settleMs);
+}
+
 void PopupLayer::show(PopupBase *popup)
 {
+    shown.start();
     if (open && open != popup) {
         open->setVisible(false);
     }

@@ -24,9 +24,14 @@ StoreDialogue::StoreDialogue(PopupLayer &popupLayer, QWidget *window)
     : QObject(window)
     , layer(popupLayer)
     , waitingPopup(new MessagePopup(window))
+    , questionPopup(new MessagePopup(window))
 {
     waitingPopup->setObjectName(u"WaitingPopup"_s);
     waitingPopup->hide();
+    questionPopup->setObjectName(u"ClearPopup"_s);
+    questionPopup->hide();
+    connect(questionPopup, &MessagePopup::accepted, this, &StoreDialogue::empty);
+    connect(questionPopup, &PopupBase::cancelled, this, [this] { layer.close(questionPopup); });
 }
 
 void StoreDialogue::tellNotOpened()
@@ -45,6 +50,18 @@ void StoreDialogue::tellSetAside()
                       tr("The results of another version of this program are kept in %1.")
                           .arg(file.toHtmlEscaped()));
     }
+}
+
+void StoreDialogue::askToEmpty()
+{
+    const QString loss =
+        tr("Stored tests that are deleted: %1. Reports that the service does not have yet: %2. The "
+           "tests stay on the service. To keep a copy here, export them before: "
+           "velometer-cli export --format csv")
+            .arg(gDB->countResults())
+            .arg(gDB->countUnsentXMLFiles());
+    questionPopup->setMessage({tr("Clear Database"), loss, tr("Delete"), tr("Cancel")});
+    layer.show(questionPopup);
 }
 
 void StoreDialogue::empty()

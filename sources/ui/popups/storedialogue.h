@@ -21,9 +21,9 @@ public:
     void tellNotOpened();
     /// Says nothing when no file of another version was found.
     void tellSetAside();
-    /// Deletes all tests and waiting reports, behind a popup that asks for patience. Ends in one
-    /// emptied() and a notice.
-    void empty();
+    /// Asks, saying how much would go, and then deletes all tests and waiting reports, behind a
+    /// popup that asks for patience. That ends in one emptied() and a notice.
+    void askToEmpty();
 
 Q_SIGNALS:
     /// False: everything is as it was.
@@ -32,10 +32,12 @@ Q_SIGNALS:
     void notice(const QString &title, const QString &text);
 
 private:
+    void empty();
     void work();
 
     PopupLayer &layer;
     MessagePopup *waitingPopup;
+    MessagePopup *questionPopup;
 };
 
 } // namespace velometer

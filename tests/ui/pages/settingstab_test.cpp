@@ -85,9 +85,10 @@ private Q_SLOTS:
         QTest::qWait(0);
         const QWidget *page = find<SettingsTab>();
         int bottom = -1;
-        for (const QString &name : {u"header"_s, u"buttonNewSeries"_s, u"buttonClearDatabase"_s,
-                                    u"labelChooseServer"_s, u"scrollArea"_s, u"buttonGerman"_s,
-                                    u"comboBoxBudget"_s, u"buttonAdvMode"_s, u"navigation"_s}) {
+        for (const QString &name :
+             {u"header"_s, u"buttonNewSeries"_s, u"labelChooseServer"_s, u"scrollArea"_s,
+              u"buttonGerman"_s, u"comboBoxBudget"_s, u"buttonAdvMode"_s, u"buttonClearDatabase"_s,
+              u"navigation"_s}) {
             const auto *widget = page->findChild<QWidget *>(name);
             const QRect place(widget->mapTo(page, QPoint()), widget->size());
             QVERIFY2(place.top() > bottom && page->rect().contains(place), qPrintable(name));
