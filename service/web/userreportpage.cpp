@@ -178,8 +178,7 @@ UserReportPage::Language UserReportPage::choose(std::string_view parameter,
 std::string UserReportPage::headers()
 {
     return "Content-Security-Policy: default-src 'none'; style-src 'unsafe-inline'; "
-           "base-uri 'none'; form-action 'none'; frame-ancestors 'none'\r\n"
-           "Cache-Control: no-store\r\nReferrer-Policy: no-referrer\r\n";
+           "base-uri 'none'; form-action 'none'; frame-ancestors 'none'\r\n";
 }
 
 QByteArray UserReportPage::measurements(const ReportStore::UserReports &reports, qint64 userId,

@@ -1,6 +1,6 @@
 #include "app/userpage.h"
 
-#include "data/finishedtest.h"
+#include "figures/finishedtest.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "data/finishedtest.h"
 #include "data/xmldata.h"
+#include "figures/finishedtest.h"
 
 #include <QString>
 

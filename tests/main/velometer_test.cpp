@@ -181,6 +181,7 @@ private:
             return false;
         };
         QVERIFY(QTest::qWaitFor(search, startLimit));
+        QTest::qWait(500); // a popup that has just come takes no press
         output(u"xdotool"_s, {u"mousemove"_s, QString::number(column), QString::number(found),
                               u"click"_s, u"1"_s});
     }
