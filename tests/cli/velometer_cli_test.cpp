@@ -277,7 +277,8 @@ private Q_SLOTS:
     {
         QByteArray lines = "\n";
         for (const QByteArray &line : printed.split('\n')) {
-            const bool isOurs = line.startsWith("{\"budget") || line.startsWith("{\"event");
+            const bool isOurs = line.startsWith('{') && line.endsWith('}') &&
+                                !line.contains("\"geometry\""); // a map's
             lines += isOurs ? line + '\n' : QByteArray();
         }
         for (const char *kind : {"\n{\"budget", "\"event\":\"progress", "\"event\":\"phase",
