@@ -53,7 +53,6 @@ QJsonObject toJson(const TestSeries::Interrupted &state)
             {u"location"_s, state.plan.location},
             {u"next"_s, state.next},
             {u"due_ms"_s, state.dueMs},
-            {u"missed"_s, state.missedBefore},
             {u"testing"_s, state.cutOff}};
 }
 
@@ -66,16 +65,14 @@ std::optional<TestSeries::Interrupted> fromJson(const QJsonObject &object)
     }
     const auto next = number(object, "next"_L1, 1, *count + 1);
     const auto due = number(object, "due_ms"_L1, 0, std::numeric_limits<qint64>::max() / 2);
-    const auto missed = number(object, "missed"_L1, 0, *count);
     const QString location = object.value("location"_L1).toString();
-    if (!next || !due || !missed || Utils::trLocation(location).isEmpty()) {
+    if (!next || !due || Utils::trLocation(location).isEmpty()) {
         return std::nullopt;
     }
     TestSeries::Interrupted state;
     state.plan = {location, static_cast<int>(*count), std::chrono::seconds(*interval)};
     state.next = static_cast<int>(*next);
     state.dueMs = *due;
-    state.missedBefore = static_cast<int>(*missed);
     state.cutOff = object.value("testing"_L1).toBool() && state.next > 1;
     return state;
 }
@@ -100,7 +97,6 @@ void TestSeries::start(const Plan &newPlan)
     }
     plan = newPlan;
     number = 0;
-    missedTests = 0;
     begin();
     startTest();
 }
@@ -141,7 +137,6 @@ bool TestSeries::resume()
     const int next = state->nextAt(now);
     const int firstMissed = state->next - (state->cutOff ? 1 : 0);
     number = next - 1;
-    missedTests = state->missedBefore + next - firstMissed;
     const qint64 interval = plan.interval.count() * msPerSecond;
     // By a clock that was set back, no test is further away than the interval.
     dueMs = std::clamp(state->dueMs + (next - state->next) * interval, now, now + interval);
@@ -196,7 +191,7 @@ void TestSeries::save()
     if (!resumable) {
         return;
     }
-    const Interrupted state{plan, number + 1, dueMs, missedTests, testing};
+    const Interrupted state{plan, number + 1, dueMs, testing};
     QSaveFile file(stateFile);
     if (!file.open(QFile::WriteOnly) ||
         file.write(QJsonDocument(toJson(state)).toJson(QJsonDocument::Compact)) < 0 ||
@@ -248,7 +243,6 @@ void TestSeries::testEnded()
 void TestSeries::abort()
 {
     stopping = true;
-    timer.stop();
     if (running && !testing) {
         finish(false);
     }
@@ -256,7 +250,6 @@ void TestSeries::abort()
 
 void TestSeries::suspend()
 {
-    timer.stop();
     if (running) {
         finish(hasNext());
     }

@@ -41,10 +41,9 @@ public:
     struct Interrupted
     {
         Plan plan;
-        int next = 1;     ///< the test that was next, from 1 on; beyond the count when all began
-        qint64 dueMs = 0; ///< when, by the wall clock
-        int missedBefore = 0; ///< tests of it that were missed already
-        bool cutOff = false;  ///< the test before it began and did not end
+        int next = 1;        ///< the test that was next, from 1 on; beyond the count when all began
+        qint64 dueMs = 0;    ///< when, by the wall clock
+        bool cutOff = false; ///< the test before it began and did not end
 
         /// The test that is left at a moment of the wall clock: later than @p next when the times
         /// of some have passed, beyond the count when none is.
@@ -113,7 +112,6 @@ private:
     bool stopping = false;
     bool resumable = false;
     int number = 0;
-    int missedTests = 0;
     qint64 dueUs = 0; ///< the next test, by the steady clock
     qint64 dueMs = 0; ///< the same by the wall clock, which outlives the program
     ClockTimer timer;

@@ -183,9 +183,14 @@ QString Syntax::split(const QStringList &arguments, QList<Given> *given, QString
     if (!word.empty()) {
         words->append(QString::fromStdString(word));
     }
-    const auto extras = app.remaining(true);
-    if (!extras.empty()) {
-        return unknown(QString::fromStdString(extras.front()));
+    // Behind a command the parser takes -4 for a number, and leaves it over.
+    for (const std::string &extra : app.remaining(true)) {
+        const QString argument = QString::fromStdString(extra);
+        const Option *option = find(argument);
+        if (!option) {
+            return unknown(argument);
+        }
+        given->append(Given{option, QString()});
     }
 
     // Each option lists its values in the order of the line.

@@ -21,8 +21,9 @@ private Q_SLOTS:
                    l.interval == 0 && l.limit == 0 && l.location == u"Unknown"_s &&
                    !l.allowRoaming && !l.budget && l.protocol == QAbstractSocket::AnyIPProtocol;
         });
-        row("--count 12 test --interval=300 --csv", [](const CommandLine &l) {
-            return l.count == 12 && l.interval == 300 && l.format == Format::Csv;
+        row("--count 12 test --interval=300 --csv -4", [](const CommandLine &l) {
+            return l.count == 12 && l.interval == 300 && l.format == Format::Csv &&
+                   l.protocol == QAbstractSocket::IPv4Protocol;
         });
         row("--location tRaIn -6 --allow-roaming --server [::1]:80 --json-stream "
             "--wait-position 600",
@@ -78,6 +79,7 @@ private Q_SLOTS:
         row("show", "results");
         row("results results", "results");
         row("--format gpx", "csv");
+        row("export", "geojson");
         row("--count 100001", "100000");
         row("--count 2 --interval 604801", "604800");
         row("--interval 60", "--count");

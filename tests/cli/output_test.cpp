@@ -1,8 +1,7 @@
 #include "cli/output.h"
 
+#include "app/startup.h"
 #include "support/registeredtest.h"
-
-#include <csignal>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -37,7 +36,7 @@ class OutputTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { std::signal(SIGPIPE, SIG_IGN); }
+    void initTestCase() { StartUp::prepareProcess(); }
 
     void goesOnWithoutAReader()
     {

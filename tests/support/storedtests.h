@@ -24,6 +24,8 @@ public:
     ~StoredTests() { gDB->deleteDB(); }
     Q_DISABLE_COPY_MOVE(StoredTests)
 
+    QString path() const { return directory.path(); }
+
     struct Row
     {
         qlonglong id = 1;
