@@ -18,6 +18,7 @@ std::string_view reason(int status)
     case 404: return "Not Found";
     case 405: return "Method Not Allowed";
     case 408: return "Request Timeout";
+    case 410: return "Gone";
     case 413: return "Content Too Large";
     case 431: return "Request Header Fields Too Large";
     case 501: return "Not Implemented";

@@ -22,7 +22,7 @@ namespace {
 constexpr std::size_t maxMemory = std::size_t{256} << 20;
 
 /// Why a report was not taken.
-enum class Rejection : std::size_t { Damaged, Hash, TooLarge, Timeout, Busy };
+enum class Rejection : std::size_t { Damaged, Hash, TooLarge, Timeout, Busy, Deleted };
 
 Answer reject(Service &service, Rejection reason)
 {
@@ -32,6 +32,9 @@ Answer reject(Service &service, Rejection reason)
     case Rejection::Hash: return Answer::sentence(403, "The report's hash is wrong.");
     case Rejection::TooLarge: return Answer::sentence(413, "The report is too large.");
     case Rejection::Timeout: return Answer::sentence(408, "The report did not arrive in time.");
+    case Rejection::Deleted:
+        return Answer::sentence(
+            410, "The measurements of this user id were deleted; reports of it are not taken.");
     case Rejection::Busy: break;
     }
     return Answer::later("Too many reports are being received. Please try again later.");
@@ -167,6 +170,9 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
     const auto stored = co_await outcome.wait();
     if (!stored || *stored == ReportStore::Outcome::Failed) {
         co_return storeFailed(service, 500);
+    }
+    if (*stored == ReportStore::Outcome::Deleted) {
+        co_return reject(service, Rejection::Deleted);
     }
     ++(*stored == ReportStore::Outcome::Stored ? service.metrics.reportsStored
                                                : service.metrics.reportsRepeated);

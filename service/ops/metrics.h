@@ -15,8 +15,8 @@ public:
     static constexpr std::array<std::string_view, 10> endpoints{
         "user_id",       "initialise",  "download", "upload",  "upload_result",
         "submit_report", "user_report", "healthz",  "metrics", "other"};
-    static constexpr std::array<std::string_view, 5> rejections{"damaged", "hash", "too_large",
-                                                                "timeout", "busy"};
+    static constexpr std::array<std::string_view, 6> rejections{"damaged", "hash", "too_large",
+                                                                "timeout", "busy", "deleted"};
     using Counter = std::atomic<std::int64_t>;
 
     Counter connections{0}; ///< open now

@@ -48,6 +48,8 @@ struct Report
     bool serviceLate = false;        ///< in one of them the service itself was the bottleneck
     std::optional<double> latitude;  ///< degrees
     std::optional<double> longitude; ///< degrees
+    std::optional<double> accuracy;  ///< m, horizontal, of the sample nearest in time
+    qint64 bytes = 0;                ///< that both streams moved
     QString document;
 
     StreamKey key() const { return {.user = userId, .series = seriesId, .test = testId}; }

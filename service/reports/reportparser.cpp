@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <vector>
 
@@ -22,6 +23,9 @@ constexpr std::size_t maxDepth = 16;
 
 /// A report of a long measurement has fewer than half as many.
 constexpr int maxElements = 40'000;
+
+/// More than a stream of a minute has.
+constexpr qint64 maxBytes = 1'000'000'000'000;
 
 /// Longest text kept in a column; the document keeps all of it.
 constexpr qsizetype maxColumn = 256;
@@ -112,6 +116,7 @@ const QHash<QString, Need> &knownElements()
         {u"TestResult/TestServer"_s, Need::Text},
         {u"TestResult/ClientTime"_s, Need::Number},
         {u"TestResult/Download/Bytes"_s, Need::Optional},
+        {u"TestResult/Download/BytesTotal"_s, Need::Optional},
         {u"TestResult/Download/Valid"_s, Need::Number},
         {u"TestResult/Download/Min"_s, Need::Number},
         {u"TestResult/Download/Avg"_s, Need::Number},
@@ -119,6 +124,7 @@ const QHash<QString, Need> &knownElements()
         {u"TestResult/Download/StartLocation"_s, Need::Optional},
         {u"TestResult/Download/EndLocation"_s, Need::Optional},
         {u"TestResult/Upload/Bytes"_s, Need::Optional},
+        {u"TestResult/Upload/BytesTotal"_s, Need::Optional},
         {u"TestResult/Upload/Valid"_s, Need::Number},
         {u"TestResult/Upload/Min"_s, Need::Number},
         {u"TestResult/Upload/Avg"_s, Need::Number},
@@ -141,6 +147,7 @@ const QHash<QString, Need> &knownElements()
         {u"Mobile/Network"_s, Need::Optional},
         {u"Mobile/MNC"_s, Need::Optional},
         {u"Mobile/MCC"_s, Need::Optional},
+        {u"Mobile/LocationPath"_s, Need::Optional},
     };
     return elements;
 }
@@ -323,6 +330,26 @@ int intervals(const QString &list)
     return last;
 }
 
+/// The horizontal accuracy in m of the sample nearest to @p ms in "time latitude longitude altitude
+/// accuracy accuracy lock,...", whose times are seconds.
+std::optional<double> accuracyAt(const QString &path, qint64 ms)
+{
+    constexpr qsizetype accuracyPlace = 4;
+    std::optional<double> accuracy;
+    qint64 nearest = std::numeric_limits<qint64>::max();
+    for (const auto sample : QStringView(path).tokenize(u',', Qt::SkipEmptyParts)) {
+        const auto parts = sample.split(u' ');
+        bool isNumber = false;
+        const double value = parts.value(accuracyPlace).toDouble(&isNumber);
+        const qint64 distance = qAbs(parts.value(0).toLongLong() - ms / 1000);
+        if (isNumber && value > 0 && std::isfinite(value) && distance < nearest) {
+            nearest = distance;
+            accuracy = value;
+        }
+    }
+    return accuracy;
+}
+
 /// "time latitude longitude altitude" of the first phase that knew its place.
 void takePosition(const Walk &walk, Report &report)
 {
@@ -340,36 +367,18 @@ void takePosition(const Walk &walk, Report &report)
                 std::abs(longitude) <= 180) {
                 report.latitude = latitude;
                 report.longitude = longitude;
+                report.accuracy =
+                    accuracyAt(walk.text(u"Mobile/LocationPath"_s), parts.value(0).toLongLong());
                 return;
             }
         }
     }
 }
 
-} // namespace
-
-std::variant<Report, ReportParser::Problem>
-ReportParser::parse(const QByteArray &received, const QString &salt, const std::atomic<bool> &stop)
+Report figuresOf(const Walk &walk)
 {
-    if (stop) {
-        return Problem::Stopped;
-    }
-    auto document = decode(received);
-    if (!document) {
-        return Problem::Damaged;
-    }
-    Walk walk(*document, stop);
-    if (!hasPlainTags(*document) || !walk.run()) {
-        return stop ? Problem::Stopped : Problem::Damaged;
-    }
     Report report;
     report.userId = walk.number(u"UserData/UserID"_s);
-    if (report.userId <= 0) {
-        return Problem::Damaged;
-    }
-    if (walk.hash() != expectedHash(walk, salt)) {
-        return Problem::WrongHash;
-    }
     const auto column = [&walk](const QString &path) { return walk.text(path).left(maxColumn); };
     report.seriesId = walk.number(u"TestResult/SeriesID"_s);
     report.testId = walk.number(u"TestResult/TestID"_s);
@@ -392,9 +401,46 @@ ReportParser::parse(const QByteArray &received, const QString &salt, const std::
     report.rttMin = figure(walk, u"TestResult/ResponseTime/Min"_s);
     report.rttAvg = figure(walk, u"TestResult/ResponseTime/Avg"_s);
     report.rttMax = figure(walk, u"TestResult/ResponseTime/Max"_s);
+    for (const auto &stream : {u"Download"_s, u"Upload"_s}) {
+        const auto bytes = decimal(walk.text(u"TestResult/%1/BytesTotal"_s.arg(stream)));
+        report.bytes += std::clamp(bytes.value_or(0), qint64{0}, maxBytes);
+    }
     takePosition(walk, report);
+    return report;
+}
+
+} // namespace
+
+std::variant<Report, ReportParser::Problem>
+ReportParser::parse(const QByteArray &received, const QString &salt, const std::atomic<bool> &stop)
+{
+    if (stop) {
+        return Problem::Stopped;
+    }
+    auto document = decode(received);
+    if (!document) {
+        return Problem::Damaged;
+    }
+    Walk walk(*document, stop);
+    if (!hasPlainTags(*document) || !walk.run()) {
+        return stop ? Problem::Stopped : Problem::Damaged;
+    }
+    if (walk.number(u"UserData/UserID"_s) <= 0) {
+        return Problem::Damaged;
+    }
+    if (walk.hash() != expectedHash(walk, salt)) {
+        return Problem::WrongHash;
+    }
+    Report report = figuresOf(walk);
     report.document = *std::move(document);
     return report;
+}
+
+std::optional<Report> ReportParser::read(const QString &document)
+{
+    const std::atomic<bool> never{false};
+    Walk walk(document, never);
+    return walk.run() ? std::optional(figuresOf(walk)) : std::nullopt;
 }
 
 } // namespace velometer

@@ -9,7 +9,8 @@
 
 namespace velometer {
 
-/// Reads and checks what a client posted as its report. Pure functions, callable from every thread.
+/// Reads and checks what a client posted as its report, and reads one that is stored. Pure
+/// functions, callable from every thread.
 class ReportParser
 {
 public:
@@ -26,6 +27,10 @@ public:
     /// serverTime and publicIp are left to the caller. Ends soon after another thread set @p stop.
     static std::variant<Report, Problem> parse(const QByteArray &received, const QString &salt,
                                                const std::atomic<bool> &stop);
+
+    /// The figures of a document that was checked when it came; nothing when it is damaged. The
+    /// document itself is not in what comes back.
+    static std::optional<Report> read(const QString &document);
 };
 
 } // namespace velometer

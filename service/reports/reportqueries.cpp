@@ -1,11 +1,16 @@
 #include "reports/reportqueries.h"
 
+#include "reports/nullable.h"
+#include "reports/reportparser.h"
+#include "reports/shownfigures.h"
+#include "reports/testqueries.h"
 #include "reports/verification.h"
 
 #include <QDateTime>
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -13,43 +18,26 @@ namespace velometer::ReportQueries {
 
 namespace {
 
-template <typename Value>
-QVariant nullable(const std::optional<Value> &value)
+/// The columns that lists and figures are made of, and their values.
+constexpr std::array shownColumns{"type", "operator", "download_rate", "upload_rate",
+                                  "rtt",  "bytes",    "accuracy"};
+
+QVariantList shownValues(const Report &report)
 {
-    return value ? QVariant::fromValue(*value) : QVariant();
+    const auto shown = ShownFigures::of(report);
+    return {static_cast<int>(shown.type), shown.operatorCode.isNull() ? u""_s : shown.operatorCode,
+            nullable(shown.download),     nullable(shown.upload),
+            nullable(shown.rtt),          shown.bytes,
+            nullable(shown.accuracy)};
 }
 
-std::optional<qint64> optionalNumber(const QVariant &value)
+QString shownNames(const QString &after)
 {
-    return value.isNull() ? std::nullopt : std::optional(value.toLongLong());
-}
-
-std::optional<double> optionalReal(const QVariant &value)
-{
-    return value.isNull() ? std::nullopt : std::optional(value.toDouble());
-}
-
-/// Nothing when no such stream was served, also when nobody could tell.
-std::optional<StreamRecord> stream(SqliteConnection &connection, const StreamKey &test,
-                                   Direction direction)
-{
-    auto query = connection.select(
-        u"SELECT ended, bytes, lasted_ms, min, avg, max, late FROM streams "
-        "WHERE userid = ? AND seriesid = ? AND testid = ? AND direction = ?"_s,
-        {qlonglong(test.user), qlonglong(test.series), qlonglong(test.test), int(direction)});
-    if (!query || !query->next()) {
-        return std::nullopt;
+    QString names;
+    for (const char *name : shownColumns) {
+        names += u", "_s + QLatin1StringView(name) + after;
     }
-    const auto number = [&](int column) { return query->value(column).toLongLong(); };
-    return StreamRecord{.test = test,
-                        .direction = direction,
-                        .ended = number(0),
-                        .bytes = number(1),
-                        .lasted = number(2),
-                        .min = number(3),
-                        .avg = number(4),
-                        .max = number(5),
-                        .late = number(6) != 0};
+    return names;
 }
 
 } // namespace
@@ -89,8 +77,12 @@ ReportStore::Outcome insert(SqliteConnection &connection, Report report)
             {report.userId, report.serverTime})) {
         return ReportStore::Outcome::Failed;
     }
-    const auto download = stream(connection, report.key(), Direction::Download);
-    const auto upload = stream(connection, report.key(), Direction::Upload);
+    if (connection.number(u"SELECT 1 FROM users WHERE id = ? AND deleted IS NOT NULL"_s,
+                          {report.userId})) {
+        return ReportStore::Outcome::Deleted;
+    }
+    const auto download = TestQueries::stream(connection, report.key(), Direction::Download);
+    const auto upload = TestQueries::stream(connection, report.key(), Direction::Upload);
     report.verified = isVerified(report, download, upload);
     report.serviceLate = (download && download->late) || (upload && upload->late);
 
@@ -113,34 +105,79 @@ ReportStore::Outcome insert(SqliteConnection &connection, Report report)
     values += {nullable(report.rttMin),   nullable(report.rttAvg),    nullable(report.rttMax),
                nullable(report.latitude), nullable(report.longitude), text(report.document),
                report.verified,           report.serviceLate};
+    values += shownValues(report);
     auto query = connection.select(
-        u"INSERT INTO reports(userid, seriesid, testid, client_time, server_time, public_ip, "
+        u"INSERT INTO reports(id, userid, seriesid, testid, client_time, server_time, public_ip, "
         "test_server, connection_type, location, network, mcc, mnc, platform, model, manufacturer, "
         "applet_version, download_min, download_avg, download_max, upload_min, upload_avg, "
         "upload_max, upload_client_min, upload_client_avg, upload_client_max, rtt_min, rtt_avg, "
-        "rtt_max, latitude, longitude, document, verified, service_late) VALUES(%1) "
-        "ON CONFLICT DO NOTHING"_s.arg(QStringList(values.size(), u"?"_s).join(u',')),
+        "rtt_max, latitude, longitude, document, verified, service_late%1) "
+        "VALUES((SELECT max(last, ifnull((SELECT max(id) FROM reports), 0)) + 1 FROM report_ids), "
+        "%2) ON CONFLICT DO NOTHING"_s.arg(shownNames(QString()),
+                                           QStringList(values.size(), u"?"_s).join(u',')),
         values);
     if (!query) {
         return ReportStore::Outcome::Failed;
     }
-    return query->numRowsAffected() > 0 ? ReportStore::Outcome::Stored
-                                        : ReportStore::Outcome::Repeated;
+    if (query->numRowsAffected() == 0) {
+        return ReportStore::Outcome::Repeated;
+    }
+    return connection.execute(u"UPDATE streams SET reported = 1 WHERE userid = ? AND "
+                              "seriesid = ? AND testid = ?"_s,
+                              {report.userId, report.seriesId, report.testId})
+               ? ReportStore::Outcome::Stored
+               : ReportStore::Outcome::Failed;
+}
+
+std::optional<qint64> fillColumns(SqliteConnection &connection)
+{
+    constexpr auto atOnce = 200;
+    auto query = connection.select(
+        u"SELECT id, connection_type, mcc, mnc, download_avg, upload_avg, upload_client_avg, "
+        "rtt_avg, verified, document FROM reports WHERE type IS NULL LIMIT %1"_s.arg(atOnce));
+    if (!query) {
+        return std::nullopt;
+    }
+    QList<QVariantList> rows;
+    while (query->next()) {
+        const auto found = ReportParser::read(query->value(9).toString());
+        Report report;
+        report.connectionType = query->value(1).toString();
+        report.mcc = query->value(2).toString();
+        report.mnc = query->value(3).toString();
+        report.download.avg = optionalNumber(query->value(4));
+        report.upload.avg = optionalNumber(query->value(5));
+        report.uploadClient.avg = optionalNumber(query->value(6));
+        report.rttAvg = optionalNumber(query->value(7));
+        report.verified = query->value(8).toBool();
+        if (found) {
+            report.accuracy = found->accuracy;
+            report.bytes = found->bytes;
+        }
+        rows += shownValues(report) + QVariantList{query->value(0)};
+    }
+    query.reset();
+    const QString statement =
+        u"UPDATE reports SET %1 WHERE id = ?"_s.arg(shownNames(u" = ?"_s).sliced(2));
+    const bool done = std::ranges::all_of(
+        rows, [&](const QVariantList &row) { return connection.execute(statement, row); });
+    return done ? std::optional(rows.size()) : std::nullopt;
 }
 
 bool insertStream(SqliteConnection &connection, const StreamRecord &stream)
 {
     return connection.execute(
         u"INSERT OR REPLACE INTO streams(userid, seriesid, testid, direction, ended, bytes, "
-        "lasted_ms, min, avg, max, late) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"_s,
+        "lasted_ms, min, avg, max, late) SELECT ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ? WHERE NOT EXISTS "
+        "(SELECT 1 FROM users WHERE id = ? AND deleted IS NOT NULL)"_s,
         {qlonglong(stream.test.user), qlonglong(stream.test.series), qlonglong(stream.test.test),
          int(stream.direction), stream.ended, stream.bytes, stream.lasted, stream.min, stream.avg,
-         stream.max, stream.late});
+         stream.max, stream.late, qlonglong(stream.test.user)});
 }
 
 bool forgetStreams(SqliteConnection &connection, qint64 oldest)
 {
-    return connection.execute(u"DELETE FROM streams WHERE ended < ?"_s, {oldest});
+    return connection.execute(u"DELETE FROM streams WHERE reported = 0 AND ended < ?"_s, {oldest});
 }
 
 std::optional<ReportStore::UserReports> select(SqliteConnection &connection, qint64 userId,

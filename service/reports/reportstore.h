@@ -2,6 +2,7 @@
 
 #include "reports/report.h"
 #include "reports/streamrecord.h"
+#include "reports/testquery.h"
 
 #include <QList>
 #include <QString>
@@ -27,6 +28,7 @@ public:
     enum class Outcome {
         Stored,   ///< committed to disk
         Repeated, ///< this very report was committed before
+        Deleted,  ///< its user has had everything deleted; nothing is kept
         Failed
     };
 
@@ -36,6 +38,22 @@ public:
         QList<Report> reports;       ///< newest first, without their documents
         qint64 count = 0;            ///< of all his reports
         std::optional<qint64> older; ///< before it there are older ones beyond the limit
+    };
+
+    /// One test with all that is kept of it.
+    struct StoredTest
+    {
+        TestRow row;
+        QString document;                     ///< the report, filled in
+        std::optional<StreamRecord> download; ///< what the service saw itself
+        std::optional<StreamRecord> upload;
+    };
+
+    /// Of a long walk through tests.
+    struct Documents
+    {
+        QList<StoredTest> tests;
+        QString next; ///< cursor of what follows; empty at the end
     };
 
     ReportStore() = default;
@@ -58,6 +76,54 @@ public:
     /// Nothing on failure.
     virtual void reportsOfUser(qint64 userId, std::optional<qint64> before, int limit,
                                std::function<void(std::optional<UserReports>)> done) = 0;
+
+    // What is asked about the tests of a user, see testquery.h. Nothing on failure; of a user that
+    // is not known there are no tests.
+
+    template <typename Value>
+    using Answer = std::function<void(std::optional<Value>)>;
+
+    /// What a user id lets one see, and what a share's key does at the moment @p now.
+    virtual void accessOfUser(qint64 userId, Answer<Access> done) = 0;
+    virtual void accessOfShare(const QString &key, qint64 now, Answer<Access> done) = 0;
+
+    virtual void tests(const TestScope &scope, const TestOrder &order, Answer<TestPage> done) = 0;
+    virtual void summary(const TestScope &scope, Answer<Summary> done) = 0;
+    virtual void buckets(const TestScope &scope, const BucketQuery &query,
+                         Answer<Buckets> done) = 0;
+    virtual void distribution(const TestScope &scope, const DistributionQuery &query,
+                              Answer<Distribution> done) = 0;
+    virtual void map(const TestScope &scope, const MapQuery &query, Answer<MapData> done) = 0;
+    virtual void facets(const TestScope &scope, Answer<Facets> done) = 0;
+
+    /// The test of row @p id; an empty list where the scope has none of that id.
+    virtual void test(const TestScope &scope, qint64 id, Answer<QList<StoredTest>> done) = 0;
+
+    /// Some of the tests, the newest first, from the cursor @p after on, as many as are read
+    /// quickly. Tests that come meanwhile may be missed; none comes twice.
+    virtual void documents(const TestScope &scope, const QString &after,
+                           Answer<Documents> done) = 0;
+
+    // What a user changes. Nothing on failure.
+
+    /// False when the scope has no such test. An empty note takes it away.
+    virtual void setNote(const TestScope &scope, qint64 id, const QString &note,
+                         Answer<bool> done) = 0;
+
+    /// Deletes with documents and streams, a few at a time, so that reports go on being taken: the
+    /// answer is the tests that are gone. After a failure some may be.
+    virtual void deleteTests(const TestScope &scope, Answer<QList<StreamKey>> done) = 0;
+
+    /// From the moment this begins the user is deleted for good; the answer comes when everything
+    /// is gone, with the number of rows. What a crash leaves is deleted at the next start.
+    virtual void deleteUser(qint64 userId, Answer<qint64> done) = 0;
+
+    /// False when the user has too many, or is not known.
+    virtual void addShare(qint64 userId, const Share &share, Answer<bool> done) = 0;
+    /// Those that have not expired at @p now, the newest first.
+    virtual void shares(qint64 userId, qint64 now, Answer<QList<Share>> done) = 0;
+    /// False when there is none of that key.
+    virtual void removeShare(qint64 userId, const QString &key, Answer<bool> done) = 0;
 
     /// Why the store cannot take a report now ("its disk is full"); empty when it can.
     virtual void ping(std::function<void(QString)> done) = 0;

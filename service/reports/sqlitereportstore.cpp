@@ -98,6 +98,7 @@ bool SqliteReportStore::start(QString *error)
     for (int i = 0; i < readerCount; ++i) {
         threads.emplace_back([this] { read(); });
     }
+    finishDeletions();
     return true;
 }
 

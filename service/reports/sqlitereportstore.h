@@ -2,6 +2,7 @@
 
 #include "reports/reportstore.h"
 #include "reports/sqliteconnection.h"
+#include "reports/tablecache.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -13,9 +14,9 @@
 
 namespace velometer {
 
-/// The reports in one SQLite file: one thread writes, others read beside it. Writes that wait at
-/// the same time share a transaction, and a callback comes after its commit: a report that was
-/// acknowledged survives a power cut. One store per file.
+/// Users, reports and shares in one SQLite file: one thread writes, others read beside it. Writes
+/// that wait at the same time share a transaction, and a callback comes after its commit: a report
+/// that was acknowledged survives a power cut. One store per file.
 class SqliteReportStore : public ReportStore
 {
 public:
@@ -35,6 +36,24 @@ public:
     void storeReport(Report report, std::function<void(Outcome)> done) override;
     void reportsOfUser(qint64 userId, std::optional<qint64> before, int limit,
                        std::function<void(std::optional<UserReports>)> done) override;
+    void accessOfUser(qint64 userId, Answer<Access> done) override;
+    void accessOfShare(const QString &key, qint64 now, Answer<Access> done) override;
+    void tests(const TestScope &scope, const TestOrder &order, Answer<TestPage> done) override;
+    void summary(const TestScope &scope, Answer<Summary> done) override;
+    void buckets(const TestScope &scope, const BucketQuery &query, Answer<Buckets> done) override;
+    void distribution(const TestScope &scope, const DistributionQuery &query,
+                      Answer<Distribution> done) override;
+    void map(const TestScope &scope, const MapQuery &query, Answer<MapData> done) override;
+    void facets(const TestScope &scope, Answer<Facets> done) override;
+    void test(const TestScope &scope, qint64 id, Answer<QList<StoredTest>> done) override;
+    void documents(const TestScope &scope, const QString &after, Answer<Documents> done) override;
+    void setNote(const TestScope &scope, qint64 id, const QString &note,
+                 Answer<bool> done) override;
+    void deleteTests(const TestScope &scope, Answer<QList<StreamKey>> done) override;
+    void deleteUser(qint64 userId, Answer<qint64> done) override;
+    void addShare(qint64 userId, const Share &share, Answer<bool> done) override;
+    void shares(qint64 userId, qint64 now, Answer<QList<Share>> done) override;
+    void removeShare(qint64 userId, const QString &key, Answer<bool> done) override;
     void ping(std::function<void(QString)> done) override;
     void close(std::chrono::steady_clock::time_point deadline) override;
 
@@ -59,6 +78,17 @@ private:
     bool lock();
     bool start(QString *error);
     void enqueue(Queue &queue, Job job, bool urgent = false);
+    /// Runs @p query on one of the queues and hands on what it gives.
+    template <typename Value>
+    void ask(Queue &queue, std::function<std::optional<Value>(SqliteConnection &)> query,
+             Answer<Value> done);
+    /// Has @p compute look at the figures of a user's tests.
+    template <typename Value>
+    void compute(qint64 userId, std::function<Value(const TestTable &)> figures,
+                 Answer<Value> done);
+    void finishDeletions();
+    void deleteMore(const TestScope &scope, QList<StreamKey> gone, Answer<QList<StreamKey>> done);
+    void eraseMore(qint64 userId, qint64 gone, Answer<qint64> done);
     std::vector<Job> take(Queue &queue, std::size_t most);
     void read();
     void write(SqliteConnection &connection);
@@ -74,6 +104,7 @@ private:
     Queue writes;
     Queue reads;
     bool closing = false;
+    TableCache tables;
     std::vector<std::function<void(QString)>> pings;              ///< that one check answers
     std::atomic<Clock::time_point> end{Clock::time_point::max()}; ///< of all work
     int failures = 0;   ///< of the writer since its last success; changed by it alone

@@ -1,5 +1,7 @@
 #include "reports/sqliteschema.h"
 
+#include "reports/reportqueries.h"
+
 #include <QFile>
 #include <QStringList>
 
@@ -46,6 +48,41 @@ const QList<QStringList> &migrations()
          "'%<ServerDataDownload>%sent % bytes in % ms%</ServerDataDownload>%') AND "
          "(ifnull(upload_avg, upload_client_avg) IS NULL OR document LIKE "
          "'%<ServerDataUpload>%received min %</ServerDataUpload>%')"_s},
+        // What lists and figures need of a report stands in one index, in which the document, which
+        // is a hundred times longer, is not in the way. Rows without a type are not filled yet.
+        {u"ALTER TABLE reports ADD COLUMN type INTEGER"_s,
+         u"ALTER TABLE reports ADD COLUMN operator TEXT NOT NULL DEFAULT ''"_s,
+         u"ALTER TABLE reports ADD COLUMN download_rate INTEGER"_s,
+         u"ALTER TABLE reports ADD COLUMN upload_rate INTEGER"_s,
+         u"ALTER TABLE reports ADD COLUMN rtt INTEGER"_s,
+         u"ALTER TABLE reports ADD COLUMN bytes INTEGER NOT NULL DEFAULT 0"_s,
+         u"ALTER TABLE reports ADD COLUMN accuracy REAL"_s,
+         u"ALTER TABLE reports ADD COLUMN note TEXT NOT NULL DEFAULT ''"_s,
+         u"CREATE INDEX reports_unfilled ON reports(id) WHERE type IS NULL"_s,
+         u"CREATE INDEX reports_by_user ON reports(userid)"_s, u"DROP INDEX reports_by_time"_s,
+         u"CREATE INDEX reports_figures ON reports(userid, client_time, type, verified, seriesid, "
+         "test_server, location, operator, download_rate, upload_rate, rtt, bytes, latitude, "
+         "longitude, accuracy, network)"_s,
+         // The id of a row is a test's permanent link, so none is given twice.
+         u"CREATE TABLE report_ids(last INTEGER NOT NULL)"_s,
+         u"INSERT INTO report_ids(last) VALUES(0)"_s,
+         // Whoever was deleted stays known as such; erased is 0 until his last row is gone.
+         u"ALTER TABLE users ADD COLUMN deleted INTEGER"_s,
+         u"ALTER TABLE users ADD COLUMN erased INTEGER NOT NULL DEFAULT 1"_s,
+         u"ALTER TABLE users ADD COLUMN changes INTEGER NOT NULL DEFAULT 0"_s,
+         u"CREATE INDEX users_to_erase ON users(id) WHERE erased = 0"_s,
+         u"CREATE TABLE shares("
+         "key TEXT PRIMARY KEY, userid INTEGER NOT NULL REFERENCES users(id), "
+         "filter TEXT NOT NULL, positions INTEGER NOT NULL, created INTEGER NOT NULL, "
+         "expires INTEGER NOT NULL) WITHOUT ROWID"_s,
+         u"CREATE INDEX shares_by_user ON shares(userid, created)"_s,
+         // What the service saw of a test is kept with its report.
+         u"ALTER TABLE streams ADD COLUMN reported INTEGER NOT NULL DEFAULT 0"_s,
+         u"DROP INDEX streams_by_end"_s,
+         u"CREATE INDEX streams_by_end ON streams(ended) WHERE reported = 0"_s,
+         u"UPDATE streams SET reported = 1 WHERE EXISTS (SELECT 1 FROM reports WHERE "
+         "reports.userid = streams.userid AND reports.seriesid = streams.seriesid AND "
+         "reports.testid = streams.testid)"_s},
     };
     return steps;
 }
@@ -75,6 +112,23 @@ QString migrate(SqliteConnection &connection)
     return {};
 }
 
+/// What a kill leaves unfilled is filled the next time.
+QString fillOldReports(SqliteConnection &connection)
+{
+    qint64 filled = 0;
+    do {
+        const bool begun = connection.beginWriting();
+        const auto count = begun ? ReportQueries::fillColumns(connection) : std::nullopt;
+        if (!count || !connection.commit()) {
+            const QString problem = connection.problem();
+            connection.rollBack();
+            return u"its reports cannot be brought forward (%1)"_s.arg(problem);
+        }
+        filled = *count;
+    } while (filled > 0);
+    return {};
+}
+
 /// Takes the file, and what SQLite keeps beside it, from the eyes of other users.
 bool keepPrivate(const QString &file)
 {
@@ -94,6 +148,9 @@ QString bringForward(SqliteConnection &connection, const QString &file)
         return connection.isNoDatabase() ? u"it is no database"_s : connection.problem();
     }
     if (QString problem = migrate(connection); !problem.isEmpty()) {
+        return problem;
+    }
+    if (QString problem = fillOldReports(connection); !problem.isEmpty()) {
         return problem;
     }
     if (!keepPrivate(file)) {

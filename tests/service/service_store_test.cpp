@@ -88,11 +88,19 @@ private Q_SLOTS:
 
         store.reset();
         sql(file,
-            {u"DROP INDEX reports_by_time"_s, u"DROP TABLE streams"_s,
+            {u"DROP TABLE streams"_s, u"DROP TABLE shares"_s, u"DROP TABLE report_ids"_s,
+             u"DROP INDEX reports_figures"_s, u"DROP INDEX reports_unfilled"_s,
+             u"DROP INDEX reports_by_user"_s, u"DROP INDEX users_to_erase"_s,
              u"UPDATE reports SET download_avg = 5, document = CASE seriesid WHEN 7 THEN "
              "'<ServerDataDownload>sent 3 bytes in 4 ms</ServerDataDownload>' ELSE document END"_s,
-             u"ALTER TABLE reports DROP COLUMN verified"_s,
-             u"ALTER TABLE reports DROP COLUMN service_late"_s, u"PRAGMA user_version=1"_s});
+             u"PRAGMA user_version=1"_s});
+        for (const auto *column : {"verified", "service_late", "type", "operator", "download_rate",
+                                   "upload_rate", "rtt", "bytes", "accuracy", "note"}) {
+            sql(file, {u"ALTER TABLE reports DROP COLUMN "_s + QLatin1StringView(column)});
+        }
+        for (const auto *column : {"deleted", "erased", "changes"}) {
+            sql(file, {u"ALTER TABLE users DROP COLUMN "_s + QLatin1StringView(column)});
+        }
         constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther;
         QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | others));
         store = open();
@@ -106,9 +114,7 @@ private Q_SLOTS:
         QCOMPARE(userOf(store, u"b"_s).lastSeries, 0);
         QCOMPARE(reportsOf(store, first.id, 10).reports.size(), 2);
         store.reset();
-        QCOMPARE(sql(file, {u"SELECT count(*) FROM sqlite_master WHERE name='reports_by_time'"_s}),
-                 1);
-        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 3);
+        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 4);
         QCOMPARE(sql(file, {u"SELECT group_concat(seriesid) FROM reports WHERE verified"_s}), 7);
     }
 

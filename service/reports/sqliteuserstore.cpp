@@ -1,0 +1,244 @@
+// What SqliteReportStore is asked about the tests of users, and what they change.
+#include "ops/log.h"
+#include "reports/sqlitereportstore.h"
+#include "reports/testqueries.h"
+#include "reports/userqueries.h"
+
+#include <QDateTime>
+
+namespace velometer {
+
+template <typename Value>
+void SqliteReportStore::ask(Queue &queue,
+                            std::function<std::optional<Value>(SqliteConnection &)> query,
+                            Answer<Value> done)
+{
+    auto value = std::make_shared<std::optional<Value>>();
+    enqueue(queue, {[query = std::move(query), value](SqliteConnection &connection) {
+                        *value = query(connection);
+                        return value->has_value();
+                    },
+                    [value, done = std::move(done)](bool worked) {
+                        done(worked ? std::move(*value) : std::nullopt);
+                    }});
+}
+
+template <typename Value>
+void SqliteReportStore::compute(qint64 userId, std::function<Value(const TestTable &)> figures,
+                                Answer<Value> done)
+{
+    ask<Value>(
+        reads,
+        [this, userId, figures = std::move(figures)](SqliteConnection &connection) {
+            const auto table = tables.of(connection, userId);
+            return table ? std::optional(figures(*table)) : std::nullopt;
+        },
+        std::move(done));
+}
+
+void SqliteReportStore::accessOfUser(qint64 userId, Answer<Access> done)
+{
+    ask<Access>(
+        reads,
+        [userId](SqliteConnection &connection) { return UserQueries::access(connection, userId); },
+        std::move(done));
+}
+
+void SqliteReportStore::accessOfShare(const QString &key, qint64 now, Answer<Access> done)
+{
+    ask<Access>(
+        reads,
+        [key, now](SqliteConnection &connection) {
+            return UserQueries::accessOfShare(connection, key, now);
+        },
+        std::move(done));
+}
+
+void SqliteReportStore::tests(const TestScope &scope, const TestOrder &order, Answer<TestPage> done)
+{
+    ask<TestPage>(
+        reads,
+        [this, scope, order](SqliteConnection &connection) {
+            auto page = TestQueries::page(connection, scope, order);
+            const auto table = tables.of(connection, scope.userId);
+            if (page && table) {
+                page->count = table->count(scope);
+            }
+            return table ? page : std::nullopt;
+        },
+        std::move(done));
+}
+
+void SqliteReportStore::summary(const TestScope &scope, Answer<Summary> done)
+{
+    compute<Summary>(
+        scope.userId, [scope](const TestTable &table) { return table.summary(scope); },
+        std::move(done));
+}
+
+void SqliteReportStore::buckets(const TestScope &scope, const BucketQuery &query,
+                                Answer<Buckets> done)
+{
+    compute<Buckets>(
+        scope.userId,
+        [scope, query](const TestTable &table) { return table.buckets(scope, query); },
+        std::move(done));
+}
+
+void SqliteReportStore::distribution(const TestScope &scope, const DistributionQuery &query,
+                                     Answer<Distribution> done)
+{
+    compute<Distribution>(
+        scope.userId,
+        [scope, query](const TestTable &table) { return table.distribution(scope, query); },
+        std::move(done));
+}
+
+void SqliteReportStore::map(const TestScope &scope, const MapQuery &query, Answer<MapData> done)
+{
+    compute<MapData>(
+        scope.userId, [scope, query](const TestTable &table) { return table.map(scope, query); },
+        std::move(done));
+}
+
+void SqliteReportStore::facets(const TestScope &scope, Answer<Facets> done)
+{
+    compute<Facets>(
+        scope.userId, [scope](const TestTable &table) { return table.facets(scope); },
+        std::move(done));
+}
+
+void SqliteReportStore::test(const TestScope &scope, qint64 id, Answer<QList<StoredTest>> done)
+{
+    ask<QList<StoredTest>>(
+        reads,
+        [scope, id](SqliteConnection &connection) {
+            return TestQueries::test(connection, scope, id);
+        },
+        std::move(done));
+}
+
+void SqliteReportStore::documents(const TestScope &scope, const QString &after,
+                                  Answer<Documents> done)
+{
+    ask<Documents>(
+        reads,
+        [scope, after](SqliteConnection &connection) {
+            return TestQueries::documents(connection, scope, after);
+        },
+        std::move(done));
+}
+
+void SqliteReportStore::setNote(const TestScope &scope, qint64 id, const QString &note,
+                                Answer<bool> done)
+{
+    ask<bool>(
+        writes,
+        [scope, id, note](SqliteConnection &connection) {
+            return UserQueries::setNote(connection, scope, id, note);
+        },
+        std::move(done));
+}
+
+void SqliteReportStore::deleteTests(const TestScope &scope, Answer<QList<StreamKey>> done)
+{
+    deleteMore(scope, {}, std::move(done));
+}
+
+/// One batch, then whatever else waits, then the next: reports are not held up.
+void SqliteReportStore::deleteMore(const TestScope &scope, QList<StreamKey> gone,
+                                   Answer<QList<StreamKey>> done)
+{
+    ask<QList<StreamKey>>(
+        writes,
+        [scope](SqliteConnection &connection) {
+            return UserQueries::deleteSome(connection, scope);
+        },
+        [this, scope, gone = std::move(gone),
+         done = std::move(done)](std::optional<QList<StreamKey>> batch) mutable {
+            if (!batch || batch->isEmpty()) {
+                done(batch ? std::optional(gone) : std::nullopt);
+            } else {
+                deleteMore(scope, gone + *batch, std::move(done));
+            }
+        });
+}
+
+void SqliteReportStore::deleteUser(qint64 userId, Answer<qint64> done)
+{
+    ask<bool>(
+        writes,
+        [userId](SqliteConnection &connection) {
+            const bool marked =
+                UserQueries::markDeleted(connection, userId, QDateTime::currentMSecsSinceEpoch());
+            return marked ? std::optional(true) : std::nullopt;
+        },
+        [this, userId, done = std::move(done)](std::optional<bool> marked) {
+            if (marked) {
+                eraseMore(userId, 0, done);
+            } else {
+                done(std::nullopt);
+            }
+        });
+}
+
+void SqliteReportStore::eraseMore(qint64 userId, qint64 gone, Answer<qint64> done)
+{
+    ask<qint64>(
+        writes,
+        [userId](SqliteConnection &connection) {
+            return UserQueries::eraseSome(connection, userId);
+        },
+        [this, userId, gone, done = std::move(done)](std::optional<qint64> batch) {
+            if (!batch || *batch == 0) {
+                done(batch ? std::optional(gone) : std::nullopt);
+            } else {
+                eraseMore(userId, gone + *batch, done);
+            }
+        });
+}
+
+/// Those of users whose deletion a crash interrupted.
+void SqliteReportStore::finishDeletions()
+{
+    ask<QList<qint64>>(writes, UserQueries::unfinished, [this](std::optional<QList<qint64>> users) {
+        for (const qint64 user : users.value_or(QList<qint64>())) {
+            eraseMore(user, 0, [](std::optional<qint64> rows) {
+                Log::write(Log::Level::Info, "finished an interrupted deletion: " +
+                                                 std::to_string(rows.value_or(0)) + " rows");
+            });
+        }
+    });
+}
+
+void SqliteReportStore::addShare(qint64 userId, const Share &share, Answer<bool> done)
+{
+    ask<bool>(
+        writes,
+        [userId, share](SqliteConnection &connection) {
+            return UserQueries::addShare(connection, userId, share);
+        },
+        std::move(done));
+}
+
+void SqliteReportStore::shares(qint64 userId, qint64 now, Answer<QList<Share>> done)
+{
+    ask<QList<Share>>(
+        reads,
+        [userId, now](SqliteConnection &connection) {
+            return UserQueries::shares(connection, userId, now);
+        },
+        std::move(done));
+}
+
+void SqliteReportStore::removeShare(qint64 userId, const QString &key, Answer<bool> done)
+{
+    ask<bool>(
+        writes,
+        [userId, key](SqliteConnection &connection) {
+            return UserQueries::removeShare(connection, userId, key);
+        },
+        std::move(done));
+}
+
+} // namespace velometer

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "reports/reportstore.h"
+#include "reports/sqliteconnection.h"
+#include "reports/testtable.h"
+
+/// What is read about a user's tests. Each runs inside the transaction of its caller; nothing on
+/// failure, whose reason is the connection's problem().
+namespace velometer::TestQueries {
+
+/// An SQL condition on rows of reports, and its values.
+struct Condition
+{
+    QString text;
+    QVariantList values;
+};
+
+Condition condition(const TestScope &scope);
+
+/// Without the count.
+std::optional<TestPage> page(SqliteConnection &connection, const TestScope &scope,
+                             const TestOrder &order);
+
+/// Adds the tests of @p userId with greater row ids than those in @p table.
+bool fill(SqliteConnection &connection, qint64 userId, TestTable &table);
+
+std::optional<QList<ReportStore::StoredTest>> test(SqliteConnection &connection,
+                                                   const TestScope &scope, qint64 id);
+std::optional<ReportStore::Documents> documents(SqliteConnection &connection,
+                                                const TestScope &scope, const QString &after);
+
+/// Nothing also when no such stream was served, or when nobody could tell.
+std::optional<StreamRecord> stream(SqliteConnection &connection, const StreamKey &test,
+                                   Direction direction);
+
+} // namespace velometer::TestQueries
