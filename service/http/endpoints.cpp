@@ -1,14 +1,14 @@
 #include "http/endpoints.h"
 
-#include "http/gzip.h"
 #include "http/handler.h"
 #include "http/held.h"
+#include "http/pages.h"
 #include "http/reportsubmission.h"
 #include "http/request.h"
 #include "measure/tcpfacts.h"
 #include "measure/uploadstream.h"
 #include "net/oneshot.h"
-#include "web/userreportpage.h"
+#include "web/assets.h"
 
 #include <QDateTime>
 
@@ -37,8 +37,6 @@ constexpr auto downloadSurplus = 2s;
 constexpr auto uploadSurplus = 3s;
 
 constexpr qint64 minRecordedMs = 500;
-
-constexpr int rowsPerPage = 100;
 
 using Handler = asio::awaitable<MaybeAnswer> (*)(Connection &, const Request &, Service &);
 
@@ -230,57 +228,6 @@ asio::awaitable<MaybeAnswer> uploadResult(Connection &connection, const Request 
     co_return answer;
 }
 
-Answer html(int status, const QByteArray &page)
-{
-    return Answer{.status = status,
-                  .body = page.toStdString(),
-                  .contentType = "text/html; charset=utf-8",
-                  .headers = UserReportPage::headers()};
-}
-
-asio::awaitable<MaybeAnswer> userReport(Connection &connection, const Request &request,
-                                        Service &service)
-{
-    if (request.parameter("page") != "UserReport") {
-        co_return Answer::sentence(404, "There is no such page.");
-    }
-    const auto language =
-        UserReportPage::choose(request.parameter("language").value_or(""), request.acceptLanguage);
-    const auto user = request.number("userid");
-    if (!user) {
-        co_return html(404, UserReportPage::unknownUser(language));
-    }
-    const auto share = service.pages.take(Subscriber::of(connection.getPeer()));
-    if (!share) {
-        co_return Answer::later("Too many pages are being made for this address.");
-    }
-    OneShot<std::optional<ReportStore::UserReports>> reports(connection.executor(), storeTime);
-    service.store->reportsOfUser(*user, request.number("before"), rowsPerPage, reports.setter());
-    auto read = co_await reports.wait();
-    if (!read || !*read) {
-        co_return storeFailed(service, 500);
-    }
-    const auto found = **std::move(read);
-    if (!found.userKnown) {
-        co_return html(404, UserReportPage::unknownUser(language));
-    }
-    const bool compress = request.acceptsGzip;
-    const auto make = [found, language, user = *user, compress] {
-        auto answer = html(200, UserReportPage::measurements(found, user, language));
-        if (auto packed = compress ? gzip(answer.body) : std::string(); !packed.empty()) {
-            answer.body = std::move(packed);
-            answer.headers += "Content-Encoding: gzip\r\n";
-        }
-        answer.headers += "Vary: Accept-Encoding\r\n";
-        return answer;
-    };
-    auto made = co_await offload(connection, service.pageMakers, make);
-    if (!made) {
-        co_return Answer::later("Too many pages are being made for this address.");
-    }
-    co_return std::move(made);
-}
-
 asio::awaitable<MaybeAnswer> healthz(Connection &connection, const Request &, Service &service)
 {
     OneShot<QString> problem(connection.executor(), 2s);
@@ -305,7 +252,7 @@ asio::awaitable<MaybeAnswer> metrics(Connection &, const Request &, Service &ser
 
 struct Route
 {
-    std::string_view path;
+    std::string_view path; ///< with a slash at its end also all below it, but for the root
     std::string_view method;
     Handler handler;
 };
@@ -318,7 +265,9 @@ constexpr std::array<Route, Metrics::endpoints.size() - 1> endpoints{{
     {"/velometer/uploadtest.php", "POST", upload},
     {"/velometer/getuploadresult.php", "GET", uploadResult},
     {"/velometer/redirect_iphone.php", "POST", submitReport},
-    {"/velometer/Controller", "GET", userReport},
+    {"/velometer/Controller", "GET", controllerPage},
+    {"/", "GET", homePage},
+    {Assets::root, "GET", assetFile},
     {"/healthz", "GET", healthz},
     {"/metrics", "GET", metrics},
 }};
@@ -360,8 +309,11 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
         const auto answer = Answer::sentence(400, "This is no HTTP request.");
         co_await send(*connection, service, other, answer);
     } else {
-        const auto endpoint =
-            std::ranges::find(endpoints, std::string_view(request->path), &Route::path);
+        const std::string_view path = request->path;
+        const auto endpoint = std::ranges::find_if(endpoints, [path](const Route &route) {
+            return path == route.path || (route.path.size() > 1 && route.path.ends_with('/') &&
+                                          path.starts_with(route.path));
+        });
         const auto index = static_cast<std::size_t>(endpoint - endpoints.begin());
         MaybeAnswer answer;
         if (endpoint == endpoints.end()) {

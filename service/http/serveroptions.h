@@ -1,6 +1,7 @@
 #pragma once
 
 #include "utils/endpoint.h"
+#include "web/layout.h"
 
 #include <QString>
 
@@ -19,6 +20,7 @@ struct ServerOptions
     /// IPv4 or IPv6 addresses; port 0: any free one.
     std::vector<Endpoint> listen{{QStringLiteral("127.0.0.1"), 8080}};
     QString databaseFile;
+    TileSource tiles; ///< of the pages' maps
     QString salt; ///< shared with the clients, see the hash of a report
     int threads = 1;
     int maxStreams = 128;

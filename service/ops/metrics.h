@@ -12,9 +12,9 @@ namespace velometer {
 class Metrics
 {
 public:
-    static constexpr std::array<std::string_view, 10> endpoints{
+    static constexpr std::array<std::string_view, 12> endpoints{
         "user_id",       "initialise",  "download", "upload",  "upload_result",
-        "submit_report", "user_report", "healthz",  "metrics", "other"};
+        "submit_report", "pages", "home", "assets", "healthz",  "metrics", "other"};
     static constexpr std::array<std::string_view, 6> rejections{"damaged", "hash", "too_large",
                                                                 "timeout", "busy", "deleted"};
     using Counter = std::atomic<std::int64_t>;

@@ -10,18 +10,6 @@
 
 namespace velometer {
 
-/// Markup: a literal of the program's own source, and nothing else.
-class Markup
-{
-public:
-    template <std::size_t Size>
-    consteval Markup(const char (&literal)[Size]) // NOLINT(google-explicit-constructor)
-        : text(literal, Size - 1)
-    {}
-
-    std::string_view text;
-};
-
 /// Writes a page in UTF-8. Literals are markup; every QString is text, escaped for element content
 /// and for attributes in double quotes, and freed of control characters and those that turn the
 /// direction of writing. So what a client sent can only ever be shown.
@@ -32,9 +20,10 @@ public:
         : language(pageLanguage)
     {}
 
-    Html &operator<<(Markup markup)
+    template <std::size_t Size>
+    Html &operator<<(const char (&markup)[Size])
     {
-        page += markup.text;
+        page.append(markup, Size - 1);
         return *this;
     }
     Html &operator<<(const QString &text);

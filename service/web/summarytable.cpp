@@ -69,9 +69,8 @@ void writeTypes(Html &html, const Summary &summary)
          << "</caption>\n<thead role=\"rowgroup\"><tr role=\"row\">";
     for (const auto *title : {&Texts::connection, &Texts::tests, &Texts::download, &Texts::upload,
                               &Texts::rtt}) {
-        html << "<th role=\"columnheader\" scope=\"col\""
-             << (title == &Texts::connection ? Html(language) : Html(language) << " class=\"n\"")
-             << ">" << *title << "</th>";
+        html << "<th role=\"columnheader\" scope=\"col\" class=\""
+             << (title == &Texts::connection ? u""_s : u"n"_s) << "\">" << *title << "</th>";
     }
     html << "</tr></thead>\n<tbody role=\"rowgroup\">\n";
     for (const auto &type : summary.types) {

@@ -133,13 +133,13 @@ void write(Html &html, const Viewer &viewer, const TestFilter &filter, const Tes
         writeRow(html, viewer, row);
     }
     html << "</tbody></table>\n";
-    if (page.next.isEmpty() && order.after.isEmpty()) {
+    if (page.next.isEmpty() && !order.after) {
         return;
     }
     const QString by = sortKey(order.by);
     const QString direction = order.ascending ? u"asc"_s : u"desc"_s;
     html << "<nav class=\"pager\" aria-label=\"" << Texts::pageLinks << "\">";
-    if (!order.after.isEmpty()) {
+    if (order.after.has_value()) {
         html << "<a class=\"pill\" href=\""
              << viewer.address(viewer.listPage(), filter, {{u"sort"_s, by}, {u"order"_s, direction}}) +
                     u"#tests"_s
