@@ -152,7 +152,7 @@ class Generator:
                                 "walk": rng.randint(2, 7), "office": rng.randint(1, 6)}[kind])
             hour = {"home": rng.choice([6.8, 18.8, 20.2, 21.3, 22.4, 9.5, 14.2]), "drive": rng.choice([7.2, 15.5]),
                     "train": rng.choice([6.6, 17.2]), "walk": rng.choice([10.4, 12.3, 13.2, 18.2, 19.4]),
-                    "office": rng.choice([8.4, 10.1, 13.6, 15.9])}[kind] + rng.gauss(0, 0.5)
+                    "office": rng.choice([8.4, 10.1, 13.6, 15.9])}[kind] + rng.gauss(0, 0.9)
             day = rng.randrange(days)
             if 40 <= day % 61 < 44:  # a few days without a test
                 day -= 5

@@ -2,6 +2,7 @@
 
 #include "http/gzip.h"
 #include "web/assets.h"
+#include "web/comparepage.h"
 #include "web/homepage.h"
 #include "web/messagepage.h"
 #include "web/userpage.h"
@@ -154,6 +155,38 @@ asio::awaitable<MaybeAnswer> listPage(Connection &connection, const Request &req
     co_return co_await makePage(connection, request, service, make);
 }
 
+asio::awaitable<MaybeAnswer> comparePage(Connection &connection, const Request &request,
+                                         Service &service, const Asked &asked)
+{
+    ComparePage page;
+    page.viewer = asked.viewer;
+    page.today = QDateTime::currentMSecsSinceEpoch();
+    const TestScope all{.userId = asked.access.userId, .filter = {}, .bounds = asked.access.bounds};
+    for (const auto &[side, prefix] : {std::pair{&page.left, u"l_"_s}, {&page.right, u"r_"_s}}) {
+        auto filter = ComparePage::parse(asked.query, prefix);
+        if (const auto *problem = std::get_if<QString>(&filter)) {
+            co_return badQuery(*problem);
+        }
+        side->filter = std::get<TestFilter>(std::move(filter));
+        TestScope scope = all;
+        scope.filter = side->filter;
+        const auto summarise = [&](auto done) { service.store->summary(scope, std::move(done)); };
+        auto summary = co_await ask<Summary>(connection, summarise);
+        if (!summary) {
+            co_return storeFailed(service, 500);
+        }
+        side->summary = *std::move(summary);
+    }
+    const auto choices = [&](auto done) { service.store->facets(all, std::move(done)); };
+    auto facets = co_await ask<Facets>(connection, choices);
+    if (!facets) {
+        co_return storeFailed(service, 500);
+    }
+    page.facets = *std::move(facets);
+    const auto make = [page, tiles = service.options.tiles] { return page.toHtml(tiles); };
+    co_return co_await makePage(connection, request, service, make);
+}
+
 } // namespace
 
 asio::awaitable<MaybeAnswer> controllerPage(Connection &connection, const Request &request,
@@ -171,6 +204,9 @@ asio::awaitable<MaybeAnswer> controllerPage(Connection &connection, const Reques
     const auto name = request.parameter("page");
     if (name == (asked.access.isShare ? "Shared" : "UserReport")) {
         co_return co_await listPage(connection, request, service, asked);
+    }
+    if (name == "Compare" && !asked.access.isShare) {
+        co_return co_await comparePage(connection, request, service, asked);
     }
     co_return html(service, 404,
                    MessagePage::make(asked.viewer.language, Texts::unknownPage));

@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <QTimeZone>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -55,6 +56,14 @@ QString roundTrip(std::optional<qint64> nanoseconds, Language language)
     return nanoseconds
                ? threeDigits(static_cast<double>(*nanoseconds) / 1e6, language) + u" ms"_s
                : dash;
+}
+
+QString range(const QString &least, const QString &greatest, const Phrase &phrase, Language language)
+{
+    const QString unit = greatest.sliced(std::max(greatest.lastIndexOf(u' '), qsizetype{0}));
+    const QString first =
+        unit.startsWith(u' ') && least.endsWith(unit) ? least.chopped(unit.size()) : least;
+    return QString::fromUtf8(phrase.in(language)).arg(first, greatest);
 }
 
 QString bytes(qint64 count, Language language)

@@ -11,6 +11,8 @@ namespace velometer::Figures {
 
 QString rate(std::optional<qint64> bitsPerSecond, Language language);        ///< "38.41 Mbit/s"
 QString roundTrip(std::optional<qint64> nanoseconds, Language language);     ///< "31.0 ms"
+/// "12.1 to 201 Mbit/s" by @p phrase, the unit once where both have the same.
+QString range(const QString &least, const QString &greatest, const Phrase &phrase, Language language);
 QString bytes(qint64 count, Language language);                              ///< "312 GB"
 QString number(qint64 value, Language language);                             ///< "1,004"
 QString decimal(double value, int decimals, Language language);              ///< "47.2266"

@@ -184,7 +184,8 @@ void write(Html &html, const Viewer &viewer, const TestFilter &filter, const Fac
 {
     const auto language = viewer.language;
     writeRanges(html, viewer, filter, today);
-    html << "<form class=\"filters\" method=\"get\" action=\"/velometer/Controller\" role=\"search\" "
+    html << "<details class=\"filterbox\" open><summary class=\"pill\">" << Texts::filters
+         << "</summary>\n<form class=\"filters\" method=\"get\" action=\"/velometer/Controller\" role=\"search\" "
             "aria-label=\""
          << Texts::filters << "\">\n<input type=\"hidden\" name=\"page\" value=\""
          << viewer.listPage() << "\"><input type=\"hidden\" name=\"language\" value=\""
@@ -214,7 +215,7 @@ void write(Html &html, const Viewer &viewer, const TestFilter &filter, const Fac
         html << " checked";
     }
     html << ">" << Texts::verifiedOnly << "</label>\n<button class=\"pill\">" << Texts::apply
-         << "</button>\n</form>\n";
+         << "</button>\n</form></details>\n";
     writeChips(html, viewer, filter);
 }
 

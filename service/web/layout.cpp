@@ -26,10 +26,13 @@ void writeHead(Html &html, const Layout &layout)
             "<meta name=\"robots\" content=\"noindex\">\n"
             "<meta name=\"color-scheme\" content=\"light dark\">\n<title>"
          << layout.title << " – Velometer</title>\n<link rel=\"icon\" href=\"" << asset("icon.svg")
-         << "\">\n<link rel=\"stylesheet\" href=\"" << asset("site.css") << "\">\n";
+         << "\">\n";
     if (layout.libraries) {
-        html << "<link rel=\"stylesheet\" href=\"" << asset("leaflet.css") << "\">\n<script defer src=\""
-             << asset("d3.js") << "\"></script>\n<script defer src=\"" << asset("leaflet.js")
+        html << "<link rel=\"stylesheet\" href=\"" << asset("leaflet.css") << "\">\n";
+    }
+    html << "<link rel=\"stylesheet\" href=\"" << asset("site.css") << "\">\n";
+    if (layout.libraries) {
+        html << "<script defer src=\"" << asset("d3.js") << "\"></script>\n<script defer src=\"" << asset("leaflet.js")
              << "\"></script>\n";
     }
     if (!layout.script.isEmpty()) {

@@ -29,7 +29,9 @@ void writeCard(Html &html, const QString &kind, const Phrase &title, const Sprea
     html << "<div class=\"card figure " << kind << "\"><h2>" << title << "</h2><p>";
     writeValue(html, toText(spread.median, language));
     html << "</p><p class=\"quiet\">";
-    html.phrase(Texts::middle, {toText(spread.p10, language), toText(spread.p90, language)});
+    html.phrase(Texts::middle, {Figures::range(toText(spread.p10, language),
+                                               toText(spread.p90, language), Texts::between,
+                                               language)});
     html << "</p></div>\n";
 }
 
@@ -38,8 +40,10 @@ void writeCell(Html &html, const QString &kind, const Spread &spread, ToText toT
     const auto language = html.getLanguage();
     html << "<td role=\"cell\" class=\"n " << kind << "\">" << toText(spread.median, language);
     if (spread.p10 && spread.p90) {
-        html << " <span class=\"quiet\">(" << toText(spread.p10, language) << " – "
-             << toText(spread.p90, language) << ")</span>";
+        html << " <span class=\"quiet\">("
+             << Figures::range(toText(spread.p10, language), toText(spread.p90, language),
+                               Texts::dash, language)
+             << ")</span>";
     }
     html << "</td>";
 }

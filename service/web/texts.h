@@ -39,7 +39,9 @@ inline constexpr Phrase rtt{"RTT", "RTT"};
 inline constexpr Phrase downloadMedian{"Download median", "Download, Median"};
 inline constexpr Phrase uploadMedian{"Upload median", "Upload, Median"};
 inline constexpr Phrase rttMedian{"RTT median", "RTT, Median"};
-inline constexpr Phrase middle{"10 % to 90 %: %1 to %2", "10 % bis 90 %: %1 bis %2"};
+inline constexpr Phrase middle{"10 % to 90 %: %1", "10 % bis 90 %: %1"};
+inline constexpr Phrase between{"%1 to %2", "%1 bis %2"};
+inline constexpr Phrase dash{"%1 – %2", "%1 – %2"};
 inline constexpr Phrase tests{"Tests", "Tests"};
 inline constexpr Phrase oneTest{"1 test", "1 Test"};
 inline constexpr Phrase manyTests{"%1 tests", "%1 Tests"};
@@ -190,7 +192,6 @@ inline constexpr Phrase log{"Log", "Protokoll"};
 inline constexpr Phrase average{"Average", "Mittel"};
 inline constexpr Phrase least{"least", "kleinster"};
 inline constexpr Phrase greatest{"greatest", "grösster"};
-inline constexpr Phrase leastToGreatest{"%1 to %2", "%1 bis %2"};
 inline constexpr Phrase bytes{"Bytes", "Bytes"};
 inline constexpr Phrase duration{"Duration", "Dauer"};
 inline constexpr Phrase noteHint{"What should be remembered about this test? At most 500 characters.",
@@ -210,6 +211,10 @@ inline constexpr Phrase left{"Left", "Links"};
 inline constexpr Phrase right{"Right", "Rechts"};
 inline constexpr Phrase difference{"Difference", "Unterschied"};
 inline constexpr Phrase compareCaption{"Figures of both sides", "Werte beider Seiten"};
+
+inline constexpr Phrase presetMonths{"Last 30 days – those before", "Letzte 30 Tage – die davor"};
+inline constexpr Phrase better{"better", "besser"};
+inline constexpr Phrase worse{"worse", "schlechter"};
 
 // The service itself.
 inline constexpr Phrase homeTitle{"How fast is your connection, really?", "Wie schnell ist Ihre Verbindung wirklich?"};

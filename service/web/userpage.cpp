@@ -104,20 +104,22 @@ void writeCharts(Html &html, const UserPage &page)
     writeChart(html, u"time"_s, u"download"_s, Texts::download);
     writeChart(html, u"time"_s, u"upload"_s, Texts::upload);
     writeChart(html, u"time"_s, u"rtt"_s, Texts::rtt);
-    html << "<p class=\"quiet small\">" << Texts::overTimeHint << "</p></section>\n";
+    html << "<p class=\"quiet small\">" << Texts::overTimeHint << "</p></section>\n<div class=\"column\">\n";
     if (page.viewer.showsPositions) {
         html << "<section class=\"card scripted mapcard\"><h2>" << Texts::map
              << "</h2><div class=\"tools\"></div><div id=\"map\"></div><p class=\"quiet small\">"
              << Texts::mapHint << "</p></section>\n";
     }
-    html << "</div>\n<div class=\"two even\">\n<section class=\"card scripted\" id=\"hours\"><h2>"
-         << Texts::byHour << "</h2><div class=\"tools\"></div>\n";
-    writeChart(html, u"hour"_s, u"download"_s, Texts::download);
-    html << "<p class=\"quiet small\">" << Texts::byHourHint
-         << "</p></section>\n<section class=\"card scripted\" id=\"types\"><h2>" << Texts::spread
+    html << "<section class=\"card scripted\" id=\"types\"><h2>" << Texts::spread
          << "</h2><div class=\"tools\"></div>\n";
     writeChart(html, u"type"_s, u"download"_s, Texts::download);
-    html << "<p class=\"quiet small\">" << Texts::spreadHint << "</p></section>\n</div>\n";
+    html << "<p class=\"quiet small\">" << Texts::spreadHint
+         << "</p></section>\n</div>\n</div>\n<div class=\"two\">\n";
+    SummaryTable::writeTypes(html, page.summary);
+    html << "<section class=\"card scripted\" id=\"hours\"><h2>" << Texts::byHour
+         << "</h2><div class=\"tools\"></div>\n";
+    writeChart(html, u"hour"_s, u"download"_s, Texts::download);
+    html << "<p class=\"quiet small\">" << Texts::byHourHint << "</p></section>\n</div>\n";
 }
 
 } // namespace
@@ -137,7 +139,6 @@ std::string UserPage::toHtml(const TileSource &tiles) const
     } else {
         SummaryTable::writeCards(html, summary);
         writeCharts(html, *this);
-        SummaryTable::writeTypes(html, summary);
         html << "<section class=\"card\" id=\"tests\"><h2>" << Texts::list << "</h2>\n";
         TestList::write(html, viewer, filter, order, tests, start);
         html << "</section>\n";

@@ -86,6 +86,9 @@ export function manage() {
       }
     });
   }
+  if (matchMedia("(max-width: 719px)").matches) {
+    document.querySelector(".filterbox")?.removeAttribute("open");
+  }
   document.querySelector("form.filters")?.addEventListener("formdata", (/** @type {FormDataEvent} */ event) => {
     for (const [name, value] of [...event.formData]) {
       if (value === "") {

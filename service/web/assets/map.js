@@ -57,14 +57,34 @@ function named(layer, label) {
   return layer;
 }
 
+function makeMap(place) {
+  const map = L.map(place, { attributionControl: false, minZoom: 2, maxZoom: 19, worldCopyJump: true,
+    renderer: L.canvas({ padding: 0.3 }), zoomControl: false, fadeAnimation: false });
+  L.control.zoom({ zoomInTitle: texts.zoomIn, zoomOutTitle: texts.zoomOut }).addTo(map);
+  L.control.attribution({ prefix: false }).addTo(map);
+  return map;
+}
+
+/** The way of one test through its phases, with how exact the first position was. */
+export function pathOf(place, phases, accuracy) {
+  const map = makeMap(place);
+  groundLayer().addTo(map);
+  const way = phases.map((phase) => [phase.latitude, phase.longitude]);
+  L.polyline(way, { color: colour("--accent"), weight: 3 }).addTo(map);
+  phases.forEach((phase, i) => L.circleMarker(way[i], { radius: 6, color: colour("--surface"), weight: 2,
+    fillColor: colour("--accent"), fillOpacity: 1 }).bindTooltip(escaped(phase.phase)).addTo(map));
+  if (accuracy > 0 && way.length > 0) {
+    L.circle(way[0], { radius: accuracy, color: colour("--accent"), weight: 1, fillOpacity: 0.1 }).addTo(map);
+  }
+  map.fitBounds(L.latLngBounds(way).pad(0.3), { maxZoom: nearest - 2, animate: false });
+}
+
+/** All tests that are filtered. */
 export class TestMap {
   constructor(place, tools) {
     this.place = place;
     this.complete = false; // all points are here
-    this.map = L.map(place, { attributionControl: false, minZoom: 2, maxZoom: 19, worldCopyJump: true,
-      renderer: L.canvas({ padding: 0.3 }), zoomControl: false, fadeAnimation: false });
-    L.control.zoom({ zoomInTitle: texts.zoomIn, zoomOutTitle: texts.zoomOut }).addTo(this.map);
-    L.control.attribution({ prefix: false }).addTo(this.map);
+    this.map = makeMap(place);
     this.ground = groundLayer().addTo(this.map);
     this.layers = {
       markers: L.markerClusterGroup({ iconCreateFunction: cluster, maxClusterRadius: 44, showCoverageOnHover: false,

@@ -76,9 +76,8 @@ export class Plot {
     const ticks = scale.ticks(Math.max(2, Math.floor(this.innerWidth / 90)));
     const step = ticks.length > 1 ? ticks[1] - ticks[0] : 0;
     const { format } = steps.find(({ least }) => step >= least);
-    for (const tick of ticks) {
-      this.below(scale(tick), format.format(tick));
-    }
+    const every = Math.ceil(ticks.length * 72 / this.innerWidth);
+    ticks.forEach((tick, i) => this.below(scale(tick), i % every === 0 ? format.format(tick) : ""));
   }
 
   below(x, text) {

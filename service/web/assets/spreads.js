@@ -72,11 +72,13 @@ class Spread {
 export class Hours extends Spread {
   constructor(section, types) {
     super(section, "hour", 250);
-    this.type = "";
+    // All connections together say more about which was used when than about any network.
+    this.type = types.length > 1 ? types[1][0] : "";
     const select = element("select", { "aria-label": texts.connection, change: () => {
       this.type = select.value;
       this.load();
     } }, ...types.map(([value, name]) => element("option", { value }, name)));
+    select.value = this.type;
     this.tools.append(select);
   }
 

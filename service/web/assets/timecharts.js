@@ -3,7 +3,7 @@ import { api, element, figure, fill, filters, number, sign, svg, texts, timeText
   whenSeen } from "./core.js";
 import { margin, mark, Plot } from "./plot.js";
 
-const height = 190;
+const height = 215;
 const leastSpan = 60_000; // ms
 const pause = 140; // ms until the service is asked, while somebody still moves
 
