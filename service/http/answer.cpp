@@ -13,12 +13,15 @@ std::string_view reason(int status)
 {
     switch (status) {
     case 200: return "OK";
+    case 201: return "Created";
+    case 202: return "Accepted";
     case 400: return "Bad Request";
     case 403: return "Forbidden";
     case 404: return "Not Found";
     case 405: return "Method Not Allowed";
     case 408: return "Request Timeout";
     case 410: return "Gone";
+    case 411: return "Length Required";
     case 413: return "Content Too Large";
     case 431: return "Request Header Fields Too Large";
     case 501: return "Not Implemented";
@@ -43,15 +46,21 @@ Answer Answer::later(std::string text)
     return answer;
 }
 
-std::string Answer::toBytes() const
+std::string Answer::head(std::optional<std::size_t> length) const
 {
     std::string bytes = "HTTP/1.1 " + std::to_string(status) + ' ';
     bytes += reason(status);
-    bytes += "\r\n" + httpDate();
-    bytes += "Content-Type: " + contentType + "\r\nContent-Length: " + std::to_string(body.size()) +
-             "\r\nX-Content-Type-Options: nosniff\r\nConnection: close\r\n" + headers + "\r\n" +
-             body;
-    return bytes;
+    bytes += "\r\n" + httpDate() + "Content-Type: " + contentType + "\r\n";
+    if (length) {
+        bytes += "Content-Length: " + std::to_string(*length) + "\r\n";
+    }
+    return bytes + "X-Content-Type-Options: nosniff\r\nReferrer-Policy: no-referrer\r\n" +
+           "Cache-Control: " + cacheControl + "\r\nConnection: close\r\n" + headers + "\r\n";
+}
+
+std::string Answer::toBytes() const
+{
+    return head(body.size()) + body;
 }
 
 } // namespace velometer

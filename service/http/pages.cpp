@@ -1,10 +1,12 @@
 #include "http/pages.h"
 
+#include "api/testanswer.h"
 #include "http/gzip.h"
 #include "web/assets.h"
 #include "web/comparepage.h"
 #include "web/homepage.h"
 #include "web/messagepage.h"
+#include "web/testpage.h"
 #include "web/userpage.h"
 
 #include <QDateTime>
@@ -155,6 +157,33 @@ asio::awaitable<MaybeAnswer> listPage(Connection &connection, const Request &req
     co_return co_await makePage(connection, request, service, make);
 }
 
+asio::awaitable<MaybeAnswer> testPage(Connection &connection, const Request &request,
+                                      Service &service, const Asked &asked)
+{
+    const qint64 id =
+        asked.access.bounds.test.value_or(request.number("test").value_or(0));
+    const TestScope scope{
+        .userId = asked.access.userId, .filter = {}, .bounds = asked.access.bounds};
+    const auto find = [&](auto done) { service.store->test(scope, id, std::move(done)); };
+    const auto found = co_await ask<QList<ReportStore::StoredTest>>(connection, find);
+    if (!found) {
+        co_return storeFailed(service, 500);
+    }
+    if (found->isEmpty()) {
+        co_return html(service, 404,
+                       MessagePage::make(asked.viewer.language, Texts::unknownTest));
+    }
+    const auto make = [stored = found->constFirst(), viewer = asked.viewer,
+                       tiles = service.options.tiles] {
+        const TestJson::View view{.isShare = !viewer.isOwner(),
+                                  .positions = viewer.showsPositions};
+        return SingleTestPage{
+            .viewer = viewer, .row = stored.row, .test = TestJson::test(stored, view)}
+            .toHtml(tiles);
+    };
+    co_return co_await makePage(connection, request, service, make);
+}
+
 asio::awaitable<MaybeAnswer> comparePage(Connection &connection, const Request &request,
                                          Service &service, const Asked &asked)
 {
@@ -202,7 +231,12 @@ asio::awaitable<MaybeAnswer> controllerPage(Connection &connection, const Reques
     }
     const auto &asked = std::get<Asked>(who);
     const auto name = request.parameter("page");
-    if (name == (asked.access.isShare ? "Shared" : "UserReport")) {
+    const bool list = name == (asked.access.isShare ? "Shared" : "UserReport");
+    // What was shared may be one test alone.
+    if (name == "Test" || (list && asked.access.bounds.test)) {
+        co_return co_await testPage(connection, request, service, asked);
+    }
+    if (list) {
         co_return co_await listPage(connection, request, service, asked);
     }
     if (name == "Compare" && !asked.access.isShare) {
@@ -230,7 +264,7 @@ asio::awaitable<MaybeAnswer> homePage(Connection &connection, const Request &req
 
 asio::awaitable<MaybeAnswer> assetFile(Connection &, const Request &request, Service &)
 {
-    auto rest = std::string_view(request.path).substr(Assets::root.size());
+    const std::string_view rest = request.segment;
     const auto slash = std::min(rest.find('/'), rest.size());
     const bool current = rest.substr(0, slash) == Assets::version();
     const Asset *asset = Assets::find(rest.substr(std::min(slash + 1, rest.size())));

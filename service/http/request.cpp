@@ -53,6 +53,7 @@ std::optional<Request> Request::parse(std::string_view head)
         request.query = target.substr(question + 1);
     }
     request.acceptLanguage = view(message[http::field::accept_language]);
+    request.user = view(message["Velometer-User"]);
     for (const auto &coding : http::ext_list(message[http::field::accept_encoding])) {
         const bool refused = std::ranges::any_of(coding.second, [&](const auto &parameter) {
             // "q=0", "q=0.000"
@@ -63,6 +64,7 @@ std::optional<Request> Request::parse(std::string_view head)
             request.acceptsGzip || (boost::beast::iequals(coding.first, "gzip") && !refused);
     }
     const bool modern = message.version() >= 11;
+    request.takesChunks = modern;
     const auto hosts = message.count(http::field::host);
     request.namesHost = hosts == 1 || (hosts == 0 && !modern);
     request.expectsContinue =

@@ -49,6 +49,7 @@ struct Service
     /// Reports and pages that one subscriber may have in hand.
     Shares reports{128};
     Shares pages{8};
+    Shares apiRequests{32};
 
     /// Reports are parsed and filled in here, pages made there: a large one takes long enough to be
     /// seen in a measurement. One core is left to the streams, and a hundred readers of pages do

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -83,7 +84,27 @@ public:
         return answer;
     }
 
+    /// Forgets the result of one test, or of all tests of a user.
+    void remove(const StreamKey &key)
+    {
+        const std::lock_guard lock(mutex);
+        if (const auto ticket = tickets.find(key); ticket != tickets.end()) {
+            forget(entries.find(ticket->second));
+        }
+    }
+    void removeUser(std::int64_t user)
+    {
+        const std::lock_guard lock(mutex);
+        auto next = tickets.lower_bound({.user = user, .series = lowest, .test = lowest});
+        while (next != tickets.end() && next->first.user == user) {
+            const auto ticket = (next++)->second;
+            forget(entries.find(ticket));
+        }
+    }
+
 private:
+    static constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
+
     struct Entry
     {
         StreamKey key;

@@ -2,9 +2,10 @@
 
 namespace velometer {
 
-void Metrics::countRequest(std::size_t endpoint, int status)
+void Metrics::countRequest(std::string_view endpoint, int status)
 {
-    ++requests.at(endpoint).at(static_cast<std::size_t>(status / 100));
+    const std::lock_guard lock(mutex);
+    ++requests[{std::string(endpoint), status / 100}];
 }
 
 std::string Metrics::toText() const
@@ -15,9 +16,9 @@ std::string Metrics::toText() const
         text.append("\n# TYPE velometer_").append(name).append(1, ' ').append(type).append("\n");
     };
     const auto value = [&text](std::string_view name, const std::string &labels,
-                               const Counter &counter) {
+                               std::int64_t counter) {
         text.append("velometer_").append(name).append(labels).append(1, ' ');
-        text.append(std::to_string(counter.load())).append("\n");
+        text.append(std::to_string(counter)).append("\n");
     };
     head("connections", "gauge", "Connections open now.");
     value("connections", {}, connections);
@@ -48,16 +49,12 @@ std::string Metrics::toText() const
     head("store_errors_total", "counter", "Operations that the report store failed.");
     value("store_errors_total", {}, storeErrors);
     head("requests_total", "counter", "Requests answered.");
-    for (std::size_t endpoint = 0; endpoint < endpoints.size(); ++endpoint) {
-        for (std::size_t status = 2; status < 6; ++status) {
-            const auto &counter = requests.at(endpoint).at(status);
-            if (counter.load() != 0) {
-                value("requests_total",
-                      "{endpoint=\"" + std::string(endpoints.at(endpoint)) + "\",status=\"" +
-                          std::to_string(status) + "xx\"}",
-                      counter);
-            }
-        }
+    const std::lock_guard lock(mutex);
+    for (const auto &[request, count] : requests) {
+        value("requests_total",
+              "{endpoint=\"" + request.first + "\",status=\"" + std::to_string(request.second) +
+                  "xx\"}",
+              count);
     }
     return text;
 }

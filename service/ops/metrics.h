@@ -3,6 +3,8 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <map>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -12,9 +14,6 @@ namespace velometer {
 class Metrics
 {
 public:
-    static constexpr std::array<std::string_view, 12> endpoints{
-        "user_id",       "initialise",  "download", "upload",  "upload_result",
-        "submit_report", "pages", "home", "assets", "healthz",  "metrics", "other"};
     static constexpr std::array<std::string_view, 6> rejections{"damaged", "hash", "too_large",
                                                                 "timeout", "busy", "deleted"};
     using Counter = std::atomic<std::int64_t>;
@@ -34,14 +33,15 @@ public:
     std::array<Counter, rejections.size()> reportsRejected{}; ///< as rejections
     Counter storeErrors{0};
 
-    /// Counts one answer; @p endpoint is an index into endpoints.
-    void countRequest(std::size_t endpoint, int status);
+    /// Counts one answer of the endpoint of that name, which is one of a few.
+    void countRequest(std::string_view endpoint, int status);
 
     /// Prometheus' text format.
     std::string toText() const;
 
 private:
-    std::array<std::array<Counter, 6>, endpoints.size()> requests{}; ///< by status / 100
+    mutable std::mutex mutex;
+    std::map<std::pair<std::string, int>, std::int64_t> requests; ///< by name and status / 100
 };
 
 } // namespace velometer

@@ -14,16 +14,17 @@ struct Row
     ConnectionClass type;
     QLatin1StringView key;
     QLatin1StringView code; ///< of the platform's table; empty where there is none
+    bool isMobile = false;
 };
 
 constexpr std::array rows{
     Row{ConnectionClass::Wlan, "wlan"_L1, "WlanMode"_L1},
-    Row{ConnectionClass::Gsm, "2g"_L1, "GsmMode"_L1},
-    Row{ConnectionClass::Umts, "3g"_L1, "WcdmaMode"_L1},
-    Row{ConnectionClass::Lte, "lte"_L1, "LteMode"_L1},
-    Row{ConnectionClass::Nr, "5g"_L1, "NrMode"_L1},
+    Row{ConnectionClass::Gsm, "2g"_L1, "GsmMode"_L1, true},
+    Row{ConnectionClass::Umts, "3g"_L1, "WcdmaMode"_L1, true},
+    Row{ConnectionClass::Lte, "lte"_L1, "LteMode"_L1, true},
+    Row{ConnectionClass::Nr, "5g"_L1, "NrMode"_L1, true},
     Row{ConnectionClass::Ethernet, "ethernet"_L1, "EthernetMode"_L1},
-    Row{ConnectionClass::Cdma, "cdma"_L1, "CdmaMode"_L1},
+    Row{ConnectionClass::Cdma, "cdma"_L1, "CdmaMode"_L1, true},
     Row{ConnectionClass::Bluetooth, "bluetooth"_L1, "BluetoothMode"_L1},
     Row{ConnectionClass::Wimax, "wimax"_L1, "WimaxMode"_L1},
     Row{ConnectionClass::Mixed, "mixed"_L1, {}},
@@ -45,6 +46,11 @@ std::span<const ConnectionClass> all()
 QString key(ConnectionClass type)
 {
     return std::ranges::find(rows, type, &Row::type)->key;
+}
+
+bool isMobile(ConnectionClass type)
+{
+    return std::ranges::find(rows, type, &Row::type)->isMobile;
 }
 
 std::optional<ConnectionClass> ofKey(QStringView key)

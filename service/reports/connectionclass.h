@@ -32,6 +32,9 @@ std::span<const ConnectionClass> all();
 QString key(ConnectionClass type);
 std::optional<ConnectionClass> ofKey(QStringView key);
 
+/// Over one kind of cellular network, whose name is its operator's.
+bool isMobile(ConnectionClass type);
+
 /// Of a report's element: a mode code, or a text for several. Other for what is unknown.
 ConnectionClass ofReport(const QString &connectionType);
 

@@ -82,10 +82,11 @@ private:
     template <typename Value>
     void ask(Queue &queue, std::function<std::optional<Value>(SqliteConnection &)> query,
              Answer<Value> done);
-    /// Has @p compute look at the figures of a user's tests.
+    /// Hands on what @p figures makes of a user's tests, or made of them when the @p question was
+    /// asked before.
     template <typename Value>
-    void compute(qint64 userId, std::function<Value(const TestTable &)> figures,
-                 Answer<Value> done);
+    void compute(const TestScope &scope, const QString &question,
+                 std::function<Value(const TestTable &)> figures, Answer<Value> done);
     void finishDeletions();
     void deleteMore(const TestScope &scope, QList<StreamKey> gone, Answer<QList<StreamKey>> done);
     void eraseMore(qint64 userId, qint64 gone, Answer<qint64> done);

@@ -6,6 +6,10 @@
 
 #include <QDateTime>
 
+#include <array>
+
+using namespace Qt::StringLiterals;
+
 namespace velometer {
 
 template <typename Value>
@@ -24,14 +28,18 @@ void SqliteReportStore::ask(Queue &queue,
 }
 
 template <typename Value>
-void SqliteReportStore::compute(qint64 userId, std::function<Value(const TestTable &)> figures,
-                                Answer<Value> done)
+void SqliteReportStore::compute(const TestScope &scope, const QString &question,
+                                std::function<Value(const TestTable &)> figures, Answer<Value> done)
 {
+    const QString whole = question + u'|' + scope.filter.toQuery() + u'|' + scope.bounds.toQuery();
     ask<Value>(
         reads,
-        [this, userId, figures = std::move(figures)](SqliteConnection &connection) {
-            const auto table = tables.of(connection, userId);
-            return table ? std::optional(figures(*table)) : std::nullopt;
+        [this, user = scope.userId, whole,
+         figures = std::move(figures)](SqliteConnection &connection) {
+            const auto tests = tables.of(connection, user);
+            return tests.table ? std::optional(tests.memo->get<Value>(
+                                     whole, [&] { return figures(*tests.table); }))
+                               : std::nullopt;
         },
         std::move(done));
 }
@@ -60,7 +68,7 @@ void SqliteReportStore::tests(const TestScope &scope, const TestOrder &order, An
         reads,
         [this, scope, order](SqliteConnection &connection) {
             auto page = TestQueries::page(connection, scope, order);
-            const auto table = tables.of(connection, scope.userId);
+            const auto table = tables.of(connection, scope.userId).table;
             if (page && table) {
                 page->count = table->count(scope);
             }
@@ -72,7 +80,7 @@ void SqliteReportStore::tests(const TestScope &scope, const TestOrder &order, An
 void SqliteReportStore::summary(const TestScope &scope, Answer<Summary> done)
 {
     compute<Summary>(
-        scope.userId, [scope](const TestTable &table) { return table.summary(scope); },
+        scope, u"summary"_s, [scope](const TestTable &table) { return table.summary(scope); },
         std::move(done));
 }
 
@@ -80,7 +88,7 @@ void SqliteReportStore::buckets(const TestScope &scope, const BucketQuery &query
                                 Answer<Buckets> done)
 {
     compute<Buckets>(
-        scope.userId,
+        scope, u"buckets %1 %2"_s.arg(static_cast<int>(query.metric)).arg(query.buckets),
         [scope, query](const TestTable &table) { return table.buckets(scope, query); },
         std::move(done));
 }
@@ -89,22 +97,30 @@ void SqliteReportStore::distribution(const TestScope &scope, const DistributionQ
                                      Answer<Distribution> done)
 {
     compute<Distribution>(
-        scope.userId,
+        scope,
+        u"distribution %1 %2 %3"_s.arg(static_cast<int>(query.metric))
+            .arg(static_cast<int>(query.by))
+            .arg(query.offsetMinutes),
         [scope, query](const TestTable &table) { return table.distribution(scope, query); },
         std::move(done));
 }
 
 void SqliteReportStore::map(const TestScope &scope, const MapQuery &query, Answer<MapData> done)
 {
+    const std::array box{query.west, query.south, query.east, query.north};
     compute<MapData>(
-        scope.userId, [scope, query](const TestTable &table) { return table.map(scope, query); },
+        scope,
+        u"map %1 %2"_s.arg(query.zoom)
+            .arg(QString::fromLatin1(
+                QByteArray(reinterpret_cast<const char *>(&box), sizeof box).toHex())),
+        [scope, query](const TestTable &table) { return table.map(scope, query); },
         std::move(done));
 }
 
 void SqliteReportStore::facets(const TestScope &scope, Answer<Facets> done)
 {
     compute<Facets>(
-        scope.userId, [scope](const TestTable &table) { return table.facets(scope); },
+        scope, u"facets"_s, [scope](const TestTable &table) { return table.facets(scope); },
         std::move(done));
 }
 

@@ -8,32 +8,55 @@ using namespace Qt::StringLiterals;
 
 namespace velometer {
 
-std::shared_ptr<const TestTable> TableCache::of(SqliteConnection &connection, qint64 userId)
+namespace {
+
+/// Answers kept of one user; each has some thousand points at most.
+constexpr qsizetype maxAnswers = 16;
+
+} // namespace
+
+std::any TableCache::Memo::find(const QString &question)
+{
+    const std::lock_guard lock(mutex);
+    return answers.value(question);
+}
+
+void TableCache::Memo::keep(const QString &question, const std::any &value)
+{
+    const std::lock_guard lock(mutex);
+    if (answers.size() >= maxAnswers) {
+        answers.clear();
+    }
+    answers.insert(question, value);
+}
+
+TableCache::Tests TableCache::of(SqliteConnection &connection, qint64 userId)
 {
     auto query = connection.select(
         u"SELECT changes, (SELECT max(id) FROM reports WHERE userid = ?) FROM users WHERE id = ?"_s,
         {userId, userId});
     if (!query) {
-        return nullptr;
+        return {};
     }
     if (!query->next()) {
-        return std::make_shared<const TestTable>();
+        return {.table = std::make_shared<const TestTable>(), .memo = std::make_shared<Memo>()};
     }
     const qint64 changes = query->value(0).toLongLong();
     const qint64 last = query->value(1).toLongLong();
     query.reset();
     Kept kept = find(userId);
-    const bool same = kept.table && kept.changes == changes;
-    if (same && kept.table->lastId() >= last) {
-        return kept.table;
+    const bool same = kept.tests.table && kept.changes == changes;
+    if (same && kept.tests.table->lastId() >= last) {
+        return kept.tests;
     }
     const auto table =
-        same ? std::make_shared<TestTable>(*kept.table) : std::make_shared<TestTable>();
+        same ? std::make_shared<TestTable>(*kept.tests.table) : std::make_shared<TestTable>();
     if (!TestQueries::fill(connection, userId, *table)) {
-        return nullptr;
+        return {};
     }
-    keep(userId, {.table = table, .changes = changes});
-    return table;
+    const Tests tests{.table = table, .memo = std::make_shared<Memo>()};
+    keep(userId, {.tests = tests, .changes = changes});
+    return tests;
 }
 
 TableCache::Kept TableCache::find(qint64 userId)
@@ -55,7 +78,7 @@ void TableCache::keep(qint64 userId, const Kept &kept)
     const auto size = [&] {
         qint64 tests = 0;
         for (const auto &[id, user] : users) {
-            tests += user.table->size() + 1;
+            tests += user.tests.table->size() + 1;
         }
         return tests;
     };

@@ -3,6 +3,9 @@
 #include "reports/sqliteconnection.h"
 #include "reports/testtable.h"
 
+#include <QHash>
+
+#include <any>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -16,15 +19,45 @@ public:
     /// Some hundred bytes each.
     static constexpr qint64 maxTests = 1'000'000;
 
+    /// What was computed from one table, by the question's text: a page that is looked at again
+    /// costs nothing. Safe from every thread.
+    class Memo
+    {
+    public:
+        template <typename Value, typename Compute>
+        Value get(const QString &question, const Compute &compute)
+        {
+            if (const std::any known = find(question); known.has_value()) {
+                return std::any_cast<Value>(known);
+            }
+            Value value = compute();
+            keep(question, value);
+            return value;
+        }
+
+    private:
+        std::any find(const QString &question);
+        void keep(const QString &question, const std::any &value);
+
+        std::mutex mutex;
+        QHash<QString, std::any> answers;
+    };
+
+    struct Tests
+    {
+        std::shared_ptr<const TestTable> table; ///< null on failure
+        std::shared_ptr<Memo> memo;
+    };
+
     /// The tests of @p userId as @p connection's transaction sees them; of a user who is not known
     /// there are none. Reads those alone that are new since the last time, unless some were
-    /// deleted. Null on failure.
-    std::shared_ptr<const TestTable> of(SqliteConnection &connection, qint64 userId);
+    /// deleted.
+    Tests of(SqliteConnection &connection, qint64 userId);
 
 private:
     struct Kept
     {
-        std::shared_ptr<const TestTable> table;
+        Tests tests;
         qint64 changes = 0; ///< of the user, when it was read
         qint64 lastUse = 0;
     };

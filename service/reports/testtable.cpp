@@ -127,8 +127,11 @@ void TestTable::add(const Row &row)
                 .operatorCode = operators.number(row.operatorCode),
                 .type = row.type,
                 .verified = row.verified};
-    if (row.id > greatestId && !row.network.isEmpty()) {
-        operatorNames.insert(entry.operatorCode, row.network);
+    if (ConnectionClasses::isMobile(row.type) && !row.network.isEmpty()) {
+        Name &name = operatorNames[entry.operatorCode];
+        if (row.id > name.id) {
+            name = {.id = row.id, .text = row.network};
+        }
     }
     greatestId = std::max(greatestId, row.id);
     entries.push_back(entry);
@@ -426,7 +429,7 @@ Facets TestTable::facets(const TestScope &scope) const
     result.locations = values(locations, ofLocation);
     result.operators = values(operators, ofOperator);
     for (auto &each : result.operators) {
-        each.name = operatorNames.value(operators.numbers.value(each.key));
+        each.name = operatorNames.value(operators.numbers.value(each.key)).text;
     }
     return result;
 }

@@ -74,7 +74,12 @@ private:
     std::vector<Entry> entries;
     qint64 greatestId = 0;
     Texts servers, locations, operators;
-    QHash<quint32, QString> operatorNames; ///< as the newest test's network called itself
+    struct Name
+    {
+        qint64 id = 0; ///< of the test that told it
+        QString text;
+    };
+    QHash<quint32, Name> operatorNames; ///< as the latest network of each called itself
 };
 
 } // namespace velometer

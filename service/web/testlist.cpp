@@ -95,7 +95,7 @@ void writeRow(Html &html, const Viewer &viewer, const TestRow &row)
         }
     }
     html << words.join(u" · "_s);
-    if (!row.note.isEmpty()) {
+    if (viewer.isOwner() && !row.note.isEmpty()) {
         html << "<span class=\"note\">" << row.note << "</span>";
     }
     html << "</td><td role=\"cell\" class=\"server\">" << row.server << "</td>";

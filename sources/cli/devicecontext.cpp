@@ -1,12 +1,12 @@
 #include "cli/devicecontext.h"
 
-#include "cli/csvformat.h"
-#include "cli/jsonformat.h"
 #include "cli/textformat.h"
 #include "context/deviceinfohelper.h"
 #include "context/locationhelper.h"
 #include "context/networkinfohelper.h"
 #include "data/surroundings.h"
+#include "figures/csvformat.h"
+#include "figures/jsonformat.h"
 #include "platform/platform.h"
 #include "utils/cleantext.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/finishedtest.h"
+#include "figures/finishedtest.h"
 
 #include <QByteArray>
 #include <QObject>

@@ -1,17 +1,18 @@
 #include "cli/program.h"
 
 #include "app/serverselection.h"
-#include "cli/csvformat.h"
 #include "cli/devicecontext.h"
-#include "cli/exportformat.h"
-#include "cli/jsonformat.h"
+#include "cli/serverformat.h"
 #include "cli/testprinter.h"
 #include "cli/testrunner.h"
 #include "cli/textformat.h"
-#include "data/finishedtest.h"
 #include "data/testdetails.h"
 #include "data/testservertable.h"
 #include "db/databasemanager.h"
+#include "figures/csvformat.h"
+#include "figures/exportformat.h"
+#include "figures/finishedtest.h"
+#include "figures/jsonformat.h"
 #include "measurement/testids.h"
 #include "platform/platform.h"
 #include "utils/deployment.h"
@@ -321,32 +322,16 @@ ExitStatus Program::exportTests()
     if (!ok) {
         return storeFailure();
     }
-    if (options.format == Format::Csv) {
-        out.write(CsvFormat::testHeader());
-    } else if (options.format == Format::GeoJson) {
-        out.write(ExportFormat::geoJsonBegin());
-    } else if (options.format == Format::Gpx) {
-        out.write(ExportFormat::gpxBegin());
-    }
+    const auto kind = options.format == Format::Csv       ? ExportFormat::Kind::Csv
+                      : options.format == Format::GeoJson ? ExportFormat::Kind::GeoJson
+                      : options.format == Format::Gpx     ? ExportFormat::Kind::Gpx
+                                                          : ExportFormat::Kind::Json;
+    out.write(ExportFormat::begin(kind));
     bool first = true;
     for (const auto &row : rows) {
-        const FinishedTest test = gDB->getTest(*row);
-        if (options.format == Format::Csv) {
-            out.write(CsvFormat::test(test));
-        } else if (options.format == Format::GeoJson) {
-            out.write(ExportFormat::geoJsonFeature(test, first));
-        } else if (options.format == Format::Gpx) {
-            out.write(ExportFormat::gpxWaypoint(test));
-        } else {
-            out.write(JsonFormat::line(JsonFormat::test(test)));
-        }
-        first = false;
+        out.write(ExportFormat::piece(kind, gDB->getTest(*row), std::exchange(first, false)));
     }
-    if (options.format == Format::GeoJson) {
-        out.write(ExportFormat::geoJsonEnd());
-    } else if (options.format == Format::Gpx) {
-        out.write(ExportFormat::gpxEnd());
-    }
+    out.write(ExportFormat::end(kind));
     return ExitStatus::Done;
 }
 
@@ -387,13 +372,13 @@ ExitStatus Program::listServers()
 {
     const TestServer *selected = selectedServer();
     if (options.format == Format::Csv) {
-        out.write(CsvFormat::serverHeader());
+        out.write(ServerFormat::csvHeader());
     }
     for (const TestServer *server : table->servers()) {
         if (options.format == Format::Json) {
-            out.write(JsonFormat::line(JsonFormat::server(*server, server == selected)));
+            out.write(JsonFormat::line(ServerFormat::json(*server, server == selected)));
         } else if (options.format == Format::Csv) {
-            out.write(CsvFormat::server(*server, server == selected));
+            out.write(ServerFormat::csv(*server, server == selected));
         }
     }
     if (options.format == Format::Text) {

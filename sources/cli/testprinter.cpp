@@ -1,9 +1,10 @@
 #include "cli/testprinter.h"
 
-#include "cli/csvformat.h"
-#include "cli/jsonformat.h"
 #include "cli/output.h"
+#include "cli/testevents.h"
 #include "cli/textformat.h"
+#include "figures/csvformat.h"
+#include "figures/jsonformat.h"
 #include "utils/deployment.h"
 
 #include <utility>
@@ -21,22 +22,22 @@ TestPrinter::TestPrinter(Format howToPrint, Output &to, QString languageOfPages)
 void TestPrinter::phase(const QString &name, int test, int count)
 {
     if (format == Format::JsonStream) {
-        output.post(JsonFormat::line(JsonFormat::phaseEvent(name, test, count)));
+        output.post(JsonFormat::line(TestEvents::phase(name, test, count)));
     }
 }
 
 void TestPrinter::progress(int value, int max)
 {
     if (format == Format::JsonStream) {
-        output.offer(JsonFormat::line(JsonFormat::progressEvent(value, max)));
+        output.offer(JsonFormat::line(TestEvents::progress(value, max)));
     }
 }
 
 void TestPrinter::missed(const QString &message)
 {
     if (format == CommandLine::Format::JsonStream) {
-        output.write(JsonFormat::line(
-            JsonFormat::errorEvent(message, static_cast<int>(ExitStatus::Broken))));
+        output.write(
+            JsonFormat::line(TestEvents::error(message, static_cast<int>(ExitStatus::Broken))));
     }
 }
 
@@ -51,9 +52,9 @@ void TestPrinter::ended(const FinishedTest &test, ExitStatus status, const QStri
         break;
     case Format::Json: output.write(JsonFormat::line(JsonFormat::test(test))); break;
     case Format::JsonStream:
-        output.write(JsonFormat::line(
-            test.storedId ? JsonFormat::resultEvent(test)
-                          : JsonFormat::errorEvent(message, static_cast<int>(status))));
+        output.write(JsonFormat::line(test.storedId
+                                          ? TestEvents::result(test)
+                                          : TestEvents::error(message, static_cast<int>(status))));
         break;
     case Format::Csv:
         if (!std::exchange(headerPrinted, true)) {

@@ -2,7 +2,7 @@
 
 #include "cli/commandline.h"
 #include "cli/exitstatus.h"
-#include "data/finishedtest.h"
+#include "figures/finishedtest.h"
 
 namespace velometer {
 

@@ -4,7 +4,7 @@
 #include "app/testconsent.h"
 #include "app/testsession.h"
 #include "cli/exitstatus.h"
-#include "data/finishedtest.h"
+#include "figures/finishedtest.h"
 #include "measurement/testobserver.h"
 #include "utils/clocktimer.h"
 

@@ -2,7 +2,7 @@
 
 #include "context/doublelocation.h"
 #include "data/databudget.h"
-#include "data/testfields.h"
+#include "figures/testfields.h"
 #include "utils/units.h"
 
 #include <QDateTime>

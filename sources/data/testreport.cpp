@@ -1,7 +1,7 @@
 #include "data/testreport.h"
 
-#include "data/finishedtest.h"
 #include "data/reportdocument.h"
+#include "figures/finishedtest.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
 

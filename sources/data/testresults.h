@@ -1,10 +1,10 @@
 #pragma once
 
 #include "context/doublelocation.h"
-#include "context/mylocation.h"
 #include "data/databudget.h"
-#include "data/finishedtest.h"
 #include "data/remoteinitialvalues.h"
+#include "figures/finishedtest.h"
+#include "figures/mylocation.h"
 
 #include <QHash>
 #include <QList>

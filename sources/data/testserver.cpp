@@ -25,8 +25,7 @@ TestServer::TestServer(QString serverName, QString host, int serverPort, QString
 
 QString TestServer::getDomain() const
 {
-    const qsizetype dot = hostname.indexOf(u'.');
-    return dot < 0 ? hostname : hostname.mid(dot + 1);
+    return Endpoint::domain(hostname);
 }
 
 QString TestServer::getHostHeader() const

@@ -1,10 +1,11 @@
 #include "db/teststore.h"
 
+#include "data/storeddetails.h"
 #include "data/testdetails.h"
-#include "data/testfields.h"
 #include "db/databasestatements.h"
 #include "db/reportqueue.h"
 #include "db/transaction.h"
+#include "figures/testfields.h"
 #include "utils/utils.h"
 
 #include <QStringList>
@@ -188,7 +189,7 @@ bool TestStore::storeRow(FinishedTest &test)
 
 bool TestStore::storeDetails(const FinishedTest &test)
 {
-    const auto details = TestFields::details(test);
+    const auto details = StoredDetails::of(test);
     QSqlQuery insert(db);
     insert.prepare(INSERT_INTO_TESTDETAILS);
     bool stored = true;
@@ -299,9 +300,9 @@ FinishedTest TestStore::test(const DBTestResults &row)
 
     const auto stored = details(row.myTestId);
     if (stored) {
-        TestFields::readDetails(*stored, test);
+        StoredDetails::read(*stored, test);
     }
-    if (!stored || !TestFields::hasEverything(*stored)) {
+    if (!stored || !StoredDetails::haveEverything(*stored)) {
         fillFromRow(test, row, stored.get());
     }
     readLists(test);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "data/finishedtest.h"
 #include "data/result.h"
 #include "db/dbtestresults.h"
+#include "figures/finishedtest.h"
 
 #include <QSqlDatabase>
 #include <QSqlQuery>

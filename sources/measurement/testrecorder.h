@@ -1,8 +1,8 @@
 #pragma once
 
 #include "data/databudget.h"
-#include "data/finishedtest.h"
 #include "data/xmldata.h"
+#include "figures/finishedtest.h"
 #include "measurement/reportdelivery.h"
 
 #include <QObject>

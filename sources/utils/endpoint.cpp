@@ -89,4 +89,10 @@ QString Endpoint::bracketed(const QString &host)
     return host.contains(u':') ? u'[' + host + u']' : host;
 }
 
+QString Endpoint::domain(const QString &host)
+{
+    const qsizetype dot = host.indexOf(u'.');
+    return dot < 0 ? host : host.mid(dot + 1);
+}
+
 } // namespace velometer

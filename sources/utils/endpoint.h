@@ -25,6 +25,9 @@ struct Endpoint
     /// @p host as it stands in an address or a Host line: an IPv6 literal in brackets.
     static QString bracketed(const QString &host);
 
+    /// What follows the first dot of @p host; without one the whole of it.
+    static QString domain(const QString &host);
+
     bool operator==(const Endpoint &other) const = default;
 };
 

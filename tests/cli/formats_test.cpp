@@ -1,10 +1,11 @@
-#include "cli/csvformat.h"
-#include "cli/exportformat.h"
-#include "cli/jsonformat.h"
 #include "cli/textformat.h"
+#include "figures/csvformat.h"
+#include "figures/exportformat.h"
+#include "figures/jsonformat.h"
 
+#include "data/storeddetails.h"
 #include "data/testdetails.h"
-#include "data/testfields.h"
+#include "figures/testfields.h"
 #include "support/registeredtest.h"
 #include "support/storedtests.h"
 #include "support/wholetest.h"
@@ -20,7 +21,7 @@ namespace {
 QList<std::pair<QString, QByteArray>> everything(const FinishedTest &test)
 {
     QByteArray details;
-    const auto data = TestFields::details(test)->getData();
+    const auto data = StoredDetails::of(test)->getData();
     QStringList keys = data.keys();
     keys.sort();
     for (const QString &key : std::as_const(keys)) {

@@ -2,9 +2,9 @@
 
 #include "data/result.h"
 #include "data/testdetails.h"
-#include "data/testfields.h"
 #include "db/databasemanager.h"
 #include "db/dbtestresults.h"
+#include "figures/testfields.h"
 #include "ui/details/detailscategory.h"
 #include "ui/details/testdetailwidget.h"
 #include "ui/plot/throughputplot.h"

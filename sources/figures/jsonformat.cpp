@@ -1,8 +1,6 @@
-#include "cli/jsonformat.h"
+#include "figures/jsonformat.h"
 
-#include "data/testfields.h"
-#include "data/testserver.h"
-#include "utils/cleantext.h"
+#include "figures/testfields.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -35,11 +33,6 @@ QJsonValue toJson(const QVariant &value, Unit unit)
     return array;
 }
 
-QJsonObject event(QLatin1StringView name)
-{
-    return {{u"event"_s, name}};
-}
-
 } // namespace
 
 namespace JsonFormat {
@@ -66,49 +59,6 @@ QJsonObject test(const FinishedTest &test)
     if (!test.position.latitude) {
         object.insert("position"_L1, QJsonValue::Null);
     }
-    return object;
-}
-
-QJsonObject server(const TestServer &server, bool selected)
-{
-    return {{u"name"_s, cleanText(server.getName())},
-            {u"host"_s, cleanText(server.getHostname())},
-            {u"port"_s, server.getPort()},
-            {u"city"_s, cleanText(server.getCity())},
-            {u"state"_s, cleanText(server.getState())},
-            {u"country"_s, cleanText(server.getCountry())},
-            {u"selected"_s, selected}};
-}
-
-QJsonObject phaseEvent(const QString &phase, int test, int count)
-{
-    QJsonObject object = event("phase"_L1);
-    object.insert("phase"_L1, phase);
-    object.insert("test"_L1, test);
-    object.insert("count"_L1, count);
-    return object;
-}
-
-QJsonObject progressEvent(int value, int max)
-{
-    QJsonObject object = event("progress"_L1);
-    object.insert("value"_L1, value);
-    object.insert("max"_L1, max);
-    return object;
-}
-
-QJsonObject resultEvent(const FinishedTest &finished)
-{
-    QJsonObject object = event("result"_L1);
-    object.insert("result"_L1, test(finished));
-    return object;
-}
-
-QJsonObject errorEvent(const QString &message, int status)
-{
-    QJsonObject object = event("error"_L1);
-    object.insert("message"_L1, message);
-    object.insert("status"_L1, status);
     return object;
 }
 

@@ -1,6 +1,7 @@
-#include "cli/exportformat.h"
+#include "figures/exportformat.h"
 
-#include "cli/jsonformat.h"
+#include "figures/csvformat.h"
+#include "figures/jsonformat.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -45,6 +46,39 @@ QString description(const FinishedTest &test)
 } // namespace
 
 namespace ExportFormat {
+
+QByteArray begin(Kind kind)
+{
+    switch (kind) {
+    case Kind::Csv: return CsvFormat::testHeader();
+    case Kind::Json: break;
+    case Kind::GeoJson: return geoJsonBegin();
+    case Kind::Gpx: return gpxBegin();
+    }
+    return {};
+}
+
+QByteArray piece(Kind kind, const FinishedTest &test, bool first)
+{
+    switch (kind) {
+    case Kind::Csv: return CsvFormat::test(test);
+    case Kind::Json: break;
+    case Kind::GeoJson: return geoJsonFeature(test, first);
+    case Kind::Gpx: return gpxWaypoint(test);
+    }
+    return JsonFormat::line(JsonFormat::test(test));
+}
+
+QByteArray end(Kind kind)
+{
+    switch (kind) {
+    case Kind::Csv:
+    case Kind::Json: break;
+    case Kind::GeoJson: return geoJsonEnd();
+    case Kind::Gpx: return gpxEnd();
+    }
+    return {};
+}
 
 QByteArray geoJsonBegin()
 {

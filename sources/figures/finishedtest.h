@@ -1,6 +1,6 @@
 #pragma once
 
-#include "context/mylocation.h"
+#include "figures/mylocation.h"
 
 #include <QList>
 #include <QString>

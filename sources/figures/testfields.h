@@ -1,16 +1,13 @@
 #pragma once
 
-#include "data/finishedtest.h"
+#include "figures/finishedtest.h"
 
 #include <QLatin1StringView>
 #include <QVariant>
 
-#include <memory>
 #include <span>
 
 namespace velometer {
-
-class TestDetails;
 
 /// What a figure is measured in; decides how it is stored and written.
 enum class Unit {
@@ -43,8 +40,9 @@ struct TestField
     void (*set)(FinishedTest &, const QVariant &) = nullptr;
     /// Its column in a table where that is not the key with underscores.
     QLatin1StringView shortColumn;
-    /// Of a list: the number under which the store keeps it beside the details; else 0.
-    int list = 0;
+    /// Of a list: the number under which the store keeps it beside the details.
+    enum List { NoList = 0, DownloadIntervals = 1, UploadIntervals = 2, RttSamples = 3 };
+    List list = NoList;
 
     QString column() const;
 };
@@ -59,16 +57,6 @@ std::span<const TestField> all();
 
 /// The field that is stored under @p detail; null for a key of nobody.
 const TestField *ofDetail(const QString &detail);
-
-/// What the store keeps of @p test beside its row: no key for what is not known.
-std::unique_ptr<TestDetails> details(const FinishedTest &test);
-
-/// Fills @p test from stored details. Those from before every figure was stored hold 0 for much
-/// that was unknown; it stays unknown. See hasEverything().
-void readDetails(const TestDetails &details, FinishedTest &test);
-
-/// False for details from before every figure was stored.
-bool hasEverything(const TestDetails &details);
 
 } // namespace TestFields
 

@@ -1,8 +1,7 @@
-#include "cli/csvformat.h"
+#include "figures/csvformat.h"
 
-#include "cli/jsonformat.h"
-#include "data/testfields.h"
-#include "data/testserver.h"
+#include "figures/jsonformat.h"
+#include "figures/testfields.h"
 #include "utils/cleantext.h"
 
 using namespace Qt::StringLiterals;
@@ -59,19 +58,6 @@ QByteArray test(const FinishedTest &test)
         }
     }
     return line(cells);
-}
-
-QByteArray serverHeader()
-{
-    return line(
-        {u"name"_s, u"host"_s, u"port"_s, u"city"_s, u"state"_s, u"country"_s, u"selected"_s});
-}
-
-QByteArray server(const TestServer &server, bool selected)
-{
-    return line({cell(server.getName()), cell(server.getHostname()),
-                 QString::number(server.getPort()), cell(server.getCity()), cell(server.getState()),
-                 cell(server.getCountry()), selected ? u"true"_s : u"false"_s});
 }
 
 QString cell(const QString &text)

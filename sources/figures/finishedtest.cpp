@@ -1,4 +1,4 @@
-#include "data/finishedtest.h"
+#include "figures/finishedtest.h"
 
 #include "utils/cleantext.h"
 

@@ -1,12 +1,23 @@
 #pragma once
 
-#include "data/finishedtest.h"
+#include "figures/finishedtest.h"
 
 #include <QByteArray>
 
-/// Documents for maps, in three pieces so that no collection needs to fit into memory: begin, one
-/// piece a test, end.
+/// Documents of many tests, in three pieces so that no collection needs to fit into memory: begin,
+/// one piece a test, end.
 namespace velometer::ExportFormat {
+
+enum class Kind {
+    Csv,
+    Json, ///< one object a line
+    GeoJson,
+    Gpx
+};
+
+QByteArray begin(Kind kind);
+QByteArray piece(Kind kind, const FinishedTest &test, bool first);
+QByteArray end(Kind kind);
 
 QByteArray geoJsonBegin();
 /// A feature with the test's JSON object as its properties; without a position its geometry is

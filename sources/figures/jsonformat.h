@@ -1,13 +1,11 @@
 #pragma once
 
-#include "data/finishedtest.h"
+#include "figures/finishedtest.h"
 
 #include <QByteArray>
 #include <QJsonObject>
 
 namespace velometer {
-
-class TestServer;
 
 /// The program's JSON: never translated, every field always there, null where nothing is known.
 /// Names carry the units. Series, test, user and queue ids are texts, so that no reader rounds
@@ -19,14 +17,6 @@ inline constexpr int schemaVersion = 1;
 
 /// Made from the table of fields; see docs/json-schema.json.
 QJsonObject test(const FinishedTest &test);
-QJsonObject server(const TestServer &server, bool selected);
-
-/// The events of a stream.
-QJsonObject phaseEvent(const QString &phase, int test, int count);
-/// @p value of @p max: ms while data flows, connects in the round-trip phase.
-QJsonObject progressEvent(int value, int max);
-QJsonObject resultEvent(const FinishedTest &test);
-QJsonObject errorEvent(const QString &message, int status);
 
 /// @p object on one line, with its line end.
 QByteArray line(const QJsonObject &object);

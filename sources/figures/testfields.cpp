@@ -1,10 +1,6 @@
-#include "data/testfields.h"
+#include "figures/testfields.h"
 
-#include "context/doublelocation.h"
-#include "data/result.h"
-#include "data/testdetails.h"
-#include "data/testserver.h"
-#include "utils/cleantext.h"
+#include "utils/endpoint.h"
 
 #include <QDateTime>
 
@@ -22,8 +18,6 @@ using Real = FinishedTest::Real;
 using Flag = FinishedTest::Flag;
 using Text = FinishedTest::Text;
 
-/// Stands beside the figures of a test that has all of them.
-constexpr auto everythingKey = "everything"_L1;
 /// What is beyond is no count of anything, and no qint64.
 constexpr double greatestNumber = 9e18;
 
@@ -139,7 +133,7 @@ TestField field(const char *key, Unit unit, const char *stored, Access /*access*
 
 /// A member that is a list, kept under @p number.
 template <typename Access>
-TestField list(const char *key, Unit unit, int number, Access access)
+TestField list(const char *key, Unit unit, TestField::List number, Access access)
 {
     TestField line = field(key, unit, "", access);
     line.list = number;
@@ -178,9 +172,7 @@ QString localTime(const FinishedTest &test, const QString &format)
 
 QString domain(const FinishedTest &test)
 {
-    TestServer server(nullptr);
-    server.setHostname(test.server.host.value_or(QString()));
-    return server.getDomain();
+    return Endpoint::domain(test.server.host.value_or(QString()));
 }
 
 // A line without it would be three.
@@ -221,7 +213,8 @@ QList<TestField> makeTable()
               AT(download.firstByteTime)),
         field("download.max_pause_ns", Nanoseconds, "downloadMaxPause", AT(download.longestPause)),
         field("download.valid", None, "downloadValid", AT(download.valid)),
-        list("download.interval_bytes", Bytes, Result::Download, AT(download.intervalBytes)),
+        list("download.interval_bytes", Bytes, TestField::DownloadIntervals,
+             AT(download.intervalBytes)),
 
         // What the details show as the upload is the server's figure where there is one.
         derived("", BitsPerSecond, "uploadAverage", [](T test) { return test.uploadRate(); }),
@@ -238,14 +231,14 @@ QList<TestField> makeTable()
         field("upload.first_byte_ns", Nanoseconds, "uploadFirstByte", AT(upload.firstByteTime)),
         field("upload.max_pause_ns", Nanoseconds, "uploadMaxPause", AT(upload.longestPause)),
         field("upload.valid", None, "uploadValid", AT(upload.valid)),
-        list("upload.interval_bytes", Bytes, Result::Upload, AT(upload.intervalBytes)),
+        list("upload.interval_bytes", Bytes, TestField::UploadIntervals, AT(upload.intervalBytes)),
         derived("", Bytes, "totalBytes", [](T test) { return test.totalBytes(); }),
 
         field("rtt.min_ns", Nanoseconds, "rttMinimum", AT(rtt.minimum)),
         field("rtt.avg_ns", Nanoseconds, "rttAverage", AT(rtt.average)),
         field("rtt.max_ns", Nanoseconds, "rttMaximum", AT(rtt.maximum)),
         field("rtt.valid", None, "rttValid", AT(rtt.valid)),
-        list("rtt.samples_ns", Nanoseconds, Result::Rtt, AT(rtt.samples)),
+        list("rtt.samples_ns", Nanoseconds, TestField::RttSamples, AT(rtt.samples)),
 
         field("network.type", None, "connectionType", AT(network.type)),
         field("network.mode", None, "networkMode", AT(network.mode)),
@@ -314,36 +307,6 @@ const QList<TestField> &table()
     return fields;
 }
 
-/// What is counted is stored as an integer, what is measured as a double.
-bool isCount(Unit unit)
-{
-    return unit == Unit::Bytes || unit == Unit::Percent || unit == Unit::Identity;
-}
-
-/// 0 stood for the unknown in older details, but a test can do with no byte and without a signal.
-bool saysNothing(const QVariant &value, Unit unit)
-{
-    return value.typeId() != QMetaType::QString && value.toDouble() == 0.0 && unit != Unit::Bytes &&
-           unit != Unit::Percent;
-}
-
-/// Coordinates that are no place, and the altitude of a place without one, become unknown.
-void settle(FinishedTest::Position &position)
-{
-    const double latitude = position.latitude.value_or(0);
-    const double longitude = position.longitude.value_or(0);
-    const bool somewhere = latitude != 0.0 || longitude != 0.0;
-    if (!somewhere || !(std::abs(latitude) <= 90 && std::abs(longitude) <= 180)) {
-        position = {};
-        return;
-    }
-    position.latitude = latitude;
-    position.longitude = longitude;
-    if (position.altitude == noAltitude) {
-        position.altitude.reset();
-    }
-}
-
 } // namespace
 
 QString TestField::column() const
@@ -362,44 +325,6 @@ const TestField *TestFields::ofDetail(const QString &detail)
         return !each.stored.isEmpty() && each.stored == detail;
     });
     return found == table().end() ? nullptr : &*found;
-}
-
-std::unique_ptr<TestDetails> TestFields::details(const FinishedTest &test)
-{
-    auto details = std::make_unique<TestDetails>(nullptr, test.storedId.value_or(0));
-    details->putLong(everythingKey, 1);
-    for (const TestField &each : table()) {
-        const QVariant value = each.stored.isEmpty() ? QVariant() : each.get(test);
-        if (!value.isValid()) {
-            continue;
-        }
-        const QString key = each.stored;
-        if (value.typeId() == QMetaType::QString) {
-            details->putString(key, value.toString());
-        } else if (value.typeId() == QMetaType::Bool || isCount(each.unit)) {
-            details->putLong(key, value.toLongLong());
-        } else {
-            details->putDouble(key, value.toDouble());
-        }
-    }
-    return details;
-}
-
-void TestFields::readDetails(const TestDetails &details, FinishedTest &test)
-{
-    const bool everything = hasEverything(details);
-    for (const TestField &each : table()) {
-        const QVariant value = details.getData().value(each.stored);
-        if (each.set && value.isValid() && (everything || !saysNothing(value, each.unit))) {
-            each.set(test, value);
-        }
-    }
-    settle(test.position);
-}
-
-bool TestFields::hasEverything(const TestDetails &details)
-{
-    return details.contains(everythingKey);
 }
 
 } // namespace velometer
