@@ -11,6 +11,7 @@ struct Asset
 {
     std::string_view name;        ///< "site.css", "outline/12-3.json"
     std::string_view contentType; ///< as HTTP says it
+    std::string_view imports;     ///< names of the scripts that it needs, with blanks between them
     std::string_view gzip;        ///< the content, compressed
 };
 

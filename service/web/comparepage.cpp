@@ -4,7 +4,8 @@
 #include "web/filterform.h"
 #include "web/texts.h"
 
-#include <array>
+#include <algorithm>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -68,7 +69,9 @@ void writePresets(Html &html, const ComparePage &page)
                 QString::fromUtf8(Texts::presetMonths.in(language)));
     left = right = TestFilter();
     const auto both = [](const auto &a, const auto &b) { return a + u" – "_s + b; };
-    if (const auto types = FilterForm::types(page.facets, language); types.size() > 1) {
+    Facets frequent = page.facets;
+    std::ranges::stable_sort(frequent.types, std::greater(), &Facets::Value::count);
+    if (const auto types = FilterForm::types(frequent, language); types.size() > 1) {
         left.types = {ConnectionClasses::ofKey(types.at(0).first).value_or(ConnectionClass::Other)};
         right.types = {ConnectionClasses::ofKey(types.at(1).first).value_or(ConnectionClass::Other)};
         writePreset(html, page.viewer, left, right, both(types.at(0).second, types.at(1).second));

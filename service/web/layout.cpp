@@ -6,6 +6,8 @@
 
 #include <QUrl>
 
+#include <ranges>
+
 using namespace Qt::StringLiterals;
 
 namespace velometer {
@@ -35,7 +37,14 @@ void writeHead(Html &html, const Layout &layout)
         html << "<script defer src=\"" << asset("d3.js") << "\"></script>\n<script defer src=\"" << asset("leaflet.js")
              << "\"></script>\n";
     }
-    if (!layout.script.isEmpty()) {
+    if (const Asset *script = Assets::find(layout.script.toStdString())) {
+        // Told at once, not one after the other.
+        for (const auto part : std::views::split(script->imports, ' ')) {
+            if (!part.empty()) {
+                html << "<link rel=\"modulepreload\" href=\""
+                     << asset(std::string_view(part.begin(), part.end())) << "\">\n";
+            }
+        }
         html << "<script type=\"module\" src=\"" << asset(layout.script.toStdString())
              << "\"></script>\n";
     }

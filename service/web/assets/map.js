@@ -76,7 +76,8 @@ export function pathOf(place, phases, accuracy) {
   if (accuracy > 0 && way.length > 0) {
     L.circle(way[0], { radius: accuracy, color: colour("--accent"), weight: 1, fillOpacity: 0.1 }).addTo(map);
   }
-  map.fitBounds(L.latLngBounds(way).pad(0.3), { maxZoom: nearest - 2, animate: false });
+  // The outline alone tells nothing of a street.
+  map.fitBounds(L.latLngBounds(way).pad(0.3), { maxZoom: document.body.dataset.tiles ? nearest - 2 : 8, animate: false });
 }
 
 /** All tests that are filtered. */
@@ -121,7 +122,8 @@ export class TestMap {
     query.set("bbox", bounds ? [bounds.getWest(), bounds.getSouth(), bounds.getEast(), bounds.getNorth()]
       .map((value, i) => Math.min(Math.max(value, i % 2 ? -90 : -180), i % 2 ? 90 : 180).toFixed(4)).join(",")
       : "-180,-90,180,90");
-    query.set("zoom", String(bounds ? this.map.getZoom() : 6));
+    // At first nobody sees the cells; few of them come sooner.
+    query.set("zoom", String(bounds ? this.map.getZoom() : 3));
     const answer = await api("map", query).catch((problem) => {
       this.place.replaceChildren(element("p", {}, problem.message));
     });

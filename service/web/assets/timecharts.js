@@ -106,7 +106,7 @@ class TimeChart {
     const query = filters();
     query.set("metric", this.metric);
     // About one a mark's width: more would hide each other.
-    query.set("buckets", String(Math.max(40, Math.min(1000, Math.round(this.plot.innerWidth / 7)))));
+    query.set("buckets", String(Math.max(40, Math.min(1000, Math.round(this.plot.innerWidth / 9)))));
     if (this.charts.view) {
       query.set("from", String(Math.floor(this.charts.view[0])));
       query.set("to", String(Math.ceil(this.charts.view[1])));
