@@ -274,9 +274,10 @@ asio::awaitable<MaybeAnswer> assetFile(Connection &, const Request &request, Ser
     // Whoever asks for an earlier program's file while this one starts gets ours, and forgets it.
     Answer answer{.body = std::string(asset->gzip),
                   .contentType = std::string(asset->contentType),
-                  .headers = current ? "Cache-Control: public, max-age=31536000, immutable\r\n"
-                                     : "Cache-Control: no-store\r\n"};
-    answer.headers += "Vary: Accept-Encoding\r\n";
+                  .headers = "Vary: Accept-Encoding\r\n"};
+    if (current) {
+        answer.cacheControl = "public, max-age=31536000, immutable";
+    }
     if (request.acceptsGzip) {
         answer.headers += "Content-Encoding: gzip\r\n";
     } else {

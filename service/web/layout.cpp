@@ -124,7 +124,6 @@ std::string Layout::headers(const TileSource &tiles)
            "img-src 'self' data:" +
            (origin.empty() ? origin : ' ' + origin) +
            "; connect-src 'self'; form-action 'self'; base-uri 'none'; frame-ancestors 'none'\r\n"
-           "Cache-Control: no-store\r\nReferrer-Policy: no-referrer\r\n"
            "Cross-Origin-Opener-Policy: same-origin\r\n";
 }
 

@@ -33,7 +33,7 @@ struct Layout
     std::string around(const Html &body) const;
 
     /// The header lines of every page: nothing is loaded from anybody but this service and the
-    /// map's tiles, nothing is stored, and no address leaves, because it is the key to what it shows.
+    /// map's tiles, nothing runs but its own scripts, and no address leaves, because it is the key to what it shows.
     static std::string headers(const TileSource &tiles);
 };
 

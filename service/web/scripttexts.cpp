@@ -51,6 +51,7 @@ constexpr Named texts[] = {
     {"ofType"_L1, {"%1 median %2, %3 to %4", "%1 Median %2, %3 bis %4"}},
     {"localTime"_L1, {"hour, local time", "Stunde, Ortszeit"}},
     {"seconds"_L1, {"seconds", "Sekunden"}},
+    {"map"_L1, Texts::map},
     {"markers"_L1, {"Tests", "Tests"}},
     {"accuracy"_L1, {"Accuracy", "Genauigkeit"}},
     {"grid"_L1, {"Median grid", "Median-Raster"}},

@@ -61,6 +61,8 @@ function makeMap(place) {
   const map = L.map(place, { attributionControl: false, minZoom: 2, maxZoom: 19, worldCopyJump: true,
     renderer: L.canvas({ padding: 0.3 }), zoomControl: false, fadeAnimation: false });
   L.control.zoom({ zoomInTitle: texts.zoomIn, zoomOutTitle: texts.zoomOut }).addTo(map);
+  place.setAttribute("role", "group");
+  place.setAttribute("aria-label", texts.map);
   L.control.attribution({ prefix: false }).addTo(map);
   return map;
 }
