@@ -17,6 +17,7 @@ Handled distribution(Connection &connection, const Request &request, Service &se
 Handled map(Connection &connection, const Request &request, Service &service);
 Handled facets(Connection &connection, const Request &request, Service &service);
 Handled exportTests(Connection &connection, const Request &request, Service &service);
+Handled statistics(Connection &connection, const Request &request, Service &service);
 Handled description(Connection &connection, const Request &request, Service &service);
 
 // For the owner alone.

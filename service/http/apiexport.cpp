@@ -75,8 +75,8 @@ Handled exportTests(Connection &connection, const Request &request, Service &ser
     const bool chunked = request.takesChunks;
     Answer answer;
     answer.contentType = format->contentType;
-    answer.headers = "Content-Disposition: attachment; filename=\"velometer." +
-                     name.toStdString() + "\"\r\n";
+    answer.headers =
+        "Content-Disposition: attachment; filename=\"velometer." + name.toStdString() + "\"\r\n";
     answer.headers += chunked ? "Transfer-Encoding: chunked\r\n" : "";
 
     QString after;

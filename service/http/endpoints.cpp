@@ -108,6 +108,7 @@ constexpr std::array endpoints{
     Route{"/velometer/api/v1/shares", "GET", "api_shares", Api::shares},
     Route{"/velometer/api/v1/shares", "POST", "api_share", Api::addShare},
     Route{"/velometer/api/v1/shares/{}", "DELETE", "api_revoke", Api::removeShare},
+    Route{"/velometer/api/v1/statistics", "GET", "api_statistics", Api::statistics},
     Route{"/velometer/api/v1/openapi.json", "GET", "api_description", Api::description},
     Route{"/healthz", "GET", "healthz", healthz},
     Route{"/metrics", "GET", "metrics", metrics},

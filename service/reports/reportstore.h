@@ -1,6 +1,7 @@
 #pragma once
 
 #include "reports/report.h"
+#include "reports/statistics.h"
 #include "reports/streamrecord.h"
 #include "reports/testquery.h"
 
@@ -124,6 +125,10 @@ public:
     virtual void shares(qint64 userId, qint64 now, Answer<QList<Share>> done) = 0;
     /// False when there is none of that key.
     virtual void removeShare(qint64 userId, const QString &key, Answer<bool> done) = 0;
+
+    /// Figures of all users that may be public, some minutes old at most. After a start this may
+    /// take a while; nothing else waits for it.
+    virtual void statistics(StatisticsBy by, Answer<Statistics> done) = 0;
 
     /// Why the store cannot take a report now ("its disk is full"); empty when it can.
     virtual void ping(std::function<void(QString)> done) = 0;

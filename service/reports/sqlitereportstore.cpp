@@ -96,8 +96,9 @@ bool SqliteReportStore::start(QString *error)
         return false;
     }
     for (int i = 0; i < readerCount; ++i) {
-        threads.emplace_back([this] { read(); });
+        threads.emplace_back([this] { read(reads); });
     }
+    threads.emplace_back([this] { read(publicReads); });
     finishDeletions();
     return true;
 }
@@ -110,6 +111,7 @@ void SqliteReportStore::close(Clock::time_point deadline)
         closing = true;
         writes.wake.notify_all();
         reads.wake.notify_all();
+        publicReads.wake.notify_all();
     }
     for (auto &thread : threads) {
         thread.join();
@@ -130,12 +132,12 @@ std::vector<SqliteReportStore::Job> SqliteReportStore::take(Queue &queue, std::s
     return taken;
 }
 
-void SqliteReportStore::read()
+void SqliteReportStore::read(Queue &queue)
 {
     stepBack();
     SqliteConnection connection;
     const bool opened = connection.open(file) && connection.execute(u"PRAGMA query_only=ON"_s);
-    for (auto jobs = take(reads, 1); !jobs.empty(); jobs = take(reads, 1)) {
+    for (auto jobs = take(queue, 1); !jobs.empty(); jobs = take(queue, 1)) {
         const bool done = opened && Clock::now() < end.load() && connection.execute(u"BEGIN"_s) &&
                           jobs.front().run(connection);
         if (!done && Clock::now() < end.load()) {

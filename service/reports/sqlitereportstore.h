@@ -2,6 +2,7 @@
 
 #include "reports/reportstore.h"
 #include "reports/sqliteconnection.h"
+#include "reports/statisticsreader.h"
 #include "reports/tablecache.h"
 
 #include <atomic>
@@ -54,6 +55,7 @@ public:
     void addShare(qint64 userId, const Share &share, Answer<bool> done) override;
     void shares(qint64 userId, qint64 now, Answer<QList<Share>> done) override;
     void removeShare(qint64 userId, const QString &key, Answer<bool> done) override;
+    void statistics(StatisticsBy by, Answer<Statistics> done) override;
     void ping(std::function<void(QString)> done) override;
     void close(std::chrono::steady_clock::time_point deadline) override;
 
@@ -91,7 +93,7 @@ private:
     void deleteMore(const TestScope &scope, QList<StreamKey> gone, Answer<QList<StreamKey>> done);
     void eraseMore(qint64 userId, qint64 gone, Answer<qint64> done);
     std::vector<Job> take(Queue &queue, std::size_t most);
-    void read();
+    void read(Queue &queue);
     void write(SqliteConnection &connection);
     Attempt tryOnce(SqliteConnection &connection, std::span<const Job> jobs);
     void runBatch(SqliteConnection &connection, std::span<const Job> batch);
@@ -104,8 +106,10 @@ private:
     std::mutex mutex;
     Queue writes;
     Queue reads;
+    Queue publicReads; ///< long ones, of a thread of their own
     bool closing = false;
     TableCache tables;
+    StatisticsReader publicFigures;                               ///< of the thread of publicReads
     std::vector<std::function<void(QString)>> pings;              ///< that one check answers
     std::atomic<Clock::time_point> end{Clock::time_point::max()}; ///< of all work
     int failures = 0;   ///< of the writer since its last success; changed by it alone

@@ -145,6 +145,19 @@ void SqliteReportStore::documents(const TestScope &scope, const QString &after,
         std::move(done));
 }
 
+void SqliteReportStore::statistics(StatisticsBy by, Answer<Statistics> done)
+{
+    ask<Statistics>(
+        publicReads,
+        [this, by](SqliteConnection &connection) {
+            return publicFigures.figures(connection, by, [this] {
+                const std::lock_guard guard(mutex);
+                return closing;
+            });
+        },
+        std::move(done));
+}
+
 void SqliteReportStore::setNote(const TestScope &scope, qint64 id, const QString &note,
                                 Answer<bool> done)
 {

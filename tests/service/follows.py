@@ -41,5 +41,5 @@ for head, body in zip(lines[::2], lines[1::2]):
             print(f"{head}\n  {error.json_path}: {error.message}")
 for pattern, methods in description["paths"].items():
     for method in methods:
-        if (pattern, method) not in asked and not methods[method].get("x-not-in-talk"):
+        if (pattern, method) not in asked and pattern != "/openapi.json":
             print(f"never asked: {method} {pattern}")

@@ -148,10 +148,9 @@ private Q_SLOTS:
             QByteArray question = line.sliced(2).toUtf8();
             question.replace("KEY", key);
             const QByteArray answer = service->exchange(request(question));
-            for (const char *part :
-                 {"\r\nCache-Control: no-store\r\n", "\r\nReferrer-Policy: no-referrer\r\n"}) {
-                QVERIFY2(answer.contains(part), answer.constData());
-            }
+            QVERIFY(answer.contains("\r\nReferrer-Policy: no-referrer\r\n"));
+            QCOMPARE(answer.contains("\r\nCache-Control: no-store\r\n"),
+                     !question.startsWith("GET statistics?by=type"));
             const auto object = QJsonDocument::fromJson(bodyOf(answer)).object();
             if (object.contains(u"key"_s)) {
                 key = object[u"key"_s].toString().toLatin1();
@@ -161,7 +160,7 @@ private Q_SLOTS:
             answers += QByteArray::number(statusOf(answer)) + ' ' + question + '\n' +
                        (isJson ? QJsonDocument(object).toJson(QJsonDocument::Compact) : "") + '\n';
             body.replace(key.isEmpty() ? QByteArray("\n\n") : key, "KEY");
-            static const QRegularExpression moments(u"\"(created|expires)_ms\": [0-9]+"_s);
+            static const QRegularExpression moments(u"\"(created|expires|updated)_ms\": [0-9]+"_s);
             talk += line;
             talk += u"%1 %2"_s.arg(statusOf(answer))
                         .arg(QString::fromUtf8(body.trimmed()).replace(moments, u"\"\\1_ms\": T"_s))

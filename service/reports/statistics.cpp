@@ -1,0 +1,173 @@
+#include "reports/statistics.h"
+
+#include "reports/shownfigures.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+#include <QTimeZone>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+using namespace Qt::StringLiterals;
+
+namespace velometer {
+
+namespace {
+
+/// Two values in one bin differ by no more than this factor.
+constexpr double binFactor = 1.03;
+
+/// About 10 km on the ground.
+constexpr double cellHeight = 0.09;
+/// Nearer to the poles nobody lives, and cells would be endlessly wide.
+constexpr double maxLatitude = 85;
+
+/// What is counted in all; a client can invent servers, but not fill the memory with them.
+constexpr std::size_t maxGroups = 100'000;
+
+int binOf(qint64 value)
+{
+    return static_cast<int>(std::floor(std::log(static_cast<double>(value)) / std::log(binFactor)));
+}
+
+/// The middle of a bin, by ratio.
+qint64 middleOf(int bin)
+{
+    return std::llround(std::pow(binFactor, bin + 0.5));
+}
+
+double widthAt(qint64 row)
+{
+    const double middle = (static_cast<double>(row) + 0.5) * cellHeight;
+    return cellHeight / std::cos(middle * std::numbers::pi / 180);
+}
+
+QString cellKey(double latitude, double longitude)
+{
+    const auto row = static_cast<qint64>(std::floor(latitude / cellHeight));
+    const auto column = static_cast<qint64>(std::floor(longitude / widthAt(row)));
+    return u"%1,%2"_s.arg(row).arg(column);
+}
+
+Statistics::Place placeOf(const QString &key)
+{
+    const qint64 row = key.section(u',', 0, 0).toLongLong();
+    const qint64 column = key.section(u',', 1).toLongLong();
+    return {.latitude = static_cast<double>(row) * cellHeight,
+            .longitude = static_cast<double>(column) * widthAt(row),
+            .height = cellHeight,
+            .width = widthAt(row)};
+}
+
+/// A name comes from clients: nothing but a host's is shown to everybody.
+bool isHost(const QString &name)
+{
+    static const QRegularExpression host(u"\\A[A-Za-z0-9._:-]{1,253}\\z"_s);
+    return host.match(name).hasMatch();
+}
+
+} // namespace
+
+void StatisticsTable::Histogram::add(qint64 user, const std::optional<qint64> &value)
+{
+    if (!value || *value < 1) {
+        return;
+    }
+    ++bins[binOf(*value)];
+    ++count;
+    if (users.size() < Statistics::minUsers && std::ranges::find(users, user) == users.end()) {
+        users.push_back(user);
+    }
+}
+
+/// Of the value in the middle of that share.
+qint64 StatisticsTable::Histogram::at(double share) const
+{
+    const auto wanted = static_cast<qint64>(std::llround(share * static_cast<double>(count - 1)));
+    qint64 passed = 0;
+    for (const auto &[bin, tests] : bins) {
+        passed += tests;
+        if (passed > wanted) {
+            return middleOf(bin);
+        }
+    }
+    return 0;
+}
+
+std::optional<Statistics::Figure> StatisticsTable::Histogram::figure() const
+{
+    if (count < Statistics::minTests || users.size() < Statistics::minUsers) {
+        return std::nullopt;
+    }
+    return Statistics::Figure{.count = count, .p10 = at(0.1), .median = at(0.5), .p90 = at(0.9)};
+}
+
+void StatisticsTable::count(StatisticsBy by, const QString &key, const Test &test)
+{
+    const auto place = std::pair(by, key);
+    if (groups.size() >= maxGroups && !groups.contains(place)) {
+        return;
+    }
+    Group &group = groups[place];
+    for (Histograms *histograms : {&group.all, &group.types[test.type]}) {
+        histograms->at(0).add(test.user, test.download);
+        histograms->at(1).add(test.user, test.upload);
+        histograms->at(2).add(test.user, test.rtt);
+    }
+}
+
+void StatisticsTable::add(const Test &test)
+{
+    if (!ShownFigures::isTime(test.time)) {
+        return;
+    }
+    const auto time = QDateTime::fromMSecsSinceEpoch(test.time, QTimeZone::utc());
+    count(StatisticsBy::Month, time.toString(u"yyyy-MM"_s), test);
+    count(StatisticsBy::Type, ConnectionClasses::key(test.type), test);
+    if (!test.operatorCode.isEmpty() && ConnectionClasses::isMobile(test.type)) {
+        count(StatisticsBy::Operator, test.operatorCode, test);
+    }
+    if (isHost(test.server)) {
+        count(StatisticsBy::Server, test.server, test);
+    }
+    if (test.latitude && test.longitude && std::abs(*test.latitude) < maxLatitude) {
+        count(StatisticsBy::Cell, cellKey(*test.latitude, *test.longitude), test);
+    }
+}
+
+Statistics StatisticsTable::figures(StatisticsBy by) const
+{
+    Statistics result;
+    for (auto group = groups.lower_bound({by, QString()});
+         group != groups.end() && group->first.first == by; ++group) {
+        const QString &key = group->first.second;
+        const auto add = [&](const Histograms &histograms, std::optional<ConnectionClass> type) {
+            Statistics::Row row{.key = key,
+                                .type = type,
+                                .place = {},
+                                .download = histograms.at(0).figure(),
+                                .upload = histograms.at(1).figure(),
+                                .rtt = histograms.at(2).figure()};
+            if (by == StatisticsBy::Cell) {
+                row.place = placeOf(key);
+            }
+            if (row.download || row.upload || row.rtt) {
+                result.rows += row;
+            }
+        };
+        add(group->second.all, std::nullopt);
+        if (by != StatisticsBy::Type) {
+            for (const auto type : ConnectionClasses::all()) {
+                if (const auto own = group->second.types.find(type);
+                    own != group->second.types.end()) {
+                    add(own->second, type);
+                }
+            }
+        }
+    }
+    return result;
+}
+
+} // namespace velometer

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "reports/connectionclass.h"
+#include "reports/testquery.h"
+
+#include <QString>
+
+#include <array>
+#include <map>
+#include <vector>
+
+namespace velometer {
+
+enum class StatisticsBy { Month, Type, Operator, Server, Cell };
+
+/// Figures of all users' verified tests that may be told to everybody.
+struct Statistics
+{
+    /// At least minTests tests of at least minUsers users, else there is no figure.
+    struct Figure
+    {
+        qint64 count = 0;
+        qint64 p10 = 0, median = 0, p90 = 0;
+    };
+    struct Place
+    {
+        double latitude = 0, longitude = 0; ///< of the south-western corner, degrees
+        double height = 0, width = 0;       ///< degrees
+    };
+    struct Row
+    {
+        QString key;                         ///< "2024-05", "lte", "228-01", a host, "ROW,COLUMN"
+        std::optional<ConnectionClass> type; ///< nothing: all types
+        std::optional<Place> place;          ///< of a cell
+        std::optional<Figure> download, upload, rtt;
+    };
+    static constexpr qint64 minTests = 10;
+    static constexpr std::size_t minUsers = 3;
+
+    qint64 updated = 0; ///< ms since 1970
+    QList<Row> rows;    ///< by key, all types before the single ones; none without a figure
+};
+
+/// Counts tests, one after the other, into histograms whose bins are 3 per cent wide: what is read
+/// from them is right to within 2 per cent, and a million tests take no more room than a thousand.
+class StatisticsTable
+{
+public:
+    struct Test
+    {
+        qint64 user = 0;
+        qint64 time = 0; ///< ms since 1970
+        ConnectionClass type = ConnectionClass::Other;
+        QString operatorCode; ///< empty when unknown
+        QString server;
+        std::optional<double> latitude, longitude;
+        std::optional<qint64> download, upload, rtt;
+    };
+    void add(const Test &test);
+
+    /// Without the time.
+    Statistics figures(StatisticsBy by) const;
+
+private:
+    struct Histogram
+    {
+        std::map<int, qint64> bins;
+        qint64 count = 0;
+        std::vector<qint64> users; ///< the first of them, as many as are needed
+
+        void add(qint64 user, const std::optional<qint64> &value);
+        std::optional<Statistics::Figure> figure() const;
+        qint64 at(double share) const;
+    };
+    using Histograms = std::array<Histogram, 3>;
+    struct Group
+    {
+        Histograms all;
+        std::map<ConnectionClass, Histograms> types;
+    };
+    void count(StatisticsBy by, const QString &key, const Test &test);
+
+    std::map<std::pair<StatisticsBy, QString>, Group> groups;
+};
+
+} // namespace velometer
