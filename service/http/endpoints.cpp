@@ -91,6 +91,7 @@ constexpr std::array endpoints{
     Route{"/velometer/getuploadresult.php", "GET", "upload_result", Measurements::uploadResult},
     Route{"/velometer/redirect_iphone.php", "POST", "submit_report", submitReport},
     Route{"/velometer/Controller", "GET", "pages", controllerPage},
+    Route{"/velometer/statistics", "GET", "statistics", statisticsPage},
     Route{"/", "GET", "home", homePage},
     Route{"/velometer/assets/*", "GET", "assets", assetFile},
     Route{"/velometer/api/v1/tests", "GET", "api_tests", Api::tests},

@@ -6,6 +6,7 @@
 #include "web/comparepage.h"
 #include "web/homepage.h"
 #include "web/messagepage.h"
+#include "web/statisticspage.h"
 #include "web/testpage.h"
 #include "web/userpage.h"
 
@@ -21,6 +22,9 @@ namespace {
 
 /// Rows of a page's list: what is read at a time, and what comes over a slow link in one go.
 constexpr int rowsPerPage = 50;
+
+/// After a start all reports are read for the public figures, once.
+constexpr auto statisticsTime = 60s;
 
 Answer html(const Service &service, int status, std::string page)
 {
@@ -43,9 +47,10 @@ Answer badQuery(const QString &sentence)
 /// What the store says to @p call; nothing when it does not. @p call has a name where this is
 /// called, for GCC 12's sake.
 template <typename Value, typename Call>
-asio::awaitable<std::optional<Value>> ask(Connection &connection, const Call &call)
+asio::awaitable<std::optional<Value>> ask(Connection &connection, const Call &call,
+                                          std::chrono::seconds patience = storeTime)
 {
-    OneShot<std::optional<Value>> answer(connection.executor(), storeTime);
+    OneShot<std::optional<Value>> answer(connection.executor(), patience);
     call(answer.setter());
     auto told = co_await answer.wait();
     co_return told ? *std::move(told) : std::nullopt;
@@ -244,6 +249,33 @@ asio::awaitable<MaybeAnswer> controllerPage(Connection &connection, const Reques
     }
     co_return html(service, 404,
                    MessagePage::make(asked.viewer.language, Texts::unknownPage));
+}
+
+asio::awaitable<MaybeAnswer> statisticsPage(Connection &connection, const Request &request,
+                                            Service &service)
+{
+    const auto share = service.pages.take(Subscriber::of(connection.getPeer()));
+    if (!share) {
+        co_return busy();
+    }
+    StatisticsPage page;
+    page.language = Languages::choose(request.parameter("language").value_or(""),
+                                      request.acceptLanguage);
+    for (const auto &[by, part] : {std::pair{StatisticsBy::Type, &page.types},
+                                   {StatisticsBy::Operator, &page.operators},
+                                   {StatisticsBy::Server, &page.servers},
+                                   {StatisticsBy::Month, &page.months}}) {
+        const auto count = [&service, by](auto done) {
+            service.store->statistics(by, std::move(done));
+        };
+        auto statistics = co_await ask<Statistics>(connection, count, statisticsTime);
+        if (!statistics) {
+            co_return storeFailed(service, 500);
+        }
+        *part = *std::move(statistics);
+    }
+    const auto make = [page, tiles = service.options.tiles] { return page.toHtml(tiles); };
+    co_return co_await makePage(connection, request, service, make);
 }
 
 asio::awaitable<MaybeAnswer> homePage(Connection &connection, const Request &request,

@@ -10,6 +10,10 @@ namespace velometer {
 boost::asio::awaitable<MaybeAnswer> controllerPage(Connection &connection, const Request &request,
                                                    Service &service);
 
+/// What all users' tests together say.
+boost::asio::awaitable<MaybeAnswer> statisticsPage(Connection &connection, const Request &request,
+                                                   Service &service);
+
 /// What this service is, and how it is.
 boost::asio::awaitable<MaybeAnswer> homePage(Connection &connection, const Request &request,
                                              Service &service);

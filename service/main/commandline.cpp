@@ -107,6 +107,9 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
     if (!deployment) {
         return End{.status = 2, .text = u"velometer-service: "_s + error + u'\n'};
     }
+    if (options.tiles.attribution.isEmpty()) {
+        options.tiles.attribution = deployment->attribution;
+    }
     options.salt = deployment->salt;
     options.maxReportBytes = static_cast<std::size_t>(reportBytes);
     return start;

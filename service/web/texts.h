@@ -249,6 +249,9 @@ inline constexpr Phrase statisticsHint{"Figures of tests that this service has c
                                        "least 3 users stand behind a figure, and none leads to anybody.",
                                        "Werte von Tests, die dieser Dienst bestätigt hat. Hinter jedem stehen mindestens "
                                        "10 Tests von mindestens 3 Personen, und keiner führt zu jemandem."};
+inline constexpr Phrase byMonth{"By month", "Nach Monat"};
+inline constexpr Phrase byOperator{"By operator", "Nach Betreiber"};
+inline constexpr Phrase byServer{"By server", "Nach Server"};
 inline constexpr Phrase statisticsNone{"There are not enough tests for a figure yet.",
                                        "Noch gibt es für keinen Wert genug Tests."};
 

@@ -216,14 +216,29 @@ export class TestMap {
   }
 
   drawCells(grid) {
-    const medians = this.cells.map((cell) => cell.median_bps).filter((value) => value > 0);
-    const scale = d3.scaleLog().domain([Math.min(...medians, 1e9), Math.max(...medians, 1)])
-      .range([colour("--up"), colour("--nr")]).clamp(true);
-    for (const { latitude, longitude, size_deg: size, count, median_bps: median } of this.cells) {
-      const tint = median > 0 ? scale(median) : colour("--other");
-      L.rectangle([[latitude, longitude], [latitude + size, longitude + size]], { color: tint, weight: 1,
-        fillOpacity: 0.4 }).bindTooltip(escaped(fill(texts.cellMedian, number(count), figure("download", median))))
-        .addTo(grid);
-    }
+    drawCells(this.cells.map((cell) => ({ latitude: cell.latitude, longitude: cell.longitude, height: cell.size_deg,
+      width: cell.size_deg, count: cell.count, median: cell.median_bps })), grid);
   }
+}
+
+/** Cells in the colour of their median, from little to much. */
+function drawCells(cells, target) {
+  const medians = cells.map((cell) => cell.median).filter((value) => value > 0);
+  const scale = d3.scaleLog().domain([Math.min(...medians, 1e9), Math.max(...medians, 1)])
+    .range([colour("--up"), colour("--nr")]).clamp(true);
+  for (const { latitude, longitude, height, width, count, median } of cells) {
+    const tint = median > 0 ? scale(median) : colour("--other");
+    L.rectangle([[latitude, longitude], [latitude + height, longitude + width]], { color: tint, weight: 1,
+      fillOpacity: 0.4 }).bindTooltip(escaped(fill(texts.cellMedian, number(count), figure("download", median))))
+      .addTo(target);
+  }
+}
+
+/** A map of nothing but cells. */
+export function cellMap(place, cells) {
+  const map = makeMap(place);
+  groundLayer().addTo(map);
+  map.fitBounds(cells.length > 0 ? L.latLngBounds(cells.flatMap((cell) => [[cell.latitude, cell.longitude],
+    [cell.latitude + cell.height, cell.longitude + cell.width]])) : [[45.8, 5.9], [47.8, 10.5]], { animate: false });
+  drawCells(cells, map);
 }
