@@ -1,28 +1,18 @@
 #include "measure/uploadmeter.h"
 
+#include "utils/intervalrates.h"
+
 #include <algorithm>
-#include <limits>
-#include <span>
 
 namespace velometer {
 
 namespace {
 
-constexpr std::size_t rampUp = 2;
-constexpr std::size_t window = 10;
-
 /// A stream lasts a minute and a bit; what comes later belongs to the last interval.
 constexpr std::size_t maxIntervals = 1000;
 
-/// Mean of intervals of 100 ms in bit/s.
-std::int64_t rate(std::span<const std::int64_t> bytes)
-{
-    std::int64_t sum = 0;
-    for (const auto count : bytes) {
-        sum += count;
-    }
-    return sum * 80 / static_cast<std::int64_t>(bytes.size());
-}
+/// Bytes in an interval of 100 ms to bit/s.
+constexpr std::int64_t bitsPerSecond = 80;
 
 } // namespace
 
@@ -67,15 +57,16 @@ std::optional<UploadFigures> UploadMeter::figures() const
         return std::nullopt;
     }
     const auto count = indexOf(ended);
-    auto full = perInterval;
-    full.resize(count, 0);
-    const std::span<const std::int64_t> intervals(full);
+    std::vector<qint64> rates(count, 0);
+    for (std::size_t i = 0; i < std::min(count, perInterval.size()); ++i) {
+        rates.at(i) = perInterval.at(i) * bitsPerSecond;
+    }
 
     UploadFigures result;
-    if (count > rampUp) {
-        result.avg = rate(intervals.subspan(rampUp));
+    if (const auto average = IntervalRates::average(rates)) {
+        result.avg = *average;
     } else if (count > 0) {
-        result.avg = rate(intervals);
+        result.avg = IntervalRates::mean(rates);
     } else {
         // Shorter than one interval; below a millisecond the duration says nothing any more.
         const auto lasted =
@@ -83,17 +74,10 @@ std::optional<UploadFigures> UploadMeter::figures() const
                      std::chrono::milliseconds::rep{1});
         result.avg = total * 8000 / lasted;
     }
-    result.min = result.avg;
-    result.max = result.avg;
-    if (count >= rampUp + window) {
-        result.max = 0;
-        result.min = std::numeric_limits<std::int64_t>::max();
-        for (std::size_t start = rampUp; start + window <= count; ++start) {
-            const auto mean = rate(intervals.subspan(start, window));
-            result.min = std::min(result.min, mean);
-            result.max = std::max(result.max, mean);
-        }
-    }
+    const auto extremes = IntervalRates::extremes(rates).value_or(
+        IntervalRates::Extremes{.min = result.avg, .max = result.avg});
+    result.min = extremes.min;
+    result.max = extremes.max;
     return result;
 }
 

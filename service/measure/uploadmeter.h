@@ -43,9 +43,8 @@ public:
         return std::chrono::duration_cast<std::chrono::milliseconds>(ended - first);
     }
 
-    /// Average over the full intervals without the first two, the ramp-up; minimum and maximum over
-    /// windows of ten intervals where there are enough for one, else the average. A stream too
-    /// short for that counts as a whole. Nothing when no byte came.
+    /// The rates of the full intervals by IntervalRates; without a window minimum and maximum are
+    /// the average. A stream too short for that counts as a whole. Nothing when no byte came.
     std::optional<UploadFigures> figures() const;
 
 private:

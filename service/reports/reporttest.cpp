@@ -1,5 +1,6 @@
 #include "reports/reporttest.h"
 
+#include "utils/intervalrates.h"
 #include "utils/utils.h"
 
 #include <QHash>
@@ -120,7 +121,7 @@ FinishedTest::Throughput throughput(const Document &document, const QString &pha
     figures.longestPause = nanoseconds(document.number(place + u"MaxPause"_s));
     figures.intervalBytes = byteList(document.text(place + u"Bytes"_s));
     // "Valid" says that the phase ran; valid is one with a rate, and bytes after its ramp-up.
-    constexpr qsizetype rampUp = 2;
+    constexpr auto rampUp = static_cast<qsizetype>(IntervalRates::rampUp);
     const auto bytes = figures.intervalBytes.value_or(QList<qint64>());
     figures.valid =
         figures.averageRate && bytes.size() > rampUp &&

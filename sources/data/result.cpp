@@ -1,19 +1,14 @@
 #include "data/result.h"
 
+#include "utils/intervalrates.h"
 #include "utils/utils.h"
+
+#include <algorithm>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace velometer {
-
-namespace {
-
-/// The first two intervals are ramp-up.
-constexpr int firstCountedInterval = 2;
-/// One second.
-constexpr int windowLength = 10;
-
-} // namespace
 
 Result::Result(QObject *parent)
     : QObject(parent)
@@ -40,7 +35,6 @@ Result::Result(int port, int expected, qlonglong real, qint64 bytes, const Inter
         rateavg = static_cast<qint64>(static_cast<double>(bytestransferd) * 8.0 / seconds);
     }
     calculateValues();
-    calculateWindows();
 }
 
 Result::Result(int port, const QHash<int, int> &times, QObject *parent)
@@ -79,36 +73,17 @@ void Result::initialize()
 
 void Result::calculateValues()
 {
-    const auto n = static_cast<int>(valuesrate.size());
-    if (n <= firstCountedInterval) {
-        return;
+    std::vector<qint64> rates;
+    for (int key = 0; key < valuesrate.size(); ++key) {
+        rates.push_back(valuesrate.value(key));
     }
-    qint64 sum = 0;
-    for (int key = firstCountedInterval; key < n; ++key) {
-        const qint64 value = valuesrate.value(key);
-        sum += value;
-        if (value > 0) {
-            valid = true;
-        }
-    }
-    valuesavg = sum / (n - firstCountedInterval);
-}
-
-void Result::calculateWindows()
-{
-    const auto n = static_cast<int>(valuesrate.size());
-    for (int start = firstCountedInterval; start < n - (windowLength - 1); ++start) {
-        qint64 sum = 0;
-        for (int key = start; key < start + windowLength; ++key) {
-            sum += valuesrate.value(key);
-        }
-        const qint64 mean = sum / windowLength;
-        if (ratemin == -1 || ratemin > mean) {
-            ratemin = mean;
-        }
-        if (ratemax == -1 || ratemax < mean) {
-            ratemax = mean;
-        }
+    valuesavg = IntervalRates::average(rates).value_or(0);
+    valid = rates.size() > IntervalRates::rampUp &&
+            std::any_of(rates.begin() + IntervalRates::rampUp, rates.end(),
+                        [](qint64 rate) { return rate > 0; });
+    if (const auto extremes = IntervalRates::extremes(rates)) {
+        ratemin = extremes->min;
+        ratemax = extremes->max;
     }
 }
 

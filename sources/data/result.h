@@ -28,12 +28,9 @@ public:
 
     /// A throughput phase (Download or Upload).
     /// - average rate: all bytes over the real duration; none when that is below 1 ns
-    /// - average of the values: mean of the rate samples from interval 2 on (the first two are
-    /// ramp-up),
-    ///   with at least 3 samples; the phase is valid when one of those samples is above 0
-    /// - minimum and maximum: over the means of 10 intervals starting at 2, 3, ... n-10, with at
-    /// least
-    ///   12 samples
+    /// - average of the values, minimum and maximum: those of IntervalRates; the phase is valid
+    /// when
+    ///   one of the rates after the ramp-up is above 0
     /// @p expectedduration in s, the other durations in ns.
     Result(int testport, int expectedduration, qlonglong realduration, qint64 bytestransferd,
            const IntervalTable &valuesrate, const IntervalTable &valuesbyte, qlonglong max_pause,
@@ -90,7 +87,6 @@ public:
 
 private:
     void calculateValues();
-    void calculateWindows();
     bool hasRate() const { return isMeasured() && (valid || cutByBudget); }
 
     qint64 ratemin = -1;

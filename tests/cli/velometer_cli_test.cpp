@@ -18,6 +18,54 @@ QJsonObject object(const QByteArray &line)
 {
     return QJsonDocument::fromJson(line).object();
 }
+
+/// Members of a test that no report carries; those of a table are named alike but for the place.
+const QStringList onDeviceOnly{u"server.name"_s,        u"server.city"_s,
+                               u"server.state"_s,       u"server.country"_s,
+                               u"server.ip"_s,          u"rtt.samples_ns"_s,
+                               u"tcp.congestion"_s,     u"network.roaming"_s,
+                               u"budget.max_bytes"_s,   u"budget.reached"_s,
+                               u"report.delivered"_s,   u"report.queue_id"_s,
+                               u"report.resent"_s,      u"position.velocity_kmh"_s,
+                               u"position.distance_m"_s};
+
+/// The device's export of one test in @p format with nothing where a report tells nothing.
+QByteArray asReported(const QByteArray &document, const QString &format)
+{
+    QList<QByteArray> lines = document.split('\n');
+    const auto withoutDevice = [](QJsonObject test) {
+        for (const QString &key : onDeviceOnly) {
+            QJsonObject group = test[key.section(u'.', 0, 0)].toObject();
+            group[key.section(u'.', 1)] = QJsonValue::Null;
+            test[key.section(u'.', 0, 0)] = group;
+        }
+        return test;
+    };
+    const auto line = [](const QJsonObject &each) {
+        return QJsonDocument(each).toJson(QJsonDocument::Compact);
+    };
+    if (format == u"json"_s) {
+        lines[0] = line(withoutDevice(object(lines[0])));
+    } else if (format == u"geojson"_s) {
+        QJsonObject feature = object(lines[1]);
+        feature[u"properties"_s] = withoutDevice(feature[u"properties"_s].toObject());
+        lines[1] = line(feature);
+    } else if (format == u"csv"_s) {
+        const auto names = lines[0].trimmed().split(',');
+        auto cells = lines[1].trimmed().split(',');
+        for (qsizetype i = 0; i < names.size(); ++i) {
+            const QString name = QString::fromLatin1(names[i]);
+            const bool isShort = name == u"roaming"_s || name == u"velocity_kmh"_s;
+            if (name == u"id"_s || name == u"distance_m"_s || isShort ||
+                onDeviceOnly.contains(QString(name).replace(name.indexOf(u'_'), 1, u'.'))) {
+                cells[i].clear();
+            }
+        }
+        lines[1] = cells.join(',') + '\r';
+    }
+    return lines.join('\n');
+}
+
 QJsonObject lastObject(const ProgramHome::Ended &ended)
 {
     return object(ended.printed.trimmed().split('\n').last());
@@ -95,6 +143,29 @@ private Q_SLOTS:
                 made.next();
                 QVERIFY2(!(made.fileInfo().permissions() & 0x0077), qPrintable(made.filePath()));
             }
+        }
+    }
+
+    void theServiceExportsWhatTheDeviceDoes()
+    {
+        const QString script = home->write(
+            u"device"_s,
+            R"({"mode":"LteMode","status":"HomeNetwork","signal":71,"name":"Net <1>",)"
+            R"("mcc":"228","mnc":"01","home_mcc":"229","home_mnc":"02","cell":2814211,"lac":4711,)"
+            R"("device":{"imei":"3569","manufacturer":"Maker","product":"Pro","model":"M1"}})"
+            "\n"
+            R"({"at_ms":100,"position":{"latitude":47.2266,"longitude":8.8184,"altitude":412.5,)"
+            R"("accuracy_h":9,"accuracy_v":14}})");
+        const Ended ended = run({u"--platform"_s, u"scripted:"_s + script, u"--location"_s,
+                                 u"train"_s, u"--wait-position"_s, u"9"_s});
+        QCOMPARE(ended.status, 0);
+        const QByteArray user = reported(u"SELECT userid FROM reports"_s)[0][0].toByteArray();
+        for (const QString &format : {u"csv"_s, u"json"_s, u"geojson"_s, u"gpx"_s}) {
+            const Ended device = run({u"export"_s, u"--format"_s, format});
+            const QByteArray service = home->get("/velometer/api/v1/export?userid=" + user +
+                                                 "&format=" + format.toLatin1());
+            QCOMPARE(service.split(','), asReported(device.printed, format).split(','));
+            QVERIFY2(format == u"csv"_s || service.contains("47.2266"), service.constData());
         }
     }
 

@@ -176,6 +176,17 @@ private Q_SLOTS:
         }
         QCOMPARE(talk.size(), expected.size());
         follows(answers);
+
+        // His id is of no use any more.
+        const QByteArray late = readAll(QStringLiteral(REPORT_FILE)).toUtf8();
+        const QByteArray refused = service->exchange(
+            "POST /velometer/redirect_iphone.php HTTP/1.1\r\nHost: x\r\nContent-Length: " +
+            QByteArray::number(late.size()) + "\r\n\r\n" + late);
+        QCOMPARE(statusOf(refused), 410);
+        QCOMPARE(bodyOf(refused),
+                 "The measurements of this user id were deleted; reports of it are not taken.\n");
+        QCOMPARE(bodyOf(service->get("/velometer/api/v1/openapi.json")),
+                 readAll(QStringLiteral(DESCRIPTION)).toUtf8());
     }
 
 private:

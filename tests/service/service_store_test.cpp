@@ -8,6 +8,7 @@
 #include <QScopeGuard>
 #include <QTemporaryDir>
 
+#include <cmath>
 #include <csignal>
 #include <future>
 
@@ -28,6 +29,18 @@ Value result(Call call)
     std::promise<Value> promise;
     call([&promise](Value value) { promise.set_value(std::move(value)); });
     return promise.get_future().get();
+}
+
+template <typename Value, typename Call>
+std::optional<Value> answer(Call call)
+{
+    return result<std::optional<Value>>(call);
+}
+
+template <typename Value>
+Value parsed(const std::string &query)
+{
+    return std::get<Value>(Value::parse(UrlQuery::parse(query).value()));
 }
 
 ReportStore::User userOf(const Store &store, const QString &uuid)
@@ -190,6 +203,153 @@ private Q_SLOTS:
         claimed.clientTime = 11;
         put(store, claimed);
         QVERIFY(!reportsOf(store, 5, 1).reports.constFirst().verified);
+    }
+
+    void filtersMeanTheSameInListsAndFigures()
+    {
+        const Store store = open();
+        for (int i = 0; i < 30; ++i) {
+            Report each = report(5, i / 10, i / 2 * 86'400'000LL + 946'684'800'000);
+            each.testId = i;
+            each.testServer = i % 3 == 0 ? u"a"_s : u"b'"_s;
+            each.connectionType = i % 5 == 0 ? u"WlanMode"_s : u"LteMode"_s;
+            each.location = i % 4 == 0 ? u"Indoor"_s : u"Car"_s;
+            each.mcc = u"228"_s;
+            each.mnc = i % 2 == 0 ? u"01"_s : u"02"_s;
+            each.uploadClient.avg = i % 7 == 0 ? std::optional<qint64>(1) : std::nullopt;
+            put(store, each);
+        }
+        sql(file, {u"UPDATE reports SET download_rate = nullif(id * 7 % 11, 3), upload_rate = "
+                   "nullif(id % 3, 0), rtt = nullif(id * 5 % 9, 4)"_s});
+        for (const auto &[query, condition] :
+             {std::pair{"", u"1"_s},
+              {"from=2000-01-03&to=2000-01-05",
+               u"client_time >= 946857600000 AND client_time < 947116800000"_s},
+              {"from=946857600001&to=947030400000",
+               u"client_time > 946857600000 AND client_time <= 947030400000"_s},
+              {"type=wlan,5g", u"connection_type = 'WlanMode'"_s},
+              {"server=b%27&series=0,2", u"test_server LIKE 'b_' AND seriesid <> 1"_s},
+              {"location=Car&operator=228-02", u"location = 'Car' AND mnc = '02'"_s},
+              {"verified=1", u"verified = 1"_s},
+              {"test=9", u"id = 9"_s},
+              {"server=none", u"0"_s}}) {
+            const auto filter = parsed<TestFilter>(query);
+            QCOMPARE(parsed<TestFilter>(filter.toQuery().toStdString()), filter);
+            for (const auto &scope : {TestScope{5, filter, {}}, TestScope{5, {}, filter}}) {
+                const auto summary =
+                    *answer<Summary>([&](auto done) { store->summary(scope, done); });
+                for (const auto &[sort, column] : {std::pair{"time", u"client_time"_s},
+                                                   {"download", u"download_rate"_s},
+                                                   {"upload", u"upload_rate"_s},
+                                                   {"rtt", u"rtt"_s},
+                                                   {"type", u"type"_s},
+                                                   {"server", u"test_server"_s}}) {
+                    for (const QString &direction : {u"asc"_s, u"desc"_s}) {
+                        std::string next;
+                        QStringList walk;
+                        do {
+                            const auto order =
+                                parsed<TestOrder>("limit=4&sort=" + std::string(sort) + "&order=" +
+                                                  direction.toStdString() + "&after=" + next);
+                            const auto page = *answer<TestPage>(
+                                [&](auto done) { store->tests(scope, order, done); });
+                            QCOMPARE(page.count, summary.tests);
+                            for (const TestRow &row : page.rows) {
+                                walk += QString::number(row.id);
+                            }
+                            next = page.next.toStdString();
+                        } while (!next.empty());
+                        const QString all =
+                            u"SELECT ifnull(group_concat(id), '') FROM (SELECT id FROM reports "
+                            "WHERE %1 ORDER BY %2 IS NULL, %2 %3, id %3)"_s;
+                        QCOMPARE(walk.join(u','),
+                                 sql(file, {all.arg(condition, column, direction)}).toString());
+                        QCOMPARE(walk.size(), summary.tests);
+                    }
+                }
+            }
+        }
+    }
+
+    void finishesWhatAKillInterrupted()
+    {
+        Store store = open();
+        QFile device(QStringLiteral(DEVICE_REPORT));
+        QVERIFY(device.open(QIODevice::ReadOnly));
+        const QString document = QString::fromUtf8(device.readAll());
+        for (const qint64 user : {5, 6}) {
+            Report each = report(user, 1, 10);
+            each.document = document;
+            put(store, each);
+            store->storeStream({.test = each.key(), .ended = 4'102'444'800'000});
+        }
+        const Share share{u"key"_s, {}, true, 1, 4'102'444'800'000};
+        QVERIFY(*answer<bool>([&](auto done) { store->addShare(5, share, done); }));
+        store.reset();
+        // As version 3 left it, and as a deletion did that had just begun.
+        sql(file, {u"UPDATE reports SET type = NULL, connection_type = 'NrMode', mcc = '228', mnc "
+                   u"= '01', "
+                   "verified = 1, download_avg = 8, upload_client_avg = 6, rtt_avg = 7"_s,
+                   u"UPDATE users SET deleted = 1, erased = 0 WHERE id = 6"_s});
+        store = open();
+        QCOMPARE(put(store, report(6, 1, 11)), ReportStore::Outcome::Deleted);
+        QCOMPARE(put(store, report(5, 1, 11)), ReportStore::Outcome::Stored);
+        store.reset();
+        QCOMPARE(
+            sql(file, {u"SELECT group_concat(type || operator || ' ' || download_rate || ' ' || "
+                       "upload_rate || ' ' || rtt || ' ' || bytes || ' ' || accuracy) "
+                       "FROM reports"_s}),
+            u"5228-01 8 6 7 47225000 5.0"_s);
+        QCOMPARE(sql(file, {u"SELECT group_concat(userid || ' ' || id) FROM reports"_s}),
+                 u"5 1,5 3"_s);
+        QCOMPARE(sql(file, {u"SELECT group_concat(userid) FROM streams"_s}), 5);
+        // And one from its beginning: nothing is left but that he was there.
+        store = open();
+        QCOMPARE(*answer<qint64>([&](auto done) { store->deleteUser(5, done); }), 2);
+        QCOMPARE(put(store, report(5, 1, 12)), ReportStore::Outcome::Deleted);
+        QCOMPARE(sql(file, {u"SELECT (SELECT count(*) FROM reports) + (SELECT count(*) FROM "
+                            "streams) + (SELECT count(*) FROM shares)"_s}),
+                 0);
+        QCOMPARE(put(store, report(7, 1, 12)), ReportStore::Outcome::Stored);
+        QCOMPARE(sql(file, {u"SELECT id FROM reports"_s}), 4);
+    }
+
+    void publishesFiguresOfVerifiedTestsOfSeveralUsers()
+    {
+        const Store store = open();
+        // Ten tests of three users over WLAN, nine over LTE, eleven of two users over 5G; then as
+        // many that claim what nobody served.
+        for (int i = 0; i < 60; ++i) {
+            const int kind = i % 30 < 10 ? 0 : i % 30 < 19 ? 1 : 2;
+            Report each = report(1 + i % (kind == 2 ? 2 : 3), 1, 946'684'800'000 + i);
+            each.connectionType = QStringList{u"WlanMode"_s, u"LteMode"_s, u"NrMode"_s}.at(kind);
+            each.testServer = i % 30 < 15 ? u"a.example"_s : u"<b>"_s;
+            each.rttAvg = 1'000'000 * (1 + i);
+            each.download.avg = i < 30 ? std::nullopt : std::optional<qint64>(5);
+            put(store, each);
+        }
+        const auto near = [](qint64 ns) {
+            return QString::number(std::round(static_cast<double>(ns) / 1e6));
+        };
+        for (const auto &[by, expected] :
+             {std::pair{StatisticsBy::Type, u"wlan all 10 2 6 9"_s},
+              {StatisticsBy::Server, u"a.example all 15 2 8 14|a.example wlan 10 2 6 9"_s},
+              {StatisticsBy::Month, u"2000-01 all 30 4 16 27|2000-01 wlan 10 2 6 9"_s}}) {
+            QStringList rows;
+            const auto found = *answer<Statistics>(
+                [&, wanted = by](auto done) { store->statistics(wanted, done); });
+            for (const auto &row : found.rows) {
+                QVERIFY(row.rtt && !row.download && !row.upload);
+                rows += QStringList{row.key,
+                                    row.type ? ConnectionClasses::key(*row.type) : u"all"_s,
+                                    QString::number(row.rtt->count),
+                                    near(row.rtt->p10),
+                                    near(row.rtt->median),
+                                    near(row.rtt->p90)}
+                            .join(u' ');
+            }
+            QCOMPARE(rows.join(u'|'), expected);
+        }
     }
 
     void refusesFilesThatAreNotOurs_data()

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -118,6 +119,19 @@ public:
     static QList<QVariantList> rows(const QString &file, const QString &query)
     {
         return QFile::exists(file) ? SqliteFile(file).rows(query) : QList<QVariantList>();
+    }
+
+    /// What the service answers to GET @p target, without its head; an old client's answer, in one
+    /// piece.
+    QByteArray get(const QByteArray &target) const
+    {
+        QTcpSocket socket;
+        socket.connectToHost(QStringLiteral("127.0.0.1"), static_cast<quint16>(port));
+        socket.write("GET " + target + " HTTP/1.0\r\n\r\n");
+        while (socket.waitForReadyRead(limitMs)) {
+        }
+        const QByteArray answer = socket.readAll();
+        return answer.mid(answer.indexOf("\r\n\r\n") + 4);
     }
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <optional>
+#include <span>
+
+/// The rule by which intervals of 100 ms become a stream's rates, the same for the client and the
+/// service. In the unit of the intervals' rates, rounded down.
+namespace velometer::IntervalRates {
+
+/// The first intervals tell of buffers and of slow start, not of the link.
+inline constexpr std::size_t rampUp = 2;
+/// One second.
+inline constexpr std::size_t window = 10;
+
+/// The mean of the intervals after the ramp-up; nothing where there are none.
+std::optional<qint64> average(std::span<const qint64> intervals);
+
+struct Extremes
+{
+    qint64 min = 0;
+    qint64 max = 0;
+};
+
+/// Of the means of every window after the ramp-up; nothing where there is none.
+std::optional<Extremes> extremes(std::span<const qint64> intervals);
+
+/// The mean of @p intervals, of which there is one at least.
+qint64 mean(std::span<const qint64> intervals);
+
+} // namespace velometer::IntervalRates
