@@ -46,8 +46,8 @@ asio::awaitable<MaybeAnswer> metrics(Connection &, const Request &, Service &ser
     co_return answer;
 }
 
-/// What stands for the {} or the * of @p pattern in @p path, which must not be empty; an empty text for a
-/// pattern without. Nothing when the path is another.
+/// What stands for the {} or the * of @p pattern in @p path, which must not be empty; an empty text
+/// for a pattern without. Nothing when the path is another.
 std::optional<std::string_view> match(std::string_view pattern, std::string_view path)
 {
     if (pattern.ends_with('*')) {

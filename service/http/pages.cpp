@@ -87,8 +87,8 @@ asio::awaitable<std::variant<Asked, Answer>> whoAsks(Connection &connection, con
                                                      Service &service)
 {
     Asked asked;
-    asked.viewer.language = Languages::choose(request.parameter("language").value_or(""),
-                                              request.acceptLanguage);
+    asked.viewer.language =
+        Languages::choose(request.parameter("language").value_or(""), request.acceptLanguage);
     const auto query = UrlQuery::parse(request.query);
     if (!query) {
         co_return badQuery(u"The address is damaged."_s);
@@ -116,8 +116,7 @@ asio::awaitable<std::variant<Asked, Answer>> whoAsks(Connection &connection, con
                        MessagePage::make(asked.viewer.language,
                                          key.isEmpty() ? Texts::unknownUser : Texts::unknownShare));
     case Access::State::Deleted:
-        co_return html(service, 410,
-                       MessagePage::make(asked.viewer.language, Texts::deletedUser));
+        co_return html(service, 410, MessagePage::make(asked.viewer.language, Texts::deletedUser));
     }
     asked.viewer.showsPositions = access->showsPositions;
     asked.viewer.userId = access->isShare ? 0 : access->userId;
@@ -165,8 +164,7 @@ asio::awaitable<MaybeAnswer> listPage(Connection &connection, const Request &req
 asio::awaitable<MaybeAnswer> testPage(Connection &connection, const Request &request,
                                       Service &service, const Asked &asked)
 {
-    const qint64 id =
-        asked.access.bounds.test.value_or(request.number("test").value_or(0));
+    const qint64 id = asked.access.bounds.test.value_or(request.number("test").value_or(0));
     const TestScope scope{
         .userId = asked.access.userId, .filter = {}, .bounds = asked.access.bounds};
     const auto find = [&](auto done) { service.store->test(scope, id, std::move(done)); };
@@ -175,13 +173,11 @@ asio::awaitable<MaybeAnswer> testPage(Connection &connection, const Request &req
         co_return storeFailed(service, 500);
     }
     if (found->isEmpty()) {
-        co_return html(service, 404,
-                       MessagePage::make(asked.viewer.language, Texts::unknownTest));
+        co_return html(service, 404, MessagePage::make(asked.viewer.language, Texts::unknownTest));
     }
     const auto make = [stored = found->constFirst(), viewer = asked.viewer,
                        tiles = service.options.tiles] {
-        const TestJson::View view{.isShare = !viewer.isOwner(),
-                                  .positions = viewer.showsPositions};
+        const TestJson::View view{.isShare = !viewer.isOwner(), .positions = viewer.showsPositions};
         return SingleTestPage{
             .viewer = viewer, .row = stored.row, .test = TestJson::test(stored, view)}
             .toHtml(tiles);
@@ -247,8 +243,7 @@ asio::awaitable<MaybeAnswer> controllerPage(Connection &connection, const Reques
     if (name == "Compare" && !asked.access.isShare) {
         co_return co_await comparePage(connection, request, service, asked);
     }
-    co_return html(service, 404,
-                   MessagePage::make(asked.viewer.language, Texts::unknownPage));
+    co_return html(service, 404, MessagePage::make(asked.viewer.language, Texts::unknownPage));
 }
 
 asio::awaitable<MaybeAnswer> statisticsPage(Connection &connection, const Request &request,
@@ -259,8 +254,8 @@ asio::awaitable<MaybeAnswer> statisticsPage(Connection &connection, const Reques
         co_return busy();
     }
     StatisticsPage page;
-    page.language = Languages::choose(request.parameter("language").value_or(""),
-                                      request.acceptLanguage);
+    page.language =
+        Languages::choose(request.parameter("language").value_or(""), request.acceptLanguage);
     for (const auto &[by, part] : {std::pair{StatisticsBy::Type, &page.types},
                                    {StatisticsBy::Operator, &page.operators},
                                    {StatisticsBy::Server, &page.servers},
@@ -285,8 +280,8 @@ asio::awaitable<MaybeAnswer> homePage(Connection &connection, const Request &req
     service.store->ping(problem.setter());
     const auto told = co_await problem.wait();
     HomePage page;
-    page.language = Languages::choose(request.parameter("language").value_or(""),
-                                      request.acceptLanguage);
+    page.language =
+        Languages::choose(request.parameter("language").value_or(""), request.acceptLanguage);
     page.stores = told && told->isEmpty();
     page.running = service.metrics.downloads + service.metrics.uploads;
     page.places = service.options.maxStreams;

@@ -21,7 +21,7 @@ struct ServerOptions
     std::vector<Endpoint> listen{{QStringLiteral("127.0.0.1"), 8080}};
     QString databaseFile;
     TileSource tiles; ///< of the pages' maps
-    QString salt; ///< shared with the clients, see the hash of a report
+    QString salt;     ///< shared with the clients, see the hash of a report
     int threads = 1;
     int maxStreams = 128;
     /// One client runs one stream at a time; so many share an address in a household or an office.

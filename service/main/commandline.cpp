@@ -81,10 +81,11 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
     number(u"--max-connections-per-address"_s, u"connections at once from one address"_s, 1,
            1'000'000, &options.maxConnectionsPerAddress);
     number(u"--max-report-bytes"_s, u"largest report taken"_s, 1024, 1 << 28, &reportBytes);
-    syntax.add({u"--tile-url"_s, u"URL"_s,
-                u"draw maps with these tiles, as in https://tiles.example/{z}/{x}/{y}.png; without it "
-                "the outlines of countries"_s,
-                Takes::text(&options.tiles.address)});
+    syntax.add(
+        {u"--tile-url"_s, u"URL"_s,
+         u"draw maps with these tiles, as in https://tiles.example/{z}/{x}/{y}.png; without it "
+         "the outlines of countries"_s,
+         Takes::text(&options.tiles.address)});
     syntax.add({u"--tile-attribution"_s, u"TEXT"_s, u"whom maps thank for their tiles"_s,
                 Takes::text(&options.tiles.attribution)});
     syntax.add({u"--config"_s, u"FILE"_s, u"read the deployment from this file"_s,

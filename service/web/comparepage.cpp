@@ -73,7 +73,8 @@ void writePresets(Html &html, const ComparePage &page)
     std::ranges::stable_sort(frequent.types, std::greater(), &Facets::Value::count);
     if (const auto types = FilterForm::types(frequent, language); types.size() > 1) {
         left.types = {ConnectionClasses::ofKey(types.at(0).first).value_or(ConnectionClass::Other)};
-        right.types = {ConnectionClasses::ofKey(types.at(1).first).value_or(ConnectionClass::Other)};
+        right.types = {
+            ConnectionClasses::ofKey(types.at(1).first).value_or(ConnectionClass::Other)};
         writePreset(html, page.viewer, left, right, both(types.at(0).second, types.at(1).second));
     }
     left = right = TestFilter();
@@ -113,8 +114,7 @@ void writeSide(Html &html, const ComparePage &page, const ComparePage::Side &sid
     FilterForm::writeChoice(html, prefix + u"server"_s, Texts::server, Texts::anyServer,
                             FilterForm::plain(page.facets.servers), filter.servers.join(u','));
     FilterForm::writeChoice(html, prefix + u"location"_s, Texts::place, Texts::anyPlace,
-                            FilterForm::places(page.facets, language),
-                            filter.locations.join(u','));
+                            FilterForm::places(page.facets, language), filter.locations.join(u','));
     html << "</fieldset>\n";
 }
 
@@ -146,7 +146,10 @@ void writeRow(Html &html, const QString &kind, const Phrase &title, const Spread
     html << "<tr><th scope=\"row\" class=\"" << kind << "\">" << title << "</th>";
     writeSpread(html, left, toText);
     writeSpread(html, right, toText);
-    html << "<td class=\"n " << (!change || *change == 0 ? u""_s : better ? u"good"_s : u"bad"_s)
+    html << "<td class=\"n "
+         << (!change || *change == 0 ? u""_s
+             : better                ? u"good"_s
+                                     : u"bad"_s)
          << "\">" << Figures::percent(change, html.getLanguage());
     if (change && *change != 0) {
         html << " " << (better ? Texts::better : Texts::worse);
@@ -161,9 +164,9 @@ void writeTable(Html &html, const ComparePage &page)
     const auto &right = page.right.summary;
     html << "<section class=\"card\"><h2>" << Texts::summary
          << "</h2><div class=\"wide\" tabindex=\"0\" role=\"region\" aria-label=\""
-         << Texts::compareCaption << "\"><table class=\"compare\"><caption>" << Texts::compareCaption
-         << "</caption><thead><tr><td></td><th scope=\"col\" class=\"n\">" << Texts::left
-         << "</th><th scope=\"col\" class=\"n\">" << Texts::right
+         << Texts::compareCaption << "\"><table class=\"compare\"><caption>"
+         << Texts::compareCaption << "</caption><thead><tr><td></td><th scope=\"col\" class=\"n\">"
+         << Texts::left << "</th><th scope=\"col\" class=\"n\">" << Texts::right
          << "</th><th scope=\"col\" class=\"n\">" << Texts::difference
          << "</th></tr></thead>\n<tbody><tr><th scope=\"row\">" << Texts::tests << "</th>";
     for (const auto *side : {&left, &right}) {
@@ -177,8 +180,8 @@ void writeTable(Html &html, const ComparePage &page)
     html << "<td></td></tr>\n";
     writeRow(html, u"down"_s, Texts::download, left.figures.download, right.figures.download,
              Figures::rate, true);
-    writeRow(html, u"up"_s, Texts::upload, left.figures.upload, right.figures.upload,
-             Figures::rate, true);
+    writeRow(html, u"up"_s, Texts::upload, left.figures.upload, right.figures.upload, Figures::rate,
+             true);
     writeRow(html, u"rtt"_s, Texts::rtt, left.figures.rtt, right.figures.rtt, Figures::roundTrip,
              false);
     html << "</tbody></table></div></section>\n";
@@ -203,12 +206,13 @@ std::string ComparePage::toHtml(const TileSource &tiles) const
     html << "<div class=\"heading\"><div><h1>" << Texts::compareTitle << "</h1><p class=\"quiet\">"
          << Texts::compareHint << "</p></div></div>\n";
     writePresets(html, *this);
-    html << "<form class=\"compare\" method=\"get\" action=\"/velometer/Controller\"><input "
-            "type=\"hidden\" name=\"page\" value=\"Compare\"><input type=\"hidden\" name=\"userid\" "
-            "value=\""
-         << viewer.userId << "\"><input type=\"hidden\" name=\"language\" value=\""
-         << QString::fromLatin1(Languages::code(viewer.language).data())
-         << "\">\n<div class=\"sides\">\n";
+    html
+        << "<form class=\"compare\" method=\"get\" action=\"/velometer/Controller\"><input "
+           "type=\"hidden\" name=\"page\" value=\"Compare\"><input type=\"hidden\" name=\"userid\" "
+           "value=\""
+        << viewer.userId << "\"><input type=\"hidden\" name=\"language\" value=\""
+        << QString::fromLatin1(Languages::code(viewer.language).data())
+        << "\">\n<div class=\"sides\">\n";
     writeSide(html, *this, left, Texts::left, u"l_"_s);
     writeSide(html, *this, right, Texts::right, u"r_"_s);
     html << "</div><button class=\"filled\">" << Texts::compare << "</button></form>\n";

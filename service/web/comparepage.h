@@ -15,7 +15,7 @@ struct ComparePage
 
     Viewer viewer;
     Side left, right;
-    Facets facets; ///< of all tests
+    Facets facets;    ///< of all tests
     qint64 today = 0; ///< ms since 1970
 
     /// The filter that a form's fields describe whose names begin with @p prefix ("l_", "r_").

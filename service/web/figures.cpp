@@ -53,12 +53,12 @@ QString rate(std::optional<qint64> bitsPerSecond, Language language)
 
 QString roundTrip(std::optional<qint64> nanoseconds, Language language)
 {
-    return nanoseconds
-               ? threeDigits(static_cast<double>(*nanoseconds) / 1e6, language) + u" ms"_s
-               : dash;
+    return nanoseconds ? threeDigits(static_cast<double>(*nanoseconds) / 1e6, language) + u" ms"_s
+                       : dash;
 }
 
-QString range(const QString &least, const QString &greatest, const Phrase &phrase, Language language)
+QString range(const QString &least, const QString &greatest, const Phrase &phrase,
+              Language language)
 {
     const QString unit = greatest.sliced(std::max(greatest.lastIndexOf(u' '), qsizetype{0}));
     const QString first =

@@ -185,7 +185,8 @@ void write(Html &html, const Viewer &viewer, const TestFilter &filter, const Fac
     const auto language = viewer.language;
     writeRanges(html, viewer, filter, today);
     html << "<details class=\"filterbox\" open><summary class=\"pill\">" << Texts::filters
-         << "</summary>\n<form class=\"filters\" method=\"get\" action=\"/velometer/Controller\" role=\"search\" "
+         << "</summary>\n<form class=\"filters\" method=\"get\" action=\"/velometer/Controller\" "
+            "role=\"search\" "
             "aria-label=\""
          << Texts::filters << "\">\n<input type=\"hidden\" name=\"page\" value=\""
          << viewer.listPage() << "\"><input type=\"hidden\" name=\"language\" value=\""
@@ -205,7 +206,8 @@ void write(Html &html, const Viewer &viewer, const TestFilter &filter, const Fac
                 filter.locations.join(u','));
     Values numbers;
     for (const auto &value : facets.series) {
-        numbers.append({value.key, QString::fromUtf8(Texts::seriesNumber.in(language)).arg(value.key)});
+        numbers.append(
+            {value.key, QString::fromUtf8(Texts::seriesNumber.in(language)).arg(value.key)});
     }
     writeChoice(html, u"series"_s, Texts::series, Texts::anySeries, numbers, seriesText(filter));
     writeDay(html, u"from"_s, Texts::from, filter.from);

@@ -11,18 +11,25 @@ std::string HomePage::toHtml() const
 {
     Html html(language);
     html << "<div class=\"hero\"><h1>" << Texts::homeTitle << "</h1><p>" << Texts::homeText
-         << "</p></div>\n<div class=\"two even\">\n<section class=\"card\"><h2>" << Texts::homeClient
-         << "</h2><p>" << Texts::homeClientText << "</p></section>\n<section class=\"card\"><h2>"
-         << Texts::homeFigures << "</h2><p>" << Texts::homeFiguresText
+         << "</p></div>\n<div class=\"two even\">\n<section class=\"card\"><h2>"
+         << Texts::homeClient << "</h2><p>" << Texts::homeClientText
+         << "</p></section>\n<section class=\"card\"><h2>" << Texts::homeFigures << "</h2><p>"
+         << Texts::homeFiguresText
          << "</p><p><a class=\"filled\" href=\"/velometer/statistics?language="
          << QString::fromLatin1(Languages::code(language).data()) << "\">" << Texts::statistics
          << "</a></p></section>\n</div>\n<section class=\"card\"><h2>" << Texts::serverState
          << "</h2>\n<table role=\"table\"><caption>" << Texts::serverStateCaption
          << "</caption><thead><tr><th scope=\"col\">" << Texts::server << "</th><th scope=\"col\">"
          << Texts::state << "</th><th scope=\"col\" class=\"n\">" << Texts::running
-         << "</th></tr></thead>\n<tbody><tr><th scope=\"row\">" << Texts::thisServer << "</th><td class=\""
-         << (!stores ? u"bad"_s : running < places ? u"good"_s : u"full"_s) << "\">"
-         << (!stores ? Texts::stateBad : running < places ? Texts::stateGood : Texts::stateFull)
+         << "</th></tr></thead>\n<tbody><tr><th scope=\"row\">" << Texts::thisServer
+         << "</th><td class=\""
+         << (!stores            ? u"bad"_s
+             : running < places ? u"good"_s
+                                : u"full"_s)
+         << "\">"
+         << (!stores            ? Texts::stateBad
+             : running < places ? Texts::stateGood
+                                : Texts::stateFull)
          << "</td><td class=\"n\">" << running << " / " << places
          << "</td></tr></tbody></table></section>\n";
     Viewer viewer;

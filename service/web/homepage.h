@@ -8,9 +8,9 @@ namespace velometer {
 struct HomePage
 {
     Language language = Language::English;
-    bool stores = false;  ///< reports are taken
-    qint64 running = 0;   ///< measurement streams
-    qint64 places = 0;    ///< for them
+    bool stores = false; ///< reports are taken
+    qint64 running = 0;  ///< measurement streams
+    qint64 places = 0;   ///< for them
 
     std::string toHtml() const;
 };

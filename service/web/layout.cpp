@@ -34,8 +34,8 @@ void writeHead(Html &html, const Layout &layout)
     }
     html << "<link rel=\"stylesheet\" href=\"" << asset("site.css") << "\">\n";
     if (layout.libraries) {
-        html << "<script defer src=\"" << asset("d3.js") << "\"></script>\n<script defer src=\"" << asset("leaflet.js")
-             << "\"></script>\n";
+        html << "<script defer src=\"" << asset("d3.js") << "\"></script>\n<script defer src=\""
+             << asset("leaflet.js") << "\"></script>\n";
     }
     if (const Asset *script = Assets::find(layout.script.toStdString())) {
         // Told at once, not one after the other.
@@ -65,7 +65,8 @@ void writeHeader(Html &html, const Layout &layout)
 {
     const auto &viewer = layout.viewer;
     html << "<a class=\"skip\" href=\"#main\">" << Texts::skip
-         << "</a>\n<header class=\"top\"><a class=\"brand\" href=\"/\"><img src=\"" << asset("icon.svg")
+         << "</a>\n<header class=\"top\"><a class=\"brand\" href=\"/\"><img src=\""
+         << asset("icon.svg")
          << "\" alt=\"\" width=\"28\" height=\"28\">Velometer</a><nav aria-label=\""
          << Texts::navigation << "\">";
     if (viewer.isOwner()) {

@@ -24,8 +24,8 @@ struct Layout
     const Viewer &viewer;
     QString title;
     QString otherLanguage = {}; ///< this page's address in the other language
-    QString script = {};   ///< entry module, "user.js"; empty for a page without any
-    QString current = {};  ///< the page's name in the navigation
+    QString script = {};        ///< entry module, "user.js"; empty for a page without any
+    QString current = {};       ///< the page's name in the navigation
     TileSource tiles = {};
     bool libraries = false; ///< charts and maps are drawn here
 
@@ -33,7 +33,8 @@ struct Layout
     std::string around(const Html &body) const;
 
     /// The header lines of every page: nothing is loaded from anybody but this service and the
-    /// map's tiles, nothing runs but its own scripts, and no address leaves, because it is the key to what it shows.
+    /// map's tiles, nothing runs but its own scripts, and no address leaves, because it is the key
+    /// to what it shows.
     static std::string headers(const TileSource &tiles);
 };
 

@@ -12,8 +12,8 @@ std::string make(Language language, const Phrase &text)
     viewer.language = language;
     return Layout{.viewer = viewer,
                   .title = QString::fromUtf8(Texts::nothingTitle.in(language)),
-                  .otherLanguage = language == Language::German ? u"/?language=en"_s
-                                                                : u"/?language=de"_s}
+                  .otherLanguage =
+                      language == Language::German ? u"/?language=en"_s : u"/?language=de"_s}
         .around(html);
 }
 

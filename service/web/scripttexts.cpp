@@ -37,9 +37,12 @@ constexpr Named texts[] = {
     {"average"_L1, Texts::average},
     {"left"_L1, Texts::left},
     {"right"_L1, Texts::right},
-    {"empty"_L1, {"Nothing to draw in this period.", "In diesem Zeitraum gibt es nichts zu zeichnen."}},
-    {"failed"_L1, {"The service did not answer. Please try again.", "Der Dienst hat nicht geantwortet. Bitte versuchen "
-                                                                  "Sie es noch einmal."}},
+    {"empty"_L1,
+     {"Nothing to draw in this period.", "In diesem Zeitraum gibt es nichts zu zeichnen."}},
+    {"failed"_L1,
+     {"The service did not answer. Please try again.",
+      "Der Dienst hat nicht geantwortet. Bitte versuchen "
+      "Sie es noch einmal."}},
     {"zoomIn"_L1, {"Zoom in", "Vergrössern"}},
     {"zoomOut"_L1, {"Zoom out", "Verkleinern"}},
     {"earlier"_L1, {"Earlier", "Früher"}},

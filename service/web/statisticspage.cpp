@@ -45,7 +45,8 @@ void writeTable(Html &html, const Statistics &statistics, const QString &by, con
                 const Phrase &column)
 {
     const auto language = html.getLanguage();
-    html << "<section class=\"card\"><h2>" << title << "</h2><table role=\"table\" "
+    html << "<section class=\"card\"><h2>" << title
+         << "</h2><table role=\"table\" "
             "class=\"types\"><caption>"
          << Texts::byTypeCaption << "</caption><thead role=\"rowgroup\"><tr role=\"row\">";
     for (const auto *name :
@@ -82,8 +83,8 @@ void writeTable(Html &html, const Statistics &statistics, const QString &by, con
 std::string StatisticsPage::toHtml(const TileSource &tiles) const
 {
     Html html(language);
-    html << "<div class=\"heading\"><div><h1>" << Texts::statisticsTitle << "</h1><p class=\"quiet\">"
-         << Texts::statisticsHint << "</p></div></div>\n";
+    html << "<div class=\"heading\"><div><h1>" << Texts::statisticsTitle
+         << "</h1><p class=\"quiet\">" << Texts::statisticsHint << "</p></div></div>\n";
     const bool known = !types.rows.isEmpty();
     if (!known) {
         html << "<p class=\"card empty\">" << Texts::statisticsNone << "</p>\n";

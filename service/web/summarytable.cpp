@@ -29,9 +29,9 @@ void writeCard(Html &html, const QString &kind, const Phrase &title, const Sprea
     html << "<div class=\"card figure " << kind << "\"><h2>" << title << "</h2><p>";
     writeValue(html, toText(spread.median, language));
     html << "</p><p class=\"quiet\">";
-    html.phrase(Texts::middle, {Figures::range(toText(spread.p10, language),
-                                               toText(spread.p90, language), Texts::between,
-                                               language)});
+    html.phrase(Texts::middle,
+                {Figures::range(toText(spread.p10, language), toText(spread.p90, language),
+                                Texts::between, language)});
     html << "</p></div>\n";
 }
 
@@ -71,8 +71,8 @@ void writeTypes(Html &html, const Summary &summary)
     html << "<section class=\"card\"><h2>" << Texts::byType
          << "</h2>\n<table role=\"table\" class=\"types\"><caption>" << Texts::byTypeCaption
          << "</caption>\n<thead role=\"rowgroup\"><tr role=\"row\">";
-    for (const auto *title : {&Texts::connection, &Texts::tests, &Texts::download, &Texts::upload,
-                              &Texts::rtt}) {
+    for (const auto *title :
+         {&Texts::connection, &Texts::tests, &Texts::download, &Texts::upload, &Texts::rtt}) {
         html << "<th role=\"columnheader\" scope=\"col\" class=\""
              << (title == &Texts::connection ? u""_s : u"n"_s) << "\">" << *title << "</th>";
     }

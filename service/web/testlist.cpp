@@ -16,8 +16,8 @@ struct Column
 {
     const Phrase &title;
     std::optional<TestOrder::By> sort;
-    QLatin1StringView key;       ///< as the address names it
-    bool figure = false;         ///< stands to the right
+    QLatin1StringView key; ///< as the address names it
+    bool figure = false;   ///< stands to the right
 };
 constexpr std::array columns{
     Column{Texts::time, TestOrder::By::Time, "time"_L1},
@@ -56,9 +56,9 @@ void writeHead(Html &html, const Viewer &viewer, const TestFilter &filter, const
         if (column.sort) {
             const QString other = current != order.ascending ? u"asc"_s : u"desc"_s;
             html << "<a href=\""
-                 << viewer.address(viewer.listPage(), filter,
-                                   {{u"sort"_s, column.key},
-                                    {u"order"_s, current ? other : u"desc"_s}}) +
+                 << viewer.address(
+                        viewer.listPage(), filter,
+                        {{u"sort"_s, column.key}, {u"order"_s, current ? other : u"desc"_s}}) +
                         u"#tests"_s
                  << "\">" << column.title;
             if (current) {
@@ -141,7 +141,8 @@ void write(Html &html, const Viewer &viewer, const TestFilter &filter, const Tes
     html << "<nav class=\"pager\" aria-label=\"" << Texts::pageLinks << "\">";
     if (order.after.has_value()) {
         html << "<a class=\"pill\" href=\""
-             << viewer.address(viewer.listPage(), filter, {{u"sort"_s, by}, {u"order"_s, direction}}) +
+             << viewer.address(viewer.listPage(), filter,
+                               {{u"sort"_s, by}, {u"order"_s, direction}}) +
                     u"#tests"_s
              << "\">" << Texts::firstPage << "</a>";
     }

@@ -67,9 +67,9 @@ void writeActions(Html &html, const SingleTestPage &page)
 {
     const auto &viewer = page.viewer;
     if (viewer.isOwner()) {
-        html << "<div class=\"actions\"><details class=\"menu\"><summary class=\"pill\">" << Texts::share
-             << "</summary><form class=\"sheet\" id=\"share\" data-test=\"" << page.row.id
-             << "\"><p class=\"quiet\">" << Texts::shareTestHint
+        html << "<div class=\"actions\"><details class=\"menu\"><summary class=\"pill\">"
+             << Texts::share << "</summary><form class=\"sheet\" id=\"share\" data-test=\""
+             << page.row.id << "\"><p class=\"quiet\">" << Texts::shareTestHint
              << "</p><label class=\"check\"><input type=\"checkbox\" name=\"positions\">"
              << Texts::sharePositions << "</label><label><span>" << Texts::shareDays
              << "</span><input type=\"number\" name=\"days\" min=\"1\" max=\"365\" value=\"30\" "
@@ -149,7 +149,8 @@ void writeBothViews(Html &html, const SingleTestPage &page)
     html << "<section class=\"card\"><h2>" << Texts::bothViews
          << "</h2><table><thead><tr><th scope=\"col\">" << Texts::figure
          << "</th><th scope=\"col\" class=\"n\">" << Texts::device
-         << "</th><th scope=\"col\" class=\"n\">" << Texts::service << "</th></tr></thead><tbody>\n";
+         << "</th><th scope=\"col\" class=\"n\">" << Texts::service
+         << "</th></tr></thead><tbody>\n";
     for (const auto &[key, name] :
          {std::pair{"download"_L1, &Texts::download}, {"upload"_L1, &Texts::upload}}) {
         const auto device = test.value(key).toObject();
@@ -199,7 +200,8 @@ void writePhases(Html &html, const SingleTestPage &page)
              << (time ? Figures::moment(*time).right(8) : u"–"_s) << "</td><td>"
              << (type == ConnectionClass::Other ? mode : words(TypeSigns::name(type), language))
              << "</td><td>" << (cell && *cell > 0 ? QString::number(*cell) : u"–"_s) << "</td><td>"
-             << (signal && *signal >= 0 ? QString::number(*signal) + u" %"_s : u"–"_s) << "</td><td>";
+             << (signal && *signal >= 0 ? QString::number(*signal) + u" %"_s : u"–"_s)
+             << "</td><td>";
         const auto latitude = phase.value("latitude"_L1);
         const auto longitude = phase.value("longitude"_L1);
         if (latitude.isDouble() && longitude.isDouble()) {
@@ -274,9 +276,11 @@ std::string SingleTestPage::toHtml(const TileSource &tiles) const
             "data-test=\""
          << row.id << "\"><h2>" << Texts::rateCurve
          << "</h2><figure data-metric=\"download\"><figcaption>" << Texts::download
-         << "</figcaption><div class=\"plot\"></div></figure><figure data-metric=\"upload\"><figcaption>"
+         << "</figcaption><div class=\"plot\"></div></figure><figure "
+            "data-metric=\"upload\"><figcaption>"
          << Texts::upload
-         << "</figcaption><div class=\"plot\"></div></figure><figure data-metric=\"rtt\"><figcaption>"
+         << "</figcaption><div class=\"plot\"></div></figure><figure "
+            "data-metric=\"rtt\"><figcaption>"
          << Texts::roundTrips << "</figcaption><div class=\"plot\"></div></figure></section>\n";
     if (placed) {
         html << "<section class=\"card scripted mapcard\"><h2>" << Texts::map
@@ -292,8 +296,8 @@ std::string SingleTestPage::toHtml(const TileSource &tiles) const
     writeAll(html, {}, test.value("test"_L1).toObject());
     html << "</dl></details>\n";
     if (const QString log = test.value("log"_L1).toString(); !log.isEmpty()) {
-        html << "<details class=\"card\"><summary><h2>" << Texts::log << "</h2></summary><pre tabindex=\"0\">"
-             << log << "</pre></details>\n";
+        html << "<details class=\"card\"><summary><h2>" << Texts::log
+             << "</h2></summary><pre tabindex=\"0\">" << log << "</pre></details>\n";
     }
     Viewer other = viewer;
     other.language = viewer.language == Language::German ? Language::English : Language::German;
@@ -301,7 +305,8 @@ std::string SingleTestPage::toHtml(const TileSource &tiles) const
                   .title = QString::fromUtf8(Texts::testTitle.in(viewer.language))
                                .arg(row.seriesId)
                                .arg(row.testId),
-                  .otherLanguage = other.address(u"Test"_s, {}, {{u"test"_s, QString::number(row.id)}}),
+                  .otherLanguage =
+                      other.address(u"Test"_s, {}, {{u"test"_s, QString::number(row.id)}}),
                   .script = u"test.js"_s,
                   .current = u"Test"_s,
                   .tiles = tiles,

@@ -6,7 +6,6 @@
 
 namespace velometer {
 
-
 /// What the page of one test shows: the same object that programs are given of it, so that a share
 /// hides in one what it hides in the other.
 struct SingleTestPage

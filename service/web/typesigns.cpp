@@ -31,9 +31,9 @@ QString place(const QString &code, Language language)
         QLatin1StringView code;
         const Phrase &name;
     };
-    static const Place places[] = {
-        {"Unknown"_L1, Texts::unknown}, {"Indoor"_L1, Texts::indoor}, {"Outdoor"_L1, Texts::outdoor},
-        {"Train"_L1, Texts::train},     {"Car"_L1, Texts::car},       {"Other"_L1, Texts::otherPlace}};
+    static const Place places[] = {{"Unknown"_L1, Texts::unknown}, {"Indoor"_L1, Texts::indoor},
+                                   {"Outdoor"_L1, Texts::outdoor}, {"Train"_L1, Texts::train},
+                                   {"Car"_L1, Texts::car},         {"Other"_L1, Texts::otherPlace}};
     for (const auto &each : places) {
         if (each.code == code) {
             return QString::fromUtf8(each.name.in(language));

@@ -17,7 +17,8 @@ void writeHeading(Html &html, const UserPage &page)
     const auto language = page.viewer.language;
     const auto &summary = page.summary;
     html << "<div class=\"heading\"><div><h1>"
-         << (page.viewer.isOwner() ? Texts::yours : Texts::sharedTitle) << "</h1><p class=\"quiet\">";
+         << (page.viewer.isOwner() ? Texts::yours : Texts::sharedTitle)
+         << "</h1><p class=\"quiet\">";
     if (summary.tests == 1) {
         html << Texts::oneTest;
     } else {
@@ -36,16 +37,15 @@ void writeExport(Html &html, const UserPage &page)
     const auto language = page.viewer.language;
     html << "<details class=\"menu\"><summary class=\"pill\">" << Texts::exportAs
          << "</summary><div class=\"sheet\"><p class=\"quiet\">";
-    html.phrase(Texts::exportHint,
-                {QString::fromUtf8(Texts::manyTests.in(language))
-                     .arg(Figures::number(page.summary.tests, language))});
+    html.phrase(Texts::exportHint, {QString::fromUtf8(Texts::manyTests.in(language))
+                                        .arg(Figures::number(page.summary.tests, language))});
     html << "</p><ul>";
     for (const auto &[format, name] : {std::pair{u"csv"_s, u"CSV"_s},
                                        {u"json"_s, u"JSON"_s},
                                        {u"geojson"_s, u"GeoJSON"_s},
                                        {u"gpx"_s, u"GPX"_s}}) {
-        QString address = u"/velometer/api/v1/export?"_s + page.viewer.credential() +
-                          u"&format="_s + format;
+        QString address =
+            u"/velometer/api/v1/export?"_s + page.viewer.credential() + u"&format="_s + format;
         if (const QString filter = page.filter.toQuery(); !filter.isEmpty()) {
             address += u'&' + filter;
         }
@@ -79,13 +79,15 @@ void writeActions(Html &html, const UserPage &page)
         html << "</p><label><span>" << Texts::confirmation
              << "</span><input name=\"confirm\" autocomplete=\"off\" required></label>"
                 "<button class=\"pill danger\">"
-             << Texts::removeFiltered << "</button><output></output></form>\n<form id=\"delete-all\"><h3>"
+             << Texts::removeFiltered
+             << "</button><output></output></form>\n<form id=\"delete-all\"><h3>"
              << Texts::removeAll << "</h3><p>";
         html.phrase(Texts::removeAllHint, {QString::number(page.viewer.userId)});
-        html << "</p><label><span>" << Texts::confirmation
-             << "</span><input name=\"confirm\" autocomplete=\"off\" inputmode=\"numeric\" required>"
-                "</label><button class=\"pill danger\">"
-             << Texts::removeAll << "</button><output></output></form></div></details>\n";
+        html
+            << "</p><label><span>" << Texts::confirmation
+            << "</span><input name=\"confirm\" autocomplete=\"off\" inputmode=\"numeric\" required>"
+               "</label><button class=\"pill danger\">"
+            << Texts::removeAll << "</button><output></output></form></div></details>\n";
     }
     html << "</div></div>\n";
 }
@@ -99,12 +101,13 @@ void writeChart(Html &html, const QString &kind, const QString &metric, const Ph
 void writeCharts(Html &html, const UserPage &page)
 {
     html << "<noscript><p class=\"card\">" << Texts::needsScript << "</p></noscript>\n"
-         << "<div class=\"two\">\n<section class=\"card scripted\" id=\"time\"><h2>" << Texts::overTime
-         << "</h2><div class=\"tools\"></div>\n";
+         << "<div class=\"two\">\n<section class=\"card scripted\" id=\"time\"><h2>"
+         << Texts::overTime << "</h2><div class=\"tools\"></div>\n";
     writeChart(html, u"time"_s, u"download"_s, Texts::download);
     writeChart(html, u"time"_s, u"upload"_s, Texts::upload);
     writeChart(html, u"time"_s, u"rtt"_s, Texts::rtt);
-    html << "<p class=\"quiet small\">" << Texts::overTimeHint << "</p></section>\n<div class=\"column\">\n";
+    html << "<p class=\"quiet small\">" << Texts::overTimeHint
+         << "</p></section>\n<div class=\"column\">\n";
     if (page.viewer.showsPositions) {
         html << "<section class=\"card scripted mapcard\"><h2>" << Texts::map
              << "</h2><div class=\"tools\"></div><div id=\"map\"></div><p class=\"quiet small\">"
@@ -144,8 +147,7 @@ std::string UserPage::toHtml(const TileSource &tiles) const
         html << "</section>\n";
     }
     Viewer other = viewer;
-    other.language =
-        viewer.language == Language::German ? Language::English : Language::German;
+    other.language = viewer.language == Language::German ? Language::English : Language::German;
     return Layout{.viewer = viewer,
                   .title = QString::fromUtf8(
                       (viewer.isOwner() ? Texts::yours : Texts::sharedTitle).in(viewer.language)),

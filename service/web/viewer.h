@@ -23,8 +23,7 @@ struct Viewer
     using Parameters = std::initializer_list<std::pair<QString, QString>>;
 
     /// The address of @p page ("UserReport") for this viewer, with @p filter and @p more.
-    QString address(const QString &page, const TestFilter &filter = {},
-                    Parameters more = {}) const;
+    QString address(const QString &page, const TestFilter &filter = {}, Parameters more = {}) const;
 
     /// The page that lists tests for this viewer.
     QString listPage() const;
