@@ -184,6 +184,10 @@ std::optional<ReportStore::UserReports> select(SqliteConnection &connection, qin
                                                std::optional<qint64> before, int limit)
 {
     ReportStore::UserReports result;
+    if (!connection.number(u"SELECT 1 FROM users WHERE id = ? AND deleted IS NULL"_s, {userId})) {
+        return result;
+    }
+    result.userKnown = true;
     // Told by row and time, not by count: a report that comes meanwhile moves nothing.
     const QString older =
         before ? u" AND (client_time, id) < "
@@ -238,8 +242,6 @@ std::optional<ReportStore::UserReports> select(SqliteConnection &connection, qin
         return std::nullopt;
     }
     result.count = *count;
-    result.userKnown =
-        *count > 0 || connection.number(u"SELECT 1 FROM users WHERE id = ?"_s, {userId});
     return result;
 }
 

@@ -156,10 +156,10 @@ struct Summary
 
 struct BucketQuery
 {
-    static constexpr int maxBuckets = 1000;
+    static constexpr int maxBuckets = 1000; ///< of all types together
 
     Metric metric = Metric::Download;
-    int buckets = 300; ///< at most, over the whole period
+    int buckets = 300; ///< of one type over the whole period, at most
 };
 
 struct Buckets

@@ -238,7 +238,10 @@ Buckets TestTable::buckets(const TestScope &scope, const BucketQuery &query) con
     }
     result.from = scope.filter.from.value_or(first);
     result.to = scope.filter.to.value_or(last + 1);
-    const qint64 count = std::clamp(query.buckets, 1, BucketQuery::maxBuckets);
+    const auto shown =
+        std::ranges::count_if(byType, [](const auto &found) { return !found.empty(); });
+    const qint64 count =
+        std::clamp<qint64>(query.buckets, 1, BucketQuery::maxBuckets / qint64(shown));
     // Whole ones, so that the last test is in the last bucket.
     const qint64 width = (std::max(last + 1, result.to) - std::min(first, result.from)) / count + 1;
     const qint64 begin = std::min(first, result.from);

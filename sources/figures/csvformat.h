@@ -5,11 +5,9 @@
 #include <QByteArray>
 #include <QStringList>
 
-namespace velometer {
-
 /// Tables for spreadsheets, of a test made from the table of fields: a header line, then one line a
 /// row, ended by CR LF. Never translated. A cell that nothing is known about is empty.
-namespace CsvFormat {
+namespace velometer::CsvFormat {
 
 QByteArray testHeader();
 QByteArray test(const FinishedTest &test);
@@ -21,6 +19,4 @@ QString cell(const QString &text);
 /// A line of cells that are ready.
 QByteArray line(const QStringList &cells);
 
-} // namespace CsvFormat
-
-} // namespace velometer
+} // namespace velometer::CsvFormat

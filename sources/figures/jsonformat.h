@@ -5,12 +5,10 @@
 #include <QByteArray>
 #include <QJsonObject>
 
-namespace velometer {
-
 /// The program's JSON: never translated, every field always there, null where nothing is known.
 /// Names carry the units. Series, test, user and queue ids are texts, so that no reader rounds
 /// them.
-namespace JsonFormat {
+namespace velometer::JsonFormat {
 
 /// Version of test()'s fields.
 inline constexpr int schemaVersion = 1;
@@ -24,6 +22,4 @@ QByteArray line(const QJsonObject &object);
 /// A moment as ISO 8601 in UTC with milliseconds.
 QString timestamp(qint64 ms);
 
-} // namespace JsonFormat
-
-} // namespace velometer
+} // namespace velometer::JsonFormat

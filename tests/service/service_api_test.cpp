@@ -10,6 +10,8 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+#include <numeric>
+
 using namespace Qt::StringLiterals;
 
 namespace velometer {
@@ -18,6 +20,7 @@ namespace {
 
 constexpr qint64 owner = 1436911191399025;
 constexpr qint64 other = 77;
+constexpr qint64 another = 79; // with more tests than one step of an export reads
 constexpr qint64 day = 86'400'000;
 constexpr qint64 begin = 1'700'006'400'000; // 2023-11-15
 
@@ -99,6 +102,12 @@ void fill(const QString &file)
     Report foreign = test(0);
     foreign.userId = other;
     store->storeReport(foreign, [](ReportStore::Outcome) {});
+    foreign.userId = another;
+    for (foreign.testId = 0; foreign.testId < 45; ++foreign.testId) {
+        foreign.document =
+            u"<a><TestResult><TestID>%1</TestID></TestResult></a>"_s.arg(foreign.testId);
+        store->storeReport(foreign, [](ReportStore::Outcome) {});
+    }
     store->close(std::chrono::steady_clock::time_point::max());
 }
 
@@ -187,6 +196,32 @@ private Q_SLOTS:
                  "The measurements of this user id were deleted; reports of it are not taken.\n");
         QCOMPARE(bodyOf(service->get("/velometer/api/v1/openapi.json")),
                  readAll(QStringLiteral(DESCRIPTION)).toUtf8());
+    }
+
+    void exportsInPieces()
+    {
+        QByteArray rest =
+            bodyOf(service->exchange(request("GET export?format=gpx&userid=79&share=")));
+        QCOMPARE(statusOf(service->exchange(request("own POST delete " + QByteArray(70'000, 'x')))),
+                 413);
+        QVERIFY(rest.endsWith("\r\n0\r\n\r\n"));
+        rest = bodyOf(service->exchange(request("GET export?format=json&userid=79")));
+        QByteArray whole;
+        int chunks = 0;
+        for (qsizetype size = -1; size != 0; ++chunks) {
+            const auto end = rest.indexOf("\r\n");
+            size = rest.left(end).toInt(nullptr, 16);
+            whole += rest.mid(end + 2, size);
+            rest = rest.mid(end + 2 + size + 2);
+        }
+        QCOMPARE(chunks, 4);
+        QList<int> tests;
+        for (const QByteArray &line : whole.trimmed().split('\n')) {
+            tests += QJsonDocument::fromJson(line).object()[u"test_id"_s].toString().toInt();
+        }
+        QList<int> expected(45);
+        std::iota(expected.rbegin(), expected.rend(), 0);
+        QCOMPARE(tests, expected);
     }
 
 private:

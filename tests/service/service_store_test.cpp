@@ -285,6 +285,11 @@ private Q_SLOTS:
         }
         const Share share{u"key"_s, {}, true, 1, 4'102'444'800'000};
         QVERIFY(*answer<bool>([&](auto done) { store->addShare(5, share, done); }));
+        for (const qint64 now : {share.expires - 1, share.expires}) {
+            const auto access =
+                *answer<Access>([&](auto done) { store->accessOfShare(u"key"_s, now, done); });
+            QCOMPARE(access.userId, now < share.expires ? 5 : 0);
+        }
         store.reset();
         // As version 3 left it, and as a deletion did that had just begun.
         sql(file, {u"UPDATE reports SET type = NULL, connection_type = 'NrMode', mcc = '228', mnc "
