@@ -59,7 +59,7 @@ class Browser:
         options = webdriver.ChromeOptions()
         for word in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
                      "--disable-background-networking", "--disable-component-update", "--disable-sync",
-                     "--disable-dev-shm-usage", "--lang=en-US", "--user-data-dir=" + self.profile):
+                     "--disable-dev-shm-usage", "--hide-scrollbars", "--lang=en-US", "--user-data-dir=" + self.profile):
             options.add_argument(word)
         options.set_capability("goog:loggingPrefs", {"browser": "ALL", "performance": "ALL"})
         self.driver = webdriver.Chrome(options=options, service=Driver("/usr/bin/chromedriver"))

@@ -25,7 +25,8 @@ function draw() {
   const drawing = plot.begin(texts[metric] + ": " + list.map((row) =>
     `${row.key} ${typeName(row.type)} ${figure(metric, row[metric].median)}`).join("; "));
   plot.leftAxis(y, unit.name);
-  months.forEach((month) => plot.below(x(month), month));
+  const every = Math.ceil(months.length * 70 / plot.innerWidth);
+  months.forEach((month, i) => plot.below(x(month), i % every === 0 ? month : ""));
   for (const type of new Set(list.map((row) => row.type))) {
     const points = list.filter((row) => row.type === type).map((row) => [x(row.key), y(row[metric].median / unit.divisor)]);
     drawing.append(svg("path", { class: "line c-" + type, d: "M" + points.join("L") }),

@@ -1,0 +1,56 @@
+#!/usr/bin/env python3
+"""Pictures of the service's pages for the documents: screenshots.py PROGRAM FOLDER, taken by scripts/screenshots."""
+import pathlib
+import sys
+
+from browser import Browser, Service
+from generate_reports import Generator, fill, midnight
+from PIL import Image
+
+USER = 4_711_000_000_000_001
+SCREENS = {"desktop": (1280, 1000), "phone": (390, 844)}
+
+
+def main():
+    program, folder = sys.argv[1], pathlib.Path(sys.argv[2])
+    # The same day on every machine, and the browser's clock does not show.
+    until = midnight("2026-11-23")
+    service = Service(program)
+    browser = Browser(service.host)
+    try:
+        tests = list(Generator(1, USER, until).tests(1000, 100))
+        for user in range(USER + 1, USER + 5):
+            tests += Generator(1, user, until).tests(400, 200)
+        assert fill(service.host, service.database, tests) == []
+        test = service.api(USER, "tests?type=lte&location=Car&limit=1")["tests"][0]["id"]
+        pages = {"user": f"page=UserReport&userid={USER}", "test": f"page=Test&userid={USER}&test={test}",
+                 "compare": f"page=Compare&userid={USER}&l_type=lte&r_type=5g", "statistics": None, "home": None}
+        for name, query in pages.items():
+            for screen, (width, height) in SCREENS.items():
+                for language in ("de", "en"):
+                    for dark in (False, True):
+                        browser.size(width, height, dark)
+                        place = {"statistics": "/velometer/statistics?", "home": "/?"}.get(name)
+                        browser.open((place or f"/velometer/Controller?{query}&") + "language=" + language)
+                        take(browser, folder / f"web-{name}-{screen}-{language}-{'dark' if dark else 'light'}.png")
+    finally:
+        browser.close()
+        service.stop()
+
+
+def take(browser, target):
+    """The whole page, after each part has been looked at, in as few colours as it needs."""
+    height = browser.run("return document.documentElement.scrollHeight")
+    for top in range(0, height, 600):
+        browser.run("window.scrollTo(0, arguments[0])", top)
+        browser.drawn()
+    if browser.all("#map"):
+        browser.wait(lambda: browser.all("#map canvas.leaflet-tile-loaded"))
+    browser.run("window.scrollTo(0, 0)")
+    picture = browser.picture()
+    picture = picture.crop((0, 0, picture.width, min(picture.height, 2600 if picture.width > 600 else 3000)))
+    picture.quantize(128, Image.Quantize.MAXCOVERAGE, dither=Image.Dither.NONE).save(target, optimize=True)
+    print(target)
+
+
+main()
