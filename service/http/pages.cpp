@@ -285,6 +285,8 @@ asio::awaitable<MaybeAnswer> homePage(Connection &connection, const Request &req
     page.stores = told && told->isEmpty();
     page.running = service.metrics.downloads + service.metrics.uploads;
     page.places = service.options.maxStreams;
+    page.servers = service.neighbours.servers();
+    page.states = co_await service.neighbours.look(connection.executor());
     const auto make = [page] { return page.toHtml(); };
     co_return co_await makePage(connection, request, service, make);
 }

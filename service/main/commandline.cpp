@@ -111,6 +111,12 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
     if (options.tiles.attribution.isEmpty()) {
         options.tiles.attribution = deployment->attribution;
     }
+    options.servers = {{u"Swisscom"_s, deployment->swisscom},
+                       {u"Sunrise"_s, deployment->sunrise},
+                       {u"HSR"_s, deployment->hsr},
+                       {u"IP-Plus Germany"_s, deployment->ipPlusGermany},
+                       {u"IP-Plus Italy"_s, deployment->ipPlusItaly},
+                       {u"IP-Plus New York"_s, deployment->ipPlusNewYork}};
     options.salt = deployment->salt;
     options.maxReportBytes = static_cast<std::size_t>(reportBytes);
     return start;

@@ -30,14 +30,29 @@ std::string HomePage::toHtml() const
          << (!stores            ? Texts::stateBad
              : running < places ? Texts::stateGood
                                 : Texts::stateFull)
-         << "</td><td class=\"n\">" << running << " / " << places
-         << "</td></tr></tbody></table></section>\n";
+         << "</td><td class=\"n\">" << running << " / " << places << "</td></tr>\n";
+    for (std::size_t i = 0; i < servers.size(); ++i) {
+        const auto &[name, endpoint] = servers.at(i);
+        const auto state = states.at(i);
+        html << "<tr><th scope=\"row\">" << name << " <span class=\"quiet\">"
+             << Endpoint::bracketed(endpoint.host) << ":" << endpoint.port
+             << "</span></th><td class=\""
+             << (state == Neighbours::State::Good ? u"good"_s : u"bad"_s) << "\">"
+             << (state == Neighbours::State::Good  ? Texts::stateGood
+                 : state == Neighbours::State::Ill ? Texts::stateBad
+                                                   : Texts::stateSilent)
+             << "</td><td></td></tr>\n";
+    }
+    html << "</tbody></table></section>\n";
     Viewer viewer;
     viewer.language = language;
     return Layout{.viewer = viewer,
                   .title = QString::fromUtf8(Texts::homeTitle.in(language)),
                   .otherLanguage =
-                      language == Language::German ? u"/?language=en"_s : u"/?language=de"_s}
+                      language == Language::German ? u"/?language=en"_s : u"/?language=de"_s,
+                  .script = {},
+                  .current = {},
+                  .tiles = {}}
         .around(html);
 }
 

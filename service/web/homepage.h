@@ -1,5 +1,6 @@
 #pragma once
 
+#include "net/neighbours.h"
 #include "web/layout.h"
 
 namespace velometer {
@@ -10,7 +11,9 @@ struct HomePage
     Language language = Language::English;
     bool stores = false; ///< reports are taken
     qint64 running = 0;  ///< measurement streams
-    qint64 places = 0;   ///< for them
+    std::vector<Neighbours::Server> servers;
+    std::vector<Neighbours::State> states; ///< as long
+    qint64 places = 0;                     ///< for them
 
     std::string toHtml() const;
 };

@@ -23,10 +23,10 @@ struct Layout
 {
     const Viewer &viewer;
     QString title;
-    QString otherLanguage = {}; ///< this page's address in the other language
-    QString script = {};        ///< entry module, "user.js"; empty for a page without any
-    QString current = {};       ///< the page's name in the navigation
-    TileSource tiles = {};
+    QString otherLanguage; ///< this page's address in the other language
+    QString script;        ///< entry module, "user.js"; empty for a page without any
+    QString current;       ///< the page's name in the navigation
+    TileSource tiles;
     bool libraries = false; ///< charts and maps are drawn here
 
     /// The whole document around @p body.

@@ -13,7 +13,10 @@ std::string make(Language language, const Phrase &text)
     return Layout{.viewer = viewer,
                   .title = QString::fromUtf8(Texts::nothingTitle.in(language)),
                   .otherLanguage =
-                      language == Language::German ? u"/?language=en"_s : u"/?language=de"_s}
+                      language == Language::German ? u"/?language=en"_s : u"/?language=de"_s,
+                  .script = {},
+                  .current = {},
+                  .tiles = {}}
         .around(html);
 }
 

@@ -266,6 +266,7 @@ inline constexpr Phrase state{"State", "Zustand"};
 inline constexpr Phrase stateGood{"● takes tests", "● nimmt Tests an"};
 inline constexpr Phrase stateFull{"▲ all places taken", "▲ alle Plätze belegt"};
 inline constexpr Phrase stateBad{"✕ stores nothing now", "✕ speichert gerade nichts"};
+inline constexpr Phrase stateSilent{"○ does not answer", "○ antwortet nicht"};
 inline constexpr Phrase thisServer{"This server", "Dieser Server"};
 inline constexpr Phrase running{"Streams now", "Datenströme jetzt"};
 

@@ -25,6 +25,7 @@ def main():
         test = service.api(USER, "tests?type=lte&location=Car&limit=1")["tests"][0]["id"]
         pages = {"user": f"page=UserReport&userid={USER}", "test": f"page=Test&userid={USER}&test={test}",
                  "compare": f"page=Compare&userid={USER}&l_type=lte&r_type=5g", "statistics": None, "home": None}
+        taken = {}
         for name, query in pages.items():
             for screen, (width, height) in SCREENS.items():
                 for language in ("de", "en"):
@@ -32,14 +33,18 @@ def main():
                         browser.size(width, height, dark)
                         place = {"statistics": "/velometer/statistics?", "home": "/?"}.get(name)
                         browser.open((place or f"/velometer/Controller?{query}&") + "language=" + language)
-                        take(browser, folder / f"web-{name}-{screen}-{language}-{'dark' if dark else 'light'}.png")
+                        taken[name, screen, language, dark] = picture = take(browser)
+                        save(picture, folder / f"web-{name}-{screen}-{language}-{'dark' if dark else 'light'}.png")
+        for language in ("de", "en"):
+            save(overview(taken["user", "desktop", language, False], taken["user", "phone", language, True]),
+                 folder / f"web-overview-{language}.png")
     finally:
         browser.close()
         service.stop()
 
 
-def take(browser, target):
-    """The whole page, after each part has been looked at, in as few colours as it needs."""
+def take(browser):
+    """The page, after each part has been looked at."""
     height = browser.run("return document.documentElement.scrollHeight")
     for top in range(0, height, 600):
         browser.run("window.scrollTo(0, arguments[0])", top)
@@ -48,8 +53,20 @@ def take(browser, target):
         browser.wait(lambda: browser.all("#map canvas.leaflet-tile-loaded"))
     browser.run("window.scrollTo(0, 0)")
     picture = browser.picture()
-    picture = picture.crop((0, 0, picture.width, min(picture.height, 2600 if picture.width > 600 else 3000)))
-    picture.quantize(128, Image.Quantize.MAXCOVERAGE, dither=Image.Dither.NONE).save(target, optimize=True)
+    return picture.crop((0, 0, picture.width, min(picture.height, 2600 if picture.width > 600 else 3000)))
+
+
+def overview(desk, hand, height=1400, gap=16):
+    """A desk's and a hand's picture side by side: what the README shows."""
+    together = Image.new("RGB", (desk.width + hand.width + 3 * gap, height + 2 * gap), "#3a4048")
+    together.paste(desk.crop((0, 0, desk.width, height)), (gap, gap))
+    together.paste(hand.crop((0, 0, hand.width, height)), (desk.width + 2 * gap, gap))
+    return together
+
+
+def save(picture, target):
+    """With a palette: the pages have few colours."""
+    picture.quantize(200, Image.Quantize.MAXCOVERAGE, dither=Image.Dither.NONE).save(target, optimize=True)
     print(target)
 
 
