@@ -131,7 +131,7 @@ Handled deleteTest(Connection &connection, const Request &request, Service &serv
         co_return noSuchTest();
     }
     TestScope scope = std::get<ApiView>(opened).scope;
-    scope.bounds.test = *id;
+    scope.bounds.test = id;
     co_return co_await deleteScope(connection, service, scope, true);
 }
 

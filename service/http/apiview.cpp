@@ -19,12 +19,13 @@ constexpr std::size_t worthPacking = 1000;
 
 constexpr std::size_t maxKey = 64;
 
-std::optional<qint64> userNumber(std::string_view text)
+/// 0 for what is no user's id.
+qint64 userNumber(std::string_view text)
 {
     qint64 value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     const bool whole = error == std::errc() && end == text.data() + text.size();
-    return whole && value > 0 ? std::optional(value) : std::nullopt;
+    return whole && value > 0 ? value : 0;
 }
 
 Answer noAccess(const Access &access)
@@ -63,13 +64,13 @@ openView(Connection &connection, const Request &request, Service &service, Wants
             403, "What changes something takes the user id from the header Velometer-User.");
     }
     const auto user = userNumber(request.user.empty() ? inAddress.toStdString() : request.user);
-    if (share.isEmpty() && !user) {
+    if (share.isEmpty() && user == 0) {
         co_return Answer::sentence(
             400, "The header Velometer-User, or the parameter userid or share, must say whose.");
     }
     OneShot<std::optional<Access>> access(connection.executor(), storeTime);
     if (share.isEmpty()) {
-        service.store->accessOfUser(*user, access.setter());
+        service.store->accessOfUser(user, access.setter());
     } else {
         service.store->accessOfShare(share.left(maxKey), QDateTime::currentMSecsSinceEpoch(),
                                      access.setter());

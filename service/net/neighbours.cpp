@@ -16,15 +16,15 @@
 namespace velometer {
 
 namespace asio = boost::asio;
-using asio::ip::tcp;
 
 namespace {
 
 /// "HTTP/1.1 200": enough to tell how a server is.
 constexpr std::size_t statusBytes = 12;
 
-asio::awaitable<Neighbours::State> ask(tcp::socket &socket, tcp::resolver &resolver,
-                                       std::string host, std::string port)
+asio::awaitable<Neighbours::State> ask(asio::ip::tcp::socket &socket,
+                                       asio::ip::tcp::resolver &resolver, std::string host,
+                                       std::string port)
 {
     const auto [unknown, places] = co_await resolver.async_resolve(host, port, quietly);
     if (unknown) {
@@ -49,8 +49,8 @@ asio::awaitable<Neighbours::State> ask(tcp::socket &socket, tcp::resolver &resol
 asio::awaitable<void> askInTime(Endpoint endpoint, std::function<void(Neighbours::State)> done)
 {
     const auto executor = co_await asio::this_coro::executor;
-    const auto socket = std::make_shared<tcp::socket>(executor);
-    const auto resolver = std::make_shared<tcp::resolver>(executor);
+    const auto socket = std::make_shared<asio::ip::tcp::socket>(executor);
+    const auto resolver = std::make_shared<asio::ip::tcp::resolver>(executor);
     asio::steady_timer timer(executor, Neighbours::patience);
     timer.async_wait([socket, resolver](const boost::system::error_code &error) {
         if (!error) {

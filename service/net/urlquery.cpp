@@ -23,7 +23,7 @@ int hexDigit(char c)
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-std::optional<QString> decode(std::string_view text)
+std::optional<QString> unescape(std::string_view text)
 {
     QByteArray bytes;
     bytes.reserve(static_cast<qsizetype>(text.size()));
@@ -59,8 +59,8 @@ std::optional<UrlQuery> UrlQuery::parse(std::string_view text)
             continue;
         }
         const auto equals = std::min(item.find('='), item.size());
-        const auto key = decode(item.substr(0, equals));
-        const auto value = decode(item.substr(std::min(equals + 1, item.size())));
+        const auto key = unescape(item.substr(0, equals));
+        const auto value = unescape(item.substr(std::min(equals + 1, item.size())));
         if (!key || !value || query.parts.size() == maxParts) {
             return std::nullopt;
         }

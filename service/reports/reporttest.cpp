@@ -17,7 +17,7 @@ namespace velometer {
 
 namespace {
 
-using PathTexts = QHash<QString, QString>;
+using ElementTexts = QHash<QString, QString>;
 using Seen = FinishedTest::Number;
 
 constexpr qint64 nsPerUs = 1000;
@@ -28,8 +28,8 @@ constexpr qsizetype maxListed = 10'000;
 /// paths below it.
 struct Document
 {
-    PathTexts texts;
-    QList<PathTexts> entries;
+    ElementTexts texts;
+    QList<ElementTexts> entries;
 
     static std::optional<Document> read(const QString &text);
 
@@ -51,7 +51,7 @@ std::optional<Document> Document::read(const QString &text)
             path += reader.name().toString();
             const QString place = path.sliced(1).join(u'/');
             if (place == entryPath && document.entries.size() < ReportTest::maxPhases) {
-                document.entries += PathTexts();
+                document.entries += ElementTexts();
             }
             if (!document.entries.isEmpty() && reader.attributes().hasAttribute(u"GPSLock"_s)) {
                 document.entries.last().insert(u"GPSLock"_s,
@@ -174,7 +174,7 @@ FinishedTest::Network network(const Document &document)
     network.homeMnc = Known::text(document.text(u"Mobile/Sim/MNC"_s));
     network.lac = document.number(u"Mobile/LAC"_s);
     if (!document.entries.isEmpty()) {
-        const PathTexts &last = document.entries.constLast();
+        const ElementTexts &last = document.entries.constLast();
         network.cell = positive(Known::number(last.value(u"CellID"_s)));
         if (code != "WlanMode"_L1) {
             network.signal = positive(Known::number(last.value(u"SignalStrength"_s)));
@@ -183,7 +183,7 @@ FinishedTest::Network network(const Document &document)
     return network;
 }
 
-std::optional<double> real(const PathTexts &entry, const QString &key)
+std::optional<double> real(const ElementTexts &entry, const QString &key)
 {
     bool isNumber = false;
     const double value = entry.value(u"Position/"_s + key).toDouble(&isNumber);
@@ -191,7 +191,7 @@ std::optional<double> real(const PathTexts &entry, const QString &key)
 }
 
 /// Zeros where the device did not know its place.
-bool hasPlace(const PathTexts &entry)
+bool hasPlace(const ElementTexts &entry)
 {
     const double latitude = real(entry, u"Latitude"_s).value_or(0);
     const double longitude = real(entry, u"Longitude"_s).value_or(0);
@@ -199,14 +199,14 @@ bool hasPlace(const PathTexts &entry)
            std::abs(longitude) <= 180;
 }
 
-FinishedTest::Position position(const QList<PathTexts> &entries)
+FinishedTest::Position position(const QList<ElementTexts> &entries)
 {
     FinishedTest::Position position;
     if (entries.isEmpty() || !hasPlace(entries.constLast())) {
         return position;
     }
     constexpr double noAltitude = -1;
-    const PathTexts &last = entries.constLast();
+    const ElementTexts &last = entries.constLast();
     position.latitude = real(last, u"Latitude"_s);
     position.longitude = real(last, u"Longitude"_s);
     const auto altitude = real(last, u"Altitude"_s);
@@ -218,7 +218,7 @@ FinishedTest::Position position(const QList<PathTexts> &entries)
     return position;
 }
 
-ReportTest::Phase phaseOf(const PathTexts &entry)
+ReportTest::Phase phaseOf(const ElementTexts &entry)
 {
     ReportTest::Phase phase;
     phase.name = Known::text(entry.value(u"Phase"_s)).value_or(QString());
@@ -282,7 +282,7 @@ std::optional<ReportTest> ReportTest::read(const QString &text)
                    Known::text(document->text(u"Mobile/Platform"_s)),
                    Known::text(document->text(u"Mobile/Model"_s)),
                    Known::text(document->text(u"UserInstallation/OS"_s))};
-    for (const PathTexts &entry : document->entries) {
+    for (const ElementTexts &entry : document->entries) {
         report.phases += phaseOf(entry);
     }
     report.log = unescaped(document->text(u"JavaConsoleOutput"_s));

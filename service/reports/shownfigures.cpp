@@ -6,13 +6,6 @@ namespace velometer {
 
 namespace {
 
-/// Beyond what any network gives, a figure is a mistake or a joke.
-constexpr qint64 maxRate = 1'000'000'000'000;      // bit/s
-constexpr qint64 maxResponse = 60'000'000'000;     // ns
-constexpr double maxAccuracy = 100'000;            // m
-constexpr qint64 firstTime = 946'684'800'000;      // ms: 2000-01-01
-constexpr qint64 lastTime = 4'133'980'800'000 - 1; // ms: before 2101-01-01
-
 template <typename Value>
 std::optional<Value> upTo(Value most, const std::optional<Value> &value)
 {
@@ -42,11 +35,6 @@ ShownFigures ShownFigures::of(const Report &report)
     figures.accuracy = upTo(maxAccuracy, report.accuracy);
     figures.bytes = report.bytes;
     return figures;
-}
-
-bool ShownFigures::isTime(qint64 ms)
-{
-    return ms >= firstTime && ms <= lastTime;
 }
 
 } // namespace velometer

@@ -61,7 +61,7 @@ bool readList(const UrlQuery &query, QStringView key, QStringList &list)
     return true;
 }
 
-QString timeText(qint64 ms, qint64 day, qint64 moment)
+QString timeParameter(qint64 ms, qint64 day, qint64 moment)
 {
     return ms % msPerDay == 0
                ? QDateTime::fromMSecsSinceEpoch(ms - day, QTimeZone::utc()).toString(u"yyyy-MM-dd")
@@ -125,10 +125,10 @@ QString TestFilter::toQuery() const
 {
     UrlQuery query;
     if (from) {
-        query.add(u"from"_s, timeText(*from, 0, 0));
+        query.add(u"from"_s, timeParameter(*from, 0, 0));
     }
     if (to) {
-        query.add(u"to"_s, timeText(*to, msPerDay, 1));
+        query.add(u"to"_s, timeParameter(*to, msPerDay, 1));
     }
     const auto add = [&](const QString &key, const QStringList &list) {
         if (!list.isEmpty()) {

@@ -9,7 +9,7 @@ namespace velometer::UserQueries {
 namespace {
 
 /// Rows that one transaction deletes: some milliseconds, in which reports wait.
-constexpr int rowsAtOnce = 40;
+constexpr int rowsAtOnce = 25;
 
 /// A user's shares that have not expired.
 constexpr qint64 maxShares = 200;

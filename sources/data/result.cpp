@@ -74,6 +74,7 @@ void Result::initialize()
 void Result::calculateValues()
 {
     std::vector<qint64> rates;
+    rates.reserve(static_cast<std::size_t>(valuesrate.size()));
     for (int key = 0; key < valuesrate.size(); ++key) {
         rates.push_back(valuesrate.value(key));
     }

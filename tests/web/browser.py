@@ -5,6 +5,7 @@ import json
 import os
 import pathlib
 import shutil
+import socket
 import subprocess
 import sys
 import tempfile
@@ -22,13 +23,24 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
 
 
 class Service:
-    """The real service on a free port of loopback, with a database that goes with it."""
+    """The real service on a free port of loopback, with a database that goes with it.
 
-    def __init__(self, program, *options):
+    It is all servers of its deployment but those named in @p silent, where nobody answers.
+    """
+
+    def __init__(self, program, silent=()):
+        with socket.socket() as free:
+            free.bind(("127.0.0.1", 0))
+            port = free.getsockname()[1]
         self.folder = tempfile.mkdtemp(prefix="velometer-web-")
         self.database = os.path.join(self.folder, "reports.db")
-        self.process = subprocess.Popen([program, "--listen", "127.0.0.1:0", "--database", "sqlite:" + self.database,
-                                         *options], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        deployment = pathlib.Path(self.folder, "deployment.conf")
+        deployment.write_text("[TestServers]\n" + "".join(
+            f"{name}=127.0.0.1:{1 if name in silent else port}\n"
+            for name in ("Swisscom", "Sunrise", "HSR", "IpPlusGermany", "IpPlusItaly", "IpPlusNewYork")))
+        self.process = subprocess.Popen([program, "--listen", f"127.0.0.1:{port}", "--database",
+                                         "sqlite:" + self.database, "--config", str(deployment)],
+                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         self.host = self.process.stdout.readline().split()[-1]
 
     def stop(self):

@@ -40,7 +40,7 @@ def hostile_tests():
 
 def setUpModule():
     global service, browser, tests
-    service = Service(PROGRAM)
+    service = Service(PROGRAM, silent=["Sunrise"])
     tests = list(Generator(1, OWNER, TODAY).tests(300, 60))
     generated = [*copy.deepcopy(tests), *hostile_tests(), *Generator(2, LEAVER, TODAY).tests(12, 9)]
     assert fill(service.host, service.database, generated) == []
@@ -123,6 +123,13 @@ class PagesTest(unittest.TestCase):
         next(chip for chip in browser.all(".chip") if "Car" in chip.text).click()
         browser.wait(lambda: "location" not in browser.driver.current_url)
         self.assertIn("operator=228-02", browser.driver.current_url)
+
+    def test_start_page_tells_how_the_servers_are(self):
+        browser.open("/?language=de")
+        states = dict(row.text.split(f" {service.host.split(':')[0]}:")[0].split(" ● ")[0].split(" ○ ")[0:1] +
+                      ["●" in row.text] for row in browser.all("tbody tr"))
+        self.assertEqual(states, {"Dieser Server": True, "Swisscom": True, "Sunrise": False, "HSR": True,
+                                  "IP-Plus Germany": True, "IP-Plus Italy": True, "IP-Plus New York": True})
 
     def test_sorts_and_turns_pages(self):
         browser.open(page("UserReport", type="wlan"))
