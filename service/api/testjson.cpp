@@ -209,7 +209,7 @@ QJsonObject share(const Share &share)
             {u"positions"_s, share.showsPositions},
             {u"created_ms"_s, share.created},
             {u"expires_ms"_s, share.expires},
-            {u"address"_s, u"/velometer/Controller?page=UserReport&share="_s + share.key}};
+            {u"address"_s, u"/velometer/Controller?page=Shared&share="_s + share.key}};
 }
 
 QJsonObject shares(const QList<Share> &shares)

@@ -3,9 +3,9 @@
 #include "http/api.h"
 #include "http/handler.h"
 #include "http/measurements.h"
+#include "http/pages.h"
 #include "http/reportsubmission.h"
 #include "http/request.h"
-#include "http/userpages.h"
 #include "net/oneshot.h"
 
 #include <array>
@@ -46,10 +46,14 @@ asio::awaitable<MaybeAnswer> metrics(Connection &, const Request &, Service &ser
     co_return answer;
 }
 
-/// What stands for the {} of @p pattern in @p path, which must not be empty; an empty text for a
-/// pattern without. Nothing when the path is another.
+/// What stands for the {} or the * of @p pattern in @p path, which must not be empty; an empty text
+/// for a pattern without. Nothing when the path is another.
 std::optional<std::string_view> match(std::string_view pattern, std::string_view path)
 {
+    if (pattern.ends_with('*')) {
+        const auto before = pattern.substr(0, pattern.size() - 1);
+        return path.starts_with(before) ? std::optional(path.substr(before.size())) : std::nullopt;
+    }
     const auto place = pattern.find("{}");
     if (place == std::string_view::npos) {
         return pattern == path ? std::optional(std::string_view()) : std::nullopt;
@@ -71,7 +75,7 @@ enum class After { Answer, Stream };
 
 struct Route
 {
-    std::string_view path; ///< {} stands for one segment
+    std::string_view path; ///< {} stands for one segment, * at the end for any number of them
     std::string_view method;
     std::string_view name; ///< in the metrics
     Handler handler;
@@ -86,7 +90,10 @@ constexpr std::array endpoints{
     Route{"/velometer/uploadtest.php", "POST", "upload", Measurements::upload, After::Stream},
     Route{"/velometer/getuploadresult.php", "GET", "upload_result", Measurements::uploadResult},
     Route{"/velometer/redirect_iphone.php", "POST", "submit_report", submitReport},
-    Route{"/velometer/Controller", "GET", "user_report", userReport},
+    Route{"/velometer/Controller", "GET", "pages", controllerPage},
+    Route{"/velometer/statistics", "GET", "statistics", statisticsPage},
+    Route{"/", "GET", "home", homePage},
+    Route{"/velometer/assets/*", "GET", "assets", assetFile},
     Route{"/velometer/api/v1/tests", "GET", "api_tests", Api::tests},
     Route{"/velometer/api/v1/tests/{}", "GET", "api_test", Api::test},
     Route{"/velometer/api/v1/tests/{}", "DELETE", "api_delete_test", Api::deleteTest},

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "net/neighbours.h"
 #include "utils/endpoint.h"
+#include "web/layout.h"
 
 #include <QString>
 
@@ -19,7 +21,9 @@ struct ServerOptions
     /// IPv4 or IPv6 addresses; port 0: any free one.
     std::vector<Endpoint> listen{{QStringLiteral("127.0.0.1"), 8080}};
     QString databaseFile;
-    QString salt; ///< shared with the clients, see the hash of a report
+    std::vector<Neighbours::Server> servers; ///< of the deployment, shown to visitors
+    TileSource tiles;                        ///< of the pages' maps
+    QString salt;                            ///< shared with the clients, see the hash of a report
     int threads = 1;
     int maxStreams = 128;
     /// One client runs one stream at a time; so many share an address in a household or an office.

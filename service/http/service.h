@@ -40,6 +40,7 @@ struct Service
     Metrics metrics;
     LoopWatch watch{metrics.loopLate};
     HostNames hostNames;
+    Neighbours neighbours{options.servers};
     Streams streams;
     RandomBlock block;
     RecentResults<UploadFigures> uploads{resultCount, resultQuota, resultAge};

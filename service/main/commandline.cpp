@@ -81,6 +81,13 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
     number(u"--max-connections-per-address"_s, u"connections at once from one address"_s, 1,
            1'000'000, &options.maxConnectionsPerAddress);
     number(u"--max-report-bytes"_s, u"largest report taken"_s, 1024, 1 << 28, &reportBytes);
+    syntax.add(
+        {u"--tile-url"_s, u"URL"_s,
+         u"draw maps with these tiles, as in https://tiles.example/{z}/{x}/{y}.png; without it "
+         "the outlines of countries"_s,
+         Takes::text(&options.tiles.address)});
+    syntax.add({u"--tile-attribution"_s, u"TEXT"_s, u"whom maps thank for their tiles"_s,
+                Takes::text(&options.tiles.attribution)});
     syntax.add({u"--config"_s, u"FILE"_s, u"read the deployment from this file"_s,
                 Takes::text(&configFile)});
     syntax.add({u"--log-level"_s, u"error|warning|info|debug"_s, u"log so much (info)"_s,
@@ -101,6 +108,15 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
     if (!deployment) {
         return End{.status = 2, .text = u"velometer-service: "_s + error + u'\n'};
     }
+    if (options.tiles.attribution.isEmpty()) {
+        options.tiles.attribution = deployment->attribution;
+    }
+    options.servers = {{u"Swisscom"_s, deployment->swisscom},
+                       {u"Sunrise"_s, deployment->sunrise},
+                       {u"HSR"_s, deployment->hsr},
+                       {u"IP-Plus Germany"_s, deployment->ipPlusGermany},
+                       {u"IP-Plus Italy"_s, deployment->ipPlusItaly},
+                       {u"IP-Plus New York"_s, deployment->ipPlusNewYork}};
     options.salt = deployment->salt;
     options.maxReportBytes = static_cast<std::size_t>(reportBytes);
     return start;

@@ -267,7 +267,7 @@ private Q_SLOTS:
                    u"other.example"_s});
         store.add({3, 13, 5, 1'700'000'120'000.0, 7'300'000, 820'000, 59, u"Mobile(5G)"_s,
                    u"Train"_s, u"third.example"_s});
-        const XMLData waiting{u"<report/>"_s};
+        const XMLData waiting{u"<report/>"_s, {}};
         gDB->insertOrUpdateXMLFile(&waiting);
         // The file is a session: commands, and what each answers.
         QFile session(QStringLiteral(GOLDEN) + u"/stored.session"_s);
