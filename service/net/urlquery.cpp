@@ -77,7 +77,7 @@ std::optional<QString> UrlQuery::value(QStringView key) const
 
 QString UrlQuery::toString() const
 {
-    QString text;
+    QString text = u""_s; // not null: a column may hold it
     for (const auto &[key, value] : parts) {
         // What separates the entries of a list needs no escape and reads better without.
         text += (text.isEmpty() ? u""_s : u"&"_s) +

@@ -32,9 +32,9 @@ Value result(Call call)
 }
 
 template <typename Value, typename Call>
-std::optional<Value> answer(Call call)
+Value answer(Call call)
 {
-    return result<std::optional<Value>>(call);
+    return result<std::optional<Value>>(call).value();
 }
 
 template <typename Value>
@@ -237,7 +237,7 @@ private Q_SLOTS:
             QCOMPARE(parsed<TestFilter>(filter.toQuery().toStdString()), filter);
             for (const auto &scope : {TestScope{5, filter, {}}, TestScope{5, {}, filter}}) {
                 const auto summary =
-                    *answer<Summary>([&](auto done) { store->summary(scope, done); });
+                    answer<Summary>([&](auto done) { store->summary(scope, done); });
                 for (const auto &[sort, column] : {std::pair{"time", u"client_time"_s},
                                                    {"download", u"download_rate"_s},
                                                    {"upload", u"upload_rate"_s},
@@ -251,7 +251,7 @@ private Q_SLOTS:
                             const auto order =
                                 parsed<TestOrder>("limit=4&sort=" + std::string(sort) + "&order=" +
                                                   direction.toStdString() + "&after=" + next);
-                            const auto page = *answer<TestPage>(
+                            const auto page = answer<TestPage>(
                                 [&](auto done) { store->tests(scope, order, done); });
                             QCOMPARE(page.count, summary.tests);
                             for (const TestRow &row : page.rows) {
@@ -284,10 +284,10 @@ private Q_SLOTS:
             store->storeStream({.test = each.key(), .ended = 4'102'444'800'000});
         }
         const Share share{u"key"_s, {}, true, 1, 4'102'444'800'000};
-        QVERIFY(*answer<bool>([&](auto done) { store->addShare(5, share, done); }));
+        QVERIFY(answer<bool>([&](auto done) { store->addShare(5, share, done); }));
         for (const qint64 now : {share.expires - 1, share.expires}) {
             const auto access =
-                *answer<Access>([&](auto done) { store->accessOfShare(u"key"_s, now, done); });
+                answer<Access>([&](auto done) { store->accessOfShare(u"key"_s, now, done); });
             QCOMPARE(access.userId, now < share.expires ? 5 : 0);
         }
         store.reset();
@@ -310,7 +310,7 @@ private Q_SLOTS:
         QCOMPARE(sql(file, {u"SELECT group_concat(userid) FROM streams"_s}), 5);
         // And one from its beginning: nothing is left but that he was there.
         store = open();
-        QCOMPARE(*answer<qint64>([&](auto done) { store->deleteUser(5, done); }), 2);
+        QCOMPARE(answer<qint64>([&](auto done) { store->deleteUser(5, done); }), 2);
         QCOMPARE(put(store, report(5, 1, 12)), ReportStore::Outcome::Deleted);
         QCOMPARE(sql(file, {u"SELECT (SELECT count(*) FROM reports) + (SELECT count(*) FROM "
                             "streams) + (SELECT count(*) FROM shares)"_s}),
@@ -341,7 +341,7 @@ private Q_SLOTS:
               {StatisticsBy::Server, u"a.example all 15 2 8 14|a.example wlan 10 2 6 9"_s},
               {StatisticsBy::Month, u"2000-01 all 30 4 16 27|2000-01 wlan 10 2 6 9"_s}}) {
             QStringList rows;
-            const auto found = *answer<Statistics>(
+            const auto found = answer<Statistics>(
                 [&, wanted = by](auto done) { store->statistics(wanted, done); });
             for (const auto &row : found.rows) {
                 QVERIFY(row.rtt && !row.download && !row.upload);
