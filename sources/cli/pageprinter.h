@@ -4,10 +4,8 @@
 
 #include <QString>
 
-namespace velometer {
-
 /// The address of a page for whoever sits at the terminal.
-namespace PagePrinter {
+namespace velometer::PagePrinter {
 
 /// The address on a line of its own and, where a person looks, its QR code below: two modules a
 /// character, black on white whatever the terminal's colours are.
@@ -17,6 +15,4 @@ void print(const QString &address, Output &out);
 /// nothing that could.
 bool open(const QString &address);
 
-} // namespace PagePrinter
-
-} // namespace velometer
+} // namespace velometer::PagePrinter

@@ -7,12 +7,10 @@
 
 #include <functional>
 
-namespace velometer {
-
 /// Tests that could not be brought into the store because another program held it: each waits in a
 /// small database of its own beside the store's file, FILE.spare-N, with its report, until the
 /// store takes it in. What keep() has acknowledged survives a kill at any moment. Main thread only.
-namespace SpareStore {
+namespace velometer::SpareStore {
 
 /// False, and nothing is kept, when no file can be written beside @p store.
 bool keep(const QString &store, const FinishedTest &test, XMLData report);
@@ -25,6 +23,4 @@ void handOver(const QString &store,
 /// Removes what waits beside @p store.
 void remove(const QString &store);
 
-} // namespace SpareStore
-
-} // namespace velometer
+} // namespace velometer::SpareStore

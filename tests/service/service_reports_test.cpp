@@ -195,7 +195,7 @@ private Q_SLOTS:
                                   ", max " + told.at(2) + " bit/s\n"));
         const QByteArray page =
             service.get("/velometer/Controller?page=UserReport&userid=1436911191399025");
-        QCOMPARE(page.count("down\">25.0 Mbit/s"), 1);
+        QCOMPARE(page.count("down\">25.0 Mbit/s<"), 1);
         QCOMPARE(page.count(">device only<"), 1);
     }
 
