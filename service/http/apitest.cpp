@@ -16,7 +16,7 @@ Handled test(Connection &connection, const Request &request, Service &service)
     const auto view = std::make_shared<const ApiView>(std::get<ApiView>(std::move(opened)));
     using Tests = QList<ReportStore::StoredTest>;
     OneShot<std::optional<Tests>> value(connection.executor(), storeTime);
-    service.store->test(view->scope, QString::fromStdString(request.segment).toLongLong(),
+    service.store->test(view->scope, {.id = QString::fromStdString(request.segment).toLongLong()},
                         value.setter());
     const auto read = co_await value.wait();
     if (!read || !*read) {

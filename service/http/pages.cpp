@@ -164,10 +164,13 @@ asio::awaitable<MaybeAnswer> listPage(Connection &connection, const Request &req
 asio::awaitable<MaybeAnswer> testPage(Connection &connection, const Request &request,
                                       Service &service, const Asked &asked)
 {
-    const qint64 id = asked.access.bounds.test.value_or(request.number("test").value_or(0));
+    // A device knows its tests by series and number.
+    const TestName name{.id = asked.access.bounds.test.value_or(request.number("test").value_or(0)),
+                        .series = request.number("seriesid").value_or(0),
+                        .test = request.number("testid").value_or(0)};
     const TestScope scope{
         .userId = asked.access.userId, .filter = {}, .bounds = asked.access.bounds};
-    const auto find = [&](auto done) { service.store->test(scope, id, std::move(done)); };
+    const auto find = [&](auto done) { service.store->test(scope, name, std::move(done)); };
     const auto found = co_await ask<QList<ReportStore::StoredTest>>(connection, find);
     if (!found) {
         co_return storeFailed(service, 500);

@@ -97,8 +97,10 @@ public:
     virtual void map(const TestScope &scope, const MapQuery &query, Answer<MapData> done) = 0;
     virtual void facets(const TestScope &scope, Answer<Facets> done) = 0;
 
-    /// The test of row @p id; an empty list where the scope has none of that id.
-    virtual void test(const TestScope &scope, qint64 id, Answer<QList<StoredTest>> done) = 0;
+    /// The test called @p name, the newest where the device has counted anew; an empty list where
+    /// the scope has none of that name.
+    virtual void test(const TestScope &scope, const TestName &name,
+                      Answer<QList<StoredTest>> done) = 0;
 
     /// Some of the tests, the newest first, from the cursor @p after on, as many as are read
     /// quickly. Tests that come meanwhile may be missed; none comes twice.

@@ -46,7 +46,8 @@ public:
                       Answer<Distribution> done) override;
     void map(const TestScope &scope, const MapQuery &query, Answer<MapData> done) override;
     void facets(const TestScope &scope, Answer<Facets> done) override;
-    void test(const TestScope &scope, qint64 id, Answer<QList<StoredTest>> done) override;
+    void test(const TestScope &scope, const TestName &name,
+              Answer<QList<StoredTest>> done) override;
     void documents(const TestScope &scope, const QString &after, Answer<Documents> done) override;
     void setNote(const TestScope &scope, qint64 id, const QString &note,
                  Answer<bool> done) override;

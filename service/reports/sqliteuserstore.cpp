@@ -124,12 +124,13 @@ void SqliteReportStore::facets(const TestScope &scope, Answer<Facets> done)
         std::move(done));
 }
 
-void SqliteReportStore::test(const TestScope &scope, qint64 id, Answer<QList<StoredTest>> done)
+void SqliteReportStore::test(const TestScope &scope, const TestName &name,
+                             Answer<QList<StoredTest>> done)
 {
     ask<QList<StoredTest>>(
         reads,
-        [scope, id](SqliteConnection &connection) {
-            return TestQueries::test(connection, scope, id);
+        [scope, name](SqliteConnection &connection) {
+            return TestQueries::test(connection, scope, name);
         },
         std::move(done));
 }

@@ -255,11 +255,18 @@ bool fill(SqliteConnection &connection, qint64 userId, TestTable &table)
 }
 
 std::optional<QList<ReportStore::StoredTest>> test(SqliteConnection &connection,
-                                                   const TestScope &scope, qint64 id)
+                                                   const TestScope &scope, const TestName &name)
 {
-    TestScope one = scope;
-    one.filter.test = id;
-    return storedTests(connection, scope.userId, condition(one), QString());
+    ConditionBuilder builder(scope.userId);
+    builder.add(scope.filter);
+    builder.add(scope.bounds);
+    if (name.series == 0) {
+        builder.add(u"id = ?"_s, {name.id});
+    } else {
+        builder.add(u"seriesid = ? AND testid = ?"_s, {name.series, name.test});
+    }
+    return storedTests(connection, scope.userId, builder.built,
+                       u" ORDER BY client_time DESC LIMIT 1"_s);
 }
 
 std::optional<ReportStore::Documents> documents(SqliteConnection &connection,

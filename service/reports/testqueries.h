@@ -25,7 +25,7 @@ std::optional<TestPage> page(SqliteConnection &connection, const TestScope &scop
 bool fill(SqliteConnection &connection, qint64 userId, TestTable &table);
 
 std::optional<QList<ReportStore::StoredTest>> test(SqliteConnection &connection,
-                                                   const TestScope &scope, qint64 id);
+                                                   const TestScope &scope, const TestName &name);
 std::optional<ReportStore::Documents> documents(SqliteConnection &connection,
                                                 const TestScope &scope, const QString &after);
 

@@ -102,6 +102,14 @@ struct TestOrder
     static std::variant<TestOrder, QString> parse(const UrlQuery &query);
 };
 
+/// One test: by its row, or as its device counts it.
+struct TestName
+{
+    qint64 id = 0;
+    qint64 series = 0; ///< 0 where the row says it
+    qint64 test = 0;
+};
+
 struct TestRow
 {
     qint64 id = 0; ///< the row: never given to another test

@@ -197,6 +197,11 @@ private Q_SLOTS:
             service.get("/velometer/Controller?page=UserReport&userid=1436911191399025");
         QCOMPARE(page.count("down\">25.0 Mbit/s<"), 1);
         QCOMPARE(page.count(">device only<"), 1);
+        // A device leads to a test by its own numbers.
+        const QByteArray test =
+            "/velometer/Controller?page=Test&userid=1436911191399025&seriesid=13";
+        QVERIFY(bodyOf(service.get(test + "&testid=3")).contains("25.0"));
+        QCOMPARE(statusOf(service.get(test + "&testid=4")), 404);
     }
 
     void storesTextEncodedTwice()
