@@ -78,8 +78,6 @@ class FormatsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { qputenv("TZ", "UTC"); }
-
     void everyFigureComesOutWhereItBelongs()
     {
         FinishedTest test = WholeTest().value();

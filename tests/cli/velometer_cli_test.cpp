@@ -93,7 +93,8 @@ private Q_SLOTS:
 
     void deliversAndStoresATest()
     {
-        const Ended ended = run({u"--json"_s, u"--location"_s, u"indoor"_s});
+        const Ended ended =
+            run({u"--json"_s, u"--location"_s, u"indoor"_s, u"--server"_s, u"swisscom"_s});
         QCOMPARE(ended.messages, QByteArray());
         QCOMPARE(ended.status, 0);
         QCOMPARE(ended.printed.count('\n'), 1);
@@ -135,6 +136,7 @@ private Q_SLOTS:
         report.insert("resent"_L1, QJsonValue::Null);
         test.insert("report"_L1, report);
         QCOMPARE(object(shown.printed), test);
+        QVERIFY(run({u"servers"_s}).printed.startsWith("* Swisscom "));
 
         // Where the device was is its owner's alone.
         for (const QString &name : {u"data/orvak"_s, u"config/orvak"_s}) {
@@ -218,6 +220,7 @@ private Q_SLOTS:
         stored(u"DROP TRIGGER broken"_s);
 
         home->startService();
+        QCOMPARE(run({u"resend"_s, u"-6"_s}).status, 5); // it listens on IPv4
         ended = run({u"--json"_s});
         QCOMPARE(ended.status, 0);
         QCOMPARE(lastObject(ended).value("report"_L1).toObject().value("resent"_L1), 1);
@@ -236,7 +239,8 @@ private Q_SLOTS:
     void keepsWhatAnInterruptedTestHas()
     {
         const auto [number, status] = currentRow<int, int>();
-        const auto process = start({u"--json-stream"_s, u"--count"_s, u"2"_s});
+        const auto process =
+            start({u"--json-stream"_s, u"--count"_s, u"2"_s, u"--interval"_s, u"60"_s});
         QVERIFY(ProgramHome::waitForText(*process, "\"event\":\"progress\""));
         if (number == SIGTERM) {
             stored(u"DROP TABLE xmlfiles"_s);
@@ -254,7 +258,7 @@ private Q_SLOTS:
             return;
         }
         QCOMPARE(stored(u"PRAGMA integrity_check"_s), QList<QVariantList>({{u"ok"_s}}));
-        QCOMPARE(stored(u"SELECT id FROM xmlfiles"_s).size(), 1);
+        QCOMPARE(stored(u"SELECT id FROM xmlfiles WHERE xml LIKE '%>1,2,2<%'"_s).size(), 1);
         QCOMPARE(run({u"resend"_s}).status, 0);
         QCOMPARE(stored(u"SELECT id FROM xmlfiles"_s).size(), 0);
         QCOMPARE(reported(u"SELECT testid FROM reports"_s).size(), 1);

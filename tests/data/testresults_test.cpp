@@ -131,6 +131,7 @@ private Q_SLOTS:
         };
         QCOMPARE(speeds(u"120;350"_s), (QList<qint64>{0, 0, 0}));
         QCOMPARE(speeds(u"120;350;9000000000"_s), (QList<qint64>{120, 350, 9'000'000'000}));
+        QVERIFY(!results.hasServerUpload()); // of no upload
         QCOMPARE(speeds(u"120;x;900"_s), (QList<qint64>{120, 0, 900}));
     }
 };

@@ -110,6 +110,13 @@ private Q_SLOTS:
         QVERIFY(silent.back().send("GET /healthz HTTP/1.0\r\n\r\n"));
         QCOMPARE(statusOf(silent.back().receiveAll()), 200);
         QCOMPARE(service.metric("streams{direction=\"upload\"}"), 1);
+
+        // Who is being served keeps his place: there is no room beside him.
+        const RunningService small([](ServerOptions &o) { o.maxConnections = 1; });
+        SocketClient reader(small.port());
+        QVERIFY(reader.send("GET /velometer/downloadtest.php?logtraffic=9 HTTP/1.0\r\n\r\n"));
+        QVERIFY(!reader.receive(1).isEmpty());
+        QCOMPARE(small.get("/healthz"), QByteArray());
     }
 
     void takesTurnsBySubscriber()

@@ -33,7 +33,6 @@ public:
     ProgramHome()
     {
         environment.insert(QStringLiteral("HOME"), directory.path());
-        environment.insert(QStringLiteral("TZ"), QStringLiteral("IST-5:30"));
         for (const QString &each :
              {QStringLiteral("CONFIG"), QStringLiteral("DATA"), QStringLiteral("CACHE")}) {
             environment.insert(QStringLiteral("XDG_%1_HOME").arg(each), path(each.toLower()));

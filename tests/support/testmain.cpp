@@ -25,6 +25,7 @@ void settleIn(const QTemporaryDir &home)
     point("XDG_CONFIG_DIRS", u"none"_s);
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + QFile::encodeName(home.filePath(u"none"_s)));
     qputenv("LC_ALL", "C.UTF-8");
+    qputenv("TZ", "IST-5:30"); // not what programs tell each other the time in
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }

@@ -58,12 +58,12 @@ private Q_SLOTS:
         const bool yes = true;
         const bool no = false;
         row("the first start ever", no, no, no, "buttonOk buttonTrain",
-            "WarningPopup LocationPopup test");
-        row("costs accepted long ago", yes, no, no, "buttonCar", "LocationPopup test");
+            "WarningPopup LocationPopup test Train");
+        row("costs accepted long ago", yes, no, no, "buttonCar", "LocationPopup test Car");
         row("everything asks", no, yes, yes, "buttonOk buttonIndoor buttonOk buttonSingle",
-            "WarningPopup LocationPopup WarningPopup NumberOfMeasurementsPopup test");
+            "WarningPopup LocationPopup WarningPopup NumberOfMeasurementsPopup test Indoor");
         row("a series", yes, no, yes, "buttonOther buttonMultiple",
-            "LocationPopup NumberOfMeasurementsPopup series");
+            "LocationPopup NumberOfMeasurementsPopup series Other");
         row("location refused", yes, no, no, "buttonCancel", "LocationPopup nothing");
         row("roaming refused", yes, yes, no, "buttonOutdoor buttonCancel",
             "LocationPopup WarningPopup nothing");
@@ -85,9 +85,11 @@ private Q_SLOTS:
             click(button);
         }
         QCOMPARE(openPopup(), QString());
-        seen.append(!window->getController()->isRunning() ? u"nothing"_s
-                    : window->getScheduleInfo().isEmpty() ? u"test"_s
-                                                          : u"series"_s);
+        const TestController &controller = *window->getController();
+        seen.append(!controller.isRunning() ? u"nothing"_s
+                    : window->getScheduleInfo().isEmpty()
+                        ? u"test "_s + controller.getUserLocation()
+                        : u"series "_s + controller.getUserLocation());
         QCOMPARE(seen.join(u' '), shown);
     }
 

@@ -39,13 +39,16 @@ private Q_SLOTS:
 
     void readsAFileOverTheDefaults()
     {
-        write("[Service]\nWebHost=m.example  ; assigns ids\nWebPort=80\nSalt=1234\n"
+        write("[Service]\nWebHost=2001:db8::7  ; assigns ids\nWebPort=80\nSalt=1234\n"
+              "ImportHost=i.example\n"
               "[TestServers]\nHSR=[2001:db8::1]:8081\nSunrise=only-a-name.example\n"
               "[Map]\nAttribution=(c) Somebody, and others\n");
         QString error;
-        const auto deployment = Deployment::fromFile(file, &error);
+        qputenv("VELOMETER_CONFIG", file.toUtf8());
+        const auto deployment = Deployment::load({}, &error);
         QVERIFY2(deployment, qPrintable(error));
-        QCOMPARE(deployment->webAddress(), u"http://m.example"_s);
+        QCOMPARE(deployment->webAddress(), u"http://[2001:db8::7]"_s);
+        QCOMPARE(deployment->importHost, u"i.example"_s);
         QCOMPARE(deployment->salt, u"1234"_s);
         QCOMPARE(deployment->hsr, (Endpoint{u"2001:db8::1"_s, 8081}));
         QCOMPARE(deployment->sunrise, (Endpoint{u"only-a-name.example"_s, 80}));
@@ -61,11 +64,13 @@ private Q_SLOTS:
         for (const auto &[section, line] : {std::pair{"Service", "WebPort=70000"},
                                             {"Service", "WebHost=a b"},
                                             {"TestServers", "HSR=x:y"},
+                                            {"Long", "cannot be read"},
                                             {nullptr, "cannot be read"}}) {
             // Settings files are cached by name.
             file += u'x';
             if (section) {
-                write('[' + QByteArray(section) + "]\n" + line + '\n');
+                const int length = *section == 'L' ? 1 << 20 : 1;
+                write('[' + QByteArray(section) + "]\n" + line + QByteArray(length, '\n'));
             }
             QString error;
             QVERIFY(!Deployment::fromFile(file, &error));

@@ -59,11 +59,19 @@ private Q_SLOTS:
 
     void translatesCodes()
     {
-        QCOMPARE(Utils::connectionTypeKey(u"WcdmaMode"_s), u"Mobile(UMTS)"_s);
-        QCOMPARE(Utils::connectionTypeKey(u"NrMode"_s), u"Mobile(5G)"_s);
-        QCOMPARE(Utils::connectionTypeKey(u"wlanmode"_s), QString());
-        QCOMPARE(Utils::trConnectionTypeShort(u"NrMode"_s), u"conntypeMobile"_s);
-        QCOMPARE(Utils::trConnectionTypeShort(u"EthernetMode"_s), u"conntypeother"_s);
+        QStringList told;
+        for (const QString &code : u"WcdmaMode LteMode NrMode WlanMode Ethernet"_s.split(u' ')) {
+            told += Utils::connectionTypeKey(code) + u' ' + Utils::trConnectionTypeShort(code);
+        }
+        for (const QString &code : u"Indoor Outdoor Train Car Other car"_s.split(u' ')) {
+            told += Utils::trLocation(code) + u' ' + Utils::trLocationShort(code);
+        }
+        QCOMPARE(told.join(u','),
+                 u"Mobile(UMTS) conntypeMobile,Mobile(LTE) conntypeMobile,"
+                 "Mobile(5G) conntypeMobile,WLAN conntypeWLAN, conntypeother,"
+                 "LocationIndoor LocationIndoorShort,LocationOutdoor LocationOutdoorShort,"
+                 "LocationTrain LocationTrainShort,LocationCar LocationCarShort,"
+                 "LocationOther LocationOtherShort, "_s);
     }
 };
 

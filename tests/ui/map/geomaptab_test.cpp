@@ -40,21 +40,29 @@ private Q_SLOTS:
     void aTestsMarkerShowsHowItWasConnected()
     {
         int id = 0;
-        for (const auto &[connection, type] : {std::pair{u"Mobile(LTE)"_s, Marker::LocLTE},
-                                               {u"Mixed(WLAN,Mobile)"_s, Marker::LocOther},
-                                               {QString(5000, u'x'), Marker::LocOther}}) {
+        for (const auto &[connection, icon] : {std::pair{u"Mobile(GSM)"_s, "gsm"},
+                                               {u"Mobile(UMTS)"_s, "umts"},
+                                               {u"Mobile(LTE)"_s, "lte"},
+                                               {u"Mobile(5G)"_s, "nr"},
+                                               {u"WLAN"_s, "wlan"},
+                                               {u"Mixed(WLAN,Mobile)"_s, "other"},
+                                               {QString(5000, u'x'), "other"}}) {
             add(++id, 47.25, 8.75, connection);
             page->showResultsOnMap();
             const Marker &marker = *page->map()->shownMarkers().at(0);
-            QCOMPARE(marker.markerType(), type);
             // The label is no longer than it can be.
             QCOMPARE(marker.getPopupText(), "ConnectionTyp:"_L1 + connection.left(120) +
                                                 "\nDownloadSpeed:38412.1 kBit/s"
                                                 "\nUploadSpeed:na"_L1);
             QCOMPARE(marker.coordinate(), QGeoCoordinate(47.25, 8.75));
             QCOMPARE(marker.getPrecision(), 12);
-            QCOMPARE(marker.pixmap().width() / marker.pixmap().devicePixelRatio(), 50.0);
+            const QPixmap drawn(u":/velometerres/loc_%1.png"_s.arg(QLatin1StringView(icon)));
+            QCOMPARE(marker.pixmap().toImage(),
+                     drawn.scaledToWidth(50, Qt::SmoothTransformation).toImage());
         }
+        store->addDetail(id, u"deviceAccuracyVert"_s, qInf());
+        page->showResultsOnMap();
+        QCOMPARE(page->map()->shownMarkers().at(0)->getPrecision(), 0);
     }
 
     void threeTestsAreThreeMarkersAroundTheNewest()
