@@ -412,8 +412,10 @@ private Q_SLOTS:
                 failed += outcome == ReportStore::Outcome::Failed ? 1 : 0;
             });
         }
-        const auto closed =
-            std::async(std::launch::async, [&] { store->close(std::chrono::steady_clock::now()); });
+        // A second, in which it begins to wait for the file.
+        const auto closed = std::async(std::launch::async, [&] {
+            store->close(std::chrono::steady_clock::now() + std::chrono::seconds(1));
+        });
         const bool inTime = closed.wait_for(std::chrono::seconds(4)) == std::future_status::ready;
         held.reset();
         QVERIFY(inTime);
