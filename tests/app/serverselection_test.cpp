@@ -119,6 +119,7 @@ private Q_SLOTS:
         QCOMPARE(selection.choose(QString::fromUtf8(QTest::currentDataTag()), &error),
                  !host.isEmpty());
         QCOMPARE(Utils::getSettingsValue(u"TestServer.Hostname"_s), host);
+        QCOMPARE(Utils::getSettingsValue(u"TestServer.Port"_s).toInt(), port);
         if (host.isEmpty()) {
             QVERIFY2(error.contains(name) && !error.contains(u'\n'), qPrintable(error));
             return;

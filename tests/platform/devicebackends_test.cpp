@@ -316,6 +316,7 @@ private Q_SLOTS:
         session.open();
         QVERIFY(phone->leaveBy(MockPhone::mobilePath));
         QTRY_VERIFY(session.isOpen());
+        clock->advance(2s); // a look that finds it
         // A look without a connection is a hand-over, two in a row are a loss.
         QVERIFY(phone->leaveBy(u"/"_s));
         QTRY_VERIFY(!manager.state().activated);
