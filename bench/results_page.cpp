@@ -6,6 +6,7 @@
 #include "ui/mainwindow.h"
 #include "ui/pages/resultlist.h"
 #include "ui/pages/resultstab.h"
+#include "ui/theme/theme.h"
 
 #include "support/fakeplatform.h"
 
@@ -172,10 +173,7 @@ int main(int argc, char **argv)
     }
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     QApplication application(argc, argv);
-    QFile style(u":/velometerres/velometer.qss"_s);
-    if (style.open(QIODevice::ReadOnly)) {
-        application.setStyleSheet(QString::fromUtf8(style.readAll()));
-    }
+    Theme::wear(Theme::Look::Dark);
     DatabaseManager::database_path = directory.path();
 
     FakePlatform platform;

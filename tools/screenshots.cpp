@@ -1,6 +1,6 @@
 // Pictures of every page for the documents: the real window in a real shell, with a store of
 // made-up tests. Run by scripts/screenshots on an X server of its own.
-//     velometer_screenshots FOLDER SHELL LANGUAGE
+//     velometer_screenshots FOLDER SHELL LANGUAGE LOOK [WIDTHxHEIGHT]
 
 #include "db/databasemanager.h"
 #include "measurement/testcontroller.h"
@@ -12,6 +12,7 @@
 #include "ui/map/mapswidget.h"
 #include "ui/map/marker.h"
 #include "ui/shell.h"
+#include "ui/theme/appearance.h"
 #include "utils/deployment.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
@@ -179,6 +180,7 @@ void showRunningTest(MainWindow &window)
     window.setInformation(u"speed-zh.example"_s, u"12"_s, u"5"_s,
                           TestController::tr("positionknown").arg(u"8"_s, u"412"_s));
     window.setDownloadText(u"38412 kBit/s"_s);
+    window.setStatus(TestController::tr("testphase_upload"));
     const QList<qint64> download = wander(38'412'000);
     const QList<qint64> upload = wander(14'980'000);
     for (int i = 0; i < 70; ++i) {
@@ -187,7 +189,6 @@ void showRunningTest(MainWindow &window)
     for (int i = 0; i < 44; ++i) {
         window.setThroughput(2, i, upload.value(i));
     }
-    window.setStatus(TestController::tr("testphase_upload"));
     window.setProgress(4400, 7000);
 }
 
@@ -246,8 +247,10 @@ int main(int argc, char *argv[])
     QApplication::setStyle(u"Fusion"_s);
     const QStringList arguments = QApplication::arguments();
     const auto kind = Shell::fromName(arguments.value(2));
-    if (arguments.size() != 4 || !kind) {
-        std::fprintf(stderr, "usage: velometer_screenshots FOLDER SHELL LANGUAGE\n");
+    const auto look = Appearance::fromName(arguments.value(4));
+    if (arguments.size() < 5 || !kind || !look) {
+        std::fprintf(stderr,
+                     "usage: velometer_screenshots FOLDER SHELL LANGUAGE LOOK [WIDTHxHEIGHT]\n");
         return 2;
     }
     Translations::install(arguments.at(3));
@@ -265,7 +268,8 @@ int main(int argc, char *argv[])
     for (const auto &key : {u"CostWarning"_s, u"TestServer.Hostname"_s}) {
         Utils::setSettingsValue(key, QString());
     }
-    application.setStyleSheet(Utils::readFile(u":/velometerres/velometer.qss"_s));
+    Utils::setSettingsValue(u"WindowSize"_s, arguments.value(5));
+    const Appearance appearance(false, look);
 
     const auto platform = Platform::system();
     bool failed = false;
@@ -274,7 +278,8 @@ int main(int argc, char *argv[])
         Shell shell(*kind, window);
         shell.show();
         QTest::qWait(settleMs);
-        Camera camera(window, arguments.at(1), u"-%1-%2"_s.arg(arguments.at(2), arguments.at(3)));
+        Camera camera(window, arguments.at(1),
+                      u"-%1-%2-%3"_s.arg(arguments.at(2), arguments.at(3), arguments.at(4)));
         takeAll(window, camera);
         failed = camera.failed;
     }

@@ -302,6 +302,14 @@ hat, sieht die Tests.</translation>
         <source>velometer-cli does the same without a display.</source>
         <translation>velometer-cli leistet dasselbe ohne Bildschirm.</translation>
     </message>
+    <message>
+        <source>how it looks; without it as chosen on the settings page</source>
+        <translation>wie es aussieht; ohne sie wie auf der Seite Einstellungen gewählt</translation>
+    </message>
+    <message>
+        <source>auto, dark, light or given</source>
+        <translation>auto, dark, light oder given</translation>
+    </message>
 </context>
 <context>
     <name>PlatformChoice</name>
@@ -499,6 +507,10 @@ hat, sieht die Tests.</translation>
     <message>
         <source>About this program</source>
         <translation>Über dieses Programm</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>About</translation>
     </message>
 </context>
 <context>
@@ -971,6 +983,10 @@ hat, sieht die Tests.</translation>
         <source>na</source>
         <translation>k. A.</translation>
     </message>
+    <message>
+        <source>Map</source>
+        <translation>Karte</translation>
+    </message>
 </context>
 <context>
     <name>velometer::LinksTab</name>
@@ -997,6 +1013,10 @@ orvak verfassen</translation>
     <message>
         <source>Point another device&apos;s camera at it to see your results there. Whoever has the address sees them.</source>
         <translation>Mit der Kamera eines anderen Geräts sehen Sie Ihre Resultate dort. Wer die Adresse hat, sieht sie.</translation>
+    </message>
+    <message>
+        <source>Links</source>
+        <translation>Links</translation>
     </message>
 </context>
 <context>
@@ -1272,6 +1292,46 @@ orvak verfassen</translation>
         <source>No limit</source>
         <translation>Kein Limit</translation>
     </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Look:</source>
+        <translation>Aussehen:</translation>
+    </message>
+    <message>
+        <source>Look</source>
+        <translation>Aussehen</translation>
+    </message>
+    <message>
+        <source>Larger text:</source>
+        <translation>Größere Schrift:</translation>
+    </message>
+    <message>
+        <source>Larger text</source>
+        <translation>Größere Schrift</translation>
+    </message>
+    <message>
+        <source>The start button then begins a series of tests.</source>
+        <translation>Der Startknopf beginnt dann eine Serie von Tests.</translation>
+    </message>
+    <message>
+        <source>As the device</source>
+        <translation>Wie das Gerät</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Classic</source>
+        <translation>Klassisch</translation>
+    </message>
 </context>
 <context>
     <name>velometer::StartDialogue</name>
@@ -1522,6 +1582,36 @@ orvak verfassen</translation>
         <source>On the service everything of this user was deleted; the next test begins with a new user.</source>
         <translation>Auf dem Dienst wurde alles von diesem Benutzer gelöscht; der nächste Test beginnt mit einem neuen.</translation>
     </message>
+    <message>
+        <source>Last test, %1
+%2 / %3 kBit/s, %4</source>
+        <translation>Letzter Test, %1
+%2 / %3 kBit/s, %4</translation>
+    </message>
+    <message>
+        <source>kBit/s now</source>
+        <translation>kBit/s jetzt</translation>
+    </message>
+    <message>
+        <source>Waiting for a network connection.</source>
+        <translation>Es wird auf eine Netzverbindung gewartet.</translation>
+    </message>
+    <message>
+        <source>Waiting for an answer of the service at %1.</source>
+        <translation>Es wird auf eine Antwort des Dienstes bei %1 gewartet.</translation>
+    </message>
+    <message>
+        <source>Waiting for an answer of the test server %1.</source>
+        <translation>Es wird auf eine Antwort des Testservers %1 gewartet.</translation>
+    </message>
+    <message>
+        <source>Stopped.</source>
+        <translation>Angehalten.</translation>
+    </message>
+    <message>
+        <source>ms now</source>
+        <translation>ms jetzt</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestResultWidget</name>
@@ -1705,6 +1795,10 @@ orvak verfassen</translation>
     <message>
         <source>Start Test</source>
         <translation>Test starten</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stopp</translation>
     </message>
 </context>
 <context>

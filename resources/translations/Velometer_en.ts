@@ -300,6 +300,14 @@ sees the tests.</translation>
         <source>velometer-cli does the same without a display.</source>
         <translation>velometer-cli does the same without a display.</translation>
     </message>
+    <message>
+        <source>how it looks; without it as chosen on the settings page</source>
+        <translation>how it looks; without it as chosen on the settings page</translation>
+    </message>
+    <message>
+        <source>auto, dark, light or given</source>
+        <translation>auto, dark, light or given</translation>
+    </message>
 </context>
 <context>
     <name>PlatformChoice</name>
@@ -497,6 +505,10 @@ sees the tests.</translation>
     <message>
         <source>About this program</source>
         <translation>About this program</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>About</translation>
     </message>
 </context>
 <context>
@@ -969,6 +981,10 @@ sees the tests.</translation>
         <source>na</source>
         <translation>n/a</translation>
     </message>
+    <message>
+        <source>Map</source>
+        <translation>Map</translation>
+    </message>
 </context>
 <context>
     <name>velometer::LinksTab</name>
@@ -995,6 +1011,10 @@ to orvak</translation>
     <message>
         <source>Point another device&apos;s camera at it to see your results there. Whoever has the address sees them.</source>
         <translation>Point another device&apos;s camera at it to see your results there. Whoever has the address sees them.</translation>
+    </message>
+    <message>
+        <source>Links</source>
+        <translation>Links</translation>
     </message>
 </context>
 <context>
@@ -1270,6 +1290,46 @@ to orvak</translation>
         <source>No limit</source>
         <translation>No limit</translation>
     </message>
+    <message>
+        <source>Settings</source>
+        <translation>Settings</translation>
+    </message>
+    <message>
+        <source>Look:</source>
+        <translation>Look:</translation>
+    </message>
+    <message>
+        <source>Look</source>
+        <translation>Look</translation>
+    </message>
+    <message>
+        <source>Larger text:</source>
+        <translation>Larger text:</translation>
+    </message>
+    <message>
+        <source>Larger text</source>
+        <translation>Larger text</translation>
+    </message>
+    <message>
+        <source>The start button then begins a series of tests.</source>
+        <translation>The start button then begins a series of tests.</translation>
+    </message>
+    <message>
+        <source>As the device</source>
+        <translation>As the device</translation>
+    </message>
+    <message>
+        <source>Dark</source>
+        <translation>Dark</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Light</translation>
+    </message>
+    <message>
+        <source>Classic</source>
+        <translation>Classic</translation>
+    </message>
 </context>
 <context>
     <name>velometer::StartDialogue</name>
@@ -1520,6 +1580,36 @@ to orvak</translation>
         <source>On the service everything of this user was deleted; the next test begins with a new user.</source>
         <translation>On the service everything of this user was deleted; the next test begins with a new user.</translation>
     </message>
+    <message>
+        <source>Last test, %1
+%2 / %3 kBit/s, %4</source>
+        <translation>Last test, %1
+%2 / %3 kBit/s, %4</translation>
+    </message>
+    <message>
+        <source>kBit/s now</source>
+        <translation>kBit/s now</translation>
+    </message>
+    <message>
+        <source>Waiting for a network connection.</source>
+        <translation>Waiting for a network connection.</translation>
+    </message>
+    <message>
+        <source>Waiting for an answer of the service at %1.</source>
+        <translation>Waiting for an answer of the service at %1.</translation>
+    </message>
+    <message>
+        <source>Waiting for an answer of the test server %1.</source>
+        <translation>Waiting for an answer of the test server %1.</translation>
+    </message>
+    <message>
+        <source>Stopped.</source>
+        <translation>Stopped.</translation>
+    </message>
+    <message>
+        <source>ms now</source>
+        <translation>ms now</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestResultWidget</name>
@@ -1703,6 +1793,10 @@ to orvak</translation>
     <message>
         <source>Start Test</source>
         <translation>Start Test</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stop</translation>
     </message>
 </context>
 <context>

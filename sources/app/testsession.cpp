@@ -4,6 +4,8 @@
 #include "app/startup.h"
 #include "utils/utils.h"
 
+#include <utility>
+
 namespace velometer {
 
 TestSession::TestSession(Platform &platform, ServerSelection &serverSelection,
@@ -50,6 +52,15 @@ void TestSession::resume(DataBudget budget)
         controller.setDataBudget(budget);
         Q_EMIT resumed(series.resume());
     });
+}
+
+bool TestSession::stop()
+{
+    const bool begun = !std::exchange(starting, false);
+    servers.cancelWait();
+    series.abort();
+    controller.abortTest();
+    return begun;
 }
 
 void TestSession::close()

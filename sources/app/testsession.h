@@ -39,6 +39,9 @@ public:
     /// From start() or resume() to the end of the last test.
     bool isActive() const { return starting || series.isRunning(); }
 
+    /// The user has had enough: a running test ends now, its partial report goes to the queue, and
+    /// its series is over. False when no test had begun yet; then none will.
+    bool stop();
     /// The program ends: a running test ends now, its partial report goes to the queue, and what is
     /// left of a series can be resumed.
     void close();

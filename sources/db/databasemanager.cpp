@@ -304,6 +304,11 @@ std::unique_ptr<DBTestResults> DatabaseManager::getResultsById(qulonglong id)
     return tests.row(id);
 }
 
+std::unique_ptr<DBTestResults> DatabaseManager::getNewestResults()
+{
+    return tests.newest();
+}
+
 std::vector<std::unique_ptr<DBTestResults>> DatabaseManager::getAllResults()
 {
     return tests.rows();

@@ -75,6 +75,7 @@ public:
     FinishedTest getTest(const DBTestResults &row);
 
     std::unique_ptr<DBTestResults> getResultsById(qulonglong id); ///< null when absent
+    std::unique_ptr<DBTestResults> getNewestResults(); ///< of the test stored last, or null
     /// Another text whenever the tests in the store are others, whoever has changed them.
     QString getResultsState();
     int countResults();

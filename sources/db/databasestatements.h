@@ -58,6 +58,8 @@ inline constexpr auto INSERT_INTO_TESTRESULTS =
 inline constexpr auto INSERT_INTO_TESTDETAILS =
     "INSERT INTO testdetails(id,key,type,string,long,double) VALUES(?,?,?,?,?,?)"_L1;
 inline constexpr auto SELECT_TESTRESULTS_BY_ID = "SELECT * FROM testresults WHERE id = %1"_L1;
+inline constexpr auto SELECT_NEWEST_TESTRESULTS =
+    "SELECT * FROM testresults ORDER BY id DESC LIMIT 1"_L1;
 inline constexpr auto SELECT_ALL_TESTRESULTS =
     "SELECT * FROM testresults order by seriesid desc, testid desc"_L1;
 inline constexpr auto SELECT_RESULTSSTATE =

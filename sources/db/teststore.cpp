@@ -322,6 +322,13 @@ std::unique_ptr<DBTestResults> TestStore::row(qulonglong id)
     return query.next() ? fromRow(query) : nullptr;
 }
 
+std::unique_ptr<DBTestResults> TestStore::newest()
+{
+    QSqlQuery query(db);
+    query.exec(SELECT_NEWEST_TESTRESULTS);
+    return query.next() ? fromRow(query) : nullptr;
+}
+
 std::unique_ptr<TestDetails> TestStore::details(qulonglong id)
 {
     std::unique_ptr<TestDetails> details;

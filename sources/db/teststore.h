@@ -41,6 +41,7 @@ public:
 
     std::vector<std::unique_ptr<DBTestResults>> rows();  ///< newest series and test first
     std::unique_ptr<DBTestResults> row(qulonglong id);   ///< null when absent
+    std::unique_ptr<DBTestResults> newest();             ///< null when there is none
     std::unique_ptr<TestDetails> details(qulonglong id); ///< null when it has none
     QList<qint64> list(qulonglong id, int number);       ///< empty when it has none
     std::vector<HistoryPoint> history();                 ///< in the order of time

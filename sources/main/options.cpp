@@ -63,6 +63,13 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString *err
                        say(QT_TRANSLATE_NOOP("Options", "handset, phone or desktop")),
                        &options.shell)});
     syntax.add(
+        {u"--theme"_s, u"auto|dark|light|given"_s,
+         say(QT_TRANSLATE_NOOP("Options", "how it looks; without it as chosen on the settings "
+                                          "page")),
+         Takes::parsed(Appearance::fromName,
+                       say(QT_TRANSLATE_NOOP("Options", "auto, dark, light or given")),
+                       &options.theme)});
+    syntax.add(
         {u"--language"_s, u"de|en"_s,
          say(QT_TRANSLATE_NOOP("Options", "German or English; without it as chosen on the "
                                           "settings page")),

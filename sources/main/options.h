@@ -2,6 +2,7 @@
 
 #include "platform/choice/platformchoice.h"
 #include "ui/shell.h"
+#include "ui/theme/appearance.h"
 
 #include <QString>
 #include <QStringList>
@@ -18,6 +19,7 @@ struct Options
     PlatformChoice platform;
     QString language;               ///< "de" or "en"; empty: as chosen before, else the system's
     std::optional<ShellKind> shell; ///< none: what fits the screen
+    std::optional<Appearance::Choice> theme; ///< none: as chosen on the settings page
     bool verbose = false;
     QString answer; ///< print this instead of starting: the help page, the version, completions
 

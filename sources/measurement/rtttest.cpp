@@ -97,6 +97,9 @@ void RttTest::rttmeasurementFinished()
         responsetimes.insert(testsexecuted, static_cast<int>(rtt));
     }
     controller->getTestObserver()->setProgressValue(testsexecuted + 1);
+    if (rtt > 0) {
+        controller->getTestObserver()->setRoundTrip(rtt);
+    }
     if (cancelled) {
         return;
     }

@@ -37,6 +37,8 @@ public:
         Q_UNUSED(interval)
         Q_UNUSED(bytes)
     }
+    /// One sample of the round-trip time, ns. For observers that draw.
+    virtual void setRoundTrip(qint64 time) { Q_UNUSED(time) }
 
 protected:
     TestObserver() = default;

@@ -16,6 +16,7 @@
 #include "ui/popups/popuplayer.h"
 #include "ui/popups/storedialogue.h"
 #include "ui/testdisplay.h"
+#include "ui/theme/focusring.h"
 #include "utils/deployment.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
@@ -40,7 +41,9 @@ MainWindow::MainWindow(Platform &devicePlatform, QWidget *parent)
     , popups(new PopupLayer(this))
 {
     ui->setupUi(this);
+    new FocusRing(this);
     connect(popups, &PopupLayer::closed, pages, &PageStack::focus);
+    connect(pages, &PageStack::pageClicked, this, &MainWindow::showPageOf);
     QTimer::singleShot(0, this, &MainWindow::windowReady);
 }
 
@@ -78,6 +81,13 @@ void MainWindow::createPages()
     pages->add(detailsWindow = new DetailsWindow(this));
     display = new TestDisplay(testTab, this);
     connect(display, &TestDisplay::notice, this, &MainWindow::showNotice);
+    pages->addBeside(resultsTab, detailsWindow);
+    pages->addBeside(resultsTab, geomapTab);
+    for (TabBase *page : pages->pages()) {
+        if (page != testTab) {
+            connect(display, &TestDisplay::running, page, &TabBase::setRunning);
+        }
+    }
     connectPages();
     setAdvancedMode(settingsTab->isSeriesMode());
 }
@@ -90,6 +100,8 @@ void MainWindow::connectPages()
         connect(page, &TabBase::exitClicked, this, &MainWindow::exitClicked);
     }
     connect(testTab, &TestTab::startClicked, this, &MainWindow::startTestClicked);
+    connect(testTab, &TestTab::stopClicked, this, &MainWindow::stopTestClicked);
+    connect(testTab, &TestTab::lastTestClicked, this, &MainWindow::showLastTest);
     connect(testTab, &TestTab::locationLinkClicked, this, &MainWindow::showLocationPopup);
     connect(resultsTab, &ResultsTab::mapClicked, this, &MainWindow::showGeomapTab);
     connect(resultsTab, &ResultsTab::resultSelected, detailsWindow, &DetailsWindow::setTestResults);
@@ -100,6 +112,8 @@ void MainWindow::connectPages()
     connect(settingsTab, &SettingsTab::clearDatabaseClicked, this, &MainWindow::clearLocalDatabase);
     connect(settingsTab, &SettingsTab::seriesModeChosen, this, &MainWindow::setAdvancedMode);
     connect(settingsTab, &SettingsTab::languageChosen, this, &MainWindow::setLanguage);
+    connect(settingsTab, &SettingsTab::lookChosen, this, &MainWindow::lookChosen);
+    connect(settingsTab, &SettingsTab::textSizeChosen, this, &MainWindow::textSizeChosen);
 }
 
 void MainWindow::createPopups()
@@ -126,6 +140,8 @@ void MainWindow::createTests()
     display->watch(&session->getController(), &session->getSeries());
     connect(session.get(), &TestSession::resumed, this, &MainWindow::seriesResumed);
     connect(getController(), &TestController::testEnded, this, &MainWindow::holdTiles);
+    connect(getController(), &TestController::testEnded, this, &MainWindow::tellLastTest);
+    tellLastTest();
 }
 
 void MainWindow::setOrientation(ScreenOrientation orientation)
@@ -191,6 +207,7 @@ void MainWindow::showPageOf(Page page)
     case Page::Results:
         if (showPage(resultsTab)) {
             resultsTab->updateResults();
+            showSomethingBeside();
         }
         return;
     case Page::Settings:
@@ -206,6 +223,16 @@ void MainWindow::showPageOf(Page page)
             aboutTab->showDefaultPage();
         }
         return;
+    }
+}
+
+// Two panes are no empty one: beside the list stands its newest test until another is chosen.
+void MainWindow::showSomethingBeside()
+{
+    if (pages->isWide() && !detailsWindow->hasTest()) {
+        if (const auto newest = gDB->getNewestResults()) {
+            detailsWindow->setTestResults(newest.get());
+        }
     }
 }
 
@@ -330,6 +357,13 @@ void MainWindow::startTestClicked()
     }
 }
 
+void MainWindow::stopTestClicked()
+{
+    if (session && session->isActive() && !session->stop()) {
+        display->seriesEnded();
+    }
+}
+
 void MainWindow::startAgreed(StartDialogue::Goal goal, const TestSeries::Plan &plan)
 {
     display->prepare();
@@ -366,6 +400,20 @@ void MainWindow::startTest()
 TestController *MainWindow::getController() const
 {
     return session ? &session->getController() : nullptr;
+}
+
+void MainWindow::tellLastTest()
+{
+    const auto last = gDB->getNewestResults();
+    testTab->setLastTest(last ? TestDisplay::summary(*last) : QString());
+}
+
+void MainWindow::showLastTest()
+{
+    if (const auto last = gDB->getNewestResults()) {
+        detailsWindow->setTestResults(last.get());
+        showDetailsWindow();
+    }
 }
 
 // ---- Actions of the settings page

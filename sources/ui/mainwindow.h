@@ -104,9 +104,13 @@ public:
     {
         display->setThroughput(resulttype, interval, bytes);
     }
+    void setRoundTrip(qint64 time) override { display->setRoundTrip(time); }
 
 public Q_SLOTS:
     void startTestClicked();
+    void stopTestClicked();
+    /// Details of the test that ended last.
+    void showLastTest();
     void showLocationPopup();
     void showNumberOfMeasurementsPopup();
 
@@ -139,6 +143,9 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// The window has closed: the program may end.
     void closed();
+    /// On the settings page, as Appearance calls them.
+    void lookChosen(const QString &name);
+    void textSizeChosen(bool larger);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -155,6 +162,8 @@ private:
     void createTests();
     bool showPage(TabBase *page);
     void holdTiles();
+    void tellLastTest();
+    void showSomethingBeside();
     void showNotice(const QString &title, const QString &message);
     void storeEmptied(bool done);
     void seriesResumed(bool done);

@@ -32,7 +32,7 @@ constexpr int maxPhoneWidth = 600;
 constexpr qreal maxPhoneWidthMm = 100;
 /// Title bar and borders of a desktop's window, px.
 constexpr int decoration = 40;
-constexpr QSize smallestWindow{480, 560};
+constexpr QSize smallestWindow{320, 480};
 
 /// Tells the window manager which way the panel is held; without X11 there is nobody to tell.
 void setOrientationProperty(WId window, int degrees)
@@ -47,6 +47,15 @@ void setOrientationProperty(WId window, int degrees)
     XChangeProperty(display, window, property, XA_CARDINAL, 32, PropModeReplace,
                     reinterpret_cast<const unsigned char *>(&value), 1);
     XFlush(display);
+}
+
+/// What the user left, else the design's size. A settings file may hold anything.
+QSize rememberedSize()
+{
+    const QStringList parts = Utils::getSettingsValue(u"WindowSize"_s).split(u'x');
+    const QSize size(parts.value(0).toInt(), parts.value(1).toInt());
+    return parts.size() == 2 && size.width() > 0 && size.height() > 0 ? size
+                                                                      : MainWindow::designSize;
 }
 
 } // namespace
@@ -79,8 +88,8 @@ protected:
     void closeEvent(QCloseEvent *event) override { event->setAccepted(window.close()); }
 
 private:
-    // The design's width or height fills the screen, the other is as much as the screen has, but
-    // never less than the design's.
+    // Pages lay out to what there is; only on a panel of twice the design's pixels and more are
+    // they made larger, by a whole factor, so that nothing gets soft.
     void fit()
     {
         const bool turned = degrees % 180 != 0;
@@ -88,11 +97,10 @@ private:
         if (size.isEmpty()) {
             return;
         }
-        const QSizeF design = MainWindow::designSize;
-        const qreal factor =
-            std::min(size.width() / design.width(), size.height() / design.height());
-        const QSize page(std::max(MainWindow::designSize.width(), qRound(size.width() / factor)),
-                         std::max(MainWindow::designSize.height(), qRound(size.height() / factor)));
+        const QSize design = MainWindow::designSize;
+        const int factor =
+            std::max(1, std::min(size.width() / design.width(), size.height() / design.height()));
+        const QSize page = size / factor;
         resetTransform();
         rotate(degrees);
         scale(factor, factor);
@@ -137,28 +145,26 @@ Shell::Shell(ShellKind shellKind, MainWindow &mainWindow)
     : kind(shellKind)
     , window(mainWindow)
 {
-    const QSize free = QGuiApplication::primaryScreen()->availableGeometry().size();
-    const bool small = free.width() < smallestWindow.width() ||
-                       free.height() < smallestWindow.height() + decoration;
-    if (kind == ShellKind::Desktop && !small) {
-        window.setMinimumSize(smallestWindow);
-        window.resize(MainWindow::designSize.boundedTo(free - QSize(0, decoration)));
+    if (kind != ShellKind::Handset) {
+        const QSize free =
+            QGuiApplication::primaryScreen()->availableGeometry().size() - QSize(0, decoration);
+        window.setMinimumSize(smallestWindow.boundedTo(free));
+        window.resize(rememberedSize().boundedTo(free).expandedTo(window.minimumSize()));
         return;
     }
     scene = std::make_unique<QGraphicsScene>();
     QGraphicsProxyWidget *proxy = scene->addWidget(&window);
     proxy->setPos(0, 0);
-    view = std::make_unique<View>(scene.get(), window,
-                                  kind == ShellKind::Handset ? handsetDegrees : 0);
-    if (kind == ShellKind::Desktop) {
-        view->resize(
-            MainWindow::designSize.scaled(free - QSize(0, decoration), Qt::KeepAspectRatio));
-    }
+    view = std::make_unique<View>(scene.get(), window, handsetDegrees);
     connect(&window, &MainWindow::closed, view.get(), &QWidget::close, Qt::QueuedConnection);
 }
 
 Shell::~Shell()
 {
+    if (kind == ShellKind::Desktop && !window.isMaximized()) {
+        Utils::setSettingsValue(u"WindowSize"_s,
+                                u"%1x%2"_s.arg(window.width()).arg(window.height()));
+    }
     // The window is not ours: it leaves the scene before the scene goes.
     if (QGraphicsProxyWidget *proxy = window.graphicsProxyWidget()) {
         proxy->setWidget(nullptr);

@@ -15,14 +15,14 @@ class MainWindow;
 /// How the portrait window meets the screen.
 enum class ShellKind {
     Handset, ///< landscape panel: rotated by 270 degrees, full screen
-    Phone,   ///< portrait panel: upright, full screen, scaled to fit
-    Desktop, ///< an upright window; scaled down where the screen is too small for it
+    Phone,   ///< portrait panel: upright, full screen
+    Desktop, ///< an upright window, as large as the user left it
 };
 
-/// Puts the main window on the screen. In the handset and phone shells, and on a desktop screen too
-/// small for it, the window lies in the scene of a graphics view that turns and scales it; its page
-/// then has the design's width and at least its height, so that it fills the screen without a
-/// border. Main thread only.
+/// Puts the main window on the screen. In the handset shell the window lies in the scene of a
+/// graphics view that turns it, and makes it larger by a whole factor where the panel has that many
+/// pixels; elsewhere it lies on the screen itself. Its pages lay out to the size they get. Main
+/// thread only.
 class Shell : public QObject
 {
     Q_OBJECT

@@ -1,11 +1,18 @@
 #include "ui/testdisplay.h"
 
 #include "app/testseries.h"
+#include "data/result.h"
 #include "data/testresults.h"
+#include "data/testserver.h"
 #include "db/databasemanager.h"
+#include "db/dbtestresults.h"
 #include "measurement/testcontroller.h"
 #include "ui/pages/testtab.h"
+#include "utils/clock.h"
+#include "utils/deployment.h"
 #include "utils/utils.h"
+
+#include <QDateTime>
 
 #include <chrono>
 #include <utility>
@@ -18,7 +25,22 @@ namespace velometer {
 namespace {
 
 constexpr auto countDownPeriod = 200ms;
+constexpr auto lookPeriod = 200ms;
+constexpr std::chrono::microseconds longSilence = 3s;
+constexpr double bitsPerKiloBit = 1000;
+constexpr double nsPerMs = 1e6;
 constexpr int secondsPerMinute = 60;
+
+/// "14 730", with thin spaces, which mean the same in every language.
+QString grouped(qint64 number)
+{
+    constexpr int digits = 3;
+    QString text = QString::number(number);
+    for (qsizetype place = text.size() - digits; place > 0; place -= digits) {
+        text.insert(place, QChar(0x2009));
+    }
+    return text;
+}
 
 } // namespace
 
@@ -27,11 +49,13 @@ TestDisplay::TestDisplay(TestTab *page, QObject *parent)
     , testTab(page)
 {
     connect(&countDown, &ClockTimer::timeout, this, &TestDisplay::updateScreenNextMeasurement);
+    connect(&lookAgain, &ClockTimer::timeout, this, &TestDisplay::look);
 }
 
 void TestDisplay::watch(TestController *testController, TestSeries *testSeries)
 {
     countDown.stop();
+    lookAgain.stop();
     controller = testController;
     series = testSeries;
     if (!series) {
@@ -43,10 +67,24 @@ void TestDisplay::watch(TestController *testController, TestSeries *testSeries)
     connect(controller, &TestController::testEnded, this, &TestDisplay::testEnded);
 }
 
+QString TestDisplay::summary(const DBTestResults &test)
+{
+    const auto rate = [](double bitsPerSecond) {
+        return bitsPerSecond > 0 ? QString::number(qRound64(bitsPerSecond / bitsPerKiloBit))
+                                 : tr("na");
+    };
+    return tr("Last test, %1\n%2 / %3 kBit/s, %4")
+        .arg(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(test.timestamp))
+                 .toString(u"hh:mm"_s),
+             rate(test.downloadSpeed), rate(test.uploadSpeed),
+             test.rtt > 0 ? u"%1 ms"_s.arg(test.rtt) : tr("na"));
+}
+
 void TestDisplay::prepare()
 {
     stoprequestedflag = false;
     testTab->setGUIDisabled(true);
+    testTab->setStoppable(true);
 }
 
 void TestDisplay::requestStop()
@@ -72,6 +110,11 @@ void TestDisplay::startTest()
     } else {
         testTab->setGUIDisabled(true);
     }
+    testTab->setStoppable(true);
+    testTab->setLastTest(QString());
+    rate.clear();
+    heard();
+    lookAgain.start(lookPeriod);
     testTab->showProgessBar(true);
     testTab->clearThroughput();
     setDownloadText(QString());
@@ -82,6 +125,10 @@ void TestDisplay::startTest()
 
 void TestDisplay::stopTest()
 {
+    lookAgain.stop();
+    testTab->setWaiting(QString());
+    testTab->hideLive();
+    testTab->setStoppable(false);
     testTab->showProgessBar(false);
     setProgress(0, 1);
     if (inSeries() && series->hasNext() && !stoprequestedflag) {
@@ -104,11 +151,50 @@ void TestDisplay::awaitNext()
 void TestDisplay::seriesEnded()
 {
     countDown.stop();
+    testTab->setStoppable(false);
     setStatus(tr("Start Test"));
     if (series->isSeries()) {
         setDataTransferred(QString());
     }
     testTab->setGUIDisabled(false);
+    Q_EMIT running(QString());
+}
+
+// ---- While a test runs
+
+void TestDisplay::heard()
+{
+    heardUs = Clock::current().steadyUs();
+    testTab->setWaiting(QString());
+}
+
+void TestDisplay::look()
+{
+    const qint64 now = Clock::current().steadyUs();
+    if (rate.phase() != Result::Empty) {
+        const double kiloBits = rate.bitsPerSecond(now) / bitsPerKiloBit;
+        testTab->setLive(rate.phase(), grouped(qRound64(kiloBits)), tr("kBit/s now"));
+    }
+    if (std::chrono::microseconds(now - heardUs) >= longSilence) {
+        testTab->setWaiting(awaited());
+    }
+    lookAgain.start(lookPeriod);
+}
+
+// In one sentence: who has been silent.
+QString TestDisplay::awaited() const
+{
+    switch (controller->getPhase()) {
+    case TestController::Phase::Init:
+    case TestController::Phase::NetworkSession: return tr("Waiting for a network connection.");
+    case TestController::Phase::UserId:
+    case TestController::Phase::Submit:
+    case TestController::Phase::StoreAndResubmit:
+        return tr("Waiting for an answer of the service at %1.").arg(Deployment::current().webHost);
+    default:
+        return tr("Waiting for an answer of the test server %1.")
+            .arg(controller->getTestServer()->getHostname());
+    }
 }
 
 void TestDisplay::updateScreenNextMeasurement()
@@ -149,6 +235,9 @@ void TestDisplay::testEnded(const TestOutcome &outcome)
                           .arg(DatabaseManager::databaseFile().toHtmlEscaped()));
         return;
     }
+    if (outcome.end == TestOutcome::End::Stopped) {
+        testTab->addNote(tr("Stopped."));
+    }
     const TestResults *record = controller->getTestResults();
     if (outcome.end == TestOutcome::End::Completed && record &&
         !record->phasesCutByBudget().isEmpty()) {
@@ -170,6 +259,11 @@ void TestDisplay::testEnded(const TestOutcome &outcome)
 
 void TestDisplay::setStatus(QString text)
 {
+    heard();
+    // The rate of a phase that is over is no live figure.
+    rate.clear();
+    testTab->hideLive();
+    Q_EMIT running(series && series->isRunning() ? text : QString());
     if (!inSeries()) {
         testTab->setStatusText(text);
         return;
@@ -228,7 +322,9 @@ void TestDisplay::setErrorText(QString text)
 
 void TestDisplay::setInformation(QString server, QString seriesId, QString testId, QString position)
 {
-    testTab->setTestserver(server);
+    const TestServer *chosen = controller ? controller->getTestServer() : nullptr;
+    testTab->setTestserver(
+        chosen && chosen->getHostname() == server ? chosen->getName() : QString(), server);
     // Before the first test there is no series yet.
     testTab->setTestSeries(seriesId == "0"_L1 ? tr("na") : seriesId + u'/' + testId);
     testTab->setPosition(position);
@@ -236,7 +332,16 @@ void TestDisplay::setInformation(QString server, QString seriesId, QString testI
 
 void TestDisplay::setThroughput(int resulttype, int interval, qint64 bytes)
 {
+    heard();
+    rate.add(resulttype, interval, bytes, Clock::current().steadyUs());
     testTab->addThroughput(resulttype, interval, bytes);
+}
+
+void TestDisplay::setRoundTrip(qint64 time)
+{
+    heard();
+    testTab->setLive(Result::Rtt, grouped(qRound64(static_cast<double>(time) / nsPerMs)),
+                     tr("ms now"));
 }
 
 } // namespace velometer

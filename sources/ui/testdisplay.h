@@ -1,6 +1,7 @@
 #pragma once
 
 #include "measurement/testobserver.h"
+#include "ui/liverate.h"
 #include "utils/clocktimer.h"
 
 #include <QObject>
@@ -8,6 +9,7 @@
 
 namespace velometer {
 
+class DBTestResults;
 class TestController;
 class TestSeries;
 class TestTab;
@@ -15,7 +17,9 @@ struct TestOutcome;
 
 /// Shows on the test page what a test reports and how far its series is: a single test has its
 /// status on the start button, a series on the line of the transferred data, with a count-down
-/// between two tests. Tells at the end what must be known: a result that was lost, a budget that
+/// between two tests. While something is measured its rate of the last second stands large above
+/// the fields, five times a second; after 3 s in which nothing was heard the page says what the
+/// test waits for. Tells at the end what must be known: a result that was lost, a budget that
 /// was reached, a report that waits. Main thread only.
 class TestDisplay : public QObject, public TestObserver
 {
@@ -27,6 +31,9 @@ public:
 
     /// Borrowed; both outlive the display's use, or are taken away again with null.
     void watch(TestController *controller, TestSeries *series);
+
+    /// "Last test, 16:11" and below "38412 / 14980 kBit/s, 31 ms", of what a list shows of a test.
+    static QString summary(const DBTestResults &test);
 
     /// Everything is agreed, and a test is about to begin.
     void prepare();
@@ -49,6 +56,7 @@ public:
     void setInformation(QString server, QString seriesId, QString testId,
                         QString position) override;
     void setThroughput(int resulttype, int interval, qint64 bytes) override;
+    void setRoundTrip(qint64 time) override;
 
     /// A series waits for its next test: counts down to it.
     void awaitNext();
@@ -58,6 +66,8 @@ public:
 Q_SIGNALS:
     /// Something that the user must see; @p text is rich text.
     void notice(const QString &title, const QString &text);
+    /// What runs now, for the other pages; empty: nothing.
+    void running(const QString &text);
 
 private:
     bool inSeries() const;
@@ -65,6 +75,9 @@ private:
     void updateScreenNextMeasurement();
     void testsMissed(int first, int last);
     void testEnded(const TestOutcome &outcome);
+    void heard();
+    void look();
+    QString awaited() const;
 
     TestTab *testTab;
     TestController *controller = nullptr;
@@ -72,6 +85,9 @@ private:
     bool stoprequestedflag = false;
     bool resultLost = false; ///< a test could not be stored, and the user has not heard of it
     ClockTimer countDown;
+    ClockTimer lookAgain; ///< while a test runs
+    LiveRate rate;
+    qint64 heardUs = 0; ///< when the test last said something, by the steady clock
 };
 
 } // namespace velometer

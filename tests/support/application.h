@@ -4,6 +4,7 @@
 #include "measurement/testcontroller.h"
 #include "ui/mainwindow.h"
 #include "ui/popups/popuplayer.h"
+#include "ui/theme/theme.h"
 #include "utils/utils.h"
 
 #include "support/fakeplatform.h"
@@ -46,7 +47,7 @@ public:
         store.reset();
         store = std::make_unique<StoredTests>();
         if (qApp->styleSheet().isEmpty()) {
-            qApp->setStyleSheet(Utils::readFile(QStringLiteral(":/velometerres/velometer.qss")));
+            Theme::wear(Theme::Look::Given);
         }
         window = std::make_unique<MainWindow>(platform);
         window->resize(MainWindow::designSize);
@@ -84,6 +85,7 @@ public:
     /// Through the window, which picks the widget below the finger; over 0 px it is a tap.
     void dragUp(const QWidget *from, int pixels) const
     {
+        QTest::qWait(0); // nobody aims before the page has laid out
         QPoint finger = from->mapTo(window.get(), from->rect().center());
         QTest::mousePress(window->windowHandle(), Qt::LeftButton, {}, finger);
         for (int moved = 0; moved < pixels; moved += 5) {

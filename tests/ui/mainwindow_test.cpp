@@ -5,7 +5,11 @@
 
 #include "app/startup.h"
 #include "data/testdetails.h"
+#include "ui/details/detailswindow.h"
 #include "ui/frame/tabbase.h"
+#include "ui/map/geomaptab.h"
+#include "ui/pages/resultstab.h"
+#include "ui/pages/testtab.h"
 #include "ui/plot/throughputplot.h"
 #include "ui/popups/popupbase.h"
 #include "utils/deployment.h"
@@ -314,6 +318,97 @@ private Q_SLOTS:
                  !then.isEmpty());
         window.reset();
         QFile::remove(StartUp::seriesFile());
+    }
+
+    void aTestIsStoppedWhereItWasStartedAndItsReportKept()
+    {
+        for (const bool series : {false, true}) {
+            FakeClock clock;
+            create(series);
+            if (series) {
+                startSeries(20, 180);
+            } else {
+                click(u"buttonStartTest"_s);
+                click(u"buttonOutdoor"_s);
+            }
+            QTRY_VERIFY_WITH_TIMEOUT(window->getController()->getPhase() >=
+                                         TestController::Phase::DownloadStartMarker,
+                                     limitMs);
+            click(u"buttonStop"_s);
+            QVERIFY(!window->isTestRunning());
+            QVERIFY(!button(u"buttonStop"_s));
+            QVERIFY(button(u"buttonStartTest"_s)->isEnabled());
+            QCOMPARE(button(u"buttonStartTest"_s)->text(), u"Start Test"_s);
+            QVERIFY2(line().contains(u"Stopped."_s), qPrintable(line()));
+            QCOMPARE(gDB->countUnsentXMLFiles(), 1);
+            clock.advance(600s);
+            QVERIFY(!window->getController()->isRunning());
+        }
+    }
+
+    void theRunningFigureIsLargeAndSilenceIsExplained()
+    {
+        FakeClock clock;
+        create(true);
+        startSeries(20, 180);
+        const auto live = [this] {
+            const auto *figure = shown<QLabel>(u"labelLive"_s);
+            return figure ? figure->text().remove(QChar(0x2009)) : QString();
+        };
+        window->setStatus(u"download"_s);
+        QCOMPARE(live(), QString());
+        // The last second counts, what was passed over as nothing.
+        for (int interval = 0; interval < 12; ++interval) {
+            if (interval != 7) {
+                window->setThroughput(1, interval, interval < 2 ? 999'999 : 125'000);
+            }
+            clock.advance(100ms);
+        }
+        QCOMPARE(live(), u"9000"_s);
+        clock.advance(1s);
+        QVERIFY(live().toInt() < 5000);
+        QVERIFY(!shown<QLabel>(u"labelWaiting"_s));
+        clock.advance(3s);
+        QCOMPARE(live(), u"0"_s);
+        QCOMPARE(label(u"labelWaiting"_s), u"Waiting for a network connection."_s);
+        window->setThroughput(2, 0, 25'000);
+        clock.advance(200ms);
+        QVERIFY(!shown<QLabel>(u"labelWaiting"_s));
+        QCOMPARE(live(), u"1000"_s);
+        window->setRoundTrip(45'400'000);
+        QCOMPARE(live(), u"45"_s);
+        // The other pages say what runs, and lead back.
+        click(u"buttonSettings2"_s);
+        window->setStatus(u"measuring"_s);
+        QCOMPARE(button(u"buttonRunning"_s)->text(), u"measuring"_s);
+        click(u"buttonRunning"_s);
+        QVERIFY(shown<TestTab>());
+        click(u"buttonStop"_s);
+        QCOMPARE(live(), QString());
+        click(u"buttonSettings2"_s);
+        QVERIFY(!button(u"buttonRunning"_s));
+    }
+
+    void aWideWindowShowsWhatBelongsTogether()
+    {
+        create(false);
+        store->add({});
+        window->resize(1200, 700);
+        click(u"buttonResults2"_s);
+        const auto *list = shown<ResultsTab>();
+        const auto *details = shown<DetailsWindow>();
+        QVERIFY(list && details && details->hasTest());
+        QVERIFY(list->x() >= 100 && details->x() >= list->x() + list->width());
+        QVERIFY(details->x() + details->width() <= 1200);
+        window->showGeomapTab();
+        QVERIFY(shown<GeoMapTab>() && shown<ResultsTab>() && !shown<DetailsWindow>());
+        window->resize(800, 700);
+        QVERIFY(!shown<ResultsTab>());
+        QCOMPARE(shown<GeoMapTab>()->width(), 720);
+        click(u"buttonTest1"_s);
+        QVERIFY(shown<TestTab>() && !shown<GeoMapTab>());
+        window->resize(320, 480);
+        QCOMPARE(shown<TestTab>()->size(), QSize(320, 480));
     }
 
     void closingQueuesThePartialReport()

@@ -5,6 +5,7 @@
 #include "platform/platform.h"
 #include "ui/mainwindow.h"
 #include "ui/shell.h"
+#include "ui/theme/appearance.h"
 #include "utils/signalwatcher.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
@@ -55,9 +56,13 @@ QString chosenLanguage(const Options &options)
 /// From the window's creation to the end of the event loop.
 int run(const Options &options, Platform &platform, SingleInstance &instance)
 {
+    const ShellKind kind =
+        options.shell.value_or(Shell::fitting(*QGuiApplication::primaryScreen()));
+    Appearance appearance(kind == ShellKind::Handset, options.theme);
     MainWindow window(platform);
-    Shell shell(options.shell ? *options.shell : Shell::fitting(*QGuiApplication::primaryScreen()),
-                window);
+    QObject::connect(&window, &MainWindow::lookChosen, &appearance, &Appearance::choose);
+    QObject::connect(&window, &MainWindow::textSizeChosen, &appearance, &Appearance::setTextLarger);
+    Shell shell(kind, window);
     QObject::connect(&instance, &SingleInstance::raiseRequested, &shell,
                      [&shell](const QByteArray &token) {
                          qputenv("XDG_ACTIVATION_TOKEN", token);
@@ -130,6 +135,5 @@ int main(int argc, char *argv[])
     if (instance.otherRaised()) {
         return 0;
     }
-    application.setStyleSheet(Utils::readFile(u":/velometerres/velometer.qss"_s));
     return run(*options, *platform, instance);
 }

@@ -33,6 +33,7 @@ public:
     /// Shows the test of @p results, which is not kept. The rows follow a moment later, so that the
     /// page is on the screen first.
     void setTestResults(const DBTestResults *results);
+    bool hasTest() const { return shownId != 0; } ///< one was set
 
 public Q_SLOTS:
     /// Reads the details of the test set last and shows them at once, from their start. A test that

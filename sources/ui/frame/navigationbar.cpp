@@ -1,12 +1,39 @@
 #include "ui/frame/navigationbar.h"
 
+#include "ui/theme/theme.h"
+
 #include "ui_navigationbar.h"
 
+#include <QEvent>
+#include <QStyle>
 #include <QVariant>
+
+#include <array>
 
 using namespace Qt::StringLiterals;
 
 namespace velometer {
+
+namespace {
+
+constexpr int endMargin = 12; ///< px
+
+struct Entry
+{
+    QLatin1StringView page;
+    Page leadsTo;
+    QString icon;
+    QString button; ///< name of both buttons, without its number
+};
+
+const std::array<Entry, 5> entries{
+    {{"Test"_L1, Page::Test, u"TBTestIcon"_s, u"buttonTest"_s},
+     {"Results"_L1, Page::Results, u"TBResults"_s, u"buttonResults"_s},
+     {"Settings"_L1, Page::Settings, u"TBSettingsIcon"_s, u"buttonSettings"_s},
+     {"Links"_L1, Page::Links, u"TBLinksIcon"_s, u"buttonLinks"_s},
+     {"About"_L1, Page::About, u"TBAboutIcon"_s, u"buttonAbout"_s}}};
+
+} // namespace
 
 NavigationBar::NavigationBar(QWidget *parent)
     : QWidget(parent)
@@ -21,27 +48,50 @@ NavigationBar::~NavigationBar() = default;
 void NavigationBar::setCurrentPage(const QString &page)
 {
     current = page;
-    const struct
-    {
-        QString page;
-        QString icon;
-        QPushButton *first;
-        QPushButton *second;
-    } buttons[] = {
-        {u"Test"_s, u"TBTestIcon"_s, ui->buttonTest1, ui->buttonTest2},
-        {u"Results"_s, u"TBResults"_s, ui->buttonResults1, ui->buttonResults2},
-        {u"Settings"_s, u"TBSettingsIcon"_s, ui->buttonSettings1, ui->buttonSettings2},
-        {u"Links"_s, u"TBLinksIcon"_s, ui->buttonLinks1, ui->buttonLinks2},
-        {u"About"_s, u"TBAboutIcon"_s, ui->buttonAbout1, ui->buttonAbout2},
-    };
-    for (const auto &button : buttons) {
-        const bool isCurrent = button.page == page;
-        // The style sheet looks at it.
-        button.first->setProperty("current", isCurrent);
-        button.second->setProperty("current", isCurrent);
-        button.first->setIcon(QIcon(
-            u":/velometerres/%1%2.png"_s.arg(button.icon, isCurrent ? "_current"_L1 : ""_L1)));
+    light();
+}
+
+void NavigationBar::light()
+{
+    for (const Entry &entry : entries) {
+        auto *icon = findChild<QPushButton *>(entry.button + u'1');
+        auto *name = findChild<QPushButton *>(entry.button + u'2');
+        const bool isCurrent = entry.page == current;
+        for (QPushButton *each : {icon, name}) {
+            each->setProperty("current", isCurrent); // the style sheet looks at it
+            each->style()->unpolish(each);
+            each->style()->polish(each);
+        }
+        const Theme::Colours &colours = Theme::colours();
+        icon->setIcon(Theme::icon(entry.icon, isCurrent ? colours.accent : colours.quiet));
     }
+}
+
+void NavigationBar::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::StyleChange) {
+        light();
+    }
+}
+
+void NavigationBar::standBeside()
+{
+    setProperty("side", true);
+    int row = 0;
+    for (const Entry &entry : entries) {
+        for (const QChar each : {u'1', u'2'}) {
+            auto *button = findChild<QPushButton *>(entry.button + each);
+            ui->gridLayout->addWidget(button, row++, 0);
+            connect(button, &QPushButton::clicked, this,
+                    [this, page = entry.leadsTo] { Q_EMIT pageClicked(page); });
+        }
+    }
+    for (int column = 0; column < static_cast<int>(entries.size()); ++column) {
+        ui->gridLayout->setColumnStretch(column, column == 0 ? 1 : 0);
+    }
+    ui->gridLayout->setRowStretch(row, 1);
+    ui->gridLayout->setContentsMargins(0, endMargin, 0, endMargin);
 }
 
 void NavigationBar::retranslate()

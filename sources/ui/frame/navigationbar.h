@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/frame/page.h"
+
 #include <QString>
 #include <QWidget>
 
@@ -12,8 +14,8 @@ class NavigationBar;
 }
 
 /// The two rows of buttons at the bottom of every page, icons over names: buttonTest1 and
-/// buttonTest2 lead to the test page, and so on. The one that belongs to the page is lit up and
-/// carries a bar above it.
+/// buttonTest2 lead to the test page, and so on. The one that belongs to the page is lit up. In a
+/// wide window one bar stands at the side instead, with the same buttons below each other.
 class NavigationBar : public QWidget
 {
     Q_OBJECT
@@ -26,9 +28,19 @@ public:
 
     QString currentPage() const { return current; }
     void setCurrentPage(const QString &page);
+    /// Stands at the side from now on, where nobody else listens to its buttons: see pageClicked().
+    void standBeside();
     void retranslate();
 
+Q_SIGNALS:
+    void pageClicked(Page page);
+
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
+    void light();
+
     std::unique_ptr<Ui::NavigationBar> ui;
     QString current;
 };

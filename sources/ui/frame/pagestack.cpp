@@ -1,28 +1,69 @@
 #include "ui/frame/pagestack.h"
 
+#include "ui/frame/navigationbar.h"
+
+#include <algorithm>
+
 namespace velometer {
+
+namespace {
+
+// px
+constexpr int wideWindow = 1000;
+constexpr int widestPage = 720;
+constexpr int sideWidth = 104;
+constexpr int narrowestLeft = 400;
+constexpr int widestLeft = 520;
+
+} // namespace
 
 PageStack::PageStack(QWidget *parent)
     : QObject(parent)
     , window(parent)
-{}
+    , side(new NavigationBar(parent))
+{
+    side->standBeside();
+    side->hide();
+    connect(side, &NavigationBar::pageClicked, this, &PageStack::pageClicked);
+}
 
 void PageStack::add(TabBase *page)
 {
     page->hide();
     all.append(page);
+    side->raise(); // above what the window has below its pages
+}
+
+void PageStack::addBeside(TabBase *left, TabBase *page)
+{
+    leftOf.insert(page, left);
+    if (!rightOf.contains(left)) {
+        rightOf.insert(left, page);
+    }
+}
+
+bool PageStack::isWide() const
+{
+    return window->width() >= wideWindow;
 }
 
 void PageStack::show(TabBase *page)
 {
-    for (TabBase *each : std::as_const(all)) {
-        if (each != page) {
-            each->hide();
-        }
-    }
     shown = page;
+    if (TabBase *left = leftOf.value(page)) {
+        rightOf.insert(left, page);
+    }
     fit();
     focus();
+}
+
+void PageStack::place(TabBase *page, const QRect &room)
+{
+    const int width = std::min(room.width(), widestPage);
+    page->setNavigationBeside(isWide());
+    page->move(room.left() + (room.width() - width) / 2, room.top());
+    page->setFixedSize(width, room.height());
+    page->show();
 }
 
 void PageStack::fit()
@@ -30,9 +71,28 @@ void PageStack::fit()
     if (!shown) {
         return;
     }
-    shown->move(0, 0);
-    shown->setFixedSize(window->size());
-    shown->show();
+    TabBase *left = isWide() ? leftOf.value(shown, shown) : shown;
+    TabBase *right = isWide() ? rightOf.value(left) : nullptr;
+    for (TabBase *each : std::as_const(all)) {
+        if (each != left && each != right) {
+            each->hide();
+        }
+    }
+    QRect room(QPoint(0, 0), window->size());
+    side->setVisible(isWide());
+    if (isWide()) {
+        side->setGeometry(0, 0, sideWidth, room.height());
+        side->setCurrentPage(left->findChild<NavigationBar *>()->currentPage());
+        room.setLeft(sideWidth);
+    }
+    if (right) {
+        const int width = std::clamp(room.width() * 2 / 5, narrowestLeft, widestLeft);
+        place(left, {room.left(), 0, width, room.height()});
+        room.setLeft(room.left() + width);
+        place(right, room);
+    } else {
+        place(left, room);
+    }
     shown->activateWindow();
 }
 

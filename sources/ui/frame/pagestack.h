@@ -2,13 +2,17 @@
 
 #include "ui/frame/tabbase.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 
 namespace velometer {
 
-/// The pages of a window, one of which fills it. Pages are borrowed and live as long as this. Main
-/// thread only.
+class NavigationBar;
+
+/// The pages of a window, one of which fills it. A page is never wider than is read well. In a
+/// window of 1000 px and more the navigation stands at the side, and pages that belong together
+/// stand beside each other. Pages are borrowed and live as long as this. Main thread only.
 class PageStack : public QObject
 {
     Q_OBJECT
@@ -19,8 +23,12 @@ public:
 
     /// Adds a page, hidden.
     void add(TabBase *page);
+    /// Where there is room, @p page stands to the right of @p left; the first of several also when
+    /// @p left is shown and none of them was yet.
+    void addBeside(TabBase *left, TabBase *page);
     const QList<TabBase *> &pages() const { return all; }
     TabBase *active() const { return shown; } ///< null before the first show()
+    bool isWide() const;
 
     void show(TabBase *page);
     /// After the window's size has changed.
@@ -28,10 +36,19 @@ public:
     /// Back to where the keyboard was on the active page.
     void focus();
 
+Q_SIGNALS:
+    /// A button of the navigation at the side.
+    void pageClicked(Page page);
+
 private:
+    void place(TabBase *page, const QRect &room);
+
     QWidget *window;
     QList<TabBase *> all;
+    QHash<TabBase *, TabBase *> leftOf;
+    QHash<TabBase *, TabBase *> rightOf; ///< the one that stood there last
     TabBase *shown = nullptr;
+    NavigationBar *side;
 };
 
 } // namespace velometer

@@ -19,13 +19,17 @@ TabBase::TabBase(QWidget *parent)
 void TabBase::fillFrame()
 {
     if (auto *header = findChild<PageHeader *>()) {
-        header->fill();
+        header->fill(windowTitle());
     }
 }
 
 void TabBase::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
+    if (event->type() == QEvent::StyleChange && findChild<PageHeader *>()) {
+        fillFrame();
+        dress();
+    }
     if (event->type() != QEvent::LanguageChange) {
         return;
     }
@@ -37,6 +41,25 @@ void TabBase::changeEvent(QEvent *event)
     }
     retranslate();
     fillFrame();
+}
+
+void TabBase::setNavigationBeside(bool beside)
+{
+    if (auto *navigation = findChild<NavigationBar *>()) {
+        navigation->setVisible(!beside);
+    }
+}
+
+void TabBase::setRunning(const QString &text)
+{
+    if (auto *header = findChild<PageHeader *>()) {
+        header->setRunning(text);
+    }
+}
+
+void TabBase::on_buttonRunning_clicked()
+{
+    Q_EMIT pageClicked(Page::Test);
 }
 
 void TabBase::on_buttonTest1_clicked()

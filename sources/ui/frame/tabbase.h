@@ -1,11 +1,10 @@
 #pragma once
 
+#include "ui/frame/page.h"
+
 #include <QWidget>
 
 namespace velometer {
-
-/// The pages that the navigation bar leads to.
-enum class Page { Test, Results, Settings, Links, About };
 
 /// A page of the application: the frame that all of them share, with a header row (the maker's
 /// mark, title, version, close) and the navigation bar at the bottom. A page's form holds both
@@ -20,7 +19,13 @@ public:
     /// @p parent owns the page.
     explicit TabBase(QWidget *parent);
 
+    /// Whether the window has a navigation of its own beside the pages.
+    void setNavigationBeside(bool beside);
+    /// What runs now, shown in the header; empty: nothing.
+    void setRunning(const QString &text);
+
 public Q_SLOTS:
+    void on_buttonRunning_clicked();
     void on_buttonTest1_clicked();
     void on_buttonTest2_clicked();
     void on_buttonResults1_clicked();
@@ -41,8 +46,11 @@ Q_SIGNALS:
     void exitClicked();
 
 protected:
-    /// Title and version of the header; once the form is built, and again in another language.
+    /// Title and version of the header; once the form is built, and again in another language or
+    /// look.
     void fillFrame();
+    /// The look has changed, or the form is built: what no style sheet can say.
+    virtual void dress() {}
     /// The language has changed: sets every text of the page anew.
     virtual void retranslate() = 0;
     void changeEvent(QEvent *event) override;

@@ -1,6 +1,7 @@
 #include "ui/pages/abouttab.h"
 
 #include "ui/scrolling/qskineticscroller.h"
+#include "ui/theme/theme.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
 
@@ -36,7 +37,13 @@ void AboutTab::showDefaultPage()
 {
     const QString language = Translations::language();
     const QString page = language == "de"_L1 ? u"de"_s : u"en"_s;
-    ui->textBrowser->setHtml(Utils::readFile(u":/velometerres/about_%1.html"_s.arg(page)));
+    ui->textBrowser->setHtml(
+        Theme::named(Utils::readFile(u":/velometerres/about_%1.html"_s.arg(page))));
+}
+
+void AboutTab::dress()
+{
+    showDefaultPage();
 }
 
 void AboutTab::retranslate()

@@ -28,6 +28,7 @@ public:
 
 protected:
     void retranslate() override;
+    void dress() override;
 
 private:
     void openLink(const QUrl &link);

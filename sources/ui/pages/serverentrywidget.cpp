@@ -1,8 +1,11 @@
 #include "ui/pages/serverentrywidget.h"
 
 #include "data/testserver.h"
+#include "ui/theme/theme.h"
 
 #include "ui_serverentrywidget.h"
+
+#include <QEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -20,9 +23,24 @@ ServerEntryWidget::ServerEntryWidget(QWidget *parent, TestServer *entryServer)
     ui->labelServerAdress->setText(server->getHostname() + u':' +
                                    QString::number(server->getPort()));
     retranslate();
+    dress();
 }
 
 ServerEntryWidget::~ServerEntryWidget() = default;
+
+void ServerEntryWidget::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::StyleChange) {
+        dress();
+    }
+}
+
+void ServerEntryWidget::dress()
+{
+    const Theme::Colours &colours = Theme::paper();
+    ui->checkBox->setIcon(Theme::checkIcon(u"checkbox"_s, colours.quiet, colours.accent));
+}
 
 void ServerEntryWidget::setServerEnabled(bool enabled)
 {

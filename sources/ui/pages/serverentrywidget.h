@@ -37,7 +37,12 @@ Q_SIGNALS:
 private Q_SLOTS:
     void on_checkBox_clicked();
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
+    void dress();
+
     std::unique_ptr<Ui::ServerEntryWidget> ui;
     TestServer *server;
 };

@@ -4,6 +4,7 @@
 #include "data/testservertable.h"
 #include "ui/pages/serverentrywidget.h"
 #include "ui/scrolling/qskineticscroller.h"
+#include "ui/theme/appearance.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
 
@@ -28,13 +29,14 @@ SettingsTab::SettingsTab(QWidget *parent)
     showAdvMode();
     showLanguage();
     showBudget();
+    showLook();
+    dress();
 }
 
 SettingsTab::~SettingsTab() = default;
 
 void SettingsTab::initializeServerList()
 {
-    ui->serverListLayout->addStretch();
     // The scroller's filter comes first and lets nothing but taps through to this one.
     ui->scrollArea->viewport()->installEventFilter(this);
     auto *scroller = new QsKineticScroller(this);
@@ -46,10 +48,9 @@ void SettingsTab::fillServerList()
     qDeleteAll(serverWidgets);
     serverWidgets.clear();
     for (TestServer *server : table->servers()) {
-        auto *entry = new ServerEntryWidget(ui->scrollAreaWidgetContents, server);
+        auto *entry = new ServerEntryWidget(ui->serverList, server);
         connect(entry, &ServerEntryWidget::chosen, this, &SettingsTab::selectServer);
-        // Above the stretch that ends the list.
-        ui->serverListLayout->insertWidget(static_cast<int>(serverWidgets.size()), entry);
+        ui->serverListLayout->addWidget(entry);
         serverWidgets.append(entry);
     }
     if (!serverWidgets.isEmpty()) {
@@ -72,8 +73,9 @@ bool SettingsTab::eventFilter(QObject *object, QEvent *event)
         return TabBase::eventFilter(object, event);
     }
     const auto *mouse = static_cast<QMouseEvent *>(event);
-    const QPoint point = ui->scrollAreaWidgetContents->mapFrom(ui->scrollArea->viewport(),
-                                                               mouse->position().toPoint());
+    const QPoint point = ui->serverList->mapFrom(
+        ui->scrollAreaWidgetContents, ui->scrollAreaWidgetContents->mapFrom(
+                                          ui->scrollArea->viewport(), mouse->position().toPoint()));
     for (ServerEntryWidget *entry : std::as_const(serverWidgets)) {
         if (entry->geometry().contains(point)) {
             entry->tap();
@@ -86,6 +88,7 @@ bool SettingsTab::eventFilter(QObject *object, QEvent *event)
 void SettingsTab::updateSettings()
 {
     showBudget();
+    showLook();
 }
 
 void SettingsTab::selectServer(TestServer *server)
@@ -109,6 +112,33 @@ void SettingsTab::retranslate()
     }
     showLanguage();
     showBudget();
+    showLook();
+}
+
+void SettingsTab::dress()
+{
+    const Theme::Colours &colours = Theme::colours();
+    for (QPushButton *each : {ui->buttonAdvMode, ui->buttonLargerText}) {
+        each->setIcon(Theme::checkIcon(u"checkboxblack"_s, colours.quiet, colours.accent));
+    }
+}
+
+// Anew each time, in the language of the moment.
+void SettingsTab::showLook()
+{
+    ui->comboBoxLook->clear();
+    const std::pair<QString, Appearance::Choice> looks[] = {
+        {tr("As the device"), Appearance::Choice::Auto},
+        {tr("Dark"), Appearance::Choice::Dark},
+        {tr("Light"), Appearance::Choice::Light},
+        {tr("Classic"), Appearance::Choice::Given},
+    };
+    for (const auto &[text, choice] : looks) {
+        ui->comboBoxLook->addChoice(text, Appearance::nameOf(choice));
+    }
+    ui->comboBoxLook->setCurrentIndex(
+        ui->comboBoxLook->findData(Appearance::nameOf(Appearance::remembered())));
+    ui->buttonLargerText->setChecked(Appearance::isTextLarger());
 }
 
 void SettingsTab::showAdvMode()
@@ -143,6 +173,16 @@ void SettingsTab::on_comboBoxBudget_activated(int index)
 {
     const QVariant bytes = ui->comboBoxBudget->itemData(index);
     (bytes.isValid() ? DataBudget(bytes.toLongLong()) : DataBudget()).remember();
+}
+
+void SettingsTab::on_comboBoxLook_activated(int index)
+{
+    Q_EMIT lookChosen(ui->comboBoxLook->itemData(index).toString());
+}
+
+void SettingsTab::on_buttonLargerText_clicked()
+{
+    Q_EMIT textSizeChosen(ui->buttonLargerText->isChecked());
 }
 
 void SettingsTab::on_buttonNewSeries_clicked()

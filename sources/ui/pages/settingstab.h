@@ -51,13 +51,19 @@ Q_SIGNALS:
     void seriesModeChosen(bool on);
     /// "de" or "en".
     void languageChosen(const QString &language);
+    /// As Appearance calls them.
+    void lookChosen(const QString &name);
+    void textSizeChosen(bool larger);
 
 protected:
     /// Gives a tap in the list to the entry below it.
     bool eventFilter(QObject *object, QEvent *event) override;
     void retranslate() override;
+    void dress() override;
 
 private Q_SLOTS:
+    void on_comboBoxLook_activated(int index);
+    void on_buttonLargerText_clicked();
     void on_buttonNewSeries_clicked();
     void on_buttonClearDatabase_clicked();
     void on_buttonAdvMode_clicked();
@@ -72,6 +78,7 @@ private:
     void showAdvMode();
     void showLanguage();
     void showBudget();
+    void showLook();
 
     std::unique_ptr<Ui::SettingsTab> ui;
     const TestServerTable *table = nullptr;

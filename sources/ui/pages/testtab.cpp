@@ -1,11 +1,14 @@
 #include "ui/pages/testtab.h"
 
+#include "data/result.h"
 #include "ui/scrolling/qskineticscroller.h"
+#include "ui/theme/theme.h"
 #include "utils/utils.h"
 
 #include "ui_testtab.h"
 
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QStyle>
 
 using namespace Qt::StringLiterals;
@@ -16,6 +19,16 @@ namespace {
 
 /// Between the caption of the start button and its edges, px.
 constexpr int captionMargin = 16;
+/// Within a card, px; the given look has its text on the ground.
+constexpr int cardMargin = 14;
+
+/// The style sheet has a look for each value of a property.
+void restyle(QWidget *widget, const char *property, const QVariant &value)
+{
+    widget->setProperty(property, value);
+    widget->style()->unpolish(widget);
+    widget->style()->polish(widget);
+}
 
 } // namespace
 
@@ -30,9 +43,19 @@ TestTab::TestTab(QWidget *parent)
     for (QLineEdit *field : {ui->labelDownload, ui->labelUpload, ui->labelRTT}) {
         field->setAttribute(Qt::WA_TransparentForMouseEvents);
     }
+    // The whole row leads to the popup; a finger finds a word badly.
+    for (QLabel *each : {ui->label_3, ui->labelLocation}) {
+        each->installEventFilter(this);
+        each->setCursor(Qt::PointingHandCursor);
+    }
     ui->progressBar->hide();
+    ui->buttonStop->hide();
+    ui->buttonLast->hide();
+    ui->labelWaiting->hide();
+    ui->liveBox->hide();
     ui->progressBar->setMaximum(1);
     ui->progressBar->setValue(0);
+    dress();
 }
 
 TestTab::~TestTab() = default;
@@ -48,14 +71,55 @@ void TestTab::retranslate()
     fitCaption();
 }
 
-void TestTab::setLocation(const QString &text)
+// The order that the eye follows: the given look has what is tested above its figures; in the
+// others the figures come first, on cards, as soon as there are any.
+void TestTab::dress()
 {
-    ui->labelLocation->setText(u"<a href=\"void()\" style=\"color: white;\">"_s + text + "</a>"_L1);
+    const bool given = Theme::isGiven();
+    ui->bodyLayout->removeWidget(ui->infoCard);
+    ui->bodyLayout->insertWidget(given ? 1 : 3, ui->infoCard);
+    const int margin = given ? 0 : cardMargin;
+    ui->gridLayout->setContentsMargins(margin, 0, margin, 0);
+    ui->figuresLayout->setSpacing(given ? ui->bodyLayout->spacing() : 0);
+    showCards();
+    setLocation(location);
 }
 
-void TestTab::setTestserver(const QString &text)
+void TestTab::showCards()
 {
-    ui->labelServer->setText(text);
+    const bool figures = Theme::isGiven() || isTestShown() ||
+                         !ui->labelDownload->text().isEmpty() ||
+                         !ui->labelUpload->text().isEmpty() || !ui->labelRTT->text().isEmpty();
+    ui->figuresCard->setVisible(figures);
+    // In the given look the plot's place keeps the fields where they are.
+    ui->plot->setVisible(Theme::isGiven() || !ui->plot->isEmpty());
+}
+
+void TestTab::setLocation(const QString &text)
+{
+    location = text;
+    ui->labelLocation->setText(u"<a href=\"void()\" style=\"color: %1;\">%2</a>"_s.arg(
+        Theme::colours().text.name(), text));
+}
+
+bool TestTab::eventFilter(QObject *object, QEvent *event)
+{
+    const bool onRow = object == ui->label_3 || object == ui->labelLocation;
+    if (onRow && event->type() == QEvent::MouseButtonRelease &&
+        static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton) {
+        Q_EMIT locationLinkClicked();
+        return true;
+    }
+    return TabBase::eventFilter(object, event);
+}
+
+void TestTab::setTestserver(const QString &name, const QString &host)
+{
+    const bool named = !name.isEmpty() && name != host;
+    ui->labelServerName->setText(name);
+    ui->labelServerName->setVisible(named);
+    ui->labelServer->setText(host);
+    restyle(ui->labelServer, "role", named ? u"quiet"_s : u"value"_s);
 }
 
 void TestTab::setTestSeries(const QString &text)
@@ -71,16 +135,19 @@ void TestTab::setPosition(const QString &text)
 void TestTab::setDownloadText(const QString &text)
 {
     ui->labelDownload->setText(text);
+    showCards();
 }
 
 void TestTab::setUploadText(const QString &text)
 {
     ui->labelUpload->setText(text);
+    showCards();
 }
 
 void TestTab::setRTTText(const QString &text)
 {
     ui->labelRTT->setText(text);
+    showCards();
 }
 
 void TestTab::setDataTransferred(const QString &text)
@@ -92,6 +159,18 @@ void TestTab::addNote(const QString &text)
 {
     const QString before = ui->labelDataTransfered->text();
     ui->labelDataTransfered->setText(before.isEmpty() ? text : before + u'\n' + text);
+}
+
+void TestTab::setWaiting(const QString &text)
+{
+    ui->labelWaiting->setText(text);
+    ui->labelWaiting->setVisible(!text.isEmpty());
+}
+
+void TestTab::setLastTest(const QString &text)
+{
+    ui->buttonLast->setText(text);
+    ui->buttonLast->setVisible(!text.isEmpty());
 }
 
 void TestTab::setStatusText(const QString &text)
@@ -125,23 +204,51 @@ void TestTab::setGUIDisabled(bool disabled)
 {
     ui->buttonStartTest->setDisabled(disabled);
     setStartState("start");
+    showCards();
+}
+
+void TestTab::setStoppable(bool stoppable)
+{
+    const bool hadFocus = ui->buttonStop->hasFocus();
+    ui->buttonStop->setVisible(stoppable);
+    ui->buttonStop->setEnabled(stoppable);
+    if (hadFocus && !stoppable) {
+        ui->buttonStartTest->setFocus();
+    }
+}
+
+void TestTab::setLive(int resulttype, const QString &figure, const QString &unit)
+{
+    const bool download = resulttype == Result::Download;
+    const bool upload = resulttype == Result::Upload;
+    restyle(ui->labelLive, "phase", download ? u"download"_s : upload ? u"upload"_s : u"rtt"_s);
+    const QLabel *caption = download ? ui->label_13 : upload ? ui->label_4 : ui->label_5;
+    ui->labelLiveCaption->setText(caption->text());
+    ui->labelLive->setText(figure);
+    ui->labelLiveUnit->setText(unit);
+    ui->liveBox->show();
+}
+
+void TestTab::hideLive()
+{
+    ui->liveBox->hide();
 }
 
 void TestTab::clearThroughput()
 {
     ui->plot->clear();
+    showCards();
 }
 
 void TestTab::addThroughput(int resulttype, int interval, qint64 bytes)
 {
     ui->plot->addValue(resulttype, interval, bytes);
+    showCards();
 }
 
-// The style sheet has a look for each state, and one for the disabled button.
 void TestTab::setStartState(const char *state)
 {
-    ui->buttonStartTest->setProperty("state", QString::fromLatin1(state));
-    ui->buttonStartTest->style()->polish(ui->buttonStartTest);
+    restyle(ui->buttonStartTest, "state", QString::fromLatin1(state));
 }
 
 // While a test runs the button either waits for its end or aborts the series.
@@ -155,14 +262,13 @@ bool TestTab::isTestShown() const
 void TestTab::fitCaption()
 {
     QPushButton *button = ui->buttonStartTest;
-    button->setProperty("long", false);
-    button->style()->polish(button);
-    const int wide = button->fontMetrics().horizontalAdvance(button->text());
-    if (wide <= button->width() - 2 * captionMargin) {
-        return;
+    for (const QString &length : {u"short"_s, u"long"_s, u"very"_s}) {
+        restyle(button, "long", length);
+        const int wide = button->fontMetrics().horizontalAdvance(button->text());
+        if (wide <= button->width() - 2 * captionMargin) {
+            return;
+        }
     }
-    button->setProperty("long", true);
-    button->style()->polish(button);
 }
 
 void TestTab::resizeEvent(QResizeEvent *event)
@@ -175,6 +281,19 @@ void TestTab::on_buttonStartTest_clicked()
 {
     Utils::addLogEntry(u"Start Test clicked"_s);
     Q_EMIT startClicked();
+}
+
+void TestTab::on_buttonStop_clicked()
+{
+    Utils::addLogEntry(u"Stop clicked"_s);
+    // A second press has nothing to stop.
+    ui->buttonStop->setEnabled(false);
+    Q_EMIT stopClicked();
+}
+
+void TestTab::on_buttonLast_clicked()
+{
+    Q_EMIT lastTestClicked();
 }
 
 void TestTab::on_labelLocation_linkActivated(const QString &link)

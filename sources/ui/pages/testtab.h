@@ -2,6 +2,8 @@
 
 #include "ui/frame/tabbase.h"
 
+#include <QString>
+
 #include <memory>
 
 namespace velometer {
@@ -11,7 +13,7 @@ class TestTab;
 }
 
 /// The page from which tests are started and on which they are watched. It holds no logic: what it
-/// shows is written into it from outside, and its start button and location link only say that they
+/// shows is written into it from outside, and its buttons and the location row only say that they
 /// were pressed. A field keeps what was last written into it.
 class TestTab : public TabBase
 {
@@ -21,9 +23,10 @@ public:
     explicit TestTab(QWidget *parent);
     ~TestTab() override;
 
-    /// Shown as a link that leads to the location popup.
+    /// Shown as a link that leads to the location popup, as the whole row does.
     void setLocation(const QString &text);
-    void setTestserver(const QString &text);
+    /// @p name is left out where it says no more than @p host.
+    void setTestserver(const QString &name, const QString &host);
     void setTestSeries(const QString &text);
     void setPosition(const QString &text);
     void setDownloadText(const QString &text);
@@ -32,6 +35,10 @@ public:
     void setDataTransferred(const QString &text);
     /// A further line below the transferred data.
     void addNote(const QString &text);
+    /// What a silent test waits for, in one sentence; empty: nothing.
+    void setWaiting(const QString &text);
+    /// The test that ended last, as a button that leads to it; empty: there is none.
+    void setLastTest(const QString &text);
     /// Caption of the start button.
     void setStatusText(const QString &text);
     /// The same while the button ends a series.
@@ -41,6 +48,13 @@ public:
     void showProgessBar(bool visible);
     /// The start button does nothing and shows it; enabling it, it starts a test again.
     void setGUIDisabled(bool disabled);
+    /// Whether a test can be stopped now: a button for it stands beside the start button.
+    void setStoppable(bool stoppable);
+
+    /// The figure of what is measured now, as the largest thing on the page. @p resulttype as in
+    /// Result.
+    void setLive(int resulttype, const QString &figure, const QString &unit);
+    void hideLive();
 
     /// The running measurement's curve, see ThroughputPlot.
     void clearThroughput();
@@ -48,14 +62,20 @@ public:
 
 public Q_SLOTS:
     void on_buttonStartTest_clicked();
+    void on_buttonStop_clicked();
+    void on_buttonLast_clicked();
     void on_labelLocation_linkActivated(const QString &link);
 
 Q_SIGNALS:
     void startClicked();
+    void stopClicked();
     void locationLinkClicked();
+    void lastTestClicked();
 
 protected:
     void retranslate() override;
+    void dress() override;
+    bool eventFilter(QObject *object, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
@@ -63,8 +83,10 @@ private:
     void setStartState(const char *state);
     bool isTestShown() const;
     void fitCaption();
+    void showCards();
 
     std::unique_ptr<Ui::TestTab> ui;
+    QString location;
 };
 
 } // namespace velometer

@@ -1,5 +1,6 @@
 #include "ui/plot/throughputplot.h"
 
+#include "ui/theme/theme.h"
 #include "utils/translations.h"
 
 #include <QEvent>
@@ -28,6 +29,8 @@ constexpr int maxLines = 4;
 constexpr double margin = 10;
 constexpr double gap = 8; ///< between the two halves
 constexpr int textPixels = 13;
+constexpr double givenRadius = 8;
+constexpr double cardRadius = 14;
 
 } // namespace
 
@@ -155,21 +158,18 @@ void ThroughputPlot::paintEvent(QPaintEvent *)
     if (isEmpty()) {
         return;
     }
-    const QColor ground = onPaper ? QColor(0xff, 0xff, 0xff) : QColor(0x19, 0x1e, 0x23);
-    const QColor frame = onPaper ? QColor(0xc4, 0xcc, 0xd3) : QColor(0x2c, 0x32, 0x38);
-    const QColor text = onPaper ? QColor(0x4a, 0x53, 0x5b) : QColor(0x9a, 0xa4, 0xae);
-    const QColor downloadColour = onPaper ? QColor(0x0b, 0x62, 0xa8) : QColor(0x4c, 0xc2, 0xff);
-    const QColor uploadColour = onPaper ? QColor(0x9a, 0x5b, 0x00) : QColor(0xff, 0xb3, 0x40);
+    const Theme::Colours &colours = onPaper ? Theme::paper() : Theme::colours();
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QFont font = painter.font();
-    font.setPixelSize(textPixels);
+    font.setPixelSize(Theme::pixels(textPixels));
     painter.setFont(font);
     const QFontMetricsF metrics(font);
-    painter.setPen(frame);
-    painter.setBrush(ground);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
+    painter.setPen(colours.line);
+    painter.setBrush(colours.surface);
+    const double radius = Theme::isGiven() ? givenRadius : cardRadius;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
 
     const QList<double> downloadRates = smoothed(download);
     const QList<double> uploadRates = smoothed(upload);
@@ -189,13 +189,13 @@ void ThroughputPlot::paintEvent(QPaintEvent *)
     if (area.height() < metrics.height()) {
         return;
     }
-    painter.setPen(text);
+    painter.setPen(colours.quiet);
     painter.drawText(QPointF(margin, margin + metrics.ascent() - 2), axis.unit);
     for (int line = 0; line <= axis.steps; ++line) {
         const double y = area.bottom() - area.height() * line / axis.steps;
-        painter.setPen(frame);
+        painter.setPen(colours.line);
         painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
-        painter.setPen(text);
+        painter.setPen(colours.quiet);
         painter.drawText(
             QRectF(0, y - metrics.height() / 2, left - 6, metrics.height()),
             Qt::AlignRight | Qt::AlignVCenter,
@@ -209,8 +209,8 @@ void ThroughputPlot::paintEvent(QPaintEvent *)
         QColor colour;
         QString name;
         double left;
-    } phases[] = {{downloadRates, downloadColour, tr("Download"), area.left()},
-                  {uploadRates, uploadColour, tr("Upload"), area.left() + half + gap}};
+    } phases[] = {{downloadRates, colours.download, tr("Download"), area.left()},
+                  {uploadRates, colours.upload, tr("Upload"), area.left() + half + gap}};
     for (const auto &phase : phases) {
         const QRectF part(phase.left, area.top(), half, area.height());
         drawCurve(painter, part, phase.rates, top, phase.colour);

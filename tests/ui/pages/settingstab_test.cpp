@@ -1,5 +1,6 @@
 #include "app/serverselection.h"
 #include "ui/pages/settingstab.h"
+#include "ui/theme/appearance.h"
 
 #include "data/testserver.h"
 #include "ui/pages/serverentrywidget.h"
@@ -27,6 +28,8 @@ private Q_SLOTS:
         Utils::setSettingsValue(u"TestServer.Hostname"_s, QString());
         Utils::setSettingsValue(u"AdvMode"_s, QString());
         Utils::setSettingsValue(u"MaxBytes"_s, QString());
+        Utils::setSettingsValue(u"Theme"_s, QString());
+        Theme::wear(Theme::Look::Given);
         openSettings();
     }
 
@@ -79,27 +82,47 @@ private Q_SLOTS:
         QTRY_COMPARE(name->text(), u"IP-Plus Germany"_s);
     }
 
-    void aLowWindowShrinksTheListAloneWhichScrolls()
+    void aLowWindowScrollsUnderTheFingerToItsLastRow()
     {
-        window->resize(400, 560);
-        QTest::qWait(0);
-        const QWidget *page = find<SettingsTab>();
-        int bottom = -1;
-        for (const QString &name :
-             {u"header"_s, u"buttonNewSeries"_s, u"labelChooseServer"_s, u"scrollArea"_s,
-              u"buttonGerman"_s, u"comboBoxBudget"_s, u"buttonAdvMode"_s, u"buttonClearDatabase"_s,
-              u"navigation"_s}) {
-            const auto *widget = page->findChild<QWidget *>(name);
-            const QRect place(widget->mapTo(page, QPoint()), widget->size());
-            QVERIFY2(place.top() > bottom && page->rect().contains(place), qPrintable(name));
-            bottom = place.bottom();
-        }
+        Theme::wear(Theme::Look::Dark);
+        window->resize(320, 480);
+        const auto *area = find<SettingsTab>()->findChild<QScrollArea *>();
         // A drag from a check mark is none on it.
         find<SettingsTab>()->selectServer(entries().at(1)->getServer());
         dragUp(part(0, u"checkBox"_s), 100);
-        QVERIFY(page->findChild<QScrollArea *>()->verticalScrollBar()->value() >= 90);
+        QVERIFY(area->verticalScrollBar()->value() >= 90);
         QTest::qWait(0);
         QCOMPARE(checked(), QList<int>{1});
+        area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+        const QWidget *view = area->viewport();
+        for (const QString &name :
+             {u"comboBoxBudget"_s, u"buttonAdvMode"_s, u"buttonClearDatabase"_s}) {
+            const QWidget *each = button(name) ? button(name) : shown<QWidget>(name);
+            const QRect place(each->mapTo(view, QPoint()), each->size());
+            QVERIFY2(view->rect().contains(place), qPrintable(name));
+        }
+    }
+
+    void whatIsChosenOfTheLookIsWornRememberedAndShown()
+    {
+        Appearance appearance(false, std::nullopt);
+        connect(window.get(), &MainWindow::lookChosen, &appearance, &Appearance::choose);
+        connect(window.get(), &MainWindow::textSizeChosen, &appearance, &Appearance::setTextLarger);
+        auto *looks = shown<QComboBox>(u"comboBoxLook"_s);
+        const int before = Theme::pixels(100);
+        const QList<Theme::Look> worn{Theme::Look::Dark, Theme::Look::Light, Theme::Look::Given};
+        for (int i = 0; i < worn.size(); ++i) {
+            Q_EMIT looks->activated(i + 1);
+            QCOMPARE(Theme::look(), worn.at(i));
+            QCOMPARE(Appearance(true, std::nullopt).remembered(), Appearance::Choice(i + 1));
+            QVERIFY(!qApp->styleSheet().contains(u'$'));
+        }
+        click(u"buttonLargerText"_s);
+        QCOMPARE(Theme::pixels(100), before * 6 / 5);
+        openSettings();
+        QVERIFY(button(u"buttonLargerText"_s)->isChecked());
+        QCOMPARE(shown<QComboBox>(u"comboBoxLook"_s)->currentIndex(), 3);
+        click(u"buttonLargerText"_s);
     }
 
     void theBudgetIsAsItWasLeftAndRemembered()
