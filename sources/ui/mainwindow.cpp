@@ -8,6 +8,7 @@
 #include "ui/frame/pagestack.h"
 #include "ui/map/geomaptab.h"
 #include "ui/pages/abouttab.h"
+#include "ui/pages/historytab.h"
 #include "ui/pages/linkstab.h"
 #include "ui/pages/resultstab.h"
 #include "ui/pages/settingstab.h"
@@ -15,6 +16,7 @@
 #include "ui/popups/messagepopup.h"
 #include "ui/popups/popuplayer.h"
 #include "ui/popups/storedialogue.h"
+#include "ui/resultactions.h"
 #include "ui/testdisplay.h"
 #include "ui/theme/focusring.h"
 #include "utils/deployment.h"
@@ -79,10 +81,12 @@ void MainWindow::createPages()
     pages->add(aboutTab = new AboutTab(this));
     pages->add(geomapTab = new GeoMapTab(this));
     pages->add(detailsWindow = new DetailsWindow(this));
+    pages->add(historyTab = new HistoryTab(this));
     display = new TestDisplay(testTab, this);
     connect(display, &TestDisplay::notice, this, &MainWindow::showNotice);
     pages->addBeside(resultsTab, detailsWindow);
     pages->addBeside(resultsTab, geomapTab);
+    pages->addBeside(resultsTab, historyTab);
     for (TabBase *page : pages->pages()) {
         if (page != testTab) {
             connect(display, &TestDisplay::running, page, &TabBase::setRunning);
@@ -122,6 +126,7 @@ void MainWindow::createPopups()
     errorPopup->setObjectName(u"ErrorPopup"_s);
     errorPopup->hide();
     connect(errorPopup, &MessagePopup::accepted, popups, [this] { popups->close(errorPopup); });
+    connectResultActions();
     storeDialogue = new StoreDialogue(*popups, this);
     connect(storeDialogue, &StoreDialogue::notice, this, &MainWindow::showNotice);
     connect(storeDialogue, &StoreDialogue::emptied, this, &MainWindow::storeEmptied);
@@ -132,6 +137,26 @@ void MainWindow::createPopups()
     connect(dialogue, &StartDialogue::locationChanged, testTab,
             [this](const QString &code) { testTab->setLocation(Utils::trLocation(code)); });
     testTab->setLocation(Utils::trLocation(dialogue->getLocation()));
+}
+
+void MainWindow::connectResultActions()
+{
+    auto *actions = new ResultActions(*popups, [this] { return isTestRunning(); }, this);
+    connect(actions, &ResultActions::notice, this, &MainWindow::showNotice);
+    connect(actions, &ResultActions::finished, resultsTab, &ResultsTab::stopSelecting);
+    connect(actions, &ResultActions::deleted, resultsTab, &ResultsTab::updateResults);
+    connect(actions, &ResultActions::deleted, geomapTab, &GeoMapTab::clearMarkers);
+    connect(resultsTab, &ResultsTab::choiceAsked, actions, &ResultActions::ask);
+    connect(resultsTab, &ResultsTab::exportAsked, actions, &ResultActions::exportTests);
+    connect(resultsTab, &ResultsTab::shareAsked, actions, &ResultActions::shareTests);
+    connect(resultsTab, &ResultsTab::deleteAsked, actions, &ResultActions::deleteTests);
+    connect(resultsTab, &ResultsTab::historyClicked, this, [this] { showPage(historyTab); });
+    connect(detailsWindow, &DetailsWindow::shareAsked, actions, &ResultActions::shareTests);
+    connect(detailsWindow, &DetailsWindow::backClicked, this, &MainWindow::showResultsTab);
+    connect(historyTab, &HistoryTab::choiceAsked, actions, &ResultActions::ask);
+    connect(historyTab, &HistoryTab::backClicked, this, &MainWindow::showResultsTab);
+    detailsWindow->setNeighbours(
+        [this](qulonglong id, int step) { return resultsTab->neighbour(id, step); });
 }
 
 void MainWindow::createTests()

@@ -16,6 +16,7 @@ namespace velometer {
 class AboutTab;
 class DetailsWindow;
 class GeoMapTab;
+class HistoryTab;
 class LinksTab;
 class MessagePopup;
 class PageStack;
@@ -159,6 +160,7 @@ private:
     void createPages();
     void connectPages();
     void createPopups();
+    void connectResultActions();
     void createTests();
     bool showPage(TabBase *page);
     void holdTiles();
@@ -182,6 +184,7 @@ private:
     AboutTab *aboutTab = nullptr;
     GeoMapTab *geomapTab = nullptr;
     DetailsWindow *detailsWindow = nullptr;
+    HistoryTab *historyTab = nullptr;
     MessagePopup *errorPopup = nullptr;
     ServerSelection *servers = nullptr;
     TestConsent *consent = nullptr;

@@ -1,5 +1,7 @@
 #include "ui/details/testdetailwidget.h"
 
+#include "ui/theme/theme.h"
+
 #include "ui_testdetailwidget.h"
 
 using namespace Qt::StringLiterals;
@@ -33,13 +35,18 @@ void TestDetailWidget::setData(const QString &title, const QString &description,
     setAccessibleName(title + ": "_L1 + value);
 }
 
+void TestDetailWidget::setLast(bool last)
+{
+    ui->line->setVisible(!last);
+}
+
 void TestDetailWidget::state(bool heading)
 {
     ui->description->setVisible(!heading);
     ui->value->setVisible(!heading);
-    setStyleSheet(heading ? u"velometer--TestDetailWidget { background: #aeaeae; }"
-                            "QLabel#title { font-weight: bold; }"_s
-                          : QString());
+    ui->line->setVisible(!heading || Theme::isGiven());
+    // The style sheet looks at it; a row is made anew for each test, so before it is polished.
+    setProperty("heading", heading);
 }
 
 } // namespace velometer
