@@ -1172,7 +1172,7 @@ hat, sieht die Tests.</translation>
     </message>
     <message>
         <source>na</source>
-        <translation>na</translation>
+        <translation>k. A.</translation>
     </message>
     <message>
         <source>%1 to %2</source>
@@ -1819,7 +1819,7 @@ orvak verfassen</translation>
     <name>velometer::ShareText</name>
     <message>
         <source>na</source>
-        <translation>na</translation>
+        <translation>k. A.</translation>
     </message>
     <message>
         <source>Test %1, %2</source>

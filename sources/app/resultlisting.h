@@ -64,6 +64,7 @@ public:
     const ResultFilter &filter() const { return chosen; }
     Order order() const { return sorted; }
     const std::vector<Item> &items() const { return lines; }
+    size_t groupCount() const { return groups.size(); }
     const Group &group(size_t index) const { return groups[index]; }
     Medians medians(size_t group) const;
 

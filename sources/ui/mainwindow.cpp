@@ -108,6 +108,9 @@ void MainWindow::connectPages()
     connect(testTab, &TestTab::lastTestClicked, this, &MainWindow::showLastTest);
     connect(testTab, &TestTab::locationLinkClicked, this, &MainWindow::showLocationPopup);
     connect(resultsTab, &ResultsTab::mapClicked, this, &MainWindow::showGeomapTab);
+    connect(resultsTab, &ResultsTab::historyClicked, this, [this] { showPage(historyTab); });
+    connect(detailsWindow, &DetailsWindow::backClicked, this, &MainWindow::showResultsTab);
+    connect(historyTab, &HistoryTab::backClicked, this, &MainWindow::showResultsTab);
     connect(resultsTab, &ResultsTab::resultSelected, detailsWindow, &DetailsWindow::setTestResults);
     connect(resultsTab, &ResultsTab::resultSelected, this, &MainWindow::showDetailsWindow);
     connect(settingsTab, &SettingsTab::serverChosen, servers,
@@ -126,7 +129,10 @@ void MainWindow::createPopups()
     errorPopup->setObjectName(u"ErrorPopup"_s);
     errorPopup->hide();
     connect(errorPopup, &MessagePopup::accepted, popups, [this] { popups->close(errorPopup); });
-    connectResultActions();
+    auto *actions = new ResultActions(*popups, [this] { return isTestRunning(); }, this);
+    actions->serve(*resultsTab, *detailsWindow, *historyTab);
+    connect(actions, &ResultActions::notice, this, &MainWindow::showNotice);
+    connect(actions, &ResultActions::deleted, geomapTab, &GeoMapTab::clearMarkers);
     storeDialogue = new StoreDialogue(*popups, this);
     connect(storeDialogue, &StoreDialogue::notice, this, &MainWindow::showNotice);
     connect(storeDialogue, &StoreDialogue::emptied, this, &MainWindow::storeEmptied);
@@ -137,26 +143,6 @@ void MainWindow::createPopups()
     connect(dialogue, &StartDialogue::locationChanged, testTab,
             [this](const QString &code) { testTab->setLocation(Utils::trLocation(code)); });
     testTab->setLocation(Utils::trLocation(dialogue->getLocation()));
-}
-
-void MainWindow::connectResultActions()
-{
-    auto *actions = new ResultActions(*popups, [this] { return isTestRunning(); }, this);
-    connect(actions, &ResultActions::notice, this, &MainWindow::showNotice);
-    connect(actions, &ResultActions::finished, resultsTab, &ResultsTab::stopSelecting);
-    connect(actions, &ResultActions::deleted, resultsTab, &ResultsTab::updateResults);
-    connect(actions, &ResultActions::deleted, geomapTab, &GeoMapTab::clearMarkers);
-    connect(resultsTab, &ResultsTab::choiceAsked, actions, &ResultActions::ask);
-    connect(resultsTab, &ResultsTab::exportAsked, actions, &ResultActions::exportTests);
-    connect(resultsTab, &ResultsTab::shareAsked, actions, &ResultActions::shareTests);
-    connect(resultsTab, &ResultsTab::deleteAsked, actions, &ResultActions::deleteTests);
-    connect(resultsTab, &ResultsTab::historyClicked, this, [this] { showPage(historyTab); });
-    connect(detailsWindow, &DetailsWindow::shareAsked, actions, &ResultActions::shareTests);
-    connect(detailsWindow, &DetailsWindow::backClicked, this, &MainWindow::showResultsTab);
-    connect(historyTab, &HistoryTab::choiceAsked, actions, &ResultActions::ask);
-    connect(historyTab, &HistoryTab::backClicked, this, &MainWindow::showResultsTab);
-    detailsWindow->setNeighbours(
-        [this](qulonglong id, int step) { return resultsTab->neighbour(id, step); });
 }
 
 void MainWindow::createTests()
@@ -232,7 +218,9 @@ void MainWindow::showPageOf(Page page)
     case Page::Results:
         if (showPage(resultsTab)) {
             resultsTab->updateResults();
-            showSomethingBeside();
+            if (pages->isWide()) {
+                detailsWindow->showNewest();
+            }
         }
         return;
     case Page::Settings:
@@ -248,16 +236,6 @@ void MainWindow::showPageOf(Page page)
             aboutTab->showDefaultPage();
         }
         return;
-    }
-}
-
-// Two panes are no empty one: beside the list stands its newest test until another is chosen.
-void MainWindow::showSomethingBeside()
-{
-    if (pages->isWide() && !detailsWindow->hasTest()) {
-        if (const auto newest = gDB->getNewestResults()) {
-            detailsWindow->setTestResults(newest.get());
-        }
     }
 }
 

@@ -160,12 +160,10 @@ private:
     void createPages();
     void connectPages();
     void createPopups();
-    void connectResultActions();
     void createTests();
     bool showPage(TabBase *page);
     void holdTiles();
     void tellLastTest();
-    void showSomethingBeside();
     void showNotice(const QString &title, const QString &message);
     void storeEmptied(bool done);
     void seriesResumed(bool done);

@@ -2,7 +2,10 @@
 
 #include "app/sharetext.h"
 #include "db/databasemanager.h"
+#include "ui/details/detailswindow.h"
 #include "ui/details/resultcard.h"
+#include "ui/pages/historytab.h"
+#include "ui/pages/resultstab.h"
 #include "ui/popups/choicepopup.h"
 #include "ui/popups/messagepopup.h"
 #include "ui/popups/popuplayer.h"
@@ -66,6 +69,20 @@ ResultActions::ResultActions(PopupLayer &popupLayer, std::function<bool()> testi
                 tr("ErrorTitle"),
                 tr("%1 cannot be written: %2").arg(file.toHtmlEscaped(), reason.toHtmlEscaped()));
         });
+}
+
+void ResultActions::serve(ResultsTab &results, DetailsWindow &details, HistoryTab &history)
+{
+    connect(this, &ResultActions::finished, &results, &ResultsTab::stopSelecting);
+    connect(this, &ResultActions::deleted, &results, &ResultsTab::updateResults);
+    connect(&results, &ResultsTab::choiceAsked, this, &ResultActions::ask);
+    connect(&results, &ResultsTab::exportAsked, this, &ResultActions::exportTests);
+    connect(&results, &ResultsTab::shareAsked, this, &ResultActions::shareTests);
+    connect(&results, &ResultsTab::deleteAsked, this, &ResultActions::deleteTests);
+    connect(&details, &DetailsWindow::shareAsked, this, &ResultActions::shareTests);
+    connect(&history, &HistoryTab::choiceAsked, this, &ResultActions::ask);
+    details.setNeighbours(
+        [&results](qulonglong id, int step) { return results.neighbour(id, step); });
 }
 
 // ---- Choosing

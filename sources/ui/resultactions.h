@@ -12,8 +12,11 @@
 namespace velometer {
 
 class ChoicePopup;
+class DetailsWindow;
+class HistoryTab;
 class MessagePopup;
 class PopupLayer;
+class ResultsTab;
 
 /// What the user does with stored tests: exports, shares and deletes them, each after a question
 /// that says how many they are, and with a word on what came of it. Also shows what a page lets the
@@ -26,6 +29,9 @@ public:
     /// @p layer is borrowed and outlives this; @p window is the parent. @p isTesting: nothing is
     /// deleted meanwhile.
     ResultActions(PopupLayer &layer, std::function<bool()> isTesting, QWidget *window);
+
+    /// Does what these pages ask for; they live as long as this.
+    void serve(ResultsTab &results, DetailsWindow &details, HistoryTab &history);
 
     /// Ignored while a pop-up is open, as everything that is asked for here.
     void ask(const Choice &choice);

@@ -118,10 +118,17 @@ void DetailsWindow::dress()
 void DetailsWindow::setTestResults(const DBTestResults *results)
 {
     shownId = results->myTestId;
-    ui->labelPleaseWait->hide();
     clearExistingWidgets();
     showPleaseWait(true);
     showTimer.start();
+}
+
+void DetailsWindow::showNewest()
+{
+    const auto newest = shownId == 0 ? gDB->getNewestResults() : nullptr;
+    if (newest) {
+        setTestResults(newest.get());
+    }
 }
 
 void DetailsWindow::setTestResultsImpl()

@@ -8,6 +8,12 @@ using namespace Qt::StringLiterals;
 
 namespace velometer {
 
+namespace {
+
+constexpr int rowMargin = 6; // px
+
+} // namespace
+
 TestDetailWidget::TestDetailWidget(QWidget *parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::TestDetailWidget>())
@@ -38,6 +44,7 @@ void TestDetailWidget::setData(const QString &title, const QString &description,
 void TestDetailWidget::setLast(bool last)
 {
     ui->line->setVisible(!last);
+    ui->verticalLayout->setContentsMargins(0, rowMargin, 0, last ? rowMargin : 0);
 }
 
 void TestDetailWidget::state(bool heading)

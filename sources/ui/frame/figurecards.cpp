@@ -17,6 +17,7 @@ namespace {
 constexpr int cardGap = 8;
 constexpr int cardPadding = 10;
 constexpr int captionPixels = 13;
+constexpr int smallestCaption = 10; // where texts are larger, about 13 again
 constexpr int largestFigure = 28;
 constexpr int smallestFigure = 14;
 constexpr double figureCardRadius = 14;
@@ -109,6 +110,21 @@ int FigureCards::figurePixels(int room) const
     return pixels;
 }
 
+/// The same for what stands around the number.
+int FigureCards::smallPixels(int room) const
+{
+    int pixels = captionPixels;
+    const auto isTooWide = [&](const Figure &each) {
+        const QFontMetrics metrics(textFont(pixels, false));
+        return metrics.horizontalAdvance(caption(each.kind)) > room ||
+               metrics.horizontalAdvance(each.note) > room;
+    };
+    while (pixels > smallestCaption && std::any_of(shown.begin(), shown.end(), isTooWide)) {
+        --pixels;
+    }
+    return pixels;
+}
+
 void FigureCards::paintEvent(QPaintEvent * /*event*/)
 {
     if (shown.isEmpty()) {
@@ -118,7 +134,7 @@ void FigureCards::paintEvent(QPaintEvent * /*event*/)
     const auto count = static_cast<int>(shown.size());
     const int wide = (width() - (count - 1) * cardGap) / count;
     const int room = wide - 2 * cardPadding;
-    const QFont small = textFont(captionPixels, false);
+    const QFont small = textFont(smallPixels(room), false);
     const QFontMetrics metrics(small);
     const QFont large = textFont(figurePixels(room), true);
     const double radius = Theme::isGiven() ? givenFigureCardRadius : figureCardRadius;

@@ -38,6 +38,7 @@ private:
     static QString caption(Kind kind);
     QFont textFont(int designed, bool bold) const;
     int figurePixels(int room) const;
+    int smallPixels(int room) const;
     void describe();
 
     QList<Figure> shown;

@@ -4,6 +4,7 @@
 #include "ui/frame/chipbar.h"
 #include "ui/pages/filterchoices.h"
 #include "ui/plot/historyplot.h"
+#include "ui/plot/throughputplot.h"
 #include "ui/scrolling/qskineticscroller.h"
 #include "ui/theme/theme.h"
 #include "utils/translations.h"
@@ -23,7 +24,6 @@ namespace velometer {
 namespace {
 
 constexpr std::chrono::milliseconds historyFollowInterval{2000};
-constexpr double bitPerKilobit = 1000;
 
 constexpr ResultFilter::Period shownPeriods[] = {
     ResultFilter::Period::Day, ResultFilter::Period::Week, ResultFilter::Period::Month,
@@ -31,6 +31,14 @@ constexpr ResultFilter::Period shownPeriods[] = {
 
 constexpr History::Figure shownFigures[] = {History::Figure::Download, History::Figure::Upload,
                                             History::Figure::Rtt};
+
+/// With three digits, or all that are before the point.
+QString rateText(const QLocale &locale, double value)
+{
+    constexpr double tens = 10;
+    constexpr double hundreds = 100;
+    return locale.toString(value, 'f', value < tens ? 2 : value < hundreds ? 1 : 0);
+}
 
 } // namespace
 
@@ -142,18 +150,21 @@ void HistoryTab::draw()
     QList<FigureCards::Figure> figures;
     const auto isTaken = [this](const HistoryPoint &point) { return takes(point); };
     int most = 0;
+    // One unit for both rates.
+    const auto largest = History::summary(points, History::Figure::Download, range, isTaken);
+    const ThroughputPlot::Axis axis = ThroughputPlot::axisFor(largest.median.value_or(0));
     for (const History::Figure figure : shownFigures) {
         const auto summary = History::summary(points, figure, range, isTaken);
         most = std::max(most, summary.count);
         const bool isRtt = figure == History::Figure::Rtt;
         const auto text = [&](double value) {
-            return locale.toString(isRtt ? value : value / bitPerKilobit, 'f', 0);
+            return isRtt ? locale.toString(value, 'f', 0) : rateText(locale, value / axis.scale);
         };
         figures.append({static_cast<FigureCards::Kind>(figure),
                         summary.median ? text(*summary.median) : tr("na"),
                         !summary.median ? QString()
                         : isRtt         ? u"ms"_s
-                                        : u"kBit/s"_s,
+                                        : axis.unit,
                         summary.median ? tr("%1 to %2").arg(text(summary.low), text(summary.high))
                                        : QString()});
     }

@@ -1,6 +1,5 @@
 #include "ui/pages/resultgroupheader.h"
 
-#include "ui/pages/resultfigures.h"
 #include "ui/theme/theme.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
@@ -21,7 +20,6 @@ namespace {
 constexpr int headingHeight = 46; // px: a finger's, with the space between two cards
 constexpr int closedCardHeight = 56;
 constexpr int headingPixels = 14;
-constexpr int figurePixels = 16;
 constexpr int chevronPixels = 16;
 constexpr int unitGap = 8;
 constexpr double closedRadius = 14;
@@ -59,13 +57,11 @@ QString ResultGroupHeader::dayText(const QDate &day, const QDate &today)
 }
 
 void ResultGroupHeader::setGroup(const ResultListing::Group &group,
-                                 const ResultListing::Medians &figures, ResultListing::Order order,
-                                 bool first)
+                                 const ResultListing::Medians &figures, ResultListing::Order order)
 {
     count = std::ssize(group.rows);
     open = group.open;
     closable = group.closable;
-    isFirst = first;
     medians = figures;
     switch (order) {
     case ResultListing::Order::Newest:
@@ -132,39 +128,38 @@ void ResultGroupHeader::paintFigures(QPainter &painter, const QRect &card) const
     painter.setPen(colours.line);
     painter.setBrush(isPressed() ? colours.raised : colours.surface);
     painter.drawRoundedRect(QRectF(card).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-    const int left = 2 * ResultFigures::margin + ResultFigures::signPixels;
     QFont textFont = font();
     textFont.setPixelSize(Theme::pixels(headingPixels));
     painter.setFont(textFont);
     painter.setPen(colours.quiet);
     const QRect line = card.adjusted(0, 8, 0, -8);
-    painter.drawText(line.adjusted(left, 0, -ResultFigures::margin, 0),
+    painter.drawText(line.adjusted(columns.left, 0, -ResultFigures::margin, 0),
                      Qt::AlignLeft | Qt::AlignTop, tr("Median"));
-    textFont.setPixelSize(Theme::pixels(figurePixels));
+    textFont.setPixelSize(columns.pixels);
     textFont.setBold(true);
     painter.setFont(textFont);
-    const int room = width() - left - ResultFigures::margin;
     const struct
     {
         QString icon;
         QColor colour;
         QString text;
-    } columns[] = {
+    } figures[] = {
         {u"download"_s, colours.download, ResultFigures::rate(medians.download)},
         {u"upload"_s, colours.upload, ResultFigures::rate(medians.upload)},
         {u"rtt"_s, colours.rtt, ResultFigures::roundTrip(medians.rtt)},
     };
     const int high = QFontMetrics(textFont).height();
-    int x = left;
-    for (size_t column = 0; column < std::size(columns); ++column) {
-        const auto &each = columns[column];
+    int x = columns.left;
+    for (size_t column = 0; column < std::size(figures); ++column) {
+        const auto &each = figures[column];
         const QRect icon(x, line.bottom() - (high + ResultFigures::iconPixels) / 2,
                          ResultFigures::iconPixels, ResultFigures::iconPixels);
         Theme::icon(each.icon, each.colour).paint(&painter, icon);
         painter.setPen(each.colour);
-        const int wide = room * ResultFigures::shares[column] / 100;
-        painter.drawText(QRect(icon.right() + 5, line.bottom() - high, wide, high),
-                         Qt::AlignLeft | Qt::AlignVCenter, each.text);
+        const int wide = columns.widths.at(column);
+        painter.drawText(
+            QRect(icon.right() + 1 + ResultFigures::iconGap, line.bottom() - high, wide, high),
+            Qt::AlignLeft | Qt::AlignVCenter, each.text);
         x += wide;
     }
 }

@@ -2,6 +2,7 @@
 
 #include "app/resultlisting.h"
 #include "ui/pages/listentry.h"
+#include "ui/pages/resultfigures.h"
 
 namespace velometer {
 
@@ -21,7 +22,8 @@ public:
     static QString dayText(const QDate &day, const QDate &today);
 
     void setGroup(const ResultListing::Group &group, const ResultListing::Medians &medians,
-                  ResultListing::Order order, bool first);
+                  ResultListing::Order order);
+    void setColumns(const ResultFigures::Columns &wanted) { columns = wanted; }
 
     /// As a tap on it.
     void toggle() { Q_EMIT tapped(); }
@@ -36,7 +38,7 @@ private:
     qsizetype count = 0;
     bool open = true;
     bool closable = true;
-    bool isFirst = false;
+    ResultFigures::Columns columns;
     ResultListing::Medians medians;
 };
 

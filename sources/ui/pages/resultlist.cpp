@@ -55,6 +55,14 @@ void ResultList::change(const std::function<void(ResultListing &)> &how)
     const bool lost = still.size() != chosen.size();
     chosen = still;
 
+    greatest = {};
+    for (const Item &each : content.items()) {
+        if (each.test) {
+            greatest.download = std::max(greatest.download, each.test->downloadSpeed);
+            greatest.upload = std::max(greatest.upload, each.test->uploadSpeed);
+            greatest.rtt = std::max(greatest.rtt, static_cast<double>(each.test->rtt));
+        }
+    }
     measure();
     current = std::max<qsizetype>(lineOf(atCurrent), 0);
     layOut();
@@ -95,6 +103,10 @@ void ResultList::measure()
     if (lines > 0 && tests.isEmpty()) {
         addTest();
     }
+    columns = ResultFigures::columnsFor(viewport()->width(), greatest, font());
+    for (TestResultWidget *entry : std::as_const(tests)) {
+        entry->setColumns(columns);
+    }
     testHeight = tests.isEmpty() ? 0 : tests.constFirst()->sizeHint().height();
     const int heights[] = {ResultGroupHeader::heightOf(false), ResultGroupHeader::heightOf(true)};
     for (qsizetype line = 0; line < lines; ++line) {
@@ -119,6 +131,7 @@ qsizetype ResultList::lineOf(const ListEntry *entry) const
 void ResultList::resizeEvent(QResizeEvent *event)
 {
     QScrollArea::resizeEvent(event);
+    measure();
     layOut();
 }
 
@@ -220,6 +233,7 @@ void ResultList::place(qsizetype line, ListEntry *entry)
     const ResultListing::Group &group = content.group(at.group);
     if (auto *row = qobject_cast<TestResultWidget *>(entry)) {
         using Mark = TestResultWidget::Mark;
+        row->setColumns(columns);
         row->setDBTestResults(at.test);
         row->setPlace({.first = !item(line - 1).test,
                        .last = line + 1 == count() || !item(line + 1).test,
@@ -229,7 +243,8 @@ void ResultList::place(qsizetype line, ListEntry *entry)
                                                           : Mark::Unselected);
     } else if (auto *header = qobject_cast<ResultGroupHeader *>(entry)) {
         header->setGroup(group, group.open ? ResultListing::Medians() : content.medians(at.group),
-                         content.order(), line == 0);
+                         content.order());
+        header->setColumns(columns);
     }
     entry->setGeometry(0, top(line), viewport()->width(), top(line + 1) - top(line));
     entry->show();

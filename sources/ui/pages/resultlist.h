@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/resultlisting.h"
+#include "ui/pages/resultfigures.h"
 
 #include <QHash>
 #include <QList>
@@ -101,7 +102,9 @@ private:
     QList<ResultGroupHeader *> headers;
     QHash<qsizetype, ListEntry *> placed; ///< by line
     std::vector<int> tops{0};             ///< of each line, px, and the end
-    int testHeight = 0;                   ///< px; 0 before the first entry
+    ResultFigures::Greatest greatest;
+    ResultFigures::Columns columns;
+    int testHeight = 0; ///< px; 0 before the first entry
     qsizetype current = 0;
     bool selecting = false;
     QSet<qulonglong> chosen;

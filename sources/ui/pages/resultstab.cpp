@@ -88,6 +88,19 @@ void ResultsTab::hideEvent(QHideEvent *event)
     followTimer.stop();
 }
 
+void ResultsTab::resizeEvent(QResizeEvent *event)
+{
+    TabBase::resizeEvent(event);
+    // What does not fit side by side stands below each other.
+    const int room = width() - 2 * ui->bodyLayout->contentsMargins().left();
+    const auto direction = [room](int wanted) {
+        return wanted > room ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+    };
+    ui->totalsLayout->setDirection(direction(2 * ui->pageButton->sizeHint().width()));
+    const int buttons = ui->pushButton->sizeHint().width() * 3 / 2 + ui->pagesLayout->spacing();
+    ui->pagesLayout->setDirection(direction(buttons));
+}
+
 void ResultsTab::keyPressEvent(QKeyEvent *event)
 {
     const bool back = event->key() == Qt::Key_Escape || event->key() == Qt::Key_Back;

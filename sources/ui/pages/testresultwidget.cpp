@@ -2,7 +2,6 @@
 
 #include "app/resultfilter.h"
 #include "db/dbtestresults.h"
-#include "ui/pages/resultfigures.h"
 #include "ui/theme/connectionsign.h"
 #include "ui/theme/theme.h"
 #include "utils/deployment.h"
@@ -82,6 +81,24 @@ void TestResultWidget::setMark(Mark chosen)
     mark = chosen;
     fill();
     update();
+}
+
+void TestResultWidget::setColumns(const ResultFigures::Columns &wanted)
+{
+    if (columns == wanted) {
+        return;
+    }
+    columns = wanted;
+    ui->rowLayout->addWidget(ui->figures, columns.isNarrow ? 2 : 1, columns.isNarrow ? 0 : 1, 1,
+                             columns.isNarrow ? 2 : 1);
+    const QString size = u"font-size: %1px"_s.arg(columns.pixels);
+    int column = 0;
+    for (QLabel *label : {static_cast<QLabel *>(ui->download), static_cast<QLabel *>(ui->upload),
+                          static_cast<QLabel *>(ui->rtt)}) {
+        label->setStyleSheet(size);
+        ui->figureLayout->setStretch(column, columns.widths.at(static_cast<size_t>(column)));
+        ++column;
+    }
 }
 
 void TestResultWidget::showSign()

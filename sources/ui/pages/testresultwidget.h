@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/pages/listentry.h"
+#include "ui/pages/resultfigures.h"
 
 #include <memory>
 
@@ -41,6 +42,7 @@ public:
     const DBTestResults *getDBTestResults() const { return dbTestResults; }
     void setPlace(const Place &place);
     void setMark(Mark mark);
+    void setColumns(const ResultFigures::Columns &columns);
     /// The same height for every entry of a list.
     QSize sizeHint() const override;
 
@@ -64,6 +66,7 @@ private:
     const DBTestResults *dbTestResults = nullptr;
     Place place;
     Mark mark = Mark::None;
+    ResultFigures::Columns columns;
 };
 
 } // namespace velometer

@@ -28,6 +28,7 @@ constexpr double tickRoom = 72;
 constexpr double markRadius = 3.5;
 constexpr double plotRadius = 14;
 constexpr double givenPlotRadius = 8;
+constexpr double signGap = 8;
 constexpr int axisLines = 4;
 
 /// A shape for each kind, so that curves differ without their colours.
@@ -176,7 +177,7 @@ void HistoryPlot::paintEvent(QPaintEvent * /*event*/)
     const QFontMetricsF titleMetrics(large);
     const double left = historyMargin + metrics.horizontalAdvance(u"0000"_s) + 4;
     const double top = historyMargin + titleMetrics.height() + metrics.height();
-    const double signRoom = metrics.horizontalAdvance(u"5G "_s);
+    const double signRoom = signGap + metrics.horizontalAdvance(u"5G"_s);
     const QRectF area(left, top, width() - left - historyMargin - signRoom,
                       height() - top - historyMargin - metrics.height() - 4);
     if (area.height() < metrics.height() || area.width() < tickRoom) {
@@ -212,7 +213,7 @@ void HistoryPlot::paintEvent(QPaintEvent * /*event*/)
                          Qt::AlignCenter, tick.label);
     }
 
-    QList<QRectF> signs;
+    QList<std::pair<double, ConnectionKind>> signs;
     for (const Curve &curve : std::as_const(curves)) {
         const QColor colour = ConnectionSign::lineColour(curve.kind, colours.surface);
         const auto yOf = [&](double value) {
@@ -238,20 +239,20 @@ void HistoryPlot::paintEvent(QPaintEvent * /*event*/)
             painter.drawPath(shapeOf(curve.kind, {xOf(mark.time), yOf(mark.median)}));
         }
         if (!curve.marks.empty()) {
-            // Beside the last mark; where another sign stands, above it.
-            const History::Mark &last = curve.marks.back();
-            QRectF place(xOf(last.time) + markRadius + 3, yOf(last.median) - metrics.height() / 2,
-                         signRoom, metrics.height());
-            for (const QRectF &taken : std::as_const(signs)) {
-                if (taken.intersects(place)) {
-                    place.moveBottom(taken.top());
-                }
-            }
-            signs.append(place);
-            painter.setPen(colour);
-            painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter,
-                             ConnectionKinds::sign(curve.kind));
+            signs.append({yOf(curve.marks.back().median), curve.kind});
         }
+    }
+    // In a column at the end of the curves, none over another.
+    std::sort(signs.begin(), signs.end(),
+              [](const auto &a, const auto &b) { return a.first > b.first; });
+    double free = area.bottom() + metrics.height() / 2;
+    for (const auto &[y, kind] : std::as_const(signs)) {
+        const double bottom = std::min(y + metrics.height() / 2, free);
+        painter.setPen(ConnectionSign::lineColour(kind, colours.surface));
+        painter.drawText(
+            QRectF(area.right() + signGap, bottom - metrics.height(), signRoom, metrics.height()),
+            Qt::AlignLeft | Qt::AlignVCenter, ConnectionKinds::sign(kind));
+        free = bottom - metrics.height();
     }
 }
 
