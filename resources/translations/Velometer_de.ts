@@ -1072,6 +1072,14 @@ orvak verfassen</translation>
         <source>Starting new Test Series with Id:</source>
         <translation>Neue Testserie mit der Nummer:</translation>
     </message>
+    <message>
+        <source>The series has ended after %1 of %2 tests.</source>
+        <translation>Die Serie ist nach %1 von %2 Tests zu Ende.</translation>
+    </message>
+    <message>
+        <source>The test has ended.</source>
+        <translation>Der Test ist zu Ende.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::MessagePopup</name>
@@ -1148,6 +1156,14 @@ orvak verfassen</translation>
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>%1 tests in %2 h</source>
+        <translation>%1 Tests in %2 h</translation>
+    </message>
+    <message>
+        <source>%1, about %2 at your last rate</source>
+        <translation>%1, etwa %2 bei Ihrem letzten Tempo</translation>
     </message>
 </context>
 <context>
@@ -1331,6 +1347,13 @@ orvak verfassen</translation>
     <message>
         <source>Classic</source>
         <translation>Klassisch</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::SleepInhibitor</name>
+    <message>
+        <source>A measurement runs.</source>
+        <translation>Eine Messung läuft.</translation>
     </message>
 </context>
 <context>

@@ -1070,6 +1070,14 @@ to orvak</translation>
         <source>Starting new Test Series with Id:</source>
         <translation>Starting new Test Series with Id:</translation>
     </message>
+    <message>
+        <source>The series has ended after %1 of %2 tests.</source>
+        <translation>The series has ended after %1 of %2 tests.</translation>
+    </message>
+    <message>
+        <source>The test has ended.</source>
+        <translation>The test has ended.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::MessagePopup</name>
@@ -1146,6 +1154,14 @@ to orvak</translation>
     <message>
         <source>Cancel</source>
         <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>%1 tests in %2 h</source>
+        <translation>%1 tests in %2 h</translation>
+    </message>
+    <message>
+        <source>%1, about %2 at your last rate</source>
+        <translation>%1, about %2 at your last rate</translation>
     </message>
 </context>
 <context>
@@ -1329,6 +1345,13 @@ to orvak</translation>
     <message>
         <source>Classic</source>
         <translation>Classic</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::SleepInhibitor</name>
+    <message>
+        <source>A measurement runs.</source>
+        <translation>A measurement runs.</translation>
     </message>
 </context>
 <context>

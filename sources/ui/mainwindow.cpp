@@ -4,6 +4,7 @@
 #include "app/testconsent.h"
 #include "app/testsession.h"
 #include "db/databasemanager.h"
+#include "ui/backgroundnotice.h"
 #include "ui/details/detailswindow.h"
 #include "ui/frame/pagestack.h"
 #include "ui/map/geomaptab.h"
@@ -142,6 +143,8 @@ void MainWindow::createTests()
     connect(getController(), &TestController::testEnded, this, &MainWindow::holdTiles);
     connect(getController(), &TestController::testEnded, this, &MainWindow::tellLastTest);
     tellLastTest();
+    background = new BackgroundNotice(QDBusConnection::sessionBus(), this);
+    connect(&session->getSeries(), &TestSeries::ended, this, &MainWindow::tellInBackground);
 }
 
 void MainWindow::setOrientation(ScreenOrientation orientation)
@@ -406,6 +409,17 @@ void MainWindow::tellLastTest()
 {
     const auto last = gDB->getNewestResults();
     testTab->setLastTest(last ? TestDisplay::summary(*last) : QString());
+}
+
+void MainWindow::tellInBackground()
+{
+    const TestSeries &series = session->getSeries();
+    const auto last = gDB->getNewestResults();
+    background->tell(series.isSeries() ? tr("The series has ended after %1 of %2 tests.")
+                                             .arg(series.getNumber())
+                                             .arg(series.getCount())
+                                       : tr("The test has ended."),
+                     last ? TestDisplay::summary(*last) : QString());
 }
 
 void MainWindow::showLastTest()

@@ -14,6 +14,7 @@
 namespace velometer {
 
 class AboutTab;
+class BackgroundNotice;
 class DetailsWindow;
 class GeoMapTab;
 class LinksTab;
@@ -163,6 +164,7 @@ private:
     bool showPage(TabBase *page);
     void holdTiles();
     void tellLastTest();
+    void tellInBackground();
     void showSomethingBeside();
     void showNotice(const QString &title, const QString &message);
     void storeEmptied(bool done);
@@ -188,6 +190,7 @@ private:
     StartDialogue *dialogue = nullptr;
     StoreDialogue *storeDialogue = nullptr;
     TestDisplay *display = nullptr;
+    BackgroundNotice *background = nullptr;
     std::unique_ptr<TestSession> session;
     bool advancedmode = false;
 };
