@@ -74,6 +74,8 @@ constexpr Named texts[] = {
     {"noShares"_L1, {"There are no links yet.", "Noch gibt es keine Links."}},
     {"saved"_L1, {"Saved.", "Gespeichert."}},
     {"deleted"_L1, {"%1 tests deleted.", "%1 Tests gelöscht."}},
+    {"deleting"_L1,
+     {"Deleting goes on; this takes a while.", "Das Löschen läuft noch eine Weile."}},
     {"gone"_L1, {"Everything is deleted.", "Alles ist gelöscht."}},
     {"mistyped"_L1, {"That is not what has to be typed.", "Das ist nicht, was einzugeben ist."}},
 };

@@ -84,7 +84,8 @@ std::string StatisticsPage::toHtml(const TileSource &tiles) const
 {
     Html html(language);
     html << "<div class=\"heading\"><div><h1>" << Texts::statisticsTitle
-         << "</h1><p class=\"quiet\">" << Texts::statisticsHint << "</p></div></div>\n";
+         << "</h1><p class=\"quiet\">" << Texts::statisticsHint << " ";
+    html.phrase(Texts::statisticsLicence, {licence}) << "</p></div></div>\n";
     const bool known = !types.rows.isEmpty();
     if (!known) {
         html << "<p class=\"card empty\">" << Texts::statisticsNone << "</p>\n";

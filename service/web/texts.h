@@ -280,6 +280,7 @@ inline constexpr Phrase statisticsHint{
 inline constexpr Phrase byMonth{"By month", "Nach Monat"};
 inline constexpr Phrase byOperator{"By operator", "Nach Betreiber"};
 inline constexpr Phrase byServer{"By server", "Nach Server"};
+inline constexpr Phrase statisticsLicence{"Licence: %1.", "Lizenz: %1."};
 inline constexpr Phrase statisticsNone{"There are not enough tests for a figure yet.",
                                        "Noch gibt es für keinen Wert genug Tests."};
 

@@ -104,14 +104,14 @@ export function manage() {
   onSend(filtered, async (data) => {
     typed(data, "DELETE");
     const { deleted } = await api("delete", undefined, "POST", { filter: filtered.dataset.filter, confirm: "DELETE" });
-    setTimeout(() => location.reload(), 800);
-    return fill(texts.deleted, number(deleted));
+    setTimeout(() => location.reload(), deleted === null ? 5000 : 800);
+    return deleted === null ? texts.deleting : fill(texts.deleted, number(deleted));
   });
   onSend(formOf("delete-all"), async (data) => {
     typed(data, owner);
-    await api("user", undefined, "DELETE", { confirm: owner });
+    const { deleted } = await api("user", undefined, "DELETE", { confirm: owner });
     setTimeout(() => location.reload(), 800);
-    return texts.gone;
+    return deleted === null ? texts.deleting : texts.gone;
   });
   const note = formOf("note");
   onSend(note, async (data) => {
