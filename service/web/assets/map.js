@@ -1,5 +1,6 @@
 // Tests on a map: signs by connection that gather to clusters, how exact they are, the way of each series, and the
 // median download of each cell.
+import { scaleLog } from "d3-scale";
 import { api, element, figure, fill, filters, letters, number, sign, testAddress, texts, timeText, toggle, typeName }
   from "./core.js";
 import { outlineLayer } from "./outline.js";
@@ -224,7 +225,7 @@ export class TestMap {
 /** Cells in the colour of their median, from little to much. */
 function drawCells(cells, target) {
   const medians = cells.map((cell) => cell.median).filter((value) => value > 0);
-  const scale = d3.scaleLog().domain([Math.min(...medians, 1e9), Math.max(...medians, 1)])
+  const scale = scaleLog().domain([Math.min(...medians, 1e9), Math.max(...medians, 1)])
     .range([colour("--up"), colour("--nr")]).clamp(true);
   for (const { latitude, longitude, height, width, count, median } of cells) {
     const tint = median > 0 ? scale(median) : colour("--other");
