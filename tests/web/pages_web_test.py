@@ -11,7 +11,7 @@ import sys
 import unittest
 import urllib.parse
 
-from browser import Browser, Service
+from browser import Browser, Service, TileHost
 from generate_reports import DAY, Generator, document, fill, midnight, post
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.keys import Keys
@@ -165,6 +165,39 @@ class PagesTest(unittest.TestCase):
         before = browser.colours("#map")
         grid.click()
         browser.wait(lambda: len(browser.colours("#map")) > len(before) + 20, "no grid")
+
+    def test_maps_stand_whatever_becomes_of_their_tiles(self):
+        host = TileHost()
+        mapped = Service(PROGRAM, options=["--tile-url", host.address + "/{z}/{x}/{y}.png?key=k",
+                                           "--tile-attribution", "<b>Those of the tiles</b>"])
+        own = browser.host
+        try:
+            fill(mapped.host, mapped.database, Generator(3, OWNER, TODAY).tests(20, 9))
+            browser.host = mapped.host
+            for mood in ("well", "failing", "silent"):
+                host.mood = mood
+                host.asked.clear()
+                browser.cdp("Network.clearBrowserCache")
+                browser.cdp("Page.navigate", url=f"http://{mapped.host}{page('UserReport')}")  # waits for no image
+                browser.one(".clump, .pin")
+                browser.wait(lambda: host.asked, "no tiles are asked for")
+                colour = "#%02x%02x%02x" % TileHost.COLOUR if mood == "well" else "#dfe7e4"
+                browser.wait(lambda: browser.colours("#map").get(colour, 0) > 20_000, mood)
+                self.assertIn("<b>Those of the tiles</b>", browser.text("#map"))
+                self.assertEqual({referrer for _, referrer in host.asked}, {f"http://{mapped.host}/"})
+                self.assertRegex(host.asked[0][0], r"^/\d+/\d+/\d+\.png\?key=k$")
+            # The policy names this host and no other.
+            policy = mapped.get(page("UserReport"))[1]["Content-Security-Policy"]
+            self.assertIn(f"; img-src 'self' data: {host.address}; ", policy)
+            self.assertEqual(policy.count("http"), 1)
+        finally:
+            host.stop()
+            browser.driver.get("about:blank")
+            browser.host = own
+            mapped.stop()
+            browser.complaints()  # of the tiles that failed
+            browser.network()
+            browser.requests.clear()
 
     def test_zooms_into_finer_figures(self):
         browser.open(page("UserReport", type="wlan,lte"))
