@@ -67,6 +67,8 @@ constexpr Named texts[] = {
     {"open"_L1, {"Open the test", "Test öffnen"}},
     {"copied"_L1, {"Copied", "Kopiert"}},
     {"copy"_L1, {"Copy", "Kopieren"}},
+    {"oneTest"_L1, {"One test", "Ein Test"}},
+    {"allTests"_L1, {"All tests", "Alle Tests"}},
     {"until"_L1, {"until %1", "bis %1"}},
     {"withPositions"_L1, {"with positions", "mit Positionen"}},
     {"withoutPositions"_L1, {"without positions", "ohne Positionen"}},

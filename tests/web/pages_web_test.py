@@ -357,7 +357,7 @@ class PagesTest(unittest.TestCase):
 
     def test_is_accessible_at_every_width(self):
         test = service.api(OWNER, "tests?limit=1")["tests"][0]["id"]
-        for address in (page("UserReport"), page("Test", test=test), page("Compare", language="de"), "/",
+        for address in (page("UserReport"), page("Test", test=test), page("Compare", language="de"), "/?language=de",
                         page("UserReport", 1), "/velometer/statistics"):
             for width, dark in ((360, True), (1920, False)):
                 browser.size(width, 900, dark)

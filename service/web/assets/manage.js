@@ -45,10 +45,15 @@ function link(address) {
   return [field, button];
 }
 
+/** What a link shows: one test, all of them, or the values of its filter. */
+function covered(share) {
+  return share.test ? texts.oneTest : [...new URLSearchParams(share.filter).values()].join(", ") || texts.allTests;
+}
+
 async function listShares(list) {
   const { shares } = await api("shares");
   list.replaceChildren(...shares.map((share) => element("li", {},
-    element("a", { href: share.address }, fill(texts.until, day.format(share.expires_ms)) + ", " +
+    element("a", { href: share.address }, covered(share) + ", " + fill(texts.until, day.format(share.expires_ms)) + ", " +
       (share.positions ? texts.withPositions : texts.withoutPositions)),
     element("button", { type: "button", class: "tool", click: async () => {
       await api("shares/" + encodeURIComponent(share.key), undefined, "DELETE");
