@@ -1,29 +1,45 @@
 #!/usr/bin/env python3
-"""service.py [--service build/bin/velometer-service]: what lists, charts and pages of 1,000 and of 100,000 tests
-cost, and what deleting 100,000 tests does to the reports that come meanwhile. All on loopback, in a directory of
-its own; needs 2 GB of disk."""
+"""service.py [--service build/bin/velometer-service] [--runs N]: what lists, charts and pages of 1,000 and of
+100,000 tests cost, when a page is ready in Chromium, and what an export and deleting 100,000 tests do to others.
+All on loopback, in a directory of its own; needs 2 GB of disk and python3-selenium (/usr/bin/python3)."""
 import argparse
 import base64
 import hashlib
 import http.client
 import json
 import pathlib
+import os
 import random
 import re
+import shutil
 import sqlite3
 import statistics
 import subprocess
+import sys
 import tempfile
 import threading
 import time
+import zlib
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 DOCUMENT = (ROOT / "tests/service/data/report.xml").read_text(encoding="utf-8")
 SMALL, LARGE = (1001, 1000), (1002, 100_000)
 MODES = ["", "WlanMode", "GsmMode", "WcdmaMode", "LteMode", "NrMode"]
-QUESTIONS = ["tests", "tests?sort=download", "tests?type=lte&location=Train", "summary", "summary?type=lte",
+QUESTIONS = ["tests", "tests?sort=download", "tests?sort=upload", "tests?sort=rtt", "tests?sort=server", "tests?type=lte&location=Train", "summary", "summary?type=lte",
              "buckets?metric=download", "buckets?metric=download&from=2023-12-01&to=2023-12-07",
              "distribution?metric=download&by=hour", "map?zoom=10", "facets"]
+PAGE = "/velometer/Controller?page=UserReport"
+#: Notes when the charts of the first screen are drawn, the list is there, and a click would be heard.
+WATCH = """new MutationObserver((_, watch) => {
+  if (document.querySelectorAll("#time .plot svg").length === 3 && document.querySelector("table.tests tbody tr")) {
+    watch.disconnect();
+    requestAnimationFrame(() => setTimeout(() => { window.ready = performance.now(); }));
+  }
+}).observe(document, { childList: true, subtree: true });"""
+
+
+def load():
+    return "load %.1f" % os.getloadavg()[0]
 
 
 def serve(program, file):
@@ -119,35 +135,114 @@ def delete_all(port, done):
     done.set()
 
 
+def first_looks(program, file, runs):
+    """ms to the first byte of the page, the first after a start."""
+    took = []
+    for _ in range(runs):
+        process, port = serve(program, file)
+        took.append(first_bytes(port, f"{PAGE}&userid={LARGE[0]}", 2)[0])
+        end(process)
+    print(f"{'first look at 100,000 after a start, ms':58} " + ", ".join(f"{each:.0f}" for each in took), load())
+
+
+def in_chromium(port, runs):
+    sys.path.insert(0, str(ROOT / "tests/web"))
+    from browser import Browser
+    browser = Browser(f"127.0.0.1:{port}")
+    try:
+        browser.cdp("Page.enable")
+        browser.cdp("Network.enable")
+        browser.cdp("Page.addScriptToEvaluateOnNewDocument", source=WATCH)
+        browser.open("/")
+        for user, count in (SMALL, LARGE):
+            took, sizes = [], []
+            for _ in range(runs):
+                browser.cdp("Network.clearBrowserCache")
+                browser.network()
+                browser.open(f"{PAGE}&userid={user}")
+                took.append(browser.wait(lambda: browser.run("return window.ready")))
+                sizes.append(sum(size for url, size in browser.network() if "/outline/" not in url))
+            print(f"{f'page of {count:,} tests in Chromium, empty cache: ready, ms':58} "
+                  + ", ".join(f"{each:.0f}" for each in took), f"({max(sizes) / 1000:.1f} kB)", load())
+    finally:
+        browser.close()
+
+
+def healthy(port, stop):
+    """ms that /healthz takes until @p stop is set: median and worst."""
+    took = []
+    while not stop.is_set():
+        begin = time.perf_counter()
+        client = http.client.HTTPConnection("127.0.0.1", port)
+        client.request("GET", "/healthz")
+        assert client.getresponse().status == 200
+        took.append((time.perf_counter() - begin) * 1000)
+        time.sleep(0.02)
+    return f"/healthz median {statistics.median(took):.1f} ms, worst {max(took):.1f} ms"
+
+
+def export(process, port, packed):
+    stop, told = threading.Event(), []
+    watch = threading.Thread(target=lambda: told.append(healthy(port, stop)))
+    watch.start()
+    begin = time.time()
+    client = http.client.HTTPConnection("127.0.0.1", port, timeout=300)
+    client.request("GET", f"/velometer/api/v1/export?format=csv&userid={LARGE[0]}",
+                   headers={"Accept-Encoding": "gzip"} if packed else {})
+    answer = client.getresponse()
+    inflate = zlib.decompressobj(31) if packed else None
+    lines = wire = 0
+    while part := answer.read(1 << 16):
+        wire += len(part)
+        lines += (inflate.decompress(part) if packed else part).count(b"\n")
+    assert lines == LARGE[1] + 1, lines
+    stop.set()
+    watch.join()
+    peak = re.search(r"VmHWM:\s+(\d+)", pathlib.Path(f"/proc/{process.pid}/status").read_text())[1]
+    print(f"{'CSV of 100,000 tests' + (', packed' if packed else ''):58} {time.time() - begin:.1f} s, {wire / 1e6:.1f} MB, "
+          f"{told[0]}, most memory {int(peak) // 1024} MiB", load())
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--service", default=ROOT / "build/bin/velometer-service")
-    program = parser.parse_args().service
+    parser.add_argument("--runs", type=int, default=3)
+    program, runs = (lambda given: (given.service, given.runs))(parser.parse_args())
     with tempfile.TemporaryDirectory() as directory:
         file = f"{directory}/reports.sqlite"
         process, _ = serve(program, file)
         end(process)
         seed(file)
+        first_looks(program, file, runs)
         process, port = serve(program, file)
         try:
             print(f"{'ms to the first byte':58} {'1,000: first':>13} {'then':>6} {'bytes':>7} "
-                  f"{'100,000: first':>15} {'then':>6} {'bytes':>7}")
-            for question in [f"/velometer/api/v1/{each}" for each in QUESTIONS] + \
-                    ["/velometer/Controller?page=UserReport"]:
+                  f"{'100,000: first':>15} {'then':>6} {'bytes':>7}", load())
+            for question in [f"/velometer/api/v1/{each}" for each in QUESTIONS] + [PAGE]:
                 row = f"{question:58}"
                 for user, _ in (SMALL, LARGE):
                     row += " {:13.1f} {:6.1f} {:7d}".format(
                         *first_bytes(port, question + ("&" if "?" in question else "?") + f"userid={user}"))
                 print(row)
-            numbers = iter(range(10**9))
-            print("at rest:", intake(port, numbers, threading.Event(), 500))
-            done = threading.Event()
-            deleting = threading.Thread(target=delete_all, args=(port, done))
-            deleting.start()
-            print("while deleting:", intake(port, numbers, done, 10**6))
-            deleting.join()
+            in_chromium(port, runs)
+            for packed in (False, True):
+                export(process, port, packed)
         finally:
             end(process)
+        for _ in range(runs):
+            copy = f"{directory}/copy.sqlite"
+            shutil.copy(file, copy)
+            process, port = serve(program, copy)
+            try:
+                numbers = iter(range(10**9))
+                print("reports at rest:", intake(port, numbers, threading.Event(), 500), load())
+                done = threading.Event()
+                deleting = threading.Thread(target=delete_all, args=(port, done))
+                deleting.start()
+                print("while deleting:", intake(port, numbers, done, 10**6), load())
+                deleting.join()
+            finally:
+                end(process)
 
 
 main()

@@ -1375,6 +1375,14 @@ orvak verfassen</translation>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
+    <message>
+        <source>%1 tests in %2 h</source>
+        <translation>%1 Tests in %2 h</translation>
+    </message>
+    <message>
+        <source>%1, about %2 at your last rate</source>
+        <translation>%1, etwa %2 bei Ihrem letzten Tempo</translation>
+    </message>
 </context>
 <context>
     <name>velometer::PageHeader</name>
@@ -1839,6 +1847,13 @@ orvak verfassen</translation>
     </message>
 </context>
 <context>
+    <name>velometer::SleepInhibitor</name>
+    <message>
+        <source>A measurement runs.</source>
+        <translation>Eine Messung läuft.</translation>
+    </message>
+</context>
+<context>
     <name>velometer::StartDialogue</name>
     <message>
         <source>Test Series</source>
@@ -2116,6 +2131,14 @@ orvak verfassen</translation>
     <message>
         <source>ms now</source>
         <translation>ms jetzt</translation>
+    </message>
+    <message>
+        <source>The series has ended after %1 of %2 tests.</source>
+        <translation>Die Serie ist nach %1 von %2 Tests zu Ende.</translation>
+    </message>
+    <message>
+        <source>The test has ended.</source>
+        <translation>Der Test ist zu Ende.</translation>
     </message>
 </context>
 <context>

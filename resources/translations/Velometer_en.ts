@@ -1373,6 +1373,14 @@ to orvak</translation>
         <source>Cancel</source>
         <translation>Cancel</translation>
     </message>
+    <message>
+        <source>%1 tests in %2 h</source>
+        <translation>%1 tests in %2 h</translation>
+    </message>
+    <message>
+        <source>%1, about %2 at your last rate</source>
+        <translation>%1, about %2 at your last rate</translation>
+    </message>
 </context>
 <context>
     <name>velometer::PageHeader</name>
@@ -1837,6 +1845,13 @@ to orvak</translation>
     </message>
 </context>
 <context>
+    <name>velometer::SleepInhibitor</name>
+    <message>
+        <source>A measurement runs.</source>
+        <translation>A measurement runs.</translation>
+    </message>
+</context>
+<context>
     <name>velometer::StartDialogue</name>
     <message>
         <source>Test Series</source>
@@ -2114,6 +2129,14 @@ to orvak</translation>
     <message>
         <source>ms now</source>
         <translation>ms now</translation>
+    </message>
+    <message>
+        <source>The series has ended after %1 of %2 tests.</source>
+        <translation>The series has ended after %1 of %2 tests.</translation>
+    </message>
+    <message>
+        <source>The test has ended.</source>
+        <translation>The test has ended.</translation>
     </message>
 </context>
 <context>

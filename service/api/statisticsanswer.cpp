@@ -57,7 +57,7 @@ std::optional<StatisticsBy> by(const QString &name)
     return known == names.end() ? std::nullopt : std::optional(known->second);
 }
 
-QJsonObject json(const Statistics &statistics, StatisticsBy by)
+QJsonObject json(const Statistics &statistics, StatisticsBy by, const QString &licence)
 {
     QJsonArray rows;
     for (const auto &row : statistics.rows) {
@@ -75,13 +75,13 @@ QJsonObject json(const Statistics &statistics, StatisticsBy by)
                                 {u"upload"_s, figure(row.upload)},
                                 {u"rtt"_s, figure(row.rtt)}});
     }
-    return {{u"licence"_s, QLatin1StringView(licence)},
+    return {{u"licence"_s, licence},
             {u"updated_ms"_s, statistics.updated},
             {u"by"_s, nameOf(by)},
             {u"rows"_s, rows}};
 }
 
-QByteArray csv(const Statistics &statistics, StatisticsBy by)
+QByteArray csv(const Statistics &statistics, StatisticsBy by, const QString &licence)
 {
     QStringList header{nameOf(by),     u"type"_s,       u"latitude"_s,
                        u"longitude"_s, u"height_deg"_s, u"width_deg"_s};
@@ -102,7 +102,7 @@ QByteArray csv(const Statistics &statistics, StatisticsBy by)
             line += row.place ? QString::number(side, 'f', 6) : QString();
         }
         text += CsvFormat::line(line + cells(row.download) + cells(row.upload) + cells(row.rtt) +
-                                QStringList{QLatin1StringView(licence)});
+                                QStringList{licence});
     }
     return text;
 }

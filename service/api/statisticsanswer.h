@@ -5,14 +5,11 @@
 #include <QByteArray>
 #include <QJsonObject>
 
-/// The public figures for programs and spreadsheets.
+/// The public figures for programs and spreadsheets, with the terms on which these may use them.
 namespace velometer::StatisticsAnswer {
 
-/// The terms on which everybody may use them: none.
-inline constexpr auto licence = "CC0-1.0";
-
 std::optional<StatisticsBy> by(const QString &name);
-QJsonObject json(const Statistics &statistics, StatisticsBy by);
-QByteArray csv(const Statistics &statistics, StatisticsBy by);
+QJsonObject json(const Statistics &statistics, StatisticsBy by, const QString &licence);
+QByteArray csv(const Statistics &statistics, StatisticsBy by, const QString &licence);
 
 } // namespace velometer::StatisticsAnswer

@@ -1,5 +1,6 @@
 #include "api/testanswer.h"
 
+#include "api/visible.h"
 #include "figures/jsonformat.h"
 
 #include <QJsonArray>
@@ -65,18 +66,15 @@ QJsonObject service(const ReportStore::StoredTest &stored, const ReportTest &rep
             {u"late"_s, stored.row.serviceLate}};
 }
 
-QJsonArray phases(const QList<ReportTest::Phase> &list, const View &view)
+QJsonArray phases(const QList<ReportTest::Phase> &list)
 {
     QJsonArray array;
     for (const auto &phase : list) {
-        const auto place = [&](const auto &value) {
-            return view.positions ? figure(value) : QJsonValue(QJsonValue::Null);
-        };
         array.append(QJsonObject{{u"phase"_s, phase.name},
                                  {u"time_ms"_s, figure(phase.time)},
-                                 {u"latitude"_s, place(phase.latitude)},
-                                 {u"longitude"_s, place(phase.longitude)},
-                                 {u"cell"_s, place(phase.cell)},
+                                 {u"latitude"_s, figure(phase.latitude)},
+                                 {u"longitude"_s, figure(phase.longitude)},
+                                 {u"cell"_s, figure(phase.cell)},
                                  {u"mode"_s, phase.mode},
                                  {u"signal"_s, figure(phase.signal)},
                                  {u"gps_lock"_s, phase.hasLock}});
@@ -86,49 +84,21 @@ QJsonArray phases(const QList<ReportTest::Phase> &list, const View &view)
 
 } // namespace
 
-FinishedTest shown(FinishedTest test, const TestRow &row, const View &view)
+QJsonObject test(const ReportStore::StoredTest &stored, const Access &access)
 {
-    if (view.isShare) {
-        test.userId.reset();
-        test.device = {};
-        test.tcp.publicIp.reset();
-        test.tcp.deviceIp.reset();
-        test.tcp.clientHostname.reset();
-        if (!row.verified) {
-            test.download = {};
-            test.upload = {};
-            test.serverMinimumRate.reset();
-            test.serverAverageRate.reset();
-            test.serverMaximumRate.reset();
-        }
-    }
-    if (!view.positions) {
-        // A cell, and the name of a WLAN, is a place as well.
-        test.position = {};
-        test.network.cell.reset();
-        test.network.lac.reset();
-        if (!ConnectionClasses::isMobile(row.type)) {
-            test.network.name.reset();
-        }
-    }
-    return test;
-}
-
-QJsonObject test(const ReportStore::StoredTest &stored, const View &view)
-{
-    const auto report = ReportTest::read(stored.document).value_or(ReportTest());
-    const auto hidden = [&](const QString &text) {
-        return view.isShare ? QJsonValue(QJsonValue::Null) : QJsonValue(text);
+    const auto report = Visible::report(ReportTest::read(stored.document).value_or(ReportTest()),
+                                        stored.row, access);
+    const TestRow row = Visible::row(stored.row, access);
+    const auto text = [](const QString &words) {
+        return words.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(words);
     };
-    ReportTest told = report;
-    told.test = shown(report.test, stored.row, view);
-    return {{u"id"_s, QString::number(stored.row.id)},
-            {u"test"_s, JsonFormat::test(told.test)},
-            {u"service"_s, service(stored, told)},
-            {u"phases"_s, phases(report.phases, view)},
-            {u"log"_s, hidden(report.log)},
-            {u"note"_s, hidden(stored.row.note)},
-            {u"verified"_s, stored.row.verified}};
+    return {{u"id"_s, QString::number(row.id)},
+            {u"test"_s, JsonFormat::test(report.test)},
+            {u"service"_s, service(stored, report)},
+            {u"phases"_s, phases(report.phases)},
+            {u"log"_s, text(report.log)},
+            {u"note"_s, text(row.note)},
+            {u"verified"_s, row.verified}};
 }
 
 } // namespace velometer::TestJson

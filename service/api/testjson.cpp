@@ -69,38 +69,33 @@ QJsonArray values(const QList<Facets::Value> &list, bool named)
 
 } // namespace
 
-QJsonObject row(const TestRow &row, const View &view)
+QJsonObject row(const TestRow &row)
 {
-    // The name of a WLAN tells where it is.
-    const bool named = view.positions || ConnectionClasses::isMobile(row.type);
-    const auto place = [&](const std::optional<double> &value) {
-        return view.positions ? orNull(value) : QJsonValue(QJsonValue::Null);
-    };
     return {{u"id"_s, id(row.id)},
             {u"test_id"_s, id(row.testId)},
             {u"series_id"_s, id(row.seriesId)},
             {u"time_ms"_s, row.time},
             {u"server"_s, row.server},
             {u"type"_s, ConnectionClasses::key(row.type)},
-            {u"network"_s, named ? orNull(row.network) : QJsonValue(QJsonValue::Null)},
+            {u"network"_s, orNull(row.network)},
             {u"operator"_s, orNull(row.operatorCode)},
             {u"location"_s, orNull(row.location)},
             {u"download_bps"_s, orNull(row.download)},
             {u"upload_bps"_s, orNull(row.upload)},
             {u"rtt_ns"_s, orNull(row.rtt)},
-            {u"latitude"_s, place(row.latitude)},
-            {u"longitude"_s, place(row.longitude)},
-            {u"accuracy_m"_s, place(row.accuracy)},
+            {u"latitude"_s, orNull(row.latitude)},
+            {u"longitude"_s, orNull(row.longitude)},
+            {u"accuracy_m"_s, orNull(row.accuracy)},
             {u"verified"_s, row.verified},
             {u"service_late"_s, row.serviceLate},
-            {u"note"_s, view.isShare ? QJsonValue(QJsonValue::Null) : orNull(row.note)}};
+            {u"note"_s, orNull(row.note)}};
 }
 
-QJsonObject page(const TestPage &page, const View &view)
+QJsonObject page(const TestPage &page)
 {
     QJsonArray tests;
     for (const auto &test : page.rows) {
-        tests.append(row(test, view));
+        tests.append(row(test));
     }
     return {{u"tests"_s, tests}, {u"count"_s, page.count}, {u"next"_s, orNull(page.next)}};
 }
@@ -163,28 +158,26 @@ QJsonObject distribution(const Distribution &distribution, const DistributionQue
         {u"metric"_s, name(query.metric)}, {u"unit"_s, unit(query.metric)}, {u"groups"_s, groups}};
 }
 
-QJsonObject map(const MapData &map, const View &view)
+QJsonObject map(const MapData &map)
 {
     QJsonArray points;
     QJsonArray cells;
-    if (view.positions) {
-        for (const auto &point : map.points) {
-            points.append(QJsonObject{{u"id"_s, id(point.id)},
-                                      {u"time_ms"_s, point.time},
-                                      {u"latitude"_s, point.latitude},
-                                      {u"longitude"_s, point.longitude},
-                                      {u"accuracy_m"_s, orNull(point.accuracy)},
-                                      {u"type"_s, ConnectionClasses::key(point.type)},
-                                      {u"download_bps"_s, orNull(point.download)},
-                                      {u"series_id"_s, id(point.seriesId)}});
-        }
-        for (const auto &cell : map.cells) {
-            cells.append(QJsonObject{{u"latitude"_s, cell.latitude},
-                                     {u"longitude"_s, cell.longitude},
-                                     {u"size_deg"_s, cell.size},
-                                     {u"count"_s, cell.count},
-                                     {u"median_bps"_s, orNull(cell.median)}});
-        }
+    for (const auto &point : map.points) {
+        points.append(QJsonObject{{u"id"_s, id(point.id)},
+                                  {u"time_ms"_s, point.time},
+                                  {u"latitude"_s, point.latitude},
+                                  {u"longitude"_s, point.longitude},
+                                  {u"accuracy_m"_s, orNull(point.accuracy)},
+                                  {u"type"_s, ConnectionClasses::key(point.type)},
+                                  {u"download_bps"_s, orNull(point.download)},
+                                  {u"series_id"_s, id(point.seriesId)}});
+    }
+    for (const auto &cell : map.cells) {
+        cells.append(QJsonObject{{u"latitude"_s, cell.latitude},
+                                 {u"longitude"_s, cell.longitude},
+                                 {u"size_deg"_s, cell.size},
+                                 {u"count"_s, cell.count},
+                                 {u"median_bps"_s, orNull(cell.median)}});
     }
     return {{u"points"_s, points}, {u"cells"_s, cells}};
 }

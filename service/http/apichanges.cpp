@@ -14,12 +14,8 @@ namespace velometer::Api {
 
 namespace asio = boost::asio;
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
-
-/// Deleting goes on beyond it; whoever waits longer has lost his patience or his connection.
-constexpr auto deleteTime = 25s;
 
 constexpr qsizetype maxNote = 500;
 constexpr int maxDays = 365;
@@ -39,7 +35,7 @@ asio::awaitable<std::variant<Order, Answer>> openOrder(Connection &connection,
     if (auto *refusal = std::get_if<Answer>(&opened)) {
         co_return std::move(*refusal);
     }
-    auto body = co_await readJson(connection, request);
+    auto body = co_await readJson(connection, request, service.options.bodyTimeout);
     if (auto *refusal = std::get_if<Answer>(&body)) {
         co_return std::move(*refusal);
     }
@@ -82,7 +78,8 @@ void forget(Service &service, const QList<StreamKey> &tests)
 Handled deleteScope(Connection &connection, Service &service, const TestScope &scope,
                     bool mustExist)
 {
-    OneShot<std::optional<QList<StreamKey>>> gone(connection.executor(), deleteTime);
+    OneShot<std::optional<QList<StreamKey>>> gone(connection.executor(),
+                                                  service.options.deletePatience);
     const auto done = [&service, set = gone.setter()](std::optional<QList<StreamKey>> tests) {
         forget(service, tests.value_or(QList<StreamKey>()));
         set(std::move(tests));
@@ -165,7 +162,7 @@ Handled deleteUser(Connection &connection, const Request &request, Service &serv
     if (order.body.value("confirm"_L1) != QString::number(user)) {
         co_return Answer::sentence(400, "Deleting everything must be confirmed with the user id.");
     }
-    OneShot<std::optional<qint64>> gone(connection.executor(), deleteTime);
+    OneShot<std::optional<qint64>> gone(connection.executor(), service.options.deletePatience);
     const auto done = [&service, user, set = gone.setter()](std::optional<qint64> count) {
         service.downloads.removeUser(user);
         service.uploads.removeUser(user);

@@ -1,7 +1,8 @@
-#include "api/testanswer.h"
+#include "api/visible.h"
 #include "figures/exportformat.h"
 #include "http/api.h"
 #include "http/apiview.h"
+#include "http/gzip.h"
 
 #include <algorithm>
 #include <array>
@@ -31,30 +32,57 @@ constexpr std::array formats{
     Format{"gpx"_L1, ExportFormat::Kind::Gpx, "application/gpx+xml"},
 };
 
-/// Some of the tests as pieces of the document.
-QByteArray pieces(const ReportStore::Documents &batch, const ApiView &view, ExportFormat::Kind kind,
-                  bool first)
+/// A document on its way, made batch by batch; from any thread, one at a time.
+class Stream
 {
-    QByteArray text;
-    for (const auto &stored : batch.tests) {
-        if (const auto report = ReportTest::read(stored.document)) {
-            text += ExportFormat::piece(kind, TestJson::shown(report->test, stored.row, view.view),
-                                        first);
-            first = false;
+public:
+    Stream(ExportFormat::Kind documentKind, const Access &whoseAccess, bool inChunks, bool compress)
+        : kind(documentKind)
+        , access(whoseAccess)
+        , chunked(inChunks)
+    {
+        if (compress) {
+            packer.emplace();
         }
     }
-    return text;
-}
 
-/// @p bytes as one chunk of the transfer coding, or as they are for a client of old.
-std::string chunk(const QByteArray &bytes, bool chunked)
-{
-    if (!chunked) {
-        return bytes.toStdString();
+    /// What is to be sent next; may be empty until the last batch.
+    std::string add(const ReportStore::Documents &batch)
+    {
+        const bool isLast = batch.next.isEmpty();
+        QByteArray text = hasBegun ? QByteArray() : ExportFormat::begin(kind);
+        hasBegun = true;
+        for (const auto &stored : batch.tests) {
+            if (auto report = ReportTest::read(stored.document)) {
+                text += ExportFormat::piece(
+                    kind, Visible::report(*std::move(report), stored.row, access).test, isFirst);
+                isFirst = false;
+            }
+        }
+        text += isLast ? ExportFormat::end(kind) : QByteArray();
+        const std::string bytes =
+            packer ? packer->add({text.constData(), static_cast<std::size_t>(text.size())}, isLast)
+                   : text.toStdString();
+        // An empty chunk would be the end.
+        return (bytes.empty() ? bytes : chunk(bytes)) + (isLast && chunked ? "0\r\n\r\n" : "");
     }
-    return QByteArray::number(bytes.size(), 16).toStdString() + "\r\n" + bytes.toStdString() +
-           "\r\n";
-}
+
+private:
+    /// @p bytes as one chunk of the transfer coding, or as they are for a client of old.
+    std::string chunk(const std::string &bytes) const
+    {
+        return chunked ? QByteArray::number(qsizetype(bytes.size()), 16).toStdString() + "\r\n" +
+                             bytes + "\r\n"
+                       : bytes;
+    }
+
+    ExportFormat::Kind kind;
+    Access access;
+    bool chunked;
+    std::optional<GzipStream> packer;
+    bool hasBegun = false;
+    bool isFirst = true; ///< no test has been written
+};
 
 } // namespace
 
@@ -71,54 +99,45 @@ Handled exportTests(Connection &connection, const Request &request, Service &ser
     if (format == formats.end()) {
         co_return Answer::sentence(400, "The parameter format is csv, json, geojson or gpx.");
     }
-    const auto kind = format->kind;
-    const bool chunked = request.takesChunks;
     Answer answer;
     answer.contentType = format->contentType;
-    answer.headers =
-        "Content-Disposition: attachment; filename=\"velometer." + name.toStdString() + "\"\r\n";
-    answer.headers += chunked ? "Transfer-Encoding: chunked\r\n" : "";
+    answer.headers = "Content-Disposition: attachment; filename=\"velometer." + name.toStdString() +
+                     "\"\r\nVary: Accept-Encoding\r\n";
+    answer.headers += request.takesChunks ? "Transfer-Encoding: chunked\r\n" : "";
+    answer.headers += request.acceptsGzip ? "Content-Encoding: gzip\r\n" : "";
 
+    const auto stream = std::make_shared<Stream>(format->kind, view->access, request.takesChunks,
+                                                 request.acceptsGzip);
     QString after;
-    bool first = true;
-    bool more = true;
     std::string bytes = answer.head(std::nullopt);
-    if (const QByteArray begin = ExportFormat::begin(kind); !begin.isEmpty()) {
-        bytes += chunk(begin, chunked);
-    }
-    while (more) {
+    bool isFirst = true;
+    do {
         OneShot<std::optional<ReportStore::Documents>> value(connection.executor(), storeTime);
         service.store->documents(view->scope, after, value.setter());
         const auto read = co_await value.wait();
         if (!read || !*read) {
-            if (first) {
+            if (isFirst) {
                 co_return storeFailed(service, 500);
             }
             // Without its last chunk the reader knows that the document is not whole.
             co_return std::nullopt;
         }
         const auto batch = std::make_shared<const ReportStore::Documents>(**read);
-        const auto make = [batch, view, kind, first] { return pieces(*batch, *view, kind, first); };
+        const auto make = [batch, stream] { return stream->add(*batch); };
         const auto made = co_await offload(connection, service.pageMakers, make);
-        if (!made && first) {
-            co_return Answer::later("Too many questions are being answered for this address.");
+        if (!made) {
+            co_return isFirst ? std::optional(Answer::later(
+                                    "Too many questions are being answered for this address."))
+                              : std::nullopt;
         }
-        first = first && (!made || made->isEmpty());
-        if (made && !made->isEmpty()) {
-            bytes += chunk(*made, chunked);
-        }
+        isFirst = false;
+        bytes += *made;
         after = batch->next;
-        more = made && !after.isEmpty();
-        if (!more && made) {
-            const QByteArray end = ExportFormat::end(kind);
-            bytes += end.isEmpty() ? std::string() : chunk(end, chunked);
-            bytes += chunked ? "0\r\n\r\n" : "";
-        }
-        if (!co_await connection.write(bytes, exportPatience) || !made) {
+        if (!bytes.empty() && !co_await connection.write(bytes, exportPatience)) {
             co_return std::nullopt;
         }
         bytes.clear();
-    }
+    } while (!after.isEmpty());
     co_return std::nullopt;
 }
 

@@ -1,4 +1,6 @@
 #include "api/apiquery.h"
+#include "api/testjson.h"
+#include "api/visible.h"
 #include "http/api.h"
 #include "http/apiview.h"
 
@@ -58,7 +60,7 @@ Handled tests(Connection &connection, const Request &request, Service &service)
         };
     };
     const auto render = [](const TestPage &page, const ApiView &view) {
-        return TestJson::page(page, view.view);
+        return TestJson::page(Visible::page(page, view.access));
     };
     co_return co_await answerWith<TestPage>(connection, request, service, ask, render);
 }
@@ -123,7 +125,7 @@ Handled map(Connection &connection, const Request &request, Service &service)
         };
     };
     const auto render = [](const MapData &found, const ApiView &view) {
-        return TestJson::map(found, view.view);
+        return TestJson::map(Visible::map(found, view.access));
     };
     co_return co_await answerWith<MapData>(connection, request, service, ask, render);
 }

@@ -38,13 +38,14 @@ Handled statistics(Connection &connection, const Request &request, Service &serv
         co_return storeFailed(service, 500);
     }
     const auto found = std::make_shared<const Statistics>(**read);
-    const auto make = [found, wanted = *by, isTable, compress = request.acceptsGzip] {
+    const auto make = [found, wanted = *by, isTable, licence = service.options.licence,
+                       compress = request.acceptsGzip] {
         Answer answer = jsonAnswer({}, false);
         if (isTable) {
             answer.contentType = "text/csv; charset=utf-8";
-            answer.body = StatisticsAnswer::csv(*found, wanted).toStdString();
+            answer.body = StatisticsAnswer::csv(*found, wanted, licence).toStdString();
         } else {
-            answer = jsonAnswer(StatisticsAnswer::json(*found, wanted), compress);
+            answer = jsonAnswer(StatisticsAnswer::json(*found, wanted, licence), compress);
         }
         answer.cacheControl = "public, max-age=300";
         return answer;

@@ -27,7 +27,7 @@ Handled test(Connection &connection, const Request &request, Service &service)
         co_return Answer::sentence(404, "There is no such test.");
     }
     const auto make = [tests, view, compress = request.acceptsGzip] {
-        return jsonAnswer(TestJson::test(tests.constFirst(), view->view), compress);
+        return jsonAnswer(TestJson::test(tests.constFirst(), view->access), compress);
     };
     auto made = co_await offload(connection, service.pageMakers, make);
     if (!made) {

@@ -2,11 +2,7 @@
 
 #include "http/gzip.h"
 
-#include <QDateTime>
 #include <QJsonDocument>
-
-#include <algorithm>
-#include <charconv>
 
 namespace velometer {
 
@@ -16,17 +12,6 @@ namespace {
 
 /// Below it the head of gzip costs more than it saves.
 constexpr std::size_t worthPacking = 1000;
-
-constexpr std::size_t maxKey = 64;
-
-/// 0 for what is no user's id.
-qint64 userNumber(std::string_view text)
-{
-    qint64 value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    const bool whole = error == std::errc() && end == text.data() + text.size();
-    return whole && value > 0 ? value : 0;
-}
 
 Answer noAccess(const Access &access)
 {
@@ -54,42 +39,33 @@ openView(Connection &connection, const Request &request, Service &service, Wants
         co_return Answer::sentence(400, "The address has a parameter that is not encoded well.");
     }
     opened.query = *query;
-    const QString share = query->value(u"share").value_or(QString());
-    const QString inAddress = query->value(u"userid").value_or(QString());
-    if (wants != Wants::Read && !share.isEmpty()) {
+    const auto credential = Credential::of(*query, request.user);
+    if (wants != Wants::Read && !credential.share.isEmpty()) {
         co_return Answer::sentence(403, "A share shows measurements; it changes nothing.");
     }
     if (wants == Wants::Change && request.user.empty()) {
         co_return Answer::sentence(
             403, "What changes something takes the user id from the header Velometer-User.");
     }
-    const auto user = userNumber(request.user.empty() ? inAddress.toStdString() : request.user);
-    if (share.isEmpty() && user == 0) {
+    if (credential.isNone()) {
         co_return Answer::sentence(
             400, "The header Velometer-User, or the parameter userid or share, must say whose.");
     }
-    OneShot<std::optional<Access>> access(connection.executor(), storeTime);
-    if (share.isEmpty()) {
-        service.store->accessOfUser(user, access.setter());
-    } else {
-        service.store->accessOfShare(share.left(maxKey), QDateTime::currentMSecsSinceEpoch(),
-                                     access.setter());
-    }
-    const auto found = co_await access.wait();
-    if (!found || !*found) {
+    const auto found = co_await findAccess(connection, service, credential);
+    if (!found) {
         co_return storeFailed(service, 500);
     }
-    const Access granted = **found;
-    if (granted.state != Access::State::Granted) {
-        co_return noAccess(granted);
+    opened.access = *found;
+    if (opened.access.state != Access::State::Granted) {
+        co_return noAccess(opened.access);
     }
     const auto filter = TestFilter::parse(*query);
     if (const auto *problem = std::get_if<QString>(&filter)) {
         co_return Answer::sentence(400, problem->toStdString());
     }
-    opened.scope = {
-        .userId = granted.userId, .filter = std::get<TestFilter>(filter), .bounds = granted.bounds};
-    opened.view = {.isShare = granted.isShare, .positions = granted.showsPositions};
+    opened.scope = {.userId = opened.access.userId,
+                    .filter = std::get<TestFilter>(filter),
+                    .bounds = opened.access.bounds};
     co_return opened;
 }
 
@@ -101,10 +77,8 @@ Answer jsonAnswer(const QJsonObject &object, bool compress, int status)
                   .headers = "Vary: Accept-Encoding\r\n"};
     answer.body += '\n';
     if (compress && answer.body.size() >= worthPacking) {
-        if (auto packed = gzip(answer.body); !packed.empty()) {
-            answer.body = std::move(packed);
-            answer.headers += "Content-Encoding: gzip\r\n";
-        }
+        answer.body = gzip(answer.body);
+        answer.headers += "Content-Encoding: gzip\r\n";
     }
     return answer;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "api/testjson.h"
-#include "http/handler.h"
+#include "http/access.h"
 #include "http/request.h"
 #include "limits/shares.h"
 #include "reports/testquery.h"
@@ -15,7 +14,7 @@ struct ApiView
 {
     UrlQuery query;
     TestScope scope;
-    TestJson::View view;
+    Access access;
     Shares::Share place; ///< among the requests of the address, held until the answer is made
 };
 

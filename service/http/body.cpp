@@ -10,20 +10,16 @@
 namespace velometer {
 
 namespace asio = boost::asio;
-using namespace std::chrono_literals;
 
 namespace {
 
 /// A filter and a note are a hundredth of it.
 constexpr std::size_t maxBody = 65'536;
 
-/// For all of it.
-constexpr auto bodyTime = 10s;
-
 } // namespace
 
-asio::awaitable<std::variant<QJsonObject, Answer>> readJson(Connection &connection,
-                                                            const Request &request)
+asio::awaitable<std::variant<QJsonObject, Answer>>
+readJson(Connection &connection, const Request &request, std::chrono::milliseconds timeout)
 {
     if (!request.contentLength) {
         co_return Answer::sentence(411, "The request must say how long its body is.");
@@ -31,7 +27,7 @@ asio::awaitable<std::variant<QJsonObject, Answer>> readJson(Connection &connecti
     if (*request.contentLength > maxBody) {
         co_return Answer::sentence(413, "The request's body is too large.");
     }
-    connection.expireAt(Connection::Clock::now() + bodyTime);
+    connection.expireAt(Connection::Clock::now() + timeout);
     if (request.expectsContinue) {
         co_await connection.write(goOn);
     }

@@ -14,7 +14,7 @@ namespace velometer {
 
 /// The JSON object that the request on @p connection carries, or the answer to one that carries
 /// none: bounded in size and time.
-boost::asio::awaitable<std::variant<QJsonObject, Answer>> readJson(Connection &connection,
-                                                                   const Request &request);
+boost::asio::awaitable<std::variant<QJsonObject, Answer>>
+readJson(Connection &connection, const Request &request, std::chrono::milliseconds timeout);
 
 } // namespace velometer

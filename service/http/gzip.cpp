@@ -3,6 +3,7 @@
 #include <zlib.h>
 
 #include <array>
+#include <new>
 
 namespace velometer {
 
@@ -13,24 +14,40 @@ constexpr int gzipWindow = 15 + 16;
 
 } // namespace
 
-std::string gzip(std::string_view text)
+GzipStream::GzipStream()
+    : stream(std::make_unique<z_stream>())
 {
     constexpr int memoryLevel = 8;
-    z_stream stream{};
-    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, gzipWindow, memoryLevel,
+    if (deflateInit2(stream.get(), Z_DEFAULT_COMPRESSION, Z_DEFLATED, gzipWindow, memoryLevel,
                      Z_DEFAULT_STRATEGY) != Z_OK) {
-        return {};
+        throw std::bad_alloc(); // there is no other reason
     }
-    std::string bytes(deflateBound(&stream, text.size()), '\0');
+}
+
+GzipStream::~GzipStream()
+{
+    deflateEnd(stream.get());
+}
+
+std::string GzipStream::add(std::string_view part, bool isLast)
+{
     // zlib does not write to its input; its old interface does not say so.
-    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(text.data()));
-    stream.avail_in = static_cast<uInt>(text.size());
-    stream.next_out = reinterpret_cast<Bytef *>(bytes.data());
-    stream.avail_out = static_cast<uInt>(bytes.size());
-    const bool done = deflate(&stream, Z_FINISH) == Z_STREAM_END;
-    bytes.resize(done ? stream.total_out : 0);
-    deflateEnd(&stream);
+    stream->next_in = reinterpret_cast<Bytef *>(const_cast<char *>(part.data()));
+    stream->avail_in = static_cast<uInt>(part.size());
+    std::string bytes;
+    do {
+        std::array<char, 65536> packed{};
+        stream->next_out = reinterpret_cast<Bytef *>(packed.data());
+        stream->avail_out = static_cast<uInt>(packed.size());
+        deflate(stream.get(), isLast ? Z_FINISH : Z_NO_FLUSH);
+        bytes.append(packed.data(), packed.size() - stream->avail_out);
+    } while (stream->avail_out == 0);
     return bytes;
+}
+
+std::string gzip(std::string_view text)
+{
+    return GzipStream().add(text, true);
 }
 
 std::string gunzip(std::string_view packed)

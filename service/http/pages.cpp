@@ -1,6 +1,8 @@
 #include "http/pages.h"
 
 #include "api/testanswer.h"
+#include "api/visible.h"
+#include "http/access.h"
 #include "http/gzip.h"
 #include "web/assets.h"
 #include "web/comparepage.h"
@@ -64,8 +66,8 @@ asio::awaitable<MaybeAnswer> makePage(Connection &connection, const Request &req
     const bool compress = request.acceptsGzip;
     const auto work = [make, compress, &service] {
         Answer answer = html(service, 200, make());
-        if (auto packed = compress ? gzip(answer.body) : std::string(); !packed.empty()) {
-            answer.body = std::move(packed);
+        if (compress) {
+            answer.body = gzip(answer.body);
             answer.headers += "Content-Encoding: gzip\r\n";
         }
         answer.headers += "Vary: Accept-Encoding\r\n";
@@ -94,17 +96,8 @@ asio::awaitable<std::variant<Asked, Answer>> whoAsks(Connection &connection, con
         co_return badQuery(u"The address is damaged."_s);
     }
     asked.query = *query;
-    const auto user = request.number("userid");
-    const QString key = query->value(u"share").value_or(QString());
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    const auto find = [&service, user, key, now](auto done) {
-        if (!key.isEmpty()) {
-            service.store->accessOfShare(key, now, std::move(done));
-        } else {
-            service.store->accessOfUser(user.value_or(0), std::move(done));
-        }
-    };
-    const auto access = co_await ask<Access>(connection, find);
+    const auto credential = Credential::of(*query);
+    const auto access = co_await findAccess(connection, service, credential);
     if (!access) {
         co_return storeFailed(service, 500);
     }
@@ -113,14 +106,15 @@ asio::awaitable<std::variant<Asked, Answer>> whoAsks(Connection &connection, con
     case Access::State::Granted: break;
     case Access::State::Unknown:
         co_return html(service, 404,
-                       MessagePage::make(asked.viewer.language,
-                                         key.isEmpty() ? Texts::unknownUser : Texts::unknownShare));
+                       MessagePage::make(asked.viewer.language, credential.share.isEmpty()
+                                                                    ? Texts::unknownUser
+                                                                    : Texts::unknownShare));
     case Access::State::Deleted:
         co_return html(service, 410, MessagePage::make(asked.viewer.language, Texts::deletedUser));
     }
     asked.viewer.showsPositions = access->showsPositions;
     asked.viewer.userId = access->isShare ? 0 : access->userId;
-    asked.viewer.share = access->isShare ? key : QString();
+    asked.viewer.share = access->isShare ? credential.share : QString();
     co_return asked;
 }
 
@@ -155,7 +149,7 @@ asio::awaitable<MaybeAnswer> listPage(Connection &connection, const Request &req
         co_return storeFailed(service, 500);
     }
     page.summary = *std::move(summary);
-    page.tests = *std::move(tests);
+    page.tests = Visible::page(*std::move(tests), asked.access);
     page.facets = *std::move(facets);
     const auto make = [page, tiles = service.options.tiles] { return page.toHtml(tiles); };
     co_return co_await makePage(connection, request, service, make);
@@ -178,11 +172,11 @@ asio::awaitable<MaybeAnswer> testPage(Connection &connection, const Request &req
     if (found->isEmpty()) {
         co_return html(service, 404, MessagePage::make(asked.viewer.language, Texts::unknownTest));
     }
-    const auto make = [stored = found->constFirst(), viewer = asked.viewer,
+    const auto make = [stored = found->constFirst(), viewer = asked.viewer, access = asked.access,
                        tiles = service.options.tiles] {
-        const TestJson::View view{.isShare = !viewer.isOwner(), .positions = viewer.showsPositions};
-        return SingleTestPage{
-            .viewer = viewer, .row = stored.row, .test = TestJson::test(stored, view)}
+        return SingleTestPage{.viewer = viewer,
+                              .row = Visible::row(stored.row, access),
+                              .test = TestJson::test(stored, access)}
             .toHtml(tiles);
     };
     co_return co_await makePage(connection, request, service, make);
@@ -257,6 +251,7 @@ asio::awaitable<MaybeAnswer> statisticsPage(Connection &connection, const Reques
         co_return busy();
     }
     StatisticsPage page;
+    page.licence = service.options.licence;
     page.language =
         Languages::choose(request.parameter("language").value_or(""), request.acceptLanguage);
     for (const auto &[by, part] : {std::pair{StatisticsBy::Type, &page.types},

@@ -21,9 +21,10 @@ struct ServerOptions
     /// IPv4 or IPv6 addresses; port 0: any free one.
     std::vector<Endpoint> listen{{QStringLiteral("127.0.0.1"), 8080}};
     QString databaseFile;
-    std::vector<Neighbours::Server> servers; ///< of the deployment, shown to visitors
-    TileSource tiles;                        ///< of the pages' maps
-    QString salt;                            ///< shared with the clients, see the hash of a report
+    std::vector<Neighbours::Server> servers;     ///< of the deployment, shown to visitors
+    TileSource tiles;                            ///< of the pages' maps
+    QString licence = QStringLiteral("CC0-1.0"); ///< of the public figures, in SPDX's words
+    QString salt; ///< shared with the clients, see the hash of a report
     int threads = 1;
     int maxStreams = 128;
     /// One client runs one stream at a time; so many share an address in a household or an office.
@@ -38,6 +39,11 @@ struct ServerOptions
     /// Longest pause inside a report, and longest time for all of it.
     std::chrono::milliseconds reportPause{10'000};
     std::chrono::milliseconds reportTimeout{60'000};
+    /// Longest time for the body of a request that changes something.
+    std::chrono::milliseconds bodyTimeout{10'000};
+    /// Whoever has deleted is told after this time that deleting goes on: longer waits end his
+    /// patience or his connection.
+    std::chrono::milliseconds deletePatience{25'000};
     /// Longest stream that a client may ask for.
     std::chrono::seconds longestStream{60};
     /// What running streams and reports get when the service ends.

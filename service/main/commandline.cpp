@@ -4,8 +4,11 @@
 #include "utils/deployment.h"
 #include "utils/endpoint.h"
 
+#include <QRegularExpression>
 #include <QStandardPaths>
 
+#include <algorithm>
+#include <array>
 #include <thread>
 #include <utility>
 
@@ -47,6 +50,22 @@ Syntax::Take database(QString *file)
     };
 }
 
+/// The address of tiles stands in the policy of every page, where a blank would begin another rule.
+std::optional<QString> tiles(const QString &text)
+{
+    static const QRegularExpression address(
+        u"^https?://(\\{s\\}\\.)?[A-Za-z0-9.-]+(:[0-9]{1,5})?/[!-~]*$"_s);
+    const bool whole = std::ranges::all_of(std::array{"{z}"_L1, "{x}"_L1, "{y}"_L1},
+                                           [&](auto part) { return text.contains(part); });
+    return whole && address.match(text).hasMatch() ? std::optional(text) : std::nullopt;
+}
+
+std::optional<QString> licence(const QString &text)
+{
+    static const QRegularExpression expression(u"^[A-Za-z0-9(][A-Za-z0-9.+() -]{0,99}$"_s);
+    return expression.match(text).hasMatch() ? std::optional(text) : std::nullopt;
+}
+
 } // namespace
 
 std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStringList &arguments)
@@ -85,9 +104,13 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
         {u"--tile-url"_s, u"URL"_s,
          u"draw maps with these tiles, as in https://tiles.example/{z}/{x}/{y}.png; without it "
          "the outlines of countries"_s,
-         Takes::text(&options.tiles.address)});
+         Takes::parsed(tiles, u"an http or https address with {z}, {x} and {y}"_s,
+                       &options.tiles.address)});
     syntax.add({u"--tile-attribution"_s, u"TEXT"_s, u"whom maps thank for their tiles"_s,
                 Takes::text(&options.tiles.attribution)});
+    syntax.add({u"--statistics-licence"_s, u"LICENCE"_s,
+                u"give the public figures away on these terms (%1)"_s.arg(options.licence),
+                Takes::parsed(licence, u"an SPDX expression as in CC-BY-4.0"_s, &options.licence)});
     syntax.add({u"--config"_s, u"FILE"_s, u"read the deployment from this file"_s,
                 Takes::text(&configFile)});
     syntax.add({u"--log-level"_s, u"error|warning|info|debug"_s, u"log so much (info)"_s,

@@ -14,17 +14,14 @@ std::optional<ReportStore::User> findOrCreateUser(SqliteConnection &connection,
 /// rates against the streams recorded.
 ReportStore::Outcome insert(SqliteConnection &connection, Report report);
 
-/// Takes the place of an earlier stream of the same test and direction.
 /// Fills, for some of the reports from before version 4 of the schema, the columns that it brought:
 /// how many they were, 0 when all are filled.
 std::optional<qint64> fillColumns(SqliteConnection &connection);
 
+/// Takes the place of an earlier stream of the same test and direction.
 bool insertStream(SqliteConnection &connection, const StreamRecord &stream);
 
 /// Forgets the streams without a report that ended before @p oldest, in ms since 1970.
 bool forgetStreams(SqliteConnection &connection, qint64 oldest);
-
-std::optional<ReportStore::UserReports> select(SqliteConnection &connection, qint64 userId,
-                                               std::optional<qint64> before, int limit);
 
 } // namespace velometer::ReportQueries

@@ -33,14 +33,6 @@ public:
         Failed
     };
 
-    struct UserReports
-    {
-        bool userKnown = false;
-        QList<Report> reports;       ///< newest first, without their documents
-        qint64 count = 0;            ///< of all his reports
-        std::optional<qint64> older; ///< before it there are older ones beyond the limit
-    };
-
     /// One test with all that is kept of it.
     struct StoredTest
     {
@@ -72,11 +64,6 @@ public:
     /// A report of a user that the store does not know makes him known. It is verified against the
     /// streams stored before.
     virtual void storeReport(Report report, std::function<void(Outcome)> done) = 0;
-
-    /// The newest @p limit reports, of those after @p before (an `older`) where it is given.
-    /// Nothing on failure.
-    virtual void reportsOfUser(qint64 userId, std::optional<qint64> before, int limit,
-                               std::function<void(std::optional<UserReports>)> done) = 0;
 
     // What is asked about the tests of a user, see testquery.h. Nothing on failure; of a user that
     // is not known there are no tests.

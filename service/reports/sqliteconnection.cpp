@@ -2,9 +2,13 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSqlDriver>
 #include <QSqlError>
 
 #include <atomic>
+#include <memory>
+
+#include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
 
@@ -12,14 +16,38 @@ namespace velometer {
 
 namespace {
 
-constexpr int sqliteBusy = 5;
-constexpr int sqliteNotADatabase = 26;
-
 /// Readers meet the writer for microseconds only; longer waits are the caller's, who knows what
 /// else is to be done meanwhile.
 constexpr int busyTimeoutMs = 100;
 
 } // namespace
+
+qint64 SqliteRow::number(int column) const
+{
+    return sqlite3_column_int64(statement, column);
+}
+
+bool SqliteRow::isNull(int column) const
+{
+    return sqlite3_column_type(statement, column) == SQLITE_NULL;
+}
+
+std::optional<qint64> SqliteRow::optionalNumber(int column) const
+{
+    return isNull(column) ? std::nullopt : std::optional(number(column));
+}
+
+std::optional<double> SqliteRow::optionalReal(int column) const
+{
+    return isNull(column) ? std::nullopt : std::optional(sqlite3_column_double(statement, column));
+}
+
+QString SqliteRow::text(int column) const
+{
+    const auto *bytes = sqlite3_column_text(statement, column);
+    return QString::fromUtf8(reinterpret_cast<const char *>(bytes),
+                             sqlite3_column_bytes(statement, column));
+}
 
 SqliteConnection::SqliteConnection()
 {
@@ -73,6 +101,31 @@ std::optional<QSqlQuery> SqliteConnection::select(const QString &statement,
     return query;
 }
 
+bool SqliteConnection::forEachRow(const QString &statement, const QList<qint64> &values,
+                                  const std::function<void(const SqliteRow &)> &visit)
+{
+    auto *const base = *static_cast<sqlite3 *const *>(database.driver()->handle().constData());
+    const QByteArray text = statement.toUtf8();
+    sqlite3_stmt *raw = nullptr;
+    code = sqlite3_prepare_v2(base, text.constData(), -1, &raw, nullptr);
+    const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> prepared(raw,
+                                                                              &sqlite3_finalize);
+    for (int i = 0; code == SQLITE_OK && i < values.size(); ++i) {
+        code = sqlite3_bind_int64(raw, i + 1, values.at(i));
+    }
+    if (code == SQLITE_OK) {
+        for (code = sqlite3_step(raw); code == SQLITE_ROW; code = sqlite3_step(raw)) {
+            visit(SqliteRow(raw));
+        }
+    }
+    const bool done = code == SQLITE_DONE;
+    if (!done) {
+        words = QString::fromUtf8(sqlite3_errmsg(base));
+        code &= 0xff;
+    }
+    return done;
+}
+
 std::optional<qint64> SqliteConnection::number(const QString &statement, const QVariantList &values)
 {
     auto query = select(statement, values);
@@ -87,12 +140,12 @@ void SqliteConnection::rollBack()
 
 bool SqliteConnection::isHeld() const
 {
-    return code == sqliteBusy;
+    return code == SQLITE_BUSY;
 }
 
 bool SqliteConnection::isNoDatabase() const
 {
-    return code == sqliteNotADatabase;
+    return code == SQLITE_NOTADB;
 }
 
 } // namespace velometer

@@ -279,19 +279,6 @@ void SqliteReportStore::storeReport(Report report, std::function<void(Outcome)> 
                      }});
 }
 
-void SqliteReportStore::reportsOfUser(qint64 userId, std::optional<qint64> before, int limit,
-                                      std::function<void(std::optional<UserReports>)> done)
-{
-    auto reports = std::make_shared<std::optional<UserReports>>();
-    enqueue(reads, {[userId, before, limit, reports](SqliteConnection &connection) {
-                        *reports = ReportQueries::select(connection, userId, before, limit);
-                        return reports->has_value();
-                    },
-                    [reports, done = std::move(done)](bool read) {
-                        done(read ? *reports : std::nullopt);
-                    }});
-}
-
 void SqliteReportStore::ping(std::function<void(QString)> done)
 {
     {

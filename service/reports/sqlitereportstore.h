@@ -35,8 +35,6 @@ public:
                           std::function<void(std::optional<User>)> done) override;
     void storeStream(StreamRecord record) override;
     void storeReport(Report report, std::function<void(Outcome)> done) override;
-    void reportsOfUser(qint64 userId, std::optional<qint64> before, int limit,
-                       std::function<void(std::optional<UserReports>)> done) override;
     void accessOfUser(qint64 userId, Answer<Access> done) override;
     void accessOfShare(const QString &key, qint64 now, Answer<Access> done) override;
     void tests(const TestScope &scope, const TestOrder &order, Answer<TestPage> done) override;

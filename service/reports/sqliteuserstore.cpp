@@ -67,12 +67,15 @@ void SqliteReportStore::tests(const TestScope &scope, const TestOrder &order, An
     ask<TestPage>(
         reads,
         [this, scope, order](SqliteConnection &connection) {
-            auto page = TestQueries::page(connection, scope, order);
             const auto table = tables.of(connection, scope.userId).table;
-            if (page && table) {
-                page->count = table->count(scope);
+            if (!table) {
+                return std::optional<TestPage>();
             }
-            return table ? page : std::nullopt;
+            const auto listed = table->list(scope, order);
+            auto rows = TestQueries::rows(connection, listed.ids);
+            return rows ? std::optional(TestPage{
+                              .rows = *std::move(rows), .count = listed.count, .next = listed.next})
+                        : std::nullopt;
         },
         std::move(done));
 }

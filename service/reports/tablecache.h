@@ -16,8 +16,8 @@ namespace velometer {
 class TableCache
 {
 public:
-    /// Some hundred bytes each.
-    static constexpr qint64 maxTests = 1'000'000;
+    /// A hundred bytes each.
+    static constexpr qint64 maxTests = TestTable::maxTests;
 
     /// What was computed from one table, by the question's text: a page that is looked at again
     /// costs nothing. Safe from every thread.

@@ -2,8 +2,7 @@
 
 #include "reports/nullable.h"
 
-#include <algorithm>
-#include <array>
+#include <QHash>
 
 using namespace Qt::StringLiterals;
 
@@ -62,40 +61,6 @@ private:
     }
 };
 
-struct Sorting
-{
-    TestOrder::By by;
-    QLatin1StringView column;
-    bool canBeNull;
-    bool isText;
-};
-
-constexpr std::array sortings{
-    Sorting{TestOrder::By::Time, "client_time"_L1, false, false},
-    Sorting{TestOrder::By::Download, "download_rate"_L1, true, false},
-    Sorting{TestOrder::By::Upload, "upload_rate"_L1, true, false},
-    Sorting{TestOrder::By::Rtt, "rtt"_L1, true, false},
-    Sorting{TestOrder::By::Type, "type"_L1, false, false},
-    Sorting{TestOrder::By::Server, "test_server"_L1, false, true},
-};
-
-/// The rows beyond @p cursor.
-void addCursor(ConditionBuilder &builder, const Sorting &sorting, bool ascending,
-               const Cursor &cursor)
-{
-    const QString column = sorting.column;
-    const QString beyond = ascending ? u">"_s : u"<"_s;
-    if (!cursor.value) {
-        builder.add(u"%1 IS NULL AND id %2 ?"_s.arg(column, beyond), {cursor.id});
-        return;
-    }
-    const QVariant value =
-        sorting.isText ? QVariant(*cursor.value) : QVariant(cursor.value->toLongLong());
-    const QString rest = u"(%1, id) %2 (?, ?)"_s.arg(column, beyond);
-    builder.add(sorting.canBeNull ? u"(%1 OR %2 IS NULL)"_s.arg(rest, column) : rest,
-                {value, cursor.id});
-}
-
 /// Columns of a row, as read() takes them.
 constexpr auto rowColumns =
     "id, testid, seriesid, client_time, test_server, type, connection_type, network, operator, "
@@ -128,22 +93,6 @@ TestRow readRow(const QSqlQuery &query)
     row.serviceLate = number(17) != 0;
     row.note = text(18);
     return row;
-}
-
-std::optional<QString> sortedValue(const TestRow &row, TestOrder::By by)
-{
-    const auto text = [](const std::optional<qint64> &number) {
-        return number ? std::optional(QString::number(*number)) : std::nullopt;
-    };
-    switch (by) {
-    case TestOrder::By::Time: return QString::number(row.time);
-    case TestOrder::By::Download: return text(row.download);
-    case TestOrder::By::Upload: return text(row.upload);
-    case TestOrder::By::Rtt: return text(row.rtt);
-    case TestOrder::By::Type: return QString::number(static_cast<int>(row.type));
-    case TestOrder::By::Server: break;
-    }
-    return row.server;
 }
 
 /// The rows of @p condition with their documents and streams.
@@ -180,78 +129,59 @@ Condition condition(const TestScope &scope)
     return builder.built;
 }
 
-std::optional<TestPage> page(SqliteConnection &connection, const TestScope &scope,
-                             const TestOrder &order)
+std::optional<QList<TestRow>> rows(SqliteConnection &connection, const QList<qint64> &ids)
 {
-    const auto &sorting = *std::ranges::find(sortings, order.by, &Sorting::by);
-    ConditionBuilder builder(scope.userId);
-    builder.add(scope.filter);
-    builder.add(scope.bounds);
-    if (order.after) {
-        addCursor(builder, sorting, order.ascending, *order.after);
+    QStringList texts;
+    for (const qint64 id : ids) {
+        texts += QString::number(id);
     }
-    const QString direction = order.ascending ? u"ASC"_s : u"DESC"_s;
-    const QString sorted =
-        (sorting.canBeNull ? u" ORDER BY %1 IS NULL, %1 %2, id %2"_s : u" ORDER BY %1 %2, id %2"_s)
-            .arg(sorting.column, direction);
-    // The index has all that is compared; rows are read of those alone that are shown.
-    auto query = connection.select(
-        u"SELECT "_s + rowColumns +
-            u" FROM reports WHERE id IN (SELECT id FROM reports INDEXED BY reports_figures WHERE "_s +
-            builder.built.text + sorted + u" LIMIT ?)"_s + sorted,
-        builder.built.values + QVariantList{order.limit + 1});
+    auto query = connection.select(u"SELECT "_s + rowColumns +
+                                   u" FROM reports WHERE id IN (%1)"_s.arg(texts.join(u',')));
     if (!query) {
         return std::nullopt;
     }
-    TestPage page;
+    QHash<qint64, TestRow> found;
     while (query->next()) {
-        if (page.rows.size() == order.limit) {
-            const TestRow &last = page.rows.constLast();
-            page.next = Cursor{.value = sortedValue(last, order.by), .id = last.id}.toText();
-            break;
-        }
-        page.rows += readRow(*query);
+        const TestRow row = readRow(*query);
+        found.insert(row.id, row);
     }
-    return page;
+    QList<TestRow> list;
+    for (const qint64 id : ids) {
+        if (const auto row = found.constFind(id); row != found.cend()) {
+            list += *row;
+        }
+    }
+    return list;
 }
 
 bool fill(SqliteConnection &connection, qint64 userId, TestTable &table)
 {
     // The whole is read from the index alone; a few new ones are found by their ids.
     const bool whole = table.lastId() == 0;
-    auto query = connection.select(
+    return connection.forEachRow(
         u"SELECT id, client_time, seriesid, download_rate, upload_rate, rtt, bytes, latitude, "
         "longitude, accuracy, type, verified, test_server, location, operator, network "
         "FROM reports INDEXED BY %1 WHERE userid = ? AND id > ? %2 LIMIT ?"_s.arg(
             whole ? u"reports_figures"_s : u"reports_by_user"_s,
             whole ? u"ORDER BY client_time DESC"_s : QString()),
-        {userId, table.lastId(), TestTable::maxTests});
-    if (!query) {
-        return false;
-    }
-    while (query->next()) {
-        const auto number = [&](int column) { return query->value(column).toLongLong(); };
-        const auto text = [&](int column) { return query->value(column).toString(); };
-        TestTable::Row row;
-        row.id = number(0);
-        row.time = number(1);
-        row.series = number(2);
-        row.download = optionalNumber(query->value(3));
-        row.upload = optionalNumber(query->value(4));
-        row.verified = number(11) != 0;
-        row.rtt = row.verified ? optionalNumber(query->value(5)) : std::nullopt;
-        row.bytes = number(6);
-        row.latitude = optionalReal(query->value(7));
-        row.longitude = optionalReal(query->value(8));
-        row.accuracy = optionalReal(query->value(9));
-        row.type = ConnectionClasses::ofNumber(query->value(10).toInt());
-        row.server = text(12);
-        row.location = text(13);
-        row.operatorCode = text(14);
-        row.network = text(15);
-        table.add(row);
-    }
-    return true;
+        {userId, table.lastId(), TestTable::maxTests}, [&table](const SqliteRow &row) {
+            table.add({.id = row.number(0),
+                       .time = row.number(1),
+                       .series = row.number(2),
+                       .download = row.optionalNumber(3),
+                       .upload = row.optionalNumber(4),
+                       .rtt = row.optionalNumber(5),
+                       .bytes = row.number(6),
+                       .latitude = row.optionalReal(7),
+                       .longitude = row.optionalReal(8),
+                       .accuracy = row.optionalReal(9),
+                       .type = ConnectionClasses::ofNumber(static_cast<int>(row.number(10))),
+                       .verified = row.number(11) != 0,
+                       .server = row.text(12),
+                       .location = row.text(13),
+                       .operatorCode = row.text(14),
+                       .network = row.text(15)});
+        });
 }
 
 std::optional<QList<ReportStore::StoredTest>> test(SqliteConnection &connection,
@@ -272,12 +202,12 @@ std::optional<QList<ReportStore::StoredTest>> test(SqliteConnection &connection,
 std::optional<ReportStore::Documents> documents(SqliteConnection &connection,
                                                 const TestScope &scope, const QString &after)
 {
-    const auto &byTime = sortings.front();
     ConditionBuilder builder(scope.userId);
     builder.add(scope.filter);
     builder.add(scope.bounds);
     if (const auto cursor = Cursor::parse(after)) {
-        addCursor(builder, byTime, false, *cursor);
+        builder.add(u"(client_time, id) < (?, ?)"_s,
+                    {cursor->value.value_or(QString()).toLongLong(), cursor->id});
     }
     const QString rest = u" ORDER BY client_time DESC, id DESC LIMIT %1"_s.arg(documentsAtOnce);
     auto tests = storedTests(connection, scope.userId, builder.built, rest);

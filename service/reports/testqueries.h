@@ -17,9 +17,8 @@ struct Condition
 
 Condition condition(const TestScope &scope);
 
-/// Without the count.
-std::optional<TestPage> page(SqliteConnection &connection, const TestScope &scope,
-                             const TestOrder &order);
+/// The rows of @p ids that are there, in the order of the ids.
+std::optional<QList<TestRow>> rows(SqliteConnection &connection, const QList<qint64> &ids);
 
 /// Adds the tests of @p userId with greater row ids than those in @p table.
 bool fill(SqliteConnection &connection, qint64 userId, TestTable &table);

@@ -17,7 +17,6 @@ namespace {
 
 using Values = std::vector<qint64>;
 
-constexpr qint64 none = -1;
 constexpr double nowhere = std::numeric_limits<double>::quiet_NaN();
 
 constexpr qsizetype maxFacets = 200;
@@ -72,6 +71,7 @@ class TestTable::Selection
 public:
     Selection(const TestTable &table, const TestFilter &chosen)
         : filter(chosen)
+        , isOpen(chosen == TestFilter())
         , servers(chosen.servers, table.servers.numbers, table.servers.list.size())
         , locations(chosen.locations, table.locations.numbers, table.locations.list.size())
         , operators(chosen.operators, table.operators.numbers, table.operators.list.size())
@@ -84,16 +84,18 @@ public:
 
     bool contains(const Entry &entry) const
     {
-        return (!filter.from || entry.time >= *filter.from) &&
-               (!filter.to || entry.time < *filter.to) && types[indexOf(entry.type)] &&
-               (!filter.verified || entry.verified) && servers.contains(entry.server) &&
-               locations.contains(entry.location) && operators.contains(entry.operatorCode) &&
-               (filter.series.isEmpty() || filter.series.contains(entry.series)) &&
-               (!filter.test || entry.id == *filter.test);
+        return isOpen ||
+               ((!filter.from || entry.time >= *filter.from) &&
+                (!filter.to || entry.time < *filter.to) && types[indexOf(entry.type)] &&
+                (!filter.verified || entry.verified) && servers.contains(entry.server) &&
+                locations.contains(entry.location) && operators.contains(entry.operatorCode) &&
+                (filter.series.isEmpty() || filter.series.contains(entry.series)) &&
+                (!filter.test || entry.id == *filter.test));
     }
 
 private:
     const TestFilter &filter;
+    bool isOpen; ///< to all: most often it is, and the whole table is asked
     std::array<bool, classCount> types{};
     IndexSet servers, locations, operators;
 };
@@ -144,7 +146,7 @@ qint64 TestTable::figure(const Entry &entry, Metric metric)
     case Metric::Upload: return entry.upload;
     case Metric::Rtt: break;
     }
-    return entry.rtt;
+    return entry.verified ? entry.rtt : none;
 }
 
 void TestTable::forEach(const TestScope &scope,
@@ -157,16 +159,6 @@ void TestTable::forEach(const TestScope &scope,
             visit(entry);
         }
     }
-}
-
-qint64 TestTable::count(const TestScope &scope) const
-{
-    if (scope.filter == TestFilter() && scope.bounds == TestFilter()) {
-        return size();
-    }
-    qint64 number = 0;
-    forEach(scope, [&](const Entry &) { ++number; });
-    return number;
 }
 
 Summary TestTable::summary(const TestScope &scope) const

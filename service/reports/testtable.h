@@ -9,14 +9,15 @@
 
 namespace velometer {
 
-/// The figures of all tests of one user in memory: what summaries, charts and maps are computed
+/// The figures of all tests of one user in memory: what lists, summaries, charts and maps are made
 /// from without a look at the reports, in about a millisecond for ten thousand tests. Computing is
 /// safe from every thread while nobody adds.
 class TestTable
 {
 public:
-    /// Beyond these the oldest rows are left out of figures: a user's share of the memory.
-    static constexpr int maxTests = 500'000;
+    /// Beyond these the oldest tests are left out of lists and figures: a user's share of the
+    /// memory, and two years with a test a minute.
+    static constexpr int maxTests = 1'000'000;
 
     /// One test; server, location and operator as in TestRow, their texts are kept once.
     struct Row
@@ -37,7 +38,14 @@ public:
     qint64 lastId() const { return greatestId; } ///< 0 without tests
 
     // Each looks at the tests of the filter and bounds of @p scope.
-    qint64 count(const TestScope &scope) const;
+    /// Some ids of a sorted list of tests.
+    struct Listed
+    {
+        QList<qint64> ids;
+        qint64 count = 0; ///< of the whole list
+        QString next;     ///< cursor of what follows; empty at the end
+    };
+    Listed list(const TestScope &scope, const TestOrder &order) const;
     Summary summary(const TestScope &scope) const;
     Buckets buckets(const TestScope &scope, const BucketQuery &query) const;
     Distribution distribution(const TestScope &scope, const DistributionQuery &query) const;
@@ -45,7 +53,10 @@ public:
     Facets facets(const TestScope &scope) const;
 
 private:
-    /// Smaller than a Row; -1 and NaN where nothing is known.
+    /// Where no figure is known.
+    static constexpr qint64 none = -1;
+
+    /// Smaller than a Row; none and NaN where nothing is known.
     struct Entry
     {
         qint64 id;
@@ -67,6 +78,8 @@ private:
         quint32 number(const QString &text);
     };
     class Selection;
+    struct SortKey;
+    class Sorting;
 
     void forEach(const TestScope &scope, const std::function<void(const Entry &)> &visit) const;
     static qint64 figure(const Entry &entry, Metric metric);

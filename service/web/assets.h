@@ -11,12 +11,11 @@ struct Asset
 {
     std::string_view name;        ///< "site.css", "outline/12-3.json"
     std::string_view contentType; ///< as HTTP says it
-    std::string_view imports;     ///< names of the scripts that it needs, with blanks between them
     std::string_view gzip;        ///< the content, compressed
 };
 
 /// The files that are built into the program, by name. Their address holds a hash over all of them,
-/// so that whoever has one never asks for it again, and scripts find each other by relative names.
+/// so that whoever has one never asks for it again.
 namespace Assets {
 
 /// Ordered by name.

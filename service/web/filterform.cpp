@@ -4,6 +4,7 @@
 #include "web/texts.h"
 #include "web/typesigns.h"
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -55,7 +56,7 @@ void writeChip(Html &html, const Viewer &viewer, const TestFilter &without, cons
 }
 
 /// What is filtered, each with the address without it.
-void writeChips(Html &html, const Viewer &viewer, const TestFilter &filter)
+void writeChips(Html &html, const Viewer &viewer, const TestFilter &filter, const Facets &facets)
 {
     if (filter == TestFilter()) {
         return;
@@ -86,7 +87,11 @@ void writeChips(Html &html, const Viewer &viewer, const TestFilter &filter)
     each(&TestFilter::servers, same);
     each(&TestFilter::locations,
          [&](const QString &code) { return TypeSigns::place(code, language); });
-    each(&TestFilter::operators, same);
+    each(&TestFilter::operators, [names = operators(facets)](const QString &code) {
+        const auto named =
+            std::ranges::find(names, code, [](const auto &pair) { return pair.first; });
+        return named == names.end() ? code : named->second;
+    });
     for (const qint64 series : filter.series) {
         without = filter;
         without.series.removeAll(series);
@@ -196,8 +201,17 @@ void write(Html &html, const Viewer &viewer, const TestFilter &filter, const Fac
     } else {
         html << "<input type=\"hidden\" name=\"share\" value=\"" << viewer.share << "\">\n";
     }
-    writeChoice(html, u"type"_s, Texts::connection, Texts::anyType, types(facets, language),
-                typesText(filter));
+    auto kinds = types(facets, language);
+    QStringList names;
+    for (const auto type : filter.types) {
+        names += QString::fromUtf8(TypeSigns::name(type).in(language));
+    }
+    // Several at once, or one that nobody has measured over, stand in an address alone.
+    if (const std::pair chosen{typesText(filter), names.join(u", "_s)};
+        !names.isEmpty() && !kinds.contains(chosen)) {
+        kinds.append(chosen);
+    }
+    writeChoice(html, u"type"_s, Texts::connection, Texts::anyType, kinds, typesText(filter));
     writeChoice(html, u"operator"_s, Texts::operatorName, Texts::anyOperator, operators(facets),
                 filter.operators.join(u','));
     writeChoice(html, u"server"_s, Texts::server, Texts::anyServer, plain(facets.servers),
@@ -218,7 +232,7 @@ void write(Html &html, const Viewer &viewer, const TestFilter &filter, const Fac
     }
     html << ">" << Texts::verifiedOnly << "</label>\n<button class=\"pill\">" << Texts::apply
          << "</button>\n</form></details>\n";
-    writeChips(html, viewer, filter);
+    writeChips(html, viewer, filter, facets);
 }
 
 } // namespace velometer::FilterForm

@@ -1,3 +1,3 @@
-// What the libraries leave in the window; they have no types here.
-declare const d3: any;
+// What the libraries give; they have no types here.
+declare module "d3-scale";
 declare const L: any;

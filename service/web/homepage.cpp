@@ -18,7 +18,7 @@ std::string HomePage::toHtml() const
          << "</p><p><a class=\"filled\" href=\"/velometer/statistics?language="
          << QString::fromLatin1(Languages::code(language).data()) << "\">" << Texts::statistics
          << "</a></p></section>\n</div>\n<section class=\"card\"><h2>" << Texts::serverState
-         << "</h2>\n<table role=\"table\"><caption>" << Texts::serverStateCaption
+         << "</h2>\n<table role=\"table\" class=\"states\"><caption>" << Texts::serverStateCaption
          << "</caption><thead><tr><th scope=\"col\">" << Texts::server << "</th><th scope=\"col\">"
          << Texts::state << "</th><th scope=\"col\" class=\"n\">" << Texts::running
          << "</th></tr></thead>\n<tbody><tr><th scope=\"row\">" << Texts::thisServer

@@ -6,8 +6,6 @@
 
 #include <QUrl>
 
-#include <ranges>
-
 using namespace Qt::StringLiterals;
 
 namespace velometer {
@@ -34,17 +32,9 @@ void writeHead(Html &html, const Layout &layout)
     }
     html << "<link rel=\"stylesheet\" href=\"" << asset("site.css") << "\">\n";
     if (layout.libraries) {
-        html << "<script defer src=\"" << asset("d3.js") << "\"></script>\n<script defer src=\""
-             << asset("leaflet.js") << "\"></script>\n";
+        html << "<script defer src=\"" << asset("leaflet.js") << "\"></script>\n";
     }
-    if (const Asset *script = Assets::find(layout.script.toStdString())) {
-        // Told at once, not one after the other.
-        for (const auto part : std::views::split(script->imports, ' ')) {
-            if (!part.empty()) {
-                html << "<link rel=\"modulepreload\" href=\""
-                     << asset(std::string_view(part.begin(), part.end())) << "\">\n";
-            }
-        }
+    if (!layout.script.isEmpty()) {
         html << "<script type=\"module\" src=\"" << asset(layout.script.toStdString())
              << "\"></script>\n";
     }

@@ -67,6 +67,8 @@ constexpr Named texts[] = {
     {"open"_L1, {"Open the test", "Test öffnen"}},
     {"copied"_L1, {"Copied", "Kopiert"}},
     {"copy"_L1, {"Copy", "Kopieren"}},
+    {"oneTest"_L1, {"One test", "Ein Test"}},
+    {"allTests"_L1, {"All tests", "Alle Tests"}},
     {"until"_L1, {"until %1", "bis %1"}},
     {"withPositions"_L1, {"with positions", "mit Positionen"}},
     {"withoutPositions"_L1, {"without positions", "ohne Positionen"}},
@@ -74,6 +76,8 @@ constexpr Named texts[] = {
     {"noShares"_L1, {"There are no links yet.", "Noch gibt es keine Links."}},
     {"saved"_L1, {"Saved.", "Gespeichert."}},
     {"deleted"_L1, {"%1 tests deleted.", "%1 Tests gelöscht."}},
+    {"deleting"_L1,
+     {"Deleting goes on; this takes a while.", "Das Löschen läuft noch eine Weile."}},
     {"gone"_L1, {"Everything is deleted.", "Alles ist gelöscht."}},
     {"mistyped"_L1, {"That is not what has to be typed.", "Das ist nicht, was einzugeben ist."}},
 };

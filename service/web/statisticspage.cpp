@@ -4,6 +4,8 @@
 #include "web/texts.h"
 #include "web/typesigns.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace velometer {
@@ -48,14 +50,21 @@ void writeTable(Html &html, const Statistics &statistics, const QString &by, con
     html << "<section class=\"card\"><h2>" << title
          << "</h2><table role=\"table\" "
             "class=\"types\"><caption>"
-         << Texts::byTypeCaption << "</caption><thead role=\"rowgroup\"><tr role=\"row\">";
+         << Texts::mediansCaption << "</caption><thead role=\"rowgroup\"><tr role=\"row\">";
     for (const auto *name :
          {&column, &Texts::tests, &Texts::download, &Texts::upload, &Texts::rtt}) {
         html << "<th role=\"columnheader\" scope=\"col\" class=\""
              << (name == &column ? u""_s : u"n"_s) << "\">" << *name << "</th>";
     }
     html << "</tr></thead><tbody role=\"rowgroup\">\n";
-    for (const auto &row : statistics.rows) {
+    auto rows = statistics.rows;
+    std::ranges::stable_sort(rows, {}, [&](const Statistics::Row &row) {
+        const auto type = ConnectionClasses::ofKey(row.key);
+        return by == u"type" && type ? std::ranges::find(ConnectionClasses::all(), *type) -
+                                           ConnectionClasses::all().begin()
+                                     : 0;
+    });
+    for (const auto &row : std::as_const(rows)) {
         if (by != u"type" && row.type) {
             continue;
         }
@@ -84,7 +93,8 @@ std::string StatisticsPage::toHtml(const TileSource &tiles) const
 {
     Html html(language);
     html << "<div class=\"heading\"><div><h1>" << Texts::statisticsTitle
-         << "</h1><p class=\"quiet\">" << Texts::statisticsHint << "</p></div></div>\n";
+         << "</h1><p class=\"quiet\">" << Texts::statisticsHint << " ";
+    html.phrase(Texts::statisticsLicence, {licence}) << "</p></div></div>\n";
     const bool known = !types.rows.isEmpty();
     if (!known) {
         html << "<p class=\"card empty\">" << Texts::statisticsNone << "</p>\n";

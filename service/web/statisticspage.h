@@ -9,6 +9,7 @@ namespace velometer {
 struct StatisticsPage
 {
     Language language = Language::English;
+    QString licence; ///< on whose terms everybody may use the figures
     Statistics types, operators, servers, months;
 
     std::string toHtml(const TileSource &tiles) const;

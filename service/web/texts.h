@@ -280,6 +280,10 @@ inline constexpr Phrase statisticsHint{
 inline constexpr Phrase byMonth{"By month", "Nach Monat"};
 inline constexpr Phrase byOperator{"By operator", "Nach Betreiber"};
 inline constexpr Phrase byServer{"By server", "Nach Server"};
+inline constexpr Phrase mediansCaption{
+    "Medians, in brackets what 10 % and 90 % stay below",
+    "Mediane, in Klammern was 10 % und 90 % nicht überschreiten"};
+inline constexpr Phrase statisticsLicence{"Licence: %1.", "Lizenz: %1."};
 inline constexpr Phrase statisticsNone{"There are not enough tests for a figure yet.",
                                        "Noch gibt es für keinen Wert genug Tests."};
 

@@ -14,7 +14,9 @@ TestSession::TestSession(Platform &platform, ServerSelection &serverSelection,
     , servers(serverSelection)
     , controller(nullptr, observer, serverSelection.current(), platform)
     , series(controller, StartUp::seriesFile(), nullptr)
+    , awake(QDBusConnection::systemBus(), nullptr)
 {
+    connect(&series, &TestSeries::ended, &awake, &SleepInhibitor::release);
     controller.setMeasurementDuration(StartUp::measurementDuration());
     connect(&servers, &ServerSelection::changed, &controller, &TestController::setTestServer);
 }
@@ -37,6 +39,7 @@ std::optional<TestSeries::Interrupted> TestSession::takeInterrupted()
 void TestSession::start(const TestSeries::Plan &plan, DataBudget budget)
 {
     starting = true;
+    awake.hold();
     servers.whenSettled([this, plan, budget] {
         starting = false;
         controller.setDataBudget(budget);
@@ -47,16 +50,22 @@ void TestSession::start(const TestSeries::Plan &plan, DataBudget budget)
 void TestSession::resume(DataBudget budget)
 {
     starting = true;
+    awake.hold();
     servers.whenSettled([this, budget] {
         starting = false;
         controller.setDataBudget(budget);
-        Q_EMIT resumed(series.resume());
+        const bool done = series.resume();
+        if (!done) {
+            awake.release();
+        }
+        Q_EMIT resumed(done);
     });
 }
 
 bool TestSession::stop()
 {
     const bool begun = !std::exchange(starting, false);
+    awake.release();
     servers.cancelWait();
     series.abort();
     controller.abortTest();
@@ -66,6 +75,7 @@ bool TestSession::stop()
 void TestSession::close()
 {
     starting = false;
+    awake.release();
     servers.cancelWait();
     series.suspend();
     controller.abortTest();

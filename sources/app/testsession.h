@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/sleepinhibitor.h"
 #include "app/testseries.h"
 #include "data/databudget.h"
 #include "measurement/testcontroller.h"
@@ -14,7 +15,8 @@ class Platform;
 class ServerSelection;
 
 /// The controller and its series as a program holds them: the server is chosen before the first
-/// test begins, and an end of the program keeps what there is. Main thread only. gDB is open.
+/// test begins, an end of the program keeps what there is, and the device does not go to sleep
+/// while a test or a series runs. Main thread only. gDB is open.
 class TestSession : public QObject
 {
     Q_OBJECT
@@ -54,6 +56,7 @@ private:
     ServerSelection &servers;
     TestController controller;
     TestSeries series;
+    SleepInhibitor awake;
     bool starting = false;
 };
 

@@ -4,6 +4,7 @@
 #include "app/testconsent.h"
 #include "app/testsession.h"
 #include "db/databasemanager.h"
+#include "ui/backgroundnotice.h"
 #include "ui/details/detailswindow.h"
 #include "ui/frame/pagestack.h"
 #include "ui/map/geomaptab.h"
@@ -87,11 +88,6 @@ void MainWindow::createPages()
     pages->addBeside(resultsTab, detailsWindow);
     pages->addBeside(resultsTab, geomapTab);
     pages->addBeside(resultsTab, historyTab);
-    for (TabBase *page : pages->pages()) {
-        if (page != testTab) {
-            connect(display, &TestDisplay::running, page, &TabBase::setRunning);
-        }
-    }
     connectPages();
     setAdvancedMode(settingsTab->isSeriesMode());
 }
@@ -102,6 +98,10 @@ void MainWindow::connectPages()
         connect(page, &TabBase::pageClicked, this, &MainWindow::showPageOf);
         connect(page, &TabBase::makerClicked, this, &MainWindow::showOrvakWebpage);
         connect(page, &TabBase::exitClicked, this, &MainWindow::exitClicked);
+        connect(page, &TabBase::backClicked, this, &MainWindow::showResultsTab);
+        if (page != testTab) {
+            connect(display, &TestDisplay::running, page, &TabBase::setRunning);
+        }
     }
     connect(testTab, &TestTab::startClicked, this, &MainWindow::startTestClicked);
     connect(testTab, &TestTab::stopClicked, this, &MainWindow::stopTestClicked);
@@ -109,8 +109,6 @@ void MainWindow::connectPages()
     connect(testTab, &TestTab::locationLinkClicked, this, &MainWindow::showLocationPopup);
     connect(resultsTab, &ResultsTab::mapClicked, this, &MainWindow::showGeomapTab);
     connect(resultsTab, &ResultsTab::historyClicked, this, [this] { showPage(historyTab); });
-    connect(detailsWindow, &DetailsWindow::backClicked, this, &MainWindow::showResultsTab);
-    connect(historyTab, &HistoryTab::backClicked, this, &MainWindow::showResultsTab);
     connect(resultsTab, &ResultsTab::resultSelected, detailsWindow, &DetailsWindow::setTestResults);
     connect(resultsTab, &ResultsTab::resultSelected, this, &MainWindow::showDetailsWindow);
     connect(settingsTab, &SettingsTab::serverChosen, servers,
@@ -130,9 +128,8 @@ void MainWindow::createPopups()
     errorPopup->hide();
     connect(errorPopup, &MessagePopup::accepted, popups, [this] { popups->close(errorPopup); });
     auto *actions = new ResultActions(*popups, [this] { return isTestRunning(); }, this);
-    actions->serve(*resultsTab, *detailsWindow, *historyTab);
+    actions->serve(*resultsTab, *detailsWindow, *historyTab, *geomapTab);
     connect(actions, &ResultActions::notice, this, &MainWindow::showNotice);
-    connect(actions, &ResultActions::deleted, geomapTab, &GeoMapTab::clearMarkers);
     storeDialogue = new StoreDialogue(*popups, this);
     connect(storeDialogue, &StoreDialogue::notice, this, &MainWindow::showNotice);
     connect(storeDialogue, &StoreDialogue::emptied, this, &MainWindow::storeEmptied);
@@ -153,16 +150,15 @@ void MainWindow::createTests()
     connect(getController(), &TestController::testEnded, this, &MainWindow::holdTiles);
     connect(getController(), &TestController::testEnded, this, &MainWindow::tellLastTest);
     tellLastTest();
+    background = new BackgroundNotice(QDBusConnection::sessionBus(), this);
+    connect(&session->getSeries(), &TestSeries::ended, this, &MainWindow::tellInBackground);
 }
 
 void MainWindow::setOrientation(ScreenOrientation orientation)
 {
-    Qt::ScreenOrientation content = Qt::PrimaryOrientation;
-    if (orientation == ScreenOrientationLockPortrait) {
-        content = Qt::PortraitOrientation;
-    } else if (orientation == ScreenOrientationLockLandscape) {
-        content = Qt::LandscapeOrientation;
-    }
+    const auto content = orientation == ScreenOrientationLockPortrait    ? Qt::PortraitOrientation
+                         : orientation == ScreenOrientationLockLandscape ? Qt::LandscapeOrientation
+                                                                         : Qt::PrimaryOrientation;
     // Embedded in a view, this widget has no window of its own.
     const auto windows = QGuiApplication::topLevelWindows();
     for (QWindow *each : windows) {
@@ -204,8 +200,7 @@ bool MainWindow::showPage(TabBase *page)
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
-    Utils::addLogEntry(
-        u"Resized: %1 x %2"_s.arg(QString::number(width()), QString::number(height())));
+    Utils::addLogEntry(u"Resized: %1 x %2"_s.arg(width()).arg(height()));
     pages->fit();
     popups->place();
 }
@@ -278,10 +273,7 @@ void MainWindow::showOrvakWebpage()
 
 void MainWindow::exitClicked()
 {
-    if (popups->isOpen()) {
-        return;
-    }
-    if (close()) {
+    if (!popups->isOpen() && close()) {
         endSession();
     }
 }
@@ -409,6 +401,13 @@ void MainWindow::tellLastTest()
 {
     const auto last = gDB->getNewestResults();
     testTab->setLastTest(last ? TestDisplay::summary(*last) : QString());
+}
+
+void MainWindow::tellInBackground()
+{
+    const auto last = gDB->getNewestResults();
+    background->tell(TestDisplay::endText(session->getSeries()),
+                     last ? TestDisplay::summary(*last) : QString());
 }
 
 void MainWindow::showLastTest()

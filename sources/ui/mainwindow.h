@@ -14,6 +14,7 @@
 namespace velometer {
 
 class AboutTab;
+class BackgroundNotice;
 class DetailsWindow;
 class GeoMapTab;
 class HistoryTab;
@@ -164,6 +165,7 @@ private:
     bool showPage(TabBase *page);
     void holdTiles();
     void tellLastTest();
+    void tellInBackground();
     void showNotice(const QString &title, const QString &message);
     void storeEmptied(bool done);
     void seriesResumed(bool done);
@@ -189,6 +191,7 @@ private:
     StartDialogue *dialogue = nullptr;
     StoreDialogue *storeDialogue = nullptr;
     TestDisplay *display = nullptr;
+    BackgroundNotice *background = nullptr;
     std::unique_ptr<TestSession> session;
     bool advancedmode = false;
 };

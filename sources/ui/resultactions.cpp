@@ -4,6 +4,7 @@
 #include "db/databasemanager.h"
 #include "ui/details/detailswindow.h"
 #include "ui/details/resultcard.h"
+#include "ui/map/geomaptab.h"
 #include "ui/pages/historytab.h"
 #include "ui/pages/resultstab.h"
 #include "ui/popups/choicepopup.h"
@@ -71,10 +72,12 @@ ResultActions::ResultActions(PopupLayer &popupLayer, std::function<bool()> testi
         });
 }
 
-void ResultActions::serve(ResultsTab &results, DetailsWindow &details, HistoryTab &history)
+void ResultActions::serve(ResultsTab &results, DetailsWindow &details, HistoryTab &history,
+                          GeoMapTab &map)
 {
     connect(this, &ResultActions::finished, &results, &ResultsTab::stopSelecting);
     connect(this, &ResultActions::deleted, &results, &ResultsTab::updateResults);
+    connect(this, &ResultActions::deleted, &map, &GeoMapTab::clearMarkers);
     connect(&results, &ResultsTab::choiceAsked, this, &ResultActions::ask);
     connect(&results, &ResultsTab::exportAsked, this, &ResultActions::exportTests);
     connect(&results, &ResultsTab::shareAsked, this, &ResultActions::shareTests);

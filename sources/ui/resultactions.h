@@ -13,6 +13,7 @@ namespace velometer {
 
 class ChoicePopup;
 class DetailsWindow;
+class GeoMapTab;
 class HistoryTab;
 class MessagePopup;
 class PopupLayer;
@@ -31,7 +32,7 @@ public:
     ResultActions(PopupLayer &layer, std::function<bool()> isTesting, QWidget *window);
 
     /// Does what these pages ask for; they live as long as this.
-    void serve(ResultsTab &results, DetailsWindow &details, HistoryTab &history);
+    void serve(ResultsTab &results, DetailsWindow &details, HistoryTab &history, GeoMapTab &map);
 
     /// Ignored while a pop-up is open, as everything that is asked for here.
     void ask(const Choice &choice);

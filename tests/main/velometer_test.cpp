@@ -127,9 +127,10 @@ private:
 
     void startApplication(const QStringList &options)
     {
-        application = home->start(
-            QStringLiteral(APPLICATION_PROGRAM),
-            QStringList{u"--language"_s, u"en"_s, u"--platform"_s, u"none"_s} + options);
+        application = home->start(QStringLiteral(APPLICATION_PROGRAM),
+                                  QStringList{u"--language"_s, u"en"_s, u"--platform"_s, u"none"_s,
+                                              u"--theme"_s, u"given"_s} +
+                                      options);
         QVERIFY(application->waitForStarted());
     }
 

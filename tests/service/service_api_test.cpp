@@ -1,6 +1,6 @@
-#include "runningservice.h"
-
+#include "http/gzip.h"
 #include "reports/sqlitereportstore.h"
+#include "runningservice.h"
 #include "support/registeredtest.h"
 
 #include <QCryptographicHash>
@@ -125,6 +125,22 @@ QByteArray request(const QByteArray &line)
            "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
 }
 
+/// What came in chunks, and in how many, the empty last one with them.
+QByteArray unchunked(QByteArray rest, int *chunks = nullptr)
+{
+    QByteArray whole;
+    for (qsizetype size = -1; size != 0;) {
+        const auto end = rest.indexOf("\r\n");
+        size = rest.left(end).toInt(nullptr, 16);
+        whole += rest.mid(end + 2, size);
+        rest = rest.mid(end + 2 + size + 2);
+        if (chunks) {
+            ++*chunks;
+        }
+    }
+    return whole;
+}
+
 } // namespace
 
 /// The interface for programs: what is asked and what is answered, as a whole.
@@ -205,15 +221,9 @@ private Q_SLOTS:
         QCOMPARE(statusOf(service->exchange(request("own POST delete " + QByteArray(70'000, 'x')))),
                  413);
         QVERIFY(rest.endsWith("\r\n0\r\n\r\n"));
-        rest = bodyOf(service->exchange(request("GET export?format=json&userid=79")));
-        QByteArray whole;
+        QByteArray question = request("GET export?format=json&userid=79");
         int chunks = 0;
-        for (qsizetype size = -1; size != 0; ++chunks) {
-            const auto end = rest.indexOf("\r\n");
-            size = rest.left(end).toInt(nullptr, 16);
-            whole += rest.mid(end + 2, size);
-            rest = rest.mid(end + 2 + size + 2);
-        }
+        const QByteArray whole = unchunked(bodyOf(service->exchange(question)), &chunks);
         QCOMPARE(chunks, 4);
         QList<int> tests;
         for (const QByteArray &line : whole.trimmed().split('\n')) {
@@ -222,6 +232,36 @@ private Q_SLOTS:
         QList<int> expected(45);
         std::iota(expected.rbegin(), expected.rend(), 0);
         QCOMPARE(tests, expected);
+        const QByteArray packed =
+            service->exchange(question.replace("Host:", "Accept-Encoding: gzip\r\nHost:"));
+        QVERIFY(packed.contains("\r\nContent-Encoding: gzip\r\n"));
+        QCOMPARE(QByteArray::fromStdString(gunzip(unchunked(bodyOf(packed)).toStdString())), whole);
+    }
+
+    void answersWhoIsLateAndWhoseDeletionTakesLong()
+    {
+        const QString file = directory->filePath(u"late.db"_s);
+        fill(file);
+        const RunningService late([&](ServerOptions &options) {
+            options.databaseFile = file;
+            options.bodyTimeout = std::chrono::milliseconds(100);
+            options.deletePatience = std::chrono::milliseconds(1);
+        });
+        const QByteArray order =
+            request("own POST delete {\"filter\":\"\",\"confirm\":\"DELETE\"}");
+        SocketClient slow(late.port());
+        slow.send(order.chopped(1));
+        QCOMPARE(statusOf(slow.receiveAll()), 408);
+        auto held = std::make_unique<HeldFile>(file);
+        const QByteArray told = late.exchange(order);
+        QCOMPARE(statusOf(told), 202);
+        QCOMPARE(bodyOf(told), "{\"deleted\":null}\n");
+        const auto isEmpty = [&] {
+            return bodyOf(late.exchange(request("own GET tests"))).contains("\"count\":0,");
+        };
+        QVERIFY(!isEmpty());
+        held.reset();
+        QVERIFY(QTest::qWaitFor(isEmpty, 10'000));
     }
 
 private:

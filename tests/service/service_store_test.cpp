@@ -55,12 +55,11 @@ ReportStore::Outcome put(const Store &store, const Report &report)
     return result<ReportStore::Outcome>([&](auto done) { store->storeReport(report, done); });
 }
 
-ReportStore::UserReports reportsOf(const Store &store, qint64 user, int limit,
-                                   std::optional<qint64> before = {})
+/// The newest first.
+QList<TestRow> testsOf(const Store &store, qint64 user)
 {
-    using Reports = std::optional<ReportStore::UserReports>;
-    return result<Reports>([&](auto done) { store->reportsOfUser(user, before, limit, done); })
-        .value_or(ReportStore::UserReports{});
+    const TestScope scope{.userId = user, .filter = {}, .bounds = {}};
+    return answer<TestPage>([&](auto done) { store->tests(scope, {}, done); }).rows;
 }
 
 /// As long as what it gives lives no file of this process can grow beyond @p bytes.
@@ -125,32 +124,23 @@ private Q_SLOTS:
         QCOMPARE(userOf(store, u"a"_s).lastSeries, 12);
         QCOMPARE(userOf(store, u"b"_s).id, second.id);
         QCOMPARE(userOf(store, u"b"_s).lastSeries, 0);
-        QCOMPARE(reportsOf(store, first.id, 10).reports.size(), 2);
+        QCOMPARE(testsOf(store, first.id).size(), 2);
         store.reset();
         QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 4);
         QCOMPARE(sql(file, {u"SELECT group_concat(seriesid) FROM reports WHERE verified"_s}), 7);
     }
 
-    void listsTheNewestFirst()
+    void knowsWhoeverSentAReportOrAskedForAnId()
     {
         const Store store = open();
-        for (const qint64 time : {20, 40, 10, 30}) {
-            put(store, report(5, 1, time));
+        put(store, report(5, 1, 20));
+        for (const auto &[user, state] : {std::pair{qint64{5}, Access::State::Granted},
+                                          {userOf(store, u"x"_s).id, Access::State::Granted},
+                                          {6, Access::State::Unknown}}) {
+            const auto access =
+                answer<Access>([&, id = user](auto done) { store->accessOfUser(id, done); });
+            QCOMPARE(access.state, state);
         }
-        const auto three = reportsOf(store, 5, 3);
-        QList<qint64> times;
-        for (const Report &row : three.reports) {
-            times += row.clientTime;
-        }
-        QCOMPARE(times, (QList<qint64>{40, 30, 20}));
-        QCOMPARE(reportsOf(store, 5, 3, three.older).reports.constFirst().clientTime, 10);
-        QCOMPARE(three.count, 4);
-        QVERIFY(!reportsOf(store, 5, 4).older);
-        QVERIFY(reportsOf(store, 6, 3, three.older).reports.isEmpty());
-        // A user whom only a report made known, one without reports, and nobody.
-        QVERIFY(reportsOf(store, 5, 4).userKnown);
-        QVERIFY(reportsOf(store, userOf(store, u"x"_s).id, 4).userKnown);
-        QVERIFY(!reportsOf(store, 6, 4).userKnown);
     }
 
     void believesWhatItServed_data()
@@ -193,16 +183,16 @@ private Q_SLOTS:
         userOf(store, u"x"_s); // behind them in the queue
         sql(file, {change});
         put(store, claimed);
-        QCOMPARE(reportsOf(store, 5, 1).reports.constFirst().verified, verified);
+        QCOMPARE(testsOf(store, 5).constFirst().verified, verified);
         QCOMPARE(
-            reportsOf(store, 5, 1).reports.constFirst().serviceLate,
+            testsOf(store, 5).constFirst().serviceLate,
             sql(file,
                 {u"SELECT count(*) FROM streams WHERE direction = 2 AND userid = 5 AND seriesid = 6 AND testid = 0"_s})
                     .toInt() == 1);
         claimed.uploadIntervals = 4;
         claimed.clientTime = 11;
         put(store, claimed);
-        QVERIFY(!reportsOf(store, 5, 1).reports.constFirst().verified);
+        QVERIFY(!testsOf(store, 5).constFirst().verified);
     }
 
     void filtersMeanTheSameInListsAndFigures()
@@ -451,8 +441,8 @@ private Q_SLOTS:
         const auto parsed = CommandLine::parse(
             u"velometer-service --listen [::1]:0 --listen 127.0.0.1:65535 --database sqlite:f "
             "--threads 2 --max-streams 3 --max-streams-per-address 4 "
-            "--max-connections-per-address 5 --max-report-bytes 6000 --log-level debug"_s.split(
-                u' '));
+            "--max-connections-per-address 5 --max-report-bytes 6000 --log-level debug "
+            "--statistics-licence ODbL-1.0 --tile-url http://{s}.t/{z}/{x}/{y}"_s.split(u' '));
         const auto &start = std::get<CommandLine::Start>(parsed);
         const auto &o = start.options;
         const auto text = [](const auto &...value) {
@@ -462,7 +452,8 @@ private Q_SLOTS:
                       o.maxStreamsPerAddress, o.maxConnectionsPerAddress, o.maxReportBytes,
                       static_cast<int>(start.logLevel)),
                  u"0 65535 2 3 4 5 6000 3 "_s);
-        QCOMPARE(o.listen.front().host + o.databaseFile + o.salt, u"::1f8352"_s);
+        QCOMPARE(o.listen.front().host + o.databaseFile + o.salt + o.licence + o.tiles.address,
+                 u"::1f8352ODbL-1.0http://{s}.t/{z}/{x}/{y}"_s);
     }
 
     void commandLine_data()
@@ -474,6 +465,9 @@ private Q_SLOTS:
         row("--threads 0", 2);
         row("--max-report-bytes 99999999999999999999", 2);
         row("--database postgresql://host/name", 2);
+        row("--statistics-licence \"", 2);
+        row("--tile-url http://t/{z}/{x}.png", 2);
+        row("--tile-url http://t;script-src/{z}/{x}/{y}", 2);
         row("--config no-such-file.conf", 2);
     }
     void commandLine()

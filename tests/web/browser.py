@@ -1,5 +1,6 @@
 """One headless Chromium for all tests, and the service that it looks at."""
 import base64
+import http.server
 import io
 import json
 import os
@@ -9,6 +10,7 @@ import socket
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import urllib.error
 import urllib.parse
@@ -28,7 +30,7 @@ class Service:
     It is all servers of its deployment but those named in @p silent, where nobody answers.
     """
 
-    def __init__(self, program, silent=()):
+    def __init__(self, program, silent=(), options=()):
         with socket.socket() as free:
             free.bind(("127.0.0.1", 0))
             port = free.getsockname()[1]
@@ -39,7 +41,7 @@ class Service:
             f"{name}=127.0.0.1:{1 if name in silent else port}\n"
             for name in ("Swisscom", "Sunrise", "HSR", "IpPlusGermany", "IpPlusItaly", "IpPlusNewYork")))
         self.process = subprocess.Popen([program, "--listen", f"127.0.0.1:{port}", "--database",
-                                         "sqlite:" + self.database, "--config", str(deployment)],
+                                         "sqlite:" + self.database, "--config", str(deployment), *options],
                                         stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         self.host = self.process.stdout.readline().split()[-1]
 
@@ -62,6 +64,42 @@ class Service:
         status, _, text = self.get("/velometer/api/v1/" + path, {"Velometer-User": str(user)}, method, body)
         assert status == 200, (status, text)
         return json.loads(text)
+
+
+class TileHost:
+    """A host of map tiles, all of one colour, on a free port of loopback; it may refuse, or keep silent until the end."""
+
+    COLOUR = (200, 30, 90)
+
+    def __init__(self):
+        picture = io.BytesIO()
+        Image.new("RGB", (256, 256), self.COLOUR).save(picture, "png")
+        self.mood = "well"
+        self.asked = []  # (path, referrer)
+        self.over = threading.Event()
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(handler):
+                self.asked.append((handler.path, handler.headers["Referer"]))
+                if self.mood == "silent":
+                    self.over.wait(60)
+                handler.send_response(200 if self.mood == "well" else 500)
+                handler.send_header("Content-Type", "image/png")
+                handler.end_headers()
+                handler.wfile.write(picture.getvalue() if self.mood == "well" else b"")
+
+            def log_message(self, *_):
+                pass
+
+        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        self.server.daemon_threads = True
+        self.address = "http://127.0.0.1:%d" % self.server.server_port
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+
+    def stop(self):
+        self.over.set()
+        self.server.shutdown()
+        self.server.server_close()
 
 
 class Browser:

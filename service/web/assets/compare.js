@@ -1,4 +1,5 @@
 // Two sets of tests over the hours of the day.
+import { scaleLinear } from "d3-scale";
 import { api, choice, element, figure, number, svg, texts, unitOf } from "./core.js";
 import { margin, Plot } from "./plot.js";
 
@@ -33,8 +34,8 @@ function draw() {
   }
   const unit = unitOf(metric, Math.max(...medians));
   const bottom = plot.height - margin.bottom - 14;
-  const x = d3.scaleLinear().domain([0, 23]).range([margin.left + 8, plot.width - margin.right - 8]);
-  const y = d3.scaleLinear().domain([0, Math.max(...medians) / unit.divisor]).range([bottom, margin.top]).nice(4);
+  const x = scaleLinear().domain([0, 23]).range([margin.left + 8, plot.width - margin.right - 8]);
+  const y = scaleLinear().domain([0, Math.max(...medians) / unit.divisor]).range([bottom, margin.top]).nice(4);
   const label = sides.map((side, i) => side.name + ": " + groups[i].map((group) =>
     `${group.key}: ${figure(metric, group.median)}`).join(", ")).join("; ");
   const drawing = plot.begin(label);

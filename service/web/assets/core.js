@@ -5,6 +5,7 @@ export const texts = JSON.parse(document.getElementById("texts")?.textContent ??
 export const language = document.documentElement.lang;
 export const owner = document.body.dataset.owner ?? "";
 
+const patience = 3000; // ms until also what nobody has scrolled to is there, for a printer
 const credential = new URLSearchParams(document.body.dataset.credential);
 const locale = language === "de" ? "de-CH" : "en-US";
 const root = "/velometer/api/v1/";
@@ -147,11 +148,19 @@ export function choice(values, chosen, change) {
 
 /** Calls @p show when @p target comes near the window, once. */
 export function whenSeen(target, show) {
+  let shown = false;
+  const once = () => {
+    observer.disconnect();
+    if (!shown) {
+      shown = true;
+      show();
+    }
+  };
   const observer = new IntersectionObserver((entries) => {
     if (entries.some((entry) => entry.isIntersecting)) {
-      observer.disconnect();
-      show();
+      once();
     }
   }, { rootMargin: "300px" });
   observer.observe(target);
+  setTimeout(once, patience);
 }

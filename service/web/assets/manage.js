@@ -45,10 +45,15 @@ function link(address) {
   return [field, button];
 }
 
+/** What a link shows: one test, all of them, or the values of its filter. */
+function covered(share) {
+  return share.test ? texts.oneTest : [...new URLSearchParams(share.filter).values()].join(", ") || texts.allTests;
+}
+
 async function listShares(list) {
   const { shares } = await api("shares");
   list.replaceChildren(...shares.map((share) => element("li", {},
-    element("a", { href: share.address }, fill(texts.until, day.format(share.expires_ms)) + ", " +
+    element("a", { href: share.address }, covered(share) + ", " + fill(texts.until, day.format(share.expires_ms)) + ", " +
       (share.positions ? texts.withPositions : texts.withoutPositions)),
     element("button", { type: "button", class: "tool", click: async () => {
       await api("shares/" + encodeURIComponent(share.key), undefined, "DELETE");
@@ -104,14 +109,14 @@ export function manage() {
   onSend(filtered, async (data) => {
     typed(data, "DELETE");
     const { deleted } = await api("delete", undefined, "POST", { filter: filtered.dataset.filter, confirm: "DELETE" });
-    setTimeout(() => location.reload(), 800);
-    return fill(texts.deleted, number(deleted));
+    setTimeout(() => location.reload(), deleted === null ? 5000 : 800);
+    return deleted === null ? texts.deleting : fill(texts.deleted, number(deleted));
   });
   onSend(formOf("delete-all"), async (data) => {
     typed(data, owner);
-    await api("user", undefined, "DELETE", { confirm: owner });
+    const { deleted } = await api("user", undefined, "DELETE", { confirm: owner });
     setTimeout(() => location.reload(), 800);
-    return texts.gone;
+    return deleted === null ? texts.deleting : texts.gone;
   });
   const note = formOf("note");
   onSend(note, async (data) => {

@@ -1,5 +1,6 @@
 // Tests on a map: signs by connection that gather to clusters, how exact they are, the way of each series, and the
 // median download of each cell.
+import { scaleLog } from "d3-scale";
 import { api, element, figure, fill, filters, letters, number, sign, testAddress, texts, timeText, toggle, typeName }
   from "./core.js";
 import { outlineLayer } from "./outline.js";
@@ -16,10 +17,12 @@ function escaped(text) {
   return element("i", {}, text).innerHTML;
 }
 
-function groundLayer() {
+/** The outline, and the tiles above it: where they are late, or never come, it is still a map. */
+function addGround(map) {
+  const outline = outlineLayer(escaped(texts.offline)).addTo(map);
   const { tiles, thanks } = document.body.dataset;
   if (!tiles) {
-    return outlineLayer(escaped(texts.offline));
+    return outline;
   }
   // The page tells nobody where it is, but those who give tiles for nothing want to know who takes them.
   const Tiles = L.TileLayer.extend({
@@ -33,7 +36,8 @@ function groundLayer() {
       return image;
     },
   });
-  return new Tiles(tiles, { attribution: escaped(thanks ?? ""), maxZoom: 19 });
+  new Tiles(tiles, { attribution: escaped(thanks ?? ""), maxZoom: 19 }).addTo(map);
+  return outline;
 }
 
 function pin(type) {
@@ -70,7 +74,7 @@ function makeMap(place) {
 /** The way of one test through its phases, with how exact the first position was. */
 export function pathOf(place, phases, accuracy) {
   const map = makeMap(place);
-  groundLayer().addTo(map);
+  addGround(map);
   const way = phases.map((phase) => [phase.latitude, phase.longitude]);
   L.polyline(way, { color: colour("--accent"), weight: 3 }).addTo(map);
   phases.forEach((phase, i) => L.circleMarker(way[i], { radius: 6, color: colour("--surface"), weight: 2,
@@ -88,7 +92,7 @@ export class TestMap {
     this.place = place;
     this.complete = false; // all points are here
     this.map = makeMap(place);
-    this.ground = groundLayer().addTo(this.map);
+    this.ground = addGround(this.map);
     this.layers = {
       markers: L.markerClusterGroup({ iconCreateFunction: cluster, maxClusterRadius: 44, showCoverageOnHover: false,
         animate: !matchMedia("(prefers-reduced-motion: reduce)").matches }),
@@ -224,7 +228,7 @@ export class TestMap {
 /** Cells in the colour of their median, from little to much. */
 function drawCells(cells, target) {
   const medians = cells.map((cell) => cell.median).filter((value) => value > 0);
-  const scale = d3.scaleLog().domain([Math.min(...medians, 1e9), Math.max(...medians, 1)])
+  const scale = scaleLog().domain([Math.min(...medians, 1e9), Math.max(...medians, 1)])
     .range([colour("--up"), colour("--nr")]).clamp(true);
   for (const { latitude, longitude, height, width, count, median } of cells) {
     const tint = median > 0 ? scale(median) : colour("--other");
@@ -237,7 +241,7 @@ function drawCells(cells, target) {
 /** A map of nothing but cells. */
 export function cellMap(place, cells) {
   const map = makeMap(place);
-  groundLayer().addTo(map);
+  addGround(map);
   map.fitBounds(cells.length > 0 ? L.latLngBounds(cells.flatMap((cell) => [[cell.latitude, cell.longitude],
     [cell.latitude + cell.height, cell.longitude + cell.width]])) : [[45.8, 5.9], [47.8, 10.5]], { animate: false });
   drawCells(cells, map);

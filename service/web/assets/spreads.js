@@ -1,4 +1,5 @@
 // How figures are spread: over the hours of the day, and for each connection.
+import { scaleLinear, scaleLog } from "d3-scale";
 import { api, choice, element, figure, fill, filters, letters, number, svg, texts, typeName, unitOf,
   whenSeen } from "./core.js";
 import { margin, Plot } from "./plot.js";
@@ -103,8 +104,8 @@ export class Hours extends Spread {
     const greatest = Math.max(...this.groups.map((group) => group.p75));
     const unit = unitOf(this.metric, greatest);
     const bottom = this.plot.height - margin.bottom - 14;
-    const x = d3.scaleLinear().domain([0, 24]).range([margin.left, this.plot.width - margin.right]);
-    const y = d3.scaleLinear().domain([0, greatest / unit.divisor]).range([bottom, margin.top]).nice(4);
+    const x = scaleLinear().domain([0, 24]).range([margin.left, this.plot.width - margin.right]);
+    const y = scaleLinear().domain([0, greatest / unit.divisor]).range([bottom, margin.top]).nice(4);
     const drawing = this.plot.begin(this.label());
     this.plot.leftAxis(y, unit.name);
     for (let hour = 0; hour <= 24; hour += this.plot.innerWidth > 420 ? 3 : 6) {
@@ -147,7 +148,7 @@ export class Types extends Spread {
     const values = this.groups.flatMap((group) => [group.min, group.max]).map((value) => value / unit.divisor);
     const named = this.plot.innerWidth > 420 ? 110 : 0;
     const bottom = margin.top + this.groups.length * 44;
-    const x = d3.scaleLog().domain([Math.min(...values), Math.max(...values)])
+    const x = scaleLog().domain([Math.min(...values), Math.max(...values)])
       .range([margin.left + named, this.plot.width - margin.right - 6]).nice();
     const drawing = this.plot.begin(this.label(), bottom + margin.bottom + 14);
     for (const tick of x.ticks(4).filter((value) => value.toExponential()[0] === "1")) {

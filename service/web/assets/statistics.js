@@ -1,4 +1,5 @@
 // The public figures: medians of each month by connection, and of each cell on a map.
+import { scaleLog } from "d3-scale";
 import { api, choice, figure, number, svg, texts, typeName, unitOf } from "./core.js";
 import { cellMap } from "./map.js";
 import { margin, mark, Plot } from "./plot.js";
@@ -20,7 +21,7 @@ function draw() {
   const values = list.map((row) => row[metric].median);
   const unit = unitOf(metric, Math.max(...values));
   const x = (month) => margin.left + (months.indexOf(month) + 0.5) * plot.innerWidth / months.length;
-  const y = d3.scaleLog().domain([Math.min(...values) / unit.divisor, Math.max(...values) / unit.divisor])
+  const y = scaleLog().domain([Math.min(...values) / unit.divisor, Math.max(...values) / unit.divisor])
     .range([plot.height - margin.bottom, margin.top]).nice();
   const drawing = plot.begin(texts[metric] + ": " + list.map((row) =>
     `${row.key} ${typeName(row.type)} ${figure(metric, row[metric].median)}`).join("; "));

@@ -1,4 +1,5 @@
 // One test: what went through in each tenth of a second, its round trips, and where it was.
+import { scaleLinear } from "d3-scale";
 import { api, figure, number, svg, texts, unitOf } from "./core.js";
 import { manage } from "./manage.js";
 import { pathOf } from "./map.js";
@@ -15,8 +16,8 @@ function drawRates(plot, metric, rates) {
   const unit = unitOf(metric, Math.max(...rates));
   const bottom = plot.height - margin.bottom - 12;
   const seconds = rates.length * interval;
-  const x = d3.scaleLinear().domain([0, seconds]).range([margin.left, plot.width - margin.right]);
-  const y = d3.scaleLinear().domain([0, Math.max(...rates, 1) / unit.divisor]).range([bottom, margin.top]).nice(4);
+  const x = scaleLinear().domain([0, seconds]).range([margin.left, plot.width - margin.right]);
+  const y = scaleLinear().domain([0, Math.max(...rates, 1) / unit.divisor]).range([bottom, margin.top]).nice(4);
   const middle = rates.reduce((sum, rate) => sum + rate, 0) / rates.length;
   const drawing = plot.begin(`${texts[metric]}: ${texts.average} ${figure(metric, middle)}, ${texts.least} ${
     figure(metric, Math.min(...rates))}, ${texts.greatest} ${figure(metric, Math.max(...rates))}`);
@@ -38,7 +39,7 @@ function drawSamples(plot, names, samples) {
   if (known.length === 0) {
     return plot.empty(texts.empty);
   }
-  const y = d3.scaleLinear().domain([0, Math.max(...known) / 1e6]).range([plot.height - margin.bottom, margin.top]).nice(4);
+  const y = scaleLinear().domain([0, Math.max(...known) / 1e6]).range([plot.height - margin.bottom, margin.top]).nice(4);
   const drawing = plot.begin(texts.rtt + ": " + samples.map((value, i) => names[i] + " " + figure("rtt", value)).join(", "));
   plot.leftAxis(y, "ms");
   const width = plot.innerWidth / samples.length;

@@ -1,4 +1,5 @@
 // The charts over time: they share their period, their connections and their scale.
+import { scaleLinear, scaleLog, scaleUtc } from "d3-scale";
 import { api, element, figure, fill, filters, number, sign, svg, texts, timeText, toggle, typeName, unitOf,
   whenSeen } from "./core.js";
 import { margin, mark, Plot } from "./plot.js";
@@ -142,10 +143,10 @@ class TimeChart {
     const least = points.length > 0 ? Math.min(...points.map((point) => point.min)) : 1;
     const unit = unitOf(this.metric, greatest);
     const area = [height - margin.bottom, margin.top];
-    const x = d3.scaleUtc().domain([from, to]).range([margin.left, this.plot.width - margin.right]);
+    const x = scaleUtc().domain([from, to]).range([margin.left, this.plot.width - margin.right]);
     const y = this.charts.logarithmic
-      ? d3.scaleLog().domain([least / unit.divisor, greatest / unit.divisor]).range(area).nice()
-      : d3.scaleLinear().domain([0, greatest / unit.divisor]).range(area).nice(4);
+      ? scaleLog().domain([least / unit.divisor, greatest / unit.divisor]).range(area).nice()
+      : scaleLinear().domain([0, greatest / unit.divisor]).range(area).nice(4);
     this.scales = { x, y: (value) => y(value / unit.divisor) };
     const drawing = this.plot.begin(this.label(inside));
     this.plot.leftAxis(y, unit.name);

@@ -63,7 +63,6 @@ public Q_SLOTS:
     void on_buttonShare_clicked() { Q_EMIT shareAsked({shownId}); }
 
 Q_SIGNALS:
-    void backClicked();
     void shareAsked(const QList<qulonglong> &ids);
 
 protected:

@@ -30,7 +30,9 @@ constexpr double besideFan = 0.35; // opacity of the other markers
 
 GeoMap::GeoMap(MapProvider &tiles)
     : ground(tiles)
+    , glide(new MapGlide(this))
 {
+    connect(glide, &MapGlide::moved, this, &GeoMap::pan);
     setFlag(ItemUsesExtendedStyleOption);
     setFlag(ItemClipsToShape);
     setFlag(ItemIsFocusable);
@@ -62,6 +64,15 @@ void GeoMap::setZoomLevel(int level)
     forgetGroups();
     viewChanged();
     Q_EMIT zoomLevelChanged(bounded);
+}
+
+void GeoMap::zoomAt(QPointF point, int levels)
+{
+    const QPointF fromMiddle = point - view.rect().center();
+    const double before = view.worldSize();
+    setZoomLevel(view.zoom + levels);
+    const QPointF way = fromMiddle * (view.worldSize() / before - 1);
+    pan(qRound(way.x()), qRound(way.y()));
 }
 
 void GeoMap::pan(int dx, int dy)
@@ -318,6 +329,7 @@ void GeoMap::mousePressEvent(QGraphicsSceneMouseEvent *event)
 {
     panActive = true;
     markerPressed = false;
+    glide->stop();
     pressedAt = event->screenPos();
     const auto under = mapObjectsAt(event->pos());
     if (!under.empty()) {
@@ -334,6 +346,16 @@ void GeoMap::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
     }
     const QPointF moved = event->lastPos() - event->pos();
     pan(static_cast<int>(moved.x()), static_cast<int>(moved.y()));
+    glide->dragged(moved);
+}
+
+// The first tap was one of its own; on the bare map it did nothing.
+void GeoMap::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
+{
+    mousePressEvent(event);
+    if (!markerPressed) {
+        zoomAt(event->pos(), 1);
+    }
 }
 
 void GeoMap::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
@@ -345,7 +367,7 @@ void GeoMap::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     const bool tapped = way < QGuiApplication::styleHints()->startDragDistance();
     const bool onObject = std::exchange(markerPressed, false);
     if (!tapped) {
-        return;
+        return glide->release();
     }
     if (!onObject) {
         return closeFan();
@@ -376,7 +398,9 @@ void GeoMap::wheelEvent(QGraphicsSceneWheelEvent *event)
 {
     constexpr int notch = 120;
     wheelAngle += event->delta();
-    setZoomLevel(view.zoom + wheelAngle / notch);
+    if (const int levels = wheelAngle / notch) {
+        zoomAt(event->pos(), levels);
+    }
     wheelAngle %= notch;
     event->accept();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/map/mapglide.h"
 #include "ui/map/mapground.h"
 #include "ui/map/maptextobject.h"
 #include "ui/map/markercluster.h"
@@ -15,9 +16,9 @@ namespace velometer {
 class MapProvider;
 
 /// The map itself: draws the provider's tiles over the built-in outline, the objects on it and the
-/// credit for the tiles, where there are any. A finger pans it, a wheel zooms. While it has the
-/// focus, plus, minus and the arrow keys do the same, and the keys of stepRequested() work. Zooming
-/// keeps the centre.
+/// credit for the tiles, where there are any. A finger pans it and a flick lets it coast, a wheel
+/// or two quick taps zoom to where they are. While it has the focus, plus, minus and the arrow keys
+/// do the same, and the keys of stepRequested() work. Zooming keeps the centre.
 ///
 /// From bottom to top lie discs, markers and labels; what is added later lies lower among markers,
 /// so that the newest test is on top. Markers that cover each other are drawn as one cluster: a tap
@@ -38,6 +39,8 @@ public:
     int zoomLevel() const { return view.zoom; }
     /// Held within Mercator::minimumZoom and maximumZoom.
     void setZoomLevel(int level);
+    /// Zooms by @p levels and keeps what lies under @p point (px of this item) where it is.
+    void zoomAt(QPointF point, int levels);
     /// Moves the view over the ground, px: positive to the east and south.
     void pan(int dx, int dy);
 
@@ -68,6 +71,7 @@ Q_SIGNALS:
 
 protected:
     void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
     void wheelEvent(QGraphicsSceneWheelEvent *event) override;
@@ -101,6 +105,7 @@ private:
 
     MapGround ground;
     MapView view;
+    MapGlide *glide;
     bool shown = false;
     bool panActive = false;
     bool markerPressed = false;

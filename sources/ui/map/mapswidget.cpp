@@ -123,6 +123,7 @@ void MapsWidget::open(Marker *marker)
     popupmark->setText(marker->getPopupText());
     popupmark->setCoordinate(marker->coordinate());
     popupmark->setOffset(labelOffset);
+    popupmark->setBeside(Marker::rectAt({}));
     d->map->addMapObject(popupmark.get());
 
     circlemark = std::make_unique<MapCircleObject>();

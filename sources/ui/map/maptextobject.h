@@ -7,9 +7,9 @@
 
 namespace velometer {
 
-/// A label of one or more lines in a white box beside its coordinate. It is moved rather than cut
-/// off: as long as the coordinate is in view, no part of the label leaves the view or slips under
-/// the controls on it.
+/// A label of one or more lines in a white box: next to what it belongs to where there is room,
+/// else at its offset from the coordinate. It is moved rather than cut off: as long as the
+/// coordinate is in view, no part of the label leaves the view or slips under the controls on it.
 class MapTextObject : public MapObject
 {
 public:
@@ -22,6 +22,9 @@ public:
     void setOffset(QPoint distance) { offset = distance; }
     QPoint getOffset() const { return offset; }
 
+    /// What the label belongs to and must not cover, px from the coordinate.
+    void setBeside(const QRectF &mark) { beside = mark; }
+
     QRectF boundingRect(const MapView &view) const override;
     void paint(QPainter &painter, const MapView &view) const override;
     void enter(MapLayers &layers) override { layers.labels.push_back(this); }
@@ -29,8 +32,13 @@ public:
     void tap(MapTaps &taps) override { taps.tapped(*this); }
 
 private:
+    /// Empty where there is no room.
+    static QRectF next(const QRectF &mark, const QSizeF &size, const QRectF &free,
+                       const QRectF &controls);
+
     QString text;
     QPoint offset;
+    QRectF beside;
     QFont font;
 };
 

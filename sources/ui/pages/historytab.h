@@ -35,7 +35,6 @@ public Q_SLOTS:
     void on_buttonBack_clicked() { Q_EMIT backClicked(); }
 
 Q_SIGNALS:
-    void backClicked();
     /// A chip was pressed: the user is to choose.
     void choiceAsked(const Choice &choice);
 

@@ -20,6 +20,9 @@ public:
     explicit NumberOfMeasurementsPopup(QWidget *parent);
     ~NumberOfMeasurementsPopup() override;
 
+    /// What a test moves, for what a series is said to cost; 0: not known.
+    void setBytesPerTest(qint64 bytes);
+
 Q_SIGNALS:
     /// @p interval in s, from start to start.
     void numberSelected(int count, int interval);
@@ -34,9 +37,13 @@ private Q_SLOTS:
     void on_buttonCancel_clicked();
 
 private:
+    int chosenCount() const;
+    void showChosen();
+
     std::unique_ptr<Ui::NumberOfMeasurementsPopup> ui;
     int testevery = 10; ///< min
     int during = 1;     ///< h
+    qint64 bytesPerTest = 0;
 };
 
 } // namespace velometer

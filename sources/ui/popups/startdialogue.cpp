@@ -1,5 +1,9 @@
 #include "ui/popups/startdialogue.h"
 
+#include "data/databudget.h"
+#include "db/databasemanager.h"
+#include "db/dbtestresults.h"
+#include "measurement/testcontroller.h"
 #include "ui/popups/messagepopup.h"
 #include "ui/popups/numberofmeasurementspopup.h"
 #include "ui/popups/popuplayer.h"
@@ -24,6 +28,24 @@ QString codeOf(UserLocation location)
     case LOCATION_OTHER: return u"Other"_s;
     }
     Q_UNREACHABLE();
+}
+
+} // namespace
+
+namespace {
+
+/// What a test moves that is as fast as the one before; 0 when there is none.
+qint64 expectedBytes()
+{
+    constexpr double bitsPerByte = 8;
+    const auto last = gDB->getNewestResults();
+    if (!last) {
+        return 0;
+    }
+    const double bits = (std::max(0.0, last->downloadSpeed) + std::max(0.0, last->uploadSpeed)) *
+                        TestController::standardDuration;
+    const qint64 bytes = qRound64(bits / bitsPerByte);
+    return std::min(bytes, DataBudget::remembered().bytes().value_or(bytes));
 }
 
 } // namespace
@@ -104,12 +126,18 @@ void StartDialogue::advance(Step next)
         return;
     case Step::Number:
         if (goal == Goal::Series) {
-            layer.show(numberPopup);
+            showNumber();
         } else {
             finish({location});
         }
         return;
     }
+}
+
+void StartDialogue::showNumber()
+{
+    numberPopup->setBytesPerTest(expectedBytes());
+    layer.show(numberPopup);
 }
 
 bool StartDialogue::ask(const std::optional<TestConsent::Dialogue> &question)
@@ -133,7 +161,7 @@ void StartDialogue::askNumber()
 {
     goal = Goal::Series;
     step = Step::Number;
-    layer.show(numberPopup);
+    showNumber();
 }
 
 void StartDialogue::setLocation(const QString &code)

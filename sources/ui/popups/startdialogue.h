@@ -61,6 +61,7 @@ private:
     enum class Step { Idle, Costs, Location, Roaming, Number, Done };
 
     void advance(Step next);
+    void showNumber();
     bool ask(const std::optional<TestConsent::Dialogue> &question);
     void finish(const TestSeries::Plan &plan);
 

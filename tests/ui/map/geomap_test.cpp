@@ -7,12 +7,15 @@
 #include "ui/map/mapswidget.h"
 #include "ui/map/maptextobject.h"
 
+#include "support/fakeclock.h"
 #include "support/registeredtest.h"
 
 #include <QGraphicsView>
 #include <QRandomGenerator>
 
 #include <set>
+
+using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -95,13 +98,41 @@ private Q_SLOTS:
         tap(above(other->coordinate()));
         QCOMPARE(widget->openLabel()->coordinate(), other->coordinate());
         QCOMPARE(widget->openCircle()->coordinate(), other->coordinate());
-        tap(map->toScreen(other->coordinate()).toPoint() + QPoint(-140, 20));
+        // It lies beside its marker, not over it.
+        QCOMPARE(map->mapObjectsAt(above(other->coordinate())).front(), other);
+        tap(map->toScreen(other->coordinate()).toPoint() + QPoint(0, 25));
         QVERIFY(nothingIsOpen());
 
         tap(onMarker);
         QVERIFY(widget->openLabel());
         widget->showResultsOnMap({markerAt(47, 9)});
         QVERIFY(nothingIsOpen());
+    }
+
+    void aFlickCoastsARestedFingerDoesNotAndTwoTapsZoomWhereTheyAre()
+    {
+        FakeClock clock;
+        map->setCenter({47, 8});
+        map->setZoomLevel(12);
+        for (const int restMs : {0, 200}) {
+            QTest::mousePress(view->viewport(), Qt::LeftButton, {}, middle);
+            for (int moved = 20; moved <= 100; moved += 20) {
+                clock.advance(16ms);
+                QTest::mouseMove(view->viewport(), middle + QPoint(moved, 0));
+            }
+            clock.advance(std::chrono::milliseconds(restMs));
+            const double west = map->center().longitude();
+            QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, middle + QPoint(100, 0));
+            for (int tick = 0; tick < 100; ++tick) {
+                clock.advance(16ms);
+            }
+            QCOMPARE(map->center().longitude() < west, restMs == 0);
+        }
+        const QPoint place(100, 200);
+        const QGeoCoordinate there = placeAt(place);
+        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, place);
+        QCOMPARE(map->zoomLevel(), 13);
+        QVERIFY((map->toScreen(there) - place).manhattanLength() < 4);
     }
 
     void theLabelStaysInViewAsLongAsItsPlaceDoes()
@@ -308,6 +339,12 @@ private:
     QPoint above(const QGeoCoordinate &place) const
     {
         return map->toScreen(place).toPoint() - QPoint(0, 30);
+    }
+    QGeoCoordinate placeAt(QPoint point) const
+    {
+        const QPointF centre = Mercator::toWorld(map->center());
+        return Mercator::fromWorld(centre +
+                                   QPointF(point - middle) / Mercator::worldSize(map->zoomLevel()));
     }
     bool nothingIsOpen() const { return !widget->openLabel() && !widget->openCircle(); }
 

@@ -18,11 +18,15 @@ private Q_SLOTS:
     void aSeriesIsAsLongAndDenseAsChosen()
     {
         // As it opens, the longest and densest, and one test, which is no series.
-        for (const auto &[hours, minutes, log, schedule] :
-             {std::tuple{-1, -1, u"multiple measurements clicked 20 180"_s, u"1,20,60"_s},
-              {24, 1, u"multiple measurements clicked 1440 60"_s, u"1,1440,1440"_s},
-              {1, 60, u"multiple measurements clicked 1 3600"_s, QString()}}) {
+        for (const auto &[hours, minutes, log, schedule, said] :
+             {std::tuple{-1, -1, u"multiple measurements clicked 20 180"_s, u"1,20,60"_s,
+                         u"20 tests in 1 h, about 930 MB at your last rate"_s},
+              {24, 1, u"multiple measurements clicked 1440 60"_s, u"1,1440,1440"_s,
+               u"1440 tests in 24 h, about 67 GB at your last rate"_s},
+              {1, 60, u"multiple measurements clicked 1 3600"_s, QString(),
+               u"1 tests in 1 h, about 47 MB at your last rate"_s}}) {
             open();
+            store->add({});
             window->setAdvancedMode(true);
             window->showNumberOfMeasurementsPopup();
             for (const auto &[name, value] :
@@ -32,6 +36,7 @@ private Q_SLOTS:
                     box->setCurrentIndex(box->findData(value));
                 }
             }
+            QCOMPARE(label(u"labelChosen"_s), said);
             click(u"buttonMultiple"_s);
             QVERIFY(Utils::getLogEntries().contains(log));
             QCOMPARE(window->getScheduleInfo(), schedule);
