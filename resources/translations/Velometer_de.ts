@@ -541,6 +541,24 @@ hat, sieht die Tests.</translation>
     </message>
 </context>
 <context>
+    <name>velometer::ChipBar</name>
+    <message>
+        <source>filtered by this</source>
+        <translation>danach gefiltert</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::ChoicePopup</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>current</source>
+        <translation>gewählt</translation>
+    </message>
+</context>
+<context>
     <name>velometer::DetailsWindow</name>
     <message>
         <source>Please Wait ...</source>
@@ -746,6 +764,42 @@ hat, sieht die Tests.</translation>
         <source>Open on the service</source>
         <translation>Auf der Webseite öffnen</translation>
     </message>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <source>Back to the results</source>
+        <translation>Zurück zu den Resultaten</translation>
+    </message>
+    <message>
+        <source>Test above in the list</source>
+        <translation>Test darüber in der Liste</translation>
+    </message>
+    <message>
+        <source>Test below in the list</source>
+        <translation>Test darunter in der Liste</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Teilen</translation>
+    </message>
+    <message>
+        <source>Details of the test</source>
+        <translation>Details des Tests</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Test %1</source>
+        <translation>Test %1</translation>
+    </message>
+    <message>
+        <source>This program has nothing in its log of the time of this test: it was started later.</source>
+        <translation>Aus der Zeit dieses Tests hat das Protokoll dieses Programms nichts: Es wurde später gestartet.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::DeviceContext</name>
@@ -947,6 +1001,124 @@ hat, sieht die Tests.</translation>
     </message>
 </context>
 <context>
+    <name>velometer::FigureCards</name>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>RTT</source>
+        <translation>RTT</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::FilterChoices</name>
+    <message>
+        <source>All connections</source>
+        <translation>Alle Verbindungen</translation>
+    </message>
+    <message>
+        <source>Mobile</source>
+        <translation>Mobil</translation>
+    </message>
+    <message>
+        <source>2G (GSM)</source>
+        <translation>2G (GSM)</translation>
+    </message>
+    <message>
+        <source>3G (UMTS)</source>
+        <translation>3G (UMTS)</translation>
+    </message>
+    <message>
+        <source>4G (LTE)</source>
+        <translation>4G (LTE)</translation>
+    </message>
+    <message>
+        <source>5G</source>
+        <translation>5G</translation>
+    </message>
+    <message>
+        <source>WLAN</source>
+        <translation>WLAN</translation>
+    </message>
+    <message>
+        <source>Other and mixed</source>
+        <translation>Andere und gemischte</translation>
+    </message>
+    <message>
+        <source>Connection</source>
+        <translation>Verbindung</translation>
+    </message>
+    <message>
+        <source>Period</source>
+        <translation>Zeitraum</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>Ort</translation>
+    </message>
+    <message>
+        <source>All places</source>
+        <translation>Alle Orte</translation>
+    </message>
+    <message>
+        <source>Test Server</source>
+        <translation>Testserver</translation>
+    </message>
+    <message>
+        <source>All servers</source>
+        <translation>Alle Server</translation>
+    </message>
+    <message>
+        <source>Sort</source>
+        <translation>Sortieren</translation>
+    </message>
+    <message>
+        <source>24 hours</source>
+        <translation>24 Stunden</translation>
+    </message>
+    <message>
+        <source>7 days</source>
+        <translation>7 Tage</translation>
+    </message>
+    <message>
+        <source>30 days</source>
+        <translation>30 Tage</translation>
+    </message>
+    <message>
+        <source>12 months</source>
+        <translation>12 Monate</translation>
+    </message>
+    <message>
+        <source>Any time</source>
+        <translation>Jederzeit</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>Fastest download</source>
+        <translation>Schnellster Download</translation>
+    </message>
+    <message>
+        <source>Fastest upload</source>
+        <translation>Schnellster Upload</translation>
+    </message>
+    <message>
+        <source>Shortest RTT</source>
+        <translation>Kürzeste RTT</translation>
+    </message>
+    <message>
+        <source>Newest first</source>
+        <translation>Neueste zuerst</translation>
+    </message>
+</context>
+<context>
     <name>velometer::GeoMapTab</name>
     <message>
         <source>No test has a position yet.</source>
@@ -986,6 +1158,60 @@ hat, sieht die Tests.</translation>
     <message>
         <source>Map</source>
         <translation>Karte</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::HistoryTab</name>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Back to the results</source>
+        <translation>Zurück zu den Resultaten</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>k. A.</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>RTT</source>
+        <translation>RTT</translation>
+    </message>
+    <message>
+        <source>No tests yet.</source>
+        <translation>Noch keine Tests.</translation>
+    </message>
+    <message>
+        <source>Start one on the test page.</source>
+        <translation>Starten Sie einen auf der Testseite.</translation>
+    </message>
+    <message>
+        <source>No test in this time.</source>
+        <translation>Kein Test in dieser Zeit.</translation>
+    </message>
+    <message>
+        <source>Choose a longer one, or all connections.</source>
+        <translation>Wählen Sie eine längere oder alle Verbindungen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Medians of %n test(s), and what a tenth is below and a tenth above</source>
+        <translation>
+            <numerusform>Median von %n Test, und was ein Zehntel unter- und ein Zehntel überschreitet</numerusform>
+            <numerusform>Mediane von %n Tests, und was ein Zehntel unter- und ein Zehntel überschreitet</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1071,14 +1297,6 @@ orvak verfassen</translation>
     <message>
         <source>Starting new Test Series with Id:</source>
         <translation>Neue Testserie mit der Nummer:</translation>
-    </message>
-    <message>
-        <source>The series has ended after %1 of %2 tests.</source>
-        <translation>Die Serie ist nach %1 von %2 Tests zu Ende.</translation>
-    </message>
-    <message>
-        <source>The test has ended.</source>
-        <translation>Der Test ist zu Ende.</translation>
     </message>
 </context>
 <context>
@@ -1237,6 +1455,191 @@ orvak verfassen</translation>
     </message>
 </context>
 <context>
+    <name>velometer::ResultActions</name>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s) written to:</source>
+        <translation>
+            <numerusform>%n Test geschrieben nach:</numerusform>
+            <numerusform>%n Tests geschrieben nach:</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>ErrorTitle</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>Export %n test(s) as</source>
+        <translation>
+            <numerusform>%n Test exportieren als</numerusform>
+            <numerusform>%n Tests exportieren als</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>CSV, for spreadsheets</source>
+        <translation>CSV, für Tabellen</translation>
+    </message>
+    <message>
+        <source>JSON, one test a line</source>
+        <translation>JSON, ein Test pro Zeile</translation>
+    </message>
+    <message>
+        <source>GeoJSON, for maps</source>
+        <translation>GeoJSON, für Karten</translation>
+    </message>
+    <message>
+        <source>GPX, for navigation devices</source>
+        <translation>GPX, für Navigationsgeräte</translation>
+    </message>
+    <message>
+        <source>%1 of %2 tests</source>
+        <translation>%1 von %2 Tests</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Share %n test(s)</source>
+        <translation>
+            <numerusform>%n Test teilen</numerusform>
+            <numerusform>%n Tests teilen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Copy text</source>
+        <translation>Text kopieren</translation>
+    </message>
+    <message>
+        <source>Save JSON</source>
+        <translation>JSON speichern</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>Bild speichern</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Teilen</translation>
+    </message>
+    <message numerus="yes">
+        <source>The text of %n test(s) is on the clipboard: paste it where you want it.</source>
+        <translation>
+            <numerusform>Der Text von %n Test ist in der Zwischenablage: Fügen Sie ihn ein, wo Sie wollen.</numerusform>
+            <numerusform>Der Text von %n Tests ist in der Zwischenablage: Fügen Sie ihn ein, wo Sie wollen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The picture is in:</source>
+        <translation>Das Bild liegt in:</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>While a test or a series runs nothing can be deleted.</source>
+        <translation>Solange ein Test oder eine Serie läuft, kann nichts gelöscht werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s) on this device will be deleted. What the service has of them stays there.</source>
+        <translation>
+            <numerusform>%n Test auf diesem Gerät wird gelöscht. Was der Dienst davon hat, bleibt dort.</numerusform>
+            <numerusform>%n Tests auf diesem Gerät werden gelöscht. Was der Dienst davon hat, bleibt dort.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n report(s) of them wait to be sent; the service will never get them.</source>
+        <translation>
+            <numerusform>%n Bericht davon wartet noch aufs Senden; der Dienst wird ihn nie bekommen.</numerusform>
+            <numerusform>%n Berichte davon warten noch aufs Senden; der Dienst wird sie nie bekommen.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s) deleted.</source>
+        <translation>
+            <numerusform>%n Test gelöscht.</numerusform>
+            <numerusform>%n Tests gelöscht.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
+        <translation>Nichts wurde gelöscht: Die Resultate in %1 können im Moment nicht geschrieben werden. Versuchen Sie es wieder, wenn kein anderes Programm sie benutzt.</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::ResultCard</name>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>RTT</source>
+        <translation>RTT</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::ResultGroupHeader</name>
+    <message>
+        <source>Unknown day</source>
+        <translation>Tag unbekannt</translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <translation>Heute</translation>
+    </message>
+    <message>
+        <source>Yesterday</source>
+        <translation>Gestern</translation>
+    </message>
+    <message>
+        <source>%1 · Series %2</source>
+        <translation>%1 · Serie %2</translation>
+    </message>
+    <message>
+        <source>Fastest download first</source>
+        <translation>Schnellster Download zuerst</translation>
+    </message>
+    <message>
+        <source>Fastest upload first</source>
+        <translation>Schnellster Upload zuerst</translation>
+    </message>
+    <message>
+        <source>Shortest RTT first</source>
+        <translation>Kürzeste RTT zuerst</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s)</source>
+        <translation>
+            <numerusform>%n Test</numerusform>
+            <numerusform>%n Tests</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>open</source>
+        <translation>offen</translation>
+    </message>
+    <message>
+        <source>closed</source>
+        <translation>geschlossen</translation>
+    </message>
+    <message>
+        <source>Median</source>
+        <translation>Median</translation>
+    </message>
+</context>
+<context>
     <name>velometer::ResultsTab</name>
     <message>
         <source>Please Wait ...</source>
@@ -1257,6 +1660,77 @@ orvak verfassen</translation>
     <message>
         <source>Open on the service</source>
         <translation>Auf der Webseite öffnen</translation>
+    </message>
+    <message>
+        <source>Results</source>
+        <translation>Resultate</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Server, place, date, number</source>
+        <translation>Server, Ort, Datum, Nummer</translation>
+    </message>
+    <message>
+        <source>Clear filter</source>
+        <translation>Filter löschen</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Auswählen</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Teilen</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Start one on the test page.</source>
+        <translation>Starten Sie einen auf der Testseite.</translation>
+    </message>
+    <message>
+        <source>No test is like this.</source>
+        <translation>Kein Test ist so.</translation>
+    </message>
+    <message>
+        <source>Change or clear the filter.</source>
+        <translation>Ändern oder löschen Sie den Filter.</translation>
+    </message>
+    <message>
+        <source>%1 selected</source>
+        <translation>%1 ausgewählt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s)</source>
+        <translation>
+            <numerusform>%n Test</numerusform>
+            <numerusform>%n Tests</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 of %2 tests</source>
+        <translation>%1 von %2 Tests</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
     </message>
 </context>
 <context>
@@ -1347,6 +1821,29 @@ orvak verfassen</translation>
     <message>
         <source>Classic</source>
         <translation>Klassisch</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::ShareText</name>
+    <message>
+        <source>na</source>
+        <translation>k. A.</translation>
+    </message>
+    <message>
+        <source>Test %1, %2</source>
+        <translation>Test %1, %2</translation>
+    </message>
+    <message>
+        <source>Download: %1</source>
+        <translation>Download: %1</translation>
+    </message>
+    <message>
+        <source>Upload: %1</source>
+        <translation>Upload: %1</translation>
+    </message>
+    <message>
+        <source>RTT: %1</source>
+        <translation>RTT: %1</translation>
     </message>
 </context>
 <context>
@@ -1635,6 +2132,14 @@ orvak verfassen</translation>
         <source>ms now</source>
         <translation>ms jetzt</translation>
     </message>
+    <message>
+        <source>The series has ended after %1 of %2 tests.</source>
+        <translation>Die Serie ist nach %1 von %2 Tests zu Ende.</translation>
+    </message>
+    <message>
+        <source>The test has ended.</source>
+        <translation>Der Test ist zu Ende.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestResultWidget</name>
@@ -1645,6 +2150,14 @@ orvak verfassen</translation>
     <message>
         <source>%1, %2 %3, %4, %5, %6, download %7, upload %8, RTT %9</source>
         <translation>%1, %2 %3, %4, %5, %6, Download %7, Upload %8, RTT %9</translation>
+    </message>
+    <message>
+        <source>selected</source>
+        <translation>ausgewählt</translation>
+    </message>
+    <message>
+        <source>not selected</source>
+        <translation>nicht ausgewählt</translation>
     </message>
 </context>
 <context>

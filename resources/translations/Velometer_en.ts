@@ -539,6 +539,24 @@ sees the tests.</translation>
     </message>
 </context>
 <context>
+    <name>velometer::ChipBar</name>
+    <message>
+        <source>filtered by this</source>
+        <translation>filtered by this</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::ChoicePopup</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>current</source>
+        <translation>current</translation>
+    </message>
+</context>
+<context>
     <name>velometer::DetailsWindow</name>
     <message>
         <source>Please Wait ...</source>
@@ -744,6 +762,42 @@ sees the tests.</translation>
         <source>Open on the service</source>
         <translation>Open on the service</translation>
     </message>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <source>Back to the results</source>
+        <translation>Back to the results</translation>
+    </message>
+    <message>
+        <source>Test above in the list</source>
+        <translation>Test above in the list</translation>
+    </message>
+    <message>
+        <source>Test below in the list</source>
+        <translation>Test below in the list</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Share</translation>
+    </message>
+    <message>
+        <source>Details of the test</source>
+        <translation>Details of the test</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Log</translation>
+    </message>
+    <message>
+        <source>Test %1</source>
+        <translation>Test %1</translation>
+    </message>
+    <message>
+        <source>This program has nothing in its log of the time of this test: it was started later.</source>
+        <translation>This program has nothing in its log of the time of this test: it was started later.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::DeviceContext</name>
@@ -945,6 +999,124 @@ sees the tests.</translation>
     </message>
 </context>
 <context>
+    <name>velometer::FigureCards</name>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>RTT</source>
+        <translation>RTT</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::FilterChoices</name>
+    <message>
+        <source>All connections</source>
+        <translation>All connections</translation>
+    </message>
+    <message>
+        <source>Mobile</source>
+        <translation>Mobile</translation>
+    </message>
+    <message>
+        <source>2G (GSM)</source>
+        <translation>2G (GSM)</translation>
+    </message>
+    <message>
+        <source>3G (UMTS)</source>
+        <translation>3G (UMTS)</translation>
+    </message>
+    <message>
+        <source>4G (LTE)</source>
+        <translation>4G (LTE)</translation>
+    </message>
+    <message>
+        <source>5G</source>
+        <translation>5G</translation>
+    </message>
+    <message>
+        <source>WLAN</source>
+        <translation>WLAN</translation>
+    </message>
+    <message>
+        <source>Other and mixed</source>
+        <translation>Other and mixed</translation>
+    </message>
+    <message>
+        <source>Connection</source>
+        <translation>Connection</translation>
+    </message>
+    <message>
+        <source>Period</source>
+        <translation>Period</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>Place</translation>
+    </message>
+    <message>
+        <source>All places</source>
+        <translation>All places</translation>
+    </message>
+    <message>
+        <source>Test Server</source>
+        <translation>Test Server</translation>
+    </message>
+    <message>
+        <source>All servers</source>
+        <translation>All servers</translation>
+    </message>
+    <message>
+        <source>Sort</source>
+        <translation>Sort</translation>
+    </message>
+    <message>
+        <source>24 hours</source>
+        <translation>24 hours</translation>
+    </message>
+    <message>
+        <source>7 days</source>
+        <translation>7 days</translation>
+    </message>
+    <message>
+        <source>30 days</source>
+        <translation>30 days</translation>
+    </message>
+    <message>
+        <source>12 months</source>
+        <translation>12 months</translation>
+    </message>
+    <message>
+        <source>Any time</source>
+        <translation>Any time</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>Fastest download</source>
+        <translation>Fastest download</translation>
+    </message>
+    <message>
+        <source>Fastest upload</source>
+        <translation>Fastest upload</translation>
+    </message>
+    <message>
+        <source>Shortest RTT</source>
+        <translation>Shortest RTT</translation>
+    </message>
+    <message>
+        <source>Newest first</source>
+        <translation>Newest first</translation>
+    </message>
+</context>
+<context>
     <name>velometer::GeoMapTab</name>
     <message>
         <source>No test has a position yet.</source>
@@ -984,6 +1156,60 @@ sees the tests.</translation>
     <message>
         <source>Map</source>
         <translation>Map</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::HistoryTab</name>
+    <message>
+        <source>History</source>
+        <translation>History</translation>
+    </message>
+    <message>
+        <source>Back to the results</source>
+        <translation>Back to the results</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>na</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 to %2</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>RTT</source>
+        <translation>RTT</translation>
+    </message>
+    <message>
+        <source>No tests yet.</source>
+        <translation>No tests yet.</translation>
+    </message>
+    <message>
+        <source>Start one on the test page.</source>
+        <translation>Start one on the test page.</translation>
+    </message>
+    <message>
+        <source>No test in this time.</source>
+        <translation>No test in this time.</translation>
+    </message>
+    <message>
+        <source>Choose a longer one, or all connections.</source>
+        <translation>Choose a longer one, or all connections.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Medians of %n test(s), and what a tenth is below and a tenth above</source>
+        <translation>
+            <numerusform>Medians of %n test, and what a tenth is below and a tenth above</numerusform>
+            <numerusform>Medians of %n tests, and what a tenth is below and a tenth above</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1069,14 +1295,6 @@ to orvak</translation>
     <message>
         <source>Starting new Test Series with Id:</source>
         <translation>Starting new Test Series with Id:</translation>
-    </message>
-    <message>
-        <source>The series has ended after %1 of %2 tests.</source>
-        <translation>The series has ended after %1 of %2 tests.</translation>
-    </message>
-    <message>
-        <source>The test has ended.</source>
-        <translation>The test has ended.</translation>
     </message>
 </context>
 <context>
@@ -1235,6 +1453,191 @@ to orvak</translation>
     </message>
 </context>
 <context>
+    <name>velometer::ResultActions</name>
+    <message>
+        <source>Export</source>
+        <translation>Export</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s) written to:</source>
+        <translation>
+            <numerusform>%n test written to:</numerusform>
+            <numerusform>%n tests written to:</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>ErrorTitle</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 cannot be written: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>Export %n test(s) as</source>
+        <translation>
+            <numerusform>Export %n test as</numerusform>
+            <numerusform>Export %n tests as</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>CSV, for spreadsheets</source>
+        <translation>CSV, for spreadsheets</translation>
+    </message>
+    <message>
+        <source>JSON, one test a line</source>
+        <translation>JSON, one test a line</translation>
+    </message>
+    <message>
+        <source>GeoJSON, for maps</source>
+        <translation>GeoJSON, for maps</translation>
+    </message>
+    <message>
+        <source>GPX, for navigation devices</source>
+        <translation>GPX, for navigation devices</translation>
+    </message>
+    <message>
+        <source>%1 of %2 tests</source>
+        <translation>%1 of %2 tests</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message numerus="yes">
+        <source>Share %n test(s)</source>
+        <translation>
+            <numerusform>Share %n test</numerusform>
+            <numerusform>Share %n tests</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Copy text</source>
+        <translation>Copy text</translation>
+    </message>
+    <message>
+        <source>Save JSON</source>
+        <translation>Save JSON</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>Save picture</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Share</translation>
+    </message>
+    <message numerus="yes">
+        <source>The text of %n test(s) is on the clipboard: paste it where you want it.</source>
+        <translation>
+            <numerusform>The text of %n test is on the clipboard: paste it where you want it.</numerusform>
+            <numerusform>The text of %n tests is on the clipboard: paste it where you want it.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The picture is in:</source>
+        <translation>The picture is in:</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>While a test or a series runs nothing can be deleted.</source>
+        <translation>While a test or a series runs nothing can be deleted.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s) on this device will be deleted. What the service has of them stays there.</source>
+        <translation>
+            <numerusform>%n test on this device will be deleted. What the service has of them stays there.</numerusform>
+            <numerusform>%n tests on this device will be deleted. What the service has of them stays there.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n report(s) of them wait to be sent; the service will never get them.</source>
+        <translation>
+            <numerusform>%n report of them waits to be sent; the service will never get it.</numerusform>
+            <numerusform>%n reports of them wait to be sent; the service will never get them.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s) deleted.</source>
+        <translation>
+            <numerusform>%n test deleted.</numerusform>
+            <numerusform>%n tests deleted.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
+        <translation>Nothing was deleted: the results in %1 cannot be written at the moment. Try again when no other program uses them.</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::ResultCard</name>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>RTT</source>
+        <translation>RTT</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::ResultGroupHeader</name>
+    <message>
+        <source>Unknown day</source>
+        <translation>Unknown day</translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <translation>Today</translation>
+    </message>
+    <message>
+        <source>Yesterday</source>
+        <translation>Yesterday</translation>
+    </message>
+    <message>
+        <source>%1 · Series %2</source>
+        <translation>%1 · Series %2</translation>
+    </message>
+    <message>
+        <source>Fastest download first</source>
+        <translation>Fastest download first</translation>
+    </message>
+    <message>
+        <source>Fastest upload first</source>
+        <translation>Fastest upload first</translation>
+    </message>
+    <message>
+        <source>Shortest RTT first</source>
+        <translation>Shortest RTT first</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s)</source>
+        <translation>
+            <numerusform>%n test</numerusform>
+            <numerusform>%n tests</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>open</source>
+        <translation>open</translation>
+    </message>
+    <message>
+        <source>closed</source>
+        <translation>closed</translation>
+    </message>
+    <message>
+        <source>Median</source>
+        <translation>Median</translation>
+    </message>
+</context>
+<context>
     <name>velometer::ResultsTab</name>
     <message>
         <source>Please Wait ...</source>
@@ -1255,6 +1658,77 @@ to orvak</translation>
     <message>
         <source>Open on the service</source>
         <translation>Open on the service</translation>
+    </message>
+    <message>
+        <source>Results</source>
+        <translation>Results</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Search</translation>
+    </message>
+    <message>
+        <source>Server, place, date, number</source>
+        <translation>Server, place, date, number</translation>
+    </message>
+    <message>
+        <source>Clear filter</source>
+        <translation>Clear filter</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Select</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Done</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Share</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>History</translation>
+    </message>
+    <message>
+        <source>Start one on the test page.</source>
+        <translation>Start one on the test page.</translation>
+    </message>
+    <message>
+        <source>No test is like this.</source>
+        <translation>No test is like this.</translation>
+    </message>
+    <message>
+        <source>Change or clear the filter.</source>
+        <translation>Change or clear the filter.</translation>
+    </message>
+    <message>
+        <source>%1 selected</source>
+        <translation>%1 selected</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s)</source>
+        <translation>
+            <numerusform>%n test</numerusform>
+            <numerusform>%n tests</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 of %2 tests</source>
+        <translation>%1 of %2 tests</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>All</translation>
     </message>
 </context>
 <context>
@@ -1345,6 +1819,29 @@ to orvak</translation>
     <message>
         <source>Classic</source>
         <translation>Classic</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::ShareText</name>
+    <message>
+        <source>na</source>
+        <translation>na</translation>
+    </message>
+    <message>
+        <source>Test %1, %2</source>
+        <translation>Test %1, %2</translation>
+    </message>
+    <message>
+        <source>Download: %1</source>
+        <translation>Download: %1</translation>
+    </message>
+    <message>
+        <source>Upload: %1</source>
+        <translation>Upload: %1</translation>
+    </message>
+    <message>
+        <source>RTT: %1</source>
+        <translation>RTT: %1</translation>
     </message>
 </context>
 <context>
@@ -1633,6 +2130,14 @@ to orvak</translation>
         <source>ms now</source>
         <translation>ms now</translation>
     </message>
+    <message>
+        <source>The series has ended after %1 of %2 tests.</source>
+        <translation>The series has ended after %1 of %2 tests.</translation>
+    </message>
+    <message>
+        <source>The test has ended.</source>
+        <translation>The test has ended.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestResultWidget</name>
@@ -1643,6 +2148,14 @@ to orvak</translation>
     <message>
         <source>%1, %2 %3, %4, %5, %6, download %7, upload %8, RTT %9</source>
         <translation>%1, %2 %3, %4, %5, %6, download %7, upload %8, RTT %9</translation>
+    </message>
+    <message>
+        <source>selected</source>
+        <translation>selected</translation>
+    </message>
+    <message>
+        <source>not selected</source>
+        <translation>not selected</translation>
     </message>
 </context>
 <context>

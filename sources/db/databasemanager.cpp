@@ -314,6 +314,21 @@ std::vector<std::unique_ptr<DBTestResults>> DatabaseManager::getAllResults()
     return tests.rows();
 }
 
+std::vector<HistoryPoint> DatabaseManager::getHistory()
+{
+    return tests.history();
+}
+
+bool DatabaseManager::deleteTests(const QList<qulonglong> &ids)
+{
+    return tests.remove(ids);
+}
+
+int DatabaseManager::countReportsOf(const QList<qulonglong> &ids)
+{
+    return tests.countReports(ids);
+}
+
 QString DatabaseManager::getResultsState()
 {
     QSqlQuery query(db);

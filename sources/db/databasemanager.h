@@ -81,6 +81,14 @@ public:
     int countResults();
     /// Newest series and test first.
     std::vector<std::unique_ptr<DBTestResults>> getAllResults();
+    /// Of all stored tests whose time is known, in its order; short, for charts of many.
+    std::vector<HistoryPoint> getHistory();
+    /// Deletes these tests with everything that belongs to them, their reports that still wait
+    /// included; a row that is not there is no failure. False, and nothing is deleted, when a part
+    /// failed. Not while a test runs: a report on its way would not find its row any more.
+    bool deleteTests(const QList<qulonglong> &ids);
+    /// How many of their reports still wait.
+    int countReportsOf(const QList<qulonglong> &ids);
     /// Null when the test has no details.
     std::unique_ptr<TestDetails> getDetailsById(qulonglong id);
 

@@ -93,6 +93,20 @@ inline constexpr auto UPDATE_DELIVERED =
 inline constexpr auto DELETE_REPORTQUEUEID =
     "DELETE FROM testdetails WHERE key = 'reportQueueId' AND long = %1"_L1;
 
+inline constexpr auto DELETE_TESTREPORT =
+    "DELETE FROM xmlfiles WHERE id IN (SELECT long FROM testdetails WHERE id = ? AND key = "
+    "'reportQueueId')"_L1;
+inline constexpr auto DELETE_TESTDETAILS = "DELETE FROM testdetails WHERE id = ?"_L1;
+inline constexpr auto DELETE_TESTINTERVALS = "DELETE FROM testintervals WHERE id = ?"_L1;
+inline constexpr auto DELETE_TESTRESULTS = "DELETE FROM testresults WHERE id = ?"_L1;
+inline constexpr auto COUNT_TESTREPORT =
+    "SELECT COUNT(*) FROM xmlfiles WHERE id IN (SELECT long FROM testdetails WHERE id = ? AND key "
+    "= 'reportQueueId')"_L1;
+/// In the order of time.
+inline constexpr auto SELECT_HISTORY =
+    "SELECT timestamp, downloadSpeed, uploadSpeed, rtt, connectionType FROM testresults WHERE "
+    "timestamp > 0 ORDER BY timestamp"_L1;
+
 inline constexpr auto SELECT_NUMBEROFRESULTSWITHLOCATIONS =
     "SELECT count(*) FROM testdetails WHERE key = '%1' AND double<>0"_L1;
 inline constexpr auto SELECT_ALL_LOCATIONS =

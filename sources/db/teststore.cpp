@@ -250,7 +250,57 @@ bool TestStore::storeLists(const FinishedTest &test)
     return true;
 }
 
+// One transaction: nothing of a test stays behind, and no report of one that is gone.
+bool TestStore::remove(const QList<qulonglong> &ids)
+{
+    Transaction transaction(db);
+    if (!transaction.isOpen()) {
+        return false;
+    }
+    for (const auto &statement :
+         {DELETE_TESTREPORT, DELETE_TESTDETAILS, DELETE_TESTINTERVALS, DELETE_TESTRESULTS}) {
+        QSqlQuery query(db);
+        query.prepare(statement);
+        for (const qulonglong id : ids) {
+            query.bindValue(0, id);
+            if (!succeeded(query, query.exec())) {
+                return false;
+            }
+        }
+    }
+    return transaction.commit();
+}
+
 // ---- Reading
+
+int TestStore::countReports(const QList<qulonglong> &ids)
+{
+    int count = 0;
+    QSqlQuery query(db);
+    query.prepare(COUNT_TESTREPORT);
+    for (const qulonglong id : ids) {
+        query.bindValue(0, id);
+        if (query.exec() && query.next()) {
+            count += query.value(0).toInt();
+        }
+    }
+    return count;
+}
+
+std::vector<HistoryPoint> TestStore::history()
+{
+    enum Column { Time, Download, Upload, Rtt, Type };
+    std::vector<HistoryPoint> points;
+    QSqlQuery query(db);
+    query.setForwardOnly(true);
+    query.exec(SELECT_HISTORY);
+    while (query.next()) {
+        points.push_back({query.value(Time).toDouble(), query.value(Download).toDouble(),
+                          query.value(Upload).toDouble(), query.value(Rtt).toDouble(),
+                          query.value(Type).toString()});
+    }
+    return points;
+}
 
 std::vector<std::unique_ptr<DBTestResults>> TestStore::rows()
 {

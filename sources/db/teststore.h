@@ -2,6 +2,7 @@
 
 #include "data/result.h"
 #include "db/dbtestresults.h"
+#include "db/historypoint.h"
 #include "figures/finishedtest.h"
 
 #include <QSqlDatabase>
@@ -34,11 +35,16 @@ public:
     /// failed.
     bool takeIn(const FinishedTest &test, XMLData *report);
 
+    /// See DatabaseManager::deleteTests and countReportsOf.
+    bool remove(const QList<qulonglong> &ids);
+    int countReports(const QList<qulonglong> &ids);
+
     std::vector<std::unique_ptr<DBTestResults>> rows();  ///< newest series and test first
     std::unique_ptr<DBTestResults> row(qulonglong id);   ///< null when absent
     std::unique_ptr<DBTestResults> newest();             ///< null when there is none
     std::unique_ptr<TestDetails> details(qulonglong id); ///< null when it has none
     QList<qint64> list(qulonglong id, int number);       ///< empty when it has none
+    std::vector<HistoryPoint> history();                 ///< in the order of time
 
     /// The whole test of @p row. What older programs did not store stays unknown.
     FinishedTest test(const DBTestResults &row);

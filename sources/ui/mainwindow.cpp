@@ -9,6 +9,7 @@
 #include "ui/frame/pagestack.h"
 #include "ui/map/geomaptab.h"
 #include "ui/pages/abouttab.h"
+#include "ui/pages/historytab.h"
 #include "ui/pages/linkstab.h"
 #include "ui/pages/resultstab.h"
 #include "ui/pages/settingstab.h"
@@ -16,6 +17,7 @@
 #include "ui/popups/messagepopup.h"
 #include "ui/popups/popuplayer.h"
 #include "ui/popups/storedialogue.h"
+#include "ui/resultactions.h"
 #include "ui/testdisplay.h"
 #include "ui/theme/focusring.h"
 #include "utils/deployment.h"
@@ -80,15 +82,12 @@ void MainWindow::createPages()
     pages->add(aboutTab = new AboutTab(this));
     pages->add(geomapTab = new GeoMapTab(this));
     pages->add(detailsWindow = new DetailsWindow(this));
+    pages->add(historyTab = new HistoryTab(this));
     display = new TestDisplay(testTab, this);
     connect(display, &TestDisplay::notice, this, &MainWindow::showNotice);
     pages->addBeside(resultsTab, detailsWindow);
     pages->addBeside(resultsTab, geomapTab);
-    for (TabBase *page : pages->pages()) {
-        if (page != testTab) {
-            connect(display, &TestDisplay::running, page, &TabBase::setRunning);
-        }
-    }
+    pages->addBeside(resultsTab, historyTab);
     connectPages();
     setAdvancedMode(settingsTab->isSeriesMode());
 }
@@ -99,12 +98,17 @@ void MainWindow::connectPages()
         connect(page, &TabBase::pageClicked, this, &MainWindow::showPageOf);
         connect(page, &TabBase::makerClicked, this, &MainWindow::showOrvakWebpage);
         connect(page, &TabBase::exitClicked, this, &MainWindow::exitClicked);
+        connect(page, &TabBase::backClicked, this, &MainWindow::showResultsTab);
+        if (page != testTab) {
+            connect(display, &TestDisplay::running, page, &TabBase::setRunning);
+        }
     }
     connect(testTab, &TestTab::startClicked, this, &MainWindow::startTestClicked);
     connect(testTab, &TestTab::stopClicked, this, &MainWindow::stopTestClicked);
     connect(testTab, &TestTab::lastTestClicked, this, &MainWindow::showLastTest);
     connect(testTab, &TestTab::locationLinkClicked, this, &MainWindow::showLocationPopup);
     connect(resultsTab, &ResultsTab::mapClicked, this, &MainWindow::showGeomapTab);
+    connect(resultsTab, &ResultsTab::historyClicked, this, [this] { showPage(historyTab); });
     connect(resultsTab, &ResultsTab::resultSelected, detailsWindow, &DetailsWindow::setTestResults);
     connect(resultsTab, &ResultsTab::resultSelected, this, &MainWindow::showDetailsWindow);
     connect(settingsTab, &SettingsTab::serverChosen, servers,
@@ -123,6 +127,9 @@ void MainWindow::createPopups()
     errorPopup->setObjectName(u"ErrorPopup"_s);
     errorPopup->hide();
     connect(errorPopup, &MessagePopup::accepted, popups, [this] { popups->close(errorPopup); });
+    auto *actions = new ResultActions(*popups, [this] { return isTestRunning(); }, this);
+    actions->serve(*resultsTab, *detailsWindow, *historyTab, *geomapTab);
+    connect(actions, &ResultActions::notice, this, &MainWindow::showNotice);
     storeDialogue = new StoreDialogue(*popups, this);
     connect(storeDialogue, &StoreDialogue::notice, this, &MainWindow::showNotice);
     connect(storeDialogue, &StoreDialogue::emptied, this, &MainWindow::storeEmptied);
@@ -149,12 +156,9 @@ void MainWindow::createTests()
 
 void MainWindow::setOrientation(ScreenOrientation orientation)
 {
-    Qt::ScreenOrientation content = Qt::PrimaryOrientation;
-    if (orientation == ScreenOrientationLockPortrait) {
-        content = Qt::PortraitOrientation;
-    } else if (orientation == ScreenOrientationLockLandscape) {
-        content = Qt::LandscapeOrientation;
-    }
+    const auto content = orientation == ScreenOrientationLockPortrait    ? Qt::PortraitOrientation
+                         : orientation == ScreenOrientationLockLandscape ? Qt::LandscapeOrientation
+                                                                         : Qt::PrimaryOrientation;
     // Embedded in a view, this widget has no window of its own.
     const auto windows = QGuiApplication::topLevelWindows();
     for (QWindow *each : windows) {
@@ -196,8 +200,7 @@ bool MainWindow::showPage(TabBase *page)
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
-    Utils::addLogEntry(
-        u"Resized: %1 x %2"_s.arg(QString::number(width()), QString::number(height())));
+    Utils::addLogEntry(u"Resized: %1 x %2"_s.arg(width()).arg(height()));
     pages->fit();
     popups->place();
 }
@@ -210,7 +213,9 @@ void MainWindow::showPageOf(Page page)
     case Page::Results:
         if (showPage(resultsTab)) {
             resultsTab->updateResults();
-            showSomethingBeside();
+            if (pages->isWide()) {
+                detailsWindow->showNewest();
+            }
         }
         return;
     case Page::Settings:
@@ -226,16 +231,6 @@ void MainWindow::showPageOf(Page page)
             aboutTab->showDefaultPage();
         }
         return;
-    }
-}
-
-// Two panes are no empty one: beside the list stands its newest test until another is chosen.
-void MainWindow::showSomethingBeside()
-{
-    if (pages->isWide() && !detailsWindow->hasTest()) {
-        if (const auto newest = gDB->getNewestResults()) {
-            detailsWindow->setTestResults(newest.get());
-        }
     }
 }
 
@@ -278,10 +273,7 @@ void MainWindow::showOrvakWebpage()
 
 void MainWindow::exitClicked()
 {
-    if (popups->isOpen()) {
-        return;
-    }
-    if (close()) {
+    if (!popups->isOpen() && close()) {
         endSession();
     }
 }
@@ -413,12 +405,8 @@ void MainWindow::tellLastTest()
 
 void MainWindow::tellInBackground()
 {
-    const TestSeries &series = session->getSeries();
     const auto last = gDB->getNewestResults();
-    background->tell(series.isSeries() ? tr("The series has ended after %1 of %2 tests.")
-                                             .arg(series.getNumber())
-                                             .arg(series.getCount())
-                                       : tr("The test has ended."),
+    background->tell(TestDisplay::endText(session->getSeries()),
                      last ? TestDisplay::summary(*last) : QString());
 }
 

@@ -17,6 +17,7 @@ class AboutTab;
 class BackgroundNotice;
 class DetailsWindow;
 class GeoMapTab;
+class HistoryTab;
 class LinksTab;
 class MessagePopup;
 class PageStack;
@@ -165,7 +166,6 @@ private:
     void holdTiles();
     void tellLastTest();
     void tellInBackground();
-    void showSomethingBeside();
     void showNotice(const QString &title, const QString &message);
     void storeEmptied(bool done);
     void seriesResumed(bool done);
@@ -184,6 +184,7 @@ private:
     AboutTab *aboutTab = nullptr;
     GeoMapTab *geomapTab = nullptr;
     DetailsWindow *detailsWindow = nullptr;
+    HistoryTab *historyTab = nullptr;
     MessagePopup *errorPopup = nullptr;
     ServerSelection *servers = nullptr;
     TestConsent *consent = nullptr;

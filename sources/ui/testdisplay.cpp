@@ -80,6 +80,14 @@ QString TestDisplay::summary(const DBTestResults &test)
              test.rtt > 0 ? u"%1 ms"_s.arg(test.rtt) : tr("na"));
 }
 
+QString TestDisplay::endText(const TestSeries &series)
+{
+    return series.isSeries() ? tr("The series has ended after %1 of %2 tests.")
+                                   .arg(series.getNumber())
+                                   .arg(series.getCount())
+                             : tr("The test has ended.");
+}
+
 void TestDisplay::prepare()
 {
     stoprequestedflag = false;

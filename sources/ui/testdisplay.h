@@ -34,6 +34,8 @@ public:
 
     /// "Last test, 16:11" and below "38412 / 14980 kBit/s, 31 ms", of what a list shows of a test.
     static QString summary(const DBTestResults &test);
+    /// That a test or series is over, for who looks elsewhere.
+    static QString endText(const TestSeries &series);
 
     /// Everything is agreed, and a test is about to begin.
     void prepare();

@@ -282,6 +282,45 @@ private Q_SLOTS:
         QCOMPARE(db->countUnsentXMLFiles(), 1);
     }
 
+    void deletesATestWithAllThatBelongsToIt_data()
+    {
+        const Rows<QString, bool> row("obstacle", "deleted");
+        row("none", "SELECT 1", true);
+        // The last of its steps: then none has happened.
+        row("a row that stays",
+            "CREATE TRIGGER t BEFORE DELETE ON testresults BEGIN SELECT RAISE(FAIL, 'no'); END",
+            false);
+    }
+    void deletesATestWithAllThatBelongsToIt()
+    {
+        const auto [obstacle, deleted] = currentRow<QString, bool>();
+        QList<qulonglong> ids;
+        for (const qlonglong test : {3, 4, 5}) {
+            FinishedTest finished;
+            finished.testId = test;
+            finished.download.intervalBytes = {test};
+            XMLData report;
+            report.xml = u"<a%1/>"_s.arg(test);
+            ids.append(db->storeTest(finished, &report));
+        }
+        QVERIFY(db->deleteUnsentXMLFile(*db->getNextUnsentXMLFile(0)->identification));
+        QVERIFY(sql(obstacle));
+        ids.removeAt(1);
+        ids.append(99); // never there
+        QCOMPARE(db->countReportsOf(ids), 1);
+        QCOMPARE(db->deleteTests(ids), deleted);
+        QCOMPARE(db->countReportsOf(ids), deleted ? 0 : 1);
+        const auto count = [](const QString &table) {
+            return value(u"SELECT count(DISTINCT id) FROM "_s + table).toInt();
+        };
+        for (const QString &table : {u"testresults"_s, u"testdetails"_s, u"testintervals"_s}) {
+            QCOMPARE(count(table), deleted ? 1 : 3);
+        }
+        QCOMPARE(count(u"xmlfiles"_s), deleted ? 1 : 2);
+        QCOMPARE(db->getNextUnsentXMLFile(0)->xml, u"<a4/>"_s);
+        sql(u"DROP TRIGGER t"_s);
+    }
+
 private:
     qulonglong store(qlonglong series, qlonglong test)
     {

@@ -1,22 +1,28 @@
 #include "ui/details/detailswindow.h"
 
+#include "app/sharetext.h"
 #include "app/userpage.h"
 #include "data/result.h"
 #include "data/testdetails.h"
 #include "db/databasemanager.h"
 #include "db/dbtestresults.h"
-#include "figures/testfields.h"
 #include "ui/details/detailscategory.h"
+#include "ui/details/detailstable.h"
 #include "ui/details/testdetailwidget.h"
 #include "ui/plot/throughputplot.h"
 #include "ui/scrolling/qskineticscroller.h"
+#include "ui/theme/theme.h"
 #include "utils/deployment.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
 
 #include "ui_detailswindow.h"
 
+#include <QDateTime>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QScrollBar>
+#include <QVBoxLayout>
 
 #include <chrono>
 
@@ -28,120 +34,12 @@ namespace {
 
 /// Lets the page be painted before the rows are built.
 constexpr std::chrono::milliseconds detailsPaintTime{50};
-/// A stored value may be of any length; an e-mail and a page are not.
-constexpr qsizetype shownLength = 500;
-/// About a metre.
-constexpr int degreeDecimals = 5;
 constexpr qsizetype loggedLength = 30;
+constexpr int swipeLength = 80; // px
+constexpr int swipeSlope = 2;   ///< this much more to the side than up or down
+/// What the log holds of a test, before and after the moment that names it.
+constexpr qint64 logAroundMs = 120'000;
 constexpr auto separatorLine = "-------------------------------------------------\n"_L1;
-
-struct Row
-{
-    const char *title;
-    const char *description; ///< null when there is none
-    QLatin1StringView key;   ///< of a stored field
-    bool onlyWithValue = false;
-};
-
-struct Category
-{
-    const char *title;
-    QList<Row> rows;
-};
-
-// The device's own address is the one the server does not see: the keys are named from the other
-// side.
-const QList<Category> &categoryTable()
-{
-    static const QList<Category> table{
-        {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Performance Data"),
-         {{QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Download Average"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "over 5 seconds"), "downloadAverage"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Download Maximum"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "fastest second"), "downloadMaximum"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Upload Average"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "over 5 seconds"), "uploadAverage"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Upload Maximum"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "fastest second"), "uploadMaximum"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "RTT Average"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "over 3 \"TCP Connect Time\""),
-           "rttAverage"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "RTT Minimum"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "min \"TCP Connect Time\""),
-           "rttMinimum"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Downloaded Bytes"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "whole test"), "downloadedBytes"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Uploaded Bytes"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "whole test"), "uploadedBytes"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Total transferred Bytes"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "whole test"), "totalBytes"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Data Budget"), nullptr,
-           "budgetReached"_L1, true}}},
-        {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device Information"),
-         {{QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Connectiontype(s)"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "during test cycle"), "connectionType"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "NetworkCell"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "at the end of the test"),
-           "networkCell"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "GSM Signalstrength"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "at the end of the test"),
-           "gsmSignalStrength"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "External IP"), nullptr, "deviceIP"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device IP"), nullptr, "externalIP"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device Latitude"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "at the end of the test"),
-           "deviceLatitude"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device Longitude"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "at the end of the test"),
-           "deviceLongitude"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device Altitude"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "at the end of the test"),
-           "deviceAltitude"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Distance Traveled"),
-           QT_TRANSLATE_NOOP("velometer::DetailsWindow", "during test, in meters"),
-           "deviceDistance"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Average Velocity"), nullptr,
-           "deviceVelocity"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Vert. Accuracy of GPS/Network"), nullptr,
-           "deviceAccuracyVert"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Hor. Accuracy of GPS/Network"), nullptr,
-           "deviceAccuracyHor"_L1}}},
-        {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Test Server Info"),
-         {{QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server Name"), nullptr,
-           "testServerName"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server Domain"), nullptr,
-           "testServerDomain"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server IP"), nullptr, "testServerIP"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server Port"), nullptr,
-           "testServerPort"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server Country"), nullptr,
-           "testServerCountry"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server State"), nullptr,
-           "testServerState"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Server City"), nullptr,
-           "testServerCity"_L1}}},
-        {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Test Info"),
-         {{QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Date of Test"), nullptr, "testDate"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Time of Test"), nullptr, "testTime"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Test Series ID"), nullptr,
-           "testSeriesId"_L1},
-          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Test ID"), nullptr, "testTestId"_L1}}},
-    };
-    return table;
-}
-
-/// As the details format it, but for degrees, which they would cut to whole ones.
-QString valueText(const TestDetails &details, const QString &key)
-{
-    const TestField *field = TestFields::ofDetail(key);
-    if (!field || field->unit != Unit::Degrees) {
-        return details.getFormatedStringByKey(key).left(shownLength);
-    }
-    if (!details.hasGPSCoordinates()) {
-        return TestDetails::tr("n/a");
-    }
-    return QString::number(details.getDouble(key), 'f', degreeDecimals).left(shownLength);
-}
 
 /// Escapes what would end the body of the address early or be read as an escape itself.
 QString escapedForBody(QString text)
@@ -150,6 +48,29 @@ QString escapedForBody(QString text)
         .replace(u'#', "%23"_L1)
         .replace(u'&', "%26"_L1)
         .replace(u'\n', "<br>"_L1);
+}
+
+/// The lines of the diagnostic log around a moment, without the escapes of its place in a report.
+QString logOf(qint64 timeMs)
+{
+    QStringList lines;
+    const QStringList all = Utils::getLogEntries().split("\r\n"_L1, Qt::SkipEmptyParts);
+    for (QString line : all) {
+        const qint64 time = line.section(u':', 0, 0).toLongLong();
+        if (std::abs(time - timeMs) > logAroundMs) {
+            continue;
+        }
+        for (const auto &[escape, character] : {std::pair{"&quot;"_L1, "\""_L1},
+                                                {"&apos;"_L1, "'"_L1},
+                                                {"&amp;"_L1, "&"_L1},
+                                                {"&gt;"_L1, ">"_L1},
+                                                {"&lt;"_L1, "<"_L1}}) {
+            line.replace(escape, character);
+        }
+        lines.append(QDateTime::fromMSecsSinceEpoch(time).toString(u"hh:mm:ss "_s) +
+                     line.section(u':', 1).trimmed());
+    }
+    return lines.join(u'\n');
 }
 
 } // namespace
@@ -162,10 +83,13 @@ DetailsWindow::DetailsWindow(QWidget *parent)
     fillFrame();
     auto *scroller = new QsKineticScroller(this);
     scroller->enableKineticScrollFor(ui->scrollArea);
+    ui->scrollArea->viewport()->installEventFilter(this); // sees a swipe before the scroller
     showTimer.setSingleShot(true);
     showTimer.setInterval(detailsPaintTime);
     connect(&showTimer, &QTimer::timeout, this, &DetailsWindow::setTestResultsImpl);
+    dress();
     showPleaseWait(false);
+    showHead({});
 }
 
 DetailsWindow::~DetailsWindow()
@@ -181,6 +105,16 @@ void DetailsWindow::retranslate()
     }
 }
 
+void DetailsWindow::dress()
+{
+    const Theme::Colours &colours = Theme::colours();
+    ui->buttonBack->setIcon(Theme::icon(u"back"_s, colours.text));
+    ui->buttonPrevious->setIcon(Theme::icon(u"back"_s, colours.text));
+    ui->buttonNext->setIcon(Theme::icon(u"next"_s, colours.text));
+}
+
+// ---- What is shown
+
 void DetailsWindow::setTestResults(const DBTestResults *results)
 {
     shownId = results->myTestId;
@@ -189,18 +123,47 @@ void DetailsWindow::setTestResults(const DBTestResults *results)
     showTimer.start();
 }
 
+void DetailsWindow::showNewest()
+{
+    const auto newest = shownId == 0 ? gDB->getNewestResults() : nullptr;
+    if (newest) {
+        setTestResults(newest.get());
+    }
+}
+
 void DetailsWindow::setTestResultsImpl()
 {
     clearExistingWidgets();
     showPleaseWait(false);
     Utils::addLogEntry(u"Setup Details Window for TestId: %1"_s.arg(shownId));
     const auto details = readDetails();
+    const auto row = gDB->getResultsById(shownId);
+    showHead(row ? gDB->getTest(*row) : FinishedTest());
+    ui->figures->setVisible(details && row);
+    ui->buttonShare->setEnabled(row != nullptr);
     if (!details) {
         return;
     }
-    categories = setupDetailsCategories(details.get());
+    categories = DetailsTable::categories(*details);
     addRows();
     ui->scrollArea->verticalScrollBar()->setValue(0);
+}
+
+void DetailsWindow::showHead(const FinishedTest &test)
+{
+    shownTime = test.timestamp.value_or(0);
+    ui->labelTest->setText(test.testId ? tr("Test %1").arg(ShareText::name(test)) : QString());
+    ui->labelWhere->setText(
+        test.testId ? u"%1 · %2"_s.arg(ShareText::time(test), ShareText::where(test)) : QString());
+    const auto figure = [](FigureCards::Kind kind, const QString &text) {
+        return FigureCards::Figure{kind, text.section(u' ', 0, 0), text.section(u' ', 1), {}};
+    };
+    ui->figures->setFigures(
+        {figure(FigureCards::Kind::Download, ShareText::rate(test.download.averageRate)),
+         figure(FigureCards::Kind::Upload, ShareText::rate(test.uploadRate())),
+         figure(FigureCards::Kind::Rtt, ShareText::roundTrip(test))});
+    ui->buttonPrevious->setEnabled(neighbour && neighbour(shownId, -1));
+    ui->buttonNext->setEnabled(neighbour && neighbour(shownId, 1));
 }
 
 std::unique_ptr<TestDetails> DetailsWindow::readDetails() const
@@ -214,39 +177,43 @@ std::unique_ptr<TestDetails> DetailsWindow::readDetails() const
 
 void DetailsWindow::addRows()
 {
-    QWidget *contents = ui->scrollAreaWidgetContents;
+    addPlot();
     for (const DetailsCategory *category : std::as_const(categories)) {
-        auto *heading = new TestDetailWidget(contents);
+        auto *card = new QFrame(ui->rows);
+        card->setProperty("role", u"sheet"_s);
+        auto *lines = new QVBoxLayout(card);
+        lines->setContentsMargins(1, 1, 1, 1);
+        lines->setSpacing(0);
+        auto *heading = new TestDetailWidget(card);
         heading->setTitle(category->getTitle());
-        ui->contentsLayout->addWidget(heading);
+        lines->addWidget(heading);
+        const DetailsItem *last = &category->getItems().constLast();
         for (const DetailsItem &item : category->getItems()) {
-            auto *row = new TestDetailWidget(contents);
+            auto *row = new TestDetailWidget(card);
             row->setData(item.title, item.description, item.value);
-            ui->contentsLayout->addWidget(row);
+            row->setLast(&item == last);
+            lines->addWidget(row);
         }
-        if (category == categories.first()) {
-            addPlot();
-        }
+        ui->rowsLayout->addWidget(card);
     }
-    ui->contentsLayout->addStretch();
 }
 
 void DetailsWindow::addPlot()
 {
-    auto plot = std::make_unique<ThroughputPlot>(ui->scrollAreaWidgetContents);
-    plot->setProperty("onPaper", true);
+    auto plot = std::make_unique<ThroughputPlot>(ui->rows);
     plot->setValues(Result::Download, gDB->getIntervals(shownId, Result::Download));
     plot->setValues(Result::Upload, gDB->getIntervals(shownId, Result::Upload));
     if (!plot->isEmpty()) {
-        ui->contentsLayout->addWidget(plot.release());
+        ui->rowsLayout->addWidget(plot.release());
     }
 }
 
 void DetailsWindow::clearExistingWidgets()
 {
     ui->notice->hide();
+    ui->log->hide();
     deleteCategories(categories);
-    while (QLayoutItem *item = ui->contentsLayout->takeAt(0)) {
+    while (QLayoutItem *item = ui->rowsLayout->takeAt(0)) {
         delete item->widget();
         delete item;
     }
@@ -264,21 +231,66 @@ void DetailsWindow::showPleaseWait(bool visible)
     ui->bodyLayout->invalidate();
 }
 
-QList<DetailsCategory *> DetailsWindow::setupDetailsCategories(const TestDetails *details)
+// ---- The log
+
+void DetailsWindow::on_logButton_clicked()
 {
-    QList<DetailsCategory *> list;
-    for (const Category &category : categoryTable()) {
-        list.append(new DetailsCategory(tr(category.title)));
-        for (const Row &row : category.rows) {
-            const QString value = valueText(*details, row.key);
-            if (row.onlyWithValue && value.isEmpty()) {
-                continue;
+    if (ui->log->isVisible()) {
+        return ui->log->hide();
+    }
+    const QString lines = logOf(shownTime);
+    ui->log->setPlainText(lines.isEmpty()
+                              ? tr("This program has nothing in its log of the time of this test: "
+                                   "it was started later.")
+                              : lines);
+    ui->log->show();
+    QTimer::singleShot(0, this, [this] { ui->scrollArea->ensureWidgetVisible(ui->log); });
+}
+
+// ---- The other tests
+
+void DetailsWindow::step(int by)
+{
+    const DBTestResults *next = neighbour ? neighbour(shownId, by) : nullptr;
+    if (next) {
+        setTestResults(next);
+    }
+}
+
+void DetailsWindow::keyPressEvent(QKeyEvent *event)
+{
+    const bool alt = event->modifiers() & Qt::AltModifier;
+    switch (event->key()) {
+    case Qt::Key_Escape:
+    case Qt::Key_Back: Q_EMIT backClicked(); return;
+    case Qt::Key_Left:
+        if (alt) {
+            Q_EMIT backClicked();
+        } else {
+            step(-1);
+        }
+        return;
+    case Qt::Key_Right: return step(1);
+    default: TabBase::keyPressEvent(event);
+    }
+}
+
+bool DetailsWindow::eventFilter(QObject *object, QEvent *event)
+{
+    if (object == ui->scrollArea->viewport()) {
+        const auto *mouse = static_cast<const QMouseEvent *>(event);
+        if (event->type() == QEvent::MouseButtonPress) {
+            swipeStart = mouse->position().toPoint();
+        } else if (event->type() == QEvent::MouseButtonRelease && swipeStart) {
+            const QPoint moved = mouse->position().toPoint() - *swipeStart;
+            swipeStart.reset();
+            if (std::abs(moved.x()) >= swipeLength &&
+                std::abs(moved.x()) > swipeSlope * std::abs(moved.y())) {
+                step(moved.x() < 0 ? 1 : -1);
             }
-            list.last()->addItem(tr(row.title), row.description ? tr(row.description) : QString(),
-                                 value);
         }
     }
-    return list;
+    return TabBase::eventFilter(object, event);
 }
 
 void DetailsWindow::deleteCategories(QList<DetailsCategory *> &list)
@@ -305,7 +317,7 @@ void DetailsWindow::on_pushButton_clicked()
         return;
     }
     Utils::addLogEntry(u"Setup Details Window for TestId: %1"_s.arg(shownId));
-    QList<DetailsCategory *> summary = setupDetailsCategories(details.get());
+    QList<DetailsCategory *> summary = DetailsTable::categories(*details);
 
     const QString userId = Utils::getSettingsCommonValue(u"UserId"_s);
     const Deployment &deployment = Deployment::current();

@@ -1,10 +1,18 @@
 #include "ui/details/testdetailwidget.h"
 
+#include "ui/theme/theme.h"
+
 #include "ui_testdetailwidget.h"
 
 using namespace Qt::StringLiterals;
 
 namespace velometer {
+
+namespace {
+
+constexpr int rowMargin = 6; // px
+
+} // namespace
 
 TestDetailWidget::TestDetailWidget(QWidget *parent)
     : QWidget(parent)
@@ -33,13 +41,19 @@ void TestDetailWidget::setData(const QString &title, const QString &description,
     setAccessibleName(title + ": "_L1 + value);
 }
 
+void TestDetailWidget::setLast(bool last)
+{
+    ui->line->setVisible(!last);
+    ui->verticalLayout->setContentsMargins(0, rowMargin, 0, last ? rowMargin : 0);
+}
+
 void TestDetailWidget::state(bool heading)
 {
     ui->description->setVisible(!heading);
     ui->value->setVisible(!heading);
-    setStyleSheet(heading ? u"velometer--TestDetailWidget { background: #aeaeae; }"
-                            "QLabel#title { font-weight: bold; }"_s
-                          : QString());
+    ui->line->setVisible(!heading || Theme::isGiven());
+    // The style sheet looks at it; a row is made anew for each test, so before it is polished.
+    setProperty("heading", heading);
 }
 
 } // namespace velometer

@@ -24,6 +24,8 @@ public:
     void setTitle(const QString &title);
     /// Makes it a data row.
     void setData(const QString &title, const QString &description, const QString &value);
+    /// Whether nothing follows that a line would divide it from.
+    void setLast(bool last);
 
 private:
     void state(bool heading);

@@ -44,6 +44,8 @@ Q_SIGNALS:
     /// The maker's mark, which stands for his web page.
     void makerClicked();
     void exitClicked();
+    /// Of a page that results lead to: back to them.
+    void backClicked();
 
 protected:
     /// Title and version of the header; once the form is built, and again in another language or

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <QIcon>
-#include <QPoint>
-#include <QWidget>
+#include "ui/pages/listentry.h"
+#include "ui/pages/resultfigures.h"
 
 #include <memory>
-#include <optional>
 
 namespace velometer {
 
@@ -15,9 +13,10 @@ namespace Ui {
 class TestResultWidget;
 }
 
-/// One stored test in the list of the results page: ids, time, place, server, connection and
-/// figures on three lines. A tap on it, or widgetSelected(), selects the test.
-class TestResultWidget : public QWidget
+/// One stored test in the list of the results page: its connection's sign, ids and time, place,
+/// connection and server, and a line of figures. A tap on it, or widgetSelected(), selects the
+/// test. Paints its part of the card that holds the tests of a group.
+class TestResultWidget : public ListEntry
 {
     Q_OBJECT
 
@@ -25,12 +24,27 @@ public:
     explicit TestResultWidget(QWidget *parent);
     ~TestResultWidget() override;
 
-    /// Shows @p results, which are borrowed and outlive their being shown here.
-    void setDBTestResults(DBTestResults *results);
-    DBTestResults *getDBTestResults() const { return dbTestResults; }
+    /// Of the group's card.
+    struct Place
+    {
+        bool first = true;
+        bool last = true;
+        bool dated = true; ///< shows the day: no heading does
 
-    /// The press under way, if any, becomes no tap.
-    static void forgetPress() { pressPosition.reset(); }
+        bool operator==(const Place &) const = default;
+    };
+
+    /// Whether it may be chosen for an action on several, and is.
+    enum class Mark { None, Unselected, Selected };
+
+    /// Shows @p results, which are borrowed and outlive their being shown here.
+    void setDBTestResults(const DBTestResults *results);
+    const DBTestResults *getDBTestResults() const { return dbTestResults; }
+    void setPlace(const Place &place);
+    void setMark(Mark mark);
+    void setColumns(const ResultFigures::Columns &columns);
+    /// The same height for every entry of a list.
+    QSize sizeHint() const override;
 
 public Q_SLOTS:
     /// Before there is a test nothing happens.
@@ -38,26 +52,21 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void selected(const DBTestResults *results);
-    /// The entry has got the keyboard.
-    void focused();
 
 protected:
-    /// Recognises taps; never consumes the event.
-    bool eventFilter(QObject *object, QEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void fill();
-
-    /// Shared by all entries: there is one finger. In the window's coordinates, since the entry
-    /// moves with the finger.
-    static std::optional<QPoint> pressPosition;
+    void showIcons();
+    void showSign();
 
     const std::unique_ptr<Ui::TestResultWidget> ui;
-    const QIcon mobileIcon;
-    const QIcon wlanIcon;
-    DBTestResults *dbTestResults = nullptr;
+    const DBTestResults *dbTestResults = nullptr;
+    Place place;
+    Mark mark = Mark::None;
+    ResultFigures::Columns columns;
 };
 
 } // namespace velometer

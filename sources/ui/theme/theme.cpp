@@ -246,7 +246,9 @@ QString Theme::named(const QString &text)
 
 QString Theme::styleSheet(Look look, double textScale)
 {
-    const QString source = Utils::readFile(look == Look::Given ? u":/velometerres/given.qss"_s
+    // What is the same in every look comes first, so that a look has the last word.
+    const QString source = Utils::readFile(u":/velometerres/pages.qss"_s) +
+                           Utils::readFile(look == Look::Given ? u":/velometerres/given.qss"_s
                                                                : u":/velometerres/modern.qss"_s);
     return filled(source, paletteOf(look), textScale);
 }

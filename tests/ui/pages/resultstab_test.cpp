@@ -1,13 +1,19 @@
 #include "ui/pages/resultstab.h"
 
 #include "ui/details/detailswindow.h"
+#include "ui/pages/resultgroupheader.h"
 #include "ui/pages/resultlist.h"
 #include "ui/pages/testresultwidget.h"
 
 #include "support/application.h"
 #include "support/registeredtest.h"
 
+#include <QClipboard>
+#include <QFile>
+#include <QImage>
+#include <QLineEdit>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QScrollBar>
 
 namespace velometer {
@@ -129,16 +135,20 @@ private Q_SLOTS:
     void showsTheRightRowEverywhereInALongList()
     {
         showResults(10'000);
-        const int height = list->entries().constFirst()->height();
+        int height = list->entries().constFirst()->height();
         QVERIFY(height >= 44);
-        QCOMPARE(list->widget()->height(), 10'000 * height);
+        int heading = ResultGroupHeader::heightOf(true);
+        QVERIFY(heading >= 44);
+        QCOMPARE(list->widget()->height(), heading + 10'000 * height);
         QVERIFY(list->entries().size() < 30);
 
-        const auto check = [this](int position) {
+        const auto check = [&](int position) {
             bar->setValue(position);
-            const int rowHeight = list->entries().constFirst()->height();
-            for (int y = 0; y < list->viewport()->height(); y += rowHeight / 3) {
-                const int row = (position + y) / rowHeight;
+            for (int y = 0; y < list->viewport()->height(); y += height / 3) {
+                if (position + y < heading) {
+                    continue;
+                }
+                const int row = (position + y - heading) / height;
                 QCOMPARE(textOf(entryAt(y), "testid"), u"12 / %1"_s.arg(10'000 - row));
             }
         };
@@ -150,8 +160,9 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         check(bar->value());
         bar->setValue(0);
-        window->setStyleSheet(u"QLabel { font-size: 30px; }"_s);
+        window->setStyleSheet(u"QLabel#testid { font-size: 40px; }"_s);
         QTRY_VERIFY(list->entries().constFirst()->height() > height);
+        height = list->entries().constFirst()->height();
         check(0);
     }
 
@@ -170,7 +181,8 @@ private Q_SLOTS:
         QCOMPARE(textOf(entryAt(1), "testid"), top);
         bar->setValue(0);
         store->add({.id = 52, .test = 52});
-        QTRY_COMPARE(textOf(entryAt(1), "testid"), u"12 / 52"_s);
+        QTRY_COMPARE(textOf(entryAt(ResultGroupHeader::heightOf(true) + 1), "testid"),
+                     u"12 / 52"_s);
     }
 
     void movesWithTheKeyboard()
@@ -178,8 +190,7 @@ private Q_SLOTS:
         showResults(50);
         const auto current = [this] { return textOf(window->focusWidget(), "testid"); };
         const auto press = [this](Qt::Key key) { QTest::keyClick(window->focusWidget(), key); };
-        entryAt(1)->setFocus();
-        press(Qt::Key_Up);
+        entryAt(ResultGroupHeader::heightOf(true) + 1)->setFocus();
         QCOMPARE(current(), u"12 / 50"_s);
         press(Qt::Key_Down);
         QCOMPARE(current(), u"12 / 49"_s);
@@ -193,14 +204,142 @@ private Q_SLOTS:
         const int test = current().section(u' ', -1).toInt();
         press(Qt::Key_Up);
         QCOMPARE(current(), u"12 / %1"_s.arg(test + 1));
-        press(Qt::Key_Home);
+        // The heading: closes its group, and opens it again.
+        press(Qt::Key_Left);
+        QCOMPARE(list->listing().items().size(), 1U);
+        press(Qt::Key_Return);
+        press(Qt::Key_Down);
+        QCOMPARE(current(), u"12 / 50"_s);
         press(Qt::Key_PageDown);
         QVERIFY(current() != u"12 / 50"_s);
         press(Qt::Key_Return);
         QVERIFY(window->getDetailsWindow()->isVisible());
     }
 
+    void filtersByItsChipsAndSaysSo()
+    {
+        store->add({.id = 1, .test = 1, .type = u"WLAN"_s});
+        store->add({.id = 2, .test = 2});
+        store->add({.id = 3, .test = 3, .server = u"other.example"_s});
+        showResults();
+        const auto shownIds = [this] { return list->listing().ids(); };
+        QCOMPARE(label(u"labelCount"_s), u"3 test(s)"_s);
+        choose(u"chipConnection"_s, u"4G (LTE)"_s);
+        QCOMPARE(shownIds(), (QList<qulonglong>{3, 2}));
+        QVERIFY(button(u"chipConnection"_s)->text().startsWith(u"4G"_s));
+        choose(u"chipServer"_s, u"other.example"_s);
+        QCOMPARE(label(u"labelCount"_s), u"1 of 3 tests"_s);
+        click(u"chipSearch"_s);
+        QTest::keyClicks(window->focusWidget(), u"nowhere"_s);
+        QTRY_VERIFY(shown<QLabel>(u"labelNoTests"_s));
+        QVERIFY(label(u"labelNoTests"_s).contains(u"filter"_s));
+        click(u"buttonClear"_s);
+        QCOMPARE(shownIds(), (QList<qulonglong>{3, 2, 1}));
+        QVERIFY(!shown<QLabel>(u"labelNoTests"_s) && !shown<QLineEdit>(u"search"_s));
+        choose(u"chipOrder"_s, u"Shortest RTT"_s);
+        QCOMPARE(list->listing().order(), ResultListing::Order::Rtt);
+    }
+
+    void deletesExactlyTheChosenTests()
+    {
+        showResults(3);
+        store->addDetail(3, u"reportQueueId"_s, qlonglong(1));
+        XMLData report;
+        report.xml = u"<a/>"_s;
+        QVERIFY(gDB->insertOrUpdateXMLFile(&report));
+        click(u"buttonSelect"_s);
+        QVERIFY(!button(u"buttonDelete"_s)->isEnabled());
+        const int y = ResultGroupHeader::heightOf(true) + 10;
+        const int height = list->entries().constFirst()->height();
+        for (const int row : {0, 1, 1, 2}) { // the middle one twice
+            dragUp(entryAt(y + row * height), 0);
+            QTRY_VERIFY(!window->getDetailsWindow()->isVisible());
+        }
+        QTRY_COMPARE(list->selection(), (QList<qulonglong>{3, 1}));
+        click(u"buttonDelete"_s);
+        QVERIFY(label(u"labelMessage"_s).startsWith(u"2 test(s)"_s));
+        QVERIFY(label(u"labelMessage"_s).contains(u"1 report(s) of them"_s));
+        click(u"buttonCancel"_s);
+        QCOMPARE(gDB->countResults(), 3);
+        click(u"buttonDelete"_s);
+        click(u"buttonOk"_s);
+        QTRY_COMPARE(gDB->countResults(), 1);
+        QVERIFY(gDB->getResultsById(2));
+        QCOMPARE(gDB->countUnsentXMLFiles(), 0);
+        QTRY_COMPARE(label(u"labelMessage"_s), u"2 test(s) deleted."_s);
+        click(u"buttonOk"_s);
+        QTRY_COMPARE(list->listing().ids(), QList<qulonglong>{2});
+        QVERIFY(!list->isSelecting());
+    }
+
+    void exportsAndSharesWhereItSays()
+    {
+        qputenv("HOME", QFile::encodeName(store->path()));
+        showResults(2);
+        click(u"buttonSelect"_s);
+        click(u"buttonSelect"_s); // all
+        choose(u"buttonExport"_s, u"CSV, for spreadsheets"_s);
+        QTRY_VERIFY(shown<QLabel>(u"labelMessage"_s) &&
+                    label(u"labelMessage"_s).startsWith(u"2 test(s) written to:<br>"_s));
+        const QString file = label(u"labelMessage"_s).section(u"<br>"_s, 1);
+        QVERIFY2(QFile::exists(file), qPrintable(file));
+        click(u"buttonOk"_s);
+        // A single test also as a picture, from its details.
+        dragUp(entryAt(ResultGroupHeader::heightOf(true) + 10), 0);
+        QTRY_VERIFY(window->getDetailsWindow()->isVisible() && button(u"buttonShare"_s));
+        choose(u"buttonShare"_s, u"Save picture"_s);
+        const QString picture = label(u"labelMessage"_s).section(u"<br>"_s, 1);
+        QCOMPARE(QImage(picture).width(), 1080);
+        click(u"buttonOk"_s);
+        choose(u"buttonShare"_s, u"Copy text"_s);
+        QCOMPARE(QGuiApplication::clipboard()->text(),
+                 u"Test 12 / 2, 2023-11-15 03:43\nLocationIndoorShort · Mobile(LTE) · speed.example"
+                 "\nDownload: 38412 kBit/s\nUpload: 14980 kBit/s\nRTT: 31 ms"_s);
+    }
+
+    void leadsThroughTheTestsAndBack()
+    {
+        showResults(3);
+        dragUp(entryAt(ResultGroupHeader::heightOf(true) + 10), 0);
+        QTRY_VERIFY(window->getDetailsWindow()->isVisible());
+        const auto test = [this] { return label(u"labelTest"_s); };
+        QTRY_COMPARE(test(), u"Test 12 / 3"_s);
+        QVERIFY(!button(u"buttonPrevious"_s)->isEnabled());
+        QTest::keyClick(window->getDetailsWindow(), Qt::Key_Right);
+        QTRY_COMPARE(test(), u"Test 12 / 2"_s);
+        click(u"buttonNext"_s);
+        QTRY_COMPARE(test(), u"Test 12 / 1"_s);
+        QVERIFY(!button(u"buttonNext"_s)->isEnabled());
+        // A finger to the right brings back the one before.
+        auto *viewport = shown<QScrollArea>(u"scrollArea"_s)->viewport();
+        mouse(viewport, QEvent::MouseButtonPress, {100, 50});
+        mouse(viewport, QEvent::MouseButtonRelease, {200, 60});
+        QTRY_COMPARE(test(), u"Test 12 / 2"_s);
+        QTest::keyClick(window->getDetailsWindow(), Qt::Key_Escape);
+        QVERIFY(page->isVisible());
+        click(u"buttonHistory"_s);
+        QVERIFY(label(u"labelEmpty"_s).contains(u"longer"_s)); // they are years old
+        click(u"chipPeriod4"_s);
+        QVERIFY(label(u"labelCount"_s).startsWith(u"Medians of 3 test(s)"_s));
+        QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
+        QVERIFY(page->isVisible());
+    }
+
 private:
+    /// Presses the chip or button and one of the rows that come up.
+    void choose(const QString &name, const QString &option) const
+    {
+        click(name);
+        QTRY_VERIFY(find<PopupLayer>()->isSettled());
+        const auto buttons = window->findChildren<QPushButton *>();
+        for (QPushButton *each : buttons) {
+            if (each->isVisible() && each->text() == option) {
+                return QTest::mouseClick(each, Qt::LeftButton);
+            }
+        }
+        QFAIL(qPrintable(option));
+    }
+
     /// With @p added tests more, the last of them on top.
     void showResults(int added = 0)
     {
@@ -209,9 +348,9 @@ private:
             store->add({.id = id, .test = id});
         }
         QSqlDatabase::database().commit();
+        const auto stored = static_cast<size_t>(gDB->countResults());
         window->showResultsTab();
-        QVERIFY(!list->isVisible() && shown<QLabel>(u"labelPleaseWait"_s));
-        QTRY_VERIFY(list->isVisible());
+        QTRY_VERIFY(list->isVisible() && list->listing().total() == stored);
         QCoreApplication::processEvents();
     }
 
