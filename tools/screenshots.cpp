@@ -217,6 +217,9 @@ void takeAll(MainWindow &window, Camera &camera)
     window.getDetailsWindow()->setTestResults(newest.get());
     window.showDetailsWindow();
     camera.take(u"details"_s);
+    window.showResultsTab();
+    camera.press(u"buttonHistory"_s);
+    camera.take(u"history"_s);
     window.showGeomapTab();
     MapsWidget *map = window.findChild<GeoMapTab *>()->map();
     map->markerClicked(map->shownMarkers().front().get());

@@ -38,6 +38,7 @@ public:
     /// Shows the test of @p results, which is not kept. The rows follow a moment later, so that the
     /// page is on the screen first.
     void setTestResults(const DBTestResults *results);
+    bool hasTest() const { return shownId != 0; } ///< one was set
     /// Two panes are no empty one: the newest test of the store, unless one was set before.
     void showNewest();
 

@@ -18,12 +18,12 @@ namespace {
 // As designed, drawn twice as large.
 constexpr int cardDensity = 2;
 constexpr int cardWidth = 540;
-constexpr int cardMargin = 24;
+constexpr int pictureMargin = 24;
 constexpr int figuresTop = 96;
 constexpr int plotTop = 176;
 constexpr int plotHeight = 190;
 constexpr int plainHeight = 190;
-constexpr int curveHeight = plotTop + plotHeight + 2 * cardMargin + 12;
+constexpr int curveHeight = plotTop + plotHeight + 2 * pictureMargin + 12;
 
 /// Holds the context of the texts.
 class CardTexts
@@ -63,16 +63,16 @@ QImage ResultCard::picture(const FinishedTest &test)
     image.fill(colours.ground);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    const int wide = cardWidth - 2 * cardMargin;
+    const int wide = cardWidth - 2 * pictureMargin;
     const auto line = [&](int y, int pixels, bool bold, const QColor &colour, const QString &text) {
         painter.setFont(sized(pixels, bold));
         painter.setPen(colour);
-        painter.drawText(QRect(cardMargin, y, wide, 2 * pixels), Qt::AlignLeft | Qt::AlignTop,
+        painter.drawText(QRect(pictureMargin, y, wide, 2 * pixels), Qt::AlignLeft | Qt::AlignTop,
                          painter.fontMetrics().elidedText(text, Qt::ElideRight, wide));
     };
-    line(cardMargin, 20, true, colours.text,
+    line(pictureMargin, 20, true, colours.text,
          u"%1 · %2"_s.arg(ShareText::name(test), ShareText::time(test)));
-    line(cardMargin + 32, 15, false, colours.quiet, ShareText::where(test));
+    line(pictureMargin + 32, 15, false, colours.quiet, ShareText::where(test));
 
     const struct
     {
@@ -85,7 +85,7 @@ QImage ResultCard::picture(const FinishedTest &test)
         {CardTexts::tr("RTT"), ShareText::roundTrip(test), colours.rtt},
     };
     const int column = wide / 3;
-    int x = cardMargin;
+    int x = pictureMargin;
     for (const auto &each : figures) {
         painter.setFont(sized(13, false));
         painter.setPen(colours.quiet);
@@ -98,11 +98,11 @@ QImage ResultCard::picture(const FinishedTest &test)
     }
     if (!plot.isEmpty()) {
         plot.resize(wide, plotHeight);
-        plot.render(&painter, QPoint(cardMargin, plotTop), QRegion(), QWidget::DrawChildren);
+        plot.render(&painter, QPoint(pictureMargin, plotTop), QRegion(), QWidget::DrawChildren);
     }
     painter.setFont(sized(13, false));
     painter.setPen(colours.quiet);
-    painter.drawText(QRect(cardMargin, height - cardMargin - 12, wide, 24),
+    painter.drawText(QRect(pictureMargin, height - pictureMargin - 12, wide, 24),
                      Qt::AlignRight | Qt::AlignVCenter,
                      u"%1 %2"_s.arg(Utils::getAppTitle(), Utils::getVersion()));
     return image;

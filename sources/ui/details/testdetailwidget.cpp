@@ -10,7 +10,7 @@ namespace velometer {
 
 namespace {
 
-constexpr int rowMargin = 6; // px
+constexpr int detailMargin = 6; // px
 
 } // namespace
 
@@ -44,7 +44,7 @@ void TestDetailWidget::setData(const QString &title, const QString &description,
 void TestDetailWidget::setLast(bool last)
 {
     ui->line->setVisible(!last);
-    ui->verticalLayout->setContentsMargins(0, rowMargin, 0, last ? rowMargin : 0);
+    ui->verticalLayout->setContentsMargins(0, detailMargin, 0, last ? detailMargin : 0);
 }
 
 void TestDetailWidget::state(bool heading)

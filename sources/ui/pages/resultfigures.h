@@ -5,11 +5,9 @@
 
 #include <array>
 
-namespace velometer {
-
 /// How the rows of the results list write figures, and where: in columns that stand below each
 /// other in every row of the list, all in one size.
-namespace ResultFigures {
+namespace velometer::ResultFigures {
 
 // px
 inline constexpr int margin = 12;     ///< of a row at its sides
@@ -45,6 +43,4 @@ QString rate(double bitsPerSecond);
 /// "31 ms"; "na" of what is none.
 QString roundTrip(double ms);
 
-} // namespace ResultFigures
-
-} // namespace velometer
+} // namespace velometer::ResultFigures

@@ -97,7 +97,8 @@ void ResultsTab::resizeEvent(QResizeEvent *event)
         return wanted > room ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
     };
     ui->totalsLayout->setDirection(direction(2 * ui->pageButton->sizeHint().width()));
-    const int buttons = ui->pushButton->sizeHint().width() * 3 / 2 + ui->pagesLayout->spacing();
+    const int buttons = ui->pushButton->sizeHint().width() + ui->pagesLayout->spacing() +
+                        ui->buttonHistory->sizeHint().width();
     ui->pagesLayout->setDirection(direction(buttons));
 }
 

@@ -108,9 +108,10 @@ QList<HistoryPlot::Tick> HistoryPlot::ticks(History::Range range, int most)
         }
         return time < range.to;
     };
-    for (const int hours : {1, 2, 3, 6, 12}) {
+    for (const qint64 hours : {1, 2, 3, 6, 12}) {
         if (length / (hours * hourMs) <= most) {
-            QDateTime moment(start.date(), QTime(start.time().hour() / hours * hours, 0));
+            QDateTime moment(start.date(),
+                             QTime(static_cast<int>(start.time().hour() / hours * hours), 0));
             while (add(moment, u"hh:mm"_s)) {
                 moment = moment.addSecs(hours * 3600);
             }
@@ -118,7 +119,7 @@ QList<HistoryPlot::Tick> HistoryPlot::ticks(History::Range range, int most)
         }
     }
     const QString dayFormat = Translations::language() == "de"_L1 ? u"d. MMM"_s : u"d MMM"_s;
-    for (const int days : {1, 2, 4, 7, 14}) {
+    for (const qint64 days : {1, 2, 4, 7, 14}) {
         if (length / (days * hoursADay * hourMs) <= most) {
             QDateTime moment(start.date(), QTime(0, 0));
             while (add(moment, dayFormat)) {

@@ -97,6 +97,10 @@ void ChoicePopup::setChoice(const Choice &choice)
     }
     const int shown = std::min(count, optionsAtOnce) * optionHeight;
     area->setFixedHeight(count > optionsAtOnce ? shown + optionHeight / 2 : shown);
+    // A hidden frame does not notice that its contents changed, and would keep its old height.
+    area->parentWidget()->layout()->invalidate();
+    area->parentWidget()->updateGeometry();
+    layout()->invalidate();
     describe();
 }
 
