@@ -72,11 +72,13 @@ def seed(file):
             base.execute(f"INSERT INTO reports({','.join(columns)}) VALUES({','.join('?' * len(columns))})",
                          (user, i // 50, i, now, now, "127.0.0.1", random.choice(["a.example", "b.example"]),
                           MODES[kind], random.choice(["Indoor", "Train"]), "Net" + operator, "228", operator, "P", "M",
-                          "K", "V1", down, down // 3, down // 3, rtt, 47 + random.random(), 8 + random.random(),
+                          "K", "V1", down, down // 3, down // 3, rtt, round(47 + random.random(), 6),
+                          round(8 + random.random(), 6),
                           document, 1, 0, kind, "228-" + operator, down, down // 3, rtt, 2 * down, 9.0))
     base.commit()
     base.execute("PRAGMA wal_checkpoint(TRUNCATE)")
     base.close()
+    os.sync()  # what is still being written would be measured
 
 
 def first_bytes(port, path, times=25):

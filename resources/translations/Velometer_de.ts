@@ -1215,6 +1215,17 @@ hat, sieht die Tests.</translation>
     </message>
 </context>
 <context>
+    <name>velometer::LastTest</name>
+    <message>
+        <source>The series has ended after %1 of %2 tests.</source>
+        <translation>Die Serie ist nach %1 von %2 Tests zu Ende.</translation>
+    </message>
+    <message>
+        <source>The test has ended.</source>
+        <translation>Der Test ist zu Ende.</translation>
+    </message>
+</context>
+<context>
     <name>velometer::LinksTab</name>
     <message>
         <source>Webseite mit Details zu 
@@ -1297,6 +1308,10 @@ orvak verfassen</translation>
     <message>
         <source>Starting new Test Series with Id:</source>
         <translation>Neue Testserie mit der Nummer:</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
     </message>
 </context>
 <context>
@@ -1844,6 +1859,49 @@ orvak verfassen</translation>
     <message>
         <source>RTT: %1</source>
         <translation>RTT: %1</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::Shortcuts</name>
+    <message>
+        <source>start a test or series, end a series</source>
+        <translation>Test oder Serie starten, Serie abbrechen</translation>
+    </message>
+    <message>
+        <source>stop the running test</source>
+        <translation>laufenden Test anhalten</translation>
+    </message>
+    <message>
+        <source>test</source>
+        <translation>Test</translation>
+    </message>
+    <message>
+        <source>results</source>
+        <translation>Resultate</translation>
+    </message>
+    <message>
+        <source>settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>about</source>
+        <translation>About</translation>
+    </message>
+    <message>
+        <source>search in the results</source>
+        <translation>in den Resultaten suchen</translation>
+    </message>
+    <message>
+        <source>these keys</source>
+        <translation>diese Tasten</translation>
+    </message>
+    <message>
+        <source>end the program</source>
+        <translation>Programm beenden</translation>
     </message>
 </context>
 <context>

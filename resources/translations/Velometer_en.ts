@@ -1213,6 +1213,17 @@ sees the tests.</translation>
     </message>
 </context>
 <context>
+    <name>velometer::LastTest</name>
+    <message>
+        <source>The series has ended after %1 of %2 tests.</source>
+        <translation>The series has ended after %1 of %2 tests.</translation>
+    </message>
+    <message>
+        <source>The test has ended.</source>
+        <translation>The test has ended.</translation>
+    </message>
+</context>
+<context>
     <name>velometer::LinksTab</name>
     <message>
         <source>Webseite mit Details zu 
@@ -1295,6 +1306,10 @@ to orvak</translation>
     <message>
         <source>Starting new Test Series with Id:</source>
         <translation>Starting new Test Series with Id:</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Keys</translation>
     </message>
 </context>
 <context>
@@ -1842,6 +1857,49 @@ to orvak</translation>
     <message>
         <source>RTT: %1</source>
         <translation>RTT: %1</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::Shortcuts</name>
+    <message>
+        <source>start a test or series, end a series</source>
+        <translation>start a test or series, end a series</translation>
+    </message>
+    <message>
+        <source>stop the running test</source>
+        <translation>stop the running test</translation>
+    </message>
+    <message>
+        <source>test</source>
+        <translation>test</translation>
+    </message>
+    <message>
+        <source>results</source>
+        <translation>results</translation>
+    </message>
+    <message>
+        <source>settings</source>
+        <translation>settings</translation>
+    </message>
+    <message>
+        <source>links</source>
+        <translation>links</translation>
+    </message>
+    <message>
+        <source>about</source>
+        <translation>about</translation>
+    </message>
+    <message>
+        <source>search in the results</source>
+        <translation>search in the results</translation>
+    </message>
+    <message>
+        <source>these keys</source>
+        <translation>these keys</translation>
+    </message>
+    <message>
+        <source>end the program</source>
+        <translation>end the program</translation>
     </message>
 </context>
 <context>

@@ -268,7 +268,7 @@ inline constexpr Phrase stateFull{"▲ all places taken", "▲ alle Plätze bele
 inline constexpr Phrase stateBad{"✕ stores nothing now", "✕ speichert gerade nichts"};
 inline constexpr Phrase stateSilent{"○ does not answer", "○ antwortet nicht"};
 inline constexpr Phrase thisServer{"This server", "Dieser Server"};
-inline constexpr Phrase running{"Streams now", "Datenströme jetzt"};
+inline constexpr Phrase running{"Streams now", "Ströme jetzt"};
 
 // Public figures.
 inline constexpr Phrase statisticsTitle{"Public statistics", "Öffentliche Statistik"};

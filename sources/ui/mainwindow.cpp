@@ -4,9 +4,9 @@
 #include "app/testconsent.h"
 #include "app/testsession.h"
 #include "db/databasemanager.h"
-#include "ui/backgroundnotice.h"
 #include "ui/details/detailswindow.h"
 #include "ui/frame/pagestack.h"
+#include "ui/lasttest.h"
 #include "ui/map/geomaptab.h"
 #include "ui/pages/abouttab.h"
 #include "ui/pages/historytab.h"
@@ -18,6 +18,7 @@
 #include "ui/popups/popuplayer.h"
 #include "ui/popups/storedialogue.h"
 #include "ui/resultactions.h"
+#include "ui/shortcuts.h"
 #include "ui/testdisplay.h"
 #include "ui/theme/focusring.h"
 #include "utils/deployment.h"
@@ -85,10 +86,12 @@ void MainWindow::createPages()
     pages->add(historyTab = new HistoryTab(this));
     display = new TestDisplay(testTab, this);
     connect(display, &TestDisplay::notice, this, &MainWindow::showNotice);
+    pages->addBeside(testTab, historyTab);
     pages->addBeside(resultsTab, detailsWindow);
     pages->addBeside(resultsTab, geomapTab);
     pages->addBeside(resultsTab, historyTab);
     connectPages();
+    new Shortcuts(this);
     setAdvancedMode(settingsTab->isSeriesMode());
 }
 
@@ -98,10 +101,12 @@ void MainWindow::connectPages()
         connect(page, &TabBase::pageClicked, this, &MainWindow::showPageOf);
         connect(page, &TabBase::makerClicked, this, &MainWindow::showOrvakWebpage);
         connect(page, &TabBase::exitClicked, this, &MainWindow::exitClicked);
-        connect(page, &TabBase::backClicked, this, &MainWindow::showResultsTab);
         if (page != testTab) {
             connect(display, &TestDisplay::running, page, &TabBase::setRunning);
         }
+    }
+    for (TabBase *page : std::initializer_list<TabBase *>{detailsWindow, historyTab, geomapTab}) {
+        connect(page, &TabBase::backClicked, this, &MainWindow::showResultsTab);
     }
     connect(testTab, &TestTab::startClicked, this, &MainWindow::startTestClicked);
     connect(testTab, &TestTab::stopClicked, this, &MainWindow::stopTestClicked);
@@ -148,10 +153,7 @@ void MainWindow::createTests()
     display->watch(&session->getController(), &session->getSeries());
     connect(session.get(), &TestSession::resumed, this, &MainWindow::seriesResumed);
     connect(getController(), &TestController::testEnded, this, &MainWindow::holdTiles);
-    connect(getController(), &TestController::testEnded, this, &MainWindow::tellLastTest);
-    tellLastTest();
-    background = new BackgroundNotice(QDBusConnection::sessionBus(), this);
-    connect(&session->getSeries(), &TestSeries::ended, this, &MainWindow::tellInBackground);
+    lastTest = new LastTest(testTab, session.get(), this);
 }
 
 void MainWindow::setOrientation(ScreenOrientation orientation)
@@ -231,6 +233,19 @@ void MainWindow::showPageOf(Page page)
             aboutTab->showDefaultPage();
         }
         return;
+    }
+}
+
+void MainWindow::searchResults()
+{
+    showResultsTab();
+    resultsTab->search();
+}
+
+void MainWindow::showShortcuts()
+{
+    if (!popups->isOpen()) {
+        showNotice(tr("Keys"), Shortcuts::sheet());
     }
 }
 
@@ -397,19 +412,6 @@ TestController *MainWindow::getController() const
     return session ? &session->getController() : nullptr;
 }
 
-void MainWindow::tellLastTest()
-{
-    const auto last = gDB->getNewestResults();
-    testTab->setLastTest(last ? TestDisplay::summary(*last) : QString());
-}
-
-void MainWindow::tellInBackground()
-{
-    const auto last = gDB->getNewestResults();
-    background->tell(TestDisplay::endText(session->getSeries()),
-                     last ? TestDisplay::summary(*last) : QString());
-}
-
 void MainWindow::showLastTest()
 {
     if (const auto last = gDB->getNewestResults()) {
@@ -430,6 +432,7 @@ void MainWindow::clearLocalDatabase()
 void MainWindow::storeEmptied(bool done)
 {
     resultsTab->updateResults();
+    lastTest->refresh();
     if (done) {
         geomapTab->clearMarkers();
     }

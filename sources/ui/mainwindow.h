@@ -14,9 +14,9 @@
 namespace velometer {
 
 class AboutTab;
-class BackgroundNotice;
 class DetailsWindow;
 class GeoMapTab;
+class LastTest;
 class HistoryTab;
 class LinksTab;
 class MessagePopup;
@@ -136,6 +136,8 @@ public Q_SLOTS:
     void showAboutTab() { showPageOf(Page::About); }
     void showGeomapTab();
     void showDetailsWindow();
+    void searchResults();
+    void showShortcuts();
     void showOrvakWebpage();
 
     void clearLocalDatabase();
@@ -164,8 +166,6 @@ private:
     void createTests();
     bool showPage(TabBase *page);
     void holdTiles();
-    void tellLastTest();
-    void tellInBackground();
     void showNotice(const QString &title, const QString &message);
     void storeEmptied(bool done);
     void seriesResumed(bool done);
@@ -191,7 +191,7 @@ private:
     StartDialogue *dialogue = nullptr;
     StoreDialogue *storeDialogue = nullptr;
     TestDisplay *display = nullptr;
-    BackgroundNotice *background = nullptr;
+    LastTest *lastTest = nullptr;
     std::unique_ptr<TestSession> session;
     bool advancedmode = false;
 };

@@ -1,4 +1,5 @@
 #include "main/commandline.h"
+#include "reports/shownfigures.h"
 #include "reports/sqlitereportstore.h"
 #include "runningservice.h"
 #include "support/registeredtest.h"
@@ -15,6 +16,7 @@
 #include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace velometer {
 
@@ -140,6 +142,40 @@ private Q_SLOTS:
             const auto access =
                 answer<Access>([&, id = user](auto done) { store->accessOfUser(id, done); });
             QCOMPARE(access.state, state);
+        }
+    }
+
+    void readsWhileAnotherProgramWrites()
+    {
+        const Store store = open();
+        put(store, report(5, 1, 20));
+        std::promise<ReportStore::Outcome> stored;
+        {
+            const HeldFile busy(file);
+            store->storeReport(report(5, 1, 21),
+                               [&](ReportStore::Outcome outcome) { stored.set_value(outcome); });
+            auto waiting = stored.get_future();
+            QCOMPARE(testsOf(store, 5).size(), 1);
+            QCOMPARE(waiting.wait_for(0s), std::future_status::timeout);
+            QTest::qWait(10);
+        }
+        userOf(store, u"behind it"_s);
+        QCOMPARE(testsOf(store, 5).size(), 2);
+    }
+
+    void showsNothingThatNoNetworkGives()
+    {
+        for (const bool beyond : {false, true}) {
+            Report claimed = report(5, 1, 20);
+            claimed.verified = true;
+            claimed.download.avg = claimed.upload.avg = ShownFigures::maxRate + beyond;
+            claimed.rttAvg = ShownFigures::maxResponse + beyond;
+            claimed.accuracy = ShownFigures::maxAccuracy + beyond;
+            const ShownFigures shown = ShownFigures::of(claimed);
+            QCOMPARE(shown.download.has_value(), !beyond);
+            QCOMPARE(shown.upload.has_value(), !beyond);
+            QCOMPARE(shown.rtt.has_value(), !beyond);
+            QCOMPARE(shown.accuracy.has_value(), !beyond);
         }
     }
 
@@ -273,6 +309,10 @@ private Q_SLOTS:
             put(store, each);
             store->storeStream({.test = each.key(), .ended = 4'102'444'800'000});
         }
+        // More than are filled at once.
+        for (int i = 0; i < 200; ++i) {
+            store->storeReport(report(5, 9, i), [](ReportStore::Outcome) {});
+        }
         const Share share{u"key"_s, {}, true, 1, 4'102'444'800'000};
         QVERIFY(answer<bool>([&](auto done) { store->addShare(5, share, done); }));
         for (const qint64 now : {share.expires - 1, share.expires}) {
@@ -290,23 +330,26 @@ private Q_SLOTS:
         QCOMPARE(put(store, report(6, 1, 11)), ReportStore::Outcome::Deleted);
         QCOMPARE(put(store, report(5, 1, 11)), ReportStore::Outcome::Stored);
         store.reset();
+        QCOMPARE(sql(file, {u"SELECT count(*) FROM reports WHERE type IS NULL"_s}), 0);
         QCOMPARE(
             sql(file, {u"SELECT group_concat(type || operator || ' ' || download_rate || ' ' || "
                        "upload_rate || ' ' || rtt || ' ' || bytes || ' ' || accuracy) "
-                       "FROM reports"_s}),
+                       "FROM reports WHERE seriesid = 1"_s}),
             u"5228-01 8 6 7 47225000 5.0"_s);
-        QCOMPARE(sql(file, {u"SELECT group_concat(userid || ' ' || id) FROM reports"_s}),
-                 u"5 1,5 3"_s);
+        QCOMPARE(
+            sql(file,
+                {u"SELECT group_concat(userid || ' ' || id) FROM reports WHERE seriesid = 1"_s}),
+            u"5 1,5 203"_s);
         QCOMPARE(sql(file, {u"SELECT group_concat(userid) FROM streams"_s}), 5);
         // And one from its beginning: nothing is left but that he was there.
         store = open();
-        QCOMPARE(answer<qint64>([&](auto done) { store->deleteUser(5, done); }), 2);
+        QCOMPARE(answer<qint64>([&](auto done) { store->deleteUser(5, done); }), 202);
         QCOMPARE(put(store, report(5, 1, 12)), ReportStore::Outcome::Deleted);
         QCOMPARE(sql(file, {u"SELECT (SELECT count(*) FROM reports) + (SELECT count(*) FROM "
                             "streams) + (SELECT count(*) FROM shares)"_s}),
                  0);
         QCOMPARE(put(store, report(7, 1, 12)), ReportStore::Outcome::Stored);
-        QCOMPARE(sql(file, {u"SELECT id FROM reports"_s}), 4);
+        QCOMPARE(sql(file, {u"SELECT id FROM reports"_s}), 204);
     }
 
     void publishesFiguresOfVerifiedTestsOfSeveralUsers()

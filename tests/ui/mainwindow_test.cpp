@@ -8,6 +8,7 @@
 #include "ui/details/detailswindow.h"
 #include "ui/frame/tabbase.h"
 #include "ui/map/geomaptab.h"
+#include "ui/pages/historytab.h"
 #include "ui/pages/resultstab.h"
 #include "ui/pages/testtab.h"
 #include "ui/plot/throughputplot.h"
@@ -389,6 +390,44 @@ private Q_SLOTS:
         QVERIFY(!button(u"buttonRunning"_s));
     }
 
+    void keysLeadToEveryPageAndBack()
+    {
+        create(false);
+        store->add({});
+        const auto press = [this](int key, Qt::KeyboardModifiers modifiers) {
+            window->activateWindow();
+            QTest::keyClick(window.get(), Qt::Key(key), modifiers);
+        };
+        for (const auto &[key, name] : {std::pair{Qt::Key_2, u"ResultsTab"_s},
+                                        {Qt::Key_3, u"SettingsTab"_s},
+                                        {Qt::Key_4, u"LinksTab"_s},
+                                        {Qt::Key_5, u"AboutTab"_s},
+                                        {Qt::Key_1, u"TestTab"_s}}) {
+            press(key, Qt::AltModifier);
+            QCOMPARE(page()->objectName(), name);
+        }
+        press(Qt::Key_F1, Qt::NoModifier);
+        QVERIFY(label(u"labelMessage"_s).contains(u"Ctrl+Return"_s));
+        press(Qt::Key_2, Qt::AltModifier); // under the sheet nothing happens
+        QCOMPARE(page()->objectName(), u"TestTab"_s);
+        window->errorPopupOkClicked();
+        press(Qt::Key_F, Qt::ControlModifier);
+        QCOMPARE(page()->objectName(), u"ResultsTab"_s);
+        QVERIFY(shown<QLineEdit>(u"search"_s));
+        for (const auto &[key, modifiers] :
+             {std::pair<int, Qt::KeyboardModifier>{Qt::Key_Escape, Qt::NoModifier},
+              {Qt::Key_Back, Qt::NoModifier},
+              {Qt::Key_Left, Qt::AltModifier}}) {
+            for (const bool map : {false, true}) {
+                map ? window->showGeomapTab() : window->showDetailsWindow();
+                QTest::keyClick(page(), Qt::Key(key), modifiers);
+                QCOMPARE(page()->objectName(), u"ResultsTab"_s);
+            }
+        }
+        press(Qt::Key_Return, Qt::ControlModifier);
+        QCOMPARE(openPopup(), u"LocationPopup"_s);
+    }
+
     void aWideWindowShowsWhatBelongsTogether()
     {
         create(false);
@@ -397,11 +436,14 @@ private Q_SLOTS:
         click(u"buttonResults2"_s);
         const auto *list = shown<ResultsTab>();
         const auto *details = shown<DetailsWindow>();
-        QVERIFY(list && details && details->hasTest());
+        QVERIFY(list && details);
         QVERIFY(list->x() >= 100 && details->x() >= list->x() + list->width());
         QVERIFY(details->x() + details->width() <= 1200);
         window->showGeomapTab();
         QVERIFY(shown<GeoMapTab>() && shown<ResultsTab>() && !shown<DetailsWindow>());
+        window->showTestTab();
+        QVERIFY(shown<TestTab>() && shown<HistoryTab>());
+        window->showGeomapTab();
         window->resize(800, 700);
         QVERIFY(!shown<ResultsTab>());
         QCOMPARE(shown<GeoMapTab>()->width(), 720);

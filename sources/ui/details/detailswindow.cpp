@@ -259,19 +259,11 @@ void DetailsWindow::step(int by)
 
 void DetailsWindow::keyPressEvent(QKeyEvent *event)
 {
-    const bool alt = event->modifiers() & Qt::AltModifier;
-    switch (event->key()) {
-    case Qt::Key_Escape:
-    case Qt::Key_Back: Q_EMIT backClicked(); return;
-    case Qt::Key_Left:
-        if (alt) {
-            Q_EMIT backClicked();
-        } else {
-            step(-1);
-        }
-        return;
-    case Qt::Key_Right: return step(1);
-    default: TabBase::keyPressEvent(event);
+    const bool plain = event->modifiers() == Qt::NoModifier;
+    if (plain && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {
+        step(event->key() == Qt::Key_Left ? -1 : 1);
+    } else {
+        TabBase::keyPressEvent(event);
     }
 }
 

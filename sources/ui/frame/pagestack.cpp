@@ -34,11 +34,11 @@ void PageStack::add(TabBase *page)
     side->raise(); // above what the window has below its pages
 }
 
-void PageStack::addBeside(TabBase *left, TabBase *page)
+void PageStack::addBeside(TabBase *other, TabBase *page)
 {
-    leftOf.insert(page, left);
-    if (!rightOf.contains(left)) {
-        rightOf.insert(left, page);
+    leftsOf[page].append(other);
+    if (!rightOf.contains(other)) {
+        rightOf.insert(other, page);
     }
 }
 
@@ -50,7 +50,11 @@ bool PageStack::isWide() const
 void PageStack::show(TabBase *page)
 {
     shown = page;
-    if (TabBase *left = leftOf.value(page)) {
+    const QList<TabBase *> lefts = leftsOf.value(page);
+    if (!lefts.contains(left)) {
+        left = lefts.value(0, page);
+    }
+    if (left != page) {
         rightOf.insert(left, page);
     }
     fit();
@@ -71,10 +75,10 @@ void PageStack::fit()
     if (!shown) {
         return;
     }
-    TabBase *left = isWide() ? leftOf.value(shown, shown) : shown;
-    TabBase *right = isWide() ? rightOf.value(left) : nullptr;
+    TabBase *first = isWide() ? left : shown;
+    TabBase *right = isWide() ? rightOf.value(first) : nullptr;
     for (TabBase *each : std::as_const(all)) {
-        if (each != left && each != right) {
+        if (each != first && each != right) {
             each->hide();
         }
     }
@@ -82,16 +86,16 @@ void PageStack::fit()
     side->setVisible(isWide());
     if (isWide()) {
         side->setGeometry(0, 0, sideWidth, room.height());
-        side->setCurrentPage(left->findChild<NavigationBar *>()->currentPage());
+        side->setCurrentPage(first->findChild<NavigationBar *>()->currentPage());
         room.setLeft(sideWidth);
     }
     if (right) {
         const int width = std::clamp(room.width() * 2 / 5, narrowestLeft, widestLeft);
-        place(left, {room.left(), 0, width, room.height()});
+        place(first, {room.left(), 0, width, room.height()});
         room.setLeft(room.left() + width);
         place(right, room);
     } else {
-        place(left, room);
+        place(first, room);
     }
     shown->activateWindow();
 }

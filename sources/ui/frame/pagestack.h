@@ -23,9 +23,10 @@ public:
 
     /// Adds a page, hidden.
     void add(TabBase *page);
-    /// Where there is room, @p page stands to the right of @p left; the first of several also when
-    /// @p left is shown and none of them was yet.
-    void addBeside(TabBase *left, TabBase *page);
+    /// Where there is room, @p page stands to the right of @p other; the first of several also when
+    /// @p other is shown and none of them was yet. A page that may stand beside several stays
+    /// beside the one that is shown, else it comes with the first.
+    void addBeside(TabBase *other, TabBase *page);
     const QList<TabBase *> &pages() const { return all; }
     TabBase *active() const { return shown; } ///< null before the first show()
     bool isWide() const;
@@ -45,9 +46,10 @@ private:
 
     QWidget *window;
     QList<TabBase *> all;
-    QHash<TabBase *, TabBase *> leftOf;
+    QHash<TabBase *, QList<TabBase *>> leftsOf;
     QHash<TabBase *, TabBase *> rightOf; ///< the one that stood there last
     TabBase *shown = nullptr;
+    TabBase *left = nullptr; ///< the shown page, or what it stands beside in a wide window
     NavigationBar *side;
 };
 

@@ -5,6 +5,7 @@
 #include "utils/utils.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -41,6 +42,17 @@ void TabBase::changeEvent(QEvent *event)
     }
     retranslate();
     fillFrame();
+}
+
+void TabBase::keyPressEvent(QKeyEvent *event)
+{
+    const int key = event->key();
+    const bool alt = event->modifiers().testFlag(Qt::AltModifier);
+    if (key == Qt::Key_Escape || key == Qt::Key_Back || (alt && key == Qt::Key_Left)) {
+        Q_EMIT backClicked();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void TabBase::setNavigationBeside(bool beside)

@@ -56,6 +56,8 @@ protected:
     /// The language has changed: sets every text of the page anew.
     virtual void retranslate() = 0;
     void changeEvent(QEvent *event) override;
+    /// Escape, Back and Alt+Left lead back.
+    void keyPressEvent(QKeyEvent *event) override;
 };
 
 } // namespace velometer

@@ -107,17 +107,6 @@ void HistoryTab::hideEvent(QHideEvent *event)
     followTimer.stop();
 }
 
-void HistoryTab::keyPressEvent(QKeyEvent *event)
-{
-    const bool alt = event->modifiers() & Qt::AltModifier;
-    if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Back ||
-        (alt && event->key() == Qt::Key_Left)) {
-        Q_EMIT backClicked();
-    } else {
-        TabBase::keyPressEvent(event);
-    }
-}
-
 void HistoryTab::read()
 {
     listed = gDB->getResultsState();

@@ -102,6 +102,12 @@ void ResultsTab::resizeEvent(QResizeEvent *event)
     ui->pagesLayout->setDirection(direction(buttons));
 }
 
+void ResultsTab::search()
+{
+    searchChip->setChecked(true);
+    ui->search->setFocus();
+}
+
 void ResultsTab::keyPressEvent(QKeyEvent *event)
 {
     const bool back = event->key() == Qt::Key_Escape || event->key() == Qt::Key_Back;
@@ -110,8 +116,7 @@ void ResultsTab::keyPressEvent(QKeyEvent *event)
     } else if (back && ui->search->isVisible()) {
         searchChip->setChecked(false);
     } else if (event->matches(QKeySequence::Find)) {
-        searchChip->setChecked(true);
-        ui->search->setFocus();
+        search();
     } else if (event->matches(QKeySequence::SelectAll) && ui->scrollArea->isSelecting()) {
         ui->scrollArea->selectAll();
     } else {

@@ -30,6 +30,8 @@ public:
 
     /// Reads the store as soon as the page is on the screen; says that it takes a moment where it
     /// does.
+    /// Opens the search, ready for typing.
+    void search();
     void updateResults();
 
     /// The test that the list shows @p step lines below that with this row id, or above; null

@@ -1,0 +1,48 @@
+#include "ui/lasttest.h"
+
+#include "app/testsession.h"
+#include "db/databasemanager.h"
+#include "db/dbtestresults.h"
+#include "ui/backgroundnotice.h"
+#include "ui/pages/testtab.h"
+#include "ui/testdisplay.h"
+
+namespace velometer {
+
+namespace {
+
+QString summary()
+{
+    const auto last = gDB->getNewestResults();
+    return last ? TestDisplay::summary(*last) : QString();
+}
+
+} // namespace
+
+LastTest::LastTest(TestTab *page, TestSession *testSession, QObject *parent)
+    : QObject(parent)
+    , testTab(page)
+    , session(testSession)
+    , background(new BackgroundNotice(QDBusConnection::sessionBus(), this))
+{
+    connect(&session->getController(), &TestController::testEnded, this, &LastTest::refresh);
+    connect(&session->getSeries(), &TestSeries::ended, this, &LastTest::ended);
+    refresh();
+}
+
+void LastTest::refresh()
+{
+    testTab->setLastTest(summary());
+}
+
+void LastTest::ended()
+{
+    const TestSeries &series = session->getSeries();
+    background->tell(series.isSeries() ? tr("The series has ended after %1 of %2 tests.")
+                                             .arg(series.getNumber())
+                                             .arg(series.getCount())
+                                       : tr("The test has ended."),
+                     summary());
+}
+
+} // namespace velometer
