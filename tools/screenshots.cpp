@@ -136,8 +136,10 @@ bool fill()
 class Camera
 {
 public:
-    Camera(MainWindow &mainWindow, QString folderForPictures, QString pictureSuffix)
+    Camera(MainWindow &mainWindow, QWidget &topLevel, QString folderForPictures,
+           QString pictureSuffix)
         : window(mainWindow)
+        , top(topLevel)
         , folder(std::move(folderForPictures))
         , suffix(std::move(pictureSuffix))
     {}
@@ -146,7 +148,8 @@ public:
     {
         QTest::qWait(settleMs);
         const QString file = QDir(folder).filePath(name + suffix + ".png"_L1);
-        const QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0);
+        const QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(
+            0, top.x(), top.y(), top.width(), top.height());
         if (picture.isNull() || !picture.save(file)) {
             std::fprintf(stderr, "%s cannot be written\n", qPrintable(file));
             failed = true;
@@ -169,6 +172,7 @@ public:
 
 private:
     MainWindow &window;
+    QWidget &top;
     const QString folder;
     const QString suffix;
 };
@@ -281,7 +285,7 @@ int main(int argc, char *argv[])
         Shell shell(*kind, window);
         shell.show();
         QTest::qWait(settleMs);
-        Camera camera(window, arguments.at(1),
+        Camera camera(window, shell.topLevel(), arguments.at(1),
                       u"-%1-%2-%3"_s.arg(arguments.at(2), arguments.at(3), arguments.at(4)));
         takeAll(window, camera);
         failed = camera.failed;
