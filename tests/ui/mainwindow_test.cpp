@@ -359,9 +359,9 @@ private Q_SLOTS:
         window->setStatus(u"download"_s);
         QCOMPARE(live(), QString());
         // The last second counts, what was passed over as nothing.
-        for (int interval = 0; interval < 12; ++interval) {
-            if (interval != 7) {
-                window->setThroughput(1, interval, interval < 2 ? 999'999 : 125'000);
+        for (int interval = 0; interval < 22; ++interval) {
+            if (interval != 17) {
+                window->setThroughput(1, interval, interval < 12 ? 999'999 : 125'000);
             }
             clock.advance(100ms);
         }
@@ -441,6 +441,10 @@ private Q_SLOTS:
         QVERIFY(details->x() + details->width() <= 1200);
         window->showGeomapTab();
         QVERIFY(shown<GeoMapTab>() && shown<ResultsTab>() && !shown<DetailsWindow>());
+        click(u"buttonResults2"_s);
+        QTRY_VERIFY(button(u"buttonHistory"_s));
+        click(u"buttonHistory"_s); // beside the results, where it was asked for
+        QVERIFY(shown<ResultsTab>() && shown<HistoryTab>());
         window->showTestTab();
         QVERIFY(shown<TestTab>() && shown<HistoryTab>());
         window->showGeomapTab();

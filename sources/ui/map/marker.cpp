@@ -1,5 +1,7 @@
 #include "ui/map/marker.h"
 
+#include "app/connectionkind.h"
+
 #include <QPainter>
 #include <QPixmapCache>
 
@@ -45,20 +47,13 @@ QPixmap scaledIcon(const QString &file)
 
 Marker::MarkerType Marker::typeOf(const QString &connectionType)
 {
-    if (connectionType == "Mobile(GSM)"_L1) {
-        return LocGSM;
-    }
-    if (connectionType == "Mobile(UMTS)"_L1) {
-        return LocUMTS;
-    }
-    if (connectionType == "WLAN"_L1) {
-        return LocWLAN;
-    }
-    if (connectionType == "Mobile(LTE)"_L1) {
-        return LocLTE;
-    }
-    if (connectionType == "Mobile(5G)"_L1) {
-        return LocNR;
+    switch (ConnectionKinds::of(connectionType)) {
+    case ConnectionKind::Gsm: return LocGSM;
+    case ConnectionKind::Umts: return LocUMTS;
+    case ConnectionKind::Wlan: return LocWLAN;
+    case ConnectionKind::Lte: return LocLTE;
+    case ConnectionKind::Nr: return LocNR;
+    case ConnectionKind::Other: break;
     }
     return LocOther;
 }
