@@ -87,9 +87,6 @@ void MainWindow::createPages()
     display = new TestDisplay(testTab, this);
     connect(display, &TestDisplay::notice, this, &MainWindow::showNotice);
     pages->addBeside(testTab, historyTab);
-    pages->addBeside(resultsTab, detailsWindow);
-    pages->addBeside(resultsTab, geomapTab);
-    pages->addBeside(resultsTab, historyTab);
     connectPages();
     new Shortcuts(this);
     setAdvancedMode(settingsTab->isSeriesMode());
@@ -105,7 +102,9 @@ void MainWindow::connectPages()
             connect(display, &TestDisplay::running, page, &TabBase::setRunning);
         }
     }
-    for (TabBase *page : std::initializer_list<TabBase *>{detailsWindow, historyTab, geomapTab}) {
+    // What results lead to stands beside them where there is room, and leads back.
+    for (TabBase *page : std::initializer_list<TabBase *>{detailsWindow, geomapTab, historyTab}) {
+        pages->addBeside(resultsTab, page);
         connect(page, &TabBase::backClicked, this, &MainWindow::showResultsTab);
     }
     connect(testTab, &TestTab::startClicked, this, &MainWindow::startTestClicked);
@@ -131,10 +130,11 @@ void MainWindow::createPopups()
     errorPopup = new MessagePopup(this);
     errorPopup->setObjectName(u"ErrorPopup"_s);
     errorPopup->hide();
-    connect(errorPopup, &MessagePopup::accepted, popups, [this] { popups->close(errorPopup); });
+    connect(errorPopup, &MessagePopup::accepted, this, &MainWindow::errorPopupOkClicked);
     auto *actions = new ResultActions(*popups, [this] { return isTestRunning(); }, this);
     actions->serve(*resultsTab, *detailsWindow, *historyTab, *geomapTab);
     connect(actions, &ResultActions::notice, this, &MainWindow::showNotice);
+    connect(actions, &ResultActions::deleted, this, [this] { lastTest->refresh(); });
     storeDialogue = new StoreDialogue(*popups, this);
     connect(storeDialogue, &StoreDialogue::notice, this, &MainWindow::showNotice);
     connect(storeDialogue, &StoreDialogue::emptied, this, &MainWindow::storeEmptied);
