@@ -255,6 +255,10 @@ hat, sieht die Tests.</translation>
         <source>(c) OpenStreetMap contributors</source>
         <translation>© OpenStreetMap-Mitwirkende</translation>
     </message>
+    <message>
+        <source>Offline: outline only</source>
+        <translation>Offline: nur Umrisse</translation>
+    </message>
 </context>
 <context>
     <name>Options</name>
@@ -323,6 +327,33 @@ hat, sieht die Tests.</translation>
     <message>
         <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
         <translation>--position nimmt nmea:DATEI, nmea:socket://HOST:PORT, gpsd oder gpsd://HOST:PORT, nicht %1.</translation>
+    </message>
+</context>
+<context>
+    <name>RateClasses</name>
+    <message>
+        <source>below 1 Mbit/s</source>
+        <translation>unter 1 Mbit/s</translation>
+    </message>
+    <message>
+        <source>1 to 5</source>
+        <translation>1 bis 5</translation>
+    </message>
+    <message>
+        <source>5 to 20</source>
+        <translation>5 bis 20</translation>
+    </message>
+    <message>
+        <source>20 to 100</source>
+        <translation>20 bis 100</translation>
+    </message>
+    <message>
+        <source>100 and more</source>
+        <translation>100 und mehr</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>k. A.</translation>
     </message>
 </context>
 <context>
@@ -1159,6 +1190,10 @@ hat, sieht die Tests.</translation>
         <source>Map</source>
         <translation>Karte</translation>
     </message>
+    <message>
+        <source>other or mixed</source>
+        <translation>andere oder gemischt</translation>
+    </message>
 </context>
 <context>
     <name>velometer::HistoryTab</name>
@@ -1312,6 +1347,21 @@ orvak verfassen</translation>
     <message>
         <source>Keys</source>
         <translation>Tasten</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::MapLegend</name>
+    <message>
+        <source>What the colours of the markers tell</source>
+        <translation>Was die Farben der Marken sagen</translation>
+    </message>
+    <message>
+        <source>Colour: download</source>
+        <translation>Farbe: Download</translation>
+    </message>
+    <message>
+        <source>Colour: connection</source>
+        <translation>Farbe: Verbindung</translation>
     </message>
 </context>
 <context>

@@ -253,6 +253,10 @@ sees the tests.</translation>
         <source>(c) OpenStreetMap contributors</source>
         <translation>© OpenStreetMap contributors</translation>
     </message>
+    <message>
+        <source>Offline: outline only</source>
+        <translation>Offline: outline only</translation>
+    </message>
 </context>
 <context>
     <name>Options</name>
@@ -321,6 +325,33 @@ sees the tests.</translation>
     <message>
         <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
         <translation>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</translation>
+    </message>
+</context>
+<context>
+    <name>RateClasses</name>
+    <message>
+        <source>below 1 Mbit/s</source>
+        <translation>below 1 Mbit/s</translation>
+    </message>
+    <message>
+        <source>1 to 5</source>
+        <translation>1 to 5</translation>
+    </message>
+    <message>
+        <source>5 to 20</source>
+        <translation>5 to 20</translation>
+    </message>
+    <message>
+        <source>20 to 100</source>
+        <translation>20 to 100</translation>
+    </message>
+    <message>
+        <source>100 and more</source>
+        <translation>100 and more</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>na</translation>
     </message>
 </context>
 <context>
@@ -1157,6 +1188,10 @@ sees the tests.</translation>
         <source>Map</source>
         <translation>Map</translation>
     </message>
+    <message>
+        <source>other or mixed</source>
+        <translation>other or mixed</translation>
+    </message>
 </context>
 <context>
     <name>velometer::HistoryTab</name>
@@ -1310,6 +1345,21 @@ to orvak</translation>
     <message>
         <source>Keys</source>
         <translation>Keys</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::MapLegend</name>
+    <message>
+        <source>What the colours of the markers tell</source>
+        <translation>What the colours of the markers tell</translation>
+    </message>
+    <message>
+        <source>Colour: download</source>
+        <translation>Colour: download</translation>
+    </message>
+    <message>
+        <source>Colour: connection</source>
+        <translation>Colour: connection</translation>
     </message>
 </context>
 <context>

@@ -8,6 +8,7 @@
 
 namespace velometer {
 
+class MapLegend;
 class MapProvider;
 class MapsWidget;
 class Marker;
@@ -19,7 +20,8 @@ class GeoMapTab;
 /// The page that shows where the stored tests were made: a marker a test, newest first. The map is
 /// set up when it is first shown. A test without a position is not on it; when no test has one the
 /// map keeps the markers it has, and says so when it has none. A screen reader is told the label
-/// that is open, else how many markers there are and which keys work.
+/// that is open, else how many markers there are and which keys work. A legend says what the
+/// markers' colours mean: connections or, as the user chooses, rates.
 class GeoMapTab : public TabBase
 {
     Q_OBJECT
@@ -46,12 +48,14 @@ protected:
 private:
     void initializeMap();
     void describe();
+    void colourMarkers();
     static std::unique_ptr<Marker> markerOf(const TestLocation &location);
     static QString popupTextOf(const TestLocation &location);
 
     std::unique_ptr<Ui::GeoMapTab> ui;
     std::unique_ptr<MapProvider> serviceProvider; ///< outlives mapwidget
     MapsWidget *mapwidget = nullptr;
+    MapLegend *legend;
     bool initialised = false;
     bool downloadsPaused = false;
     std::vector<TestLocation> locations; ///< of the markers, in their order
