@@ -1887,6 +1887,10 @@ orvak verfassen</translation>
         <source>Classic</source>
         <translation>Klassisch</translation>
     </message>
+    <message>
+        <source>Not while a test or a series runs.</source>
+        <translation>Nicht während ein Test oder eine Testserie läuft.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ShareText</name>
@@ -2443,6 +2447,10 @@ orvak verfassen</translation>
     <message>
         <source>Stop</source>
         <translation>Stopp</translation>
+    </message>
+    <message>
+        <source>%1 (fixed for this test)</source>
+        <translation>%1 (während des Tests fest)</translation>
     </message>
 </context>
 <context>

@@ -1885,6 +1885,10 @@ to orvak</translation>
         <source>Classic</source>
         <translation>Classic</translation>
     </message>
+    <message>
+        <source>Not while a test or a series runs.</source>
+        <translation>Not while a test or a series runs.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ShareText</name>
@@ -2441,6 +2445,10 @@ to orvak</translation>
     <message>
         <source>Stop</source>
         <translation>Stop</translation>
+    </message>
+    <message>
+        <source>%1 (fixed for this test)</source>
+        <translation>%1 (fixed for this test)</translation>
     </message>
 </context>
 <context>

@@ -91,6 +91,18 @@ void SettingsTab::updateSettings()
     showLook();
 }
 
+void SettingsTab::setRunning(const QString &text)
+{
+    TabBase::setRunning(text);
+    const bool busy = !text.isEmpty();
+    for (const auto &[button, why] : {std::pair{ui->buttonNewSeries, ui->labelNoSeries},
+                                      std::pair{ui->buttonClearDatabase, ui->labelNoClearing}}) {
+        button->setEnabled(!busy);
+        button->setAccessibleDescription(busy ? why->text() : QString());
+        why->setVisible(busy);
+    }
+}
+
 void SettingsTab::selectServer(TestServer *server)
 {
     markServer(server);

@@ -98,8 +98,19 @@ void TestTab::showCards()
 void TestTab::setLocation(const QString &text)
 {
     location = text;
+    if (locationFixed) {
+        ui->labelLocation->setText(tr("%1 (fixed for this test)").arg(text.toHtmlEscaped()));
+        return;
+    }
     ui->labelLocation->setText(u"<a href=\"void()\" style=\"color: %1;\">%2</a>"_s.arg(
         Theme::colours().text.name(), text));
+}
+
+void TestTab::setLocationFixed(bool fixed)
+{
+    locationFixed = fixed;
+    ui->labelLocation->setEnabled(!fixed);
+    setLocation(location);
 }
 
 bool TestTab::eventFilter(QObject *object, QEvent *event)
