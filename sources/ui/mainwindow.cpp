@@ -33,9 +33,18 @@
 #include <QUrl>
 #include <QWindow>
 
+#include <chrono>
+
 using namespace Qt::StringLiterals;
 
 namespace velometer {
+
+namespace {
+
+/// A window that is minimised is not painted, and yet goes on with a series.
+constexpr std::chrono::milliseconds unseenTime{500};
+
+} // namespace
 
 MainWindow::MainWindow(Platform &devicePlatform, QWidget *parent)
     : QMainWindow(parent)
@@ -48,7 +57,9 @@ MainWindow::MainWindow(Platform &devicePlatform, QWidget *parent)
     new FocusRing(this);
     connect(popups, &PopupLayer::closed, pages, &PageStack::focus);
     connect(pages, &PageStack::pageClicked, this, &MainWindow::showPageOf);
-    QTimer::singleShot(0, this, &MainWindow::windowReady);
+    readyTimer.setSingleShot(true);
+    connect(&readyTimer, &QTimer::timeout, this, &MainWindow::windowReady);
+    readyTimer.start(unseenTime);
 }
 
 MainWindow::~MainWindow()
@@ -72,6 +83,14 @@ void MainWindow::windowReady()
     showTestTab();
     storeDialogue->tellSetAside();
     storeOpen ? offerInterrupted() : storeDialogue->tellNotOpened();
+}
+
+void MainWindow::paintEvent(QPaintEvent *event)
+{
+    QMainWindow::paintEvent(event);
+    if (readyTimer.isActive()) {
+        readyTimer.start(0); // once this frame is on the screen
+    }
 }
 
 void MainWindow::createPages()

@@ -8,6 +8,7 @@
 
 #include <QMainWindow>
 #include <QString>
+#include <QTimer>
 
 #include <memory>
 
@@ -39,11 +40,11 @@ class MainWindow;
 /// The application: owns pages, popups, the controller and the classes around it, switches between
 /// the pages, stacks the popups and hands on what the controller reports.
 ///
-/// The window paints a loading screen first and makes everything else from a zero timer, so until
-/// then there is no page and no controller. While one of its popups is open, or, for some actions,
-/// while a test runs, requests of pages are ignored. Closing it during a test puts the partial
-/// report into the queue, keeps what is left of a series for the next start, and returns at once.
-/// Main thread only.
+/// The window paints a loading screen and makes everything else when that stands, or after a moment
+/// where nobody looks; until then there is no page and no controller. While one of its popups is
+/// open, or, for some actions, while a test runs, requests of pages are ignored. Closing it during
+/// a test puts the partial report into the queue, keeps what is left of a series for the next
+/// start, and returns at once. Main thread only.
 class MainWindow : public QMainWindow, public TestObserver
 {
     Q_OBJECT
@@ -153,6 +154,7 @@ Q_SIGNALS:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
@@ -177,6 +179,7 @@ private:
     Platform &platform;
     PageStack *pages;
     PopupLayer *popups;
+    QTimer readyTimer;
     TestTab *testTab = nullptr;
     ResultsTab *resultsTab = nullptr;
     SettingsTab *settingsTab = nullptr;
