@@ -8,7 +8,6 @@
 
 #include <QMainWindow>
 #include <QString>
-#include <QTimer>
 
 #include <memory>
 
@@ -75,9 +74,6 @@ public:
     /// A test or a series is in progress, or about to begin.
     bool isTestRunning() const;
 
-    /// Where showOrvakWebpage() leads.
-    static QString makerAddress();
-
     /// Series mode on or off; a test or series that runs ends in the mode it began in.
     void setAdvancedMode(bool on) { advancedmode = on; }
     /// Shows every text in @p language ("de" or "en") from now on and remembers it.
@@ -112,8 +108,6 @@ public:
 public Q_SLOTS:
     void startTestClicked();
     void stopTestClicked();
-    /// Details of the test that ended last.
-    void showLastTest();
     void showLocationPopup();
     void showNumberOfMeasurementsPopup();
 
@@ -154,7 +148,6 @@ Q_SIGNALS:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
 
@@ -179,7 +172,6 @@ private:
     Platform &platform;
     PageStack *pages;
     PopupLayer *popups;
-    QTimer readyTimer;
     TestTab *testTab = nullptr;
     ResultsTab *resultsTab = nullptr;
     SettingsTab *settingsTab = nullptr;
