@@ -160,7 +160,9 @@ private Q_SLOTS:
             send(area.viewport(), QEvent::MouseMove, {x, y + 100});
             const int value = area.verticalScrollBar()->value();
             send(area.viewport(), QEvent::MouseButtonRelease, {x, y + 100});
-            area.tick();
+            for (int i = 0; i < 40; ++i) {
+                area.tick();
+            }
             return area.verticalScrollBar()->value() == value ? value : -1; // it does not coast
         };
         // Of 1400 px 400 are in view: the thumb takes two sevenths of its track.
