@@ -1,5 +1,6 @@
 #include "ui/map/geomaptab.h"
 
+#include "ui/frame/spokenrole.h"
 #include "ui/map/geomap.h"
 #include "ui/map/mapswidget.h"
 #include "ui/map/maptextobject.h"
@@ -36,6 +37,7 @@ GeoMapTab::GeoMapTab(QWidget *parent)
 {
     ui->setupUi(this);
     ui->labelEmpty->hide();
+    SpokenRole::give(ui->graphicsView, QAccessible::Canvas);
     fillFrame();
 }
 
