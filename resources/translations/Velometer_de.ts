@@ -1196,6 +1196,17 @@ hat, sieht die Tests.</translation>
     </message>
 </context>
 <context>
+    <name>velometer::HistoryPlot</name>
+    <message>
+        <source>other connections</source>
+        <translation>andere Verbindungen</translation>
+    </message>
+    <message>
+        <source>%1 from %2 to %3 %4</source>
+        <translation>%1 von %2 bis %3 %4</translation>
+    </message>
+</context>
+<context>
     <name>velometer::HistoryTab</name>
     <message>
         <source>History</source>
@@ -2470,6 +2481,10 @@ orvak verfassen</translation>
     <message>
         <source>%1, %2 s</source>
         <translation>%1, %2 s</translation>
+    </message>
+    <message>
+        <source>%1 on average %2, at most %3 %4</source>
+        <translation>%1 im Mittel %2, höchstens %3 %4</translation>
     </message>
 </context>
 <context>

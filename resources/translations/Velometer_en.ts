@@ -1194,6 +1194,17 @@ sees the tests.</translation>
     </message>
 </context>
 <context>
+    <name>velometer::HistoryPlot</name>
+    <message>
+        <source>other connections</source>
+        <translation>other connections</translation>
+    </message>
+    <message>
+        <source>%1 from %2 to %3 %4</source>
+        <translation>%1 from %2 to %3 %4</translation>
+    </message>
+</context>
+<context>
     <name>velometer::HistoryTab</name>
     <message>
         <source>History</source>
@@ -2468,6 +2479,10 @@ to orvak</translation>
     <message>
         <source>%1, %2 s</source>
         <translation>%1, %2 s</translation>
+    </message>
+    <message>
+        <source>%1 on average %2, at most %3 %4</source>
+        <translation>%1 on average %2, at most %3 %4</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,6 @@
 #include "ui/map/geomaptab.h"
 
+#include "ui/frame/spokenrole.h"
 #include "ui/map/geomap.h"
 #include "ui/map/maplegend.h"
 #include "ui/map/mapswidget.h"
@@ -50,12 +51,11 @@ QString kiloBits(double bitsPerSecond)
 GeoMapTab::GeoMapTab(QWidget *parent)
     : TabBase(parent)
     , ui(std::make_unique<Ui::GeoMapTab>())
-    , legend(new MapLegend(this))
 {
     ui->setupUi(this);
-    ui->bodyLayout->insertWidget(0, legend);
-    connect(legend, &MapLegend::colouringChanged, this, &GeoMapTab::colourMarkers);
+    connect(ui->legend, &MapLegend::colouringChanged, this, &GeoMapTab::colourMarkers);
     ui->labelEmpty->hide();
+    SpokenRole::give(ui->graphicsView, QAccessible::Canvas);
     fillFrame();
 }
 
@@ -129,11 +129,11 @@ void GeoMapTab::colourMarkers()
         const RateClass rate = RateClasses::of(locations[i].downloadSpeed);
         kinds.insert(ConnectionKinds::of(locations[i].connectionType));
         rates.insert(rate);
-        mapwidget->shownMarkers()[i]->setTint(legend->isByRate() ? RateClasses::colour(rate)
-                                                                 : QColor());
+        mapwidget->shownMarkers()[i]->setTint(ui->legend->isByRate() ? RateClasses::colour(rate)
+                                                                     : QColor());
     }
     QList<MapLegend::Entry> entries;
-    if (legend->isByRate()) {
+    if (ui->legend->isByRate()) {
         for (const RateClass rate : rates) {
             entries += {RateClasses::colour(rate), QString(), RateClasses::name(rate)};
         }
@@ -142,7 +142,7 @@ void GeoMapTab::colourMarkers()
             entries += {ConnectionSign::colour(kind), ConnectionKinds::sign(kind), nameOf(kind)};
         }
     }
-    legend->setEntries(entries);
+    ui->legend->setEntries(entries);
     if (mapwidget) {
         mapwidget->map()->update();
     }
@@ -168,7 +168,7 @@ void GeoMapTab::describe()
 void GeoMapTab::retranslate()
 {
     ui->retranslateUi(this);
-    legend->retranslate();
+    ui->legend->retranslate();
     colourMarkers();
     describe();
     if (!mapwidget) {

@@ -8,7 +8,6 @@
 
 namespace velometer {
 
-class MapLegend;
 class MapProvider;
 class MapsWidget;
 class Marker;
@@ -55,7 +54,6 @@ private:
     std::unique_ptr<Ui::GeoMapTab> ui;
     std::unique_ptr<MapProvider> serviceProvider; ///< outlives mapwidget
     MapsWidget *mapwidget = nullptr;
-    MapLegend *legend;
     bool initialised = false;
     bool downloadsPaused = false;
     std::vector<TestLocation> locations; ///< of the markers, in their order

@@ -242,7 +242,7 @@ void ResultsTab::showChips()
 {
     const ResultFilter &filter = ui->scrollArea->listing().filter();
     const ResultListing::Order order = ui->scrollArea->listing().order();
-    const QString more = u" ▾"_s;
+    const QString more = ChipBar::choiceMark;
     ChipBar::setChip(connectionChip, FilterChoices::connectionText(filter) + more,
                      filter.kind || filter.mobileOnly);
     ChipBar::setChip(periodChip, FilterChoices::periodText(filter.period) + more,
