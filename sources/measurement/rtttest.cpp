@@ -66,7 +66,7 @@ void RttTest::slotConnected()
 {
     rttstop = Utils::getTimeInNs();
     Utils::addLogEntry(u"RTT Connected()"_s);
-    rtt = rttstop - rttstart;
+    rtt = Sockets::connectTime(*socket, rttstop - rttstart).ns;
     ipadress = socket->peerAddress().toString();
     rttmeasurementFinished();
 }

@@ -15,9 +15,10 @@ class MeasurementContext;
 class Result;
 
 /// Round-trip time as TCP connect time: four connects with a pause between them, each timed from
-/// start to the connected signal. The first resolves the name and warms the path and is not
-/// counted. A connect that fails within its 3 s counts as -1; the test itself cannot fail. Calls
-/// measurementDone() of its controller exactly once, from the event loop, unless it is cancelled.
+/// start to connected, at the socket where the kernel tells. The first resolves the name and warms
+/// the path and is not counted. A connect that fails within its 3 s counts as -1; the test itself
+/// cannot fail. Calls measurementDone() of its controller exactly once, from the event loop, unless
+/// it is cancelled.
 class RttTest : public QObject
 {
     Q_OBJECT

@@ -16,6 +16,10 @@ namespace velometer {
 
 namespace {
 
+constexpr qint64 nsPerUs = 1000;
+/// Half of the second after which the kernel sends a SYN again.
+constexpr qint64 leastResendWait = 500'000'000;
+
 QAbstractSocket::NetworkLayerProtocol chosenProtocol = QAbstractSocket::AnyIPProtocol;
 
 template <typename Value>
@@ -69,6 +73,25 @@ QString Sockets::congestionControl(const QTcpSocket &socket)
         return {};
     }
     return QString::fromLatin1(name);
+}
+
+Sockets::ConnectTime Sockets::connectTime(const QTcpSocket &socket, qint64 byClock)
+{
+    tcp_info facts = {};
+    socklen_t length = sizeof facts;
+    const auto descriptor = static_cast<int>(socket.socketDescriptor());
+    const bool told =
+        descriptor >= 0 && ::getsockopt(descriptor, IPPROTO_TCP, TCP_INFO, &facts, &length) == 0;
+    const qint64 roundTrip = told ? qint64{facts.tcpi_rtt} * nsPerUs : 0;
+    if (roundTrip <= 0 || roundTrip > byClock) {
+        return {.ns = byClock};
+    }
+    // A SYN goes out again after a second whether it was lost or is slow. The kernel knows by the
+    // echoed timestamp which of them was answered.
+    if (facts.tcpi_total_retrans > 0 && byClock - roundTrip >= leastResendWait) {
+        return {.ns = byClock, .resent = true};
+    }
+    return {.ns = roundTrip};
 }
 
 void Sockets::dropUnsentOnClose(const QTcpSocket &socket)

@@ -29,6 +29,16 @@ void preferBbr(const QTcpSocket &socket);
 /// Name of the congestion control that the kernel runs on @p socket; empty when it does not say.
 QString congestionControl(const QTcpSocket &socket);
 
+struct ConnectTime
+{
+    qint64 ns = 0;
+    bool resent = false; ///< the first SYN or its answer was lost; the wait for it is in the time
+};
+/// How long @p socket, which has just connected and moved no data, took for it: the kernel's time,
+/// taken when the answer reached it, where it has one that is no more than @p byClock (ns). A
+/// program learns of the answer turns of an event loop later.
+ConnectTime connectTime(const QTcpSocket &socket, qint64 byClock);
+
 /// Lets the next close or abort drop what the kernel still holds instead of sending it on: the rest
 /// of an ended upload would otherwise fill the link while the next phase measures.
 void dropUnsentOnClose(const QTcpSocket &socket);

@@ -35,6 +35,21 @@ private Q_SLOTS:
         QCOMPARE(context.observer.progress, (QList<int>{0, 1, 2, 3, 4}));
     }
 
+    void aBusyProgramAddsNothing()
+    {
+        FakeClock clock;
+        RttTest test(&context, &record);
+        test.doMeasurement();
+        for (int connect = 1; connect <= 4; ++connect) {
+            clock.lag(900ms); // the answer is there, but nobody looks
+            QTRY_COMPARE(context.observer.progress.last(), connect);
+            clock.advance(200ms);
+        }
+        for (const int ns : context.results.first()->getResponseTimes()) {
+            QVERIFY2(ns > 0 && ns < 900'000'000, QByteArray::number(ns).constData());
+        }
+    }
+
     void aConnectHasThreeSeconds()
     {
         const SilentPeer peer;
