@@ -153,8 +153,6 @@ private Q_SLOTS:
     void aReaderOpensAndChoosesRowsAndHearsCurves()
     {
         start(ShellKind::Phone, {360, 640}, u"en"_s);
-        window->showResultsTab();
-        QTRY_VERIFY(shown<ListEntry>());
         const auto faceOf = [](QWidget *widget) {
             return QAccessible::queryAccessibleInterface(widget);
         };
@@ -163,8 +161,23 @@ private Q_SLOTS:
             faceOf(widget)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
             QTest::qWait(0);
         };
+        press(shown<QLabel>(u"labelLocation"_s)); // and starts no test
+        QCOMPARE(shown<PopupBase>()->objectName(), u"LocationPopup"_s);
+        window->locationPopupCancelClicked();
+
+        window->showResultsTab();
+        QTRY_VERIFY(shown<ListEntry>());
         auto *heading = shown<ResultGroupHeader>();
         QVERIFY(faceOf(heading)->state().expanded);
+        const QAccessibleInterface *list = faceOf(heading)->parent();
+        QCOMPARE(list->role(), QAccessible::List);
+        QCOMPARE(list->childCount(), 4);
+        for (int row = 0; row < 4; ++row) { // as they stand
+            QVERIFY(list->child(row)
+                        ->text(QAccessible::Name)
+                        .startsWith(row == 0 ? u"Wed"_s : u"12 / %1,"_s.arg(4 - row)));
+            QCOMPARE(list->indexOfChild(list->child(row)), row);
+        }
         press(heading);
         QVERIFY(faceOf(shown<ResultGroupHeader>())->state().collapsed);
         press(shown<ResultGroupHeader>());
@@ -179,14 +192,14 @@ private Q_SLOTS:
         press(row);
         QTRY_VERIFY(shown<ThroughputPlot>());
         QCOMPARE(shown<ThroughputPlot>()->accessibleName(),
-                 u"Throughput over time, Download on average 16, at most 16 Mbit/s"_s);
+                 u"Throughput over time, Download on average 16, at most 24 Mbit/s"_s);
         window->showResultsTab();
         QTRY_VERIFY(button(u"buttonHistory"_s));
         press(button(u"buttonHistory"_s));
         QTRY_VERIFY(button(u"chipPeriod4"_s));
         press(button(u"chipPeriod4"_s));
         QTRY_VERIFY(shown<HistoryPlot>());
-        QTRY_COMPARE(shown<HistoryPlot>()->accessibleName(), u"RTT, 4G from 31 to 31 ms"_s);
+        QTRY_COMPARE(shown<HistoryPlot>()->accessibleName(), u"RTT, 4G from 31 to 33 ms"_s);
     }
 
     void cleanup()
@@ -209,10 +222,10 @@ private:
         Theme::wear(kind == ShellKind::Handset ? Theme::Look::Given : Theme::Look::Dark);
         store = std::make_unique<StoredTests>();
         for (int id = 1; id <= 3; ++id) {
-            store->add({.id = id, .test = id});
+            store->add({.id = id, .test = id, .rtt = 30 + id});
             store->addDetail(id, u"deviceLatitude"_s, 47.2);
             store->addDetail(id, u"deviceLongitude"_s, 8.8 + id);
-            store->addIntervals(id, 1, u"100000,200000,300000"_s);
+            store->addIntervals(id, 1, u"300000,200000,100000"_s);
         }
         window = std::make_unique<MainWindow>(platform);
         shell = std::make_unique<Shell>(kind, *window);

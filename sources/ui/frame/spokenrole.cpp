@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 #include <QVariant>
 
-#include <utility>
+#include <algorithm>
 
 namespace velometer {
 
@@ -22,6 +22,7 @@ public:
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();
+        state.focusable = role() != QAccessible::List;
         const QVariant selected = object()->property(selectedProperty);
         state.selectable = selected.isValid();
         state.selected = selected.toBool();
@@ -30,6 +31,18 @@ public:
         state.expanded = expanded.toBool();
         state.collapsed = expanded.isValid() && !expanded.toBool();
         return state;
+    }
+
+    int childCount() const override { return static_cast<int>(rows().size()); }
+
+    QAccessibleInterface *child(int index) const override
+    {
+        return QAccessible::queryAccessibleInterface(rows().value(index));
+    }
+
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        return static_cast<int>(rows().indexOf(child->object()));
     }
 
     QStringList actionNames() const override
@@ -48,6 +61,26 @@ public:
             QCoreApplication::postEvent(object(),
                                         new QKeyEvent(type, Qt::Key_Return, Qt::NoModifier));
         }
+    }
+
+private:
+    /// Of a list, as they stand, in whatever order they were made. What is within anything else is
+    /// said by its name.
+    QObjectList rows() const
+    {
+        QObjectList found;
+        if (role() != QAccessible::List) {
+            return found;
+        }
+        for (QObject *each : object()->children()) {
+            if (const auto *row = qobject_cast<QWidget *>(each); row && row->isVisible()) {
+                found.append(each);
+            }
+        }
+        const auto topOf = [](QObject *each) { return qobject_cast<QWidget *>(each)->y(); };
+        std::sort(found.begin(), found.end(),
+                  [&](QObject *one, QObject *other) { return topOf(one) < topOf(other); });
+        return found;
     }
 };
 

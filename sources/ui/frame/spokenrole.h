@@ -8,9 +8,9 @@ class QWidget;
 
 namespace velometer {
 
-/// Tells a screen reader what a widget is that the toolkit takes for a mere area: a row of a list,
-/// a link, a tab. Such a widget can be pressed by the reader, which does what Return does on it;
-/// its name and description are the widget's. Main thread only.
+/// Tells a screen reader what a widget is that the toolkit takes for a mere area: a list, a row of
+/// it, a link, a tab. All but a list can be pressed by the reader, which does what Return does, and
+/// are read out by name and description, not by what is painted within. Main thread only.
 class SpokenRole
 {
 public:

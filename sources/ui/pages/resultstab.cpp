@@ -3,6 +3,7 @@
 #include "app/userpage.h"
 #include "db/databasemanager.h"
 #include "ui/frame/chipbar.h"
+#include "ui/frame/spokenrole.h"
 #include "ui/pages/filterchoices.h"
 #include "ui/pages/listentry.h"
 #include "ui/scrolling/qskineticscroller.h"
@@ -40,6 +41,7 @@ ResultsTab::ResultsTab(QWidget *parent)
 {
     ui->setupUi(this);
     fillFrame();
+    SpokenRole::give(ui->scrollAreaWidgetContents, QAccessible::List);
     addChips();
     auto *scroller = new QsKineticScroller(this);
     scroller->enableKineticScrollFor(ui->scrollArea);
