@@ -44,6 +44,7 @@ struct Start
 {
     double first = 0;   ///< to its first frame
     double settled = 0; ///< to the last one before it stands still: the page instead of "Loading"
+    double cpu = 0;     ///< of the processor, to the first: what others do on it counts less
 };
 
 /// Of a number of starts.
@@ -51,11 +52,13 @@ struct Starts
 {
     std::vector<double> first;
     std::vector<double> settled;
+    std::vector<double> cpu;
 
     void add(const Start &start)
     {
         first.push_back(start.first);
         settled.push_back(start.settled);
+        cpu.push_back(start.cpu);
     }
 };
 
@@ -100,9 +103,10 @@ Start startOnce(const QString &program, const QStringList &arguments,
         qFatal("%s painted nothing", qPrintable(program));
     }
     const auto since = [began](const QByteArray &ns) {
-        return static_cast<double>(ns.toLongLong() - began) / nsPerMs;
+        return static_cast<double>(ns.split(' ').constFirst().toLongLong() - began) / nsPerMs;
     };
-    return {since(frames.constFirst()), since(frames.constLast())};
+    const double cpu = frames.constFirst().split(' ').constLast().toDouble() / nsPerMs;
+    return {since(frames.constFirst()), since(frames.constLast()), cpu};
 }
 
 bool forgetFiles()
@@ -118,11 +122,16 @@ double load()
     return ::getloadavg(&average, 1) == 1 ? average : 0;
 }
 
-void print(const char *name, const Starts &starts, double part)
+double median(const std::vector<double> &values)
 {
-    std::printf("%-34s %9.1f %9.1f %9.1f %9.1f\n", name, quantile(starts.first, 0.5),
-                quantile(starts.first, 0), quantile(starts.first, 1),
-                quantile(starts.settled, part));
+    return quantile(values, 0.5);
+}
+
+void print(const char *name, const Starts &starts)
+{
+    std::printf("%-28s %8.1f %8.1f %8.1f %8.1f %9.1f\n", name, median(starts.first),
+                quantile(starts.first, 0), quantile(starts.first, 1), median(starts.cpu),
+                median(starts.settled));
 }
 
 void compare(const char *title, const QProcessEnvironment &environment, bool cold)
@@ -148,13 +157,13 @@ void compare(const char *title, const QProcessEnvironment &environment, bool col
             }
         }
     }
-    std::printf("\n%-34s %9s %9s %9s %9s   load %.1f\n", title, "median", "least", "most",
-                "settled", load());
-    print("an empty window, ms", empty, 0.5);
-    print("velometer, ms", whole, 0.5);
-    std::printf("%-34s %9.2f %29.2f\n", "ratio",
-                quantile(whole.first, 0.5) / quantile(empty.first, 0.5),
-                quantile(whole.settled, 0.5) / quantile(empty.settled, 0.5));
+    std::printf("\n%-28s %8s %8s %8s %8s %9s   load %.1f\n", title, "median", "least", "most",
+                "cpu", "settled", load());
+    print("an empty window, ms", empty);
+    print("velometer, ms", whole);
+    std::printf("%-28s %8.2f %26.2f %9.2f\n", "ratio", median(whole.first) / median(empty.first),
+                median(whole.cpu) / median(empty.cpu),
+                median(whole.settled) / median(empty.settled));
 }
 
 int showEmptyWindow(int argc, char *argv[])

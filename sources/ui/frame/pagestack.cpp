@@ -20,17 +20,18 @@ constexpr int widestLeft = 520;
 PageStack::PageStack(QWidget *parent)
     : QObject(parent)
     , window(parent)
-    , side(new NavigationBar(parent))
-{
-    side->standBeside();
-    side->hide();
-    connect(side, &NavigationBar::pageClicked, this, &PageStack::pageClicked);
-}
+{}
 
 void PageStack::add(TabBase *page)
 {
     page->hide();
     all.append(page);
+    if (!side) {
+        side = new NavigationBar(window); // with the pages: nothing holds the first frame up
+        side->standBeside();
+        side->hide();
+        connect(side, &NavigationBar::pageClicked, this, &PageStack::pageClicked);
+    }
     side->raise(); // above what the window has below its pages
 }
 
