@@ -50,7 +50,7 @@ private:
     QHash<TabBase *, TabBase *> rightOf; ///< the one that stood there last
     TabBase *shown = nullptr;
     TabBase *left = nullptr;       ///< the shown page, or what it stands beside in a wide window
-    NavigationBar *side = nullptr; ///< made with the first page
+    NavigationBar *side = nullptr; ///< made when a page is shown
 };
 
 } // namespace velometer
