@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QLabel>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QWidget>
@@ -13,7 +14,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <vector>
 
 #include <poll.h>
@@ -44,6 +44,7 @@ struct Start
 {
     double first = 0;   ///< to its first frame
     double settled = 0; ///< to the last one before it stands still: the page instead of "Loading"
+    double cpu = 0;     ///< of the processor, to the first: what others do on it counts less
 };
 
 /// Of a number of starts.
@@ -51,11 +52,13 @@ struct Starts
 {
     std::vector<double> first;
     std::vector<double> settled;
+    std::vector<double> cpu;
 
     void add(const Start &start)
     {
         first.push_back(start.first);
         settled.push_back(start.settled);
+        cpu.push_back(start.cpu);
     }
 };
 
@@ -100,9 +103,10 @@ Start startOnce(const QString &program, const QStringList &arguments,
         qFatal("%s painted nothing", qPrintable(program));
     }
     const auto since = [began](const QByteArray &ns) {
-        return static_cast<double>(ns.toLongLong() - began) / nsPerMs;
+        return static_cast<double>(ns.split(' ').constFirst().toLongLong() - began) / nsPerMs;
     };
-    return {since(frames.constFirst()), since(frames.constLast())};
+    const double cpu = frames.constFirst().split(' ').constLast().toDouble() / nsPerMs;
+    return {since(frames.constFirst()), since(frames.constLast()), cpu};
 }
 
 bool forgetFiles()
@@ -118,51 +122,69 @@ double load()
     return ::getloadavg(&average, 1) == 1 ? average : 0;
 }
 
-void print(const char *name, const Starts &starts, double part)
+double median(const std::vector<double> &values)
 {
-    std::printf("%-34s %9.1f %9.1f %9.1f %9.1f\n", name, quantile(starts.first, 0.5),
-                quantile(starts.first, 0), quantile(starts.first, 1),
-                quantile(starts.settled, part));
+    return quantile(values, 0.5);
+}
+
+void print(const char *name, const Starts &starts)
+{
+    std::printf("%-28s %8.1f %8.1f %8.1f %8.1f %9.1f\n", name, median(starts.first),
+                quantile(starts.first, 0), quantile(starts.first, 1), median(starts.cpu),
+                median(starts.settled));
 }
 
 void compare(const char *title, const QProcessEnvironment &environment, bool cold)
 {
     const QString self = QCoreApplication::applicationFilePath();
-    const QString application = QCoreApplication::applicationDirPath() + u"/velometer"_s;
-    Starts empty;
-    Starts whole;
+    struct Peer
+    {
+        const char *name;
+        QString program;
+        QStringList arguments;
+        Starts starts = {};
+    };
+    std::vector<Peer> peers{
+        {"an empty window, ms", self, {u"--empty"_s}},
+        {"a window with a word, ms", self, {u"--word"_s}},
+        {"velometer, ms", QCoreApplication::applicationDirPath() + u"/velometer"_s, {}}};
     // The first start of all makes what later ones find: settings, the store, the cache of fonts.
-    startOnce(self, {u"--empty"_s}, environment);
-    startOnce(application, {}, environment);
+    for (const Peer &peer : peers) {
+        startOnce(peer.program, peer.arguments, environment);
+    }
     for (int round = 0; round < (cold ? coldRounds : rounds); ++round) {
-        for (const bool first : {true, false}) {
+        for (size_t turn = 0; turn < peers.size(); ++turn) {
             if (cold && !forgetFiles()) {
                 std::printf("%s: not measured, needs root\n", title);
                 return;
             }
-            // Who comes second finds what the first has read: they take turns.
-            if (first == (round % 2 == 0)) {
-                empty.add(startOnce(self, {u"--empty"_s}, environment));
-            } else {
-                whole.add(startOnce(application, {}, environment));
-            }
+            // Who comes later finds what the first has read: they take turns.
+            Peer &peer = peers[(turn + static_cast<size_t>(round)) % peers.size()];
+            peer.starts.add(startOnce(peer.program, peer.arguments, environment));
         }
     }
-    std::printf("\n%-34s %9s %9s %9s %9s   load %.1f\n", title, "median", "least", "most",
-                "settled", load());
-    print("an empty window, ms", empty, 0.5);
-    print("velometer, ms", whole, 0.5);
-    std::printf("%-34s %9.2f %29.2f\n", "ratio",
-                quantile(whole.first, 0.5) / quantile(empty.first, 0.5),
-                quantile(whole.settled, 0.5) / quantile(empty.settled, 0.5));
+    std::printf("\n%-28s %8s %8s %8s %8s %9s   load %.1f\n", title, "median", "least", "most",
+                "cpu", "settled", load());
+    for (const Peer &peer : peers) {
+        print(peer.name, peer.starts);
+    }
+    const Starts &empty = peers.front().starts;
+    const Starts &whole = peers.back().starts;
+    std::printf("%-28s %8.2f %26.2f %9.2f\n", "ratio", median(whole.first) / median(empty.first),
+                median(whole.cpu) / median(empty.cpu),
+                median(whole.settled) / median(empty.settled));
 }
 
-int showEmptyWindow(int argc, char *argv[])
+int showWindow(int argc, char *argv[], bool withWord)
 {
     const QApplication application(argc, argv);
     QApplication::setStyle(u"Fusion"_s); // the application's
     QWidget window;
     window.resize(480, 854);
+    if (withWord) {
+        // The least that brings up the system's fonts.
+        new QLabel(u"Loading..."_s, &window);
+    }
     window.show();
     return QApplication::exec();
 }
@@ -175,8 +197,8 @@ using namespace velometer;
 
 int main(int argc, char *argv[])
 {
-    if (argc > 1 && qstrcmp(argv[1], "--empty") == 0) {
-        return showEmptyWindow(argc, argv);
+    if (argc > 1) {
+        return showWindow(argc, argv, qstrcmp(argv[1], "--word") == 0);
     }
     const QCoreApplication application(argc, argv);
     const QTemporaryDir home;

@@ -10,7 +10,7 @@ namespace velometer {
 namespace {
 
 /// A window that is minimised goes on with its series all the same.
-constexpr std::chrono::milliseconds unseenTime{500};
+constexpr std::chrono::milliseconds unseenTime{1000};
 
 } // namespace
 

@@ -5,7 +5,7 @@
 namespace velometer {
 
 /// Tells when the first frame of a widget is on the screen, so that what takes time comes after it;
-/// or half a second later where nobody paints it, as a minimised window. Main thread only.
+/// or a second later where nobody paints it, as a minimised window. Main thread only.
 class FirstFrame : public QObject
 {
     Q_OBJECT
