@@ -10,6 +10,9 @@ namespace velometer {
 class MapHandling
 {
 public:
+    MapHandling(const MapHandling &) = delete;
+    MapHandling &operator=(const MapHandling &) = delete;
+
     virtual void pressed(QPointF at) = 0;
     virtual void dragged(QPointF from, QPointF to) = 0;
     virtual void released(QPointF at) = 0;
@@ -24,8 +27,7 @@ public:
 protected:
     MapHandling() = default;
     ~MapHandling() = default;
-    MapHandling(const MapHandling &) = delete;
-    MapHandling &operator=(const MapHandling &) = delete;
+
 };
 
 /// Reads touches: one finger presses, drags and taps as a mouse does, two pinch, and the one that

@@ -90,7 +90,7 @@ private:
     static void paint(QPainter &painter, const QRect &area, const MapLegend::Entry &entry,
                       const QFont &text)
     {
-        const QRectF mark(area.left(), area.center().y() - markSize / 2, markSize, markSize);
+        const QRectF mark(area.left(), area.center().y() - markSize / 2.0, markSize, markSize);
         painter.setPen(Qt::NoPen);
         painter.setBrush(entry.colour);
         painter.drawRoundedRect(mark, 4, 4);
