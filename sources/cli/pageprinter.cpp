@@ -2,8 +2,6 @@
 
 #include "app/qrcode.h"
 
-#include <QProcess>
-
 using namespace Qt::StringLiterals;
 
 namespace velometer {
@@ -37,16 +35,6 @@ void PagePrinter::print(const QString &address, Output &out)
     if (code) {
         out.write(asCharacters(*code));
     }
-}
-
-bool PagePrinter::open(const QString &address)
-{
-    QProcess opener;
-    opener.setProgram(u"xdg-open"_s);
-    opener.setArguments({address});
-    opener.setStandardOutputFile(QProcess::nullDevice());
-    opener.setStandardErrorFile(QProcess::nullDevice());
-    return opener.startDetached();
 }
 
 } // namespace velometer

@@ -11,8 +11,4 @@ namespace velometer::PagePrinter {
 /// character, black on white whatever the terminal's colours are.
 void print(const QString &address, Output &out);
 
-/// Opens @p address in the desktop's browser, whose own words go nowhere. False when there is
-/// nothing that could.
-bool open(const QString &address);
-
 } // namespace velometer::PagePrinter

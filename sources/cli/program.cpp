@@ -1,5 +1,6 @@
 #include "cli/program.h"
 
+#include "app/desktopopener.h"
 #include "app/serverselection.h"
 #include "app/userpage.h"
 #include "cli/devicecontext.h"
@@ -23,6 +24,7 @@
 
 #include <QFile>
 #include <QSettings>
+#include <QUrl>
 
 #include <algorithm>
 #include <cerrno>
@@ -222,7 +224,7 @@ ExitStatus Program::showPage()
                       tr("You have no page yet: the service gives you one with the first test."));
     }
     PagePrinter::print(address, out);
-    return !options.open || PagePrinter::open(address)
+    return !options.open || DesktopOpener::open(QUrl(address))
                ? ExitStatus::Done
                : refuse(ExitStatus::Broken, tr("Nothing opens addresses here (xdg-open is "
                                                "missing); open it in a browser by hand."));

@@ -30,8 +30,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDesktopServices>
-#include <QUrl>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
@@ -279,7 +277,8 @@ void MainWindow::showOrvakWebpage()
     const QString address = Deployment::current().makerAddress();
     Utils::addLogEntry("Open URL "_L1 + address);
     if (!popups->isOpen()) {
-        QDesktopServices::openUrl(QUrl(address));
+        showLinksTab();
+        linksTab->openPage(address);
     }
 }
 

@@ -84,6 +84,23 @@ QString judge(QWidget *control)
     return isTold ? QString() : u"does not tell its state"_s;
 }
 
+/// Nothing that a finger presses is smaller than 44 px: of the navigation picture and word
+/// together, of a text the row that it stands in.
+QString judgeSize(const QWidget *control)
+{
+    constexpr int finger = 44;
+    const auto *line = qobject_cast<const QLineEdit *>(control);
+    if ((line && line->isReadOnly()) || qobject_cast<const QLabel *>(control)) {
+        return {};
+    }
+    if (qobject_cast<const NavigationBar *>(control->parentWidget())) {
+        control = control->parentWidget();
+    }
+    return control->width() < finger || control->height() < finger
+               ? u"is %1 x %2 px"_s.arg(control->width()).arg(control->height())
+               : QString();
+}
+
 /// Which pane, from the left, and what of it: header, body; behind all the navigation.
 std::pair<int, int> regionOf(const QWidget *stop)
 {
@@ -141,13 +158,16 @@ private Q_SLOTS:
     {
         const auto [kind, size, language] = currentRow<ShellKind, QSize, QString>();
         start(kind, size, language);
+        QString wrong;
         for (const auto &[name, open] : pages()) {
             open();
             QTest::qWait(pageMs);
             QTRY_VERIFY(window->findChild<PopupLayer *>()->isSettled());
-            const QString wrong = judgeControls() + judgeOrder();
-            QVERIFY2(wrong.isEmpty(), qPrintable(name + wrong));
+            if (const QString here = judgeControls() + judgeOrder(); !here.isEmpty()) {
+                wrong += name + here + u"; "_s;
+            }
         }
+        QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
     }
 
     void aReaderOpensAndChoosesRowsAndHearsCurves()
@@ -284,8 +304,8 @@ private:
             const bool isPressed = qobject_cast<QAbstractButton *>(each) && each->isVisible() &&
                                    !each->testAttribute(Qt::WA_TransparentForMouseEvents);
             if (isPressed || isStop(each)) {
-                if (const QString said = judge(each); !said.isEmpty()) {
-                    wrong += nameOf(each) + said;
+                for (const QString &said : {judge(each), judgeSize(each)}) {
+                    wrong += said.isEmpty() ? said : nameOf(each) + said;
                 }
             }
         }

@@ -1,9 +1,10 @@
 #include "ui/frame/addressnotice.h"
 
+#include "app/desktopopener.h"
+
 #include "ui_addressnotice.h"
 
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QUrl>
@@ -45,7 +46,7 @@ void AddressNotice::openMail(const QString &address, const QString &mailbox)
 void AddressNotice::open(const QString &address, const QString &shown, const QString &whenOpened,
                          const QString &whenNot)
 {
-    const bool opened = QDesktopServices::openUrl(QUrl(address));
+    const bool opened = DesktopOpener::open(QUrl(address));
     ui->labelNotOpened->setText(opened ? whenOpened : whenNot);
     ui->labelAddress->setText(shown);
     ui->buttonCopy->setText(tr("Copy"));

@@ -7,7 +7,6 @@
 
 #include "ui_abouttab.h"
 
-#include <QDesktopServices>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -35,6 +34,7 @@ AboutTab::~AboutTab() = default;
 
 void AboutTab::showDefaultPage()
 {
+    ui->notice->hide();
     const QString language = Translations::language();
     const QString page = language == "de"_L1 ? u"de"_s : u"en"_s;
     ui->textBrowser->setHtml(
@@ -56,7 +56,9 @@ void AboutTab::openLink(const QUrl &link)
 {
     const QString scheme = link.scheme();
     if (scheme == "https"_L1 || scheme == "http"_L1 || scheme == "mailto"_L1) {
-        QDesktopServices::openUrl(link);
+        const QString address = link.toString();
+        scheme == "mailto"_L1 ? ui->notice->openMail(address, link.path())
+                              : ui->notice->openPage(address);
     }
 }
 

@@ -79,11 +79,16 @@ void LinksTab::reset()
     ui->notice->hide();
 }
 
+void LinksTab::openPage(const QString &address)
+{
+    ui->notice->openPage(address);
+}
+
 void LinksTab::on_websiteButton_clicked()
 {
     const QString address = pageAddress();
     Utils::addLogEntry("URL: "_L1 + address);
-    ui->notice->openPage(address);
+    openPage(address);
 }
 
 void LinksTab::on_feedbackButtun_clicked()

@@ -22,6 +22,9 @@ public:
     explicit LinksTab(QWidget *parent);
     ~LinksTab() override;
 
+    /// In a browser; the page shows what to copy where none comes up.
+    void openPage(const QString &address);
+
 protected:
     void retranslate() override;
     void showEvent(QShowEvent *event) override;

@@ -6,10 +6,10 @@
 #include "utils/deployment.h"
 
 #include "support/application.h"
+#include "support/fakedesktop.h"
 #include "support/registeredtest.h"
 #include "support/wholetest.h"
 
-#include <QDesktopServices>
 #include <QUrl>
 #include <QUrlQuery>
 
@@ -19,14 +19,10 @@ class DetailsWindowTest : public QObject, protected Application
 {
     Q_OBJECT
 
-public Q_SLOTS:
-    void takeAddress(const QUrl &url) { addresses.append(url); }
-
 private Q_SLOTS:
     void init()
     {
-        addresses.clear();
-        QDesktopServices::setUrlHandler(u"mailto"_s, this, "takeAddress");
+        desktop.forget();
         Deployment deployment;
         deployment.webHost = u"service.example"_s;
         deployment.webPort = 80;
@@ -91,7 +87,7 @@ private Q_SLOTS:
         show(99);
         QVERIFY(rows().isEmpty());
         click(u"pushButton"_s);
-        QVERIFY(addresses.isEmpty());
+        QVERIFY(!shown<QLabel>(u"labelAddress"_s));
         QVERIFY(Utils::getLogEntries().contains(u"NO DETAILS FOUND FOR ID: 99"_s));
     }
 
@@ -104,8 +100,8 @@ private Q_SLOTS:
         show(7);
         click(u"pushButton"_s);
 
-        QCOMPARE(addresses.size(), 1);
-        const QUrl address = addresses.constFirst();
+        QTRY_COMPARE(desktop.opened().size(), 1);
+        const QUrl address(desktop.opened().constFirst());
         QVERIFY(address.isValid() && !address.hasFragment());
         const QUrlQuery query(address.query(QUrl::FullyEncoded));
         QCOMPARE(query.queryItems().size(), 3);
@@ -152,7 +148,7 @@ private:
     }
 
     DetailsWindow *page = nullptr;
-    QList<QUrl> addresses;
+    FakeDesktop desktop;
 };
 
 } // namespace velometer
