@@ -74,7 +74,8 @@ private:
         int x = 0;
         int y = 0;
         for (const MapLegend::Entry &entry : entries) {
-            const int wide = markSize + afterMark + metrics.horizontalAdvance(entry.name);
+            const int wide =
+                std::min(markSize + afterMark + metrics.horizontalAdvance(entry.name), width);
             if (x > 0 && x + wide > width) {
                 x = 0;
                 y += row;
@@ -102,8 +103,9 @@ private:
         painter.drawText(mark, Qt::AlignCenter, entry.sign);
         painter.setFont(text);
         painter.setPen(Theme::colours().text);
-        painter.drawText(area.adjusted(markSize + afterMark, 0, afterEntry, 0),
-                         Qt::AlignLeft | Qt::AlignVCenter, entry.name);
+        const QRect name = area.adjusted(markSize + afterMark, 0, 1, 0);
+        painter.drawText(name, Qt::AlignLeft | Qt::AlignVCenter,
+                         QFontMetrics(text).elidedText(entry.name, Qt::ElideRight, name.width()));
     }
 
     QList<MapLegend::Entry> entries;
