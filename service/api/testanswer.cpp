@@ -2,10 +2,12 @@
 
 #include "api/visible.h"
 #include "figures/jsonformat.h"
+#include "net/kernelfacts.h"
 
 #include <QJsonArray>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -32,6 +34,50 @@ std::optional<qint64> agreement(const std::optional<qint64> &device, qint64 serv
                         static_cast<double>(std::max(one, other)));
 }
 
+QJsonValue figure(const KernelSample::Number &value)
+{
+    return value ? QJsonValue(qint64(*value)) : QJsonValue(QJsonValue::Null);
+}
+
+QJsonValue nanoseconds(const KernelSample::Number &microseconds)
+{
+    return microseconds ? QJsonValue(qint64(*microseconds * 1000)) : QJsonValue(QJsonValue::Null);
+}
+
+/// What the kernel told while the stream ran.
+QJsonValue kernel(const std::optional<StreamRecord> &stream)
+{
+    const auto facts = stream ? KernelFacts::parse(stream->kernel.toStdString()) : std::nullopt;
+    if (!facts) {
+        return QJsonValue::Null;
+    }
+    constexpr std::array<QLatin1StringView, 5> limits{""_L1, "window"_L1, "receiver"_L1,
+                                                      "buffer"_L1, "application"_L1};
+    QJsonArray times;
+    QJsonArray rtts;
+    QJsonArray rates;
+    QJsonArray retransmitted;
+    QJsonArray limited;
+    for (const KernelSample &sample : facts->samples) {
+        times.append(qint64(sample.time));
+        rtts.append(nanoseconds(sample.rtt));
+        rates.append(figure(sample.rate));
+        retransmitted.append(figure(sample.retransmitted));
+        const auto limit = limits.at(static_cast<std::size_t>(sample.limit));
+        limited.append(limit.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(limit));
+    }
+    return QJsonObject{{u"congestion"_s, QString::fromStdString(facts->congestion)},
+                       {u"rtt_min_ns"_s, nanoseconds(facts->leastRtt())},
+                       {u"rtt_median_ns"_s, nanoseconds(facts->rttOf(0.5))},
+                       {u"rtt_p95_ns"_s, nanoseconds(facts->rttOf(0.95))},
+                       {u"retransmitted_bytes"_s, figure(facts->retransmitted())},
+                       {u"samples"_s, QJsonObject{{u"time_ms"_s, times},
+                                                  {u"rtt_ns"_s, rtts},
+                                                  {u"rate_bps"_s, rates},
+                                                  {u"retransmitted_bytes"_s, retransmitted},
+                                                  {u"limit"_s, limited}}}};
+}
+
 /// The service's own view. The record of a stream is more exact than the report's text, but a
 /// report from before streams were recorded has that alone.
 QJsonObject service(const ReportStore::StoredTest &stored, const ReportTest &report)
@@ -51,14 +97,18 @@ QJsonObject service(const ReportStore::StoredTest &stored, const ReportTest &rep
     const Number received = up ? Number(up->avg) : report.receivedAvg;
     const Number least = up ? Number(up->min) : report.receivedMin;
     const Number most = up ? Number(up->max) : report.receivedMax;
-    return {{u"download"_s, QJsonObject{{u"bytes"_s, figure(sent)},
-                                        {u"lasted_ms"_s, figure(lasted)},
-                                        {u"avg_bps"_s, figure(Known::atLeast(1, rate))}}},
-            {u"upload"_s, QJsonObject{{u"bytes"_s, figure(up ? Number(up->bytes) : Number())},
-                                      {u"lasted_ms"_s, figure(up ? Number(up->lasted) : Number())},
-                                      {u"min_bps"_s, figure(least)},
-                                      {u"avg_bps"_s, figure(received)},
-                                      {u"max_bps"_s, figure(most)}}},
+    QJsonObject download{{u"bytes"_s, figure(sent)},
+                         {u"lasted_ms"_s, figure(lasted)},
+                         {u"avg_bps"_s, figure(Known::atLeast(1, rate))},
+                         {u"kernel"_s, kernel(down)}};
+    QJsonObject upload{{u"bytes"_s, figure(up ? Number(up->bytes) : Number())},
+                       {u"lasted_ms"_s, figure(up ? Number(up->lasted) : Number())},
+                       {u"min_bps"_s, figure(least)},
+                       {u"avg_bps"_s, figure(received)},
+                       {u"max_bps"_s, figure(most)},
+                       {u"kernel"_s, kernel(up)}};
+    return {{u"download"_s, download},
+            {u"upload"_s, upload},
             {u"agree_percent"_s,
              QJsonObject{{u"download"_s, figure(agreement(report.test.download.averageRate, rate))},
                          {u"upload"_s, figure(agreement(report.test.upload.averageRate,

@@ -48,9 +48,20 @@ std::optional<std::chrono::seconds> streamTime(const Request &request, const Ser
     return std::chrono::seconds(std::clamp(*seconds, std::int64_t{1}, longest));
 }
 
+/// The congestion control that is asked for; an empty name when none is, nothing of what cannot be
+/// one.
+std::optional<std::string> congestionControl(const Request &request)
+{
+    const std::string name(request.parameter("cc").value_or(""));
+    const bool isName = name.size() <= 15 && std::ranges::all_of(name, [](char c) {
+                            return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
+                        });
+    return isName ? std::optional(name) : std::nullopt;
+}
+
 Answer badParameters()
 {
-    return Answer::sentence(400, "A parameter is missing or is not a number.");
+    return Answer::sentence(400, "A parameter is missing or is not what it should be.");
 }
 
 Answer noRoom()
@@ -126,7 +137,8 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
                                       Service &service)
 {
     const auto seconds = streamTime(request, service);
-    if (!seconds) {
+    const auto control = congestionControl(request);
+    if (!seconds || !control) {
         co_return badParameters();
     }
     // A download can be had without ids; then nobody asks for its result.
@@ -140,7 +152,7 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
     const auto lateTimes = service.watch.lateTimes();
     const auto ticket = key ? service.downloads.begin(*key) : 0;
     const auto totals = co_await sendStream(connection, service.block, *seconds + downloadSurplus,
-                                            service.metrics.bytesDown);
+                                            *control, service.metrics.bytesDown);
     if (key) {
         service.downloads.end(*key, ticket, Subscriber::of(connection.getPeer()),
                               totals.bytes > 0 ? std::optional(totals) : std::nullopt);
@@ -149,7 +161,8 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
                 .direction = Direction::Download,
                 .bytes = totals.bytes,
                 .lasted = totals.lasted.count(),
-                .avg = totals.rate()},
+                .avg = totals.rate(),
+                .kernel = QString::fromStdString(totals.kernel)},
                lateTimes);
     }
     co_return std::nullopt;
@@ -175,19 +188,22 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
         co_await connection.write(goOn);
     }
     const std::string answer = Answer::sentence(200, "received").toBytes();
-    const auto meter = co_await receiveStream(connection, request.contentLength, answer,
-                                              *seconds + uploadSurplus, service.metrics.bytesUp);
-    const auto figures = meter.figures();
-    service.uploads.end(*key, ticket, Subscriber::of(connection.getPeer()), figures);
+    const auto totals = co_await receiveStream(connection, request.contentLength, answer,
+                                               *seconds + uploadSurplus, service.metrics.bytesUp);
+    const auto figures = totals.meter.figures();
+    service.uploads.end(*key, ticket, Subscriber::of(connection.getPeer()),
+                        figures ? std::optional(UploadResult{*figures, totals.kernel})
+                                : std::nullopt);
     if (figures) {
         record(service,
                {.test = *key,
                 .direction = Direction::Upload,
-                .bytes = meter.getTotal(),
-                .lasted = meter.lasted().count(),
+                .bytes = totals.meter.getTotal(),
+                .lasted = totals.meter.lasted().count(),
                 .min = figures->min,
                 .avg = figures->avg,
-                .max = figures->max},
+                .max = figures->max,
+                .kernel = QString::fromStdString(totals.kernel)},
                lateTimes);
     }
     co_return std::nullopt;
@@ -212,7 +228,7 @@ asio::awaitable<MaybeAnswer> uploadResult(Connection &connection, const Request 
         co_return Answer::sentence(404, "There is no result of such an upload.");
     }
     Answer answer;
-    answer.body = found.result->toText();
+    answer.body = found.result->figures.toText();
     co_return answer;
 }
 

@@ -109,14 +109,16 @@ QHash<QString, QString> serverValues(const Connection &connection, const Report 
         {u"PUBLICIP"_s, report.publicIp},
         {u"CLIENTNAME"_s, QString::fromStdString(name)},
         {u"TIME"_s, QString::number(report.serverTime)},
-        {u"DOWNLOADFILE"_s,
-         down.result
-             ? u"sent %1 bytes in %2 ms"_s.arg(down.result->bytes).arg(down.result->lasted.count())
-             : nothing},
-        {u"UPLOADFILE"_s, up.result ? u"received min %1, avg %2, max %3 bit/s"_s.arg(up.result->min)
-                                          .arg(up.result->avg)
-                                          .arg(up.result->max)
-                                    : nothing},
+        {u"DOWNLOADFILE"_s, down.result ? u"sent %1 bytes in %2 ms; %3"_s.arg(down.result->bytes)
+                                              .arg(down.result->lasted.count())
+                                              .arg(QString::fromStdString(down.result->kernel))
+                                        : nothing},
+        {u"UPLOADFILE"_s,
+         up.result ? u"received min %1, avg %2, max %3 bit/s; %4"_s.arg(up.result->figures.min)
+                         .arg(up.result->figures.avg)
+                         .arg(up.result->figures.max)
+                         .arg(QString::fromStdString(up.result->kernel))
+                   : nothing},
         {u"ACCESSINFO"_s,
          u"received over %1"_s.arg(connection.getPeer().is_v6() ? u"IPv6"_s : u"IPv4"_s)},
     };

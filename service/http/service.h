@@ -7,7 +7,7 @@
 #include "measure/downloadstream.h"
 #include "measure/randomblock.h"
 #include "measure/recentresults.h"
-#include "measure/uploadmeter.h"
+#include "measure/uploadstream.h"
 #include "ops/hostnames.h"
 #include "ops/loopwatch.h"
 #include "ops/metrics.h"
@@ -43,7 +43,7 @@ struct Service
     Neighbours neighbours{options.servers};
     Streams streams;
     RandomBlock block;
-    RecentResults<UploadFigures> uploads{resultCount, resultQuota, resultAge};
+    RecentResults<UploadResult> uploads{resultCount, resultQuota, resultAge};
     RecentResults<DownloadTotals> downloads{resultCount, resultQuota, resultAge};
     std::unique_ptr<ReportStore> store;
 

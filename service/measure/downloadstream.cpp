@@ -1,5 +1,6 @@
 #include "measure/downloadstream.h"
 
+#include "measure/kernelwatch.h"
 #include "measure/tcpfacts.h"
 #include "net/httpdate.h"
 #include "net/oneshot.h"
@@ -28,20 +29,34 @@ constexpr std::string_view headEnd = "Connection: close\r\n\r\n";
 
 asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomBlock &block,
                                            std::chrono::milliseconds duration,
-                                           Metrics::Counter &bytes)
+                                           std::string_view control, Metrics::Counter &bytes)
 {
     auto &socket = connection.getSocket();
-    preferBbr(socket.native_handle());
+    chooseCongestionControl(socket.native_handle(), control);
     const auto begun = Connection::Clock::now();
-    connection.expireAt(begun + duration);
+    const auto deadline = begun + duration;
+    connection.expireAt(deadline);
+    KernelWatch watch(socket.native_handle(), Direction::Download, begun);
 
     DownloadTotals totals;
     off_t offset = 0;
-    const std::string head = std::string(headBegin) + httpDate() + std::string(headEnd);
+    const std::string head = std::string(headBegin) +
+                             "Velometer-Congestion: " + watch.getFacts().congestion + "\r\n" +
+                             httpDate() + std::string(headEnd);
     bool open = co_await connection.write(head);
     boost::system::error_code ignored;
     socket.native_non_blocking(true, ignored);
-    while (open && !connection.isExpired()) {
+    // A peer that takes nothing for a while must not keep the kernel from being asked.
+    connection.expireAt(std::min(watch.due(), deadline));
+    while (open) {
+        const auto now = Connection::Clock::now();
+        if (now >= deadline) {
+            break;
+        }
+        if (now >= watch.due()) {
+            watch.look(now);
+            connection.expireAt(std::min(watch.due(), deadline));
+        }
         std::size_t turn = 0;
         bool full = false;
         while (open && !full && turn < turnBytes) {
@@ -61,13 +76,14 @@ asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomB
         bytes += static_cast<std::int64_t>(turn);
         if (open && full) {
             const auto [error] = co_await socket.async_wait(asio::socket_base::wait_write, quietly);
-            open = !error;
+            open = !error || connection.isExpired();
         } else if (open) {
             co_await asio::post(connection.executor(), asio::use_awaitable);
         }
     }
     totals.lasted =
         std::chrono::duration_cast<std::chrono::milliseconds>(Connection::Clock::now() - begun);
+    totals.kernel = watch.getFacts().toText();
     co_return totals;
 }
 

@@ -1,7 +1,8 @@
 #include "measure/tcpfacts.h"
 
+#include <array>
 #include <cstddef>
-#include <string_view>
+#include <fstream>
 
 // The kernel's own header: that of the C library ends before the send window.
 #include <linux/tcp.h>
@@ -33,11 +34,43 @@ std::optional<TcpFacts> TcpFacts::of(int socket)
     return facts;
 }
 
-void preferBbr(int socket)
+namespace {
+
+bool prefer(int socket, std::string_view name)
 {
-    constexpr std::string_view name = "bbr";
-    setsockopt(socket, IPPROTO_TCP, TCP_CONGESTION, name.data(),
-               static_cast<socklen_t>(name.size()));
+    return setsockopt(socket, IPPROTO_TCP, TCP_CONGESTION, name.data(),
+                      static_cast<socklen_t>(name.size())) == 0;
+}
+
+/// Whoever runs as root may have the kernel load any module by naming it, and a client names one.
+bool isReady(std::string_view name)
+{
+    std::ifstream list("/proc/sys/net/ipv4/tcp_available_congestion_control");
+    std::string each;
+    while (list >> each) {
+        if (each == name) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+void chooseCongestionControl(int socket, std::string_view name)
+{
+    if (name.empty() || !isReady(name) || !prefer(socket, name)) {
+        prefer(socket, "bbr");
+    }
+}
+
+std::string congestionControl(int socket)
+{
+    std::array<char, 16> name{}; // the kernel's bound
+    socklen_t length = name.size() - 1;
+    return getsockopt(socket, IPPROTO_TCP, TCP_CONGESTION, name.data(), &length) == 0
+               ? std::string(name.data())
+               : std::string();
 }
 
 } // namespace velometer

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
 
 namespace velometer {
 
@@ -18,7 +20,12 @@ struct TcpFacts
     static std::optional<TcpFacts> of(int socket);
 };
 
-/// Asks for the congestion control that fills a lossy mobile link; without it the system's stays.
-void preferBbr(int socket);
+/// Asks for the congestion control @p name where the kernel has it ready, else for BBR, which fills
+/// a lossy mobile link; without that one the system's stays. No name makes the kernel load a
+/// module.
+void chooseCongestionControl(int socket, std::string_view name);
+
+/// "bbr"; empty where the kernel does not tell.
+std::string congestionControl(int socket);
 
 } // namespace velometer

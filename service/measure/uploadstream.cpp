@@ -1,5 +1,6 @@
 #include "measure/uploadstream.h"
 
+#include "measure/kernelwatch.h"
 #include "measure/tcpfacts.h"
 #include "net/oneshot.h"
 
@@ -34,16 +35,18 @@ int wakeUpBytes(std::int64_t bytesPerInterval, std::int64_t missing)
 
 } // namespace
 
-asio::awaitable<UploadMeter>
+asio::awaitable<UploadTotals>
 receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
               std::string_view answer, std::chrono::milliseconds duration, Metrics::Counter &bytes)
 {
     using Clock = Connection::Clock;
     auto &socket = connection.getSocket();
-    preferBbr(socket.native_handle());
-    const auto deadline = Clock::now() + duration;
+    chooseCongestionControl(socket.native_handle(), {});
+    const auto begun = Clock::now();
+    const auto deadline = begun + duration;
+    KernelWatch watch(socket.native_handle(), Direction::Upload, begun);
     // Looks every interval, for the bytes that were not enough to wake up for.
-    connection.expireAt(Clock::now() + UploadMeter::interval);
+    connection.expireAt(begun + UploadMeter::interval);
 
     UploadMeter meter;
     if (const auto rest = static_cast<std::int64_t>(connection.rest().size()); rest > 0) {
@@ -65,6 +68,7 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
                 break;
             }
             connection.expireAt(std::min(deadline, now + UploadMeter::interval));
+            watch.look(now);
         }
         if (isDue()) {
             answered = true;
@@ -96,7 +100,7 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
             open = !error || connection.isExpired();
         }
     }
-    co_return meter;
+    co_return UploadTotals{std::move(meter), watch.getFacts().toText()};
 }
 
 } // namespace velometer

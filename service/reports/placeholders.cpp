@@ -2,21 +2,25 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace velometer::Placeholders {
 
 namespace {
 
-constexpr qsizetype maxValue = 128;
+/// What the kernel tells of the longest stream is not half of it.
+constexpr qsizetype maxValue = 128 * 1024;
 
 /// A client has eight of them; a document of nothing but placeholders must not grow.
 constexpr int maxCount = 64;
+constexpr qsizetype maxGrowth = 2 * maxValue;
 
 QString harmless(const QString &value)
 {
     static const QRegularExpression others(u"[^A-Za-z0-9 .:;,_/=()+-]"_s);
-    return value.left(maxValue).replace(others, u"_"_s);
+    return QString(value).replace(others, u"_"_s);
 }
 
 } // namespace
@@ -27,6 +31,7 @@ QString fill(const QString &document, const QHash<QString, QString> &values)
     QString result;
     result.reserve(document.size());
     qsizetype taken = 0;
+    qsizetype room = maxGrowth;
     auto matches = place.globalMatch(document);
     for (int count = 0; matches.hasNext() && count < maxCount;) {
         const auto match = matches.next();
@@ -35,7 +40,9 @@ QString fill(const QString &document, const QHash<QString, QString> &values)
             continue;
         }
         result += QStringView(document).sliced(taken, match.capturedStart() - taken);
-        result += harmless(*value);
+        const QString put = harmless(value->left(std::min(room, maxValue)));
+        room -= put.size();
+        result += put;
         taken = match.capturedEnd();
         ++count;
     }

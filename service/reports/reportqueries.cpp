@@ -168,11 +168,12 @@ bool insertStream(SqliteConnection &connection, const StreamRecord &stream)
 {
     return connection.execute(
         u"INSERT OR REPLACE INTO streams(userid, seriesid, testid, direction, ended, bytes, "
-        "lasted_ms, min, avg, max, late) SELECT ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ? WHERE NOT EXISTS "
+        "lasted_ms, min, avg, max, late, kernel) SELECT ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ? WHERE "
+        "NOT EXISTS "
         "(SELECT 1 FROM users WHERE id = ? AND deleted IS NOT NULL)"_s,
         {qlonglong(stream.test.user), qlonglong(stream.test.series), qlonglong(stream.test.test),
          int(stream.direction), stream.ended, stream.bytes, stream.lasted, stream.min, stream.avg,
-         stream.max, stream.late, qlonglong(stream.test.user)});
+         stream.max, stream.late, stream.kernel, qlonglong(stream.test.user)});
 }
 
 bool forgetStreams(SqliteConnection &connection, qint64 oldest)

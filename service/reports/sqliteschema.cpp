@@ -83,6 +83,7 @@ const QList<QStringList> &migrations()
          u"UPDATE streams SET reported = 1 WHERE EXISTS (SELECT 1 FROM reports WHERE "
          "reports.userid = streams.userid AND reports.seriesid = streams.seriesid AND "
          "reports.testid = streams.testid)"_s},
+        {u"ALTER TABLE streams ADD COLUMN kernel TEXT NOT NULL DEFAULT ''"_s},
     };
     return steps;
 }

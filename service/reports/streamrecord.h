@@ -2,7 +2,7 @@
 
 #include "limits/streamkey.h"
 
-#include <QtGlobal>
+#include <QString>
 
 namespace velometer {
 
@@ -18,6 +18,7 @@ struct StreamRecord
     qint64 min = 0;    ///< bit/s, of an upload
     qint64 avg = 0;    ///< bit/s
     qint64 max = 0;    ///< bit/s, of an upload
+    QString kernel{};  ///< KernelFacts, as text; empty of streams from before they were asked for
     bool late = false; ///< the service itself was too busy to keep up
 };
 

@@ -226,7 +226,7 @@ std::optional<StreamRecord> stream(SqliteConnection &connection, const StreamKey
                                    Direction direction)
 {
     auto query = connection.select(
-        u"SELECT ended, bytes, lasted_ms, min, avg, max, late FROM streams "
+        u"SELECT ended, bytes, lasted_ms, min, avg, max, late, kernel FROM streams "
         "WHERE userid = ? AND seriesid = ? AND testid = ? AND direction = ?"_s,
         {qlonglong(test.user), qlonglong(test.series), qlonglong(test.test), int(direction)});
     if (!query || !query->next()) {
@@ -241,6 +241,7 @@ std::optional<StreamRecord> stream(SqliteConnection &connection, const StreamKey
                         .min = number(3),
                         .avg = number(4),
                         .max = number(5),
+                        .kernel = query->value(7).toString(),
                         .late = number(6) != 0};
 }
 

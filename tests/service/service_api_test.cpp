@@ -78,6 +78,10 @@ void fill(const QString &file)
     QString error;
     const auto store = SqliteReportStore::open(file, &error);
     QVERIFY2(store, qUtf8Printable(error));
+    const QString kernel =
+        u"congestion control cubic; ms rtt_us min_rtt_us bit/s retransmitted limit: "
+        "100 45100 - 9000000 0 window; 200 - 44800 0 - -; 307 245000 44800 12000000 2896 receiver"_s;
+    const QString damaged = QString(kernel).replace(u"9000000"_s, u"9e6"_s);
     for (int number = 0; number < 8; ++number) {
         const Report report = test(number);
         for (const auto direction : {Direction::Download, Direction::Upload}) {
@@ -94,6 +98,7 @@ void fill(const QString &file)
                      .min = 5,
                      .avg = rate / 4 * 3,
                      .max = 9,
+                     .kernel = down ? kernel : damaged,
                      .late = number == 3});
             }
         }

@@ -6,6 +6,8 @@
 
 #include <QCryptographicHash>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QRegularExpression>
 
@@ -192,7 +194,22 @@ private Q_SLOTS:
         const QByteArray document = stored(service, u"document"_s).toUtf8();
         QVERIFY2(document.contains("\nsent " + sent + " bytes in "), document.constData());
         QVERIFY(document.contains("\nreceived min " + told.at(0) + ", avg " + told.at(1) +
-                                  ", max " + told.at(2) + " bit/s\n"));
+                                  ", max " + told.at(2) + " bit/s; congestion control "));
+        // What the kernel told meanwhile, in the report as in the interface.
+        for (const QByteArray &way : {"download"_ba, "upload"_ba}) {
+            const auto answer = service.get("/velometer/api/v1/tests/1?userid=1436911191399025");
+            const QJsonValue seen = QJsonDocument::fromJson(
+                bodyOf(answer))["service"_L1][QLatin1StringView(way)]["kernel"_L1];
+            const QJsonValue samples = seen["samples"_L1];
+            QVERIFY2(samples["time_ms"_L1].toArray().size() >= 4, document.constData());
+            QVERIFY(document.contains(
+                "limit: " + QByteArray::number(samples["time_ms"_L1][0].toInteger()) + ' '));
+            QVERIFY(document.contains("congestion control " +
+                                      seen["congestion"_L1].toString().toLatin1() + ';'));
+            QVERIFY(way == "upload" || seen["rtt_min_ns"_L1].toInteger() > 0);
+            QVERIFY(way == "upload" ||
+                    seen["rtt_p95_ns"_L1].toInteger() >= seen["rtt_median_ns"_L1].toInteger());
+        }
         const QByteArray page =
             service.get("/velometer/Controller?page=UserReport&userid=1436911191399025");
         QCOMPARE(page.count("down\">25.0 Mbit/s<"), 1);
@@ -232,13 +249,15 @@ private Q_SLOTS:
         const QHash<QString, QString> values{{u"IP"_s, u"::1"_s},
                                              {u"NEST"_s, u"###SERVER_IP###"_s},
                                              {u"CDATA"_s, u"]]>&\"'\n\x01<<b>"_s},
-                                             {u"LONG"_s, QString(1000, QLatin1Char('x'))}};
+                                             {u"LONG"_s, QString(200'000, QLatin1Char('x'))}};
         QCOMPARE(Placeholders::fill(u"<a>###SERVER_IP###</a> ###SERVER_X### ###SERVER_NEST### "
                                     "<![CDATA[###SERVER_CDATA###]]> ###SERVER_IP"_s,
                                     values),
                  u"<a>::1</a> ###SERVER_X### ___SERVER_IP___ <![CDATA[__________b_]]> "
                  "###SERVER_IP"_s);
-        QCOMPARE(Placeholders::fill(u"###SERVER_LONG###"_s, values).size(), 128);
+        const QString places = u"###SERVER_LONG###"_s.repeated(64);
+        QCOMPARE(Placeholders::fill(places.first(17), values).size(), 128 * 1024);
+        QCOMPARE(Placeholders::fill(places, values).size(), 256 * 1024);
     }
 
     void answersBeforeAllIsRead()

@@ -40,6 +40,8 @@ private Q_SLOTS:
         row("UUID with a quote", "GET " + v + "getIDwithUUID.jsp?UUID=a'b", 400);
         row("download beyond 64 bits",
             "GET " + v + "downloadtest.php?logtraffic=99999999999999999999", 400);
+        row("a congestion control that is none",
+            "GET " + v + "downloadtest.php?logtraffic=5&cc=../bbr", 400);
         row("upload without ids", "POST " + v + "uploadtest.php?logtraffic=1", 400);
         row("no such upload", "GET " + v + "getuploadresult.php?a=b" + ids, 404);
         row("unknown user", "GET " + v + "Controller?page=UserReport&userid=1&language=de", 404,

@@ -128,7 +128,7 @@ private Q_SLOTS:
         QCOMPARE(userOf(store, u"b"_s).lastSeries, 0);
         QCOMPARE(testsOf(store, first.id).size(), 2);
         store.reset();
-        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 4);
+        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 5);
         QCOMPARE(sql(file, {u"SELECT group_concat(seriesid) FROM reports WHERE verified"_s}), 7);
     }
 

@@ -89,6 +89,20 @@ private Q_SLOTS:
         QVERIFY(service.waitForMetric("streams{direction=\"download\"}", 0));
     }
 
+    void theClientChoosesTheCongestionControlThatTheKernelHas()
+    {
+        RunningService service;
+        for (const auto &[wanted, runs] :
+             {std::pair{"&cc=reno"_ba, "reno"_ba}, {"&cc=", {}}, {"&cc=nosuchmodule", {}}}) {
+            SocketClient client(service.port());
+            QVERIFY(client.send("GET /velometer/downloadtest.php?logtraffic=30" + ids + wanted +
+                                " HTTP/1.0\r\n\r\n"));
+            const QByteArray head = client.receive(500);
+            QVERIFY2(head.contains("\r\nVelometer-Congestion: " + runs), head.constData());
+            QCOMPARE(head.contains("Congestion: reno\r\n"), !runs.isEmpty());
+        }
+    }
+
     void uploadGivesFiguresAlsoAfterAReset()
     {
         RunningService service;
