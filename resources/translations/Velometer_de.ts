@@ -302,6 +302,10 @@ hat, sieht die Tests.</translation>
         <source>(c) OpenStreetMap contributors</source>
         <translation>© OpenStreetMap-Mitwirkende</translation>
     </message>
+    <message>
+        <source>Offline: outline only</source>
+        <translation>Offline: nur Umrisse</translation>
+    </message>
 </context>
 <context>
     <name>Options</name>
@@ -370,6 +374,33 @@ hat, sieht die Tests.</translation>
     <message>
         <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
         <translation>--position nimmt nmea:DATEI, nmea:socket://HOST:PORT, gpsd oder gpsd://HOST:PORT, nicht %1.</translation>
+    </message>
+</context>
+<context>
+    <name>RateClasses</name>
+    <message>
+        <source>below 1 Mbit/s</source>
+        <translation>unter 1 Mbit/s</translation>
+    </message>
+    <message>
+        <source>1 to 5</source>
+        <translation>1 bis 5</translation>
+    </message>
+    <message>
+        <source>5 to 20</source>
+        <translation>5 bis 20</translation>
+    </message>
+    <message>
+        <source>20 to 100</source>
+        <translation>20 bis 100</translation>
+    </message>
+    <message>
+        <source>100 and more</source>
+        <translation>100 und mehr</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>k. A.</translation>
     </message>
 </context>
 <context>
@@ -1290,6 +1321,21 @@ hat, sieht die Tests.</translation>
         <source>Map</source>
         <translation>Karte</translation>
     </message>
+    <message>
+        <source>other or mixed</source>
+        <translation>andere oder gemischt</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::HistoryPlot</name>
+    <message>
+        <source>other connections</source>
+        <translation>andere Verbindungen</translation>
+    </message>
+    <message>
+        <source>%1 from %2 to %3 %4</source>
+        <translation>%1 von %2 bis %3 %4</translation>
+    </message>
 </context>
 <context>
     <name>velometer::HistoryTab</name>
@@ -1443,6 +1489,21 @@ orvak verfassen</translation>
     <message>
         <source>Keys</source>
         <translation>Tasten</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::MapLegend</name>
+    <message>
+        <source>What the colours of the markers tell</source>
+        <translation>Was die Farben der Marken sagen</translation>
+    </message>
+    <message>
+        <source>Colour: download</source>
+        <translation>Farbe: Download</translation>
+    </message>
+    <message>
+        <source>Colour: connection</source>
+        <translation>Farbe: Verbindung</translation>
     </message>
 </context>
 <context>
@@ -1967,6 +2028,10 @@ orvak verfassen</translation>
     <message>
         <source>Classic</source>
         <translation>Klassisch</translation>
+    </message>
+    <message>
+        <source>Not while a test or a series runs.</source>
+        <translation>Nicht während ein Test oder eine Testserie läuft.</translation>
     </message>
 </context>
 <context>
@@ -2525,6 +2590,10 @@ orvak verfassen</translation>
         <source>Stop</source>
         <translation>Stopp</translation>
     </message>
+    <message>
+        <source>%1 (fixed for this test)</source>
+        <translation>%1 (während des Tests fest)</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ThroughputPlot</name>
@@ -2543,6 +2612,10 @@ orvak verfassen</translation>
     <message>
         <source>%1, %2 s</source>
         <translation>%1, %2 s</translation>
+    </message>
+    <message>
+        <source>%1 on average %2, at most %3 %4</source>
+        <translation>%1 im Mittel %2, höchstens %3 %4</translation>
     </message>
 </context>
 <context>

@@ -300,6 +300,10 @@ sees the tests.</translation>
         <source>(c) OpenStreetMap contributors</source>
         <translation>© OpenStreetMap contributors</translation>
     </message>
+    <message>
+        <source>Offline: outline only</source>
+        <translation>Offline: outline only</translation>
+    </message>
 </context>
 <context>
     <name>Options</name>
@@ -368,6 +372,33 @@ sees the tests.</translation>
     <message>
         <source>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</source>
         <translation>--position takes nmea:FILE, nmea:socket://HOST:PORT, gpsd or gpsd://HOST:PORT, not %1.</translation>
+    </message>
+</context>
+<context>
+    <name>RateClasses</name>
+    <message>
+        <source>below 1 Mbit/s</source>
+        <translation>below 1 Mbit/s</translation>
+    </message>
+    <message>
+        <source>1 to 5</source>
+        <translation>1 to 5</translation>
+    </message>
+    <message>
+        <source>5 to 20</source>
+        <translation>5 to 20</translation>
+    </message>
+    <message>
+        <source>20 to 100</source>
+        <translation>20 to 100</translation>
+    </message>
+    <message>
+        <source>100 and more</source>
+        <translation>100 and more</translation>
+    </message>
+    <message>
+        <source>na</source>
+        <translation>na</translation>
     </message>
 </context>
 <context>
@@ -1288,6 +1319,21 @@ sees the tests.</translation>
         <source>Map</source>
         <translation>Map</translation>
     </message>
+    <message>
+        <source>other or mixed</source>
+        <translation>other or mixed</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::HistoryPlot</name>
+    <message>
+        <source>other connections</source>
+        <translation>other connections</translation>
+    </message>
+    <message>
+        <source>%1 from %2 to %3 %4</source>
+        <translation>%1 from %2 to %3 %4</translation>
+    </message>
 </context>
 <context>
     <name>velometer::HistoryTab</name>
@@ -1441,6 +1487,21 @@ to orvak</translation>
     <message>
         <source>Keys</source>
         <translation>Keys</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::MapLegend</name>
+    <message>
+        <source>What the colours of the markers tell</source>
+        <translation>What the colours of the markers tell</translation>
+    </message>
+    <message>
+        <source>Colour: download</source>
+        <translation>Colour: download</translation>
+    </message>
+    <message>
+        <source>Colour: connection</source>
+        <translation>Colour: connection</translation>
     </message>
 </context>
 <context>
@@ -1965,6 +2026,10 @@ to orvak</translation>
     <message>
         <source>Classic</source>
         <translation>Classic</translation>
+    </message>
+    <message>
+        <source>Not while a test or a series runs.</source>
+        <translation>Not while a test or a series runs.</translation>
     </message>
 </context>
 <context>
@@ -2523,6 +2588,10 @@ to orvak</translation>
         <source>Stop</source>
         <translation>Stop</translation>
     </message>
+    <message>
+        <source>%1 (fixed for this test)</source>
+        <translation>%1 (fixed for this test)</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ThroughputPlot</name>
@@ -2541,6 +2610,10 @@ to orvak</translation>
     <message>
         <source>%1, %2 s</source>
         <translation>%1, %2 s</translation>
+    </message>
+    <message>
+        <source>%1 on average %2, at most %3 %4</source>
+        <translation>%1 on average %2, at most %3 %4</translation>
     </message>
 </context>
 <context>

@@ -26,6 +26,7 @@ LastTest::LastTest(TestTab *page, TestSession *testSession, QObject *parent)
     , background(new BackgroundNotice(QDBusConnection::sessionBus(), this))
 {
     connect(&session->getController(), &TestController::testEnded, this, &LastTest::refresh);
+    connect(testTab, &TestTab::lastTestClicked, this, &LastTest::open);
     connect(&session->getSeries(), &TestSeries::ended, this, &LastTest::ended);
     refresh();
 }
@@ -33,6 +34,13 @@ LastTest::LastTest(TestTab *page, TestSession *testSession, QObject *parent)
 void LastTest::refresh()
 {
     testTab->setLastTest(summary());
+}
+
+void LastTest::open()
+{
+    if (const auto last = gDB->getNewestResults()) {
+        Q_EMIT opened(last.get());
+    }
 }
 
 void LastTest::ended()

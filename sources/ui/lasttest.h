@@ -5,6 +5,7 @@
 namespace velometer {
 
 class BackgroundNotice;
+class DBTestResults;
 class TestSession;
 class TestTab;
 
@@ -21,7 +22,12 @@ public:
     /// After something else than a test has changed what is stored.
     void refresh();
 
+Q_SIGNALS:
+    /// The user wants its details. @p results are valid during the signal.
+    void opened(const DBTestResults *results);
+
 private:
+    void open();
     void ended();
 
     TestTab *testTab;

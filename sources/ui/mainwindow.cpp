@@ -5,6 +5,7 @@
 #include "app/testsession.h"
 #include "db/databasemanager.h"
 #include "ui/details/detailswindow.h"
+#include "ui/frame/firstframe.h"
 #include "ui/frame/pagestack.h"
 #include "ui/lasttest.h"
 #include "ui/map/geomaptab.h"
@@ -48,7 +49,7 @@ MainWindow::MainWindow(Platform &devicePlatform, QWidget *parent)
     new FocusRing(this);
     connect(popups, &PopupLayer::closed, pages, &PageStack::focus);
     connect(pages, &PageStack::pageClicked, this, &MainWindow::showPageOf);
-    QTimer::singleShot(0, this, &MainWindow::windowReady);
+    connect(new FirstFrame(this), &FirstFrame::shown, this, &MainWindow::windowReady);
 }
 
 MainWindow::~MainWindow()
@@ -109,7 +110,6 @@ void MainWindow::connectPages()
     }
     connect(testTab, &TestTab::startClicked, this, &MainWindow::startTestClicked);
     connect(testTab, &TestTab::stopClicked, this, &MainWindow::stopTestClicked);
-    connect(testTab, &TestTab::lastTestClicked, this, &MainWindow::showLastTest);
     connect(testTab, &TestTab::locationLinkClicked, this, &MainWindow::showLocationPopup);
     connect(resultsTab, &ResultsTab::mapClicked, this, &MainWindow::showGeomapTab);
     connect(resultsTab, &ResultsTab::historyClicked, this, [this] { showPage(historyTab); });
@@ -154,6 +154,8 @@ void MainWindow::createTests()
     connect(session.get(), &TestSession::resumed, this, &MainWindow::seriesResumed);
     connect(getController(), &TestController::testEnded, this, &MainWindow::holdTiles);
     lastTest = new LastTest(testTab, session.get(), this);
+    connect(lastTest, &LastTest::opened, detailsWindow, &DetailsWindow::setTestResults);
+    connect(lastTest, &LastTest::opened, this, &MainWindow::showDetailsWindow);
 }
 
 void MainWindow::setOrientation(ScreenOrientation orientation)
@@ -272,17 +274,12 @@ void MainWindow::showDetailsWindow()
     showPage(detailsWindow);
 }
 
-QString MainWindow::makerAddress()
-{
-    const Deployment &deployment = Deployment::current();
-    return deployment.makerUrl.isEmpty() ? deployment.webAddress() + u'/' : deployment.makerUrl;
-}
-
 void MainWindow::showOrvakWebpage()
 {
-    Utils::addLogEntry("Open URL "_L1 + makerAddress());
+    const QString address = Deployment::current().makerAddress();
+    Utils::addLogEntry("Open URL "_L1 + address);
     if (!popups->isOpen()) {
-        QDesktopServices::openUrl(QUrl(makerAddress()));
+        QDesktopServices::openUrl(QUrl(address));
     }
 }
 
@@ -410,14 +407,6 @@ void MainWindow::startTest()
 TestController *MainWindow::getController() const
 {
     return session ? &session->getController() : nullptr;
-}
-
-void MainWindow::showLastTest()
-{
-    if (const auto last = gDB->getNewestResults()) {
-        detailsWindow->setTestResults(last.get());
-        showDetailsWindow();
-    }
 }
 
 // ---- Actions of the settings page

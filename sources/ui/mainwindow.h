@@ -39,11 +39,11 @@ class MainWindow;
 /// The application: owns pages, popups, the controller and the classes around it, switches between
 /// the pages, stacks the popups and hands on what the controller reports.
 ///
-/// The window paints a loading screen first and makes everything else from a zero timer, so until
-/// then there is no page and no controller. While one of its popups is open, or, for some actions,
-/// while a test runs, requests of pages are ignored. Closing it during a test puts the partial
-/// report into the queue, keeps what is left of a series for the next start, and returns at once.
-/// Main thread only.
+/// The window paints a loading screen and makes everything else when that stands, or after a moment
+/// where nobody looks; until then there is no page and no controller. While one of its popups is
+/// open, or, for some actions, while a test runs, requests of pages are ignored. Closing it during
+/// a test puts the partial report into the queue, keeps what is left of a series for the next
+/// start, and returns at once. Main thread only.
 class MainWindow : public QMainWindow, public TestObserver
 {
     Q_OBJECT
@@ -73,9 +73,6 @@ public:
     DetailsWindow *getDetailsWindow() const { return detailsWindow; }
     /// A test or a series is in progress, or about to begin.
     bool isTestRunning() const;
-
-    /// Where showOrvakWebpage() leads.
-    static QString makerAddress();
 
     /// Series mode on or off; a test or series that runs ends in the mode it began in.
     void setAdvancedMode(bool on) { advancedmode = on; }
@@ -111,8 +108,6 @@ public:
 public Q_SLOTS:
     void startTestClicked();
     void stopTestClicked();
-    /// Details of the test that ended last.
-    void showLastTest();
     void showLocationPopup();
     void showNumberOfMeasurementsPopup();
 

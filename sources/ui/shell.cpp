@@ -60,6 +60,28 @@ QSize rememberedSize()
 
 } // namespace
 
+/// Holds the window in the scene. Of its own the toolkit stops at the last widget, where a window
+/// goes round.
+class Shell::Frame : public QGraphicsProxyWidget
+{
+protected:
+    bool focusNextPrevChild(bool next) override
+    {
+        const auto after = [next](const QWidget *each) {
+            return next ? each->nextInFocusChain() : each->previousInFocusChain();
+        };
+        QWidget *from = widget()->focusWidget() ? widget()->focusWidget() : widget();
+        for (QWidget *each = after(from); each != from; each = after(each)) {
+            const bool isStop = (each->focusPolicy() & Qt::TabFocus) != 0 && !each->focusProxy();
+            if (isStop && each->isVisibleTo(widget()) && each->isEnabled()) {
+                each->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+                return true;
+            }
+        }
+        return false;
+    }
+};
+
 /// Fits the window into whatever size the view gets.
 class Shell::View : public QGraphicsView
 {
@@ -153,8 +175,10 @@ Shell::Shell(ShellKind shellKind, MainWindow &mainWindow)
         return;
     }
     scene = std::make_unique<QGraphicsScene>();
-    QGraphicsProxyWidget *proxy = scene->addWidget(&window);
-    proxy->setPos(0, 0);
+    auto *frame = new Frame;
+    frame->setWidget(&window);
+    scene->addItem(frame);
+    frame->setPos(0, 0);
     view = std::make_unique<View>(scene.get(), window, handsetDegrees);
     connect(&window, &MainWindow::closed, view.get(), &QWidget::close, Qt::QueuedConnection);
 }

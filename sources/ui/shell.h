@@ -46,6 +46,7 @@ public:
     QWidget &topLevel();
 
 private:
+    class Frame;
     class View;
 
     const ShellKind kind;

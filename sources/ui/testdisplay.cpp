@@ -165,7 +165,7 @@ void TestDisplay::seriesEnded()
         setDataTransferred(QString());
     }
     testTab->setGUIDisabled(false);
-    Q_EMIT running(QString());
+    tellRunning({});
 }
 
 // ---- While a test runs
@@ -263,6 +263,12 @@ void TestDisplay::testEnded(const TestOutcome &outcome)
     }
 }
 
+void TestDisplay::tellRunning(const QString &text)
+{
+    testTab->setLocationFixed(!text.isEmpty());
+    Q_EMIT running(text);
+}
+
 // ---- What a test reports
 
 void TestDisplay::setStatus(QString text)
@@ -271,7 +277,7 @@ void TestDisplay::setStatus(QString text)
     // The rate of a phase that is over is no live figure.
     rate.clear();
     testTab->hideLive();
-    Q_EMIT running(series && series->isRunning() ? text : QString());
+    tellRunning(series && series->isRunning() ? text : QString());
     if (!inSeries()) {
         testTab->setStatusText(text);
         return;

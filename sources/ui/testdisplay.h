@@ -77,6 +77,7 @@ private:
     void updateScreenNextMeasurement();
     void testsMissed(int first, int last);
     void testEnded(const TestOutcome &outcome);
+    void tellRunning(const QString &text);
     void heard();
     void look();
     QString awaited() const;

@@ -144,6 +144,11 @@ QString Deployment::webAddress() const
     return webPort == defaultHttpPort ? address : u"%1:%2"_s.arg(address).arg(webPort);
 }
 
+QString Deployment::makerAddress() const
+{
+    return makerUrl.isEmpty() ? webAddress() + u'/' : makerUrl;
+}
+
 QString Deployment::userPageAddress(qint64 userId, const QString &language) const
 {
     return u"%1/velometer/Controller?page=UserReport&language=%2&userid=%3"_s.arg(

@@ -41,6 +41,9 @@ struct Deployment
     /// "http://host" of the web host, with its port when that is not 80; no slash at the end.
     QString webAddress() const;
 
+    /// The maker's web page.
+    QString makerAddress() const;
+
     /// The page that shows all measurements of @p userId; @p language is "de" or "en".
     QString userPageAddress(qint64 userId, const QString &language) const;
 

@@ -41,9 +41,14 @@ QString Translations::translate(const char *context, const char *text)
     if (inUse) {
         return QCoreApplication::translate(context, text);
     }
-    QTranslator catalogue;
-    const QString translated =
-        loadCatalogue(catalogue, language()) ? catalogue.translate(context, text) : QString();
+    // Asked for one text after the other.
+    static QTranslator catalogue;
+    static QString loaded;
+    if (loaded != language()) {
+        loaded = language();
+        (void)loadCatalogue(catalogue, loaded);
+    }
+    const QString translated = catalogue.translate(context, text);
     return translated.isEmpty() ? QString::fromUtf8(text) : translated;
 }
 

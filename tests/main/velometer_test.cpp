@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <functional>
+#include <utility>
 
 namespace velometer {
 
@@ -17,6 +18,19 @@ constexpr int startLimit = 20'000;
 bool isStartButton(const QColor &colour)
 {
     return colour.red() < 90 && colour.green() > 160 && colour.blue() > 140;
+}
+
+bool hasStartButton(const QImage &screen)
+{
+    constexpr int step = 10;
+    for (int y = 0; y < screen.height(); y += step) {
+        for (int x = 0; x < screen.width(); x += step) {
+            if (isStartButton(screen.pixelColor(x, y))) {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 bool isOrdinaryButton(const QColor &colour)
@@ -132,6 +146,8 @@ private:
                                               u"--theme"_s, u"given"_s} +
                                       options);
         QVERIFY(application->waitForStarted());
+        // "Loading" stands still, too.
+        QVERIFY(QTest::qWaitFor([this] { return hasStartButton(screen()); }, startLimit));
     }
 
     QByteArray output(const QString &program, const QStringList &arguments)
@@ -146,19 +162,14 @@ private:
         return QImage::fromData(output(u"import"_s, {u"-window"_s, u"root"_s, u"png:-"_s}));
     }
 
-    /// The screen once the page is there and stands still.
+    /// The screen once it stands still.
     QImage settledScreen()
     {
         QImage last = screen();
         (void)QTest::qWaitFor(
             [&] {
                 const QImage now = screen();
-                const bool still =
-                    now == last &&
-                    now.convertToFormat(QImage::Format_RGB32).pixelColor(now.rect().center()) !=
-                        QColor(Qt::black);
-                last = now;
-                return still;
+                return std::exchange(last, now) == now;
             },
             startLimit);
         return last;

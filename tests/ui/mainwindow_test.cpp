@@ -26,11 +26,35 @@
 #include <QSignalSpy>
 #include <QSqlQuery>
 
+#include <functional>
+
 namespace velometer {
 
 namespace {
 
 constexpr int limitMs = 30'000;
+
+/// Calls once, when a window is painted.
+class FirstPaint : public QObject
+{
+public:
+    FirstPaint(QWidget *window, std::function<void()> call)
+        : painted(std::move(call))
+    {
+        window->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && painted) {
+            std::exchange(painted, nullptr)();
+        }
+        return false;
+    }
+
+private:
+    std::function<void()> painted;
+};
 
 } // namespace
 
@@ -55,6 +79,21 @@ private Q_SLOTS:
     }
 
     void cleanup() { window.reset(); }
+
+    void theFirstFrameWaitsForNothing()
+    {
+        store = std::make_unique<StoredTests>();
+        for (const bool shown : {true, false}) {
+            window = std::make_unique<MainWindow>(platform);
+            bool early = false;
+            // The store and all pages come after it.
+            const FirstPaint paint(window.get(), [&] { early = !window->getController(); });
+            window->setVisible(shown);
+            // A minimised window goes on with its series.
+            QTRY_VERIFY(window->getController());
+            QCOMPARE(early, shown);
+        }
+    }
 
     void asksBeforeATest_data()
     {

@@ -32,8 +32,6 @@ namespace velometer {
 
 namespace {
 
-/// Lets the page be painted before the rows are built.
-constexpr std::chrono::milliseconds detailsPaintTime{50};
 constexpr qsizetype loggedLength = 30;
 constexpr int swipeLength = 80; // px
 constexpr int swipeSlope = 2;   ///< this much more to the side than up or down
@@ -85,7 +83,7 @@ DetailsWindow::DetailsWindow(QWidget *parent)
     scroller->enableKineticScrollFor(ui->scrollArea);
     ui->scrollArea->viewport()->installEventFilter(this); // sees a swipe before the scroller
     showTimer.setSingleShot(true);
-    showTimer.setInterval(detailsPaintTime);
+    showTimer.setInterval(0);
     connect(&showTimer, &QTimer::timeout, this, &DetailsWindow::setTestResultsImpl);
     dress();
     showPleaseWait(false);
@@ -120,6 +118,8 @@ void DetailsWindow::setTestResults(const DBTestResults *results)
     shownId = results->myTestId;
     clearExistingWidgets();
     showPleaseWait(true);
+    // What was there stays on the screen for the moment that this takes.
+    ui->body->setUpdatesEnabled(false);
     showTimer.start();
 }
 
@@ -133,6 +133,7 @@ void DetailsWindow::showNewest()
 
 void DetailsWindow::setTestResultsImpl()
 {
+    ui->body->setUpdatesEnabled(true);
     clearExistingWidgets();
     showPleaseWait(false);
     Utils::addLogEntry(u"Setup Details Window for TestId: %1"_s.arg(shownId));

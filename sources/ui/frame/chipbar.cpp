@@ -1,5 +1,7 @@
 #include "ui/frame/chipbar.h"
 
+#include "ui/frame/tabplace.h"
+
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -53,7 +55,9 @@ QPushButton *ChipBar::addChip(const QString &name)
     chip->setProperty("role", QStringLiteral("chip"));
     chip->setAutoDefault(true);
     chip->setFocusPolicy(Qt::TabFocus);
+    const QLayoutItem *last = row->itemAt(row->count() - 2);
     row->insertWidget(row->count() - 1, chip);
+    TabPlace::putBehind(last ? last->widget() : this, chip); // where the bar stands
     chip->installEventFilter(this);
     return chip;
 }
@@ -61,6 +65,7 @@ QPushButton *ChipBar::addChip(const QString &name)
 void ChipBar::setChip(QPushButton *chip, const QString &text, bool set)
 {
     chip->setText(text);
+    chip->setAccessibleName(QString(text).remove(choiceMark));
     chip->setAccessibleDescription(set ? tr("filtered by this") : QString());
     if (chip->property("set").toBool() != set) {
         chip->setProperty("set", set);

@@ -18,6 +18,9 @@ class ChipBar : public QScrollArea
     Q_OBJECT
 
 public:
+    /// Behind the text of a chip that opens a choice; a screen reader leaves it out.
+    static inline const QString choiceMark = QStringLiteral(" ▾");
+
     explicit ChipBar(QWidget *parent = nullptr);
 
     /// A chip of that object name at the end of the row, owned by it.

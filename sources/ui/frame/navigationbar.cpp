@@ -1,5 +1,6 @@
 #include "ui/frame/navigationbar.h"
 
+#include "ui/frame/spokenrole.h"
 #include "ui/theme/theme.h"
 
 #include "ui_navigationbar.h"
@@ -41,6 +42,12 @@ NavigationBar::NavigationBar(QWidget *parent)
 {
     setAttribute(Qt::WA_StyledBackground);
     ui->setupUi(this);
+    for (const Entry &entry : entries) {
+        // A finger finds icon and name; for the keyboard and a screen reader they are one.
+        auto *icon = findChild<QPushButton *>(entry.button + u'1');
+        SpokenRole::give(icon, QAccessible::PageTab);
+        findChild<QPushButton *>(entry.button + u'2')->setFocusPolicy(Qt::NoFocus);
+    }
 }
 
 NavigationBar::~NavigationBar() = default;
@@ -62,6 +69,7 @@ void NavigationBar::light()
             each->style()->unpolish(each);
             each->style()->polish(each);
         }
+        SpokenRole::setState(icon, {.selected = isCurrent, .expanded = {}});
         const Theme::Colours &colours = Theme::colours();
         icon->setIcon(Theme::icon(entry.icon, isCurrent ? colours.accent : colours.quiet));
     }

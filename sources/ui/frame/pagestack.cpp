@@ -20,18 +20,12 @@ constexpr int widestLeft = 520;
 PageStack::PageStack(QWidget *parent)
     : QObject(parent)
     , window(parent)
-    , side(new NavigationBar(parent))
-{
-    side->standBeside();
-    side->hide();
-    connect(side, &NavigationBar::pageClicked, this, &PageStack::pageClicked);
-}
+{}
 
 void PageStack::add(TabBase *page)
 {
     page->hide();
     all.append(page);
-    side->raise(); // above what the window has below its pages
 }
 
 void PageStack::addBeside(TabBase *other, TabBase *page)
@@ -49,6 +43,12 @@ bool PageStack::isWide() const
 
 void PageStack::show(TabBase *page)
 {
+    if (!side) {
+        // Behind all pages in the order of Tab, and above what the window has below them.
+        side = new NavigationBar(window);
+        side->standBeside();
+        connect(side, &NavigationBar::pageClicked, this, &PageStack::pageClicked);
+    }
     shown = page;
     const QList<TabBase *> lefts = leftsOf.value(page);
     if (!lefts.contains(left)) {

@@ -49,8 +49,8 @@ private:
     QHash<TabBase *, QList<TabBase *>> leftsOf;
     QHash<TabBase *, TabBase *> rightOf; ///< the one that stood there last
     TabBase *shown = nullptr;
-    TabBase *left = nullptr; ///< the shown page, or what it stands beside in a wide window
-    NavigationBar *side;
+    TabBase *left = nullptr;       ///< the shown page, or what it stands beside in a wide window
+    NavigationBar *side = nullptr; ///< made when a page is shown
 };
 
 } // namespace velometer

@@ -22,7 +22,7 @@ public:
     /// Whether the window has a navigation of its own beside the pages.
     void setNavigationBeside(bool beside);
     /// What runs now, shown in the header; empty: nothing.
-    void setRunning(const QString &text);
+    virtual void setRunning(const QString &text);
 
 public Q_SLOTS:
     void on_buttonRunning_clicked();

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyleHints>
+#include <QTouchEvent>
 #include <QWidget>
 
 #include <algorithm>
@@ -21,9 +22,6 @@ namespace {
 constexpr QColor beyondTheWorld(0xb9, 0xd9, 0xeb);
 constexpr QColor focusColour(0x0a, 0x74, 0x68);
 constexpr int keyboardStep = 64;   // px
-constexpr double fanRadius = 108;  // px
-constexpr double fanStep = 34;     // degrees, a marker's width; upwards: the label opens below
-constexpr double fanLift = 14;     // px
 constexpr double besideFan = 0.35; // opacity of the other markers
 
 } // namespace
@@ -31,6 +29,7 @@ constexpr double besideFan = 0.35; // opacity of the other markers
 GeoMap::GeoMap(MapProvider &tiles)
     : ground(tiles)
     , glide(new MapGlide(this))
+    , fingers(*this)
 {
     connect(glide, &MapGlide::moved, this, &GeoMap::pan);
     setFlag(ItemUsesExtendedStyleOption);
@@ -38,7 +37,9 @@ GeoMap::GeoMap(MapProvider &tiles)
     setFlag(ItemIsFocusable);
     setFocusPolicy(Qt::StrongFocus);
     setAcceptedMouseButtons(Qt::LeftButton);
+    setAcceptTouchEvents(true);
     connect(&tiles, &MapProvider::tileReady, this, &GeoMap::tileArrived);
+    connect(&tiles, &MapProvider::offlineChanged, this, [this] { update(); });
 }
 
 GeoMap::~GeoMap() = default;
@@ -68,22 +69,23 @@ void GeoMap::setZoomLevel(int level)
 
 void GeoMap::zoomAt(QPointF point, int levels)
 {
-    const QPointF fromMiddle = point - view.rect().center();
-    const double before = view.worldSize();
-    setZoomLevel(view.zoom + levels);
-    const QPointF way = fromMiddle * (view.worldSize() / before - 1);
-    pan(qRound(way.x()), qRound(way.y()));
+    showAt(point, point,
+           std::clamp(view.zoom + levels, Mercator::minimumZoom, Mercator::maximumZoom),
+           view.scale);
 }
 
 void GeoMap::pan(int dx, int dy)
 {
-    const double worldSize = view.worldSize();
-    const double x = view.centre.x() + dx / worldSize;
+    centreOn(view.centre + QPointF(dx, dy) / view.worldSize());
+}
+
+void GeoMap::centreOn(QPointF world)
+{
     // The top and the bottom of the world stop at the edge of the view, where it is large enough.
-    const double half = std::min(0.5, size().height() / 2 / worldSize);
-    const double y = std::clamp(view.centre.y() + dy / worldSize, std::min(half, view.centre.y()),
-                                std::max(1 - half, view.centre.y()));
-    view.centre = {x - std::floor(x), y};
+    const double half = std::min(0.5, size().height() / 2 / view.worldSize());
+    const double y =
+        std::clamp(world.y(), std::min(half, view.centre.y()), std::max(1 - half, view.centre.y()));
+    view.centre = {world.x() - std::floor(world.x()), y};
     viewChanged();
 }
 
@@ -110,9 +112,9 @@ void GeoMap::removeMapObject(MapObject *object)
 
 void GeoMap::forgetPress(const MapObject *object)
 {
-    if (pressed == object) {
-        pressed = nullptr;
-        markerPressed = false;
+    if (pressedObject == object) {
+        pressedObject = nullptr;
+        onObject = false;
     }
 }
 
@@ -126,17 +128,17 @@ std::vector<MapObject *> GeoMap::mapObjectsAt(QPointF point) const
         }
     };
     std::for_each(layers.labels.begin(), layers.labels.end(), consider);
-    for (const auto &[marker, tip] : fannedOut()) {
+    for (const auto &[marker, tip] : fan.markers(view)) {
         if (Marker::rectAt(tip).contains(point)) {
             found.push_back(marker);
         }
     }
-    if (fan.cluster) {
-        consider(fan.cluster);
+    if (fan.cluster()) {
+        consider(fan.cluster());
     }
     std::for_each(singles.begin(), singles.end(), consider);
     for (const auto &cluster : clusters) {
-        if (cluster.get() != fan.cluster) {
+        if (cluster.get() != fan.cluster()) {
             consider(cluster.get());
         }
     }
@@ -158,6 +160,9 @@ void GeoMap::setControls(const QRectF &area)
 void GeoMap::setShown(bool on)
 {
     shown = on;
+    if (!on) {
+        fingers.forget();
+    }
     viewChanged();
 }
 
@@ -195,17 +200,14 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
     for (const MapObject *object : layers.ground) {
         paintIfVisible(*object);
     }
-    painter->setOpacity(fan.cluster ? besideFan : 1);
+    painter->setOpacity(fan.cluster() ? besideFan : 1);
     std::for_each(clusters.rbegin(), clusters.rend(),
                   [&](const auto &cluster) { paintIfVisible(*cluster); });
     std::for_each(singles.rbegin(), singles.rend(),
                   [&](const Marker *marker) { paintIfVisible(*marker); });
     painter->setOpacity(1);
-    paintFan(*painter);
-    // The bare outline is nobody's work but ours.
-    if (pictured) {
-        ground.paintCredits(*painter, view);
-    }
+    fan.paint(*painter, view);
+    ground.paintNote(*painter, view, pictured);
     for (const MapObject *label : layers.labels) {
         paintIfVisible(*label);
     }
@@ -214,23 +216,6 @@ void GeoMap::paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QW
         painter->setPen(QPen(focusColour, 3));
         painter->drawRect(visible.adjusted(1.5, 1.5, -1.5, -1.5));
     }
-}
-
-void GeoMap::paintFan(QPainter &painter) const
-{
-    if (!fan.cluster) {
-        return;
-    }
-    const QPointF disc = fan.cluster->boundingRect(view).center();
-    const auto fanned = fannedOut();
-    painter.setPen(QPen(QColor(0x17, 0x1b, 0x1f), 2));
-    for (const auto &[marker, tip] : fanned) {
-        painter.drawLine(disc, tip);
-    }
-    for (const auto &[marker, tip] : fanned) {
-        marker->paintAt(painter, tip);
-    }
-    fan.cluster->paint(painter, view);
 }
 
 void GeoMap::groupMarkers() const
@@ -253,7 +238,7 @@ void GeoMap::forgetGroups()
     for (const auto &cluster : clusters) {
         forgetPress(cluster.get());
     }
-    fan = {};
+    fan.forget();
     markersGrouped = false;
     singles.clear();
     clusters.clear();
@@ -266,27 +251,16 @@ void GeoMap::openCluster(MarkerCluster *cluster)
         setZoomLevel(*level);
         return;
     }
-    const size_t count = cluster->members().size();
-    const size_t first = fan.cluster == cluster ? fan.first + markersInFan : 0;
-    closeFan();
-    if (first >= count) {
-        return;
+    fan.open(cluster);
+    if (fan.cluster()) {
+        bringFanIntoView();
     }
-    fan = {cluster, first};
-    if (count > markersInFan) {
-        cluster->setCaption(
-            u"%1\u2013%2"_s.arg(first + 1).arg(std::min(count, first + markersInFan)));
-    }
-    bringFanIntoView();
     update();
 }
 
 void GeoMap::bringFanIntoView()
 {
-    QRectF area = fan.cluster->boundingRect(view);
-    for (const auto &[marker, tip] : fannedOut()) {
-        area |= Marker::rectAt(tip);
-    }
+    const QRectF area = fan.boundingRect(view);
     const double right = view.controls.isEmpty()
                              ? view.size.width()
                              : std::min(view.size.width(), view.controls.left());
@@ -297,64 +271,98 @@ void GeoMap::bringFanIntoView()
         static_cast<int>(way(area.top(), area.bottom(), view.size.height())));
 }
 
-void GeoMap::closeFan()
+void GeoMap::pressed(QPointF at)
 {
-    if (fan.cluster) {
-        fan.cluster->setCaption({});
+    onObject = false;
+    glide->stop();
+    pressedAt = at;
+    const auto under = mapObjectsAt(at);
+    if (!under.empty()) {
+        pressedObject = under.front();
+        onObject = true;
     }
-    fan = {};
-    update();
 }
 
-std::vector<std::pair<Marker *, QPointF>> GeoMap::fannedOut() const
+void GeoMap::dragged(QPointF from, QPointF to)
 {
-    std::vector<std::pair<Marker *, QPointF>> result;
-    if (!fan.cluster) {
-        return result;
+    const QPointF way = from - to;
+    pan(static_cast<int>(way.x()), static_cast<int>(way.y()));
+    glide->dragged(way);
+}
+
+// The first tap was one of its own; on the bare map it did nothing.
+void GeoMap::pressedTwice(QPointF at)
+{
+    pressed(at);
+    if (!onObject) {
+        zoomAt(at, 1);
     }
-    const auto &members = fan.cluster->members();
-    const size_t last = std::min(members.size(), fan.first + markersInFan);
-    const double steps = static_cast<double>(last - fan.first) - 1;
-    const QPointF tip = view.toScreen(fan.cluster->world()) - QPointF(0, fanLift);
-    for (size_t i = fan.first; i < last; ++i) {
-        const double step = steps / 2 - static_cast<double>(i - fan.first);
-        const double angle = Mercator::radians(90 + fanStep * step);
-        result.emplace_back(members[i],
-                            tip + fanRadius * QPointF(std::cos(angle), -std::sin(angle)));
+}
+
+void GeoMap::released(QPointF at)
+{
+    // The map follows the finger and the marker with it: a drag shows in the way of the finger.
+    const double way = (at - pressedAt).manhattanLength();
+    if (way >= QGuiApplication::styleHints()->startDragDistance()) {
+        return glide->release();
     }
-    return result;
+    if (!std::exchange(onObject, false)) {
+        fan.close();
+        return update();
+    }
+    const auto under = mapObjectsAt(at);
+    if (std::find(under.begin(), under.end(), pressedObject) != under.end()) {
+        pressedObject->tap(*this);
+    }
+}
+
+void GeoMap::pinched(QPointF from, QPointF to, double factor)
+{
+    const double wanted = std::clamp(view.zoom + std::log2(view.scale * factor),
+                                     static_cast<double>(Mercator::minimumZoom),
+                                     static_cast<double>(Mercator::maximumZoom));
+    const int level = static_cast<int>(std::lround(wanted));
+    showAt(from, to, level, std::exp2(wanted - level));
+    pinchedAt = to;
+}
+
+void GeoMap::letGo()
+{
+    onObject = false;
+    glide->stop();
+    if (view.scale != 1) {
+        showAt(pinchedAt, pinchedAt, view.zoom, 1);
+    }
+}
+
+/// What lies at @p from comes to lie at @p to, at another scale.
+void GeoMap::showAt(QPointF from, QPointF to, int level, double scale)
+{
+    const QPointF middle = view.rect().center();
+    const QPointF held = view.centre + (from - middle) / view.worldSize();
+    view.scale = scale;
+    setZoomLevel(level);
+    centreOn(held - (to - middle) / view.worldSize());
 }
 
 void GeoMap::mousePressEvent(QGraphicsSceneMouseEvent *event)
 {
     panActive = true;
-    markerPressed = false;
-    glide->stop();
-    pressedAt = event->screenPos();
-    const auto under = mapObjectsAt(event->pos());
-    if (!under.empty()) {
-        pressed = under.front();
-        markerPressed = true;
-    }
+    pressed(event->pos());
+    event->accept();
+}
+
+void GeoMap::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
+{
+    panActive = true;
+    pressedTwice(event->pos());
     event->accept();
 }
 
 void GeoMap::mouseMoveEvent(QGraphicsSceneMouseEvent *event)
 {
-    if (!panActive) {
-        return;
-    }
-    const QPointF moved = event->lastPos() - event->pos();
-    pan(static_cast<int>(moved.x()), static_cast<int>(moved.y()));
-    glide->dragged(moved);
-}
-
-// The first tap was one of its own; on the bare map it did nothing.
-void GeoMap::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event)
-{
-    mousePressEvent(event);
-    if (!markerPressed) {
-        zoomAt(event->pos(), 1);
+    if (panActive) {
+        dragged(event->lastPos(), event->pos());
     }
 }
 
@@ -362,36 +370,28 @@ void GeoMap::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
 {
     panActive = false;
     event->accept();
-    // The map follows the finger and the marker with it: a drag shows in the way of the finger.
-    const int way = (event->screenPos() - pressedAt).manhattanLength();
-    const bool tapped = way < QGuiApplication::styleHints()->startDragDistance();
-    const bool onObject = std::exchange(markerPressed, false);
-    if (!tapped) {
-        return glide->release();
-    }
-    if (!onObject) {
-        return closeFan();
-    }
-    const auto under = mapObjectsAt(event->pos());
-    if (std::find(under.begin(), under.end(), pressed) == under.end()) {
-        return;
-    }
-    pressed->tap(*this);
+    released(event->pos());
 }
 
-void GeoMap::tapped(Marker &marker)
+bool GeoMap::sceneEvent(QEvent *event)
 {
-    Q_EMIT clicked(&marker);
-}
-
-void GeoMap::tapped(MapTextObject &label)
-{
-    Q_EMIT clickedPopup(&label);
-}
-
-void GeoMap::tapped(MarkerCluster &cluster)
-{
-    openCluster(&cluster);
+    switch (event->type()) {
+    case QEvent::TouchBegin:
+        // What lies on the map takes its taps as those of a mouse.
+        if (const auto &points = static_cast<QTouchEvent *>(event)->points();
+            !points.isEmpty() && view.controls.contains(points.front().position())) {
+            return false;
+        }
+        setFocus(Qt::MouseFocusReason);
+        [[fallthrough]];
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+        fingers.take(*static_cast<QTouchEvent *>(event));
+        event->accept();
+        return true;
+    default: return QGraphicsWidget::sceneEvent(event);
+    }
 }
 
 void GeoMap::wheelEvent(QGraphicsSceneWheelEvent *event)

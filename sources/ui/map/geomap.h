@@ -1,9 +1,10 @@
 #pragma once
 
+#include "ui/map/mapfingers.h"
 #include "ui/map/mapglide.h"
 #include "ui/map/mapground.h"
 #include "ui/map/maptextobject.h"
-#include "ui/map/markercluster.h"
+#include "ui/map/markerfan.h"
 #include "ui/map/projection.h"
 
 #include <QGraphicsWidget>
@@ -17,19 +18,18 @@ class MapProvider;
 
 /// The map itself: draws the provider's tiles over the built-in outline, the objects on it and the
 /// credit for the tiles, where there are any. A finger pans it and a flick lets it coast, a wheel
-/// or two quick taps zoom to where they are. While it has the focus, plus, minus and the arrow keys
-/// do the same, and the keys of stepRequested() work. Zooming keeps the centre.
+/// or two quick taps zoom to where they are, two fingers hold what lies between them: while they
+/// do, the scale lies between those of two levels. While it has the focus, plus, minus and the
+/// arrow keys do the same, and the keys of stepRequested() work. Zooming keeps the centre.
 ///
 /// From bottom to top lie discs, markers and labels; what is added later lies lower among markers,
 /// so that the newest test is on top. Markers that cover each other are drawn as one cluster: a tap
 /// zooms in until it opens or, where no zoom can open it, fans its markers out, six at a time.
-class GeoMap : public QGraphicsWidget, private MapTaps
+class GeoMap : public QGraphicsWidget, private MapTaps, private MapHandling
 {
     Q_OBJECT
 
 public:
-    static constexpr int markersInFan = 6;
-
     /// Borrows @p provider, which outlives the map.
     explicit GeoMap(MapProvider &provider);
     ~GeoMap() override;
@@ -74,6 +74,7 @@ protected:
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
+    bool sceneEvent(QEvent *event) override;
     void wheelEvent(QGraphicsSceneWheelEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
@@ -81,36 +82,36 @@ protected:
     void resizeEvent(QGraphicsSceneResizeEvent *event) override;
 
 private:
-    /// Markers of one cluster, fanned out above it.
-    struct Fan
-    {
-        MarkerCluster *cluster = nullptr;
-        size_t first = 0; ///< index of the first member shown
-    };
-
-    void tapped(Marker &marker) override;
-    void tapped(MapTextObject &label) override;
-    void tapped(MarkerCluster &cluster) override;
+    void pressed(QPointF at) override;
+    void dragged(QPointF from, QPointF to) override;
+    void released(QPointF at) override;
+    void pressedTwice(QPointF at) override;
+    void pinched(QPointF from, QPointF to, double factor) override;
+    void letGo() override;
+    void tapped(Marker &marker) override { Q_EMIT clicked(&marker); }
+    void tapped(MapTextObject &label) override { Q_EMIT clickedPopup(&label); }
+    void tapped(MarkerCluster &cluster) override { openCluster(&cluster); }
     void forgetPress(const MapObject *object);
+    void centreOn(QPointF world);
+    void showAt(QPointF from, QPointF to, int level, double scale);
     void viewChanged();
     void tileArrived(const TileId &tile);
-    void paintFan(QPainter &painter) const;
 
     void groupMarkers() const;
     void forgetGroups();
     void openCluster(MarkerCluster *cluster);
     void bringFanIntoView();
-    void closeFan();
-    std::vector<std::pair<Marker *, QPointF>> fannedOut() const;
 
     MapGround ground;
     MapView view;
     MapGlide *glide;
+    MapFingers fingers;
     bool shown = false;
     bool panActive = false;
-    bool markerPressed = false;
-    MapObject *pressed = nullptr; ///< under the finger at press time; valid while markerPressed
-    QPoint pressedAt;             ///< px of the screen
+    bool onObject = false;
+    MapObject *pressedObject = nullptr; ///< under the finger at press time; valid while onObject
+    QPointF pressedAt;                  ///< px
+    QPointF pinchedAt;                  ///< px, the middle of the fingers
     bool keyboardFocus = false;
     int wheelAngle = 0; ///< eighths of a degree not yet acted on
 
@@ -119,7 +120,7 @@ private:
     mutable bool markersGrouped = false;
     mutable std::vector<Marker *> singles;
     mutable std::vector<std::unique_ptr<MarkerCluster>> clusters;
-    Fan fan;
+    MarkerFan fan;
 };
 
 } // namespace velometer

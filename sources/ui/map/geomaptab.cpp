@@ -1,15 +1,20 @@
 #include "ui/map/geomaptab.h"
 
+#include "ui/frame/spokenrole.h"
 #include "ui/map/geomap.h"
+#include "ui/map/maplegend.h"
 #include "ui/map/mapswidget.h"
 #include "ui/map/maptextobject.h"
+#include "ui/map/rateclass.h"
 #include "ui/map/tilesource.h"
+#include "ui/theme/connectionsign.h"
 #include "ui_geomaptab.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +26,19 @@ namespace {
 constexpr double worstAccuracy = 20'000'000; // m
 /// The longest of our own has 18; a longer one from another program would hide the map.
 constexpr qsizetype longestConnectionType = 120;
+
+QString nameOf(ConnectionKind kind)
+{
+    switch (kind) {
+    case ConnectionKind::Gsm: return u"GSM"_s;
+    case ConnectionKind::Umts: return u"UMTS"_s;
+    case ConnectionKind::Lte: return u"LTE"_s;
+    case ConnectionKind::Nr: return u"NR"_s;
+    case ConnectionKind::Wlan: return u"WLAN"_s;
+    case ConnectionKind::Other: break;
+    }
+    return GeoMapTab::tr("other or mixed");
+}
 
 QString kiloBits(double bitsPerSecond)
 {
@@ -35,7 +53,9 @@ GeoMapTab::GeoMapTab(QWidget *parent)
     , ui(std::make_unique<Ui::GeoMapTab>())
 {
     ui->setupUi(this);
+    connect(ui->legend, &MapLegend::colouringChanged, this, &GeoMapTab::colourMarkers);
     ui->labelEmpty->hide();
+    SpokenRole::give(ui->graphicsView, QAccessible::Canvas);
     fillFrame();
 }
 
@@ -62,6 +82,7 @@ void GeoMapTab::showResultsOnMap()
         mapwidget->showResultsOnMap(markers);
         locations = std::move(found);
     }
+    colourMarkers();
     describe();
 }
 
@@ -71,6 +92,7 @@ void GeoMapTab::clearMarkers()
     if (mapwidget) {
         mapwidget->clearMarkers();
     }
+    colourMarkers();
     describe();
 }
 
@@ -99,6 +121,33 @@ void GeoMapTab::initializeMap()
     initialised = true;
 }
 
+void GeoMapTab::colourMarkers()
+{
+    std::set<ConnectionKind> kinds;
+    std::set<RateClass> rates;
+    for (size_t i = 0; i < locations.size(); ++i) {
+        const RateClass rate = RateClasses::of(locations[i].downloadSpeed);
+        kinds.insert(ConnectionKinds::of(locations[i].connectionType));
+        rates.insert(rate);
+        mapwidget->shownMarkers()[i]->setTint(ui->legend->isByRate() ? RateClasses::colour(rate)
+                                                                     : QColor());
+    }
+    QList<MapLegend::Entry> entries;
+    if (ui->legend->isByRate()) {
+        for (const RateClass rate : rates) {
+            entries += {RateClasses::colour(rate), QString(), RateClasses::name(rate)};
+        }
+    } else {
+        for (const ConnectionKind kind : kinds) {
+            entries += {ConnectionSign::colour(kind), ConnectionKinds::sign(kind), nameOf(kind)};
+        }
+    }
+    ui->legend->setEntries(entries);
+    if (mapwidget) {
+        mapwidget->map()->update();
+    }
+}
+
 void GeoMapTab::describe()
 {
     ui->labelEmpty->setVisible(initialised && locations.empty());
@@ -119,6 +168,8 @@ void GeoMapTab::describe()
 void GeoMapTab::retranslate()
 {
     ui->retranslateUi(this);
+    ui->legend->retranslate();
+    colourMarkers();
     describe();
     if (!mapwidget) {
         return;

@@ -19,7 +19,8 @@ class GeoMapTab;
 /// The page that shows where the stored tests were made: a marker a test, newest first. The map is
 /// set up when it is first shown. A test without a position is not on it; when no test has one the
 /// map keeps the markers it has, and says so when it has none. A screen reader is told the label
-/// that is open, else how many markers there are and which keys work.
+/// that is open, else how many markers there are and which keys work. A legend says what the
+/// markers' colours mean: connections or, as the user chooses, rates.
 class GeoMapTab : public TabBase
 {
     Q_OBJECT
@@ -46,6 +47,7 @@ protected:
 private:
     void initializeMap();
     void describe();
+    void colourMarkers();
     static std::unique_ptr<Marker> markerOf(const TestLocation &location);
     static QString popupTextOf(const TestLocation &location);
 

@@ -15,7 +15,8 @@ constexpr QColor edge(100, 100, 255, 255);
 
 double MapCircleObject::pixelRadius(const MapView &view) const
 {
-    return std::max(0.0, radius) * Mercator::pixelsPerMetre(coordinate().latitude(), view.zoom);
+    return std::max(0.0, radius) * view.scale *
+           Mercator::pixelsPerMetre(coordinate().latitude(), view.zoom);
 }
 
 QRectF MapCircleObject::boundingRect(const MapView &view) const

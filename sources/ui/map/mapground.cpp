@@ -52,18 +52,19 @@ std::vector<MapGround::Square> MapGround::squares(const MapView &view)
     std::vector<Square> result;
     const QPointF origin = view.origin();
     const int count = 1 << view.zoom;
-    const auto index = [](double pixel) {
-        return static_cast<int>(std::floor(pixel / Mercator::tileSize));
+    const double side = Mercator::tileSize * view.scale;
+    const auto index = [side](double pixel) { return static_cast<int>(std::floor(pixel / side)); };
+    // Whole pixels, so that tiles meet without a seam.
+    const auto corner = [&](int column, int row) {
+        return QPointF(std::round(column * side), std::round(row * side)) - origin;
     };
     const int lastColumn = index(origin.x() + view.size.width() - 1);
     const int firstRow = std::max(0, index(origin.y()));
     const int lastRow = std::min(count - 1, index(origin.y() + view.size.height() - 1));
     for (int row = firstRow; row <= lastRow; ++row) {
         for (int column = index(origin.x()); column <= lastColumn; ++column) {
-            const QPointF corner(static_cast<double>(column) * Mercator::tileSize,
-                                 static_cast<double>(row) * Mercator::tileSize);
             result.push_back({{view.zoom, ((column % count) + count) % count, row},
-                              {corner - origin, QSizeF(Mercator::tileSize, Mercator::tileSize)}});
+                              {corner(column, row), corner(column + 1, row + 1)}});
         }
     }
     return result;
@@ -106,14 +107,21 @@ bool MapGround::paintSquare(QPainter &painter, const Square &square)
     return false;
 }
 
-void MapGround::paintCredits(QPainter &painter, const MapView &view) const
+QString MapGround::note(bool pictured) const
 {
+    if (!pictured) {
+        // The bare outline is nobody's work but ours.
+        return provider.isOffline() ? tr("Offline: outline only") : QString();
+    }
     // The words are the deployment's; those of the built-in one have translations.
     static constexpr const char *builtIn = QT_TR_NOOP("(c) OpenStreetMap contributors");
-    QString text = provider.attribution();
-    if (text == QLatin1StringView(builtIn)) {
-        text = tr(builtIn);
-    }
+    const QString text = provider.attribution();
+    return text == QLatin1StringView(builtIn) ? tr(builtIn) : text;
+}
+
+void MapGround::paintNote(QPainter &painter, const MapView &view, bool pictured) const
+{
+    QString text = note(pictured);
     if (text.isEmpty()) {
         return;
     }

@@ -28,8 +28,9 @@ public:
 
     /// True when the provider had a picture of any part.
     bool paint(QPainter &painter, const MapView &view);
-    /// Whose work the pictures are, at the lower left.
-    void paintCredits(QPainter &painter, const MapView &view) const;
+    /// At the lower left: whose work the pictures are when there are any, else that the network
+    /// does not answer.
+    void paintNote(QPainter &painter, const MapView &view, bool pictured) const;
 
 private:
     /// A column and row of tiles in the view; the column runs on over the ends of the world.
@@ -40,6 +41,7 @@ private:
     };
 
     static std::vector<Square> squares(const MapView &view);
+    QString note(bool pictured) const;
     bool paintSquare(QPainter &painter, const Square &square);
 
     MapProvider &provider;

@@ -27,7 +27,11 @@ public:
     /// The credit that the map has to show, in the words of the deployment; empty for none.
     virtual QString attribution() const = 0;
 
+    /// The last try to reach the source of the pictures was answered by nobody.
+    virtual bool isOffline() const { return false; }
+
 Q_SIGNALS:
+    void offlineChanged();
     void tileReady(const TileId &tile);
 
 protected:

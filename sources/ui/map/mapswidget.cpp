@@ -4,6 +4,7 @@
 #include "ui/map/mapcircleobject.h"
 #include "ui/map/maptextobject.h"
 #include "ui/map/zoombuttonitem.h"
+#include "ui/theme/theme.h"
 #include "utils/utils.h"
 
 #include <QGraphicsScene>
@@ -20,6 +21,9 @@ namespace {
 
 constexpr int resultsZoom = 12;
 constexpr QPoint labelOffset{-150, 20}; // px
+constexpr double barWidth = 48;         // px
+constexpr double barHeight = 112;       // px
+constexpr double barMargin = 10;        // px
 
 } // namespace
 
@@ -68,6 +72,7 @@ void MapsWidget::initialize(MapProvider *provider, QGraphicsView *view)
     view->setParent(this);
     view->setScene(d->scene.get());
     view->setInteractive(true);
+    view->viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
     view->setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
     view->show();
     d->zoomButton = new ZoomButtonItem(d->map);
@@ -198,8 +203,21 @@ void MapsWidget::layOut()
     d->view->centerOn(d->map);
     const double width = size().width() - 2;
     const double height = size().height() - 2;
-    d->zoomButton->setRect(0.9 * width, height / 2 - height / 6, width / 10, height / 3);
+    if (Theme::isGiven()) {
+        d->zoomButton->setRect(0.9 * width, height / 2 - height / 6, width / 10, height / 3);
+    } else {
+        d->zoomButton->setRect(width - barWidth - barMargin, (height - barHeight) / 2, barWidth,
+                               barHeight);
+    }
     d->map->setControls(d->zoomButton->boundingRect());
+}
+
+void MapsWidget::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::StyleChange && d->map) {
+        layOut();
+    }
 }
 
 void MapsWidget::showEvent(QShowEvent *event)

@@ -2,7 +2,9 @@
 
 #include "app/connectionkind.h"
 
+#include <QGuiApplication>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPixmapCache>
 
 #include <cmath>
@@ -25,6 +27,22 @@ QString iconOf(Marker::MarkerType type)
     }
     return u":/velometerres/loc_gsm.png"_s;
 }
+
+ConnectionKind kindOf(Marker::MarkerType type)
+{
+    switch (type) {
+    case Marker::LocGSM: return ConnectionKind::Gsm;
+    case Marker::LocUMTS: return ConnectionKind::Umts;
+    case Marker::LocWLAN: return ConnectionKind::Wlan;
+    case Marker::LocLTE: return ConnectionKind::Lte;
+    case Marker::LocNR: return ConnectionKind::Nr;
+    case Marker::LocOther: break;
+    }
+    return ConnectionKind::Other;
+}
+
+constexpr double headRadius = 20; // px
+constexpr int signSize = 17;      // px
 
 /// Thousands of markers share one picture a type and density.
 QPixmap scaledIcon(const QString &file)
@@ -60,11 +78,50 @@ Marker::MarkerType Marker::typeOf(const QString &connectionType)
 
 QPixmap Marker::pixmap(double density) const
 {
+    if (tint.isValid()) {
+        return tinted(density > 1 ? 2 : 1);
+    }
     QString file = iconOf(type);
     if (density > 1) {
         file.replace(".png"_L1, "@2x.png"_L1);
     }
     return scaledIcon(file);
+}
+
+QPixmap Marker::tinted(double density) const
+{
+    const QString key = u"marker-%1-%2-%3"_s.arg(tint.name()).arg(type).arg(density);
+    QPixmap picture;
+    if (QPixmapCache::find(key, &picture)) {
+        return picture;
+    }
+    picture = QPixmap(QSize(width, height) * density);
+    picture.setDevicePixelRatio(density);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    // The icons' drop: a head with a tip at the coordinate.
+    const QPointF head(width / 2.0, width / 2.0 - 1);
+    const QPointF tip = -QPointF(offset);
+    QPainterPath drop;
+    drop.addEllipse(head, headRadius, headRadius);
+    QPainterPath point;
+    point.addPolygon(QPolygonF({head + QPointF(-headRadius * 0.82, headRadius * 0.57), tip,
+                                head + QPointF(headRadius * 0.82, headRadius * 0.57)}));
+    drop = drop.united(point);
+    painter.setPen(QPen(Qt::white, 2));
+    painter.setBrush(tint);
+    painter.drawPath(drop);
+    QFont font = QGuiApplication::font();
+    font.setBold(true);
+    font.setPixelSize(signSize);
+    painter.setFont(font);
+    painter.setPen(tint.lightnessF() < 0.45 ? Qt::white : Qt::black);
+    painter.drawText(QRectF(head - QPointF(width, width) / 2, QSizeF(width, width)),
+                     Qt::AlignCenter, ConnectionKinds::sign(kindOf(type)));
+    painter.end();
+    QPixmapCache::insert(key, picture);
+    return picture;
 }
 
 QRectF Marker::boundingRect(const MapView &view) const

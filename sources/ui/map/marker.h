@@ -2,6 +2,7 @@
 
 #include "ui/map/mapobject.h"
 
+#include <QColor>
 #include <QPixmap>
 #include <QString>
 
@@ -34,6 +35,10 @@ public:
     void setPrecision(int metres) { precision = metres; }
     int getPrecision() const { return precision; }
 
+    /// In @p colour with the sign of its connection, in place of the icon; an invalid one: the
+    /// icon.
+    void setTint(const QColor &colour) { tint = colour; }
+
     /// The icon, width wide, with two pixels of the picture to a logical one for a screen with more
     /// than one.
     QPixmap pixmap(double density = 1) const;
@@ -49,7 +54,10 @@ public:
 
 private:
     MarkerType type = LocGSM;
+    QPixmap tinted(double density) const;
+
     QString text;
+    QColor tint;
     int precision = 0;
 };
 

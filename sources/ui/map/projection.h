@@ -74,10 +74,11 @@ struct MapView
 {
     QPointF centre{0.5, 0.5}; ///< in the world square
     int zoom = Mercator::minimumZoom;
-    QSizeF size;     ///< px
-    QRectF controls; ///< where controls lie on the map, px of the map item
+    double scale = 1; ///< times as large as at that zoom, while two fingers hold the map
+    QSizeF size;      ///< px
+    QRectF controls;  ///< where controls lie on the map, px of the map item
 
-    double worldSize() const { return Mercator::worldSize(zoom); }
+    double worldSize() const { return Mercator::worldSize(zoom) * scale; }
 
     /// Top left corner in px of the world, whole ones so that tiles meet without a seam.
     QPointF origin() const

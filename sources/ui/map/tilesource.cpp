@@ -256,6 +256,9 @@ void TileSource::finish(QNetworkReply *reply)
     reply->deleteLater();
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     request.answered = status != 0;
+    if (request.answered && !request.fromCacheOnly) {
+        setOffline(false);
+    }
     QImage picture;
     if (reply->error() == QNetworkReply::NoError && status == 200) {
         picture = decodeTile(request.body);
@@ -282,12 +285,20 @@ void TileSource::giveUp(QNetworkReply *reply)
     reply->deleteLater();
 }
 
+void TileSource::setOffline(bool on)
+{
+    if (std::exchange(offline, on) != on) {
+        Q_EMIT offlineChanged();
+    }
+}
+
 void TileSource::failed(const Request &request)
 {
     const qint64 again = steadyMs() + retryPause.count();
     if (!request.answered && !request.fromCacheOnly) {
         // No server was reached: the disk cache gets a chance at this tile and the others.
         offlineUntil = again;
+        setOffline(true);
     } else {
         if (notBefore.size() >= maximumFailures) {
             notBefore.removeIf([this](auto entry) { return !visible.contains(entry.key()); });

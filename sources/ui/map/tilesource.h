@@ -52,6 +52,7 @@ public:
     void setVisible(const QList<TileId> &tiles) override;
     void setPaused(bool on) override;
     QString attribution() const override { return attributionText; }
+    bool isOffline() const override { return offline; }
 
 private:
     struct Request
@@ -71,6 +72,7 @@ private:
     void finish(QNetworkReply *reply);
     void giveUp(QNetworkReply *reply);
     void failed(const Request &request);
+    void setOffline(bool on);
 
     QString addressTemplate; ///< empty: no tiles
     QString attributionText;
@@ -81,6 +83,7 @@ private:
     QHash<QNetworkReply *, Request> requests;
     QHash<TileId, qint64> notBefore; ///< steady ms at which a failed tile may be asked for again
     qint64 offlineUntil = 0;         ///< steady ms
+    bool offline = false;
     QTimer retryTimer;
     bool paused = false;
 };

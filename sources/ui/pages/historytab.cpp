@@ -127,7 +127,7 @@ void HistoryTab::showChips()
         ChipBar::setChip(periodChips.at(index), FilterChoices::periodText(period),
                          period == filter.period);
     }
-    ChipBar::setChip(connectionChip, FilterChoices::connectionText(filter) + u" ▾"_s,
+    ChipBar::setChip(connectionChip, FilterChoices::connectionText(filter) + ChipBar::choiceMark,
                      filter.kind || filter.mobileOnly);
 }
 

@@ -43,13 +43,14 @@ void ListEntry::forgetPress()
 bool ListEntry::eventFilter(QObject * /*object*/, QEvent *event)
 {
     const QEvent::Type type = event->type();
-    if (type != QEvent::MouseButtonPress && type != QEvent::MouseButtonRelease &&
-        type != QEvent::MouseMove) {
+    // The second of two quick taps is a tap, too.
+    const bool isPress = type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick;
+    if (!isPress && type != QEvent::MouseButtonRelease && type != QEvent::MouseMove) {
         return false;
     }
     const auto *mouse = static_cast<const QMouseEvent *>(event);
     const QPoint position = mapTo(window(), mouse->position().toPoint());
-    if (type == QEvent::MouseButtonPress) {
+    if (isPress) {
         if (mouse->button() == Qt::LeftButton) {
             forgetPress();
             pressPosition = position;

@@ -1,5 +1,6 @@
 #include "ui/pages/resultgroupheader.h"
 
+#include "ui/frame/spokenrole.h"
 #include "ui/theme/theme.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
@@ -34,7 +35,9 @@ int scaled(int designed)
 
 ResultGroupHeader::ResultGroupHeader(QWidget *parent)
     : ListEntry(parent)
-{}
+{
+    SpokenRole::give(this, QAccessible::ListItem);
+}
 
 int ResultGroupHeader::heightOf(bool open)
 {
@@ -76,6 +79,8 @@ void ResultGroupHeader::setGroup(const ResultListing::Group &group,
     }
     setAccessibleName(u"%1, %2"_s.arg(title, tr("%n test(s)", nullptr, static_cast<int>(count))));
     setAccessibleDescription(!closable ? QString() : open ? tr("open") : tr("closed"));
+    SpokenRole::setState(
+        this, {.selected = {}, .expanded = closable ? std::optional(open) : std::nullopt});
     update();
 }
 

@@ -1,5 +1,6 @@
 #include "ui/pages/resultlist.h"
 
+#include "ui/frame/tabplace.h"
 #include "ui/pages/resultgroupheader.h"
 #include "ui/pages/testresultwidget.h"
 
@@ -166,6 +167,7 @@ TestResultWidget *ResultList::addTest()
 {
     auto *entry = new TestResultWidget(widget());
     entry->hide();
+    TabPlace::putBehind(this, entry); // where the list stands
     connect(entry, &TestResultWidget::selected, this, [this, entry] { lineTapped(entry); });
     connect(entry, &ListEntry::held, this, [this, entry] { lineHeld(entry); });
     connect(entry, &ListEntry::focused, this, [this, entry] { current = lineOf(entry); });
@@ -177,6 +179,7 @@ ResultGroupHeader *ResultList::addHeader()
 {
     auto *entry = new ResultGroupHeader(widget());
     entry->hide();
+    TabPlace::putBehind(this, entry);
     connect(entry, &ListEntry::tapped, this, [this, entry] { lineTapped(entry); });
     connect(entry, &ListEntry::focused, this, [this, entry] { current = lineOf(entry); });
     headers.append(entry);

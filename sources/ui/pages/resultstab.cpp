@@ -3,6 +3,7 @@
 #include "app/userpage.h"
 #include "db/databasemanager.h"
 #include "ui/frame/chipbar.h"
+#include "ui/frame/spokenrole.h"
 #include "ui/pages/filterchoices.h"
 #include "ui/pages/listentry.h"
 #include "ui/scrolling/qskineticscroller.h"
@@ -40,6 +41,7 @@ ResultsTab::ResultsTab(QWidget *parent)
 {
     ui->setupUi(this);
     fillFrame();
+    SpokenRole::give(ui->scrollAreaWidgetContents, QAccessible::List);
     addChips();
     auto *scroller = new QsKineticScroller(this);
     scroller->enableKineticScrollFor(ui->scrollArea);
@@ -242,7 +244,7 @@ void ResultsTab::showChips()
 {
     const ResultFilter &filter = ui->scrollArea->listing().filter();
     const ResultListing::Order order = ui->scrollArea->listing().order();
-    const QString more = u" ▾"_s;
+    const QString more = ChipBar::choiceMark;
     ChipBar::setChip(connectionChip, FilterChoices::connectionText(filter) + more,
                      filter.kind || filter.mobileOnly);
     ChipBar::setChip(periodChip, FilterChoices::periodText(filter.period) + more,

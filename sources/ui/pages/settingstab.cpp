@@ -2,6 +2,7 @@
 
 #include "data/databudget.h"
 #include "data/testservertable.h"
+#include "ui/frame/tabplace.h"
 #include "ui/pages/serverentrywidget.h"
 #include "ui/scrolling/qskineticscroller.h"
 #include "ui/theme/appearance.h"
@@ -13,6 +14,7 @@
 #include <QMouseEvent>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -47,11 +49,14 @@ void SettingsTab::fillServerList()
 {
     qDeleteAll(serverWidgets);
     serverWidgets.clear();
+    QWidget *last = ui->buttonNewSeries;
     for (TestServer *server : table->servers()) {
         auto *entry = new ServerEntryWidget(ui->serverList, server);
         connect(entry, &ServerEntryWidget::chosen, this, &SettingsTab::selectServer);
         ui->serverListLayout->addWidget(entry);
         serverWidgets.append(entry);
+        auto *stop = entry->findChild<QPushButton *>();
+        TabPlace::putBehind(std::exchange(last, stop), stop);
     }
     if (!serverWidgets.isEmpty()) {
         serverWidgets.last()->setLastEntry(true);
@@ -89,6 +94,18 @@ void SettingsTab::updateSettings()
 {
     showBudget();
     showLook();
+}
+
+void SettingsTab::setRunning(const QString &text)
+{
+    TabBase::setRunning(text);
+    const bool busy = !text.isEmpty();
+    for (const auto &[button, why] : {std::pair{ui->buttonNewSeries, ui->labelNoSeries},
+                                      std::pair{ui->buttonClearDatabase, ui->labelNoClearing}}) {
+        button->setEnabled(!busy);
+        button->setAccessibleDescription(busy ? why->text() : QString());
+        why->setVisible(busy);
+    }
 }
 
 void SettingsTab::selectServer(TestServer *server)

@@ -36,6 +36,9 @@ public:
     /// before the page hears of the new language.
     void setServers(const TestServerTable *servers, const TestServer *current);
 
+    /// While a test or a series runs, what would disturb it cannot be chosen, and the page says
+    /// why.
+    void setRunning(const QString &text) override;
     /// Shows the data budget as it is remembered now.
     void updateSettings();
 

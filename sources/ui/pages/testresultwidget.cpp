@@ -2,6 +2,7 @@
 
 #include "app/resultfilter.h"
 #include "db/dbtestresults.h"
+#include "ui/frame/spokenrole.h"
 #include "ui/theme/connectionsign.h"
 #include "ui/theme/theme.h"
 #include "utils/deployment.h"
@@ -31,6 +32,7 @@ TestResultWidget::TestResultWidget(QWidget *parent)
     , ui(std::make_unique<Ui::TestResultWidget>())
 {
     ui->setupUi(this);
+    SpokenRole::give(this, QAccessible::ListItem);
     ui->testserver->setText(Deployment::current().swisscom.host);
     // Only pictures: pressing one presses the entry.
     for (QPushButton *button :
@@ -151,6 +153,10 @@ void TestResultWidget::fill()
     setAccessibleDescription(mark == Mark::Selected     ? tr("selected")
                              : mark == Mark::Unselected ? tr("not selected")
                                                         : QString());
+    SpokenRole::setState(
+        this,
+        {.selected = mark == Mark::None ? std::nullopt : std::optional(mark == Mark::Selected),
+         .expanded = {}});
 }
 
 void TestResultWidget::widgetSelected()

@@ -1,6 +1,7 @@
 #include "ui/pages/testtab.h"
 
 #include "data/result.h"
+#include "ui/frame/spokenrole.h"
 #include "ui/scrolling/qskineticscroller.h"
 #include "ui/theme/theme.h"
 #include "utils/utils.h"
@@ -21,6 +22,8 @@ namespace {
 constexpr int captionMargin = 16;
 /// Within a card, px; the given look has its text on the ground.
 constexpr int cardMargin = 14;
+
+const QList<int> pressingKeys{Qt::Key_Return, Qt::Key_Enter, Qt::Key_Select, Qt::Key_Space};
 
 /// The style sheet has a look for each value of a property.
 void restyle(QWidget *widget, const char *property, const QVariant &value)
@@ -48,6 +51,7 @@ TestTab::TestTab(QWidget *parent)
         each->installEventFilter(this);
         each->setCursor(Qt::PointingHandCursor);
     }
+    SpokenRole::give(ui->labelLocation, QAccessible::Link);
     ui->progressBar->hide();
     ui->buttonStop->hide();
     ui->buttonLast->hide();
@@ -68,6 +72,7 @@ void TestTab::retranslate()
     if (isTestShown()) {
         ui->buttonStartTest->setText(caption);
     }
+    setLocation(location);
     fitCaption();
 }
 
@@ -98,15 +103,31 @@ void TestTab::showCards()
 void TestTab::setLocation(const QString &text)
 {
     location = text;
+    ui->labelLocation->setAccessibleName(ui->label_3->text() + u' ' + text);
+    if (locationFixed) {
+        ui->labelLocation->setText(tr("%1 (fixed for this test)").arg(text.toHtmlEscaped()));
+        return;
+    }
     ui->labelLocation->setText(u"<a href=\"void()\" style=\"color: %1;\">%2</a>"_s.arg(
         Theme::colours().text.name(), text));
+}
+
+void TestTab::setLocationFixed(bool fixed)
+{
+    locationFixed = fixed;
+    ui->labelLocation->setEnabled(!fixed);
+    setLocation(location);
 }
 
 bool TestTab::eventFilter(QObject *object, QEvent *event)
 {
     const bool onRow = object == ui->label_3 || object == ui->labelLocation;
-    if (onRow && event->type() == QEvent::MouseButtonRelease &&
-        static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton) {
+    const bool isTap = event->type() == QEvent::MouseButtonRelease &&
+                       static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton;
+    // Not those that the page starts a test with.
+    const bool isKey = event->type() == QEvent::KeyPress &&
+                       pressingKeys.contains(static_cast<QKeyEvent *>(event)->key());
+    if (onRow && (isTap || isKey)) {
         Q_EMIT locationLinkClicked();
         return true;
     }

@@ -25,6 +25,8 @@ public:
 
     /// Shown as a link that leads to the location popup, as the whole row does.
     void setLocation(const QString &text);
+    /// A test or a series runs: the location stays, and says so.
+    void setLocationFixed(bool fixed);
     /// @p name is left out where it says no more than @p host.
     void setTestserver(const QString &name, const QString &host);
     void setTestSeries(const QString &text);
@@ -87,6 +89,7 @@ private:
 
     std::unique_ptr<Ui::TestTab> ui;
     QString location;
+    bool locationFixed = false;
 };
 
 } // namespace velometer

@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -79,8 +81,35 @@ void HistoryPlot::setCurves(History::Figure shown, const QString &text, History:
     title = text;
     range = time;
     curves = all;
-    setAccessibleName(title);
+    describe();
     update();
+}
+
+// Who does not see the curves hears between what they lie.
+void HistoryPlot::describe()
+{
+    const QLocale locale(Translations::language());
+    QStringList said{title};
+    for (const Curve &curve : std::as_const(curves)) {
+        double least = std::numeric_limits<double>::max();
+        double greatest = 0;
+        for (const History::Mark &mark : curve.marks) {
+            least = std::min(least, mark.minimum);
+            greatest = std::max(greatest, mark.maximum);
+        }
+        const bool isRtt = figure == History::Figure::Rtt;
+        const ThroughputPlot::Axis axis = ThroughputPlot::axisFor(greatest);
+        const auto number = [&](double value) {
+            return locale.toString(isRtt ? value : value / axis.scale, 'g', 3);
+        };
+        const QString name = curve.kind == ConnectionKind::Wlan ? u"WLAN"_s
+                             : curve.kind == ConnectionKind::Other
+                                 ? tr("other connections")
+                                 : ConnectionKinds::sign(curve.kind);
+        said.append(tr("%1 from %2 to %3 %4")
+                        .arg(name, number(least), number(greatest), isRtt ? u"ms"_s : axis.unit));
+    }
+    setAccessibleName(said.join(u", "_s));
 }
 
 double HistoryPlot::roundStep(double highest)

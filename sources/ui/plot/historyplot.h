@@ -32,6 +32,7 @@ public:
     };
 
     /// The medians and ranges of a figure in @p range. @p title is in the user's language.
+    /// A screen reader is told what each lies between.
     void setCurves(History::Figure figure, const QString &title, History::Range range,
                    const QList<Curve> &curves);
 
@@ -53,6 +54,8 @@ protected:
 
 private:
     class Painting;
+
+    void describe();
 
     History::Figure figure{};
     QString title;

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -37,15 +38,38 @@ constexpr double cardRadius = 14;
 ThroughputPlot::ThroughputPlot(QWidget *parent)
     : QWidget(parent)
 {
-    setAccessibleName(tr("Throughput over time"));
+    describe();
 }
 
 void ThroughputPlot::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LanguageChange) {
-        setAccessibleName(tr("Throughput over time"));
+        describe();
     }
+}
+
+// Who does not see the curves hears what they come to.
+void ThroughputPlot::describe()
+{
+    QStringList parts{tr("Throughput over time")};
+    for (const auto &[values, name] :
+         {std::pair(&download, tr("Download")), std::pair(&upload, tr("Upload"))}) {
+        if (values->isEmpty()) {
+            continue;
+        }
+        const QList<double> rates = smoothed(*values);
+        const double highest = *std::max_element(rates.begin(), rates.end());
+        const double bytes = std::accumulate(values->begin(), values->end(), 0.0);
+        const double mean = bytes / static_cast<double>(values->size()) * bitsPerSecondFactor;
+        const Axis axis = axisFor(highest);
+        const auto number = [scale = axis.scale](double rate) {
+            return QLocale(Translations::language()).toString(rate / scale, 'g', 3);
+        };
+        parts.append(tr("%1 on average %2, at most %3 %4")
+                         .arg(name, number(mean), number(highest), axis.unit));
+    }
+    setAccessibleName(parts.join(u", "_s));
 }
 
 QSize ThroughputPlot::sizeHint() const
@@ -65,10 +89,18 @@ void ThroughputPlot::clear()
 {
     download.clear();
     upload.clear();
+    describe();
     update();
 }
 
 void ThroughputPlot::addValue(int resulttype, int interval, qint64 bytes)
+{
+    keep(resulttype, interval, bytes);
+    describe();
+    update();
+}
+
+void ThroughputPlot::keep(int resulttype, int interval, qint64 bytes)
 {
     QList<qint64> *values = valuesOf(resulttype);
     if (!values || interval < 0 || interval >= maxIntervals) {
@@ -78,7 +110,6 @@ void ThroughputPlot::addValue(int resulttype, int interval, qint64 bytes)
         values->resize(interval + 1);
     }
     (*values)[interval] = std::max<qint64>(0, bytes);
-    update();
 }
 
 void ThroughputPlot::setValues(int resulttype, const IntervalTable &bytes)
@@ -87,8 +118,9 @@ void ThroughputPlot::setValues(int resulttype, const IntervalTable &bytes)
         values->clear();
     }
     for (auto each = bytes.begin(); each != bytes.end(); ++each) {
-        addValue(resulttype, each.key(), each.value());
+        keep(resulttype, each.key(), each.value());
     }
+    describe();
     update();
 }
 

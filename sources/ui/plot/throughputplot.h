@@ -10,6 +10,7 @@ namespace velometer {
 /// The throughput of a test over time: the download's curve and beside it the upload's, from bytes
 /// per interval of 100 ms, each point the mean of the second that ends there (of what there is of
 /// it). The axis has one unit, chosen by the highest point: kbit/s, Mbit/s or Gbit/s.
+/// A screen reader is told means and maxima.
 class ThroughputPlot : public QWidget
 {
     Q_OBJECT
@@ -47,6 +48,8 @@ protected:
 
 private:
     QList<qint64> *valuesOf(int resulttype);
+    void keep(int resulttype, int interval, qint64 bytes);
+    void describe();
     void drawCurve(class QPainter &painter, const QRectF &area, const QList<double> &rates,
                    double top, const QColor &colour) const;
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 
 namespace velometer {
 
@@ -16,9 +17,14 @@ namespace {
 
 /// A finger never holds quite still: fewer moves than this are a tap.
 constexpr int gMaxIgnoredMouseMoves = 4;
+/// Nor does it move so far by itself: a quick flick may have no more moves than a tap.
+constexpr int gFlickDistance = 48; // px
 constexpr std::chrono::milliseconds gTimerInterval{30};
 constexpr int gMaxDecelerationSpeed = 30; // px per tick
 constexpr int gFriction = 1;              // px per tick, per tick
+/// The thumb is drawn narrower than a finger; contents of less than this many pages need none.
+constexpr int gThumbReach = 28; // px
+constexpr int gThumbPages = 3;
 
 } // namespace
 
@@ -41,6 +47,9 @@ public:
     /// do not map back to the area.
     int fingerYPos = 0;
     bool pressStoppedMotion = false;
+    bool ticked = false;      ///< since the drag began
+    bool thumbHeld = false;   ///< the press was on the thumb: it follows the finger
+    double valuesPerPx = 1.0; ///< of the scroll bar, for a finger that drags
 
     void stopMotion()
     {
@@ -56,6 +65,21 @@ public:
     }
 
     QScrollBar *scrollBar() const { return scrollArea->verticalScrollBar(); }
+
+    void takeHold(QPoint point)
+    {
+        const QScrollBar *bar = scrollBar();
+        const int range = bar->maximum() - bar->minimum();
+        const int track = bar->height();
+        const double pages = 1 + range / std::max(1.0, static_cast<double>(bar->pageStep()));
+        const double thumb = std::max(2.0 * gThumbReach, track / pages);
+        const double top =
+            (track - thumb) * (bar->value() - bar->minimum()) / std::max(1.0, 1.0 * range);
+        thumbHeld = bar->isVisible() && pages >= gThumbPages && track > thumb &&
+                    point.x() >= scrollArea->viewport()->width() - gThumbReach &&
+                    point.y() >= top && point.y() <= top + thumb;
+        valuesPerPx = thumbHeld ? -range / (track - thumb) : 1;
+    }
 };
 
 QsKineticScroller::QsKineticScroller(QObject *parent)
@@ -120,6 +144,8 @@ bool QsKineticScroller::pressed(QObject *object, const QMouseEvent *event)
     d->fingerYPos = d->yInArea(object, event);
     d->lastScrollBarPosition = d->scrollBar()->value();
     d->ignoredMouseMoves = 0;
+    d->ticked = false;
+    d->takeHold(event->position().toPoint());
     d->pressStoppedMotion = d->isMoving;
     if (d->isMoving) {
         d->stopMotion();
@@ -135,15 +161,19 @@ bool QsKineticScroller::moved(QObject *object, const QMouseEvent *event)
         return false;
     }
     d->fingerYPos = d->yInArea(object, event);
-    if (d->isMoving) {
-        const int distance = event->position().toPoint().y() - d->lastPressPoint.y();
-        d->scrollBar()->setValue(d->lastScrollBarPosition - distance);
-    } else if (d->ignoredMouseMoves < gMaxIgnoredMouseMoves) {
+    const int distance = qRound(event->position().y() - d->lastPressPoint.y());
+    const bool flick = std::abs(distance) >= gFlickDistance;
+    if (!d->isMoving && d->ignoredMouseMoves < gMaxIgnoredMouseMoves && !flick) {
         ++d->ignoredMouseMoves;
-    } else {
+        return true;
+    }
+    if (d->isMoving || flick) {
+        d->scrollBar()->setValue(d->lastScrollBarPosition - qRound(distance * d->valuesPerPx));
+    }
+    if (!d->isMoving) {
         d->ignoredMouseMoves = 0;
         d->isMoving = true;
-        d->lastMouseYPos = d->fingerYPos;
+        d->lastMouseYPos = d->fingerYPos - (flick ? distance : 0);
         if (!d->kineticTimer.isActive()) {
             d->kineticTimer.start();
         }
@@ -159,6 +189,14 @@ bool QsKineticScroller::released(QObject *object)
         return false;
     }
     d->isPressed = false;
+    if (d->isMoving && d->thumbHeld) {
+        d->stopMotion();
+        return true;
+    }
+    if (d->isMoving && !d->ticked) {
+        // All of it took less than a tick.
+        d->velocity = d->fingerYPos - d->lastMouseYPos;
+    }
     if (d->isMoving || d->pressStoppedMotion) {
         return true;
     }
@@ -183,6 +221,7 @@ void QsKineticScroller::onKineticTimerElapsed()
     } else if (d->isPressed) {
         d->velocity = d->fingerYPos - d->lastMouseYPos;
         d->lastMouseYPos = d->fingerYPos;
+        d->ticked = true;
     } else {
         int velocity = std::clamp(d->velocity, -gMaxDecelerationSpeed, gMaxDecelerationSpeed);
         if (velocity > 0) {

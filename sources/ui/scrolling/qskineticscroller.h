@@ -15,9 +15,10 @@ class QsKineticScrollerImpl;
 ///
 /// Takes the left button's presses, moves and releases from the area and its viewport; a tap, which
 /// is a press and a release with at most four moves between them, is given back as a synthetic
-/// click on what received the release. The wheel, the keyboard and the other buttons pass. A child
-/// of the area sees presses before the scroller does: one that takes them (a button) has to be
-/// transparent for mouse events, or the area does not scroll from there.
+/// click on what received the release. A flick too short for that counts all the same, and on long
+/// contents a finger near the scroll bar's thumb drags it. The wheel, the keyboard and the other
+/// buttons pass. A child of the area sees presses before the scroller does: one that takes them (a
+/// button) has to be transparent for mouse events, or the area does not scroll from there.
 ///
 /// The area is borrowed and may be deleted at any time. Main thread only.
 class QsKineticScroller : public QObject

@@ -23,17 +23,24 @@ FocusRing::FocusRing(QObject *parent)
     : QObject(parent)
 {
     qApp->installEventFilter(this);
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](QWidget *, QWidget *now) { mark(byKeys ? now : nullptr); });
 }
 
+// A page in a turned view gets the focus from that view, of which alone the application knows: so
+// the events are what counts.
 bool FocusRing::eventFilter(QObject *object, QEvent *event)
 {
     const QEvent::Type type = event->type();
+    if (type == QEvent::FocusIn || type == QEvent::FocusOut) {
+        if (auto *widget = qobject_cast<QWidget *>(object)) {
+            focused = type == QEvent::FocusIn ? widget : nullptr;
+            mark(byKeys ? focused : nullptr);
+        }
+        return false;
+    }
     const bool key = type == QEvent::KeyPress;
     if (key || type == QEvent::MouseButtonPress || type == QEvent::TouchBegin) {
         byKeys = key;
-        mark(byKeys ? QApplication::focusWidget() : nullptr);
+        mark(byKeys ? focused : nullptr);
     }
     return QObject::eventFilter(object, event);
 }

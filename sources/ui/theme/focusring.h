@@ -23,6 +23,7 @@ private:
     void mark(QWidget *widget);
 
     bool byKeys = false;
+    QPointer<QWidget> focused;
     QPointer<QWidget> marked;
 };
 

@@ -28,10 +28,12 @@ public:
     QPixmap tile(const TileId &id) override { return tiles.value(id); }
     void setVisible(const QList<TileId> &list) override { visible = list; }
     QString attribution() const override { return credits; }
+    bool isOffline() const override { return offline; }
 
     QHash<TileId, QPixmap> tiles;
     QList<TileId> visible;
     QString credits;
+    bool offline = false;
 };
 
 Marker *markerAt(double latitude, double longitude)
@@ -57,8 +59,10 @@ private Q_SLOTS:
     void init()
     {
         widget.reset();
+        touching = false;
         provider.tiles.clear();
         provider.credits.clear();
+        provider.offline = false;
         widget = std::make_unique<MapsWidget>(nullptr);
         widget->resize(480, 700);
         view = new QGraphicsView(widget.get());
@@ -69,12 +73,15 @@ private Q_SLOTS:
     }
     void aTapIsNoDragAndADragIsNoTap()
     {
-        for (const auto &[hazard, press, release, opens] :
-             {std::tuple{"tap on the marker", onMarker, onMarker, true},
-              {"drag that starts on the marker", onMarker, onMarker + QPoint(60, 40), false},
-              {"drag that ends on the marker", QPoint(100, 100), onMarker, false},
-              {"tap under the tip", middle + QPoint(0, 5), middle + QPoint(0, 5), false}}) {
+        for (const auto &[hazard, press, release, opens, byTouch] :
+             {std::tuple{"tap on the marker", onMarker, onMarker, true, false},
+              {"the same by touch", onMarker, onMarker, true, true},
+              {"drag that starts on the marker", onMarker, onMarker + QPoint(60, 40), false, false},
+              {"the same by touch", onMarker, onMarker + QPoint(60, 40), false, true},
+              {"drag that ends on the marker", QPoint(100, 100), onMarker, false, true},
+              {"tap under the tip", middle + QPoint(0, 5), middle + QPoint(0, 5), false, true}}) {
             init();
+            touching = byTouch;
             widget->showResultsOnMap({markerAt(47, 8)});
             drag(press, release);
             QVERIFY2((widget->openLabel() != nullptr) == opens, hazard);
@@ -300,6 +307,53 @@ private Q_SLOTS:
         QVERIFY(!widget->openLabel());
     }
 
+    void twoFingersHoldWhatLiesBetweenThemAndTheZoomBarTakesTouches()
+    {
+        map->setCenter({47, 8});
+        map->setZoomLevel(12);
+        const QPoint at(300, 200);
+        const QGeoCoordinate held = placeAt(at);
+        auto fingers = QTest::touchEvent(view->viewport(), screen, false);
+        const auto bothAt = [&](int apart, QPoint place, bool first = false) {
+            for (const auto &[id, side] : {std::pair{0, -1}, {1, 1}}) {
+                const QPoint point = place + QPoint(side * apart / 2, 0);
+                if (first) {
+                    fingers.press(id, point, view->viewport());
+                } else {
+                    fingers.move(id, point, view->viewport());
+                }
+            }
+            fingers.commit();
+        };
+        bothAt(100, at, true);
+        bothAt(130, at); // 12.38
+        QCOMPARE(map->zoomLevel(), 12);
+        QVERIFY(distance(map->toScreen(held), at) < 2);
+        bothAt(300, at + QPoint(0, 40)); // 13.58
+        QCOMPARE(map->zoomLevel(), 14);
+        QVERIFY(distance(map->toScreen(held), at + QPoint(0, 40)) < 2);
+        bothAt(1, at + QPoint(0, 40)); // as 20 px: fingers tremble
+        QCOMPARE(map->zoomLevel(), 10);
+        bothAt(120, at);
+        fingers.stationary(0).release(1, at + QPoint(60, 0), view->viewport()).commit();
+        QCOMPARE(map->zoomLevel(), 12);
+        QVERIFY(distance(map->toScreen(held), at) < 2);
+        fingers.move(0, QPoint(10, 600), view->viewport()).commit(); // the finger that is left
+        fingers.release(0, QPoint(10, 600), view->viewport()).commit();
+        QVERIFY(distance(map->toScreen(held), at) < 2);
+        QCOMPARE(map->center().distanceTo(placeAt(middle)) < 1, true);
+
+        touching = true;
+        for (const auto &[place, level] : {std::pair{QPoint(460, 300), 13},
+                                           {{460, 400}, 12},
+                                           {at, 12},
+                                           {at, 13}}) { // twice: two taps
+            tap(place);
+            QCOMPARE(map->zoomLevel(), level);
+        }
+        QVERIFY(nothingIsOpen());
+    }
+
     void showsAndCreditsAPartOfTheTileAboveUntilItsOwnIsThere()
     {
         QPixmap tile(256, 256);
@@ -312,6 +366,8 @@ private Q_SLOTS:
         QVERIFY(bare.pixelColor(middle) != QColor(Qt::red));
         provider.credits = u"(c) The tile makers"_s;
         QCOMPARE(widget->grab().toImage(), bare);
+        provider.offline = true; // which the bare outline says where the credits would be
+        QVERIFY(widget->grab().toImage().copy(corner) != bare.copy(corner));
         tile.fill(Qt::red);
         provider.tiles.insert(id.ancestor(2), tile);
         const QImage coarse = widget->grab().toImage();
@@ -327,6 +383,16 @@ private Q_SLOTS:
 private:
     void drag(QPoint from, QPoint to)
     {
+        if (touching) {
+            const auto touch = [&] { return QTest::touchEvent(view->viewport(), screen); };
+            touch().press(0, from, view->viewport());
+            if (from != to) {
+                touch().move(0, (from + to) / 2, view->viewport());
+                touch().move(0, to, view->viewport());
+            }
+            touch().release(0, to, view->viewport());
+            return;
+        }
         QTest::mousePress(view->viewport(), Qt::LeftButton, {}, from);
         if (from != to) {
             QTest::mouseMove(view->viewport(), (from + to) / 2);
@@ -346,8 +412,11 @@ private:
         return Mercator::fromWorld(centre +
                                    QPointF(point - middle) / Mercator::worldSize(map->zoomLevel()));
     }
+    static double distance(QPointF one, QPointF other) { return (one - other).manhattanLength(); }
     bool nothingIsOpen() const { return !widget->openLabel() && !widget->openCircle(); }
 
+    QPointingDevice *screen = QTest::createTouchDevice();
+    bool touching = false;
     HandFedProvider provider;
     std::unique_ptr<MapsWidget> widget;
     QGraphicsView *view = nullptr;

@@ -1,6 +1,7 @@
 #include "ui/map/geomaptab.h"
 
 #include "ui/map/geomap.h"
+#include "ui/map/maplegend.h"
 #include "ui/map/mapswidget.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
@@ -11,6 +12,7 @@
 
 #include <QGraphicsView>
 #include <QLabel>
+#include <QPushButton>
 
 namespace velometer {
 
@@ -79,6 +81,33 @@ private Q_SLOTS:
         QVERIFY(view->accessibleDescription().startsWith(u'3'));
         QVERIFY(!view->accessibleName().isEmpty());
         QVERIFY(view->width() == 480 && view->height() > 500);
+    }
+
+    void theLegendSaysWhatTheColoursOfTheMarkersMean()
+    {
+        auto *legend = page->findChild<MapLegend *>();
+        const auto entries = [&] {
+            QStringList names;
+            for (const auto *child : legend->findChildren<QWidget *>()) {
+                names += child->accessibleName();
+            }
+            return names.join(QString());
+        };
+        page->showResultsOnMap();
+        QVERIFY(!legend->isVisible());
+        add(1, 47, 8, u"Mobile(5G)"_s);
+        add(2, 46, 7, u"WLAN"_s);
+        page->showResultsOnMap();
+        QVERIFY(legend->isVisible());
+        QCOMPARE(entries(), u"5G NR, W WLAN"_s);
+        const QImage before = page->map()->shownMarkers().at(0)->pixmap(2).toImage();
+        QTest::mouseClick(legend->findChild<QPushButton *>(), Qt::LeftButton);
+        QCOMPARE(entries(), u"20 to 100"_s); // both had 38 Mbit/s
+        add(3, 45, 6, u"WLAN"_s);
+        page->showResultsOnMap();
+        QVERIFY(page->map()->shownMarkers().at(0)->pixmap(2).toImage() != before);
+        page->clearMarkers();
+        QVERIFY(!legend->isVisible());
     }
 
     void isSetUpOnceAndKeepsWhatItShowedWhenNothingIsStored()

@@ -256,6 +256,8 @@ private Q_SLOTS:
             QTRY_VERIFY(!window->getDetailsWindow()->isVisible());
         }
         QTRY_COMPARE(list->selection(), (QList<qulonglong>{3, 1}));
+        QTest::mouseDClick(entryAt(y), Qt::LeftButton); // so quickly that they are a double click
+        QCOMPARE(list->selection(), (QList<qulonglong>{3, 1}));
         click(u"buttonDelete"_s);
         QVERIFY(label(u"labelMessage"_s).startsWith(u"2 test(s)"_s));
         QVERIFY(label(u"labelMessage"_s).contains(u"1 report(s) of them"_s));

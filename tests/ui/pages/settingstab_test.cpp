@@ -11,6 +11,7 @@
 
 #include <QAccessible>
 #include <QComboBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -123,6 +124,19 @@ private Q_SLOTS:
         QVERIFY(button(u"buttonLargerText"_s)->isChecked());
         QCOMPARE(shown<QComboBox>(u"comboBoxLook"_s)->currentIndex(), 3);
         click(u"buttonLargerText"_s);
+    }
+
+    void whatWouldDisturbATestIsOffAndSaysWhy()
+    {
+        for (const QString &runs : {u"Download"_s, QString()}) {
+            find<SettingsTab>()->setRunning(runs);
+            for (const QString &name : {u"NewSeries"_s, u"ClearDatabase"_s}) {
+                QCOMPARE(button(u"button"_s + name)->isEnabled(), runs.isEmpty());
+            }
+            for (const QString &name : {u"labelNoSeries"_s, u"labelNoClearing"_s}) {
+                QCOMPARE(find<QLabel>(name)->isVisible(), !runs.isEmpty());
+            }
+        }
     }
 
     void theBudgetIsAsItWasLeftAndRemembered()

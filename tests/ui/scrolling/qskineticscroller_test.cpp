@@ -69,6 +69,9 @@ private Q_SLOTS:
         row("four moves are still a tap", "p200 m203 m206 m209 m212 r212", 500, 1);
         row("the fifth move begins a drag", "p200 m198 m196 m194 m192 m190 r190", 500, 0);
         row("content follows from the press on", "p200 m198 m196 m194 m192 m190 m170 r170", 530, 0);
+        row("a flick of less than a tick coasts", "p200 m198 m196 m194 m192 m190 m170 r170 t1",
+            530 + 19, 0);
+        row("and one of few moves", "p200 m180 m150 r150 t1", 550 + 29, 0);
         row("stops at the end", "p900 m800 m700 m600 m500 m400 m300 r300 t40", 1000, 0);
         row("a hovering pointer drags nothing", "m200 m190 m180 m170 m160 m150 m140", 500, 0);
         row("a finger that rests before it lifts", "p200 m199 m198 m197 m196 m195 m155 t2 r155 t3",
@@ -143,6 +146,35 @@ private Q_SLOTS:
                           Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(area.viewport(), &wheel);
         QVERIFY(area.verticalScrollBar()->value() > 500);
+    }
+
+    void aFingerNearTheThumbDragsIt()
+    {
+        Area area(true);
+        area.verticalScrollBar()->setPageStep(400);
+        area.show();
+        const double right = area.viewport()->width() - 10.0;
+        const auto dragFrom = [&](double x, double y) {
+            area.verticalScrollBar()->setValue(0);
+            send(area.viewport(), QEvent::MouseButtonPress, {x, y});
+            send(area.viewport(), QEvent::MouseMove, {x, y + 100});
+            const int value = area.verticalScrollBar()->value();
+            send(area.viewport(), QEvent::MouseButtonRelease, {x, y + 100});
+            for (int i = 0; i < 40; ++i) {
+                area.tick();
+            }
+            return area.verticalScrollBar()->value() == value ? value : -1; // it does not coast
+        };
+        // Of 1400 px 400 are in view: the thumb takes two sevenths of its track.
+        QCOMPARE(dragFrom(right, 60),
+                 qRound(100'000.0 / area.verticalScrollBar()->height() * 7 / 5.0));
+        for (const QPointF beside : {QPointF(right, 200), QPointF(right - 40, 60)}) {
+            QCOMPARE(dragFrom(beside.x(), beside.y()), 0); // the content is dragged, at its top
+        }
+        send(area.viewport(), QEvent::MouseButtonPress, {right, 60});
+        send(area.viewport(), QEvent::MouseButtonRelease, {right, 60});
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(area.clicks, 1); // a tap there is one
     }
 
     void servesOneAreaAtATime()
