@@ -250,6 +250,53 @@ hat, sieht die Tests.</translation>
     </message>
 </context>
 <context>
+    <name>LoadWords</name>
+    <message>
+        <source>Games suffer while something downloads: %1</source>
+        <translation>Spiele leiden, während etwas heruntergeladen wird: %1</translation>
+    </message>
+    <message>
+        <source>Calls and games suffer while something downloads: %1</source>
+        <translation>Anrufe und Spiele leiden, während etwas heruntergeladen wird: %1</translation>
+    </message>
+    <message>
+        <source>Calls and games fail while something downloads: %1</source>
+        <translation>Anrufe und Spiele gehen nicht, während etwas heruntergeladen wird: %1</translation>
+    </message>
+    <message>
+        <source>Games suffer while something uploads: %1</source>
+        <translation>Spiele leiden, während etwas hochgeladen wird: %1</translation>
+    </message>
+    <message>
+        <source>Calls and games suffer while something uploads: %1</source>
+        <translation>Anrufe und Spiele leiden, während etwas hochgeladen wird: %1</translation>
+    </message>
+    <message>
+        <source>Calls and games fail while something uploads: %1</source>
+        <translation>Anrufe und Spiele gehen nicht, während etwas hochgeladen wird: %1</translation>
+    </message>
+    <message>
+        <source>Calls and games do not suffer from downloads and uploads.</source>
+        <translation>Anrufe und Spiele leiden nicht unter Down- und Uploads.</translation>
+    </message>
+    <message>
+        <source>%1 (95 % within %2)</source>
+        <translation>%1 (95 % innert %2)</translation>
+    </message>
+    <message>
+        <source>lost: %1 %</source>
+        <translation>verloren: %1 %</translation>
+    </message>
+    <message>
+        <source>at least %1</source>
+        <translation>mindestens %1</translation>
+    </message>
+    <message>
+        <source>jitter %1</source>
+        <translation>Jitter %1</translation>
+    </message>
+</context>
+<context>
     <name>MapGround</name>
     <message>
         <source>(c) OpenStreetMap contributors</source>
@@ -531,6 +578,34 @@ hat, sieht die Tests.</translation>
     <message>
         <source>Data budget</source>
         <translation>Datenlimit</translation>
+    </message>
+    <message>
+        <source>steady %1</source>
+        <translation>dauerhaft %1</translation>
+    </message>
+    <message>
+        <source>Delay idle</source>
+        <translation>Verzögerung ohne Last</translation>
+    </message>
+    <message>
+        <source>Delay in download</source>
+        <translation>Verzögerung im Download</translation>
+    </message>
+    <message>
+        <source>Delay in upload</source>
+        <translation>Verzögerung im Upload</translation>
+    </message>
+    <message>
+        <source>Delay in extra download</source>
+        <translation>Verzögerung im Zusatz-Download</translation>
+    </message>
+    <message>
+        <source>Delay in extra upload</source>
+        <translation>Verzögerung im Zusatz-Upload</translation>
+    </message>
+    <message>
+        <source>Under load</source>
+        <translation>Unter Last</translation>
     </message>
 </context>
 <context>
@@ -830,6 +905,62 @@ hat, sieht die Tests.</translation>
     <message>
         <source>This program has nothing in its log of the time of this test: it was started later.</source>
         <translation>Aus der Zeit dieses Tests hat das Protokoll dieses Programms nichts: Es wurde später gestartet.</translation>
+    </message>
+    <message>
+        <source>from the end of its ramp-up on</source>
+        <translation>vom Ende des Anlaufs an</translation>
+    </message>
+    <message>
+        <source>median</source>
+        <translation>Median</translation>
+    </message>
+    <message>
+        <source>95 % are shorter</source>
+        <translation>95 % sind kürzer</translation>
+    </message>
+    <message>
+        <source>lost, percent</source>
+        <translation>verloren, Prozent</translation>
+    </message>
+    <message>
+        <source>congestion control of the load</source>
+        <translation>Staukontrolle der Last</translation>
+    </message>
+    <message>
+        <source>Delay and Steady Rate</source>
+        <translation>Verzögerung und dauerhafte Rate</translation>
+    </message>
+    <message>
+        <source>Download Steady Rate</source>
+        <translation>Dauerhafte Download-Rate</translation>
+    </message>
+    <message>
+        <source>Upload Steady Rate</source>
+        <translation>Dauerhafte Upload-Rate</translation>
+    </message>
+    <message>
+        <source>Idle Delay</source>
+        <translation>Verzögerung ohne Last</translation>
+    </message>
+    <message>
+        <source>Idle Jitter</source>
+        <translation>Jitter ohne Last</translation>
+    </message>
+    <message>
+        <source>Delay in Download</source>
+        <translation>Verzögerung im Download</translation>
+    </message>
+    <message>
+        <source>Delay in Upload</source>
+        <translation>Verzögerung im Upload</translation>
+    </message>
+    <message>
+        <source>Delay in Extra Download</source>
+        <translation>Verzögerung im Zusatz-Download</translation>
+    </message>
+    <message>
+        <source>Delay in Extra Upload</source>
+        <translation>Verzögerung im Zusatz-Upload</translation>
     </message>
 </context>
 <context>

@@ -248,6 +248,53 @@ sees the tests.</translation>
     </message>
 </context>
 <context>
+    <name>LoadWords</name>
+    <message>
+        <source>Games suffer while something downloads: %1</source>
+        <translation>Games suffer while something downloads: %1</translation>
+    </message>
+    <message>
+        <source>Calls and games suffer while something downloads: %1</source>
+        <translation>Calls and games suffer while something downloads: %1</translation>
+    </message>
+    <message>
+        <source>Calls and games fail while something downloads: %1</source>
+        <translation>Calls and games fail while something downloads: %1</translation>
+    </message>
+    <message>
+        <source>Games suffer while something uploads: %1</source>
+        <translation>Games suffer while something uploads: %1</translation>
+    </message>
+    <message>
+        <source>Calls and games suffer while something uploads: %1</source>
+        <translation>Calls and games suffer while something uploads: %1</translation>
+    </message>
+    <message>
+        <source>Calls and games fail while something uploads: %1</source>
+        <translation>Calls and games fail while something uploads: %1</translation>
+    </message>
+    <message>
+        <source>Calls and games do not suffer from downloads and uploads.</source>
+        <translation>Calls and games do not suffer from downloads and uploads.</translation>
+    </message>
+    <message>
+        <source>%1 (95 % within %2)</source>
+        <translation>%1 (95 % within %2)</translation>
+    </message>
+    <message>
+        <source>lost: %1 %</source>
+        <translation>lost: %1 %</translation>
+    </message>
+    <message>
+        <source>at least %1</source>
+        <translation>at least %1</translation>
+    </message>
+    <message>
+        <source>jitter %1</source>
+        <translation>jitter %1</translation>
+    </message>
+</context>
+<context>
     <name>MapGround</name>
     <message>
         <source>(c) OpenStreetMap contributors</source>
@@ -529,6 +576,34 @@ sees the tests.</translation>
     <message>
         <source>Data budget</source>
         <translation>Data budget</translation>
+    </message>
+    <message>
+        <source>steady %1</source>
+        <translation>steady %1</translation>
+    </message>
+    <message>
+        <source>Delay idle</source>
+        <translation>Delay idle</translation>
+    </message>
+    <message>
+        <source>Delay in download</source>
+        <translation>Delay in download</translation>
+    </message>
+    <message>
+        <source>Delay in upload</source>
+        <translation>Delay in upload</translation>
+    </message>
+    <message>
+        <source>Delay in extra download</source>
+        <translation>Delay in extra download</translation>
+    </message>
+    <message>
+        <source>Delay in extra upload</source>
+        <translation>Delay in extra upload</translation>
+    </message>
+    <message>
+        <source>Under load</source>
+        <translation>Under load</translation>
     </message>
 </context>
 <context>
@@ -828,6 +903,62 @@ sees the tests.</translation>
     <message>
         <source>This program has nothing in its log of the time of this test: it was started later.</source>
         <translation>This program has nothing in its log of the time of this test: it was started later.</translation>
+    </message>
+    <message>
+        <source>from the end of its ramp-up on</source>
+        <translation>from the end of its ramp-up on</translation>
+    </message>
+    <message>
+        <source>median</source>
+        <translation>median</translation>
+    </message>
+    <message>
+        <source>95 % are shorter</source>
+        <translation>95 % are shorter</translation>
+    </message>
+    <message>
+        <source>lost, percent</source>
+        <translation>lost, percent</translation>
+    </message>
+    <message>
+        <source>congestion control of the load</source>
+        <translation>congestion control of the load</translation>
+    </message>
+    <message>
+        <source>Delay and Steady Rate</source>
+        <translation>Delay and Steady Rate</translation>
+    </message>
+    <message>
+        <source>Download Steady Rate</source>
+        <translation>Download Steady Rate</translation>
+    </message>
+    <message>
+        <source>Upload Steady Rate</source>
+        <translation>Upload Steady Rate</translation>
+    </message>
+    <message>
+        <source>Idle Delay</source>
+        <translation>Idle Delay</translation>
+    </message>
+    <message>
+        <source>Idle Jitter</source>
+        <translation>Idle Jitter</translation>
+    </message>
+    <message>
+        <source>Delay in Download</source>
+        <translation>Delay in Download</translation>
+    </message>
+    <message>
+        <source>Delay in Upload</source>
+        <translation>Delay in Upload</translation>
+    </message>
+    <message>
+        <source>Delay in Extra Download</source>
+        <translation>Delay in Extra Download</translation>
+    </message>
+    <message>
+        <source>Delay in Extra Upload</source>
+        <translation>Delay in Extra Upload</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include "data/databudget.h"
 #include "data/testserver.h"
+#include "figures/loadwords.h"
 #include "utils/cleantext.h"
 #include "utils/units.h"
 #include "utils/utils.h"
@@ -154,6 +155,9 @@ QString throughputText(const FinishedTest::Number &average, const FinishedTest::
     if (phase.bytes) {
         text += ", "_L1 + TextFormat::megabytes(phase.bytes);
     }
+    if (average && phase.steadyRate()) {
+        text += ", "_L1 + TextFormat::tr("steady %1").arg(TextFormat::rate(phase.steadyRate()));
+    }
     return text;
 }
 
@@ -184,6 +188,18 @@ QString TextFormat::test(const FinishedTest &finished, const QString &pageAddres
     add(tr("Upload"), throughputText(finished.uploadRate(), finished.uploadMinimum(),
                                      finished.uploadMaximum(), finished.upload));
     add(tr("Round trip"), roundTripText(finished.rtt));
+    const auto addKnown = [&](const QString &name, const QString &value) {
+        if (!value.isEmpty()) {
+            add(name, value);
+        }
+    };
+    addKnown(tr("Delay idle"), LoadWords::idleFigures(finished));
+    addKnown(tr("Delay in download"), LoadWords::figures(finished, finished.downloadLoad));
+    addKnown(tr("Delay in upload"), LoadWords::figures(finished, finished.uploadLoad));
+    addKnown(tr("Delay in extra download"),
+             LoadWords::figures(finished, finished.extraDownloadLoad));
+    addKnown(tr("Delay in extra upload"), LoadWords::figures(finished, finished.extraUploadLoad));
+    addKnown(tr("Under load"), LoadWords::sentences(finished).join("; "_L1));
     const QString ended =
         DataBudget(finished.budget.bytes).endedEarly(finished.budget.reached.value_or(QString()));
     if (!ended.isEmpty()) {

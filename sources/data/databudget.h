@@ -9,8 +9,9 @@
 namespace velometer {
 
 /// How many bytes the download and the upload of one test may move together, as the program counts
-/// them: what its sockets read and write. What the network and the kernel have under way when a
-/// share is used up comes on top. Sizes are shown in decimal units, as contracts have them.
+/// them: what its sockets read and write, and what takes the round-trip time meanwhile. What the
+/// network and the kernel have under way when a share is used up comes on top. Sizes are shown in
+/// decimal units, as contracts have them.
 class DataBudget
 {
     Q_DECLARE_TR_FUNCTIONS(DataBudget)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "figures/delays.h"
+
 #include <QHash>
 #include <QObject>
 #include <QString>
@@ -82,6 +84,15 @@ public:
     QString getCongestionControl() const { return congestionControl; }
     void setCongestionControl(const QString &name) { congestionControl = name; }
 
+    /// The round-trip times beside the stream, and the bytes that they cost.
+    const LoadDelays &getLoadDelays() const { return loadDelays; }
+    qint64 getProbeBytes() const { return probeBytes; }
+    void setLoadDelays(const LoadDelays &delays, qint64 bytes)
+    {
+        loadDelays = delays;
+        probeBytes = bytes;
+    }
+
     /// One line for the diagnostic log.
     QString toString() const;
 
@@ -114,6 +125,8 @@ private:
     qlonglong connecttime = 0;
     int resulttype = Empty;
     QString congestionControl;
+    LoadDelays loadDelays;
+    qint64 probeBytes = 0;
 };
 
 } // namespace velometer

@@ -105,6 +105,11 @@ FinishedTest::RoundTrip roundTrip(const Result *result)
     return phase;
 }
 
+LoadDelays loadDelays(const Result *result)
+{
+    return result ? result->getLoadDelays() : LoadDelays();
+}
+
 FinishedTest::Tcp tcp(const RemoteInitialValues &values)
 {
     FinishedTest::Tcp facts;
@@ -175,6 +180,8 @@ void TestResults::initialize()
     testServer.clear();
     userRating = noRating;
     downloadResult = uploadResult = rttResult = nullptr;
+    extraDownloadResult = extraUploadResult = nullptr;
+    idleDelays.reset();
     sizeOfXmInBytes = 0;
     setServerSideUploadSpeeds(0, 0, 0);
 }
@@ -309,6 +316,11 @@ FinishedTest TestResults::finished(FinishedTest test) const
         test.serverMaximumRate = atLeast(1, getServerUploadMax());
     }
     test.rtt = roundTrip(rttResult);
+    test.idleDelays = idleDelays;
+    test.downloadLoad = loadDelays(downloadResult);
+    test.uploadLoad = loadDelays(uploadResult);
+    test.extraDownloadLoad = loadDelays(extraDownloadResult);
+    test.extraUploadLoad = loadDelays(extraUploadResult);
     test.tcp = tcp(*initValues);
     test.tcp.congestion = text(getCongestionControl());
     test.server.ip = text(initValues->getRemoteIP());

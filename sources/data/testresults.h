@@ -58,9 +58,15 @@ public:
     void setDownloadResult(Result *result) { downloadResult = result; }
     void setUploadResult(Result *result) { uploadResult = result; }
     void setRTTResult(Result *result) { rttResult = result; }
+    /// Load that ran for its delays alone.
+    void setExtraDownloadResult(Result *result) { extraDownloadResult = result; }
+    void setExtraUploadResult(Result *result) { extraUploadResult = result; }
     Result *getDownloadResult() const { return downloadResult; }
     Result *getUploadResult() const { return uploadResult; }
     Result *getRTTResult() const { return rttResult; }
+    Result *getExtraDownloadResult() const { return extraDownloadResult; }
+    /// All round-trip times of the idle line, where more were taken than the result counts.
+    void setIdleDelays(const Delays &delays) { idleDelays = delays; }
 
     /// The data budget that the test runs with.
     void setDataBudget(DataBudget budget) { dataBudget = budget; }
@@ -148,6 +154,9 @@ private:
     Result *downloadResult = nullptr;
     Result *uploadResult = nullptr;
     Result *rttResult = nullptr;
+    Result *extraDownloadResult = nullptr;
+    Result *extraUploadResult = nullptr;
+    std::optional<Delays> idleDelays;
     DataBudget dataBudget;
     qlonglong sizeOfXmInBytes = 0;
     QList<MyLocation> allLocations;

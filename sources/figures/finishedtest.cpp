@@ -1,10 +1,27 @@
 #include "figures/finishedtest.h"
 
 #include "utils/cleantext.h"
+#include "utils/intervalrates.h"
 
 #include <cmath>
 
 namespace velometer {
+
+namespace {
+
+/// Bytes in 100 ms to bit/s.
+constexpr qint64 bitsPerIntervalByte = 80;
+
+} // namespace
+
+FinishedTest::Number FinishedTest::Throughput::steadyRate() const
+{
+    if (!intervalBytes) {
+        return std::nullopt;
+    }
+    const auto mean = IntervalRates::steady(*intervalBytes);
+    return mean ? Number(*mean * bitsPerIntervalByte) : std::nullopt;
+}
 
 FinishedTest::Text Known::text(const QString &value)
 {

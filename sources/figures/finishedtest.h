@@ -1,5 +1,6 @@
 #pragma once
 
+#include "figures/delays.h"
 #include "figures/mylocation.h"
 
 #include <QList>
@@ -27,6 +28,9 @@ struct FinishedTest
         Number duration, connectTime, firstByteTime, longestPause;
         Flag valid;                                 ///< none: the test did not get to this phase
         std::optional<QList<qint64>> intervalBytes; ///< per 100 ms
+
+        /// From the end of the ramp-up on, see IntervalRates.
+        Number steadyRate() const;
     };
     struct RoundTrip
     {
@@ -123,6 +127,9 @@ struct FinishedTest
     Throughput upload;
     Number serverMinimumRate, serverAverageRate, serverMaximumRate; ///< of the upload
     RoundTrip rtt;
+    std::optional<Delays> idleDelays; ///< those of the round trip, and more where more were taken
+    LoadDelays downloadLoad, uploadLoad;           ///< beside the measurements
+    LoadDelays extraDownloadLoad, extraUploadLoad; ///< beside load that was made for it
     Tcp tcp;
     Network network;
     Position position;
@@ -143,6 +150,8 @@ struct FinishedTest
     {
         return serverAverageRate ? serverMaximumRate : upload.maximumRate;
     }
+    /// Of the idle line; of a test without a list of its own those of the round trip.
+    const std::optional<Delays> &idle() const { return idleDelays ? idleDelays : rtt.samples; }
     qint64 totalBytes() const { return download.bytes.value_or(0) + upload.bytes.value_or(0); }
 };
 

@@ -178,10 +178,26 @@ QString domain(const FinishedTest &test)
 // A line without it would be three.
 #define AT(member) ([](auto &test) -> auto & { return test.member; })
 
+/// What is known of the delays beside one stream. @p Load gives them.
+#define LOAD(group, stored, load, samplesList, timesList)                                          \
+    derived(group ".median_ns", Nanoseconds, stored "Median",                                      \
+            [](T test) { return DelayFigures::median(test.load.samples); }),                       \
+        derived(group ".p95_ns", Nanoseconds, stored "Percentile95",                               \
+                [](T test) { return DelayFigures::percentile95(test.load.samples); }),             \
+        derived(group ".added_ns", Nanoseconds, stored "Added",                                    \
+                [](T test) { return DelayFigures::added(test.idle(), test.load.samples); }),       \
+        derived(group ".lost_percent", Percent, stored "Lost",                                     \
+                [](T test) { return DelayFigures::lostPercent(test.load.samples); }),              \
+        field(group ".congestion", None, stored "Congestion", AT(load.congestion)),                \
+        list(group ".samples_ns", Nanoseconds, samplesList, AT(load.samples)),                     \
+        list(group ".times_ns", Nanoseconds, timesList, AT(load.times))
+
 QList<TestField> makeTable()
 {
     using enum Unit;
     using T = const FinishedTest &;
+    TestField idle = list("idle.samples_ns", Nanoseconds, TestField::IdleDelays, AT(idleDelays));
+    idle.get = [](T test) { return toVariant(test.idle()); };
     return {
         field("id", Identity, "", AT(storedId)),
         field("test_id", Identity, "testTestId", AT(testId)),
@@ -296,9 +312,33 @@ QList<TestField> makeTable()
         field("report.delivered", None, "reportDelivered", AT(report.delivered)),
         field("report.queue_id", Identity, "reportQueueId", AT(report.queueId)),
         field("report.resent", None, "", AT(report.resent)),
+
+        // At the end, so that the columns of older tables keep their places.
+        derived("download.steady_bps", BitsPerSecond, "downloadSteady",
+                [](T test) { return test.download.steadyRate(); }),
+        derived("upload.steady_bps", BitsPerSecond, "uploadSteady",
+                [](T test) { return test.upload.steadyRate(); }),
+        derived("idle.min_ns", Nanoseconds, "idleMinimum",
+                [](T test) { return DelayFigures::minimum(test.idle()); }),
+        derived("idle.median_ns", Nanoseconds, "idleMedian",
+                [](T test) { return DelayFigures::median(test.idle()); }),
+        derived("idle.p95_ns", Nanoseconds, "idlePercentile95",
+                [](T test) { return DelayFigures::percentile95(test.idle()); }),
+        derived("idle.jitter_ns", Nanoseconds, "idleJitter",
+                [](T test) { return DelayFigures::jitter(test.idle()); }),
+        idle,
+        LOAD("download_load", "downloadLoad", downloadLoad, TestField::DownloadDelays,
+             TestField::DownloadDelayTimes),
+        LOAD("upload_load", "uploadLoad", uploadLoad, TestField::UploadDelays,
+             TestField::UploadDelayTimes),
+        LOAD("extra_download_load", "extraDownloadLoad", extraDownloadLoad,
+             TestField::ExtraDownloadDelays, TestField::ExtraDownloadDelayTimes),
+        LOAD("extra_upload_load", "extraUploadLoad", extraUploadLoad, TestField::ExtraUploadDelays,
+             TestField::ExtraUploadDelayTimes),
     };
 }
 
+#undef LOAD
 #undef AT
 
 const QList<TestField> &table()

@@ -41,7 +41,21 @@ struct TestField
     /// Its column in a table where that is not the key with underscores.
     QLatin1StringView shortColumn;
     /// Of a list: the number under which the store keeps it beside the details.
-    enum List { NoList = 0, DownloadIntervals = 1, UploadIntervals = 2, RttSamples = 3 };
+    enum List {
+        NoList = 0,
+        DownloadIntervals = 1,
+        UploadIntervals = 2,
+        RttSamples = 3,
+        IdleDelays = 4,
+        DownloadDelays = 5,
+        DownloadDelayTimes = 6,
+        UploadDelays = 7,
+        UploadDelayTimes = 8,
+        ExtraDownloadDelays = 9,
+        ExtraDownloadDelayTimes = 10,
+        ExtraUploadDelays = 11,
+        ExtraUploadDelayTimes = 12,
+    };
     List list = NoList;
 
     QString column() const;

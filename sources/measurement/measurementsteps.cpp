@@ -32,6 +32,14 @@ QString rateText(qint64 bitsPerSecond)
                              : TestController::tr("na");
 }
 
+/// Of the bytes that a measurement may move, its probes have theirs.
+void limit(ThroughputTest &test, std::optional<qint64> bytes)
+{
+    const auto probes = bytes ? std::optional(LoadProbe::shareOf(*bytes)) : std::nullopt;
+    test.setByteLimit(bytes ? std::optional(*bytes - *probes) : std::nullopt);
+    test.setProbes(probes);
+}
+
 } // namespace
 
 MeasurementSteps::MeasurementSteps(MeasurementContext &testContext, TestRecorder &testRecorder,
@@ -65,7 +73,7 @@ void MeasurementSteps::runDownload(int seconds)
 {
     context.getTestObserver()->setStatus(TestController::tr("testphase_download"));
     auto *test = new DownloadTest(&context, recorder.record());
-    test->setByteLimit(recorder.record()->getDataBudget().downloadShare());
+    limit(*test, recorder.record()->getDataBudget().downloadShare());
     cancelStep = [test] { test->cancel(); };
     test->doMeasurement(seconds);
 }
@@ -90,8 +98,9 @@ void MeasurementSteps::runUpload(int seconds)
     context.getTestObserver()->setStatus(TestController::tr("testphase_upload"));
     const TestResults &record = *recorder.record();
     auto *test = new UploadTest(&context, recorder.record());
-    const qint64 downloaded = record.getDownloadResult()->getAllBytesTransfered();
-    test->setByteLimit(record.getDataBudget().uploadShare(downloaded));
+    const Result &download = *record.getDownloadResult();
+    const qint64 downloaded = static_cast<qint64>(download.getAllBytesTransfered());
+    limit(*test, record.getDataBudget().uploadShare(downloaded + download.getProbeBytes()));
     cancelStep = [test] { test->cancel(); };
     test->doMeasurement(seconds);
 }

@@ -40,6 +40,16 @@ public:
     /// One sample of the round-trip time, ns. For observers that draw.
     virtual void setRoundTrip(qint64 time) { Q_UNUSED(time) }
 
+    /// The round-trip time of one connect, ns, that began @p at ns after the first data of the
+    /// stream beside which it ran; @p resulttype as in Result. In the order in which they come
+    /// back. For observers that draw.
+    virtual void setDelayUnderLoad(int resulttype, qint64 at, qint64 delay)
+    {
+        Q_UNUSED(resulttype)
+        Q_UNUSED(at)
+        Q_UNUSED(delay)
+    }
+
 protected:
     TestObserver() = default;
     Q_DISABLE_COPY_MOVE(TestObserver)

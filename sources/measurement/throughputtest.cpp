@@ -48,10 +48,14 @@ ThroughputTest::ThroughputTest(MeasurementContext *context, QString testName, Re
     , socket(new QTcpSocket(this))
     , name(std::move(testName))
     , resulttype(type)
+    , probe(nullptr)
     , time_start(Utils::getTimeInNs())
 {
     connect(&timer, &ClockTimer::timeout, this, &ThroughputTest::timeoutOccourd);
     connect(&repainttimer, &ClockTimer::timeout, this, &ThroughputTest::timeoutOccourdRepaint);
+    connect(&probe, &LoadProbe::sampled, this, [this](qint64 at, qint64 delay) {
+        controller->getTestObserver()->setDelayUnderLoad(resulttype, at, delay);
+    });
     connect(socket, &QTcpSocket::connected, this, &ThroughputTest::slotConnected);
     connect(socket, &QTcpSocket::disconnected, this, &ThroughputTest::slotDisconnected);
     connect(socket, &QTcpSocket::errorOccurred, this, &ThroughputTest::slotError);
@@ -65,6 +69,11 @@ ThroughputTest::~ThroughputTest()
 void ThroughputTest::setByteLimit(std::optional<qint64> bytes)
 {
     limit = bytes.value_or(unlimited);
+}
+
+void ThroughputTest::setProbes(std::optional<qint64> bytes)
+{
+    probeLimit = bytes.value_or(unlimited);
 }
 
 void ThroughputTest::doMeasurement(int seconds)
@@ -86,6 +95,7 @@ void ThroughputTest::cancel()
 {
     timer.stop();
     repainttimer.stop();
+    probe.stop();
     Sockets::release(socket, this);
 }
 
@@ -128,6 +138,9 @@ void ThroughputTest::begin()
     time_end = akttime = mseconds = old_mseconds = max_pause = 0;
     aktinterval = 0;
     time_start = Utils::getTimeInNs();
+    if (probeLimit > 0) {
+        probe.start(*socket, probeLimit);
+    }
 }
 
 void ThroughputTest::takeTime()
@@ -142,6 +155,7 @@ void ThroughputTest::takeTime()
 
 void ThroughputTest::recordInterval(qint64 total, qint64 &oldTotal)
 {
+    probe.streamHasMoved(total);
     const qint64 current = mseconds / intervalNs;
     if (old_mseconds / intervalNs < current) {
         aktinterval = static_cast<int>(current - 1);
@@ -201,6 +215,7 @@ void ThroughputTest::finish(bool cut)
     result->setAllBytesTransfered(totalBytes());
     result->setCongestionControl(congestionControl);
     result->setCutByBudget(cut);
+    result->setLoadDelays(probe.delays(), probe.bytes());
     // An uploading client need not be answered before it has ended.
     result->setAccepted(isServed(statusLine) ||
                         (resulttype == Result::Upload && statusLine.isEmpty()));

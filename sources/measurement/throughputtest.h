@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/result.h"
+#include "measurement/loadprobe.h"
 #include "utils/clocktimer.h"
 
 #include <QAbstractSocket>
@@ -37,6 +38,11 @@ public:
     /// then says so. None: no limit. Takes effect before doMeasurement().
     void setByteLimit(std::optional<qint64> bytes);
 
+    /// Takes the round-trip time while the stream runs, with at most @p bytes, which come on top of
+    /// the byte limit; none: as many as probes need. Takes effect before doMeasurement(); without
+    /// it there are no probes.
+    void setProbes(std::optional<qint64> bytes);
+
     /// Measures for @p seconds from the first data on; waits as long for it.
     virtual void doMeasurement(int seconds);
     /// Ends without a result.
@@ -68,6 +74,9 @@ protected:
     /// Ends with the figures so far; @p cut: because the limit is reached.
     void finish(bool cut = false);
 
+    /// No more round-trip times: all that the stream may move is moved.
+    void endProbes() { probe.stop(); }
+
     MeasurementContext *controller;
     QTcpSocket *socket; ///< null when the test has ended
     int testduration = 0;
@@ -90,6 +99,8 @@ private:
     Result *result = nullptr;
     QString congestionControl;
     qint64 limit = unlimited;
+    LoadProbe probe;
+    qint64 probeLimit = 0;
     qint64 time_end = 0;
     qint64 time_start;
     qint64 mseconds = 0;     ///< ns from the start to the latest data

@@ -92,6 +92,7 @@ void UploadTest::bytesWritten(qint64 count)
     recordInterval(bytesSent, old_bytesSent);
     // What the kernel has taken has not gone anywhere yet: a limit may be smaller than its buffer.
     if (bytesSent >= byteLimit()) {
+        endProbes();
         delivery.start(deliveryPeriod);
     }
 }

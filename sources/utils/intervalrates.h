@@ -26,6 +26,14 @@ struct Extremes
 /// Of the means of every window after the ramp-up; nothing where there is none.
 std::optional<Extremes> extremes(std::span<const qint64> intervals);
 
+/// The end of the ramp-up, as the number of the first interval after it: the first that reaches
+/// four fifths of the median of all intervals with data, alone and as the mean of the half second
+/// that it begins. Nothing where that is not in the first half, or leaves less than a second.
+std::optional<std::size_t> rampUpEnd(std::span<const qint64> intervals);
+/// The mean from the end of the ramp-up on, pauses included: what a longer measurement would come
+/// to.
+std::optional<qint64> steady(std::span<const qint64> intervals);
+
 /// The mean of @p intervals, of which there is one at least.
 qint64 mean(std::span<const qint64> intervals);
 

@@ -24,6 +24,8 @@ public:
     }
 
     int port() const { return server.serverPort(); }
+    /// The connection that fills the queue.
+    const QTcpSocket &connected() const { return waiting; }
 
 private:
     QTcpServer server;

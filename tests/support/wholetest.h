@@ -38,7 +38,23 @@ public:
         upload->setAllBytesTransfered(14'980'000);
         upload->setCutByBudget(true);
         upload->setCongestionControl(QStringLiteral("bbr"));
+        download->setLoadDelays({Delays{41'000'000, std::nullopt, 45'000'000},
+                                 QList<qint64>{200'000'001, 400'000'002, 600'000'003},
+                                 QStringLiteral("reno")},
+                                636);
+        upload->setLoadDelays({Delays{361'000'000, 363'000'000},
+                               QList<qint64>{200'000'004, 400'000'005}, QStringLiteral("bbr")},
+                              424);
         record.setUploadResult(upload);
+        auto *extraDownload = new Result(&record);
+        extraDownload->setLoadDelays(
+            {Delays{151'000'000}, QList<qint64>{200'000'006}, QStringLiteral("cubic")}, 212);
+        record.setExtraDownloadResult(extraDownload);
+        auto *extraUpload = new Result(&record);
+        extraUpload->setLoadDelays(
+            {Delays{850'000'000}, QList<qint64>{200'000'007}, QStringLiteral("vegas")}, 212);
+        record.setExtraUploadResult(extraUpload);
+        record.setIdleDelays({31'400'000, std::nullopt, 29'300'000, 30'100'000});
         record.setServerSideUploadSpeeds(14'100'000, 14'200'000, 14'300'000);
         record.setRTTResult(new Result(8083, {{1, 31'400'000}, {3, 29'300'000}, {2, -1}}, &record));
 

@@ -6,6 +6,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace velometer {
@@ -37,6 +39,14 @@ struct Category
     QList<Row> rows;
 };
 
+constexpr auto afterRampUp =
+    QT_TRANSLATE_NOOP("velometer::DetailsWindow", "from the end of its ramp-up on");
+constexpr auto median = QT_TRANSLATE_NOOP("velometer::DetailsWindow", "median");
+constexpr auto most = QT_TRANSLATE_NOOP("velometer::DetailsWindow", "95 % are shorter");
+constexpr auto lost = QT_TRANSLATE_NOOP("velometer::DetailsWindow", "lost, percent");
+constexpr auto control =
+    QT_TRANSLATE_NOOP("velometer::DetailsWindow", "congestion control of the load");
+
 // The device's own address is the one the server does not see: the keys are named from the other
 // side.
 const QList<Category> &categoryTable()
@@ -65,6 +75,39 @@ const QList<Category> &categoryTable()
            QT_TRANSLATE_NOOP("velometer::DetailsWindow", "whole test"), "totalBytes"_L1},
           {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Data Budget"), nullptr,
            "budgetReached"_L1, true}}},
+        {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay and Steady Rate"),
+         {{QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Download Steady Rate"), afterRampUp,
+           "downloadSteady"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Upload Steady Rate"), afterRampUp,
+           "uploadSteady"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Idle Delay"), median, "idleMedian"_L1,
+           true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Idle Jitter"), nullptr, "idleJitter"_L1,
+           true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Download"), median,
+           "downloadLoadMedian"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Download"), most,
+           "downloadLoadPercentile95"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Download"), lost,
+           "downloadLoadLost"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Download"), control,
+           "downloadLoadCongestion"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Upload"), median,
+           "uploadLoadMedian"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Upload"), most,
+           "uploadLoadPercentile95"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Upload"), lost,
+           "uploadLoadLost"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Upload"), control,
+           "uploadLoadCongestion"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Extra Download"), median,
+           "extraDownloadLoadMedian"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Extra Download"), control,
+           "extraDownloadLoadCongestion"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Extra Upload"), median,
+           "extraUploadLoadMedian"_L1, true},
+          {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Delay in Extra Upload"), control,
+           "extraUploadLoadCongestion"_L1, true}}},
         {QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Device Information"),
          {{QT_TRANSLATE_NOOP("velometer::DetailsWindow", "Connectiontype(s)"),
            QT_TRANSLATE_NOOP("velometer::DetailsWindow", "during test cycle"), "connectionType"_L1},
@@ -137,10 +180,17 @@ QList<DetailsCategory *> DetailsTable::categories(const TestDetails &details)
 {
     QList<DetailsCategory *> list;
     for (const Category &category : categoryTable()) {
+        const bool isKnown =
+            std::any_of(category.rows.begin(), category.rows.end(), [&](const Row &row) {
+                return !row.onlyWithValue || details.contains(row.key);
+            });
+        if (!isKnown) {
+            continue;
+        }
         list.append(new DetailsCategory(TableTexts::tr(category.title)));
         for (const Row &row : category.rows) {
             const QString value = valueText(details, row.key);
-            if (row.onlyWithValue && value.isEmpty()) {
+            if (row.onlyWithValue && !details.contains(row.key)) {
                 continue;
             }
             list.last()->addItem(TableTexts::tr(row.title),

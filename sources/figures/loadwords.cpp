@@ -1,0 +1,110 @@
+#include "figures/loadwords.h"
+
+#include "figures/delays.h"
+#include "utils/units.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace velometer {
+
+namespace {
+
+QString milliseconds(qint64 ns)
+{
+    return Units::milliseconds(static_cast<double>(ns), 1);
+}
+
+QString difference(qint64 ns, int decimals)
+{
+    return (ns < 0 ? QString() : u"+"_s) + Units::milliseconds(static_cast<double>(ns), decimals);
+}
+
+} // namespace
+
+LoadWords::Harm LoadWords::harm(qint64 underLoad, qint64 added)
+{
+    if (added < leastAdded || underLoad <= gamesSuffer) {
+        return Harm::None;
+    }
+    if (underLoad <= callsSuffer) {
+        return Harm::Games;
+    }
+    return underLoad <= callsFail ? Harm::CallsAndGames : Harm::Everything;
+}
+
+QStringList LoadWords::sentences(const FinishedTest &test)
+{
+    QStringList sentences;
+    int known = 0;
+    const auto add = [&](const LoadDelays &load, const LoadDelays &extra, const char *games,
+                         const char *callsAndGames, const char *everything) {
+        const LoadDelays &used = DelayFigures::median(extra.samples) ? extra : load;
+        const auto underLoad = DelayFigures::median(used.samples);
+        const auto added = DelayFigures::added(test.idle(), used.samples);
+        if (!underLoad || !added) {
+            return;
+        }
+        ++known;
+        const char *text = nullptr;
+        switch (harm(*underLoad, *added)) {
+        case Harm::None: return;
+        case Harm::Games: text = games; break;
+        case Harm::CallsAndGames: text = callsAndGames; break;
+        case Harm::Everything: text = everything; break;
+        }
+        sentences.append(tr(text).arg(difference(*added, 0)));
+    };
+    add(test.downloadLoad, test.extraDownloadLoad,
+        QT_TR_NOOP("Games suffer while something downloads: %1"),
+        QT_TR_NOOP("Calls and games suffer while something downloads: %1"),
+        QT_TR_NOOP("Calls and games fail while something downloads: %1"));
+    add(test.uploadLoad, test.extraUploadLoad,
+        QT_TR_NOOP("Games suffer while something uploads: %1"),
+        QT_TR_NOOP("Calls and games suffer while something uploads: %1"),
+        QT_TR_NOOP("Calls and games fail while something uploads: %1"));
+    if (sentences.isEmpty() && known == 2) {
+        sentences.append(tr("Calls and games do not suffer from downloads and uploads."));
+    }
+    return sentences;
+}
+
+QString LoadWords::figures(const FinishedTest &test, const LoadDelays &load)
+{
+    const auto lost = DelayFigures::lostPercent(load.samples);
+    QStringList parts;
+    if (const auto median = DelayFigures::median(load.samples)) {
+        const qint64 most = DelayFigures::percentile95(load.samples).value_or(*median);
+        parts.append(tr("%1 (95 % within %2)").arg(milliseconds(*median), milliseconds(most)));
+    }
+    if (const auto added = DelayFigures::added(test.idle(), load.samples)) {
+        parts.append(difference(*added, 1));
+    }
+    if (lost && *lost > 0) {
+        parts.append(tr("lost: %1 %").arg(std::lround(*lost)));
+    }
+    if (!parts.isEmpty() && load.congestion) {
+        parts.append(*load.congestion);
+    }
+    return parts.join(", "_L1);
+}
+
+QString LoadWords::idleFigures(const FinishedTest &test)
+{
+    const auto median = DelayFigures::median(test.idle());
+    if (!median) {
+        return {};
+    }
+    const qint64 most = DelayFigures::percentile95(test.idle()).value_or(*median);
+    const qint64 least = DelayFigures::minimum(test.idle()).value_or(*median);
+    QStringList parts{tr("%1 (95 % within %2)").arg(milliseconds(*median), milliseconds(most)),
+                      tr("at least %1").arg(milliseconds(least))};
+    if (const auto jitter = DelayFigures::jitter(test.idle())) {
+        parts.append(tr("jitter %1").arg(milliseconds(*jitter)));
+    }
+    return parts.join(", "_L1);
+}
+
+} // namespace velometer
