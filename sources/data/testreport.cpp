@@ -2,6 +2,7 @@
 
 #include "data/reportdocument.h"
 #include "figures/finishedtest.h"
+#include "figures/loadfigures.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
@@ -206,7 +207,7 @@ std::unique_ptr<XMLData> TestReport::document(const FinishedTest &test)
 
     doc += serverData("ServerDataDownload"_L1, "###SERVER_DOWNLOADFILE###"_L1) +
            serverData("ServerDataUpload"_L1, "###SERVER_UPLOADFILE###"_L1) +
-           "<JavaConsoleOutput><![CDATA["_L1 + Utils::getLogEntries() +
+           "<JavaConsoleOutput><![CDATA["_L1 + Utils::getLogEntries(LoadFigures::line(test)) +
            "]]></JavaConsoleOutput>"_L1 + element("AccessInfo"_L1, u"###SERVER_ACCESSINFO###"_s) +
            "</PerformanceIPhone>"_L1;
 

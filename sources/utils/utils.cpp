@@ -197,10 +197,10 @@ void Utils::addLogEntry(QString text, QString kind)
     qDebug().noquote() << logLine(text);
 }
 
-QString Utils::getLogEntries()
+QString Utils::getLogEntries(const QString &last)
 {
     QString all;
-    for (QString line : std::as_const(logentries)) {
+    for (QString line : last.isEmpty() ? logentries : logentries + QStringList(last)) {
         line.replace(u'<', "&lt;"_L1);
         line.replace(u'>', "&gt;"_L1);
         line.replace(u'&', "&amp;"_L1);

@@ -55,7 +55,8 @@ public:
 
     /// All log lines, each escaped for XML and ended by CR LF. The ampersand is escaped after the
     /// angle brackets: "<" comes out as "&amp;lt;". The service undoes it in the same order.
-    static QString getLogEntries();
+    /// @p last comes after them, as one more line, unless it is empty.
+    static QString getLogEntries(const QString &last = {});
 
     /// Display text of a network mode code ("GsmMode" ...); empty for an unknown code.
     static QString trConnectionType(QString code);

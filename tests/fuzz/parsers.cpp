@@ -1,6 +1,7 @@
 #include "parsers.h"
 
 #include "data/remoteinitialvalues.h"
+#include "figures/loadfigures.h"
 #include "http/request.h"
 #include "platform/position/nmeaepoch.h"
 #include "platform/position/nmealines.h"
@@ -230,6 +231,27 @@ QList<QByteArray> outlines()
                                 "02808008808004a01fa01f")};
 }
 
+bool takeLoadFigures(const QByteArray &bytes)
+{
+    FinishedTest test;
+    if (!LoadFigures::read(QString::fromUtf8(bytes), test)) {
+        require(LoadFigures::line(test).isEmpty(), "who refuses takes nothing");
+        return false;
+    }
+    FinishedTest again;
+    const QString line = LoadFigures::line(test);
+    require(line.isEmpty() || (LoadFigures::read(line, again) && LoadFigures::line(again) == line),
+            "delays are read as they are written");
+    return true;
+}
+
+QList<QByteArray> loadFigures()
+{
+    return {"1: x\r\nLoadFigures: {\"v\":1,\"idle_us\":[31400,-1],\"download\":{\"cc\":\"bbr\","
+            "\"rtt_us\":[41001,-1],\"t_ms\":[200,401]}}\r\n",
+            "LoadFigures: {\"extra_upload\":{\"rtt_us\":[3000000],\"t_ms\":[0]},\"v\":1}"};
+}
+
 constexpr std::array parsers{
     FuzzedParser{"report", takeReport, reports},
     FuzzedParser{"request", takeRequest, requests},
@@ -238,6 +260,7 @@ constexpr std::array parsers{
     FuzzedParser{"initialvalues", takeInitialValues, initialValues},
     FuzzedParser{"endpoint", takeEndpoint, endpoints},
     FuzzedParser{"outline", takeOutline, outlines},
+    FuzzedParser{"loadfigures", takeLoadFigures, loadFigures},
 };
 
 } // namespace

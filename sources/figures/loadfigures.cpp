@@ -1,0 +1,212 @@
+#include "figures/loadfigures.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace velometer {
+
+namespace {
+
+constexpr auto prefix = "LoadFigures: "_L1;
+constexpr auto versionKey = "v"_L1;
+constexpr auto idleKey = "idle_us"_L1;
+constexpr auto roundTripsKey = "rtt_us"_L1;
+constexpr auto timesKey = "t_ms"_L1;
+constexpr auto congestionKey = "cc"_L1;
+constexpr int version = 1;
+
+constexpr qint64 nsPerUs = 1'000;
+constexpr qint64 nsPerMs = 1'000'000;
+constexpr qint64 lost = -1;
+/// What takes longer is lost.
+constexpr qint64 longestUs = 3'000'000;
+/// No phase of a test is that long.
+constexpr qint64 latestMs = 60'000;
+/// Nine lists of 200 numbers of up to seven digits, and their names.
+constexpr qsizetype longestLine = 16'000;
+constexpr qsizetype longestName = 15;
+
+struct Group
+{
+    QLatin1StringView key;
+    LoadDelays FinishedTest::*load;
+};
+constexpr std::array groups{
+    Group{"download"_L1, &FinishedTest::downloadLoad},
+    Group{"upload"_L1, &FinishedTest::uploadLoad},
+    Group{"extra_download"_L1, &FinishedTest::extraDownloadLoad},
+    Group{"extra_upload"_L1, &FinishedTest::extraUploadLoad},
+};
+
+qint64 rounded(qint64 value, qint64 unit, qint64 most)
+{
+    return std::clamp<qint64>((value + unit / 2) / unit, 0, most);
+}
+
+// ---- Writing
+
+QJsonArray roundTrips(const Delays &delays)
+{
+    QJsonArray list;
+    for (const auto &delay : delays.first(std::min(delays.size(), LoadFigures::mostSamples))) {
+        list.append(delay ? std::max<qint64>(1, rounded(*delay, nsPerUs, longestUs)) : lost);
+    }
+    return list;
+}
+
+QJsonObject group(const LoadDelays &load)
+{
+    const Delays samples = load.samples.value_or(Delays());
+    const auto times = load.times.value_or(QList<qint64>());
+    if (samples.isEmpty() || times.size() != samples.size()) {
+        return {};
+    }
+    QJsonArray moments;
+    for (const qint64 at : times.first(std::min(times.size(), LoadFigures::mostSamples))) {
+        moments.append(rounded(at, nsPerMs, latestMs));
+    }
+    QJsonObject object{{timesKey, moments}, {roundTripsKey, roundTrips(samples)}};
+    if (load.congestion && LoadFigures::isCongestionControl(*load.congestion)) {
+        object.insert(congestionKey, *load.congestion);
+    }
+    return object;
+}
+
+// ---- Reading
+
+/// Whole numbers from @p least to @p most; nothing when it is anything else.
+std::optional<QList<qint64>> numbers(const QJsonValue &value, qint64 least, qint64 most)
+{
+    const QJsonArray array = value.toArray();
+    QList<qint64> list;
+    for (const QJsonValue &each : array) {
+        const qint64 number = each.toInteger(least - 1); // what is no whole number is too small
+        if (number < least || number > most) {
+            return std::nullopt;
+        }
+        list.append(number);
+    }
+    return list.isEmpty() || list.size() > LoadFigures::mostSamples ? std::nullopt
+                                                                    : std::optional(list);
+}
+
+std::optional<Delays> readRoundTrips(const QJsonValue &value)
+{
+    const auto list = numbers(value, lost, longestUs);
+    if (!list || list->contains(0)) {
+        return std::nullopt;
+    }
+    Delays delays;
+    for (const qint64 us : *list) {
+        delays.append(us == lost ? std::nullopt : std::optional(us * nsPerUs));
+    }
+    return delays;
+}
+
+std::optional<LoadDelays> readGroup(const QJsonObject &object)
+{
+    LoadDelays load;
+    load.samples = readRoundTrips(object.value(roundTripsKey));
+    load.times = numbers(object.value(timesKey), 0, latestMs);
+    qsizetype known = 2;
+    if (const auto name = object.constFind(congestionKey); name != object.constEnd()) {
+        load.congestion = name->toString();
+        ++known;
+    }
+    if (!load.samples || !load.times || load.samples->size() != load.times->size() ||
+        !std::is_sorted(load.times->begin(), load.times->end()) || object.size() != known ||
+        (load.congestion && !LoadFigures::isCongestionControl(*load.congestion))) {
+        return std::nullopt;
+    }
+    for (qint64 &at : *load.times) {
+        at *= nsPerMs;
+    }
+    return load;
+}
+
+/// The JSON of the last line of its kind; empty when there is none.
+QStringView lastLine(QStringView log)
+{
+    qsizetype begin = log.size();
+    do {
+        begin = begin == 0 ? -1 : log.lastIndexOf(prefix, begin - 1);
+    } while (begin > 0 && log[begin - 1] != u'\n');
+    if (begin < 0) {
+        return {};
+    }
+    const QStringView rest = log.sliced(begin + prefix.size());
+    const qsizetype end = rest.indexOf(u'\n');
+    return (end < 0 ? rest : rest.first(end)).trimmed();
+}
+
+} // namespace
+
+QString LoadFigures::line(const FinishedTest &test)
+{
+    QJsonObject object;
+    if (const auto &idle = test.idle(); idle && !idle->isEmpty()) {
+        object.insert(idleKey, roundTrips(*idle));
+    }
+    for (const Group &each : groups) {
+        if (const QJsonObject load = group(test.*each.load); !load.isEmpty()) {
+            object.insert(each.key, load);
+        }
+    }
+    if (object.isEmpty()) {
+        return {};
+    }
+    object.insert(versionKey, version);
+    return prefix + QString::fromLatin1(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+bool LoadFigures::read(const QString &log, FinishedTest &test)
+{
+    const QStringView json = lastLine(log);
+    if (json.isEmpty() || json.size() > longestLine) {
+        return false;
+    }
+    const QJsonObject object = QJsonDocument::fromJson(json.toUtf8()).object();
+    if (object.value(versionKey).toInteger() != version) {
+        return false;
+    }
+    FinishedTest found = test;
+    qsizetype known = 1;
+    if (const auto idle = object.constFind(idleKey); idle != object.constEnd()) {
+        found.idleDelays = readRoundTrips(*idle);
+        if (!found.idleDelays) {
+            return false;
+        }
+        ++known;
+    }
+    for (const Group &each : groups) {
+        if (const auto load = object.constFind(each.key); load != object.constEnd()) {
+            const auto delays = readGroup(load->toObject());
+            if (!delays) {
+                return false;
+            }
+            found.*each.load = *delays;
+            ++known;
+        }
+    }
+    if (object.size() != known) {
+        return false;
+    }
+    test = std::move(found);
+    return true;
+}
+
+bool LoadFigures::isCongestionControl(const QString &name)
+{
+    return !name.isEmpty() && name.size() <= longestName &&
+           std::all_of(name.begin(), name.end(), [](QChar c) {
+               return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') || c == u'_';
+           });
+}
+
+} // namespace velometer

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "figures/finishedtest.h"
+
+#include <QString>
+
+namespace velometer {
+
+/// The delays of a test as the one line of the diagnostic log in which a report carries them: the
+/// report's document has no place of its own for them. Times are rounded there to ms, round trips
+/// to us.
+///
+///     LoadFigures: {"v":1,"idle_us":[31400,-1],"download":{"cc":"bbr","rtt_us":[..],"t_ms":[..]}}
+///
+/// A lost round trip is -1. "upload", "extra_download" and "extra_upload" are like "download";
+/// groups of which nothing is known are left out, and so is an unknown "cc".
+namespace LoadFigures {
+
+/// More samples of one list than any test takes; what is beyond is not written.
+inline constexpr qsizetype mostSamples = 200;
+
+/// Without the line's end; empty when nothing is known.
+QString line(const FinishedTest &test);
+
+/// Puts what the last such line of @p log tells into @p test. False, and @p test is as it was, when
+/// there is none, or when anything in it is not as line() writes it.
+bool read(const QString &log, FinishedTest &test);
+
+/// 1 to 15 of the letters a to z, digits and "_": what kernels call their congestion controls.
+bool isCongestionControl(const QString &name);
+
+} // namespace LoadFigures
+
+} // namespace velometer
