@@ -229,6 +229,18 @@ hat, sieht die Tests.</translation>
         <source>open it in the browser as well</source>
         <translation>sie auch im Browser öffnen</translation>
     </message>
+    <message>
+        <source>times the round trip of the idle line N times (3 to 200), for median, 95th percentile and jitter; its figures stay those of the first 3</source>
+        <translation>misst die Antwortzeit der ruhenden Leitung N-mal (3 bis 200), für Median, 95. Perzentil und Schwankung; ihre Werte bleiben die der ersten 3</translation>
+    </message>
+    <message>
+        <source>after the usual figures load the line for 5 s each way with CUBIC, which fills queues, and tell the delay meanwhile</source>
+        <translation>belastet die Leitung nach den üblichen Werten 5 s je Richtung mit CUBIC, das Warteschlangen füllt, und nennt die Verzögerung dabei</translation>
+    </message>
+    <message>
+        <source>of the streams of both ends, where their kernels have it; else BBR, where they have that</source>
+        <translation>der Ströme beider Seiten, wo ihre Kernel sie haben; sonst BBR, wo sie das haben</translation>
+    </message>
 </context>
 <context>
     <name>DataBudget</name>
@@ -2289,6 +2301,10 @@ orvak verfassen</translation>
     <message>
         <source>Another program holds the results locked; waiting for them.</source>
         <translation>Ein anderes Programm hält die Ergebnisse gesperrt; es wird auf sie gewartet.</translation>
+    </message>
+    <message>
+        <source>testphase_delays</source>
+        <translation>Verzögerung wird gemessen</translation>
     </message>
 </context>
 <context>

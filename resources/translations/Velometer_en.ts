@@ -227,6 +227,18 @@ sees the tests.</translation>
         <source>open it in the browser as well</source>
         <translation>open it in the browser as well</translation>
     </message>
+    <message>
+        <source>times the round trip of the idle line N times (3 to 200), for median, 95th percentile and jitter; its figures stay those of the first 3</source>
+        <translation>times the round trip of the idle line N times (3 to 200), for median, 95th percentile and jitter; its figures stay those of the first 3</translation>
+    </message>
+    <message>
+        <source>after the usual figures load the line for 5 s each way with CUBIC, which fills queues, and tell the delay meanwhile</source>
+        <translation>after the usual figures load the line for 5 s each way with CUBIC, which fills queues, and tell the delay meanwhile</translation>
+    </message>
+    <message>
+        <source>of the streams of both ends, where their kernels have it; else BBR, where they have that</source>
+        <translation>of the streams of both ends, where their kernels have it; else BBR, where they have that</translation>
+    </message>
 </context>
 <context>
     <name>DataBudget</name>
@@ -2287,6 +2299,10 @@ to orvak</translation>
     <message>
         <source>Another program holds the results locked; waiting for them.</source>
         <translation>Another program holds the results locked; waiting for them.</translation>
+    </message>
+    <message>
+        <source>testphase_delays</source>
+        <translation>Measuring the delay</translation>
     </message>
 </context>
 <context>

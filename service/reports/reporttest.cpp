@@ -1,5 +1,6 @@
 #include "reports/reporttest.h"
 
+#include "figures/loadfigures.h"
 #include "utils/intervalrates.h"
 #include "utils/utils.h"
 
@@ -286,6 +287,7 @@ std::optional<ReportTest> ReportTest::read(const QString &text)
         report.phases += phaseOf(entry);
     }
     report.log = unescaped(document->text(u"JavaConsoleOutput"_s));
+    LoadFigures::read(report.log, test);
 
     static const QRegularExpression sent(u"sent ([0-9]{1,18}) bytes in ([0-9]{1,18}) ms"_s);
     static const QRegularExpression received(

@@ -3,6 +3,7 @@
 #include "app/sleepinhibitor.h"
 #include "app/testseries.h"
 #include "data/databudget.h"
+#include "data/delayplan.h"
 #include "measurement/testcontroller.h"
 
 #include <QObject>
@@ -33,6 +34,9 @@ public:
     /// The series that an earlier run did not end, when it can be continued. One whose last test is
     /// overdue is over: TestSeries::missed() tells it.
     std::optional<TestSeries::Interrupted> takeInterrupted();
+
+    /// Of the tests to come, before start() or resume(); none: the usual figures.
+    void setDelayPlan(const DelayPlan &plan) { controller.setDelayPlan(plan); }
 
     /// Starts as soon as the server is settled, see ServerSelection::whenSettled.
     void start(const TestSeries::Plan &plan, DataBudget budget);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/databudget.h"
+#include "data/delayplan.h"
 #include "platform/choice/platformchoice.h"
 
 #include <QAbstractSocket>
@@ -52,7 +53,8 @@ public:
     bool resume = false;                              ///< go on with an interrupted series
     std::optional<DataBudget> budget;                 ///< none: as the settings say
     std::optional<std::chrono::seconds> waitPosition; ///< none: as it makes sense
-    int limit = 0;                                    ///< most results to list, 0 for all
+    DelayPlan delays;
+    int limit = 0; ///< most results to list, 0 for all
     bool allowRoaming = false;
     bool yes = false;
     bool open = false; ///< in the browser

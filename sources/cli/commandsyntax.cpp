@@ -4,6 +4,7 @@
 #include "arguments/takes.h"
 #include "cli/optionvalues.h"
 #include "utils/quoted.h"
+#include "utils/sockets.h"
 #include "utils/utils.h"
 
 #include <algorithm>
@@ -173,6 +174,25 @@ void CommandSyntax::addTestOptions()
                                  "for no limit")
                                   .arg(DataBudget::minimum),
                               &result.budget),
+                test});
+    syntax.add({u"--rtt-samples"_s, u"N"_s,
+                tr("times the round trip of the idle line N times (3 to 200), for median, 95th "
+                   "percentile and jitter; its figures stay those of the first 3"),
+                Takes::number(DelayPlan::countedSamples, DelayPlan::mostSamples,
+                              &result.delays.idleSamples),
+                test});
+    syntax.add({u"--under-load"_s,
+                {},
+                tr("after the usual figures load the line for 5 s each way with CUBIC, which fills "
+                   "queues, and tell the delay meanwhile"),
+                Takes::flag(&result.delays.underLoad),
+                test});
+    syntax.add({u"--congestion-control"_s, u"NAME"_s,
+                tr("of the streams of both ends, where their kernels have it; else BBR, where they "
+                   "have that"),
+                Takes::parsed(OptionValues::congestionControl,
+                              Syntax::listed(Sockets::congestionControls()),
+                              &result.delays.congestionControl),
                 test});
     syntax.add(
         {u"--wait-position"_s, u"SECONDS"_s,

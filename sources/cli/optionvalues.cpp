@@ -1,6 +1,7 @@
 #include "cli/optionvalues.h"
 
 #include "arguments/takes.h"
+#include "utils/sockets.h"
 
 #include <QRegularExpression>
 
@@ -26,6 +27,11 @@ std::optional<DataBudget> OptionValues::budget(const QString &text)
     const qint64 bytes = *number * factor;
     const bool possible = bytes == 0 || bytes >= DataBudget::minimum;
     return possible ? std::optional(DataBudget(bytes)) : std::nullopt;
+}
+
+std::optional<QString> OptionValues::congestionControl(const QString &text)
+{
+    return Sockets::congestionControls().contains(text) ? std::optional(text) : std::nullopt;
 }
 
 QStringList OptionValues::locations()

@@ -14,6 +14,9 @@ namespace velometer::OptionValues {
 /// makes no sense.
 std::optional<DataBudget> budget(const QString &text);
 
+/// A congestion control that this device's kernel has ready.
+std::optional<QString> congestionControl(const QString &text);
+
 /// The location codes, and the one that is meant, in any letter case.
 QStringList locations();
 std::optional<QString> location(const QString &text);

@@ -162,7 +162,8 @@ bool Program::createRunner()
         {options.location, options.count, std::chrono::seconds(options.interval)},
         options.allowRoaming,
         options.budget.value_or(DataBudget::remembered()),
-        options.waitPosition};
+        options.waitPosition,
+        options.delays};
     runner = std::make_unique<TestRunner>(plan, *servers, *printer, progress, *platform);
     connect(runner.get(), &TestRunner::finished, this, &Program::end);
     return true;

@@ -50,6 +50,9 @@ QString nameOf(Phase phase)
     case Phase::RttEndMarker: return u"rtt_end"_s;
     case Phase::Submit: return u"submit"_s;
     case Phase::StoreAndResubmit: return u"store"_s;
+    case Phase::IdleDelays: return u"idle_delays"_s;
+    case Phase::ExtraDownload: return u"extra_download"_s;
+    case Phase::ExtraUpload: return u"extra_upload"_s;
     }
     Q_UNREACHABLE();
 }
@@ -170,6 +173,7 @@ void TestRunner::deviceReady()
 
 void TestRunner::startTests()
 {
+    session.setDelayPlan(plan.delays);
     if (resuming) {
         session.resume(plan.budget);
     } else {

@@ -33,11 +33,12 @@ public:
     {
         TestSeries::Plan series{};
         bool allowRoaming = false;
-        // The braces let a plan be written without these two.
+        // The braces let a plan be written without these three.
         // NOLINTBEGIN(readability-redundant-member-init)
         DataBudget budget{}; ///< of each test
         /// For a first position before the first test; without it as PositionWait thinks right.
         std::optional<std::chrono::seconds> waitPosition{};
+        DelayPlan delays{};
         // NOLINTEND(readability-redundant-member-init)
     };
 

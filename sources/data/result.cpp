@@ -88,6 +88,18 @@ void Result::calculateValues()
     }
 }
 
+Delays Result::getResponseDelays() const
+{
+    QList<int> connects = responsetimes.keys();
+    std::sort(connects.begin(), connects.end());
+    Delays delays;
+    for (const int connect : std::as_const(connects)) {
+        const int took = responsetimes.value(connect);
+        delays.append(took > 0 ? std::optional<qint64>(took) : std::nullopt);
+    }
+    return delays;
+}
+
 QString Result::toString() const
 {
     const auto item = [](QLatin1StringView name, qint64 value) {

@@ -55,6 +55,8 @@ public:
     const IntervalTable &getIntervallValuesByte() const { return valuesbyte; }
     /// The single response times by connect number; a failed connect is -1.
     const QHash<int, int> &getResponseTimes() const { return responsetimes; }
+    /// The same in order; nothing for a failed one, or one beyond the numbers.
+    Delays getResponseDelays() const;
     qlonglong getMaxPause() const { return max_pause; } ///< ns
     int getResponseAvg() const { return responseavg; }
     int getResponseMin() const { return responsemin; }

@@ -95,13 +95,7 @@ FinishedTest::RoundTrip roundTrip(const Result *result)
     phase.maximum = atLeast(1, result->getResponseMax());
     phase.valid = result->isValid();
 
-    QList<int> connects = result->getResponseTimes().keys();
-    std::sort(connects.begin(), connects.end());
-    QList<FinishedTest::Number> samples;
-    for (const int connect : std::as_const(connects)) {
-        samples.append(atLeast(1, result->getResponseTimes().value(connect)));
-    }
-    phase.samples = samples;
+    phase.samples = result->getResponseDelays();
     return phase;
 }
 

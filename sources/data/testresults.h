@@ -65,8 +65,10 @@ public:
     Result *getUploadResult() const { return uploadResult; }
     Result *getRTTResult() const { return rttResult; }
     Result *getExtraDownloadResult() const { return extraDownloadResult; }
+    Result *getExtraUploadResult() const { return extraUploadResult; }
     /// All round-trip times of the idle line, where more were taken than the result counts.
     void setIdleDelays(const Delays &delays) { idleDelays = delays; }
+    bool hasIdleDelays() const { return idleDelays.has_value(); }
 
     /// The data budget that the test runs with.
     void setDataBudget(DataBudget budget) { dataBudget = budget; }

@@ -15,21 +15,19 @@ namespace {
 
 constexpr auto prefix = "LoadFigures: "_L1;
 constexpr auto versionKey = "v"_L1;
-constexpr auto idleKey = "idle_us"_L1;
-constexpr auto roundTripsKey = "rtt_us"_L1;
-constexpr auto timesKey = "t_ms"_L1;
+constexpr auto idleKey = "idle_ns"_L1;
+constexpr auto roundTripsKey = "rtt_ns"_L1;
+constexpr auto timesKey = "t_ns"_L1;
 constexpr auto congestionKey = "cc"_L1;
 constexpr int version = 1;
 
-constexpr qint64 nsPerUs = 1'000;
-constexpr qint64 nsPerMs = 1'000'000;
 constexpr qint64 lost = -1;
 /// What takes longer is lost.
-constexpr qint64 longestUs = 3'000'000;
+constexpr qint64 longestNs = 3'000'000'000;
 /// No phase of a test is that long.
-constexpr qint64 latestMs = 60'000;
-/// Nine lists of 200 numbers of up to seven digits, and their names.
-constexpr qsizetype longestLine = 16'000;
+constexpr qint64 latestNs = 60'000'000'000;
+/// Nine lists of 200 numbers of up to eleven digits, and their names.
+constexpr qsizetype longestLine = 24'000;
 constexpr qsizetype longestName = 15;
 
 struct Group
@@ -44,18 +42,13 @@ constexpr std::array groups{
     Group{"extra_upload"_L1, &FinishedTest::extraUploadLoad},
 };
 
-qint64 rounded(qint64 value, qint64 unit, qint64 most)
-{
-    return std::clamp<qint64>((value + unit / 2) / unit, 0, most);
-}
-
 // ---- Writing
 
 QJsonArray roundTrips(const Delays &delays)
 {
     QJsonArray list;
     for (const auto &delay : delays.first(std::min(delays.size(), LoadFigures::mostSamples))) {
-        list.append(delay ? std::max<qint64>(1, rounded(*delay, nsPerUs, longestUs)) : lost);
+        list.append(delay ? std::clamp<qint64>(*delay, 1, longestNs) : lost);
     }
     return list;
 }
@@ -69,7 +62,7 @@ QJsonObject group(const LoadDelays &load)
     }
     QJsonArray moments;
     for (const qint64 at : times.first(std::min(times.size(), LoadFigures::mostSamples))) {
-        moments.append(rounded(at, nsPerMs, latestMs));
+        moments.append(std::clamp<qint64>(at, 0, latestNs));
     }
     QJsonObject object{{timesKey, moments}, {roundTripsKey, roundTrips(samples)}};
     if (load.congestion && LoadFigures::isCongestionControl(*load.congestion)) {
@@ -98,13 +91,13 @@ std::optional<QList<qint64>> numbers(const QJsonValue &value, qint64 least, qint
 
 std::optional<Delays> readRoundTrips(const QJsonValue &value)
 {
-    const auto list = numbers(value, lost, longestUs);
+    const auto list = numbers(value, lost, longestNs);
     if (!list || list->contains(0)) {
         return std::nullopt;
     }
     Delays delays;
-    for (const qint64 us : *list) {
-        delays.append(us == lost ? std::nullopt : std::optional(us * nsPerUs));
+    for (const qint64 each : *list) {
+        delays.append(each == lost ? std::nullopt : std::optional(each));
     }
     return delays;
 }
@@ -113,7 +106,7 @@ std::optional<LoadDelays> readGroup(const QJsonObject &object)
 {
     LoadDelays load;
     load.samples = readRoundTrips(object.value(roundTripsKey));
-    load.times = numbers(object.value(timesKey), 0, latestMs);
+    load.times = numbers(object.value(timesKey), 0, latestNs);
     qsizetype known = 2;
     if (const auto name = object.constFind(congestionKey); name != object.constEnd()) {
         load.congestion = name->toString();
@@ -123,9 +116,6 @@ std::optional<LoadDelays> readGroup(const QJsonObject &object)
         !std::is_sorted(load.times->begin(), load.times->end()) || object.size() != known ||
         (load.congestion && !LoadFigures::isCongestionControl(*load.congestion))) {
         return std::nullopt;
-    }
-    for (qint64 &at : *load.times) {
-        at *= nsPerMs;
     }
     return load;
 }

@@ -10,7 +10,8 @@ namespace velometer {
 /// report's document has no place of its own for them. Times are rounded there to ms, round trips
 /// to us.
 ///
-///     LoadFigures: {"v":1,"idle_us":[31400,-1],"download":{"cc":"bbr","rtt_us":[..],"t_ms":[..]}}
+///     LoadFigures:
+///     {"v":1,"idle_ns":[31400000,-1],"download":{"cc":"bbr","rtt_ns":[..],"t_ns":[..]}}
 ///
 /// A lost round trip is -1. "upload", "extra_download" and "extra_upload" are like "download";
 /// groups of which nothing is known are left out, and so is an unknown "cc".

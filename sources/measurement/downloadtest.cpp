@@ -1,6 +1,7 @@
 #include "measurement/downloadtest.h"
 
 #include "data/testserver.h"
+#include "figures/loadfigures.h"
 #include "measurement/measurementcontext.h"
 #include "measurement/requestparameters.h"
 #include "utils/sockets.h"
@@ -20,10 +21,28 @@ namespace {
 /// to stay in the processor's cache, since it is discarded at once.
 constexpr qint64 readBufferBytes = 262'144;
 
+/// What is longer is the head of no service of ours.
+constexpr qsizetype maxHead = 2048;
+constexpr QByteArrayView endOfHead = "\r\n\r\n";
+
+/// What the service says that it sends with; empty where it says nothing, or no such name.
+QString control(const QByteArray &head)
+{
+    constexpr QByteArrayView field = "\r\nVelometer-Congestion: ";
+    const qsizetype end = head.indexOf(endOfHead);
+    const qsizetype begin = head.indexOf(field);
+    if (begin < 0 || begin >= end) {
+        return {};
+    }
+    const QByteArray value = head.sliced(begin + field.size());
+    const QString name = QString::fromLatin1(value.first(value.indexOf("\r\n")));
+    return LoadFigures::isCongestionControl(name) ? name : QString();
+}
+
 } // namespace
 
-DownloadTest::DownloadTest(MeasurementContext *context, QObject *parent)
-    : ThroughputTest(context, u"DownloadTest"_s, Result::Download, parent)
+DownloadTest::DownloadTest(MeasurementContext *context, QObject *parent, qlonglong testIdOffset)
+    : ThroughputTest(context, u"DownloadTest"_s, Result::Download, testIdOffset, parent)
 {
     socket->setReadBufferSize(readBufferBytes);
     connect(socket, &QTcpSocket::readyRead, this, &DownloadTest::readyRead);
@@ -37,11 +56,13 @@ void DownloadTest::doMeasurement(int seconds)
 
 QString DownloadTest::requestText() const
 {
-    return u"GET /velometer/downloadtest.php?mss=%1&logtraffic=%2&%3 HTTP/1.0\r\n"
-           "Host: %4\r\n"
+    const QString &control = congestionControlWanted();
+    return u"GET /velometer/downloadtest.php?mss=%1&logtraffic=%2&%3%4 HTTP/1.0\r\n"
+           "Host: %5\r\n"
            "Connection: Close\r\n\r\n"_s.arg(QString::number(controller->getMSS()),
                                              QString::number(testduration),
-                                             testParameters(*controller, TestIdOffset::download),
+                                             testParameters(*controller, testIdOffset()),
+                                             control.isEmpty() ? QString() : "&cc="_L1 + control,
                                              controller->getTestServer()->getHostHeader());
 }
 
@@ -51,11 +72,14 @@ void DownloadTest::readyRead()
         begin();
     }
     takeTime();
-    if (const QByteArray answer = socket->read(missingOfAnswer()); !answer.isEmpty()) {
+    if (head.size() < maxHead && !head.contains(endOfHead)) {
+        const QByteArray answer = socket->read(maxHead - head.size());
         bytesRead += answer.size();
         if (!takeAnswer(answer)) {
             return;
         }
+        head += answer;
+        setSendersControl(control(head));
     }
     bytesRead += socket->skip(socket->bytesAvailable());
     recordInterval(bytesRead, old_bytesRead);

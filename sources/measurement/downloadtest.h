@@ -1,5 +1,6 @@
 #pragma once
 
+#include "measurement/requestparameters.h"
 #include "measurement/throughputtest.h"
 
 namespace velometer {
@@ -11,7 +12,8 @@ class DownloadTest : public ThroughputTest
     Q_OBJECT
 
 public:
-    DownloadTest(MeasurementContext *controller, QObject *parent);
+    DownloadTest(MeasurementContext *controller, QObject *parent,
+                 qlonglong testIdOffset = TestIdOffset::download);
 
     void doMeasurement(int seconds) override;
 
@@ -30,6 +32,7 @@ private:
 
     qint64 bytesRead = 0; ///< the answer's header included
     qint64 old_bytesRead = 0;
+    QByteArray head; ///< its beginning, or all of it
 };
 
 } // namespace velometer

@@ -32,6 +32,9 @@ QString rateText(qint64 bitsPerSecond)
                              : TestController::tr("na");
 }
 
+const QString queueFiller = u"cubic"_s;
+constexpr int extraSeconds = 5;
+
 /// Of the bytes that a measurement may move, its probes have theirs.
 void limit(ThroughputTest &test, std::optional<qint64> bytes)
 {
@@ -73,6 +76,7 @@ void MeasurementSteps::runDownload(int seconds)
 {
     context.getTestObserver()->setStatus(TestController::tr("testphase_download"));
     auto *test = new DownloadTest(&context, recorder.record());
+    test->setCongestionControl(plan.congestionControl);
     limit(*test, recorder.record()->getDataBudget().downloadShare());
     cancelStep = [test] { test->cancel(); };
     test->doMeasurement(seconds);
@@ -98,6 +102,7 @@ void MeasurementSteps::runUpload(int seconds)
     context.getTestObserver()->setStatus(TestController::tr("testphase_upload"));
     const TestResults &record = *recorder.record();
     auto *test = new UploadTest(&context, recorder.record());
+    test->setCongestionControl(plan.congestionControl);
     const Result &download = *record.getDownloadResult();
     const qint64 downloaded = static_cast<qint64>(download.getAllBytesTransfered());
     limit(*test, record.getDataBudget().uploadShare(downloaded + download.getProbeBytes()));
@@ -140,6 +145,61 @@ void MeasurementSteps::markRttEnd()
     showWaiting();
     record.setRttLocationEnd(context.getLocationHelper()->getDoubleLocation());
     mark(u"RttEnd"_s);
+}
+
+void MeasurementSteps::runIdleDelays()
+{
+    context.getTestObserver()->setStatus(TestController::tr("testphase_delays"));
+    auto *test =
+        new RttTest(&context, recorder.record(), plan.idleSamples - DelayPlan::countedSamples);
+    cancelStep = [test] { test->cancel(); };
+    test->doMeasurement();
+}
+
+void MeasurementSteps::takeIdleDelays(const Result &result)
+{
+    TestResults &record = *recorder.record();
+    record.setIdleDelays(record.getRTTResult()->getResponseDelays() + result.getResponseDelays());
+}
+
+// Loss tells CUBIC to slow down: unlike BBR it fills the queue on the way first, and what is in
+// that queue is what a call waits for.
+void MeasurementSteps::runExtraDownload()
+{
+    context.getTestObserver()->setStatus(TestController::tr("testphase_delays"));
+    auto *test = new DownloadTest(&context, recorder.record(), TestIdOffset::extraDownload);
+    test->setCongestionControl(queueFiller);
+    const auto left = recorder.record()->getDataBudget().uploadShare(movedBytes());
+    limit(*test, left ? std::optional(*left / 2) : std::nullopt);
+    cancelStep = [test] { test->cancel(); };
+    test->doMeasurement(extraSeconds);
+}
+
+void MeasurementSteps::runExtraUpload()
+{
+    auto *test = new UploadTest(&context, recorder.record(), TestIdOffset::extraUpload);
+    test->setCongestionControl(queueFiller);
+    limit(*test, recorder.record()->getDataBudget().uploadShare(movedBytes()));
+    cancelStep = [test] { test->cancel(); };
+    test->doMeasurement(extraSeconds);
+}
+
+bool MeasurementSteps::mayLoadMore() const
+{
+    const auto left = recorder.record()->getDataBudget().uploadShare(movedBytes());
+    return !left || *left >= DataBudget::minimum;
+}
+
+qint64 MeasurementSteps::movedBytes() const
+{
+    const TestResults &record = *recorder.record();
+    qint64 bytes = 0;
+    for (const Result *each :
+         {record.getDownloadResult(), record.getUploadResult(), record.getExtraDownloadResult()}) {
+        bytes +=
+            each ? static_cast<qint64>(each->getAllBytesTransfered()) + each->getProbeBytes() : 0;
+    }
+    return bytes;
 }
 
 void MeasurementSteps::showWaiting() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/delayplan.h"
+
 #include <QObject>
 #include <QString>
 
@@ -8,6 +10,7 @@
 namespace velometer {
 
 class MeasurementContext;
+class Result;
 class TestRecorder;
 
 /// The measurements of a test and the markers before and after each of them: starts them on the
@@ -32,8 +35,19 @@ public:
     void runRtt();
     void markRttEnd();
 
+    // What the plan asks for beyond the usual figures; all of it is known by then.
+    void runIdleDelays();
+    void runExtraDownload();
+    void runExtraUpload();
+    /// Whether the data budget leaves anything for load of its own.
+    bool mayLoadMore() const;
+    /// What runIdleDelays() has come to, with the connects of the usual round trip before it.
+    void takeIdleDelays(const Result &result);
+
     /// Silences the step under way.
     void cancel();
+    /// Of the tests to come.
+    void setPlan(const DelayPlan &delayPlan) { plan = delayPlan; }
     /// The step under way has ended.
     void settle() { cancelStep = nullptr; }
 
@@ -44,11 +58,13 @@ public:
 
 private:
     void mark(const QString &name);
+    qint64 movedBytes() const;
     void showWaiting() const;
 
     MeasurementContext &context;
     TestRecorder &recorder;
     std::function<void()> cancelStep;
+    DelayPlan plan;
 };
 
 } // namespace velometer

@@ -21,13 +21,13 @@ namespace {
 /// A connect that takes longer tells nothing about the radio link any more.
 constexpr auto connectTimeout = 3000ms;
 constexpr auto pauseBetween = 200ms;
-constexpr int lastConnect = 3;
 
 } // namespace
 
-RttTest::RttTest(MeasurementContext *context, QObject *parent)
+RttTest::RttTest(MeasurementContext *context, QObject *parent, int connects)
     : QObject(parent)
     , controller(context)
+    , lastConnect(connects)
 {
     connect(&timer, &ClockTimer::timeout, this, &RttTest::rttTimeoutOccourd);
     connect(&timerPause, &ClockTimer::timeout, this, &RttTest::pauseOver);

@@ -121,6 +121,8 @@ void TestController::prepare()
     testServer = selectedServer;
     delivery->begin(testServer);
     dataBudget = nextBudget;
+    delayPlan = nextPlan;
+    steps->setPlan(delayPlan);
     outcome = TestOutcome();
     testScope = std::make_unique<QObject>();
     running = true;
@@ -166,7 +168,24 @@ void TestController::continueTest()
     case Phase::RttEndMarker: return steps->markRttEnd();
     case Phase::Submit: return submitReport();
     case Phase::StoreAndResubmit: return storeAndResubmit();
+    case Phase::IdleDelays: return steps->runIdleDelays();
+    case Phase::ExtraDownload: return steps->runExtraDownload();
+    case Phase::ExtraUpload: return steps->runExtraUpload();
     }
+}
+
+/// What the plan still asks for, and the report in the end.
+TestController::Phase TestController::nextBeyondUsual() const
+{
+    const TestResults &record = *recorder->record();
+    const bool mayLoad = delayPlan.underLoad && steps->mayLoadMore();
+    if (delayPlan.idleSamples > DelayPlan::countedSamples && !record.hasIdleDelays()) {
+        return Phase::IdleDelays;
+    }
+    if (mayLoad && !record.getExtraDownloadResult()) {
+        return Phase::ExtraDownload;
+    }
+    return mayLoad && !record.getExtraUploadResult() ? Phase::ExtraUpload : Phase::Submit;
 }
 
 void TestController::beginTest()
@@ -311,7 +330,7 @@ void TestController::testResultLogReady(TestResultLog *log)
         return reachabilityChecked(log->getRTT());
     }
     recorder->record()->addTestResultLog(log);
-    advance(afterMarker(teststatus));
+    advance(teststatus == Phase::RttEndMarker ? nextBeyondUsual() : afterMarker(teststatus));
 }
 
 void TestController::measurementDone(Result *result)
@@ -329,6 +348,15 @@ void TestController::measurementDone(Result *result)
     } else if (teststatus == Phase::Rtt) {
         recorder->record()->setRTTResult(result);
         advance(Phase::RttEndMarker);
+    } else if (teststatus == Phase::IdleDelays) {
+        steps->takeIdleDelays(*result);
+        advance(nextBeyondUsual());
+    } else if (teststatus == Phase::ExtraDownload) {
+        recorder->record()->setExtraDownloadResult(result);
+        advance(nextBeyondUsual());
+    } else if (teststatus == Phase::ExtraUpload) {
+        recorder->record()->setExtraUploadResult(result);
+        advance(nextBeyondUsual());
     }
 }
 
@@ -380,6 +408,9 @@ void TestController::keepAndEnd(TestOutcome::End end, const QString &errorText)
     ending = true;
     stopServices();
     const auto kept = [this, end, errorText] { endTest(end, errorText); };
+    if (isBeyondUsual()) {
+        recorder->complete(); // nothing of the test's own figures is missing
+    }
     if (!recorder->record() || recorder->isStored()) {
         kept();
     } else if (recorder->isComplete()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/delayplan.h"
 #include "data/testresults.h"
 #include "measurement/measurementcontext.h"
 #include "measurement/measurementsteps.h"
@@ -77,6 +78,10 @@ public:
         RttEndMarker = 14,
         Submit = 15,
         StoreAndResubmit = 16,
+        // Between RttEndMarker and Submit, of tests whose plan asks for them.
+        IdleDelays = 17,
+        ExtraDownload = 18,
+        ExtraUpload = 19,
     };
     Q_ENUM(Phase)
 
@@ -109,6 +114,8 @@ public:
     TestServer *getSelectedServer() const { return selectedServer; }
     /// From the next test on.
     void setDataBudget(DataBudget budget) { nextBudget = budget; }
+    /// From the next test on.
+    void setDelayPlan(const DelayPlan &plan) { nextPlan = plan; }
     /// From the next test on, s: shorter ones try the program out, they are no comparable figures.
     void setMeasurementDuration(int seconds) { measurementDuration = seconds; }
     /// Shows the observer server, ids and position as they are now.
@@ -165,6 +172,8 @@ private:
     void reachabilityChecked(qlonglong rtt);
     void request(const QString &text);
 
+    bool isBeyondUsual() const { return teststatus >= Phase::IdleDelays; }
+    Phase nextBeyondUsual() const;
     void prepare();
     void advance(Phase next);
     void continueLater(Phase next);
@@ -179,6 +188,8 @@ private:
     TestServer *selectedServer = nullptr;
     TestServer *testServer = nullptr; ///< of the running or the last test
     DataBudget nextBudget;
+    DelayPlan nextPlan;
+    DelayPlan delayPlan;   ///< of the running or the last test
     DataBudget dataBudget; ///< of the running or the last test
     int measurementDuration = standardDuration;
     QString userLocation;

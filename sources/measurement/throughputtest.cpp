@@ -2,6 +2,7 @@
 
 #include "data/testserver.h"
 #include "measurement/measurementcontext.h"
+#include "measurement/requestparameters.h"
 #include "measurement/testobserver.h"
 #include "utils/sockets.h"
 #include "utils/utils.h"
@@ -42,19 +43,25 @@ qint64 span(qint64 start, qint64 end)
 } // namespace
 
 ThroughputTest::ThroughputTest(MeasurementContext *context, QString testName, Result::Type type,
-                               QObject *parent)
+                               qlonglong testIdOffset, QObject *parent)
     : QObject(parent)
     , controller(context)
     , socket(new QTcpSocket(this))
     , name(std::move(testName))
     , resulttype(type)
+    , idOffset(testIdOffset)
+    , isResult(idOffset <= TestIdOffset::upload)
     , probe(nullptr)
     , time_start(Utils::getTimeInNs())
 {
     connect(&timer, &ClockTimer::timeout, this, &ThroughputTest::timeoutOccourd);
     connect(&repainttimer, &ClockTimer::timeout, this, &ThroughputTest::timeoutOccourdRepaint);
     connect(&probe, &LoadProbe::sampled, this, [this](qint64 at, qint64 delay) {
-        controller->getTestObserver()->setDelayUnderLoad(resulttype, at, delay);
+        if (isResult) {
+            controller->getTestObserver()->setDelayUnderLoad(resulttype, at, delay);
+        } else {
+            controller->getTestObserver()->setRoundTrip(delay);
+        }
     });
     connect(socket, &QTcpSocket::connected, this, &ThroughputTest::slotConnected);
     connect(socket, &QTcpSocket::disconnected, this, &ThroughputTest::slotDisconnected);
@@ -103,7 +110,7 @@ void ThroughputTest::slotConnected()
 {
     timeconnectend = Utils::getTimeInNs();
     Utils::addLogEntry(name + " Connected()"_L1);
-    Sockets::preferBbr(*socket);
+    Sockets::chooseCongestionControl(*socket, wantedControl);
     congestionControl = Sockets::congestionControl(*socket);
     const QByteArray text = requestText().toUtf8();
     timegettimestart = Utils::getTimeInNs();
@@ -163,7 +170,9 @@ void ThroughputTest::recordInterval(qint64 total, qint64 &oldTotal)
             const qint64 delta = total - oldTotal;
             valuesrate[aktinterval] = delta * bitsPerSecondFactor;
             valuesbyte[aktinterval] = delta;
-            controller->getTestObserver()->setThroughput(resulttype, aktinterval, delta);
+            if (isResult) {
+                controller->getTestObserver()->setThroughput(resulttype, aktinterval, delta);
+            }
             oldTotal = total;
             old_mseconds = mseconds;
         }
@@ -215,7 +224,12 @@ void ThroughputTest::finish(bool cut)
     result->setAllBytesTransfered(totalBytes());
     result->setCongestionControl(congestionControl);
     result->setCutByBudget(cut);
-    result->setLoadDelays(probe.delays(), probe.bytes());
+    LoadDelays delays = probe.delays();
+    if (delays.samples) {
+        const QString &control = resulttype == Result::Upload ? congestionControl : sendersControl;
+        delays.congestion = control.isEmpty() ? std::nullopt : std::optional(control);
+    }
+    result->setLoadDelays(delays, probe.bytes());
     // An uploading client need not be answered before it has ended.
     result->setAccepted(isServed(statusLine) ||
                         (resulttype == Result::Upload && statusLine.isEmpty()));

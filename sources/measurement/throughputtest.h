@@ -43,15 +43,20 @@ public:
     /// it there are no probes.
     void setProbes(std::optional<qint64> bytes);
 
+    /// Of the end that sends the stream, where its kernel has it; empty: BBR. Takes effect before
+    /// doMeasurement().
+    void setCongestionControl(const QString &control) { wantedControl = control; }
+
     /// Measures for @p seconds from the first data on; waits as long for it.
     virtual void doMeasurement(int seconds);
     /// Ends without a result.
     void cancel();
 
 protected:
-    /// @p controller is borrowed and outlives the test; @p parent owns the test and its result.
+    /// @p controller is borrowed and outlives the test; @p parent owns the test and its result. The
+    /// test id of the request is the test's and @p testIdOffset.
     ThroughputTest(MeasurementContext *controller, QString name, Result::Type type,
-                   QObject *parent);
+                   qlonglong testIdOffset, QObject *parent);
 
     virtual qint64 totalBytes() const = 0;
     virtual QString requestText() const = 0;
@@ -59,8 +64,10 @@ protected:
     /// What the server answers, from its beginning on and in any pieces. False: the stream is
     /// refused, and the test has ended.
     bool takeAnswer(const QByteArray &bytes);
-    /// As much of the answer as takeAnswer() still looks at.
-    qsizetype missingOfAnswer() const;
+    /// Which congestion control sends the stream, as the other end says.
+    void setSendersControl(const QString &control) { sendersControl = control; }
+    const QString &congestionControlWanted() const { return wantedControl; }
+    qlonglong testIdOffset() const { return idOffset; }
     /// The first data is there: the measured period begins.
     void begin();
     /// Takes the clock for data that is there now.
@@ -91,13 +98,20 @@ private Q_SLOTS:
     void slotError(QAbstractSocket::SocketError code);
 
 private:
+    /// As much of the answer as takeAnswer() still looks at.
+    qsizetype missingOfAnswer() const;
+
     const QString name;
     const Result::Type resulttype;
+    const qlonglong idOffset;
+    const bool isResult;   ///< not load that is made for its delays alone
     QByteArray statusLine; ///< its beginning, up to the code
     ClockTimer timer;
     ClockTimer repainttimer;
     Result *result = nullptr;
-    QString congestionControl;
+    QString wantedControl;
+    QString congestionControl; ///< of our end
+    QString sendersControl;    ///< of a stream that the other end sends
     qint64 limit = unlimited;
     LoadProbe probe;
     qint64 probeLimit = 0;

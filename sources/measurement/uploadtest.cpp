@@ -44,8 +44,8 @@ QByteArray randomDigits(int count)
 
 } // namespace
 
-UploadTest::UploadTest(MeasurementContext *context, QObject *parent)
-    : ThroughputTest(context, u"UploadTest"_s, Result::Upload, parent)
+UploadTest::UploadTest(MeasurementContext *context, QObject *parent, qlonglong testIdOffset)
+    : ThroughputTest(context, u"UploadTest"_s, Result::Upload, testIdOffset, parent)
 {
     socket->setReadBufferSize(maxResponse);
     connect(socket, &QTcpSocket::bytesWritten, this, &UploadTest::bytesWritten);
@@ -67,7 +67,7 @@ QString UploadTest::requestText() const
            "Host: %3\r\n"
            "Content-Type: application/x-www-form-urlencoded\r\n"
            "Content-Length: %4\r\n\r\n"_s.arg(
-               QString::number(testduration), testParameters(*controller, TestIdOffset::upload),
+               QString::number(testduration), testParameters(*controller, testIdOffset()),
                controller->getTestServer()->getHostHeader(), QString::number(announcedBytes));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "measurement/requestparameters.h"
 #include "measurement/throughputtest.h"
 
 #include <QByteArray>
@@ -15,7 +16,8 @@ class UploadTest : public ThroughputTest
     Q_OBJECT
 
 public:
-    UploadTest(MeasurementContext *controller, QObject *parent);
+    UploadTest(MeasurementContext *controller, QObject *parent,
+               qlonglong testIdOffset = TestIdOffset::upload);
 
     /// Builds the block first: as many bytes as the segment size, so that a block fills a segment.
     void doMeasurement(int seconds) override;

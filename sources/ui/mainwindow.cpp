@@ -3,6 +3,7 @@
 #include "app/serverselection.h"
 #include "app/testconsent.h"
 #include "app/testsession.h"
+#include "data/delayplan.h"
 #include "db/databasemanager.h"
 #include "ui/details/detailswindow.h"
 #include "ui/frame/firstframe.h"
@@ -373,6 +374,7 @@ void MainWindow::stopTestClicked()
 void MainWindow::startAgreed(StartDialogue::Goal goal, const TestSeries::Plan &plan)
 {
     display->prepare();
+    session->setDelayPlan(DelayPlan::remembered());
     if (goal == StartDialogue::Goal::Resumption) {
         session->resume(DataBudget::remembered());
     } else {

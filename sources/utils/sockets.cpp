@@ -1,5 +1,7 @@
 #include "utils/sockets.h"
 
+#include "utils/utils.h"
+
 #include <QNetworkProxy>
 #include <QTcpSocket>
 
@@ -11,6 +13,8 @@
 
 #include <algorithm>
 #include <limits>
+
+using namespace Qt::StringLiterals;
 
 namespace velometer {
 
@@ -58,9 +62,21 @@ void Sockets::release(QTcpSocket *&socket, const QObject *receiver)
     socket = nullptr;
 }
 
-void Sockets::preferBbr(const QTcpSocket &socket)
+void Sockets::chooseCongestionControl(const QTcpSocket &socket, const QString &name)
 {
     setOption(socket, IPPROTO_TCP, TCP_CONGESTION, std::to_array("bbr"));
+    std::array<char, 16> wanted{}; // the kernel's bound
+    if (!name.isEmpty() && name.size() < qsizetype(wanted.size())) {
+        std::ranges::copy(name.toLatin1(), wanted.begin());
+        setOption(socket, IPPROTO_TCP, TCP_CONGESTION, wanted);
+    }
+}
+
+QStringList Sockets::congestionControls()
+{
+    const QString list =
+        Utils::readFile(u"/proc/sys/net/ipv4/tcp_available_congestion_control"_s).simplified();
+    return list.split(u' ', Qt::SkipEmptyParts);
 }
 
 QString Sockets::congestionControl(const QTcpSocket &socket)

@@ -2,6 +2,7 @@
 
 #include <QAbstractSocket>
 #include <QString>
+#include <QStringList>
 
 class QObject;
 class QTcpSocket;
@@ -22,9 +23,13 @@ void connectToHost(QTcpSocket &socket, const QString &host, int port);
 /// signal being handled. Sets the pointer to null; does nothing when it is.
 void release(QTcpSocket *&socket, const QObject *receiver);
 
-/// Asks for BBR: a mobile link loses packets without being congested, and a congestion control that
-/// takes loss for congestion would measure itself instead of the link.
-void preferBbr(const QTcpSocket &socket);
+/// Asks for the congestion control @p name, where it is not empty and the kernel has it, else for
+/// BBR: a mobile link loses packets without being congested, and a congestion control that takes
+/// loss for congestion would measure itself instead of the link.
+void chooseCongestionControl(const QTcpSocket &socket, const QString &name);
+
+/// Those that the kernel has ready, "bbr", "cubic"; empty when it does not say.
+QStringList congestionControls();
 
 /// Name of the congestion control that the kernel runs on @p socket; empty when it does not say.
 QString congestionControl(const QTcpSocket &socket);

@@ -51,12 +51,13 @@ private Q_SLOTS:
         QVERIFY(report.contains(u": Public IP: ###SERVER_PUBLICIP###\r\n"_s));
         QVERIFY(report.contains(u": ScheduleInfo:2,20,60\r\n"_s));
         QVERIFY(report.contains(
-            uR"(LoadFigures: {"download":{"cc":"reno","rtt_us":[41000,-1,45000],"t_ms":[200,400,600]},)"
-            R"("extra_download":{"cc":"cubic","rtt_us":[151000],"t_ms":[200]},)"
-            R"("extra_upload":{"cc":"vegas","rtt_us":[850000],"t_ms":[200]},)"
-            R"("idle_us":[31400,-1,29300,30100],)"
-            R"("upload":{"cc":"bbr","rtt_us":[361000,363000],"t_ms":[200,400]},"v":1})"_s.replace(
-                u'"', u"&quot;"_s) +
+            uR"(LoadFigures: {"download":{"cc":"reno","rtt_ns":[41000000,-1,45000000],)"
+            R"("t_ns":[200000001,400000002,600000003]},)"
+            R"("extra_download":{"cc":"cubic","rtt_ns":[151000000],"t_ns":[200000006]},)"
+            R"("extra_upload":{"cc":"vegas","rtt_ns":[850000000],"t_ns":[200000007]},)"
+            R"("idle_ns":[31400000,-1,29300000,30100000],)"
+            R"("upload":{"cc":"bbr","rtt_ns":[361000000,363000000],)"
+            R"("t_ns":[200000004,400000005]},"v":1})"_s.replace(u'"', u"&quot;"_s) +
             u"\r\n]]>"_s));
     }
 

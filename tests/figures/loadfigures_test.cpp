@@ -20,8 +20,9 @@ FinishedTest testWithDelays()
 }
 
 const QString written =
-    u"LoadFigures: {\"download\":{\"cc\":\"bbr\",\"rtt_us\":[41001,-1],\"t_ms\":[200,401]},"
-    "\"extra_upload\":{\"rtt_us\":[3000000],\"t_ms\":[0]},\"idle_us\":[31400,-1],\"v\":1}"_s;
+    u"LoadFigures: "
+    u"{\"download\":{\"cc\":\"bbr\",\"rtt_ns\":[41000500,-1],\"t_ns\":[200499999,400500000]},"
+    "\"extra_upload\":{\"rtt_ns\":[2999999999],\"t_ns\":[0]},\"idle_ns\":[31400499,-1],\"v\":1}"_s;
 
 } // namespace
 
@@ -36,12 +37,12 @@ private Q_SLOTS:
         QCOMPARE(LoadFigures::line(FinishedTest()), QString());
 
         FinishedTest test;
-        const QString log = u"LoadFigures: {\"v\":1,\"idle_us\":[5]}\n1: x\n"_s + written +
+        const QString log = u"LoadFigures: {\"v\":1,\"idle_ns\":[5]}\n1: x\n"_s + written +
                             u"\r\n17: not at its begin LoadFigures: {}\n"_s;
         QVERIFY(LoadFigures::read(log, test));
-        QCOMPARE(test.idleDelays, (Delays{31'400'000, std::nullopt}));
-        QCOMPARE(test.downloadLoad.samples, (Delays{41'001'000, std::nullopt}));
-        QCOMPARE(test.downloadLoad.times, (QList<qint64>{200'000'000, 401'000'000}));
+        QCOMPARE(test.idleDelays, (Delays{31'400'499, std::nullopt}));
+        QCOMPARE(test.downloadLoad.samples, (Delays{41'000'500, std::nullopt}));
+        QCOMPARE(test.downloadLoad.times, (QList<qint64>{200'499'999, 400'500'000}));
         QCOMPARE(test.downloadLoad.congestion, u"bbr"_s);
         QVERIFY(!test.uploadLoad.samples && !test.extraUploadLoad.congestion);
         QCOMPARE(LoadFigures::line(test), written);
@@ -66,32 +67,32 @@ private Q_SLOTS:
     {
         const Rows<QString> row("json");
         row("nothing", "");
-        row("cut", R"({"v":1,"idle_us":[5)");
+        row("cut", R"({"v":1,"idle_ns":[5)");
         row("a list", R"([{"v":1}])");
-        row("no version", R"({"idle_us":[5]})");
-        row("version of tomorrow", R"({"v":2,"idle_us":[5]})");
-        row("stranger", R"({"v":1,"idle_us":[5],"x":1})");
-        row("no samples", R"({"v":1,"idle_us":[]})");
-        row("zero", R"({"v":1,"idle_us":[0]})");
-        row("less than lost", R"({"v":1,"idle_us":[-2]})");
-        row("too long", R"({"v":1,"idle_us":[3000001]})");
-        row("part of one", R"({"v":1,"idle_us":[5.5]})");
-        row("text", R"({"v":1,"idle_us":["5"]})");
-        row("beyond every number", R"({"v":1,"idle_us":[1e300]})");
-        row("too many", uR"({"v":1,"idle_us":[5%1]})"_s.arg(u",5"_s.repeated(200)));
-        row("much too long", uR"({"v":1,%1"idle_us":[5]})"_s.arg(QString(16'000, u' ')));
+        row("no version", R"({"idle_ns":[5]})");
+        row("version of tomorrow", R"({"v":2,"idle_ns":[5]})");
+        row("stranger", R"({"v":1,"idle_ns":[5],"x":1})");
+        row("no samples", R"({"v":1,"idle_ns":[]})");
+        row("zero", R"({"v":1,"idle_ns":[0]})");
+        row("less than lost", R"({"v":1,"idle_ns":[-2]})");
+        row("too long", R"({"v":1,"idle_ns":[3000000001]})");
+        row("part of one", R"({"v":1,"idle_ns":[5.5]})");
+        row("text", R"({"v":1,"idle_ns":["5"]})");
+        row("beyond every number", R"({"v":1,"idle_ns":[1e300]})");
+        row("too many", uR"({"v":1,"idle_ns":[5%1]})"_s.arg(u",5"_s.repeated(200)));
+        row("much too long", uR"({"v":1,%1"idle_ns":[5]})"_s.arg(QString(24'000, u' ')));
         row("group that is none", R"({"v":1,"upload":7})");
-        row("no times", R"({"v":1,"upload":{"rtt_us":[5]}})");
-        row("a time too few", R"({"v":1,"upload":{"rtt_us":[5,6],"t_ms":[1]}})");
-        row("back in time", R"({"v":1,"upload":{"rtt_us":[5,6],"t_ms":[2,1]}})");
-        row("before the begin", R"({"v":1,"upload":{"rtt_us":[5],"t_ms":[-1]}})");
-        row("after the end", R"({"v":1,"upload":{"rtt_us":[5],"t_ms":[60001]}})");
-        row("control of nobody", R"({"v":1,"upload":{"rtt_us":[5],"t_ms":[1],"cc":"<b>"}})");
+        row("no times", R"({"v":1,"upload":{"rtt_ns":[5]}})");
+        row("a time too few", R"({"v":1,"upload":{"rtt_ns":[5,6],"t_ns":[1]}})");
+        row("back in time", R"({"v":1,"upload":{"rtt_ns":[5,6],"t_ns":[2,1]}})");
+        row("before the begin", R"({"v":1,"upload":{"rtt_ns":[5],"t_ns":[-1]}})");
+        row("after the end", R"({"v":1,"upload":{"rtt_ns":[5],"t_ns":[60000000001]}})");
+        row("control of nobody", R"({"v":1,"upload":{"rtt_ns":[5],"t_ns":[1],"cc":"<b>"}})");
         row("control too long",
-            R"({"v":1,"upload":{"rtt_us":[5],"t_ms":[1],"cc":"a123456789012345"}})");
-        row("control that is a number", R"({"v":1,"upload":{"rtt_us":[5],"t_ms":[1],"cc":1}})");
-        row("stranger in a group", R"({"v":1,"upload":{"rtt_us":[5],"t_ms":[1],"x":"y"}})");
-        row("after a good group", R"({"v":1,"download":{"rtt_us":[5],"t_ms":[1]},"upload":{}})");
+            R"({"v":1,"upload":{"rtt_ns":[5],"t_ns":[1],"cc":"a123456789012345"}})");
+        row("control that is a number", R"({"v":1,"upload":{"rtt_ns":[5],"t_ns":[1],"cc":1}})");
+        row("stranger in a group", R"({"v":1,"upload":{"rtt_ns":[5],"t_ns":[1],"x":"y"}})");
+        row("after a good group", R"({"v":1,"download":{"rtt_ns":[5],"t_ns":[1]},"upload":{}})");
     }
     void whatIsNotAsItIsWrittenIsNotTaken()
     {

@@ -247,9 +247,9 @@ bool takeLoadFigures(const QByteArray &bytes)
 
 QList<QByteArray> loadFigures()
 {
-    return {"1: x\r\nLoadFigures: {\"v\":1,\"idle_us\":[31400,-1],\"download\":{\"cc\":\"bbr\","
-            "\"rtt_us\":[41001,-1],\"t_ms\":[200,401]}}\r\n",
-            "LoadFigures: {\"extra_upload\":{\"rtt_us\":[3000000],\"t_ms\":[0]},\"v\":1}"};
+    return {"1: x\r\nLoadFigures: {\"v\":1,\"idle_ns\":[31400000,-1],\"download\":{\"cc\":\"bbr\","
+            "\"rtt_ns\":[41001000,-1],\"t_ns\":[200000000,401000000]}}\r\n",
+            "LoadFigures: {\"extra_upload\":{\"rtt_ns\":[3000000000],\"t_ns\":[0]},\"v\":1}"};
 }
 
 constexpr std::array parsers{
