@@ -8,23 +8,58 @@ namespace velometer::IntervalRates {
 
 namespace {
 
-/// Half a second: one full interval may be a burst.
+/// Half a second: one full interval may be a burst, one empty one a gap.
 constexpr std::size_t proof = 5;
-/// Four fifths: a link's own ups and downs are not its ramp-up.
-constexpr qint64 reachedTenths = 8;
 
-/// 0 without data.
-qint64 medianOfData(std::span<const qint64> intervals)
+/// Four fifths to five fourths: a link's own ups and downs are neither ramp-up nor burst.
+bool reaches(qint64 rate, qint64 level)
+{
+    return rate * 5 >= level * 4;
+}
+
+bool isAt(qint64 rate, qint64 level)
+{
+    return reaches(rate, level) && reaches(level, rate);
+}
+
+std::vector<qint64> withoutPauses(std::span<const qint64> intervals)
 {
     std::vector<qint64> data;
-    std::copy_if(intervals.begin(), intervals.end(), std::back_inserter(data),
-                 [](qint64 each) { return each > 0; });
-    if (data.empty()) {
-        return 0;
+    for (std::size_t i = 0; i < intervals.size();) {
+        const auto *const begin = intervals.data() + i;
+        const auto *const end = intervals.data() + intervals.size();
+        const auto *const next = std::find_if(begin, end, [](qint64 each) { return each > 0; });
+        const auto empty = static_cast<std::size_t>(next - begin);
+        data.insert(data.end(), empty < proof ? empty : 0, 0);
+        if (next != end) {
+            data.push_back(*next);
+        }
+        i += empty + 1;
     }
-    const auto middle = data.begin() + static_cast<std::ptrdiff_t>(data.size() / 2);
-    std::nth_element(data.begin(), middle, data.end());
+    return data;
+}
+
+/// Of data that lasts a second.
+qint64 levelOf(std::span<const qint64> data)
+{
+    std::vector<qint64> means;
+    for (std::size_t i = 0; i + window <= data.size(); ++i) {
+        means.push_back(mean(data.subspan(i, window)));
+    }
+    const auto middle = means.begin() + static_cast<std::ptrdiff_t>(means.size() / 2);
+    std::nth_element(means.begin(), middle, means.end());
     return *middle;
+}
+
+bool isAtRest(std::span<const qint64> data)
+{
+    const std::size_t third = data.size() / 3;
+    for (std::size_t i = 0; i < 3; ++i) {
+        if (!isAt(mean(data.subspan(i * third, third)), mean(data))) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -47,13 +82,16 @@ std::optional<Extremes> extremes(std::span<const qint64> intervals)
     return found;
 }
 
-std::optional<std::size_t> rampUpEnd(std::span<const qint64> intervals)
+std::optional<std::size_t> steadyFrom(std::span<const qint64> intervals)
 {
-    const qint64 level = medianOfData(intervals) / 10 * reachedTenths;
+    const std::vector<qint64> all = withoutPauses(intervals);
+    const qint64 level = all.size() < window ? 0 : levelOf(all);
     for (std::size_t i = 0; level > 0 && i <= intervals.size() / 2; ++i) {
-        if (i + window <= intervals.size() && intervals[i] >= level &&
-            mean(intervals.subspan(i, proof)) >= level) {
-            return i;
+        const auto rest = intervals.subspan(i);
+        if (rest.size() >= window && reaches(rest[0], level) &&
+            isAt(mean(rest.first(proof)), level)) {
+            const std::vector<qint64> data = withoutPauses(rest);
+            return data.size() >= window && isAtRest(data) ? std::optional(i) : std::nullopt;
         }
     }
     return std::nullopt;
@@ -61,8 +99,8 @@ std::optional<std::size_t> rampUpEnd(std::span<const qint64> intervals)
 
 std::optional<qint64> steady(std::span<const qint64> intervals)
 {
-    const auto end = rampUpEnd(intervals);
-    return end ? std::optional(mean(intervals.subspan(*end))) : std::nullopt;
+    const auto begin = steadyFrom(intervals);
+    return begin ? std::optional(mean(intervals.subspan(*begin))) : std::nullopt;
 }
 
 qint64 mean(std::span<const qint64> intervals)

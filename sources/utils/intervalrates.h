@@ -26,12 +26,15 @@ struct Extremes
 /// Of the means of every window after the ramp-up; nothing where there is none.
 std::optional<Extremes> extremes(std::span<const qint64> intervals);
 
-/// The end of the ramp-up, as the number of the first interval after it: the first that reaches
-/// four fifths of the median of all intervals with data, alone and as the mean of the half second
-/// that it begins. Nothing where that is not in the first half, or leaves less than a second.
-std::optional<std::size_t> rampUpEnd(std::span<const qint64> intervals);
-/// The mean from the end of the ramp-up on, pauses included: what a longer measurement would come
-/// to.
+/// Where the steady part begins, as the number of its first interval: the first that reaches four
+/// fifths of the level, and begins a half second whose mean lies between four fifths and five
+/// fourths of it. The level is the median of the means of all seconds; pauses of half a second
+/// and more count neither for it nor for what follows. Nothing where that is not in the first half,
+/// leaves less than a second of data, or where the mean of one third of the rest is not between
+/// four fifths and five fourths of that of all: such a line has not come to rest.
+std::optional<std::size_t> steadyFrom(std::span<const qint64> intervals);
+/// The mean from there on, pauses included: what a longer measurement would come to. Without the
+/// ramp-up, and without the burst that a policer lets through.
 std::optional<qint64> steady(std::span<const qint64> intervals);
 
 /// The mean of @p intervals, of which there is one at least.
