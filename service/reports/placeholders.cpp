@@ -11,7 +11,7 @@ namespace velometer::Placeholders {
 namespace {
 
 /// What the kernel tells of the longest stream is not half of it.
-constexpr qsizetype maxValue = 128 * 1024;
+constexpr qsizetype maxValue = 131'072;
 
 /// A client has eight of them; a document of nothing but placeholders must not grow.
 constexpr int maxCount = 64;

@@ -18,6 +18,7 @@ struct StreamRecord
     qint64 min = 0;    ///< bit/s, of an upload
     qint64 avg = 0;    ///< bit/s
     qint64 max = 0;    ///< bit/s, of an upload
+    // NOLINTNEXTLINE(readability-redundant-member-init): lets it be left out
     QString kernel{};  ///< KernelFacts, as text; empty of streams from before they were asked for
     bool late = false; ///< the service itself was too busy to keep up
 };

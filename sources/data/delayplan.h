@@ -14,7 +14,9 @@ struct DelayPlan
     int idleSamples = countedSamples; ///< up to mostSamples; the rest is taken after the round trip
     bool underLoad = false;           ///< load of its own, made with CUBIC, after the usual phases
     /// Of the streams of both ends, where their kernels have it; empty: BBR where there is.
-    QString congestionControl = {};
+    // The braces let a plan be written without it.
+    // NOLINTNEXTLINE(readability-redundant-member-init)
+    QString congestionControl{};
 
     /// As the settings say: load of its own, or none.
     static DelayPlan remembered();

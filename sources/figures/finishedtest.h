@@ -30,7 +30,8 @@ struct FinishedTest
         std::optional<QList<qint64>> intervalBytes; ///< per 100 ms
         /// Of an upload, per 100 ms: what the other end has confirmed. What our kernel and queues
         /// on the way hold at the end was sent, but is not there.
-        std::optional<QList<qint64>> confirmedBytes = {};
+        // NOLINTNEXTLINE(readability-redundant-member-init): lets it be left out
+        std::optional<QList<qint64>> confirmedBytes{};
 
         /// From the end of the ramp-up on, see IntervalRates.
         Number steadyRate() const;

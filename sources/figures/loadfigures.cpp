@@ -81,7 +81,7 @@ std::optional<QList<qint64>> numbers(const QJsonValue &value, qint64 least, qint
 {
     const QJsonArray array = value.toArray();
     QList<qint64> list;
-    for (const QJsonValue &each : array) {
+    for (const auto &each : array) {
         const qint64 number = each.toInteger(least - 1); // what is no whole number is too small
         if (number < least || number > most) {
             return std::nullopt;
@@ -94,7 +94,8 @@ std::optional<QList<qint64>> numbers(const QJsonValue &value, qint64 least, qint
 
 std::optional<Delays> readRoundTrips(const QJsonValue &value)
 {
-    const auto list = numbers(value, lost, longestNs);
+    constexpr qint64 least = lost;
+    const auto list = numbers(value, least, longestNs);
     if (!list || list->contains(0)) {
         return std::nullopt;
     }

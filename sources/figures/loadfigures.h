@@ -4,20 +4,16 @@
 
 #include <QString>
 
-namespace velometer {
-
 /// The delays of a test as the one line of the diagnostic log in which a report carries them: the
-/// report's document has no place of its own for them. Times are rounded there to ms, round trips
-/// to us.
+/// report's document has no place of its own for them. All times are ns.
 ///
 ///     LoadFigures:
 ///     {"v":1,"idle_ns":[31400000,-1],"download":{"cc":"bbr","rtt_ns":[..],"t_ns":[..]}}
 ///
 /// A lost round trip is -1. "upload", "extra_download" and "extra_upload" are like "download";
-/// "upload_confirmed" is what the
-/// other end has confirmed of the upload, bytes per 100 ms. Groups of which nothing is known are
-/// left out, and so is an unknown "cc".
-namespace LoadFigures {
+/// "upload_confirmed" is what the other end has confirmed of the upload, bytes per 100 ms. Groups
+/// of which nothing is known are left out, and so is an unknown "cc".
+namespace velometer::LoadFigures {
 
 /// More samples of one list than any test takes; what is beyond is not written.
 inline constexpr qsizetype mostSamples = 200;
@@ -32,6 +28,4 @@ bool read(const QString &log, FinishedTest &test);
 /// 1 to 15 of the letters a to z, digits and "_": what kernels call their congestion controls.
 bool isCongestionControl(const QString &name);
 
-} // namespace LoadFigures
-
-} // namespace velometer
+} // namespace velometer::LoadFigures

@@ -12,7 +12,7 @@ namespace velometer {
 
 namespace {
 
-constexpr double nsPerMs = 1e6;
+constexpr double nsPerMillisecond = 1e6;
 
 QString milliseconds(qint64 ns)
 {
@@ -21,8 +21,9 @@ QString milliseconds(qint64 ns)
 
 QString difference(qint64 ns, int decimals)
 {
-    const bool isLess = std::round(static_cast<double>(ns) / nsPerMs * std::pow(10, decimals)) < 0;
-    const double shown = static_cast<double>(isLess ? ns : std::abs(ns)); // nothing is "-0.0"
+    const bool isLess =
+        std::round(static_cast<double>(ns) / nsPerMillisecond * std::pow(10, decimals)) < 0;
+    const auto shown = static_cast<double>(isLess ? ns : std::abs(ns)); // nothing is "-0.0"
     return (isLess ? QString() : u"+"_s) + Units::milliseconds(shown, decimals);
 }
 

@@ -178,7 +178,8 @@ QString domain(const FinishedTest &test)
 // A line without it would be three.
 #define AT(member) ([](auto &test) -> auto & { return test.member; })
 
-/// What is known of the delays beside one stream. @p Load gives them.
+/// What is known of the delays beside one stream; @p load is its member of a test.
+// NOLINTBEGIN(bugprone-macro-parentheses): members and texts to be joined stand in none
 #define LOAD(group, stored, load, samplesList, timesList)                                          \
     derived(group ".median_ns", Nanoseconds, stored "Median",                                      \
             [](T test) { return DelayFigures::median(test.load.samples); }),                       \
@@ -191,6 +192,7 @@ QString domain(const FinishedTest &test)
         field(group ".congestion", None, stored "Congestion", AT(load.congestion)),                \
         list(group ".samples_ns", Nanoseconds, samplesList, AT(load.samples)),                     \
         list(group ".times_ns", Nanoseconds, timesList, AT(load.times))
+// NOLINTEND(bugprone-macro-parentheses)
 
 QList<TestField> makeTable()
 {

@@ -104,7 +104,7 @@ void MeasurementSteps::runUpload(int seconds)
     auto *test = new UploadTest(&context, recorder.record());
     test->setCongestionControl(plan.congestionControl);
     const Result &download = *record.getDownloadResult();
-    const qint64 downloaded = static_cast<qint64>(download.getAllBytesTransfered());
+    const auto downloaded = static_cast<qint64>(download.getAllBytesTransfered());
     limit(*test, record.getDataBudget().uploadShare(downloaded + download.getProbeBytes()));
     cancelStep = [test] { test->cancel(); };
     test->doMeasurement(seconds);

@@ -171,7 +171,7 @@ void ThroughputTest::recordInterval(qint64 total, qint64 &oldTotal)
             valuesrate[aktinterval] = delta * bitsPerSecondFactor;
             valuesbyte[aktinterval] = delta;
             if (const auto now = confirmedBytes()) {
-                confirmed.resize(testduration * intervalsPerSecond);
+                confirmed.resize(qsizetype{testduration} * intervalsPerSecond);
                 confirmed[aktinterval] = std::max<qint64>(0, *now - confirmedBefore);
                 confirmedBefore = *now;
             }

@@ -19,7 +19,7 @@ bool reaches(qint64 rate, qint64 level)
 
 bool isAt(qint64 rate, qint64 level)
 {
-    return reaches(rate, level) && reaches(level, rate);
+    return reaches(rate, level) && rate * 4 <= level * 5;
 }
 
 std::vector<qint64> withoutPauses(std::span<const qint64> intervals)
