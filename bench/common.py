@@ -63,9 +63,10 @@ def cpu_seconds(pid):
     return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
 
-def iperf(port, host="127.0.0.1", reverse=False, seconds=7, block=None, prefix=()):
-    """One single-stream TCP run with BBR: (bit/s received, bytes)."""
-    command = [*prefix, "iperf3", "-c", host, "-p", str(port), "-t", str(seconds), "-C", "bbr", "-J"]
+def iperf(port, host="127.0.0.1", reverse=False, seconds=7, block=None, prefix=(), control="bbr", omit=0):
+    """One single-stream TCP run: (bit/s received, bytes), without its first seconds where they are omitted."""
+    command = [*prefix, "iperf3", "-c", host, "-p", str(port), "-t", str(seconds), "-C", control, "-J",
+               "-O", str(omit)]
     command += ["-R"] if reverse else []
     command += ["-l", str(block)] if block else []
     answer = json.loads(subprocess.run(command, capture_output=True, text=True, timeout=seconds + 30,

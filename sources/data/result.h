@@ -95,6 +95,10 @@ public:
         probeBytes = bytes;
     }
 
+    /// Of an upload: the bytes that the other end has confirmed, per interval.
+    const QList<qint64> &getConfirmedBytes() const { return confirmedBytes; }
+    void setConfirmedBytes(const QList<qint64> &bytes) { confirmedBytes = bytes; }
+
     /// One line for the diagnostic log.
     QString toString() const;
 
@@ -129,6 +133,7 @@ private:
     QString congestionControl;
     LoadDelays loadDelays;
     qint64 probeBytes = 0;
+    QList<qint64> confirmedBytes;
 };
 
 } // namespace velometer

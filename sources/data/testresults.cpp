@@ -81,6 +81,9 @@ FinishedTest::Throughput throughput(const Result *result)
         bytes.append(table.value(i));
     }
     phase.intervalBytes = bytes;
+    if (!result->getConfirmedBytes().isEmpty()) {
+        phase.confirmedBytes = result->getConfirmedBytes();
+    }
     return phase;
 }
 

@@ -16,10 +16,11 @@ constexpr qint64 bitsPerIntervalByte = 80;
 
 FinishedTest::Number FinishedTest::Throughput::steadyRate() const
 {
-    if (!intervalBytes) {
+    const auto &perInterval = confirmedBytes ? confirmedBytes : intervalBytes;
+    if (!perInterval) {
         return std::nullopt;
     }
-    const auto mean = IntervalRates::steady(*intervalBytes);
+    const auto mean = IntervalRates::steady(*perInterval);
     return mean ? Number(*mean * bitsPerIntervalByte) : std::nullopt;
 }
 

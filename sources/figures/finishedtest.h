@@ -28,6 +28,9 @@ struct FinishedTest
         Number duration, connectTime, firstByteTime, longestPause;
         Flag valid;                                 ///< none: the test did not get to this phase
         std::optional<QList<qint64>> intervalBytes; ///< per 100 ms
+        /// Of an upload, per 100 ms: what the other end has confirmed. What our kernel and queues
+        /// on the way hold at the end was sent, but is not there.
+        std::optional<QList<qint64>> confirmedBytes = {};
 
         /// From the end of the ramp-up on, see IntervalRates.
         Number steadyRate() const;

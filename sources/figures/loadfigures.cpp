@@ -19,6 +19,7 @@ constexpr auto idleKey = "idle_ns"_L1;
 constexpr auto roundTripsKey = "rtt_ns"_L1;
 constexpr auto timesKey = "t_ns"_L1;
 constexpr auto congestionKey = "cc"_L1;
+constexpr auto confirmedKey = "upload_confirmed"_L1;
 constexpr int version = 1;
 
 constexpr qint64 lost = -1;
@@ -26,8 +27,10 @@ constexpr qint64 lost = -1;
 constexpr qint64 longestNs = 3'000'000'000;
 /// No phase of a test is that long.
 constexpr qint64 latestNs = 60'000'000'000;
-/// Nine lists of 200 numbers of up to eleven digits, and their names.
-constexpr qsizetype longestLine = 24'000;
+/// More than a link carries in an interval.
+constexpr qint64 mostBytes = 1'000'000'000'000;
+/// Ten lists of 200 numbers of up to thirteen digits, and their names.
+constexpr qsizetype longestLine = 32'000;
 constexpr qsizetype longestName = 15;
 
 struct Group
@@ -148,6 +151,13 @@ QString LoadFigures::line(const FinishedTest &test)
             object.insert(each.key, load);
         }
     }
+    if (const auto &bytes = test.upload.confirmedBytes; bytes && !bytes->isEmpty()) {
+        QJsonArray list;
+        for (const qint64 each : bytes->first(std::min(bytes->size(), mostSamples))) {
+            list.append(std::clamp<qint64>(each, 0, mostBytes));
+        }
+        object.insert(confirmedKey, list);
+    }
     if (object.isEmpty()) {
         return {};
     }
@@ -170,6 +180,13 @@ bool LoadFigures::read(const QString &log, FinishedTest &test)
     if (const auto idle = object.constFind(idleKey); idle != object.constEnd()) {
         found.idleDelays = readRoundTrips(*idle);
         if (!found.idleDelays) {
+            return false;
+        }
+        ++known;
+    }
+    if (const auto bytes = object.constFind(confirmedKey); bytes != object.constEnd()) {
+        found.upload.confirmedBytes = numbers(*bytes, 0, mostBytes);
+        if (!found.upload.confirmedBytes) {
             return false;
         }
         ++known;

@@ -14,7 +14,9 @@ namespace velometer {
 ///     {"v":1,"idle_ns":[31400000,-1],"download":{"cc":"bbr","rtt_ns":[..],"t_ns":[..]}}
 ///
 /// A lost round trip is -1. "upload", "extra_download" and "extra_upload" are like "download";
-/// groups of which nothing is known are left out, and so is an unknown "cc".
+/// "upload_confirmed" is what the
+/// other end has confirmed of the upload, bytes per 100 ms. Groups of which nothing is known are
+/// left out, and so is an unknown "cc".
 namespace LoadFigures {
 
 /// More samples of one list than any test takes; what is beyond is not written.

@@ -12,6 +12,8 @@ namespace velometer {
 
 namespace {
 
+constexpr double nsPerMs = 1e6;
+
 QString milliseconds(qint64 ns)
 {
     return Units::milliseconds(static_cast<double>(ns), 1);
@@ -19,7 +21,9 @@ QString milliseconds(qint64 ns)
 
 QString difference(qint64 ns, int decimals)
 {
-    return (ns < 0 ? QString() : u"+"_s) + Units::milliseconds(static_cast<double>(ns), decimals);
+    const bool isLess = std::round(static_cast<double>(ns) / nsPerMs * std::pow(10, decimals)) < 0;
+    const double shown = static_cast<double>(isLess ? ns : std::abs(ns)); // nothing is "-0.0"
+    return (isLess ? QString() : u"+"_s) + Units::milliseconds(shown, decimals);
 }
 
 } // namespace

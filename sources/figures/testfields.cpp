@@ -318,6 +318,8 @@ QList<TestField> makeTable()
                 [](T test) { return test.download.steadyRate(); }),
         derived("upload.steady_bps", BitsPerSecond, "uploadSteady",
                 [](T test) { return test.upload.steadyRate(); }),
+        list("upload.confirmed_bytes", Bytes, TestField::UploadConfirmed,
+             AT(upload.confirmedBytes)),
         derived("idle.min_ns", Nanoseconds, "idleMinimum",
                 [](T test) { return DelayFigures::minimum(test.idle()); }),
         derived("idle.median_ns", Nanoseconds, "idleMedian",

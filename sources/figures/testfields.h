@@ -55,6 +55,7 @@ struct TestField
         ExtraDownloadDelayTimes = 10,
         ExtraUploadDelays = 11,
         ExtraUploadDelayTimes = 12,
+        UploadConfirmed = 13,
     };
     List list = NoList;
 

@@ -170,6 +170,11 @@ void ThroughputTest::recordInterval(qint64 total, qint64 &oldTotal)
             const qint64 delta = total - oldTotal;
             valuesrate[aktinterval] = delta * bitsPerSecondFactor;
             valuesbyte[aktinterval] = delta;
+            if (const auto now = confirmedBytes()) {
+                confirmed.resize(testduration * intervalsPerSecond);
+                confirmed[aktinterval] = std::max<qint64>(0, *now - confirmedBefore);
+                confirmedBefore = *now;
+            }
             if (isResult) {
                 controller->getTestObserver()->setThroughput(resulttype, aktinterval, delta);
             }
@@ -224,6 +229,8 @@ void ThroughputTest::finish(bool cut)
     result->setAllBytesTransfered(totalBytes());
     result->setCongestionControl(congestionControl);
     result->setCutByBudget(cut);
+    confirmed.resize(std::min<qsizetype>(confirmed.size(), valuesbyte.size()));
+    result->setConfirmedBytes(confirmed);
     LoadDelays delays = probe.delays();
     if (delays.samples) {
         const QString &control = resulttype == Result::Upload ? congestionControl : sendersControl;

@@ -59,6 +59,8 @@ protected:
                    qlonglong testIdOffset, QObject *parent);
 
     virtual qint64 totalBytes() const = 0;
+    /// What the other end has confirmed of them, where that is told.
+    virtual std::optional<qint64> confirmedBytes() const { return std::nullopt; }
     virtual QString requestText() const = 0;
 
     /// What the server answers, from its beginning on and in any pieces. False: the stream is
@@ -122,6 +124,8 @@ private:
     qint64 max_pause = 0;
     IntervalTable valuesrate;
     IntervalTable valuesbyte;
+    QList<qint64> confirmed;    ///< per interval; empty where it is not told
+    qint64 confirmedBefore = 0; ///< at the last recorded boundary
     int aktinterval = 0;
     qint64 akttime = 0;
     qint64 timeconnectstart = 0;

@@ -97,6 +97,11 @@ void UploadTest::bytesWritten(qint64 count)
     }
 }
 
+std::optional<qint64> UploadTest::confirmedBytes() const
+{
+    return bytesSent - Sockets::missingBytes(*socket);
+}
+
 void UploadTest::endWhenDelivered()
 {
     if (!socket) {

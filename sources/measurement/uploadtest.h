@@ -24,6 +24,7 @@ public:
 
 protected:
     qint64 totalBytes() const override { return bytesSent; }
+    std::optional<qint64> confirmedBytes() const override;
     QString requestText() const override;
 
 protected Q_SLOTS:

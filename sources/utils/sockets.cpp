@@ -35,6 +35,17 @@ void setOption(const QTcpSocket &socket, int level, int option, const Value &val
     }
 }
 
+/// What the kernel does not tell is 0.
+tcp_info factsOf(const QTcpSocket &socket)
+{
+    tcp_info facts = {};
+    socklen_t length = sizeof facts;
+    const auto descriptor = static_cast<int>(socket.socketDescriptor());
+    const bool told =
+        descriptor >= 0 && ::getsockopt(descriptor, IPPROTO_TCP, TCP_INFO, &facts, &length) == 0;
+    return told ? facts : tcp_info{};
+}
+
 } // namespace
 
 void Sockets::setProtocol(QAbstractSocket::NetworkLayerProtocol protocol)
@@ -93,12 +104,8 @@ QString Sockets::congestionControl(const QTcpSocket &socket)
 
 Sockets::ConnectTime Sockets::connectTime(const QTcpSocket &socket, qint64 byClock)
 {
-    tcp_info facts = {};
-    socklen_t length = sizeof facts;
-    const auto descriptor = static_cast<int>(socket.socketDescriptor());
-    const bool told =
-        descriptor >= 0 && ::getsockopt(descriptor, IPPROTO_TCP, TCP_INFO, &facts, &length) == 0;
-    const qint64 roundTrip = told ? qint64{facts.tcpi_rtt} * nsPerUs : 0;
+    const tcp_info facts = factsOf(socket);
+    const qint64 roundTrip = qint64{facts.tcpi_rtt} * nsPerUs;
     if (roundTrip <= 0 || roundTrip > byClock) {
         return {.ns = byClock};
     }
@@ -134,6 +141,13 @@ qint64 Sockets::unconfirmedBytes(const QTcpSocket &socket)
         return 0;
     }
     return bytes;
+}
+
+qint64 Sockets::missingBytes(const QTcpSocket &socket)
+{
+    const tcp_info facts = factsOf(socket);
+    const qint64 behindHoles = qint64{facts.tcpi_sacked} * facts.tcpi_snd_mss;
+    return std::max<qint64>(0, unconfirmedBytes(socket) - behindHoles);
 }
 
 } // namespace velometer

@@ -59,4 +59,8 @@ void limitWindow(const QTcpSocket &socket, qint64 bytes);
 /// Bytes that the kernel has taken and the other end has not confirmed; 0 when it does not say.
 qint64 unconfirmedBytes(const QTcpSocket &socket);
 
+/// Bytes that the kernel has taken and the other end does not have: what has come behind a lost
+/// segment, which it has told of (SACK), is not among them, as it is among the unconfirmed ones.
+qint64 missingBytes(const QTcpSocket &socket);
+
 } // namespace velometer::Sockets

@@ -45,6 +45,7 @@ public:
         upload->setLoadDelays({Delays{361'000'000, 363'000'000},
                                QList<qint64>{200'000'004, 400'000'005}, QStringLiteral("bbr")},
                               424);
+        upload->setConfirmedBytes(QList<qint64>(70, 170'000));
         record.setUploadResult(upload);
         auto *extraDownload = new Result(&record);
         extraDownload->setLoadDelays(

@@ -49,7 +49,7 @@ private Q_SLOTS:
                   "Total transferred Bytes=50.92 MB|"
                   "Data Budget=at most 60 MB; ended early: upload|"
                   "Delay and Steady Rate|Download Steady Rate=38400 kBit/s|"
-                  "Upload Steady Rate=14400 kBit/s|Idle Delay=30 ms|Idle Jitter=0 ms|"
+                  "Upload Steady Rate=13600 kBit/s|Idle Delay=30 ms|Idle Jitter=0 ms|"
                   "Delay in Download=43 ms|Delay in Download=45 ms|Delay in Download=33|"
                   "Delay in Download=reno|Delay in Upload=362 ms|Delay in Upload=363 ms|"
                   "Delay in Upload=0|Delay in Upload=bbr|Delay in Extra Download=151 ms|"
