@@ -104,6 +104,10 @@ public:
         display->setThroughput(resulttype, interval, bytes);
     }
     void setRoundTrip(qint64 time) override { display->setRoundTrip(time); }
+    void setDelayUnderLoad(int resulttype, qint64 at, qint64 delay) override
+    {
+        display->setDelayUnderLoad(resulttype, at, delay);
+    }
 
 public Q_SLOTS:
     void startTestClicked();

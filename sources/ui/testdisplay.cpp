@@ -351,6 +351,11 @@ void TestDisplay::setThroughput(int resulttype, int interval, qint64 bytes)
     testTab->addThroughput(resulttype, interval, bytes);
 }
 
+void TestDisplay::setDelayUnderLoad(int resulttype, qint64 at, qint64 delay)
+{
+    testTab->addDelay(resulttype, at, delay);
+}
+
 void TestDisplay::setRoundTrip(qint64 time)
 {
     heard();

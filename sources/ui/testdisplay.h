@@ -59,6 +59,7 @@ public:
                         QString position) override;
     void setThroughput(int resulttype, int interval, qint64 bytes) override;
     void setRoundTrip(qint64 time) override;
+    void setDelayUnderLoad(int resulttype, qint64 at, qint64 delay) override;
 
     /// A series waits for its next test: counts down to it.
     void awaitNext();

@@ -77,7 +77,7 @@ private Q_SLOTS:
         row("a stall at the begin", level(20, 0) + level(50, 100), 20, 100);
         row("rising all the time", table("1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20"), -1,
             -1);
-        row("full in the second half alone", level(12, 1) + level(10, 100), -1, -1);
+        row("a stall over the first half", level(36, 0) + level(34, 100), -1, -1);
         row("less than a second", level(9, 100), -1, -1);
         row("less than a second of data", level(9, 100) + level(20, 0), -1, -1);
         row("no data", level(70, 0), -1, -1);

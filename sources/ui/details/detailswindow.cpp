@@ -6,6 +6,7 @@
 #include "data/testdetails.h"
 #include "db/databasemanager.h"
 #include "db/dbtestresults.h"
+#include "figures/loadwords.h"
 #include "ui/details/detailscategory.h"
 #include "ui/details/detailstable.h"
 #include "ui/details/testdetailwidget.h"
@@ -139,14 +140,15 @@ void DetailsWindow::setTestResultsImpl()
     Utils::addLogEntry(u"Setup Details Window for TestId: %1"_s.arg(shownId));
     const auto details = readDetails();
     const auto row = gDB->getResultsById(shownId);
-    showHead(row ? gDB->getTest(*row) : FinishedTest());
+    const FinishedTest test = row ? gDB->getTest(*row) : FinishedTest();
+    showHead(test);
     ui->figures->setVisible(details && row);
     ui->buttonShare->setEnabled(row != nullptr);
     if (!details) {
         return;
     }
     categories = DetailsTable::categories(*details);
-    addRows();
+    addRows(test);
     ui->scrollArea->verticalScrollBar()->setValue(0);
 }
 
@@ -163,6 +165,9 @@ void DetailsWindow::showHead(const FinishedTest &test)
         {figure(FigureCards::Kind::Download, ShareText::rate(test.download.averageRate)),
          figure(FigureCards::Kind::Upload, ShareText::rate(test.uploadRate())),
          figure(FigureCards::Kind::Rtt, ShareText::roundTrip(test))});
+    const QStringList suffering = LoadWords::sentences(test);
+    ui->labelLoad->setText(suffering.join(u'\n'));
+    ui->labelLoad->setVisible(!suffering.isEmpty());
     ui->buttonPrevious->setEnabled(neighbour && neighbour(shownId, -1));
     ui->buttonNext->setEnabled(neighbour && neighbour(shownId, 1));
 }
@@ -176,9 +181,9 @@ std::unique_ptr<TestDetails> DetailsWindow::readDetails() const
     return details;
 }
 
-void DetailsWindow::addRows()
+void DetailsWindow::addRows(const FinishedTest &test)
 {
-    addPlot();
+    addPlot(test);
     for (const DetailsCategory *category : std::as_const(categories)) {
         auto *card = new QFrame(ui->rows);
         card->setProperty("role", u"sheet"_s);
@@ -199,11 +204,13 @@ void DetailsWindow::addRows()
     }
 }
 
-void DetailsWindow::addPlot()
+void DetailsWindow::addPlot(const FinishedTest &test)
 {
     auto plot = std::make_unique<ThroughputPlot>(ui->rows);
     plot->setValues(Result::Download, gDB->getIntervals(shownId, Result::Download));
     plot->setValues(Result::Upload, gDB->getIntervals(shownId, Result::Upload));
+    plot->setDelays(Result::Download, test.downloadLoad);
+    plot->setDelays(Result::Upload, test.uploadLoad);
     if (!plot->isEmpty()) {
         ui->rowsLayout->addWidget(plot.release());
     }

@@ -79,8 +79,8 @@ private:
     QString pageAddress() const;
     void clearExistingWidgets();
     void showPleaseWait(bool visible);
-    void addPlot();
-    void addRows();
+    void addPlot(const FinishedTest &test);
+    void addRows(const FinishedTest &test);
     void showHead(const FinishedTest &test);
     void step(int by);
 

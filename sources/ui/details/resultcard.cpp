@@ -56,6 +56,8 @@ QImage ResultCard::picture(const FinishedTest &test)
     ThroughputPlot plot(nullptr);
     plot.setValues(Result::Download, tableOf(test.download.intervalBytes));
     plot.setValues(Result::Upload, tableOf(test.upload.intervalBytes));
+    plot.setDelays(Result::Download, test.downloadLoad);
+    plot.setDelays(Result::Upload, test.uploadLoad);
     const int height = plot.isEmpty() ? plainHeight : curveHeight;
 
     QImage image(cardDensity * cardWidth, cardDensity * height, QImage::Format_RGB32);

@@ -1,6 +1,7 @@
 #include "ui/pages/settingstab.h"
 
 #include "data/databudget.h"
+#include "data/delayplan.h"
 #include "data/testservertable.h"
 #include "ui/frame/tabplace.h"
 #include "ui/pages/serverentrywidget.h"
@@ -30,7 +31,7 @@ SettingsTab::SettingsTab(QWidget *parent)
     advmode = Utils::getSettingsValue(u"AdvMode"_s) == "set"_L1;
     showAdvMode();
     showLanguage();
-    showBudget();
+    showData();
     showLook();
     dress();
 }
@@ -92,7 +93,7 @@ bool SettingsTab::eventFilter(QObject *object, QEvent *event)
 
 void SettingsTab::updateSettings()
 {
-    showBudget();
+    showData();
     showLook();
 }
 
@@ -128,14 +129,14 @@ void SettingsTab::retranslate()
         entry->retranslate();
     }
     showLanguage();
-    showBudget();
+    showData();
     showLook();
 }
 
 void SettingsTab::dress()
 {
     const Theme::Colours &colours = Theme::colours();
-    for (QPushButton *each : {ui->buttonAdvMode, ui->buttonLargerText}) {
+    for (QPushButton *each : {ui->buttonAdvMode, ui->buttonLargerText, ui->buttonUnderLoad}) {
         each->setIcon(Theme::checkIcon(u"checkboxblack"_s, colours.quiet, colours.accent));
     }
 }
@@ -170,7 +171,7 @@ void SettingsTab::showLanguage()
 }
 
 // Anew each time: the language may be another one, and the value one from elsewhere.
-void SettingsTab::showBudget()
+void SettingsTab::showData()
 {
     QList<qint64> choices{10'000'000, 50'000'000, 100'000'000, 500'000'000};
     const auto chosen = DataBudget::remembered().bytes();
@@ -184,12 +185,20 @@ void SettingsTab::showBudget()
     }
     ui->comboBoxBudget->setCurrentIndex(chosen ? static_cast<int>(choices.indexOf(*chosen)) + 1
                                                : 0);
+    ui->buttonUnderLoad->setChecked(DelayPlan::remembered().underLoad);
 }
 
 void SettingsTab::on_comboBoxBudget_activated(int index)
 {
     const QVariant bytes = ui->comboBoxBudget->itemData(index);
     (bytes.isValid() ? DataBudget(bytes.toLongLong()) : DataBudget()).remember();
+}
+
+void SettingsTab::on_buttonUnderLoad_clicked()
+{
+    DelayPlan plan = DelayPlan::remembered();
+    plan.underLoad = ui->buttonUnderLoad->isChecked();
+    plan.remember();
 }
 
 void SettingsTab::on_comboBoxLook_activated(int index)

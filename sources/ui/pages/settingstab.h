@@ -17,7 +17,8 @@ class SettingsTab;
 }
 
 /// The settings page: new series, clear the database, the test server, the language, the data
-/// budget of a test, series mode. Reads "AdvMode" when it is made and writes it with every change.
+/// budget of a test, its delays under load, series mode. Reads "AdvMode" when it is made and writes
+/// it with every change.
 ///
 /// Everything may be pressed at any time; whether it can be done now, or waits for the next test,
 /// is the business of whoever listens.
@@ -39,7 +40,7 @@ public:
     /// While a test or a series runs, what would disturb it cannot be chosen, and the page says
     /// why.
     void setRunning(const QString &text) override;
-    /// Shows the data budget as it is remembered now.
+    /// Shows what a test may move, and whether for delays too, as it is remembered now.
     void updateSettings();
 
     /// As a tap on @p server (one of the table) does.
@@ -73,6 +74,7 @@ private Q_SLOTS:
     void on_buttonGerman_clicked();
     void on_buttonEnglish_clicked();
     void on_comboBoxBudget_activated(int index);
+    void on_buttonUnderLoad_clicked();
 
 private:
     void initializeServerList();
@@ -80,7 +82,7 @@ private:
     void markServer(const TestServer *server);
     void showAdvMode();
     void showLanguage();
-    void showBudget();
+    void showData();
     void showLook();
 
     std::unique_ptr<Ui::SettingsTab> ui;

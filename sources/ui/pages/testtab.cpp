@@ -267,6 +267,11 @@ void TestTab::addThroughput(int resulttype, int interval, qint64 bytes)
     showCards();
 }
 
+void TestTab::addDelay(int resulttype, qint64 at, qint64 delay)
+{
+    ui->plot->addDelay(resulttype, at, delay);
+}
+
 void TestTab::setStartState(const char *state)
 {
     restyle(ui->buttonStartTest, "state", QString::fromLatin1(state));

@@ -61,6 +61,7 @@ public:
     /// The running measurement's curve, see ThroughputPlot.
     void clearThroughput();
     void addThroughput(int resulttype, int interval, qint64 bytes);
+    void addDelay(int resulttype, qint64 at, qint64 delay);
 
 public Q_SLOTS:
     void on_buttonStartTest_clicked();

@@ -69,6 +69,9 @@ void ThroughputPlot::describe()
         parts.append(tr("%1 on average %2, at most %3 %4")
                          .arg(name, number(mean), number(highest), axis.unit));
     }
+    if (const QString known = delays.description(); !known.isEmpty()) {
+        parts.append(known);
+    }
     setAccessibleName(parts.join(u", "_s));
 }
 
@@ -89,6 +92,7 @@ void ThroughputPlot::clear()
 {
     download.clear();
     upload.clear();
+    delays.clear();
     describe();
     update();
 }
@@ -120,6 +124,20 @@ void ThroughputPlot::setValues(int resulttype, const IntervalTable &bytes)
     for (auto each = bytes.begin(); each != bytes.end(); ++each) {
         keep(resulttype, each.key(), each.value());
     }
+    describe();
+    update();
+}
+
+void ThroughputPlot::addDelay(int resulttype, qint64 at, qint64 delay)
+{
+    delays.add(resulttype, at, delay);
+    describe();
+    update();
+}
+
+void ThroughputPlot::setDelays(int resulttype, const LoadDelays &all)
+{
+    delays.set(resulttype, all);
     describe();
     update();
 }
@@ -223,6 +241,11 @@ void ThroughputPlot::paintEvent(QPaintEvent *)
     }
     painter.setPen(colours.quiet);
     painter.drawText(QPointF(margin, margin + metrics.ascent() - 2), axis.unit);
+    if (!delays.isEmpty()) {
+        painter.setPen(colours.rtt);
+        painter.drawText(QRectF(left, margin - 2, area.width(), metrics.height()), Qt::AlignRight,
+                         delays.scaleText());
+    }
     for (int line = 0; line <= axis.steps; ++line) {
         const double y = area.bottom() - area.height() * line / axis.steps;
         painter.setPen(colours.line);
@@ -241,12 +264,15 @@ void ThroughputPlot::paintEvent(QPaintEvent *)
         QColor colour;
         QString name;
         double left;
-    } phases[] = {{downloadRates, colours.download, tr("Download"), area.left()},
-                  {uploadRates, colours.upload, tr("Upload"), area.left() + half + gap}};
+        Result::Type type;
+    } phases[] = {
+        {downloadRates, colours.download, tr("Download"), area.left(), Result::Download},
+        {uploadRates, colours.upload, tr("Upload"), area.left() + half + gap, Result::Upload}};
     for (const auto &phase : phases) {
         const QRectF part(phase.left, area.top(), half, area.height());
         drawCurve(painter, part, phase.rates, top, phase.colour);
         const auto seconds = std::max(plannedIntervals, phase.rates.size()) / intervalsPerSecond;
+        delays.draw(painter, phase.type, part, static_cast<double>(seconds), colours.rtt);
         painter.setPen(phase.colour);
         painter.drawText(QRectF(part.left(), part.bottom() + 2, half, metrics.height() + 2),
                          Qt::AlignCenter, tr("%1, %2 s").arg(phase.name).arg(seconds));

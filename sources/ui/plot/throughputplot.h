@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/result.h"
+#include "ui/plot/delayline.h"
 
 #include <QList>
 #include <QWidget>
@@ -10,6 +11,7 @@ namespace velometer {
 /// The throughput of a test over time: the download's curve and beside it the upload's, from bytes
 /// per interval of 100 ms, each point the mean of the second that ends there (of what there is of
 /// it). The axis has one unit, chosen by the highest point: kbit/s, Mbit/s or Gbit/s.
+/// The round-trip times meanwhile are a thin line over the curves, with a scale of its own.
 /// A screen reader is told means and maxima.
 class ThroughputPlot : public QWidget
 {
@@ -26,6 +28,9 @@ public:
     void addValue(int resulttype, int interval, qint64 bytes);
     /// All intervals of a phase at once.
     void setValues(int resulttype, const IntervalTable &bytes);
+    /// The round-trip time of a connect that began @p at ns after the phase's first data, ns.
+    void addDelay(int resulttype, qint64 at, qint64 delay);
+    void setDelays(int resulttype, const LoadDelays &delays);
     bool isEmpty() const { return download.isEmpty() && upload.isEmpty(); }
 
     /// bit/s per interval: eighty times the mean bytes of the last ten intervals.
@@ -56,6 +61,7 @@ private:
     bool onPaper = false;
     QList<qint64> download;
     QList<qint64> upload;
+    DelayLine delays;
 };
 
 } // namespace velometer
