@@ -96,6 +96,18 @@ FinishedTest::Throughput phase(double bitsPerSecond, double maximum)
     return phase;
 }
 
+/// Of a queue that grows and is emptied again.
+LoadDelays delays(int idleMs, int addedMs, const QString &congestion)
+{
+    LoadDelays load{Delays(), QList<qint64>(), congestion};
+    for (int i = 0; i < 33; ++i) {
+        const double fill = 1.0 - std::exp(-i / 3.0) + 0.2 * std::sin(i / 1.3);
+        load.samples->append(std::llround((idleMs + fill * addedMs) * 1e6));
+        load.times->append((i + 1) * 200'000'000LL);
+    }
+    return load;
+}
+
 bool fill()
 {
     Utils::setSettingsCommonValue(u"UserId"_s, QString::number(userId));
@@ -121,6 +133,9 @@ bool fill()
         if (each.rtt > 0) {
             test.rtt.average = each.rtt * 1'000'000;
             test.rtt.minimum = each.rtt * 900'000;
+            test.idleDelays = Delays{each.rtt * 1'000'000};
+            test.downloadLoad = delays(each.rtt, 12, u"bbr"_s);
+            test.uploadLoad = delays(each.rtt, 240, u"cubic"_s);
         }
         test.tcp.publicIp = u"10.62.1.7"_s;
         test.tcp.deviceIp = u"198.51.100.23"_s;
@@ -193,6 +208,16 @@ void showRunningTest(MainWindow &window)
     }
     for (int i = 0; i < 44; ++i) {
         window.setThroughput(2, i, upload.value(i));
+    }
+    const LoadDelays inDownload = delays(31, 12, {});
+    const LoadDelays inUpload = delays(31, 240, {});
+    for (int i = 0; i < 33; ++i) {
+        window.setDelayUnderLoad(1, inDownload.times->value(i),
+                                 inDownload.samples->value(i).value_or(0));
+    }
+    for (int i = 0; i < 20; ++i) {
+        window.setDelayUnderLoad(2, inUpload.times->value(i),
+                                 inUpload.samples->value(i).value_or(0));
     }
     // It goes on while the picture settles.
     QTimer::singleShot(settleMs / 2, &window, [&window, upload] {

@@ -262,6 +262,29 @@ hat, sieht die Tests.</translation>
     </message>
 </context>
 <context>
+    <name>DelayLine</name>
+    <message>
+        <source>RTT 0 to %1 ms</source>
+        <translation>RTT 0 bis %1 ms</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>%1 %2 ms</source>
+        <translation>%1 %2 ms</translation>
+    </message>
+    <message>
+        <source>RTT under load: %1</source>
+        <translation>RTT unter Last: %1</translation>
+    </message>
+</context>
+<context>
     <name>LoadWords</name>
     <message>
         <source>Games suffer while something downloads: %1</source>
@@ -2015,11 +2038,11 @@ orvak verfassen</translation>
     </message>
     <message>
         <source>Larger text:</source>
-        <translation>Größere Schrift:</translation>
+        <translation>Grössere Schrift:</translation>
     </message>
     <message>
         <source>Larger text</source>
-        <translation>Größere Schrift</translation>
+        <translation>Grössere Schrift</translation>
     </message>
     <message>
         <source>The start button then begins a series of tests.</source>
@@ -2044,6 +2067,18 @@ orvak verfassen</translation>
     <message>
         <source>Not while a test or a series runs.</source>
         <translation>Nicht während ein Test oder eine Testserie läuft.</translation>
+    </message>
+    <message>
+        <source>Delay under load:</source>
+        <translation>Verzögerung unter Last:</translation>
+    </message>
+    <message>
+        <source>Each test then fills the line for 5 s more each way, as large transfers do, to tell what suffers. That takes about 70 % more data, within the limit.</source>
+        <translation>Jeder Test füllt die Leitung dann je Richtung weitere 5 s, wie es grosse Übertragungen tun, und sagt, was darunter leidet. Das braucht etwa 70 % mehr Daten, innerhalb der Grenze.</translation>
+    </message>
+    <message>
+        <source>Delay under load</source>
+        <translation>Verzögerung unter Last</translation>
     </message>
 </context>
 <context>

@@ -260,6 +260,29 @@ sees the tests.</translation>
     </message>
 </context>
 <context>
+    <name>DelayLine</name>
+    <message>
+        <source>RTT 0 to %1 ms</source>
+        <translation>RTT 0 to %1 ms</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>%1 %2 ms</source>
+        <translation>%1 %2 ms</translation>
+    </message>
+    <message>
+        <source>RTT under load: %1</source>
+        <translation>RTT under load: %1</translation>
+    </message>
+</context>
+<context>
     <name>LoadWords</name>
     <message>
         <source>Games suffer while something downloads: %1</source>
@@ -2042,6 +2065,18 @@ to orvak</translation>
     <message>
         <source>Not while a test or a series runs.</source>
         <translation>Not while a test or a series runs.</translation>
+    </message>
+    <message>
+        <source>Delay under load:</source>
+        <translation>Delay under load:</translation>
+    </message>
+    <message>
+        <source>Each test then fills the line for 5 s more each way, as large transfers do, to tell what suffers. That takes about 70 % more data, within the limit.</source>
+        <translation>Each test then fills the line for 5 s more each way, as large transfers do, to tell what suffers. That takes about 70 % more data, within the limit.</translation>
+    </message>
+    <message>
+        <source>Delay under load</source>
+        <translation>Delay under load</translation>
     </message>
 </context>
 <context>
