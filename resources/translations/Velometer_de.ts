@@ -113,14 +113,6 @@ nur, was es löschen würde.</translation>
         <translation>so viele Tests (1 bis 100000)</translation>
     </message>
     <message>
-        <source>from start to start (0 to 604800)</source>
-        <translation>von Start zu Start (0 bis 604800)</translation>
-    </message>
-    <message>
-        <source>go on with a series that was interrupted</source>
-        <translation>eine unterbrochene Serie fortsetzen</translation>
-    </message>
-    <message>
         <source>download and upload of a test end when they have moved N bytes together (from 100000; 500k, 10M, 2G), 0 for no limit; else what the settings page says</source>
         <translation>Download und Upload eines Tests enden, wenn sie zusammen N Bytes übertragen haben (ab 100000; 500k, 10M, 2G), 0 für keine Grenze; sonst, was die Einstellungen sagen</translation>
     </message>
@@ -240,6 +232,76 @@ hat, sieht die Tests.</translation>
     <message>
         <source>of the streams of both ends, where their kernels have it; else BBR, where they have that</source>
         <translation>der Ströme beider Seiten, wo ihre Kernel sie haben; sonst BBR, wo sie das haben</translation>
+    </message>
+    <message>
+        <source>of tests from start to start (0 to 604800), of a track from point to point (1 to 3600, or in metres, such as 10m)</source>
+        <translation>bei Tests von Start zu Start (0 bis 604800), bei einem Track von Punkt zu Punkt (1 bis 3600, oder in Metern wie 10m)</translation>
+    </message>
+    <message>
+        <source>go on with a series, or a track, that was interrupted</source>
+        <translation>eine unterbrochene Serie oder einen unterbrochenen Track fortsetzen</translation>
+    </message>
+    <message>
+        <source>record where you are and what your network is there</source>
+        <translation>aufzeichnen, wo Sie sind und wie Ihr Netz dort ist</translation>
+    </message>
+    <message>
+        <source>Records position, network, cell and signal on the way, without any traffic,
+until interrupted; Ctrl+Z and fg pause it. What is stored after a crash goes on
+with --resume. With --json or --csv every point is also printed.</source>
+        <translation>Zeichnet unterwegs Position, Netz, Zelle und Signal auf, ohne jeden Datenverkehr,
+bis zum Abbruch; Strg+Z und fg machen eine Pause. Nach einem Absturz geht es mit
+--resume weiter. Mit --json oder --csv wird jeder Punkt auch ausgegeben.</translation>
+    </message>
+    <message>
+        <source>list the recorded tracks</source>
+        <translation>die aufgezeichneten Tracks auflisten</translation>
+    </message>
+    <message>
+        <source>Lists the recorded tracks, the newest first; export --track ID writes one.</source>
+        <translation>Listet die aufgezeichneten Tracks auf, den neuesten zuerst; export --track ID gibt einen aus.</translation>
+    </message>
+    <message>
+        <source>delete a recorded track</source>
+        <translation>einen aufgezeichneten Track löschen</translation>
+    </message>
+    <message>
+        <source>Deletes the track ID, as tracks lists it, from this device. Without --yes it only
+says what it would delete.</source>
+        <translation>Löscht den Track ID, wie tracks ihn auflistet, von diesem Gerät. Ohne --yes sagt
+es nur, was es löschen würde.</translation>
+    </message>
+    <message>
+        <source>delete-track needs the ID of a track, as tracks lists it.</source>
+        <translation>delete-track braucht die ID eines Tracks, wie tracks sie auflistet.</translation>
+    </message>
+    <message>
+        <source>run a test on the way, from start to start: 300, or 500m</source>
+        <translation>unterwegs einen Test machen, von Start zu Start: 300 oder 500m</translation>
+    </message>
+    <message>
+        <source>seconds such as 300 or metres such as 500m</source>
+        <translation>Sekunden wie 300 oder Meter wie 500m</translation>
+    </message>
+    <message>
+        <source>end after so long (1 to 604800)</source>
+        <translation>nach dieser Zeit aufhören (1 bis 604800)</translation>
+    </message>
+    <message>
+        <source>seconds from 1 to %1</source>
+        <translation>Sekunden von 1 bis %1</translation>
+    </message>
+    <message>
+        <source>this track in place of the tests</source>
+        <translation>diesen Track anstelle der Tests</translation>
+    </message>
+    <message>
+        <source>seconds from 1 to %1, or metres such as 10m</source>
+        <translation>Sekunden von 1 bis %1 oder Meter wie 10m</translation>
+    </message>
+    <message>
+        <source>the ID of a track, as tracks lists it</source>
+        <translation>die ID eines Tracks, wie tracks sie auflistet</translation>
     </message>
 </context>
 <context>
@@ -641,6 +703,37 @@ hat, sieht die Tests.</translation>
     <message>
         <source>Under load</source>
         <translation>Unter Last</translation>
+    </message>
+</context>
+<context>
+    <name>TrackCommands</name>
+    <message>
+        <source>There is no track %1.</source>
+        <translation>Es gibt keinen Track %1.</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Beginn</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Dauer</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Länge</translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation>Punkte</translation>
+    </message>
+    <message>
+        <source>Tests</source>
+        <translation>Tests</translation>
     </message>
 </context>
 <context>
@@ -1695,6 +1788,14 @@ orvak verfassen</translation>
         <source>Nothing opens addresses here (xdg-open is missing); open it in a browser by hand.</source>
         <translation>Hier öffnet nichts Adressen (xdg-open fehlt); öffnen Sie sie selbst in einem Browser.</translation>
     </message>
+    <message>
+        <source>This would delete track %1 with %2 points; say --yes to do it.</source>
+        <translation>Das würde den Track %1 mit %2 Punkten löschen; mit --yes geschieht es.</translation>
+    </message>
+    <message>
+        <source>Deleted track %1 with %2 points.</source>
+        <translation>Track %1 mit %2 Punkten gelöscht.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultActions</name>
@@ -2667,6 +2768,41 @@ orvak verfassen</translation>
     <message>
         <source>%1 on average %2, at most %3 %4</source>
         <translation>%1 im Mittel %2, höchstens %3 %4</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::TrackRunner</name>
+    <message>
+        <source>Another program holds the results; points wait for it.</source>
+        <translation>Ein anderes Programm hält die Resultate; die Punkte warten darauf.</translation>
+    </message>
+    <message>
+        <source>No interrupted track waits to be continued.</source>
+        <translation>Kein unterbrochener Track wartet auf seine Fortsetzung.</translation>
+    </message>
+    <message>
+        <source>A track was interrupted and ends where it stood; --resume would have continued it.</source>
+        <translation>Ein Track war unterbrochen und endet, wo er stand; --resume hätte ihn fortgesetzt.</translation>
+    </message>
+    <message>
+        <source>Another program records a track here; end it first.</source>
+        <translation>Ein anderes Programm zeichnet hier einen Track auf; beenden Sie es zuerst.</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be opened or written.</source>
+        <translation>Die Resultate in %1 lassen sich nicht öffnen oder schreiben.</translation>
+    </message>
+    <message>
+        <source>no position</source>
+        <translation>keine Position</translation>
+    </message>
+    <message>
+        <source>The end of the track could not be stored in %1; --resume goes on with it.</source>
+        <translation>Das Ende des Tracks liess sich nicht in %1 speichern; --resume setzt ihn fort.</translation>
+    </message>
+    <message>
+        <source>Track %1: %2 in %3, %4 points, %5 tests</source>
+        <translation>Track %1: %2 in %3, %4 Punkte, %5 Tests</translation>
     </message>
 </context>
 <context>

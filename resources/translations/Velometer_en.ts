@@ -112,14 +112,6 @@ what it would delete.</translation>
         <translation>so many tests (1 to 100000)</translation>
     </message>
     <message>
-        <source>from start to start (0 to 604800)</source>
-        <translation>from start to start (0 to 604800)</translation>
-    </message>
-    <message>
-        <source>go on with a series that was interrupted</source>
-        <translation>go on with a series that was interrupted</translation>
-    </message>
-    <message>
         <source>download and upload of a test end when they have moved N bytes together (from 100000; 500k, 10M, 2G), 0 for no limit; else what the settings page says</source>
         <translation>download and upload of a test end when they have moved N bytes together (from 100000; 500k, 10M, 2G), 0 for no limit; else what the settings page says</translation>
     </message>
@@ -238,6 +230,76 @@ sees the tests.</translation>
     <message>
         <source>of the streams of both ends, where their kernels have it; else BBR, where they have that</source>
         <translation>of the streams of both ends, where their kernels have it; else BBR, where they have that</translation>
+    </message>
+    <message>
+        <source>of tests from start to start (0 to 604800), of a track from point to point (1 to 3600, or in metres, such as 10m)</source>
+        <translation>of tests from start to start (0 to 604800), of a track from point to point (1 to 3600, or in metres, such as 10m)</translation>
+    </message>
+    <message>
+        <source>go on with a series, or a track, that was interrupted</source>
+        <translation>go on with a series, or a track, that was interrupted</translation>
+    </message>
+    <message>
+        <source>record where you are and what your network is there</source>
+        <translation>record where you are and what your network is there</translation>
+    </message>
+    <message>
+        <source>Records position, network, cell and signal on the way, without any traffic,
+until interrupted; Ctrl+Z and fg pause it. What is stored after a crash goes on
+with --resume. With --json or --csv every point is also printed.</source>
+        <translation>Records position, network, cell and signal on the way, without any traffic,
+until interrupted; Ctrl+Z and fg pause it. What is stored after a crash goes on
+with --resume. With --json or --csv every point is also printed.</translation>
+    </message>
+    <message>
+        <source>list the recorded tracks</source>
+        <translation>list the recorded tracks</translation>
+    </message>
+    <message>
+        <source>Lists the recorded tracks, the newest first; export --track ID writes one.</source>
+        <translation>Lists the recorded tracks, the newest first; export --track ID writes one.</translation>
+    </message>
+    <message>
+        <source>delete a recorded track</source>
+        <translation>delete a recorded track</translation>
+    </message>
+    <message>
+        <source>Deletes the track ID, as tracks lists it, from this device. Without --yes it only
+says what it would delete.</source>
+        <translation>Deletes the track ID, as tracks lists it, from this device. Without --yes it only
+says what it would delete.</translation>
+    </message>
+    <message>
+        <source>delete-track needs the ID of a track, as tracks lists it.</source>
+        <translation>delete-track needs the ID of a track, as tracks lists it.</translation>
+    </message>
+    <message>
+        <source>run a test on the way, from start to start: 300, or 500m</source>
+        <translation>run a test on the way, from start to start: 300, or 500m</translation>
+    </message>
+    <message>
+        <source>seconds such as 300 or metres such as 500m</source>
+        <translation>seconds such as 300 or metres such as 500m</translation>
+    </message>
+    <message>
+        <source>end after so long (1 to 604800)</source>
+        <translation>end after so long (1 to 604800)</translation>
+    </message>
+    <message>
+        <source>seconds from 1 to %1</source>
+        <translation>seconds from 1 to %1</translation>
+    </message>
+    <message>
+        <source>this track in place of the tests</source>
+        <translation>this track in place of the tests</translation>
+    </message>
+    <message>
+        <source>seconds from 1 to %1, or metres such as 10m</source>
+        <translation>seconds from 1 to %1, or metres such as 10m</translation>
+    </message>
+    <message>
+        <source>the ID of a track, as tracks lists it</source>
+        <translation>the ID of a track, as tracks lists it</translation>
     </message>
 </context>
 <context>
@@ -639,6 +701,37 @@ sees the tests.</translation>
     <message>
         <source>Under load</source>
         <translation>Under load</translation>
+    </message>
+</context>
+<context>
+    <name>TrackCommands</name>
+    <message>
+        <source>There is no track %1.</source>
+        <translation>There is no track %1.</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Duration</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Length</translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation>Points</translation>
+    </message>
+    <message>
+        <source>Tests</source>
+        <translation>Tests</translation>
     </message>
 </context>
 <context>
@@ -1693,6 +1786,14 @@ to orvak</translation>
         <source>Nothing opens addresses here (xdg-open is missing); open it in a browser by hand.</source>
         <translation>Nothing opens addresses here (xdg-open is missing); open it in a browser by hand.</translation>
     </message>
+    <message>
+        <source>This would delete track %1 with %2 points; say --yes to do it.</source>
+        <translation>This would delete track %1 with %2 points; say --yes to do it.</translation>
+    </message>
+    <message>
+        <source>Deleted track %1 with %2 points.</source>
+        <translation>Deleted track %1 with %2 points.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultActions</name>
@@ -2665,6 +2766,41 @@ to orvak</translation>
     <message>
         <source>%1 on average %2, at most %3 %4</source>
         <translation>%1 on average %2, at most %3 %4</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::TrackRunner</name>
+    <message>
+        <source>Another program holds the results; points wait for it.</source>
+        <translation>Another program holds the results; points wait for it.</translation>
+    </message>
+    <message>
+        <source>No interrupted track waits to be continued.</source>
+        <translation>No interrupted track waits to be continued.</translation>
+    </message>
+    <message>
+        <source>A track was interrupted and ends where it stood; --resume would have continued it.</source>
+        <translation>A track was interrupted and ends where it stood; --resume would have continued it.</translation>
+    </message>
+    <message>
+        <source>Another program records a track here; end it first.</source>
+        <translation>Another program records a track here; end it first.</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be opened or written.</source>
+        <translation>The results in %1 cannot be opened or written.</translation>
+    </message>
+    <message>
+        <source>no position</source>
+        <translation>no position</translation>
+    </message>
+    <message>
+        <source>The end of the track could not be stored in %1; --resume goes on with it.</source>
+        <translation>The end of the track could not be stored in %1; --resume goes on with it.</translation>
+    </message>
+    <message>
+        <source>Track %1: %2 in %3, %4 points, %5 tests</source>
+        <translation>Track %1: %2 in %3, %4 points, %5 tests</translation>
     </message>
 </context>
 <context>

@@ -90,6 +90,11 @@ QString StartUp::seriesFile()
     return QDir(QFileInfo(DatabaseManager::databaseFile()).path()).filePath(u"series.json"_s);
 }
 
+QString StartUp::trackLockFile()
+{
+    return QDir(QFileInfo(DatabaseManager::databaseFile()).path()).filePath(u"track.lock"_s);
+}
+
 int StartUp::measurementDuration()
 {
     bool isNumber = false;

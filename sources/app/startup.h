@@ -24,6 +24,9 @@ bool loadDeployment(const QString &configFile, const QString &dataDir, QString *
 /// The file that keeps a series for a restart, beside the store.
 QString seriesFile();
 
+/// The file that keeps a second program from recording a track into the same store.
+QString trackLockFile();
+
 /// How long the download and the upload of a test last, s: as long as figures are comparable,
 /// unless VELOMETER_MEASUREMENT_SECONDS (1 to 6) shortens it to try something out.
 int measurementDuration();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/trackrecorder.h"
 #include "data/databudget.h"
 #include "data/delayplan.h"
 #include "platform/choice/platformchoice.h"
@@ -31,6 +32,9 @@ public:
         NewSeries,
         Page,
         Clear,
+        Track,
+        Tracks,
+        DeleteTrack,
     };
     enum class Format { Text, Json, JsonStream, Csv, GeoJson, Gpx };
     enum class Progress { Auto, Yes, No };
@@ -60,8 +64,11 @@ public:
     bool open = false; ///< in the browser
     QAbstractSocket::NetworkLayerProtocol protocol = QAbstractSocket::AnyIPProtocol;
     StoredTest storedTest;
-    QString configFile; ///< empty for the usual places
-    QString dataDir;    ///< empty for the usual place
+    TrackRecorder::Plan track;
+    std::chrono::seconds duration{0}; ///< of a track; 0: until it is interrupted
+    qulonglong trackRow = 0;          ///< a stored track; 0: none was named
+    QString configFile;               ///< empty for the usual places
+    QString dataDir;                  ///< empty for the usual place
     PlatformChoice platform;
     bool watch = false; ///< print again whenever something changes
     bool verbose = false;

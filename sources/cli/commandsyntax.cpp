@@ -37,6 +37,9 @@ QString name(Command command)
     case Command::NewSeries: return u"new-series"_s;
     case Command::Page: return u"page"_s;
     case Command::Clear: return u"clear"_s;
+    case Command::Track: return u"track"_s;
+    case Command::Tracks: return u"tracks"_s;
+    case Command::DeleteTrack: return u"delete-track"_s;
     }
     Q_UNREACHABLE();
 }
@@ -62,7 +65,9 @@ CommandSyntax::CommandSyntax()
              Utils::getPlainVersion())
 {
     addCommands();
+    addTrackCommands();
     addTestOptions();
+    addTrackOptions();
     addOutputOptions();
     addDeviceOptions();
     addCommonOptions();
@@ -137,7 +142,8 @@ void CommandSyntax::addCommands()
 void CommandSyntax::addTestOptions()
 {
     const QStringList test{name(Command::Test)};
-    const QStringList onNetwork = test + QStringList(name(Command::Resend));
+    const QStringList testing = test + QStringList(name(Command::Track));
+    const QStringList onNetwork = testing + QStringList(name(Command::Resend));
     const auto protocol = [this](QAbstractSocket::NetworkLayerProtocol wanted) {
         return [this, wanted](const QString &option, const QString &) {
             return keepProtocol(option, wanted);
@@ -150,21 +156,21 @@ void CommandSyntax::addTestOptions()
                 tr("where you are; goes into the report"),
                 Takes::parsed(OptionValues::location, Syntax::listed(OptionValues::locations()),
                               &result.location),
-                test});
+                testing});
     syntax.add({u"--count"_s, u"N"_s, tr("so many tests (1 to 100000)"),
                 Takes::number(1, maxCount, &result.count), test});
-    syntax.add({u"--interval"_s, u"SECONDS"_s, tr("from start to start (0 to 604800)"),
-                [this, take = Takes::number(0, maxInterval, &result.interval)](
-                    const QString &option, const QString &value) {
-                    intervalGiven = true;
-                    return take(option, value);
+    syntax.add({u"--interval"_s, u"SECONDS"_s,
+                tr("of tests from start to start (0 to 604800), of a track from point to point (1 "
+                   "to 3600, or in metres, such as 10m)"),
+                [this](const QString &option, const QString &value) {
+                    return takeInterval(option, value);
                 },
-                test});
+                testing});
     syntax.add({u"--resume"_s,
                 {},
-                tr("go on with a series that was interrupted"),
+                tr("go on with a series, or a track, that was interrupted"),
                 Takes::flag(&result.resume),
-                test});
+                testing});
     syntax.add({u"--max-bytes"_s, u"N"_s,
                 tr("download and upload of a test end when they have moved N bytes together "
                    "(from 100000; 500k, 10M, 2G), 0 for no limit; else what the settings page "
@@ -174,7 +180,7 @@ void CommandSyntax::addTestOptions()
                                  "for no limit")
                                   .arg(DataBudget::minimum),
                               &result.budget),
-                test});
+                testing});
     syntax.add({u"--rtt-samples"_s, u"N"_s,
                 tr("times the round trip of the idle line N times (3 to 200), for median, 95th "
                    "percentile and jitter; its figures stay those of the first 3"),
@@ -209,7 +215,7 @@ void CommandSyntax::addTestOptions()
                 {},
                 tr("test even when it may be expensive"),
                 Takes::flag(&result.allowRoaming),
-                test});
+                testing});
     syntax.add({u"-4"_s, {}, tr("only IPv4"), protocol(QAbstractSocket::IPv4Protocol), onNetwork});
     syntax.add({u"-6"_s, {}, tr("only IPv6"), protocol(QAbstractSocket::IPv6Protocol), onNetwork});
 }
@@ -217,8 +223,9 @@ void CommandSyntax::addTestOptions()
 void CommandSyntax::addOutputOptions()
 {
     QStringList formatted;
-    for (const Command command : {Command::Test, Command::Results, Command::Show, Command::Export,
-                                  Command::Servers, Command::Context}) {
+    for (const Command command :
+         {Command::Test, Command::Results, Command::Show, Command::Export, Command::Servers,
+          Command::Context, Command::Track, Command::Tracks}) {
         formatted.append(name(command));
     }
     const QStringList test{name(Command::Test)};
@@ -238,18 +245,23 @@ void CommandSyntax::addOutputOptions()
                 format(Format::JsonStream),
                 test});
     syntax.add(
-        {u"--progress"_s, u"auto|yes|no"_s, tr("to standard error; auto: on a terminal"),
+        {u"--progress"_s,
+         u"auto|yes|no"_s,
+         tr("to standard error; auto: on a terminal"),
          Takes::choice<Progress>(
              {{u"auto"_s, Progress::Auto}, {u"yes"_s, Progress::Yes}, {u"no"_s, Progress::No}},
              &result.progress),
-         test});
+         {name(Command::Test), name(Command::Track)}});
     syntax.add({u"--limit"_s,
                 u"N"_s,
                 tr("at most so many tests"),
                 Takes::number(1, maxLimit, &result.limit),
                 {name(Command::Results)}});
-    syntax.add(
-        {u"--yes"_s, {}, tr("really delete"), Takes::flag(&result.yes), {name(Command::Clear)}});
+    syntax.add({u"--yes"_s,
+                {},
+                tr("really delete"),
+                Takes::flag(&result.yes),
+                {name(Command::Clear), name(Command::DeleteTrack)}});
     syntax.add({u"--open"_s,
                 {},
                 tr("open it in the browser as well"),
@@ -260,7 +272,7 @@ void CommandSyntax::addOutputOptions()
 void CommandSyntax::addDeviceOptions()
 {
     const QStringList onDevice{name(Command::Test), name(Command::Context), name(Command::Resend),
-                               name(Command::NewSeries)};
+                               name(Command::NewSeries), name(Command::Track)};
     syntax.add({u"--platform"_s, u"system|scripted:FILE|none"_s,
                 tr("ask the device, replay a recorded one, or do without modem and position"),
                 [this](const QString &, const QString &value) { return takePlatform(value); },
@@ -297,13 +309,13 @@ void CommandSyntax::addNotes()
         tr("Exit status: 0 done, 1 the service refused or broke the test, 2 wrong usage,\n"
            "3 the store cannot be opened or written, 4 roaming or over the data budget,\n"
            "5 no network or no server, 129 hung up, 130 interrupted, 143 terminated."),
-        {name(Command::Test)});
+        {name(Command::Test), name(Command::Track)});
 }
 
 QString CommandSyntax::read(const QStringList &arguments)
 {
     const QString error = syntax.read(arguments);
-    for (int i = 0; i <= static_cast<int>(Command::Clear); ++i) {
+    for (int i = 0; i <= static_cast<int>(Command::DeleteTrack); ++i) {
         if (name(static_cast<Command>(i)) == syntax.command()) {
             result.command = static_cast<Command>(i);
         }
@@ -388,7 +400,8 @@ QString CommandSyntax::checkWhole() const
     if (intervalGiven && result.count == 1) {
         return tr("--interval needs --count with at least 2 tests.");
     }
-    if (result.resume && (result.count > 1 || result.location != "Unknown"_L1)) {
+    if (result.resume && result.command == Command::Test &&
+        (result.count > 1 || result.location != "Unknown"_L1)) {
         return tr("--resume goes on with what the series began with; leave out --count, "
                   "--interval and --location.");
     }

@@ -25,12 +25,16 @@ public:
 
 private:
     void addCommands();
+    void addTrackCommands();
     void addTestOptions();
+    void addTrackOptions();
     void addOutputOptions();
     void addDeviceOptions();
     void addCommonOptions();
     void addNotes();
     QString takeStoredTest(const QString &word);
+    QString takeInterval(const QString &option, const QString &value);
+    QString takeTrack(const QString &option, const QString &word);
     QString takeFormat(const QString &value);
     QString keepFormat(const QString &option, CommandLine::Format format);
     QString keepProtocol(const QString &option, QAbstractSocket::NetworkLayerProtocol protocol);

@@ -34,6 +34,21 @@ std::optional<QString> OptionValues::congestionControl(const QString &text)
     return Sockets::congestionControls().contains(text) ? std::optional(text) : std::nullopt;
 }
 
+std::optional<double> OptionValues::metres(const QString &text)
+{
+    constexpr qint64 most = 1'000'000;
+    const auto number = text.endsWith(u'm') ? Takes::wholeNumber(text.chopped(1)) : std::nullopt;
+    return number && *number >= 1 && *number <= most ? std::optional(static_cast<double>(*number))
+                                                     : std::nullopt;
+}
+
+std::optional<std::chrono::seconds> OptionValues::seconds(const QString &text, int most)
+{
+    const auto number = Takes::wholeNumber(text.endsWith(u's') ? text.chopped(1) : text);
+    return number && *number >= 1 && *number <= most ? std::optional(std::chrono::seconds(*number))
+                                                     : std::nullopt;
+}
+
 QStringList OptionValues::locations()
 {
     return {u"Unknown"_s, u"Indoor"_s, u"Outdoor"_s, u"Train"_s, u"Car"_s, u"Other"_s};

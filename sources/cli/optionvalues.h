@@ -21,6 +21,11 @@ std::optional<QString> congestionControl(const QString &text);
 QStringList locations();
 std::optional<QString> location(const QString &text);
 
+/// "10m": metres from 1 to 1,000,000.
+std::optional<double> metres(const QString &text);
+/// "17" or "17s": seconds from 1 to @p most.
+std::optional<std::chrono::seconds> seconds(const QString &text, int most);
+
 /// "17", or "3/12" for a test of a series.
 std::optional<CommandLine::StoredTest> storedTest(const QString &text);
 

@@ -9,6 +9,7 @@
 #include "cli/testprinter.h"
 #include "cli/testrunner.h"
 #include "cli/textformat.h"
+#include "cli/trackrunner.h"
 #include "data/testdetails.h"
 #include "data/testservertable.h"
 #include "db/databasemanager.h"
@@ -92,6 +93,9 @@ void Program::start()
     case Command::NewSeries: return startSeries();
     case Command::Page: return end(showPage());
     case Command::Clear: return end(clearStore());
+    case Command::Track: return recordTrack();
+    case Command::Tracks: return end(listTracks());
+    case Command::DeleteTrack: return end(deleteTrack());
     }
 }
 
@@ -99,6 +103,9 @@ void Program::stop(ExitStatus status)
 {
     if (runner) {
         return runner->stop(status);
+    }
+    if (tracker) {
+        return tracker->stop(status);
     }
     end(status);
 }
@@ -130,7 +137,16 @@ bool Program::createPlatform()
     return platform != nullptr;
 }
 
-bool Program::createRunner()
+TestRunner::Plan Program::testPlan() const
+{
+    return {{options.location, options.count, std::chrono::seconds(options.interval)},
+            options.allowRoaming,
+            options.budget.value_or(DataBudget::remembered()),
+            options.waitPosition,
+            options.delays};
+}
+
+bool Program::prepareTests()
 {
     if (!createPlatform()) {
         end(ExitStatus::Usage);
@@ -157,14 +173,16 @@ bool Program::createRunner()
         return false;
     }
     Sockets::setProtocol(options.protocol);
+    return true;
+}
+
+bool Program::createRunner()
+{
+    if (!prepareTests()) {
+        return false;
+    }
     printer = std::make_unique<TestPrinter>(options.format, out, language);
-    const TestRunner::Plan plan{
-        {options.location, options.count, std::chrono::seconds(options.interval)},
-        options.allowRoaming,
-        options.budget.value_or(DataBudget::remembered()),
-        options.waitPosition,
-        options.delays};
-    runner = std::make_unique<TestRunner>(plan, *servers, *printer, progress, *platform);
+    runner = std::make_unique<TestRunner>(testPlan(), *servers, *printer, progress, *platform);
     connect(runner.get(), &TestRunner::finished, this, &Program::end);
     return true;
 }
@@ -337,6 +355,9 @@ ExitStatus Program::showTest()
 
 ExitStatus Program::exportTests()
 {
+    if (options.trackRow > 0) {
+        return exportTrack();
+    }
     bool ok = false;
     const auto rows = storedTests(0, &ok);
     if (!ok) {

@@ -4,6 +4,7 @@
 #include "cli/exitstatus.h"
 #include "cli/output.h"
 #include "cli/progressline.h"
+#include "cli/testrunner.h"
 
 #include <QObject>
 
@@ -17,9 +18,9 @@ class Platform;
 class ServerSelection;
 class TestIds;
 class TestPrinter;
-class TestRunner;
 class TestServer;
 class TestServerTable;
+class TrackRunner;
 
 /// One call of the program: the command of a command line, from start() to finished(). The
 /// deployment and the database's directory are set. Main thread only, needs an event loop.
@@ -48,8 +49,12 @@ private:
     ExitStatus listServers();
     ExitStatus clearStore();
     ExitStatus showPage();
+    ExitStatus listTracks();
+    ExitStatus exportTrack();
+    ExitStatus deleteTrack();
     // Commands that take their time, and end in end().
     void runTests();
+    void recordTrack();
     void resendReports();
     void describeContext();
     void startSeries();
@@ -58,7 +63,9 @@ private:
     void end(ExitStatus status);
     ExitStatus refuse(ExitStatus status, const QString &sentence);
     bool createPlatform();
+    bool prepareTests();
     bool createRunner();
+    TestRunner::Plan testPlan() const;
     bool openStore();
     ExitStatus storeFailure();
     /// False when there is a store that cannot be opened, or can be none; see gDB->isOpen().
@@ -78,6 +85,7 @@ private:
     std::unique_ptr<ServerSelection> servers;
     std::unique_ptr<TestIds> ids;
     std::unique_ptr<TestRunner> runner;
+    std::unique_ptr<TrackRunner> tracker;
     std::unique_ptr<class DeviceContext> context;
 };
 

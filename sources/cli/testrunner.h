@@ -53,7 +53,14 @@ public:
     /// seconds, and where it is, see PositionWait; says before it when the connection is metered,
     /// and when a series of an earlier run waits. Ends in one finished().
     void start();
-    /// The same with an interrupted series in place of the plan's. False when none waits.
+    /// The same once more, after finished(): of all tests the status of the first one that was not
+    /// done. Nothing is waited for.
+    void again()
+    {
+        isFinished = false;
+        startTests();
+    }
+    /// As start(), with an interrupted series in place of the plan's. False when none waits.
     bool resume();
     /// Offers the waiting reports once. Ends in one finished().
     void resend();

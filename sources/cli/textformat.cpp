@@ -24,31 +24,6 @@ using Row = std::pair<QString, QString>;
 constexpr int textDegreeDecimals = 5;
 
 /// Columns side by side, each as wide as its widest cell.
-QString aligned(const QList<QStringList> &rows)
-{
-    QList<qsizetype> widths;
-    for (const QStringList &row : rows) {
-        for (qsizetype i = 0; i < row.size(); ++i) {
-            if (i == widths.size()) {
-                widths.append(0);
-            }
-            widths[i] = std::max(widths[i], row[i].size());
-        }
-    }
-    QString text;
-    for (const QStringList &row : rows) {
-        QString line;
-        for (qsizetype i = 0; i < row.size(); ++i) {
-            line += row[i].leftJustified(widths[i] + 2);
-        }
-        while (line.endsWith(u' ')) {
-            line.chop(1);
-        }
-        text += line + u'\n';
-    }
-    return text;
-}
-
 QString joined(const QList<FinishedTest::Text> &parts, QLatin1StringView separator)
 {
     QStringList known;
@@ -58,12 +33,6 @@ QString joined(const QList<FinishedTest::Text> &parts, QLatin1StringView separat
         }
     }
     return known.join(separator);
-}
-
-QString localTime(const FinishedTest::Number &ms)
-{
-    return ms ? QDateTime::fromMSecsSinceEpoch(*ms).toString(u"yyyy-MM-dd HH:mm:ss"_s)
-              : TextFormat::unknown();
 }
 
 QString numberOrUnknown(const FinishedTest::Number &number)
@@ -224,6 +193,46 @@ QString TextFormat::test(const FinishedTest &finished, const QString &pageAddres
             .arg(numberOrUnknown(finished.testId), numberOrUnknown(finished.seriesId),
                  localTime(finished.timestamp));
     return title + u'\n' + aligned(rows);
+}
+
+QString TextFormat::aligned(const QList<QStringList> &rows)
+{
+    QList<qsizetype> widths;
+    for (const QStringList &row : rows) {
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            if (i == widths.size()) {
+                widths.append(0);
+            }
+            widths[i] = std::max(widths[i], row[i].size());
+        }
+    }
+    QString text;
+    for (const QStringList &row : rows) {
+        QString line;
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            line += row[i].leftJustified(widths[i] + 2);
+        }
+        while (line.endsWith(u' ')) {
+            line.chop(1);
+        }
+        text += line + u'\n';
+    }
+    return text;
+}
+
+QString TextFormat::localTime(const FinishedTest::Number &ms)
+{
+    return ms ? QDateTime::fromMSecsSinceEpoch(*ms).toString(u"yyyy-MM-dd HH:mm:ss"_s) : unknown();
+}
+
+QString TextFormat::duration(std::chrono::milliseconds time)
+{
+    constexpr int inHour = 3600;
+    constexpr int inMinute = 60;
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time).count();
+    return u"%1:%2:%3"_s.arg(seconds / inHour)
+        .arg(seconds / inMinute % inMinute, 2, 10, QChar(u'0'))
+        .arg(seconds % inMinute, 2, 10, QChar(u'0'));
 }
 
 QString TextFormat::table(const QList<FinishedTest> &tests)

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
+
 namespace velometer {
 
 class TestServer;
@@ -30,6 +32,13 @@ public:
 
     /// A stored connection type in the user's language.
     static QString connectionType(const QString &stored);
+
+    /// Rows of cells under each other, in columns.
+    static QString aligned(const QList<QStringList> &rows);
+    /// A moment in ms since the epoch, by the clock of this place.
+    static QString localTime(const FinishedTest::Number &ms);
+    /// "1:02:03".
+    static QString duration(std::chrono::milliseconds time);
 
     static QString rate(const FinishedTest::Number &bitsPerSecond);
     static QString milliseconds(const FinishedTest::Number &ns);

@@ -85,6 +85,21 @@ void LocationHelper::startService()
     servicestarted = true;
     myLocations.clear();
     logged = {};
+    switchOn();
+}
+
+void LocationHelper::keepOn(bool wanted)
+{
+    keptOn = wanted;
+    if (wanted) {
+        switchOn();
+    } else if (!servicestarted) {
+        timeoutTimer.start(switchOffDelay);
+    }
+}
+
+void LocationHelper::switchOn()
+{
     timeoutTimer.stop();
     if (locationcollecting) {
         return;
@@ -111,7 +126,7 @@ void LocationHelper::stopService()
 
 void LocationHelper::timeoutDisableGPS()
 {
-    if (!locationcollecting) {
+    if (!locationcollecting || keptOn) {
         return;
     }
     locationcollecting = false;

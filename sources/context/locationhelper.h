@@ -38,6 +38,9 @@ public:
     /// The test is over: no more samples, positions off after 30 s.
     void stopService();
 
+    /// Positions stay on between tests, without samples, until it is false again.
+    void keepOn(bool wanted);
+
     /// The latest position; nothing before the first one, and after a time-out.
     const std::optional<Position> &position() const { return latest; }
     /// position() with the digits that the texts have, empty when there is none: what is computed
@@ -86,6 +89,7 @@ private Q_SLOTS:
     void satellitesUpdated();
 
 private:
+    void switchOn();
     void clearPosition();
     void keepSample(const Position &here);
     void logProblem() const;
@@ -100,6 +104,7 @@ private:
     Satellites logged; ///< of this test
 
     bool servicestarted = false;     ///< a test wants positions now
+    bool keptOn = false;             ///< somebody wants positions between tests too
     bool locationcollecting = false; ///< the sources are running
     QList<MyLocation> myLocations;
 };

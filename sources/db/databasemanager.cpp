@@ -223,7 +223,9 @@ bool DatabaseManager::setAside()
 bool DatabaseManager::checkTables()
 {
     if (readVersion() != 0) {
-        execute(CREATE_TABLE_TESTINTERVALS); // a file from before there were any
+        // A file from before there were any.
+        execute(CREATE_TABLE_TESTINTERVALS);
+        trackStore.createTables();
         createIndexes();
         return true;
     }
@@ -237,6 +239,7 @@ bool DatabaseManager::checkTables()
         execute(DELETE_FROM_VERSION);
         execute(QString(INSERT_INTO_VERSION).arg(schemaVersion));
         recreateTables();
+        trackStore.createTables();
     }
     return transaction.commit();
 }

@@ -5,6 +5,7 @@
 #include "db/dbtestresults.h"
 #include "db/reportqueue.h"
 #include "db/teststore.h"
+#include "db/trackstore.h"
 
 #include <QObject>
 #include <QSqlDatabase>
@@ -114,6 +115,9 @@ public:
     /// Reports that wait and will still be tried.
     int countUnsentXMLFiles();
 
+    /// Lives as long as this; the database is open whenever it is used.
+    TrackStore &tracks() { return trackStore; }
+
 private:
     bool connectFile();
     std::optional<int> readVersion();
@@ -128,6 +132,7 @@ private:
     QString asideFile;
     ReportQueue reports{db};
     TestStore tests{db, reports};
+    TrackStore trackStore{db};
 };
 
 /// The one database of the process: there before main() begins, deleted by it at its end.

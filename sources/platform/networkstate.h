@@ -51,6 +51,17 @@ enum class NetworkStatus {
     Roaming = 8,
 };
 
+/// What a modem measures of the cell that serves it, as far as it tells. A plain value.
+struct RadioSignal
+{
+    std::optional<double> rsrp; ///< reference signal received power, dBm
+    std::optional<double> rsrq; ///< reference signal received quality, dB
+    std::optional<double> snr;  ///< signal to noise, dB
+    QString band;               ///< "B20", "n78"; empty when not known
+
+    bool operator==(const RadioSignal &other) const = default;
+};
+
 /// The state of the cellular, WLAN and wired connection at one moment. A plain value; unknown texts
 /// are empty.
 struct NetworkState
@@ -77,6 +88,8 @@ struct NetworkState
     QString homeMnc;
     std::optional<qint64> cell; ///< up to 36 bits (5G)
     std::optional<int> lac;     ///< TAC with LTE and 5G
+
+    RadioSignal radio;          ///< of the modem, whatever traffic leaves by
 
     /// The codes of the network are not known and may yet come: there is a modem, or nobody has
     /// answered yet whether there is one. A modem that finds no network never tells them, so

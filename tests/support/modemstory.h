@@ -12,7 +12,7 @@ inline QString told(const ModemState &state, const ModemState &before = {})
     using namespace Qt::StringLiterals;
     const auto fields = [](const ModemState &of) {
         QString radio = u"radio"_s;
-        for (const auto &figure : {of.rsrp, of.rsrq, of.snr}) {
+        for (const auto &figure : {of.radio.rsrp, of.radio.rsrq, of.radio.snr}) {
             radio += figure ? u" %1"_s.arg(*figure) : QString();
         }
         return QStringList{u"mode %1"_s.arg(int(of.mode)),

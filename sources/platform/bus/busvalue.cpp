@@ -73,6 +73,18 @@ QStringList BusValue::paths(const QVariant &value, qsizetype most)
     return paths;
 }
 
+QList<quint64> BusValue::numbers(const QVariant &value, qsizetype most)
+{
+    const auto list = container(value, "au"_L1);
+    QList<quint64> numbers;
+    for (const uint each : list ? qdbus_cast<QList<uint>>(*list) : QList<uint>()) {
+        if (numbers.size() < most) {
+            numbers.append(each);
+        }
+    }
+    return numbers;
+}
+
 std::optional<bool> BusValue::flag(const QVariant &value)
 {
     return value.typeId() == QMetaType::Bool ? std::optional(value.toBool()) : std::nullopt;

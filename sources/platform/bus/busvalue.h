@@ -26,6 +26,8 @@ std::optional<qint64> number(const QVariant &value, qint64 min, qint64 max);
 std::optional<double> real(const QVariant &value, double min, double max);
 /// The first number of a pair (ub).
 std::optional<qint64> firstOfPair(const QVariant &value, qint64 min, qint64 max);
+/// The first @p most numbers of a list (au).
+QList<quint64> numbers(const QVariant &value, qsizetype most);
 /// The first @p most object paths of a list, without those that lead nowhere.
 QStringList paths(const QVariant &value, qsizetype most);
 /// A list of names, as they came.

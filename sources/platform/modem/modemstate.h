@@ -30,9 +30,7 @@ struct ModemState
     std::optional<qint64> cellId; ///< up to 36 bits
     std::optional<int> areaCode;  ///< TAC with LTE and 5G, else LAC
 
-    std::optional<double> rsrp; ///< dBm
-    std::optional<double> rsrq; ///< dB
-    std::optional<double> snr;  ///< dB
+    RadioSignal radio;
 
     bool operator==(const ModemState &other) const = default;
 };

@@ -96,9 +96,28 @@ void takeOperator(const QVariant &code, QString *mcc, QString *mnc)
 void takeRadio(const QVariant &told, ModemState *state)
 {
     const QVariantMap radio = BusValue::dictionary(told);
-    state->rsrp = BusValue::real(radio.value(u"rsrp"_s), -200, 0);
-    state->rsrq = BusValue::real(radio.value(u"rsrq"_s), -100, 50);
-    state->snr = BusValue::real(radio.value(u"snr"_s), -100, 100);
+    state->radio.rsrp = BusValue::real(radio.value(u"rsrp"_s), -200, 0);
+    state->radio.rsrq = BusValue::real(radio.value(u"rsrq"_s), -100, 50);
+    state->radio.snr = BusValue::real(radio.value(u"snr"_s), -100, 100);
+}
+
+/// The band of a list of those the modem may use: which one serves it is known of a single one.
+QString bandOf(const QVariant &allowed)
+{
+    constexpr quint64 beforeLte = 30;
+    constexpr quint64 mostLte = 88;
+    constexpr quint64 beforeNr = 300;
+    constexpr quint64 mostNr = 511;
+    const QList<quint64> bands = BusValue::numbers(allowed, 2);
+    if (bands.size() != 1) {
+        return {};
+    }
+    const quint64 band = bands.constFirst();
+    if (band > beforeNr && band <= beforeNr + mostNr) {
+        return u"n%1"_s.arg(band - beforeNr);
+    }
+    return band > beforeLte && band <= beforeLte + mostLte ? u"B%1"_s.arg(band - beforeLte)
+                                                           : QString();
 }
 
 std::optional<qint64> hexNumber(const QString &text, qint64 max)
@@ -136,6 +155,7 @@ ModemManagerClient::ModemManagerClient(const QDBusConnection &bus, QObject *pare
                               u"Lte"_s,          u"Nr5g"_s,
                               u"Imsi"_s,         u"OperatorIdentifier"_s,
                               u"Imei"_s,         u"Rate"_s,
+                              u"CurrentBands"_s,
                           },
                       .ownInterfaces = {}},
                      parent)
@@ -267,9 +287,10 @@ ModemState ModemManagerClient::describe(const QString &path) const
     // With both at a time the modem may measure but one of them.
     const bool hasLte =
         state.mode == NetworkMode::Lte || (state.mode == NetworkMode::Nr && (mask & lteBits) != 0);
-    if (hasLte && !state.rsrp && !state.rsrq && !state.snr) {
+    if (hasLte && !state.radio.rsrp && !state.radio.rsrq && !state.radio.snr) {
         takeRadio(signal.value(u"Lte"_s), &state);
     }
+    state.radio.band = bandOf(modem.value(u"CurrentBands"_s));
 
     state.imsi = BusValue::digits(sim.value(u"Imsi"_s), 5, 15);
     takeOperator(sim.value(u"OperatorIdentifier"_s), &state.homeMcc, &state.homeMnc);

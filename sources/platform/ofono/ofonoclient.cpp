@@ -99,17 +99,17 @@ void takeReference(const QVariantMap &cell, ModemState *state)
     // Back ends over Android's radio layer give dBm and dB without their sign, each in the other's
     // place. No step of quality is as high as the magnitude of a power.
     if (quality && *quality > qualitySteps) {
-        state->rsrp = -static_cast<double>(*quality);
+        state->radio.rsrp = -static_cast<double>(*quality);
         if (power && *power <= qualitySteps) {
-            state->rsrq = -static_cast<double>(*power);
+            state->radio.rsrq = -static_cast<double>(*power);
         }
         return;
     }
     if (power && *power <= powerSteps) {
-        state->rsrp = static_cast<double>(*power) - 141;
+        state->radio.rsrp = static_cast<double>(*power) - 141;
     }
     if (quality) {
-        state->rsrq = static_cast<double>(*quality) / 2 - 20;
+        state->radio.rsrq = static_cast<double>(*quality) / 2 - 20;
     }
 }
 
@@ -121,7 +121,7 @@ void takeRatio(const QVariantMap &cell, ModemState *state)
     const auto ratio = BusValue::number(
         misspelt.isValid() ? misspelt : cell.value(u"SignalToNoiseRatio"_s), -200, 300);
     if (ratio) {
-        state->snr = static_cast<double>(*ratio) / 10;
+        state->radio.snr = static_cast<double>(*ratio) / 10;
     }
 }
 

@@ -109,6 +109,18 @@ public:
         return Number{-1};
     }
 
+    std::optional<std::optional<double>> numberOrUnknown(const QString &key, double from, double to)
+    {
+        if (!object.contains(key)) {
+            return std::nullopt;
+        }
+        if (!object.value(key).isNull()) {
+            return number(key, from, to);
+        }
+        take(key);
+        return std::optional<double>();
+    }
+
     std::optional<QString> text(const QString &key)
     {
         const std::optional<QJsonValue> value = take(key);
@@ -349,6 +361,10 @@ QString readLine(const QByteArray &text, PlatformScript &script)
     event.homeMnc = line.text(u"home_mnc"_s);
     event.cell = line.integerOrUnknown(u"cell"_s, maxCell);
     event.lac = line.integerOrUnknown(u"lac"_s, maxInt);
+    event.rsrp = line.numberOrUnknown(u"rsrp"_s, -200, 0);
+    event.rsrq = line.numberOrUnknown(u"rsrq"_s, -100, 50);
+    event.snr = line.numberOrUnknown(u"snr"_s, -100, 100);
+    event.band = line.text(u"band"_s);
     event.metered = line.oneOf(u"metered"_s, meterings);
     readSession(line, event);
     readDevice(line, event, script.device);

@@ -43,6 +43,11 @@ struct ScriptEvent
     std::optional<QString> homeMnc;
     std::optional<qint64> cell;
     std::optional<int> lac;
+    // An inner nothing: told as unknown.
+    std::optional<std::optional<double>> rsrp;
+    std::optional<std::optional<double>> rsrq;
+    std::optional<std::optional<double>> snr;
+    std::optional<QString> band;
     std::optional<Metered> metered;
     std::optional<Session> session;
 };

@@ -93,6 +93,10 @@ void ScriptState::applyNetwork(const ScriptEvent &event)
     take(network.homeMnc, event.homeMnc);
     takeNumber(network.cell, event.cell);
     takeNumber(network.lac, event.lac);
+    take(network.radio.rsrp, event.rsrp);
+    take(network.radio.rsrq, event.rsrq);
+    take(network.radio.snr, event.snr);
+    take(network.radio.band, event.band);
     network.codesPending = !network.hasCodes() && willTellCodes();
     take(metered, event.metered);
     Q_EMIT networkChanged();

@@ -54,6 +54,7 @@ NetworkState DeviceNetworkInfoSource::look() const
     now.homeMnc = radio.homeMnc;
     now.cell = radio.cellId;
     now.lac = radio.areaCode;
+    now.radio = radio.radio;
     now.codesPending = !now.hasCodes() && (hasModem || !modem.isComplete());
     if (isMobile(radio.mode)) {
         now.links[radio.mode] = mobile;

@@ -73,9 +73,9 @@ PlatformFacts SystemPlatform::facts() const
 {
     PlatformFacts facts;
     facts.modemService = modem->state().service;
-    facts.rsrp = modem->state().rsrp;
-    facts.rsrq = modem->state().rsrq;
-    facts.snr = modem->state().snr;
+    facts.rsrp = modem->state().radio.rsrp;
+    facts.rsrq = modem->state().radio.rsrq;
+    facts.snr = modem->state().radio.snr;
     const NetworkManagerState &state = network.state();
     takeMetered(state.metered, &facts);
     facts.connectivity = state.connectivity;

@@ -1,0 +1,67 @@
+#include "cli/output.h"
+#include "cli/program.h"
+#include "cli/trackcommands.h"
+#include "cli/trackrunner.h"
+#include "db/databasemanager.h"
+#include "platform/platform.h"
+
+namespace velometer {
+
+void Program::recordTrack()
+{
+    if (!prepareTests()) {
+        return;
+    }
+    TestRunner::Plan plan = testPlan();
+    // The track goes on meanwhile; where it is, a test finds out on the way.
+    plan.waitPosition = std::chrono::seconds(0);
+    tracker =
+        std::make_unique<TrackRunner>(options, plan, *servers, out, progress, *platform, language);
+    connect(tracker.get(), &TrackRunner::finished, this, &Program::end);
+    tracker->start();
+}
+
+ExitStatus Program::listTracks()
+{
+    if (!openStoreIfThere()) {
+        return storeFailure();
+    }
+    if (gDB->isOpen()) {
+        TrackCommands::list(options.format, out);
+    }
+    return ExitStatus::Done;
+}
+
+ExitStatus Program::exportTrack()
+{
+    if (!openStoreIfThere()) {
+        return storeFailure();
+    }
+    return gDB->isOpen() && TrackCommands::print(options.trackRow, options.format, out)
+               ? ExitStatus::Done
+               : refuse(ExitStatus::Usage, TrackCommands::missing(options.trackRow));
+}
+
+ExitStatus Program::deleteTrack()
+{
+    if (!openStoreIfThere()) {
+        return storeFailure();
+    }
+    const auto track = gDB->isOpen() ? gDB->tracks().track(options.trackRow) : std::nullopt;
+    if (!track) {
+        return refuse(ExitStatus::Usage, TrackCommands::missing(options.trackRow));
+    }
+    if (!options.yes) {
+        return refuse(ExitStatus::Usage,
+                      tr("This would delete track %1 with %2 points; say --yes to do it.")
+                          .arg(QString::number(track->row), QString::number(track->points)));
+    }
+    if (!gDB->tracks().remove(track->row)) {
+        return storeFailure();
+    }
+    out.line(tr("Deleted track %1 with %2 points.")
+                 .arg(QString::number(track->row), QString::number(track->points)));
+    return ExitStatus::Done;
+}
+
+} // namespace velometer
