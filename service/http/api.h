@@ -20,6 +20,13 @@ Handled exportTests(Connection &connection, const Request &request, Service &ser
 Handled statistics(Connection &connection, const Request &request, Service &service);
 Handled description(Connection &connection, const Request &request, Service &service);
 
+// For the owner alone: a track is where he was.
+Handled tracks(Connection &connection, const Request &request, Service &service);
+Handled track(Connection &connection, const Request &request, Service &service);
+Handled takeTrack(Connection &connection, const Request &request, Service &service);
+Handled removeTrack(Connection &connection, const Request &request, Service &service);
+Handled exportTrack(Connection &connection, const Request &request, Service &service);
+
 // For the owner alone.
 Handled deleteTest(Connection &connection, const Request &request, Service &service);
 Handled deleteTests(Connection &connection, const Request &request, Service &service);

@@ -18,13 +18,15 @@ constexpr std::size_t maxBody = 65'536;
 
 } // namespace
 
-asio::awaitable<std::variant<QJsonObject, Answer>>
-readJson(Connection &connection, const Request &request, std::chrono::milliseconds timeout)
+asio::awaitable<std::variant<std::string, Answer>> readBody(Connection &connection,
+                                                            const Request &request,
+                                                            std::chrono::milliseconds timeout,
+                                                            std::size_t most)
 {
     if (!request.contentLength) {
         co_return Answer::sentence(411, "The request must say how long its body is.");
     }
-    if (*request.contentLength > maxBody) {
+    if (*request.contentLength > most) {
         co_return Answer::sentence(413, "The request's body is too large.");
     }
     connection.expireAt(Connection::Clock::now() + timeout);
@@ -42,8 +44,19 @@ readJson(Connection &connection, const Request &request, std::chrono::millisecon
         body.append(scratch.data(), count);
     }
     body.resize(*request.contentLength);
+    co_return body;
+}
+
+asio::awaitable<std::variant<QJsonObject, Answer>>
+readJson(Connection &connection, const Request &request, std::chrono::milliseconds timeout)
+{
+    auto body = co_await readBody(connection, request, timeout, maxBody);
+    if (auto *refusal = std::get_if<Answer>(&body)) {
+        co_return std::move(*refusal);
+    }
     QJsonParseError problem;
-    const auto document = QJsonDocument::fromJson(QByteArray::fromStdString(body), &problem);
+    const auto document =
+        QJsonDocument::fromJson(QByteArray::fromStdString(std::get<std::string>(body)), &problem);
     if (problem.error != QJsonParseError::NoError || !document.isObject()) {
         co_return Answer::sentence(400, "The request's body is no JSON object.");
     }

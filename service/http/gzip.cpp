@@ -50,7 +50,7 @@ std::string gzip(std::string_view text)
     return GzipStream().add(text, true);
 }
 
-std::string gunzip(std::string_view packed)
+std::string gunzip(std::string_view packed, std::size_t most)
 {
     z_stream stream{};
     if (inflateInit2(&stream, gzipWindow) != Z_OK) {
@@ -60,7 +60,7 @@ std::string gunzip(std::string_view packed)
     stream.avail_in = static_cast<uInt>(packed.size());
     std::string text;
     int state = Z_OK;
-    while (state == Z_OK) {
+    while (state == Z_OK && text.size() <= most) {
         std::array<char, 65536> part{};
         stream.next_out = reinterpret_cast<Bytef *>(part.data());
         stream.avail_out = static_cast<uInt>(part.size());
@@ -68,7 +68,7 @@ std::string gunzip(std::string_view packed)
         text.append(part.data(), part.size() - stream.avail_out);
     }
     inflateEnd(&stream);
-    return state == Z_STREAM_END ? text : std::string();
+    return state == Z_STREAM_END && text.size() <= most ? text : std::string();
 }
 
 } // namespace velometer

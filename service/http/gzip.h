@@ -11,8 +11,8 @@ namespace velometer {
 /// @p text as gzip's format has it, for answers to clients that take it.
 std::string gzip(std::string_view text);
 
-/// The text that gzip() was given. Empty on failure.
-std::string gunzip(std::string_view packed);
+/// The text that gzip() was given. Empty on failure, and when it is longer than @p most.
+std::string gunzip(std::string_view packed, std::size_t most);
 
 /// Packs a text that comes in parts; holds a quarter of a megabyte, however long the text is.
 class GzipStream

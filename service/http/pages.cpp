@@ -25,6 +25,9 @@ namespace {
 /// Rows of a page's list: what is read at a time, and what comes over a slow link in one go.
 constexpr int rowsPerPage = 50;
 
+/// What a page loads is our own, and none of it longer.
+constexpr std::size_t largestAsset = std::size_t{1} << 26;
+
 /// After a start all reports are read for the public figures, once.
 constexpr auto statisticsTime = 60s;
 
@@ -308,7 +311,7 @@ asio::awaitable<MaybeAnswer> assetFile(Connection &, const Request &request, Ser
     if (request.acceptsGzip) {
         answer.headers += "Content-Encoding: gzip\r\n";
     } else {
-        answer.body = gunzip(answer.body);
+        answer.body = gunzip(answer.body, largestAsset);
     }
     co_return answer;
 }

@@ -4,6 +4,7 @@
 #include "reports/statistics.h"
 #include "reports/streamrecord.h"
 #include "reports/testquery.h"
+#include "track/trackpart.h"
 
 #include <QList>
 #include <QString>
@@ -114,6 +115,32 @@ public:
     virtual void shares(qint64 userId, qint64 now, Answer<QList<Share>> done) = 0;
     /// False when there is none of that key.
     virtual void removeShare(qint64 userId, const QString &key, Answer<bool> done) = 0;
+
+    // Tracks: points in their order, which only ever grow at their end.
+
+    enum class TrackState {
+        Taken,   ///< committed to disk
+        Gap,     ///< the part begins beyond the points that are here
+        Full,    ///< the user has as many tracks as are kept
+        Deleted, ///< the user has had everything deleted
+    };
+    struct TrackTaken
+    {
+        TrackState state = TrackState::Taken;
+        qint64 points = 0; ///< that are here now
+    };
+    static constexpr qint64 maxTracks = 1'000; ///< of one user
+
+    /// Puts the points of @p part behind those that are here; what came before is not kept twice.
+    virtual void takeTrack(qint64 userId, const TrackPart &part, Answer<TrackTaken> done) = 0;
+    /// The newest first.
+    virtual void tracks(qint64 userId, Answer<QList<Track>> done) = 0;
+    /// As many points as are kept together, from number @p first of the track on; without points
+    /// behind its end. An empty list where there is no such track.
+    virtual void trackPart(qint64 userId, const QString &id, qint64 first,
+                           Answer<QList<TrackPart>> done) = 0;
+    /// False when there is none.
+    virtual void removeTrack(qint64 userId, const QString &id, Answer<bool> done) = 0;
 
     /// Figures of all users that may be public, some minutes old at most. After a start this may
     /// take a while; nothing else waits for it.

@@ -54,6 +54,11 @@ public:
     void addShare(qint64 userId, const Share &share, Answer<bool> done) override;
     void shares(qint64 userId, qint64 now, Answer<QList<Share>> done) override;
     void removeShare(qint64 userId, const QString &key, Answer<bool> done) override;
+    void takeTrack(qint64 userId, const TrackPart &part, Answer<TrackTaken> done) override;
+    void tracks(qint64 userId, Answer<QList<Track>> done) override;
+    void trackPart(qint64 userId, const QString &id, qint64 first,
+                   Answer<QList<TrackPart>> done) override;
+    void removeTrack(qint64 userId, const QString &id, Answer<bool> done) override;
     void statistics(StatisticsBy by, Answer<Statistics> done) override;
     void ping(std::function<void(QString)> done) override;
     void close(std::chrono::steady_clock::time_point deadline) override;
@@ -115,5 +120,20 @@ private:
     QString lastReason; ///< of the latest of them
     std::vector<std::thread> threads;
 };
+
+template <typename Value>
+void SqliteReportStore::ask(Queue &queue,
+                            std::function<std::optional<Value>(SqliteConnection &)> query,
+                            Answer<Value> done)
+{
+    auto value = std::make_shared<std::optional<Value>>();
+    enqueue(queue, {[query = std::move(query), value](SqliteConnection &connection) {
+                        *value = query(connection);
+                        return value->has_value();
+                    },
+                    [value, done = std::move(done)](bool worked) {
+                        done(worked ? std::move(*value) : std::nullopt);
+                    }});
+}
 
 } // namespace velometer

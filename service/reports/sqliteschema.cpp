@@ -84,6 +84,20 @@ const QList<QStringList> &migrations()
          "reports.userid = streams.userid AND reports.seriesid = streams.seriesid AND "
          "reports.testid = streams.testid)"_s},
         {u"ALTER TABLE streams ADD COLUMN kernel TEXT NOT NULL DEFAULT ''"_s},
+        // A track's points come and stay in parts. What its cells heard is counted once, when they
+        // come: nobody reads all points for a figure.
+        {u"CREATE TABLE tracks("
+         "id INTEGER PRIMARY KEY, userid INTEGER NOT NULL REFERENCES users(id), "
+         "track TEXT NOT NULL, started INTEGER NOT NULL, ended INTEGER, points INTEGER NOT NULL, "
+         "UNIQUE(userid, track))"_s,
+         u"CREATE TABLE trackparts("
+         "id INTEGER PRIMARY KEY, trackid INTEGER NOT NULL REFERENCES tracks(id), "
+         "first INTEGER NOT NULL, document BLOB NOT NULL, UNIQUE(trackid, first))"_s,
+         u"CREATE TABLE trackcells("
+         "id INTEGER PRIMARY KEY AUTOINCREMENT, trackid INTEGER NOT NULL REFERENCES tracks(id), "
+         "latitude REAL NOT NULL, longitude REAL NOT NULL, type INTEGER NOT NULL, "
+         "rsrp INTEGER NOT NULL, points INTEGER NOT NULL)"_s,
+         u"CREATE INDEX trackcells_by_track ON trackcells(trackid)"_s},
     };
     return steps;
 }

@@ -2,6 +2,7 @@
 #include "ops/log.h"
 #include "reports/sqlitereportstore.h"
 #include "reports/testqueries.h"
+#include "reports/trackqueries.h"
 #include "reports/userqueries.h"
 
 #include <QDateTime>
@@ -11,21 +12,6 @@
 using namespace Qt::StringLiterals;
 
 namespace velometer {
-
-template <typename Value>
-void SqliteReportStore::ask(Queue &queue,
-                            std::function<std::optional<Value>(SqliteConnection &)> query,
-                            Answer<Value> done)
-{
-    auto value = std::make_shared<std::optional<Value>>();
-    enqueue(queue, {[query = std::move(query), value](SqliteConnection &connection) {
-                        *value = query(connection);
-                        return value->has_value();
-                    },
-                    [value, done = std::move(done)](bool worked) {
-                        done(worked ? std::move(*value) : std::nullopt);
-                    }});
-}
 
 template <typename Value>
 void SqliteReportStore::compute(const TestScope &scope, const QString &question,
@@ -242,6 +228,45 @@ void SqliteReportStore::finishDeletions()
             });
         }
     });
+}
+
+void SqliteReportStore::takeTrack(qint64 userId, const TrackPart &part, Answer<TrackTaken> done)
+{
+    ask<TrackTaken>(
+        writes,
+        [userId, part](SqliteConnection &connection) {
+            return TrackQueries::take(connection, userId, part);
+        },
+        std::move(done));
+}
+
+void SqliteReportStore::tracks(qint64 userId, Answer<QList<Track>> done)
+{
+    ask<QList<Track>>(
+        reads,
+        [userId](SqliteConnection &connection) { return TrackQueries::all(connection, userId); },
+        std::move(done));
+}
+
+void SqliteReportStore::trackPart(qint64 userId, const QString &id, qint64 first,
+                                  Answer<QList<TrackPart>> done)
+{
+    ask<QList<TrackPart>>(
+        reads,
+        [userId, id, first](SqliteConnection &connection) {
+            return TrackQueries::part(connection, userId, id, first);
+        },
+        std::move(done));
+}
+
+void SqliteReportStore::removeTrack(qint64 userId, const QString &id, Answer<bool> done)
+{
+    ask<bool>(
+        writes,
+        [userId, id](SqliteConnection &connection) {
+            return TrackQueries::remove(connection, userId, id);
+        },
+        std::move(done));
 }
 
 void SqliteReportStore::addShare(qint64 userId, const Share &share, Answer<bool> done)

@@ -70,48 +70,70 @@ bool isHost(const QString &name)
 
 } // namespace
 
-void StatisticsTable::Histogram::add(qint64 user, const std::optional<qint64> &value)
+void StatisticsTable::Counts::add(qint64 user, int bin, qint64 times)
 {
-    if (!value || *value < 1) {
-        return;
-    }
-    ++bins[binOf(*value)];
-    ++count;
+    bins[bin] += times;
+    count += times;
     if (users.size() < Statistics::minUsers && std::ranges::find(users, user) == users.end()) {
         users.push_back(user);
     }
 }
 
-/// Of the value in the middle of that share.
-qint64 StatisticsTable::Histogram::at(double share) const
+bool StatisticsTable::Counts::mayBeTold() const
+{
+    return count >= Statistics::minTests && users.size() >= Statistics::minUsers;
+}
+
+/// The bin of the value in the middle of that share.
+int StatisticsTable::Counts::at(double share) const
 {
     const auto wanted = static_cast<qint64>(std::llround(share * static_cast<double>(count - 1)));
     qint64 passed = 0;
     for (const auto &[bin, tests] : bins) {
         passed += tests;
         if (passed > wanted) {
-            return middleOf(bin);
+            return bin;
         }
     }
     return 0;
 }
 
+void StatisticsTable::Histogram::add(qint64 user, const std::optional<qint64> &value)
+{
+    if (value && *value > 0) {
+        Counts::add(user, binOf(*value), 1);
+    }
+}
+
 std::optional<Statistics::Figure> StatisticsTable::Histogram::figure() const
 {
-    if (count < Statistics::minTests || users.size() < Statistics::minUsers) {
-        return std::nullopt;
-    }
-    return Statistics::Figure{.count = count, .p10 = at(0.1), .median = at(0.5), .p90 = at(0.9)};
+    return mayBeTold() ? std::optional(Statistics::Figure{.count = count,
+                                                          .p10 = middleOf(at(0.1)),
+                                                          .median = middleOf(at(0.5)),
+                                                          .p90 = middleOf(at(0.9))})
+                       : std::nullopt;
+}
+
+std::optional<Statistics::Figure> StatisticsTable::Levels::figure() const
+{
+    return mayBeTold() ? std::optional(Statistics::Figure{
+                             .count = count, .p10 = at(0.1), .median = at(0.5), .p90 = at(0.9)})
+                       : std::nullopt;
+}
+
+StatisticsTable::Group *StatisticsTable::group(StatisticsBy by, const QString &key)
+{
+    const auto place = std::pair(by, key);
+    return groups.size() < maxGroups || groups.contains(place) ? &groups[place] : nullptr;
 }
 
 void StatisticsTable::count(StatisticsBy by, const QString &key, const Test &test)
 {
-    const auto place = std::pair(by, key);
-    if (groups.size() >= maxGroups && !groups.contains(place)) {
+    Group *const found = group(by, key);
+    if (!found) {
         return;
     }
-    Group &group = groups[place];
-    for (Histograms *histograms : {&group.all, &group.types[test.type]}) {
+    for (Histograms *histograms : {&found->all, &found->types[test.type]}) {
         histograms->at(0).add(test.user, test.download);
         histograms->at(1).add(test.user, test.upload);
         histograms->at(2).add(test.user, test.rtt);
@@ -132,8 +154,25 @@ void StatisticsTable::add(const Test &test)
     if (isHost(test.server)) {
         count(StatisticsBy::Server, test.server, test);
     }
-    if (test.latitude && test.longitude && std::abs(*test.latitude) < maxLatitude) {
-        count(StatisticsBy::Cell, cellKey(*test.latitude, *test.longitude), test);
+    const QString cell =
+        test.latitude && test.longitude ? cellOf(*test.latitude, *test.longitude) : QString();
+    if (!cell.isEmpty()) {
+        count(StatisticsBy::Cell, cell, test);
+    }
+}
+
+QString StatisticsTable::cellOf(double latitude, double longitude)
+{
+    return std::abs(latitude) < maxLatitude ? cellKey(latitude, longitude) : QString();
+}
+
+void StatisticsTable::add(const Signal &heard)
+{
+    const QString cell = cellOf(heard.latitude, heard.longitude);
+    Group *const found = cell.isEmpty() ? nullptr : group(StatisticsBy::Cell, cell);
+    if (found) {
+        found->all.rsrp.add(heard.user, heard.rsrp, heard.points);
+        found->types[heard.type].rsrp.add(heard.user, heard.rsrp, heard.points);
     }
 }
 
@@ -149,11 +188,12 @@ Statistics StatisticsTable::figures(StatisticsBy by) const
                                 .place = {},
                                 .download = histograms.at(0).figure(),
                                 .upload = histograms.at(1).figure(),
-                                .rtt = histograms.at(2).figure()};
+                                .rtt = histograms.at(2).figure(),
+                                .rsrp = histograms.rsrp.figure()};
             if (by == StatisticsBy::Cell) {
                 row.place = placeOf(key);
             }
-            if (row.download || row.upload || row.rtt) {
+            if (row.download || row.upload || row.rtt || row.rsrp) {
                 result.rows += row;
             }
         };

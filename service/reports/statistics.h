@@ -33,6 +33,7 @@ struct Statistics
         std::optional<ConnectionClass> type; ///< nothing: all types
         std::optional<Place> place;          ///< of a cell
         std::optional<Figure> download, upload, rtt;
+        std::optional<Figure> rsrp; ///< of tracks, in a cell: dBm; counts points
     };
     static constexpr qint64 minTests = 10;
     static constexpr std::size_t minUsers = 3;
@@ -58,27 +59,56 @@ public:
     };
     void add(const Test &test);
 
+    /// What tracks heard in a cell: @p points at @p rsrp dBm.
+    struct Signal
+    {
+        qint64 user = 0;
+        ConnectionClass type = ConnectionClass::Other;
+        double latitude = 0, longitude = 0;
+        int rsrp = 0;
+        qint64 points = 0;
+    };
+    void add(const Signal &heard);
+
+    /// The key of the cell around a place; empty near the poles.
+    static QString cellOf(double latitude, double longitude);
+
     /// Without the time.
     Statistics figures(StatisticsBy by) const;
 
 private:
-    struct Histogram
+    /// How often what was counted, by whom.
+    struct Counts
     {
         std::map<int, qint64> bins;
         qint64 count = 0;
         std::vector<qint64> users; ///< the first of them, as many as are needed
 
+        void add(qint64 user, int bin, qint64 times);
+        bool mayBeTold() const;
+        int at(double share) const;
+    };
+    struct Histogram : Counts
+    {
         void add(qint64 user, const std::optional<qint64> &value);
         std::optional<Statistics::Figure> figure() const;
-        qint64 at(double share) const;
     };
-    using Histograms = std::array<Histogram, 3>;
+    /// Of whole dBm, each a bin.
+    struct Levels : Counts
+    {
+        std::optional<Statistics::Figure> figure() const;
+    };
+    struct Histograms : std::array<Histogram, 3>
+    {
+        Levels rsrp;
+    };
     struct Group
     {
         Histograms all;
         std::map<ConnectionClass, Histograms> types;
     };
     void count(StatisticsBy by, const QString &key, const Test &test);
+    Group *group(StatisticsBy by, const QString &key);
 
     std::map<std::pair<StatisticsBy, QString>, Group> groups;
 };

@@ -52,16 +52,36 @@ bool StatisticsReader::refresh(SqliteConnection &connection, const std::function
             rebuilt.reset();
             return false;
         }
-        filled.add({.user = query->value(0).toLongLong(),
-                    .time = query->value(1).toLongLong(),
-                    .type = ConnectionClasses::ofNumber(query->value(2).toInt()),
-                    .operatorCode = query->value(3).toString(),
-                    .server = query->value(4).toString(),
-                    .latitude = optionalReal(query->value(5)),
-                    .longitude = optionalReal(query->value(6)),
-                    .download = optionalNumber(query->value(7)),
-                    .upload = optionalNumber(query->value(8)),
-                    .rtt = optionalNumber(query->value(9))});
+        filled.add(
+            StatisticsTable::Test{.user = query->value(0).toLongLong(),
+                                  .time = query->value(1).toLongLong(),
+                                  .type = ConnectionClasses::ofNumber(query->value(2).toInt()),
+                                  .operatorCode = query->value(3).toString(),
+                                  .server = query->value(4).toString(),
+                                  .latitude = optionalReal(query->value(5)),
+                                  .longitude = optionalReal(query->value(6)),
+                                  .download = optionalNumber(query->value(7)),
+                                  .upload = optionalNumber(query->value(8)),
+                                  .rtt = optionalNumber(query->value(9))});
+    }
+    // Of cells, a few hundred a track.
+    auto heard = connection.select(
+        u"SELECT t.userid, c.type, c.latitude, c.longitude, c.rsrp, c.points, c.id FROM trackcells "
+        "c JOIN tracks t ON t.id = c.trackid WHERE c.id > ? ORDER BY c.id"_s,
+        {whole ? 0 : lastCell});
+    if (!heard) {
+        rebuilt.reset();
+        return false;
+    }
+    while (heard->next()) {
+        filled.add(
+            StatisticsTable::Signal{.user = heard->value(0).toLongLong(),
+                                    .type = ConnectionClasses::ofNumber(heard->value(1).toInt()),
+                                    .latitude = heard->value(2).toDouble(),
+                                    .longitude = heard->value(3).toDouble(),
+                                    .rsrp = heard->value(4).toInt(),
+                                    .points = heard->value(5).toLongLong()});
+        lastCell = heard->value(6).toLongLong();
     }
     if (whole) {
         table = std::move(fresh);

@@ -30,6 +30,7 @@ private:
     std::optional<Clock::time_point> refreshed, rebuilt;
     qint64 updated = 0;
     qint64 lastId = 0;
+    qint64 lastCell = 0;
     qint64 changes = 0; ///< of all users, when it was built
 };
 

@@ -1,6 +1,7 @@
 #include "reports/userqueries.h"
 
 #include "reports/testqueries.h"
+#include "reports/trackqueries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -149,6 +150,12 @@ std::optional<qint64> eraseSome(SqliteConnection &connection, qint64 userId)
         return std::nullopt;
     }
     const qint64 count = streams->numRowsAffected();
+    if (count == 0) {
+        const auto track = TrackQueries::removeAny(connection, userId);
+        if (!track || *track) {
+            return track ? std::optional<qint64>(1) : std::nullopt;
+        }
+    }
     if (count == 0 &&
         !connection.execute(u"UPDATE users SET erased = 1 WHERE id = ?"_s, {userId})) {
         return std::nullopt;
