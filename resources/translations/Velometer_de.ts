@@ -303,6 +303,14 @@ es nur, was es löschen würde.</translation>
         <source>the ID of a track, as tracks lists it</source>
         <translation>die ID eines Tracks, wie tracks sie auflistet</translation>
     </message>
+    <message>
+        <source>the track stays on this device; else the service shows it on your page</source>
+        <translation>der Track bleibt auf diesem Gerät; sonst zeigt ihn der Dienst auf Ihrer Seite</translation>
+    </message>
+    <message>
+        <source>first bring those to the service that it does not have</source>
+        <translation>zuerst jene zum Dienst bringen, die er noch nicht hat</translation>
+    </message>
 </context>
 <context>
     <name>DataBudget</name>
@@ -2803,6 +2811,41 @@ orvak verfassen</translation>
     <message>
         <source>Track %1: %2 in %3, %4 points, %5 tests</source>
         <translation>Track %1: %2 in %3, %4 Punkte, %5 Tests</translation>
+    </message>
+    <message>
+        <source>tracks --send tries it again.</source>
+        <translation>tracks --send versucht es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Bringing the track to the service</source>
+        <translation>Der Track geht an den Dienst</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::TrackUpload</name>
+    <message>
+        <source>The service does not know you yet: run one test, then send the track.</source>
+        <translation>Der Dienst kennt Sie noch nicht: Machen Sie einen Test und senden Sie dann den Track.</translation>
+    </message>
+    <message>
+        <source>The service does not keep the track.</source>
+        <translation>Der Dienst behält den Track nicht.</translation>
+    </message>
+    <message>
+        <source>The service cannot be reached; the track waits for it.</source>
+        <translation>Der Dienst ist nicht erreichbar; der Track wartet auf ihn.</translation>
+    </message>
+    <message>
+        <source>The service did not take the track (%1).</source>
+        <translation>Der Dienst hat den Track nicht angenommen (%1).</translation>
+    </message>
+    <message>
+        <source>The service did not take the track: %1</source>
+        <translation>Der Dienst hat den Track nicht angenommen: %1</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be opened or written.</source>
+        <translation>Die Resultate in %1 lassen sich nicht öffnen oder schreiben.</translation>
     </message>
 </context>
 <context>

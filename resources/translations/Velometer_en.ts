@@ -301,6 +301,14 @@ says what it would delete.</translation>
         <source>the ID of a track, as tracks lists it</source>
         <translation>the ID of a track, as tracks lists it</translation>
     </message>
+    <message>
+        <source>the track stays on this device; else the service shows it on your page</source>
+        <translation>the track stays on this device; else the service shows it on your page</translation>
+    </message>
+    <message>
+        <source>first bring those to the service that it does not have</source>
+        <translation>first bring those to the service that it does not have</translation>
+    </message>
 </context>
 <context>
     <name>DataBudget</name>
@@ -2801,6 +2809,41 @@ to orvak</translation>
     <message>
         <source>Track %1: %2 in %3, %4 points, %5 tests</source>
         <translation>Track %1: %2 in %3, %4 points, %5 tests</translation>
+    </message>
+    <message>
+        <source>tracks --send tries it again.</source>
+        <translation>tracks --send tries it again.</translation>
+    </message>
+    <message>
+        <source>Bringing the track to the service</source>
+        <translation>Bringing the track to the service</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::TrackUpload</name>
+    <message>
+        <source>The service does not know you yet: run one test, then send the track.</source>
+        <translation>The service does not know you yet: run one test, then send the track.</translation>
+    </message>
+    <message>
+        <source>The service does not keep the track.</source>
+        <translation>The service does not keep the track.</translation>
+    </message>
+    <message>
+        <source>The service cannot be reached; the track waits for it.</source>
+        <translation>The service cannot be reached; the track waits for it.</translation>
+    </message>
+    <message>
+        <source>The service did not take the track (%1).</source>
+        <translation>The service did not take the track (%1).</translation>
+    </message>
+    <message>
+        <source>The service did not take the track: %1</source>
+        <translation>The service did not take the track: %1</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be opened or written.</source>
+        <translation>The results in %1 cannot be opened or written.</translation>
     </message>
 </context>
 <context>

@@ -66,6 +66,8 @@ public:
     StoredTest storedTest;
     TrackRecorder::Plan track;
     std::chrono::seconds duration{0}; ///< of a track; 0: until it is interrupted
+    bool isLocal = false;             ///< the track stays on this device
+    bool send = false;                ///< the tracks that wait
     qulonglong trackRow = 0;          ///< a stored track; 0: none was named
     QString configFile;               ///< empty for the usual places
     QString dataDir;                  ///< empty for the usual place

@@ -2,6 +2,7 @@
 
 #include "app/desktopopener.h"
 #include "app/serverselection.h"
+#include "app/trackupload.h"
 #include "app/userpage.h"
 #include "cli/devicecontext.h"
 #include "cli/pageprinter.h"
@@ -94,7 +95,7 @@ void Program::start()
     case Command::Page: return end(showPage());
     case Command::Clear: return end(clearStore());
     case Command::Track: return recordTrack();
-    case Command::Tracks: return end(listTracks());
+    case Command::Tracks: return listTracks();
     case Command::DeleteTrack: return end(deleteTrack());
     }
 }

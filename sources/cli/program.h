@@ -49,12 +49,13 @@ private:
     ExitStatus listServers();
     ExitStatus clearStore();
     ExitStatus showPage();
-    ExitStatus listTracks();
     ExitStatus exportTrack();
     ExitStatus deleteTrack();
     // Commands that take their time, and end in end().
     void runTests();
     void recordTrack();
+    void listTracks();
+    void printTracks(ExitStatus status);
     void resendReports();
     void describeContext();
     void startSeries();
@@ -86,6 +87,7 @@ private:
     std::unique_ptr<TestIds> ids;
     std::unique_ptr<TestRunner> runner;
     std::unique_ptr<TrackRunner> tracker;
+    std::unique_ptr<class TrackUpload> upload;
     std::unique_ptr<class DeviceContext> context;
 };
 

@@ -1,3 +1,4 @@
+#include "app/trackupload.h"
 #include "cli/output.h"
 #include "cli/program.h"
 #include "cli/trackcommands.h"
@@ -21,15 +22,31 @@ void Program::recordTrack()
     tracker->start();
 }
 
-ExitStatus Program::listTracks()
+void Program::listTracks()
 {
     if (!openStoreIfThere()) {
-        return storeFailure();
+        return end(storeFailure());
     }
+    if (!gDB->isOpen() || !options.send) {
+        return printTracks(ExitStatus::Done);
+    }
+    upload = std::make_unique<TrackUpload>(nullptr);
+    connect(upload.get(), &TrackUpload::ended, this, [this](const TrackUpload::Outcome &outcome) {
+        if (outcome.problem.isEmpty()) {
+            return printTracks(ExitStatus::Done);
+        }
+        printTracks(refuse(outcome.answered ? ExitStatus::Broken : ExitStatus::Unreachable,
+                           outcome.problem));
+    });
+    upload->start();
+}
+
+void Program::printTracks(ExitStatus status)
+{
     if (gDB->isOpen()) {
         TrackCommands::list(options.format, out);
     }
-    return ExitStatus::Done;
+    end(status);
 }
 
 ExitStatus Program::exportTrack()

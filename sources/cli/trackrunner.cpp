@@ -39,12 +39,14 @@ TrackRunner::TrackRunner(CommandLine commandLine, const TestRunner::Plan &tests,
     , runner(tests, servers, printer, progressLine, platform)
     , recorder(*runner.getController().getLocationHelper(),
                *runner.getController().getNetWorkInfoHelper(), StartUp::trackLockFile(), nullptr)
+    , upload(nullptr)
     , format(options.format == Format::Csv ? TrackFormat::Kind::Csv : TrackFormat::Kind::Json, {})
 {
     connect(&runner, &TestRunner::finished, this, &TrackRunner::testFinished);
     connect(&recorder, &TrackRecorder::pointKept, this, &TrackRunner::pointKept);
     connect(&recorder, &TrackRecorder::testDue, this, &TrackRunner::runTest);
     connect(&recorder, &TrackRecorder::ended, this, &TrackRunner::recordingEnded);
+    connect(&upload, &TrackUpload::ended, this, &TrackRunner::uploadEnded);
     connect(&recorder, &TrackRecorder::storeWaiting, this, [this] {
         progress.message(tr("Another program holds the results; points wait for it."));
     });
@@ -175,6 +177,17 @@ void TrackRunner::recordingEnded(bool stored)
     finish();
 }
 
+void TrackRunner::uploadEnded(const TrackUpload::Outcome &outcome)
+{
+    progress.clear();
+    // It is in the store: that it waits there is worth a word and no failure.
+    if (!outcome.problem.isEmpty()) {
+        progress.message(outcome.problem);
+        progress.message(tr("tracks --send tries it again."));
+    }
+    finish();
+}
+
 QString TrackRunner::summary() const
 {
     const Track track = recorder.getTrack();
@@ -193,9 +206,14 @@ QString TrackRunner::length(double metres)
 
 void TrackRunner::finish()
 {
-    if (!recorded || testing || std::exchange(isFinished, true)) {
+    if (!recorded || testing || upload.isActive() || isFinished) {
         return;
     }
+    if (status != ExitStatus::Store && !options.isLocal && !std::exchange(offered, true)) {
+        progress.setStatus(tr("Bringing the track to the service"));
+        return upload.start(recorder.getTrack().row);
+    }
+    isFinished = true;
     const ExitStatus reason = stopStatus.value_or(ExitStatus::Done);
     Q_EMIT finished(reason == ExitStatus::Done ? status : reason);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/trackrecorder.h"
+#include "app/trackupload.h"
 #include "cli/commandline.h"
 #include "cli/exitstatus.h"
 #include "cli/testprinter.h"
@@ -52,6 +53,7 @@ private:
     void runTest();
     void testFinished(ExitStatus testStatus);
     void recordingEnded(bool stored);
+    void uploadEnded(const TrackUpload::Outcome &outcome);
     void end(ExitStatus reason);
     void finish();
     QString summary() const;
@@ -62,11 +64,13 @@ private:
     TestPrinter printer;
     TestRunner runner;
     TrackRecorder recorder;
+    TrackUpload upload;
     TrackFormat format;
     ClockTimer duration;
     bool testedBefore = false;
     bool testing = false;
     bool recorded = false; ///< the recording has ended
+    bool offered = false;  ///< the track, to the service
     bool isFinished = false;
     ExitStatus status = ExitStatus::Done;
     std::optional<ExitStatus> stopStatus;

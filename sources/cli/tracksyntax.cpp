@@ -71,6 +71,16 @@ void CommandSyntax::addTrackOptions()
              [](const QString &text) { return OptionValues::seconds(text, longestTestInterval); },
              tr("seconds from 1 to %1").arg(longestTestInterval), &result.duration),
          {u"track"_s}});
+    syntax.add({u"--local"_s,
+                {},
+                tr("the track stays on this device; else the service shows it on your page"),
+                Takes::flag(&result.isLocal),
+                {u"track"_s}});
+    syntax.add({u"--send"_s,
+                {},
+                tr("first bring those to the service that it does not have"),
+                Takes::flag(&result.send),
+                {u"tracks"_s}});
     syntax.add(
         {u"--track"_s,
          u"ID"_s,
