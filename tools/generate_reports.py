@@ -301,6 +301,21 @@ def document(test, salt):
         e("JavaConsoleOutput", text["Log"]) + "<AccessInfo>###SERVER_ACCESSINFO###</AccessInfo></PerformanceIPhone>")
 
 
+def drive(seed, started, points=400):
+    """A part of a track for the interface: through LTE, 5G and 3G, with a gap after the first half."""
+    rng = random.Random(seed)
+    rows, rsrp = [], -85.0
+    for i in range(points):
+        mode = ("LteMode", "NrMode", "LteMode", "WcdmaMode")[i * 4 // points]
+        rsrp = min(max(rsrp + rng.uniform(-4, 4), -120), -70)
+        rows.append([started + i * 1000, 0 if i < points // 2 else 1, round(47.0 + i * 0.0004, 6),
+                     round(8.2 + seed * 0.1 + math.sin(i / 40) * 0.05, 6), mode, 70,
+                     None if mode == "WcdmaMode" else round(rsrp, 1)])
+    return {"schema_version": 1, "started_ms": started, "ended_ms": started + points * 1000, "first": 0,
+            "columns": ["time_ms", "segment", "latitude", "longitude", "mode", "signal_percent", "rsrp_dbm"],
+            "points": rows}
+
+
 def store_streams(database, tests):
     """The streams behind @p tests, as if the service at @p database had served them just now."""
     now = int(time.time() * 1000)

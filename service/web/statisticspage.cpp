@@ -106,7 +106,7 @@ std::string StatisticsPage::toHtml(const TileSource &tiles) const
              << Texts::download
              << "</figcaption><div class=\"plot\"></div></figure></section>\n<section class=\"card "
                 "scripted mapcard\"><h2>"
-             << Texts::map << "</h2><div id=\"map\"></div>";
+             << Texts::map << "</h2><div class=\"tools\"></div><div id=\"map\"></div>";
         writeFiles(html, u"cell"_s);
         html << "</section></div>\n";
         writeTable(html, types, u"type"_s, Texts::byType, Texts::connection);

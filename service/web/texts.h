@@ -132,6 +132,10 @@ inline constexpr Phrase spreadHint{
     "Kasten: die mittlere Hälfte; Striche: kleinster bis grösster Wert. Logarithmische "
     "Skala."};
 inline constexpr Phrase map{"Map", "Karte"};
+inline constexpr Phrase tracks{"Tracks", "Tracks"};
+inline constexpr Phrase tracksHint{
+    "Recorded ways with the network heard on them. Nobody but you sees them.",
+    "Aufgezeichnete Wege mit dem Netz, das dort zu hören war. Nur Sie sehen sie."};
 inline constexpr Phrase mapHint{"The same tests are listed in the table below.",
                                 "Dieselben Tests stehen unten in der Tabelle."};
 inline constexpr Phrase needsScript{

@@ -142,6 +142,11 @@ std::string UserPage::toHtml(const TileSource &tiles) const
     } else {
         SummaryTable::writeCards(html, summary);
         writeCharts(html, *this);
+        if (viewer.isOwner()) {
+            html << "<section class=\"card\" id=\"tracks\" hidden><h2>" << Texts::tracks
+                 << "</h2><ul class=\"tracks\"></ul><p class=\"quiet small\">" << Texts::tracksHint
+                 << "</p></section>\n";
+        }
         html << "<section class=\"card\" id=\"tests\"><h2>" << Texts::list << "</h2>\n";
         TestList::write(html, viewer, filter, order, tests, start);
         html << "</section>\n";

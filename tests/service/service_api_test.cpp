@@ -240,7 +240,9 @@ private Q_SLOTS:
         const QByteArray packed =
             service->exchange(question.replace("Host:", "Accept-Encoding: gzip\r\nHost:"));
         QVERIFY(packed.contains("\r\nContent-Encoding: gzip\r\n"));
-        QCOMPARE(QByteArray::fromStdString(gunzip(unchunked(bodyOf(packed)).toStdString(), 1 << 24)), whole);
+        QCOMPARE(
+            QByteArray::fromStdString(gunzip(unchunked(bodyOf(packed)).toStdString(), 1 << 24)),
+            whole);
     }
 
     void answersWhoIsLateAndWhoseDeletionTakesLong()

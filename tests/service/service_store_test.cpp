@@ -102,7 +102,8 @@ private Q_SLOTS:
 
         store.reset();
         sql(file,
-            {u"DROP TABLE streams"_s, u"DROP TABLE shares"_s, u"DROP TABLE report_ids"_s,
+            {u"DROP TABLE trackcells"_s, u"DROP TABLE trackparts"_s, u"DROP TABLE tracks"_s,
+             u"DROP TABLE streams"_s, u"DROP TABLE shares"_s, u"DROP TABLE report_ids"_s,
              u"DROP INDEX reports_figures"_s, u"DROP INDEX reports_unfilled"_s,
              u"DROP INDEX reports_by_user"_s, u"DROP INDEX users_to_erase"_s,
              u"UPDATE reports SET download_avg = 5, document = CASE seriesid WHEN 7 THEN "
@@ -128,7 +129,7 @@ private Q_SLOTS:
         QCOMPARE(userOf(store, u"b"_s).lastSeries, 0);
         QCOMPARE(testsOf(store, first.id).size(), 2);
         store.reset();
-        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 5);
+        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 6);
         QCOMPARE(sql(file, {u"SELECT group_concat(seriesid) FROM reports WHERE verified"_s}), 7);
     }
 
@@ -350,6 +351,72 @@ private Q_SLOTS:
                  0);
         QCOMPARE(put(store, report(7, 1, 12)), ReportStore::Outcome::Stored);
         QCOMPARE(sql(file, {u"SELECT id FROM reports"_s}), 204);
+    }
+
+    /// @p points in a cell of their own, heard at -100 dBm and up.
+    static TrackPart heard(const QString &id, int points)
+    {
+        TrackPart part;
+        part.track.id = id;
+        for (int i = 0; i < points; ++i) {
+            TrackPoint point;
+            point.time = 1 + i;
+            point.latitude = 47.0;
+            point.longitude = 8.5;
+            point.mode = u"LteMode"_s;
+            point.rsrp = -100 + i;
+            part.points += point;
+        }
+        return part;
+    }
+
+    void publishesTheSignalThatTracksOfSeveralUsersHeard()
+    {
+        Store store = open();
+        const auto take = [&](qint64 user, const TrackPart &part) {
+            return answer<ReportStore::TrackTaken>(
+                [&](auto done) { store->takeTrack(user, part, done); });
+        };
+        const auto cells = [&] {
+            return answer<Statistics>(
+                       [&](auto done) { store->statistics(StatisticsBy::Cell, done); })
+                .rows;
+        };
+        QCOMPARE(take(1, heard(u"a"_s, 4)).state,
+                 ReportStore::TrackState::Deleted); // not known yet
+        for (int user = 1; user <= 3; ++user) {
+            put(store, report(user, 1, 10));
+            QCOMPARE(take(user, heard(u"a"_s, 4)).points, 4);
+            // Again, as after an answer that was lost: nothing counts twice.
+            QCOMPARE(take(user, heard(u"a"_s, 4)).points, 4);
+        }
+        const auto rows = cells();
+        QCOMPARE(rows.size(), 2); // all types, and LTE
+        QVERIFY(rows[0].rsrp && !rows[0].download);
+        QCOMPARE(rows[0].rsrp->count, 12);
+        QCOMPARE(rows[0].rsrp->median, -98);
+        QCOMPARE(rows[0].rsrp->p90, -97);
+
+        // Long ones come back in their parts, the greatest number of tracks is kept, and all of it
+        // goes with the user.
+        TrackPart more = heard(u"a"_s, 6);
+        QCOMPARE(take(1, more).points, 6);
+        QList<TrackPart> part =
+            answer<QList<TrackPart>>([&](auto done) { store->trackPart(1, u"a"_s, 0, done); });
+        QVERIFY(part.size() == 1 && part[0].points == more.points.mid(0, 4));
+        part = answer<QList<TrackPart>>([&](auto done) { store->trackPart(1, u"a"_s, 4, done); });
+        QVERIFY(part.size() == 1 && part[0].points == more.points.mid(4));
+        for (qint64 i = 1; i < ReportStore::maxTracks; ++i) {
+            QCOMPARE(take(1, heard(QString::number(i), 1)).points, 1);
+        }
+        QCOMPARE(take(1, heard(u"b"_s, 1)).state, ReportStore::TrackState::Full);
+        QCOMPARE(take(1, more).points, 6);
+        QVERIFY(answer<qint64>([&](auto done) { store->deleteUser(1, done); }) > 0);
+        QCOMPARE(take(1, more).state, ReportStore::TrackState::Deleted);
+        store.reset();
+        QCOMPARE(sql(file, {u"SELECT (SELECT count(*) FROM tracks) || ' ' || (SELECT count(*) FROM "
+                            "trackparts) || ' ' || (SELECT sum(points) FROM trackcells)"_s}),
+                 u"2 2 8"_s);
     }
 
     void publishesFiguresOfVerifiedTestsOfSeveralUsers()

@@ -12,7 +12,7 @@ import unittest
 import urllib.parse
 
 from browser import Browser, Service, TileHost
-from generate_reports import DAY, Generator, document, fill, midnight, post
+from generate_reports import DAY, Generator, document, drive, fill, midnight, post
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.keys import Keys
 
@@ -165,6 +165,33 @@ class PagesTest(unittest.TestCase):
         before = browser.colours("#map")
         grid.click()
         browser.wait(lambda: len(browser.colours("#map")) > len(before) + 20, "no grid")
+
+    def test_draws_tracks_for_their_owner_alone(self):
+        part = drive(1, TODAY - DAY)
+        service.api(OWNER, "tracks/" + "a" * 32, "PUT", part)
+        service.api(OWNER, "tracks/" + "b" * 32, "PUT", {**part, "points": [], "ended_ms": None})
+        browser.open(page("UserReport"))
+        browser.wait(lambda: browser.all("#map[data-tracks='2']"))
+        self.assertEqual(browser.text(".legend"), "Mobile (LTE)\nMobile (5G)\nMobile (UMTS)")
+        rows = [row.text.replace("\n", " ") for row in browser.all("#tracks li")]
+        self.assertEqual(len(rows), 2)
+        self.assertIn("400 points · 7 min", rows[0] + rows[1])
+        self.assertIn("0 points · not ended", rows[0] + rows[1])
+        before = browser.colours("#map")
+        next(each for each in browser.all(".mapcard .tool") if each.text == "By signal").click()
+        browser.wait(lambda: browser.text(".legend").startswith("from -85 dBm"))
+        browser.wait(lambda: browser.colours("#map") != before, "the lines keep their colours")
+        whole = next(row for row in browser.all("#tracks li") if "400 points" in row.text)
+        link = next(each for each in whole.find_elements("tag name", "a") if each.text == "GPX").get_attribute("href")
+        self.assertEqual(service.get(link.split(service.host)[1])[2].count("<trkpt"), 400)
+        # Deleting asks once more.
+        for count in (2, 1):
+            button = browser.all("#tracks li button")[0]
+            button.click()
+            self.assertEqual((button.text, len(browser.all("#tracks li"))), ("Really delete?", count))
+            button.click()
+            browser.wait(lambda: len(browser.all("#tracks li")) == count - 1)
+        self.assertEqual(service.api(OWNER, "tracks")["tracks"], [])
 
     def test_maps_stand_whatever_becomes_of_their_tiles(self):
         host = TileHost()

@@ -4,7 +4,7 @@ import pathlib
 import sys
 
 from browser import Browser, Service
-from generate_reports import Generator, fill, midnight
+from generate_reports import Generator, drive, fill, midnight
 from PIL import Image
 
 USER = 4_711_000_000_000_001
@@ -22,6 +22,10 @@ def main():
         for user in range(USER + 1, USER + 5):
             tests += Generator(1, user, until).tests(400, 200)
         assert fill(service.host, service.database, tests) == []
+        for user in range(USER, USER + 5):
+            for seed in (1, 2):
+                part = drive(user % 7 + seed, until - seed * 86_400_000)
+                service.api(user, f"tracks/{user * 10 + seed:032x}", "PUT", part)
         test = service.api(USER, "tests?type=lte&location=Car&limit=1")["tests"][0]["id"]
         pages = {"user": f"page=UserReport&userid={USER}", "test": f"page=Test&userid={USER}&test={test}",
                  "compare": f"page=Compare&userid={USER}&l_type=lte&r_type=5g", "statistics": None, "home": None}

@@ -1,9 +1,10 @@
 // Tests on a map: signs by connection that gather to clusters, how exact they are, the way of each series, and the
 // median download of each cell.
 import { scaleLog } from "d3-scale";
-import { api, element, figure, fill, filters, letters, number, sign, testAddress, texts, timeText, toggle, typeName }
+import { api, choice, element, figure, fill, filters, letters, number, sign, testAddress, texts, timeText, toggle, typeName }
   from "./core.js";
 import { outlineLayer } from "./outline.js";
+import { strengthOf } from "./tracks.js";
 
 const nearest = 16; // zoom of a single spot
 const pathLeast = 0.01; // degrees that a series must have moved
@@ -238,11 +239,31 @@ function drawCells(cells, target) {
   }
 }
 
-/** A map of nothing but cells. */
-export function cellMap(place, cells) {
+/** Cells in the colours of the power that tracks received there. */
+function drawSignal(cells, target) {
+  for (const { latitude, longitude, height, width, rsrp } of cells) {
+    if (rsrp) {
+      const tint = colour(strengthOf(rsrp.median).colour);
+      L.rectangle([[latitude, longitude], [latitude + height, longitude + width]], { color: tint, weight: 1,
+        fillOpacity: 0.4 }).bindTooltip(escaped(fill(texts.cellSignal, number(rsrp.count), number(rsrp.median))))
+        .addTo(target);
+    }
+  }
+}
+
+/** A map of nothing but cells. @param {HTMLElement} [tools] */
+export function cellMap(place, cells, tools) {
   const map = makeMap(place);
   addGround(map);
   map.fitBounds(cells.length > 0 ? L.latLngBounds(cells.flatMap((cell) => [[cell.latitude, cell.longitude],
     [cell.latitude + cell.height, cell.longitude + cell.width]])) : [[45.8, 5.9], [47.8, 10.5]], { animate: false });
-  drawCells(cells, map);
+  const layer = L.layerGroup().addTo(map);
+  const show = (what) => {
+    layer.clearLayers();
+    what === "rsrp" ? drawSignal(cells, layer) : drawCells(cells.filter(({ count }) => count > 0), layer);
+  };
+  show("download");
+  if (tools && cells.some(({ rsrp }) => rsrp)) {
+    tools.append(...choice([["download", texts.download], ["rsrp", texts.bySignal]], "download", show));
+  }
 }

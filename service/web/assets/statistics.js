@@ -54,7 +54,8 @@ async function load() {
   draw();
   cellMap(document.getElementById("map"), cells.rows.filter((row) => row.type === null).map((row) => ({
     latitude: row.latitude, longitude: row.longitude, height: row.height_deg, width: row.width_deg,
-    count: row.download?.count ?? 0, median: row.download?.median ?? null })));
+    count: row.download?.count ?? 0, median: row.download?.median ?? null, rsrp: row.rsrp })),
+  document.querySelector(".mapcard .tools"));
 }
 
 load().catch((problem) => plot.empty(problem.message));

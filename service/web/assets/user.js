@@ -1,6 +1,7 @@
 // A user's page, or a shared view of one: charts, map, and what can be changed.
 import { manage } from "./manage.js";
 import { TestMap } from "./map.js";
+import { Tracks } from "./tracks.js";
 import { Hours, Types } from "./spreads.js";
 import { TimeCharts } from "./timecharts.js";
 import { whenSeen } from "./core.js";
@@ -17,5 +18,12 @@ if (time) {
 }
 const map = document.getElementById("map");
 if (map) {
-  whenSeen(map, () => new TestMap(map, map.parentElement.querySelector(".tools")));
+  const tools = map.parentElement.querySelector(".tools");
+  whenSeen(map, () => {
+    const tests = new TestMap(map, tools);
+    const tracks = document.getElementById("tracks");
+    if (tracks) {
+      new Tracks(tests.map, tools, tracks);
+    }
+  });
 }
