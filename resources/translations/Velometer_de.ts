@@ -1461,6 +1461,22 @@ es nur, was es löschen würde.</translation>
         <source>other or mixed</source>
         <translation>andere oder gemischt</translation>
     </message>
+    <message>
+        <source>no track yet</source>
+        <translation>noch kein Track</translation>
+    </message>
+    <message>
+        <source>from %1 dBm</source>
+        <translation>ab %1 dBm</translation>
+    </message>
+    <message>
+        <source>below</source>
+        <translation>darunter</translation>
+    </message>
+    <message>
+        <source>signal not known</source>
+        <translation>Signal nicht bekannt</translation>
+    </message>
 </context>
 <context>
     <name>velometer::HistoryPlot</name>
@@ -1630,16 +1646,28 @@ orvak verfassen</translation>
 <context>
     <name>velometer::MapLegend</name>
     <message>
-        <source>What the colours of the markers tell</source>
-        <translation>Was die Farben der Marken sagen</translation>
-    </message>
-    <message>
         <source>Colour: download</source>
         <translation>Farbe: Download</translation>
     </message>
     <message>
         <source>Colour: connection</source>
         <translation>Farbe: Verbindung</translation>
+    </message>
+    <message>
+        <source>Colour: signal</source>
+        <translation>Farbe: Signal</translation>
+    </message>
+    <message>
+        <source>What the colours on the map tell</source>
+        <translation>Was die Farben auf der Karte sagen</translation>
+    </message>
+    <message>
+        <source>Tracks</source>
+        <translation>Tracks</translation>
+    </message>
+    <message>
+        <source>Record where you go and what your network is there, and what was recorded</source>
+        <translation>Aufzeichnen, wo Sie gehen und wie Ihr Netz dort ist, und was aufgezeichnet wurde</translation>
     </message>
 </context>
 <context>
@@ -2779,6 +2807,81 @@ orvak verfassen</translation>
     </message>
 </context>
 <context>
+    <name>velometer::TrackControl</name>
+    <message>
+        <source>Another program holds the results; points wait for it.</source>
+        <translation>Ein anderes Programm hält die Resultate; die Punkte warten darauf.</translation>
+    </message>
+    <message>
+        <source>The service shows the track on your page.</source>
+        <translation>Der Dienst zeigt den Track auf Ihrer Seite.</translation>
+    </message>
+    <message>
+        <source>Tracks</source>
+        <translation>Tracks</translation>
+    </message>
+    <message>
+        <source>Another program records a track here; end it first.</source>
+        <translation>Ein anderes Programm zeichnet hier einen Track auf; beenden Sie es zuerst.</translation>
+    </message>
+    <message>
+        <source>ErrorTitle</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
+        <translation>Die Resultate in %1 lassen sich im Moment nicht schreiben. Versuchen Sie es wieder, wenn kein anderes Programm sie benutzt.</translation>
+    </message>
+    <message>
+        <source>The end of the track could not be stored; the last track can be gone on with.</source>
+        <translation>Das Ende des Tracks liess sich nicht speichern; der letzte Track kann fortgesetzt werden.</translation>
+    </message>
+    <message>
+        <source>A test on the way was left out: it would have needed your answer.</source>
+        <translation>Ein Test unterwegs wurde ausgelassen: Er hätte Ihre Antwort gebraucht.</translation>
+    </message>
+    <message>
+        <source>Show on the map</source>
+        <translation>Auf der Karte zeigen</translation>
+    </message>
+    <message>
+        <source>Save CSV, for spreadsheets</source>
+        <translation>CSV speichern, für Tabellenprogramme</translation>
+    </message>
+    <message>
+        <source>Save GeoJSON, for maps</source>
+        <translation>GeoJSON speichern, für Karten</translation>
+    </message>
+    <message>
+        <source>Save GPX, for navigation devices</source>
+        <translation>GPX speichern, für Navigationsgeräte</translation>
+    </message>
+    <message>
+        <source>Delete …</source>
+        <translation>Löschen …</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>The track is in:</source>
+        <translation>Der Track ist in:</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 lässt sich nicht schreiben: %2</translation>
+    </message>
+    <message>
+        <source>Delete this track from the device? What the service has of it stays there.</source>
+        <translation>Diesen Track vom Gerät löschen? Was der Dienst von ihm hat, bleibt dort.</translation>
+    </message>
+    <message>
+        <source>Delete: %1</source>
+        <translation>Löschen: %1</translation>
+    </message>
+</context>
+<context>
     <name>velometer::TrackRunner</name>
     <message>
         <source>Another program holds the results; points wait for it.</source>
@@ -2819,6 +2922,123 @@ orvak verfassen</translation>
     <message>
         <source>Bringing the track to the service</source>
         <translation>Der Track geht an den Dienst</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::TrackTab</name>
+    <message>
+        <source>Tracks</source>
+        <translation>Tracks</translation>
+    </message>
+    <message>
+        <source>Back to the map</source>
+        <translation>Zurück zur Karte</translation>
+    </message>
+    <message>
+        <source>End the track</source>
+        <translation>Track beenden</translation>
+    </message>
+    <message>
+        <source>each %1</source>
+        <translation>alle %1</translation>
+    </message>
+    <message>
+        <source>each %1 s</source>
+        <translation>alle %1 s</translation>
+    </message>
+    <message>
+        <source>each %1 min</source>
+        <translation>alle %1 min</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 m</translation>
+    </message>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 km</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n point(s)</source>
+        <translation>
+            <numerusform>%n Punkt</numerusform>
+            <numerusform>%n Punkte</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s)</source>
+        <translation>
+            <numerusform>%n Test</numerusform>
+            <numerusform>%n Tests</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Go on with the last track</source>
+        <translation>Letzten Track fortsetzen</translation>
+    </message>
+    <message>
+        <source>Record a track</source>
+        <translation>Track aufzeichnen</translation>
+    </message>
+    <message>
+        <source>Go on</source>
+        <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>It goes on while you use other pages and other programs.</source>
+        <translation>Es geht weiter, während Sie andere Seiten und Programme benutzen.</translation>
+    </message>
+    <message>
+        <source>Records where you are and what your network is there, without any traffic.</source>
+        <translation>Zeichnet ohne Datenverkehr auf, wo Sie sind und wie Ihr Netz dort ist.</translation>
+    </message>
+    <message>
+        <source>A track was interrupted.</source>
+        <translation>Ein Track wurde unterbrochen.</translation>
+    </message>
+    <message>
+        <source>Nothing is being recorded.</source>
+        <translation>Nichts wird aufgezeichnet.</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>cell %1</source>
+        <translation>Zelle %1</translation>
+    </message>
+    <message>
+        <source>no position</source>
+        <translation>keine Position</translation>
+    </message>
+    <message>
+        <source>Cannot be changed while a track is recorded.</source>
+        <translation>Lässt sich nicht ändern, solange ein Track aufgezeichnet wird.</translation>
+    </message>
+    <message>
+        <source>Point: %1</source>
+        <translation>Punkt: %1</translation>
+    </message>
+    <message>
+        <source>Tests: %1</source>
+        <translation>Tests: %1</translation>
+    </message>
+    <message>
+        <source>A point of the track</source>
+        <translation>Ein Punkt des Tracks</translation>
+    </message>
+    <message>
+        <source>Tests on the way</source>
+        <translation>Tests unterwegs</translation>
     </message>
 </context>
 <context>

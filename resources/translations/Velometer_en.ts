@@ -1459,6 +1459,22 @@ says what it would delete.</translation>
         <source>other or mixed</source>
         <translation>other or mixed</translation>
     </message>
+    <message>
+        <source>no track yet</source>
+        <translation>no track yet</translation>
+    </message>
+    <message>
+        <source>from %1 dBm</source>
+        <translation>from %1 dBm</translation>
+    </message>
+    <message>
+        <source>below</source>
+        <translation>below</translation>
+    </message>
+    <message>
+        <source>signal not known</source>
+        <translation>signal not known</translation>
+    </message>
 </context>
 <context>
     <name>velometer::HistoryPlot</name>
@@ -1628,16 +1644,28 @@ to orvak</translation>
 <context>
     <name>velometer::MapLegend</name>
     <message>
-        <source>What the colours of the markers tell</source>
-        <translation>What the colours of the markers tell</translation>
-    </message>
-    <message>
         <source>Colour: download</source>
         <translation>Colour: download</translation>
     </message>
     <message>
         <source>Colour: connection</source>
         <translation>Colour: connection</translation>
+    </message>
+    <message>
+        <source>Colour: signal</source>
+        <translation>Colour: signal</translation>
+    </message>
+    <message>
+        <source>What the colours on the map tell</source>
+        <translation>What the colours on the map tell</translation>
+    </message>
+    <message>
+        <source>Tracks</source>
+        <translation>Tracks</translation>
+    </message>
+    <message>
+        <source>Record where you go and what your network is there, and what was recorded</source>
+        <translation>Record where you go and what your network is there, and what was recorded</translation>
     </message>
 </context>
 <context>
@@ -2777,6 +2805,81 @@ to orvak</translation>
     </message>
 </context>
 <context>
+    <name>velometer::TrackControl</name>
+    <message>
+        <source>Another program holds the results; points wait for it.</source>
+        <translation>Another program holds the results; points wait for it.</translation>
+    </message>
+    <message>
+        <source>The service shows the track on your page.</source>
+        <translation>The service shows the track on your page.</translation>
+    </message>
+    <message>
+        <source>Tracks</source>
+        <translation>Tracks</translation>
+    </message>
+    <message>
+        <source>Another program records a track here; end it first.</source>
+        <translation>Another program records a track here; end it first.</translation>
+    </message>
+    <message>
+        <source>ErrorTitle</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>The results in %1 cannot be written at the moment. Try again when no other program uses them.</source>
+        <translation>The results in %1 cannot be written at the moment. Try again when no other program uses them.</translation>
+    </message>
+    <message>
+        <source>The end of the track could not be stored; the last track can be gone on with.</source>
+        <translation>The end of the track could not be stored; the last track can be gone on with.</translation>
+    </message>
+    <message>
+        <source>A test on the way was left out: it would have needed your answer.</source>
+        <translation>A test on the way was left out: it would have needed your answer.</translation>
+    </message>
+    <message>
+        <source>Show on the map</source>
+        <translation>Show on the map</translation>
+    </message>
+    <message>
+        <source>Save CSV, for spreadsheets</source>
+        <translation>Save CSV, for spreadsheets</translation>
+    </message>
+    <message>
+        <source>Save GeoJSON, for maps</source>
+        <translation>Save GeoJSON, for maps</translation>
+    </message>
+    <message>
+        <source>Save GPX, for navigation devices</source>
+        <translation>Save GPX, for navigation devices</translation>
+    </message>
+    <message>
+        <source>Delete …</source>
+        <translation>Delete …</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>The track is in:</source>
+        <translation>The track is in:</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 cannot be written: %2</translation>
+    </message>
+    <message>
+        <source>Delete this track from the device? What the service has of it stays there.</source>
+        <translation>Delete this track from the device? What the service has of it stays there.</translation>
+    </message>
+    <message>
+        <source>Delete: %1</source>
+        <translation>Delete: %1</translation>
+    </message>
+</context>
+<context>
     <name>velometer::TrackRunner</name>
     <message>
         <source>Another program holds the results; points wait for it.</source>
@@ -2817,6 +2920,123 @@ to orvak</translation>
     <message>
         <source>Bringing the track to the service</source>
         <translation>Bringing the track to the service</translation>
+    </message>
+</context>
+<context>
+    <name>velometer::TrackTab</name>
+    <message>
+        <source>Tracks</source>
+        <translation>Tracks</translation>
+    </message>
+    <message>
+        <source>Back to the map</source>
+        <translation>Back to the map</translation>
+    </message>
+    <message>
+        <source>End the track</source>
+        <translation>End the track</translation>
+    </message>
+    <message>
+        <source>each %1</source>
+        <translation>each %1</translation>
+    </message>
+    <message>
+        <source>each %1 s</source>
+        <translation>each %1 s</translation>
+    </message>
+    <message>
+        <source>each %1 min</source>
+        <translation>each %1 min</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>none</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 m</translation>
+    </message>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 km</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n point(s)</source>
+        <translation>
+            <numerusform>%n point</numerusform>
+            <numerusform>%n points</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n test(s)</source>
+        <translation>
+            <numerusform>%n test</numerusform>
+            <numerusform>%n tests</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Go on with the last track</source>
+        <translation>Go on with the last track</translation>
+    </message>
+    <message>
+        <source>Record a track</source>
+        <translation>Record a track</translation>
+    </message>
+    <message>
+        <source>Go on</source>
+        <translation>Go on</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>It goes on while you use other pages and other programs.</source>
+        <translation>It goes on while you use other pages and other programs.</translation>
+    </message>
+    <message>
+        <source>Records where you are and what your network is there, without any traffic.</source>
+        <translation>Records where you are and what your network is there, without any traffic.</translation>
+    </message>
+    <message>
+        <source>A track was interrupted.</source>
+        <translation>A track was interrupted.</translation>
+    </message>
+    <message>
+        <source>Nothing is being recorded.</source>
+        <translation>Nothing is being recorded.</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>paused</translation>
+    </message>
+    <message>
+        <source>cell %1</source>
+        <translation>cell %1</translation>
+    </message>
+    <message>
+        <source>no position</source>
+        <translation>no position</translation>
+    </message>
+    <message>
+        <source>Cannot be changed while a track is recorded.</source>
+        <translation>Cannot be changed while a track is recorded.</translation>
+    </message>
+    <message>
+        <source>Point: %1</source>
+        <translation>Point: %1</translation>
+    </message>
+    <message>
+        <source>Tests: %1</source>
+        <translation>Tests: %1</translation>
+    </message>
+    <message>
+        <source>A point of the track</source>
+        <translation>A point of the track</translation>
+    </message>
+    <message>
+        <source>Tests on the way</source>
+        <translation>Tests on the way</translation>
     </message>
 </context>
 <context>

@@ -24,6 +24,23 @@ ConnectionKind ConnectionKinds::of(const QString &stored)
     return ConnectionKind::Other;
 }
 
+ConnectionKind ConnectionKinds::ofMode(const QString &mode)
+{
+    if (mode == "WlanMode"_L1) {
+        return ConnectionKind::Wlan;
+    }
+    if (mode == "LteMode"_L1) {
+        return ConnectionKind::Lte;
+    }
+    if (mode == "NrMode"_L1) {
+        return ConnectionKind::Nr;
+    }
+    if (mode == "WcdmaMode"_L1) {
+        return ConnectionKind::Umts;
+    }
+    return mode == "GsmMode"_L1 ? ConnectionKind::Gsm : ConnectionKind::Other;
+}
+
 QString ConnectionKinds::sign(ConnectionKind kind)
 {
     switch (kind) {

@@ -16,6 +16,8 @@ inline constexpr ConnectionKind all[] = {ConnectionKind::Gsm,  ConnectionKind::U
 
 /// Of a stored connection type; a mixed one is Other.
 ConnectionKind of(const QString &stored);
+/// Of a mode as tracks have it: "LteMode", "WlanMode".
+ConnectionKind ofMode(const QString &mode);
 /// "2G", "3G", "4G", "5G", "W", or "?" of any other; not translated.
 QString sign(ConnectionKind kind);
 

@@ -89,12 +89,15 @@ struct NetworkState
     std::optional<qint64> cell; ///< up to 36 bits (5G)
     std::optional<int> lac;     ///< TAC with LTE and 5G
 
-    RadioSignal radio;          ///< of the modem, whatever traffic leaves by
 
     /// The codes of the network are not known and may yet come: there is a modem, or nobody has
     /// answered yet whether there is one. A modem that finds no network never tells them, so
     /// whoever waits sets a limit.
     bool codesPending = false;
+
+    /// Of the modem, whatever traffic leaves by.
+    // NOLINTNEXTLINE(readability-redundant-member-init): a state may be written without it
+    RadioSignal radio{};
 
     bool hasCodes() const { return !mcc.isEmpty() && !mnc.isEmpty(); }
 

@@ -16,6 +16,7 @@
 #include "ui/pages/resultstab.h"
 #include "ui/pages/settingstab.h"
 #include "ui/pages/testtab.h"
+#include "ui/pages/tracktab.h"
 #include "ui/popups/messagepopup.h"
 #include "ui/popups/popuplayer.h"
 #include "ui/popups/storedialogue.h"
@@ -23,6 +24,7 @@
 #include "ui/shortcuts.h"
 #include "ui/testdisplay.h"
 #include "ui/theme/focusring.h"
+#include "ui/trackcontrol.h"
 #include "utils/deployment.h"
 #include "utils/translations.h"
 #include "utils/utils.h"
@@ -84,6 +86,7 @@ void MainWindow::createPages()
     pages->add(geomapTab = new GeoMapTab(this));
     pages->add(detailsWindow = new DetailsWindow(this));
     pages->add(historyTab = new HistoryTab(this));
+    pages->add(trackTab = new TrackTab(this));
     display = new TestDisplay(testTab, this);
     connect(display, &TestDisplay::notice, this, &MainWindow::showNotice);
     pages->addBeside(testTab, historyTab);
@@ -107,6 +110,9 @@ void MainWindow::connectPages()
         pages->addBeside(resultsTab, page);
         connect(page, &TabBase::backClicked, this, &MainWindow::showResultsTab);
     }
+    pages->addBeside(resultsTab, trackTab);
+    connect(trackTab, &TabBase::backClicked, this, &MainWindow::showGeomapTab);
+    connect(geomapTab, &GeoMapTab::tracksClicked, this, &MainWindow::showTracks);
     connect(testTab, &TestTab::startClicked, this, &MainWindow::startTestClicked);
     connect(testTab, &TestTab::stopClicked, this, &MainWindow::stopTestClicked);
     connect(testTab, &TestTab::locationLinkClicked, this, &MainWindow::showLocationPopup);
@@ -130,7 +136,7 @@ void MainWindow::createPopups()
     errorPopup->setObjectName(u"ErrorPopup"_s);
     errorPopup->hide();
     connect(errorPopup, &MessagePopup::accepted, this, &MainWindow::errorPopupOkClicked);
-    auto *actions = new ResultActions(*popups, [this] { return isTestRunning(); }, this);
+    actions = new ResultActions(*popups, [this] { return isTestRunning(); }, this);
     actions->serve(*resultsTab, *detailsWindow, *historyTab, *geomapTab);
     connect(actions, &ResultActions::notice, this, &MainWindow::showNotice);
     connect(actions, &ResultActions::deleted, this, [this] { lastTest->refresh(); });
@@ -155,6 +161,37 @@ void MainWindow::createTests()
     lastTest = new LastTest(testTab, session.get(), this);
     connect(lastTest, &LastTest::opened, detailsWindow, &DetailsWindow::setTestResults);
     connect(lastTest, &LastTest::opened, this, &MainWindow::showDetailsWindow);
+    createTracks();
+}
+
+void MainWindow::createTracks()
+{
+    tracks = std::make_unique<TrackControl>(
+        *trackTab, *geomapTab, *session, [this] { return startOnTheWay(); }, nullptr);
+    connect(tracks.get(), &TrackControl::choiceAsked, actions, &ResultActions::ask);
+    connect(tracks.get(), &TrackControl::notice, this, &MainWindow::showNotice);
+    connect(tracks.get(), &TrackControl::mapAsked, this, [this](qulonglong row) {
+        showGeomapTab();
+        geomapTab->showTrack(row);
+    });
+}
+
+void MainWindow::showTracks()
+{
+    if (showPage(trackTab)) {
+        tracks->refresh();
+    }
+}
+
+// Nobody is asked while he drives: what needs an answer is left out.
+bool MainWindow::startOnTheWay()
+{
+    if (isTestRunning() || popups->isOpen() ||
+        consent->askRoaming(getController()->checkRoaming())) {
+        return false;
+    }
+    startAgreed(StartDialogue::Goal::Test, {dialogue->getLocation(), 1, {}});
+    return true;
 }
 
 void MainWindow::setOrientation(ScreenOrientation orientation)
@@ -295,6 +332,10 @@ void MainWindow::endSession()
     if (display) {
         display->watch(nullptr, nullptr);
     }
+    if (tracks) {
+        tracks->suspend();
+        tracks.reset();
+    }
     session.reset();
 }
 
@@ -302,6 +343,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (session) {
         display->requestStop();
+        tracks->suspend();
         session->close();
         if (getController()->isRunning()) {
             // Another program holds the store locked: what the test has is kept first.

@@ -23,6 +23,7 @@ class MessagePopup;
 class PageStack;
 class Platform;
 class PopupLayer;
+class ResultActions;
 class ResultsTab;
 class ServerSelection;
 class SettingsTab;
@@ -31,6 +32,8 @@ class TestConsent;
 class TestController;
 class TestSession;
 class TestTab;
+class TrackControl;
+class TrackTab;
 
 namespace Ui {
 class MainWindow;
@@ -134,6 +137,7 @@ public Q_SLOTS:
     void showLinksTab() { showPageOf(Page::Links); }
     void showAboutTab() { showPageOf(Page::About); }
     void showGeomapTab();
+    void showTracks();
     void showDetailsWindow();
     void searchResults();
     void showShortcuts();
@@ -163,6 +167,8 @@ private:
     void connectPages();
     void createPopups();
     void createTests();
+    void createTracks();
+    bool startOnTheWay();
     bool showPage(TabBase *page);
     void holdTiles();
     void showNotice(const QString &title, const QString &message);
@@ -184,6 +190,7 @@ private:
     GeoMapTab *geomapTab = nullptr;
     DetailsWindow *detailsWindow = nullptr;
     HistoryTab *historyTab = nullptr;
+    TrackTab *trackTab = nullptr;
     MessagePopup *errorPopup = nullptr;
     ServerSelection *servers = nullptr;
     TestConsent *consent = nullptr;
@@ -191,7 +198,9 @@ private:
     StoreDialogue *storeDialogue = nullptr;
     TestDisplay *display = nullptr;
     LastTest *lastTest = nullptr;
+    ResultActions *actions = nullptr;
     std::unique_ptr<TestSession> session;
+    std::unique_ptr<TrackControl> tracks;
     bool advancedmode = false;
 };
 

@@ -174,6 +174,70 @@ private Q_SLOTS:
         }
     }
 
+    void aDriveIsTheSameOnTheDeviceAndAtTheService()
+    {
+        QByteArray lines =
+            R"({"mode":"LteMode","status":"HomeNetwork","signal":71,"name":"Net <1>",)"
+            R"("mcc":"228","mnc":"01","cell":11,"lac":4711,"rsrp":-97.5,"rsrq":-11,)"
+            R"("snr":8,"band":"B20"})"
+            "\n";
+        for (int i = 0; i < 40; ++i) {
+            const QByteArray cell =
+                i == 14 ? R"(,"mode":"NrMode","status":"HomeNetwork","cell":22,"rsrp":null)" : "";
+            lines += R"({"at_ms":)" + QByteArray::number(i * 250) +
+                     R"(,"position":{"latitude":47.2)" + QByteArray::number(100 + i) +
+                     R"(,"longitude":8.8})" + cell + "}\n";
+        }
+        const QString device = u"scripted:"_s + home->write(u"drive"_s, lines);
+        // Nobody knows the user before his first test, and a service that is away gets the track
+        // later.
+        Ended ended = run({u"track"_s, u"--duration"_s, u"1"_s, u"--platform"_s, device});
+        QCOMPARE(ended.status, 0);
+        QVERIFY2(ended.messages.contains("run one test"), ended.messages.constData());
+        const auto broken = start({u"track"_s, u"--platform"_s, device});
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                return stored(u"SELECT points FROM tracks WHERE points > 3 AND id = 2"_s).size() ==
+                       1;
+            },
+            20'000));
+        broken->kill();
+        broken->waitForFinished();
+        ended = run({u"track"_s, u"--resume"_s, u"--duration"_s, u"8"_s, u"--test-every"_s, u"5s"_s,
+                     u"--platform"_s, device});
+        QCOMPARE(ended.status, 0);
+        QVERIFY2(ended.printed.contains("Track 2: ") && ended.printed.contains(", 2 tests"),
+                 ended.printed.constData());
+        QCOMPARE(run({u"tracks"_s, u"--send"_s}).status, 0);
+        QCOMPARE(reported(u"SELECT count(*) FROM tracks WHERE ended"_s),
+                 QList<QVariantList>({{2}}));
+
+        const QByteArray user = reported(u"SELECT userid FROM reports"_s)[0][0].toByteArray();
+        const QByteArray id =
+            stored(u"SELECT track FROM tracks WHERE id = 2"_s)[0][0].toByteArray();
+        const QByteArray address = "/velometer/api/v1/tracks/" + id;
+        for (const QString &format : {u"csv"_s, u"json"_s, u"geojson"_s, u"gpx"_s}) {
+            const Ended exported = ProgramHome::end(
+                *start({u"export"_s, u"--track"_s, u"2"_s, u"--format"_s, format}));
+            QCOMPARE(home->get(address + "/export?userid=" + user + "&format=" + format.toLatin1())
+                         .split('\n'),
+                     exported.printed.split('\n'));
+            for (const char *part : {"47.21", "Net ", "NrMode", "B20", "-97.5", "1/2"}) {
+                QVERIFY2(exported.printed.contains(part), part);
+            }
+        }
+        const QByteArray line = home->get(address + "?userid=" + user);
+        QVERIFY2(line.contains("\"lte\",71,-97.5]") && line.contains("\"5g\",") &&
+                     line.contains(",1,47.2"), // the second segment
+                 line.constData());
+
+        QCOMPARE(run({u"delete-track"_s, u"2"_s}).status, 2);
+        QCOMPARE(run({u"delete-track"_s, u"2"_s, u"--yes"_s}).status, 0);
+        QCOMPARE(stored(u"SELECT count(*) FROM trackpoints WHERE track = 2"_s),
+                 QList<QVariantList>({{0}}));
+        QCOMPARE(run({u"export"_s, u"--track"_s, u"2"_s, u"--format"_s, u"gpx"_s}).status, 2);
+    }
+
     void aBudgetEndsATestThatIsStoredAndDelivered()
     {
         const QString script = home->write(u"device"_s, R"({"mode": "LteMode", "metered": "yes"})");

@@ -177,6 +177,8 @@ class PagesTest(unittest.TestCase):
         self.assertEqual(len(rows), 2)
         self.assertIn("400 points · 7 min", rows[0] + rows[1])
         self.assertIn("0 points · not ended", rows[0] + rows[1])
+        whole = next(row for row in browser.all("#tracks li") if "400 points" in row.text)
+        whole.find_element("tag name", "button").click()
         before = browser.colours("#map")
         next(each for each in browser.all(".mapcard .tool") if each.text == "By signal").click()
         browser.wait(lambda: browser.text(".legend").startswith("from -85 dBm"))
@@ -186,7 +188,7 @@ class PagesTest(unittest.TestCase):
         self.assertEqual(service.get(link.split(service.host)[1])[2].count("<trkpt"), 400)
         # Deleting asks once more.
         for count in (2, 1):
-            button = browser.all("#tracks li button")[0]
+            button = browser.all("#tracks li button:last-child")[0]
             button.click()
             self.assertEqual((button.text, len(browser.all("#tracks li"))), ("Really delete?", count))
             button.click()

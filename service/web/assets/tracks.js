@@ -32,7 +32,7 @@ export class Tracks {
     this.layer = L.layerGroup();
     this.section = section;
     this.aspect = "type";
-    this.drawn = [];
+    this.drawn = new Map();
     matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => this.draw());
     this.load(tools).catch(() => {});
   }
@@ -55,14 +55,9 @@ export class Tracks {
     }));
     for (const { track } of tracks.slice(0, mostDrawn)) {
       const { columns, rows } = await api("tracks/" + track);
-      this.drawn.push(rows.map((row) => Object.fromEntries(columns.map((name, i) => [name, row[i]]))));
+      this.drawn.set(track, rows.map((row) => Object.fromEntries(columns.map((name, i) => [name, row[i]]))));
     }
     this.draw();
-    const places = this.drawn.flat().filter((row) => row.latitude !== null);
-    if (places.length > 0) {
-      this.map.fitBounds(L.latLngBounds(places.map((row) => [row.latitude, row.longitude])), { padding: [24, 24],
-        maxZoom: 16, animate: false });
-    }
   }
 
   /** A line for each run of one colour; none joins two segments, or leads over a place that nobody knows. */
@@ -71,7 +66,7 @@ export class Tracks {
       return;
     }
     this.layer.clearLayers();
-    for (const rows of this.drawn) {
+    for (const rows of this.drawn.values()) {
       let run = [];
       let hue = "";
       const end = () => {
@@ -99,7 +94,7 @@ export class Tracks {
   }
 
   explain() {
-    const rows = this.drawn.flat();
+    const rows = [...this.drawn.values()].flat();
     const parts = this.aspect === "type"
       ? [...new Set(rows.map((row) => row.type))].map((type) => [typeColours[type] ?? "--other", typeName(type)])
       : [...strengths.map((each, i) => [each.colour, strengthText(each, i)]), ["--other", texts.strengthUnknown]];
@@ -109,7 +104,17 @@ export class Tracks {
     this.legend.querySelectorAll("i").forEach((swatch) => {
       swatch.style.background = `var(${swatch.dataset.hue})`;
     });
-    this.map.getContainer().dataset.tracks = String(this.drawn.length);
+    this.map.getContainer().dataset.tracks = String(this.drawn.size);
+  }
+
+  /** Moves the map to one track. */
+  show(track) {
+    const places = (this.drawn.get(track) ?? []).filter((row) => row.latitude !== null);
+    if (places.length > 0) {
+      this.map.fitBounds(L.latLngBounds(places.map((row) => [row.latitude, row.longitude])), { padding: [24, 24],
+        maxZoom: 16, animate: false });
+      this.map.getContainer().scrollIntoView({ block: "center" });
+    }
   }
 
   list(tracks) {
@@ -120,7 +125,8 @@ export class Tracks {
     const list = this.section.querySelector("ul");
     list.replaceChildren(...tracks.map((track) => {
       const minutes = track.ended_ms === null ? null : Math.round((track.ended_ms - track.started_ms) / 60000);
-      const row = element("li", {}, element("span", {}, timeText(track.started_ms)),
+      const row = element("li", {}, element("button", { type: "button", class: "tool", click: () => this.show(track.track) },
+        timeText(track.started_ms)),
         element("span", { class: "quiet" }, [fill(texts.trackPoints, number(track.points)),
           minutes === null ? texts.trackOpen : fill(texts.minutes, number(minutes))].join(" · ")),
         ...["csv", "geojson", "gpx", "json"].map((format) => element("a", { download: "", class: "tool",

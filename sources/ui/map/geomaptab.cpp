@@ -5,7 +5,9 @@
 #include "ui/map/maplegend.h"
 #include "ui/map/mapswidget.h"
 #include "ui/map/maptextobject.h"
+#include "ui/map/maptrack.h"
 #include "ui/map/rateclass.h"
+#include "ui/map/signalclass.h"
 #include "ui/map/tilesource.h"
 #include "ui/theme/connectionsign.h"
 #include "ui_geomaptab.h"
@@ -26,6 +28,9 @@ namespace {
 constexpr double worstAccuracy = 20'000'000; // m
 /// The longest of our own has 18; a longer one from another program would hide the map.
 constexpr qsizetype longestConnectionType = 120;
+/// The newest; a map full of lines tells nothing.
+constexpr qsizetype mostTracks = 20;
+constexpr double trackMargin = 24; // px
 
 QString nameOf(ConnectionKind kind)
 {
@@ -53,7 +58,8 @@ GeoMapTab::GeoMapTab(QWidget *parent)
     , ui(std::make_unique<Ui::GeoMapTab>())
 {
     ui->setupUi(this);
-    connect(ui->legend, &MapLegend::colouringChanged, this, &GeoMapTab::colourMarkers);
+    connect(ui->legend, &MapLegend::colouringChanged, this, &GeoMapTab::colour);
+    connect(ui->legend, &MapLegend::tracksClicked, this, &GeoMapTab::tracksClicked);
     ui->labelEmpty->hide();
     SpokenRole::give(ui->graphicsView, QAccessible::Canvas);
     fillFrame();
@@ -61,6 +67,7 @@ GeoMapTab::GeoMapTab(QWidget *parent)
 
 GeoMapTab::~GeoMapTab()
 {
+    removeTracks();
     delete mapwidget;
 }
 
@@ -82,7 +89,8 @@ void GeoMapTab::showResultsOnMap()
         mapwidget->showResultsOnMap(markers);
         locations = std::move(found);
     }
-    colourMarkers();
+    readTracks();
+    colour();
     describe();
 }
 
@@ -90,9 +98,11 @@ void GeoMapTab::clearMarkers()
 {
     locations.clear();
     if (mapwidget) {
+        removeTracks();
+        readTracks();
         mapwidget->clearMarkers();
     }
-    colourMarkers();
+    colour();
     describe();
 }
 
@@ -121,21 +131,94 @@ void GeoMapTab::initializeMap()
     initialised = true;
 }
 
-void GeoMapTab::colourMarkers()
+void GeoMapTab::readTracks()
 {
+    removeTracks();
+    const QList<Track> all = gDB->tracks().all();
+    for (const Track &track : all) {
+        if (std::ssize(tracks) == mostTracks) {
+            break;
+        }
+        QList<TrackPoint> points;
+        for (qint64 first = 0; first < track.points; first += Tracks::partPoints) {
+            points += gDB->tracks().points(track.row, first, Tracks::partPoints);
+        }
+        auto line = std::make_unique<MapTrack>(points);
+        if (!line->bounds().isNull()) {
+            mapwidget->map()->addMapObject(line.get());
+            tracks.emplace_back(track.row, std::move(line));
+        }
+    }
+}
+
+void GeoMapTab::removeTracks()
+{
+    for (const auto &[row, track] : tracks) {
+        mapwidget->map()->removeMapObject(track.get());
+    }
+    tracks.clear();
+}
+
+void GeoMapTab::showTrack(qulonglong row)
+{
+    showResultsOnMap();
+    for (const auto &[each, track] : tracks) {
+        if (each != row) {
+            continue;
+        }
+        const QRectF area = track->bounds();
+        GeoMap &map = *mapwidget->map();
+        map.setCenter({area.center().y(), area.center().x()});
+        for (int zoom = Mercator::maximumZoom; zoom >= Mercator::minimumZoom; --zoom) {
+            map.setZoomLevel(zoom);
+            const QRectF onScreen = QRectF(map.toScreen({area.bottom(), area.left()}),
+                                           map.toScreen({area.top(), area.right()}))
+                                        .normalized();
+            if (map.boundingRect()
+                    .adjusted(trackMargin, trackMargin, -trackMargin, -trackMargin)
+                    .contains(onScreen)) {
+                break;
+            }
+        }
+    }
+}
+
+void GeoMapTab::colour()
+{
+    using Colouring = MapLegend::Colouring;
+    const Colouring by = ui->legend->colouring();
     std::set<ConnectionKind> kinds;
     std::set<RateClass> rates;
+    std::set<SignalClass> strengths;
     for (size_t i = 0; i < locations.size(); ++i) {
         const RateClass rate = RateClasses::of(locations[i].downloadSpeed);
         kinds.insert(ConnectionKinds::of(locations[i].connectionType));
         rates.insert(rate);
-        mapwidget->shownMarkers()[i]->setTint(ui->legend->isByRate() ? RateClasses::colour(rate)
-                                                                     : QColor());
+        mapwidget->shownMarkers()[i]->setTint(by == Colouring::Rate ? RateClasses::colour(rate)
+                                                                    : QColor());
+    }
+    for (const auto &[row, track] : tracks) {
+        for (const TrackPoint &point : track->points()) {
+            kinds.insert(ConnectionKinds::ofMode(point.mode));
+            strengths.insert(SignalClasses::of(point));
+        }
+        track->setColours([by](const TrackPoint &point) {
+            return by == Colouring::Signal
+                       ? SignalClasses::colour(SignalClasses::of(point))
+                       : ConnectionSign::colour(ConnectionKinds::ofMode(point.mode));
+        });
     }
     QList<MapLegend::Entry> entries;
-    if (ui->legend->isByRate()) {
+    if (by == Colouring::Rate) {
         for (const RateClass rate : rates) {
             entries += {RateClasses::colour(rate), QString(), RateClasses::name(rate)};
+        }
+    } else if (by == Colouring::Signal) {
+        for (const SignalClass strength : strengths) {
+            entries += {SignalClasses::colour(strength), QString(), SignalClasses::name(strength)};
+        }
+        if (entries.isEmpty()) {
+            entries += {SignalClasses::colour(SignalClass::Unknown), QString(), tr("no track yet")};
         }
     } else {
         for (const ConnectionKind kind : kinds) {
@@ -150,7 +233,7 @@ void GeoMapTab::colourMarkers()
 
 void GeoMapTab::describe()
 {
-    ui->labelEmpty->setVisible(initialised && locations.empty());
+    ui->labelEmpty->setVisible(initialised && locations.empty() && tracks.empty());
     if (mapwidget && mapwidget->openLabel()) {
         ui->graphicsView->setAccessibleDescription(mapwidget->openLabel()->getText());
         return;
@@ -169,7 +252,7 @@ void GeoMapTab::retranslate()
 {
     ui->retranslateUi(this);
     ui->legend->retranslate();
-    colourMarkers();
+    colour();
     describe();
     if (!mapwidget) {
         return;

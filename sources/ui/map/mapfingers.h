@@ -27,7 +27,6 @@ public:
 protected:
     MapHandling() = default;
     ~MapHandling() = default;
-
 };
 
 /// Reads touches: one finger presses, drags and taps as a mouse does, two pinch, and the one that

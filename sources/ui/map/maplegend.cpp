@@ -10,11 +10,12 @@ namespace velometer {
 
 namespace {
 
-constexpr int markSize = 18;   // px
-constexpr int rowHeight = 24;  // px
-constexpr int textSize = 13;   // px
-constexpr int afterMark = 5;   // px
-constexpr int afterEntry = 14; // px
+constexpr int markSize = 18;     // px
+constexpr int rowHeight = 24;    // px
+constexpr int textSize = 13;     // px
+constexpr int afterMark = 5;     // px
+constexpr int afterEntry = 14;   // px
+constexpr int narrowWidth = 600; // px
 
 } // namespace
 
@@ -113,40 +114,64 @@ private:
 
 MapLegend::MapLegend(QWidget *parent)
     : QWidget(parent)
+    , buttons(new QBoxLayout(QBoxLayout::LeftToRight))
     , button(new QPushButton(this))
+    , tracks(new QPushButton(this))
     , list(new LegendEntries(this))
 {
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(8, 2, 8, 2);
     row->setSpacing(afterEntry);
-    row->addWidget(button, 0, Qt::AlignTop);
+    row->addLayout(buttons, 0);
+    row->setAlignment(buttons, Qt::AlignTop);
+    buttons->setSpacing(0);
     row->addWidget(list, 1, Qt::AlignVCenter);
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
-    button->setObjectName(QStringLiteral("buttonColouring"));
-    button->setProperty("role", QStringLiteral("chip"));
-    button->setAutoDefault(true);
-    button->setFocusPolicy(Qt::TabFocus);
+    for (const auto &[each, name] : {std::pair(button, QStringLiteral("buttonColouring")),
+                                     std::pair(tracks, QStringLiteral("buttonTracks"))}) {
+        each->setObjectName(name);
+        each->setProperty("role", QStringLiteral("chip"));
+        each->setAutoDefault(true);
+        each->setFocusPolicy(Qt::TabFocus);
+        buttons->addWidget(each);
+    }
+    connect(tracks, &QPushButton::clicked, this, &MapLegend::tracksClicked);
     connect(button, &QPushButton::clicked, this, [this] {
-        byRate = !byRate;
+        chosen = chosen == Colouring::Connection ? Colouring::Rate
+                 : chosen == Colouring::Rate     ? Colouring::Signal
+                                                 : Colouring::Connection;
         retranslate();
         Q_EMIT colouringChanged();
     });
     retranslate();
-    hide();
+    setEntries({});
+}
+
+void MapLegend::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    buttons->setDirection(width() < narrowWidth ? QBoxLayout::TopToBottom
+                                                : QBoxLayout::LeftToRight);
 }
 
 void MapLegend::setEntries(QList<Entry> entries)
 {
-    setVisible(!entries.isEmpty());
+    button->setVisible(!entries.isEmpty());
+    list->setVisible(!entries.isEmpty());
     list->show(std::move(entries));
 }
 
 void MapLegend::retranslate()
 {
-    button->setText(byRate ? tr("Colour: download") : tr("Colour: connection"));
-    button->setAccessibleDescription(tr("What the colours of the markers tell"));
+    button->setText(chosen == Colouring::Rate     ? tr("Colour: download")
+                    : chosen == Colouring::Signal ? tr("Colour: signal")
+                                                  : tr("Colour: connection"));
+    tracks->setText(tr("Tracks"));
+    tracks->setAccessibleDescription(
+        tr("Record where you go and what your network is there, and what was recorded"));
+    button->setAccessibleDescription(tr("What the colours on the map tell"));
 }
 
 } // namespace velometer

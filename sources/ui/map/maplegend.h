@@ -5,14 +5,16 @@
 #include <QString>
 #include <QWidget>
 
+class QBoxLayout;
 class QPushButton;
 
 namespace velometer {
 
 class LegendEntries;
 
-/// What the markers on the map mean: a colour and a name each, and the button that chooses between
-/// their connections and their rates. Main thread only.
+/// What colours on the map mean: a colour and a name each, and the button that chooses between
+/// connections, the rates of tests and the signal of tracks. Beside it the way to the tracks. Main
+/// thread only.
 class MapLegend : public QWidget
 {
     Q_OBJECT
@@ -27,19 +29,27 @@ public:
 
     explicit MapLegend(QWidget *parent = nullptr);
 
-    bool isByRate() const { return byRate; }
-    /// What is on the map, in order. None: the legend hides.
+    enum class Colouring { Connection, Rate, Signal };
+
+    Colouring colouring() const { return chosen; }
+    /// What is on the map, in order. None: only the way to the tracks is there.
     void setEntries(QList<Entry> entries);
     void retranslate();
 
 Q_SIGNALS:
-    /// isByRate() is another.
+    /// colouring() is another.
     void colouringChanged();
+    void tracksClicked();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    QBoxLayout *buttons; ///< under each other where it is narrow
     QPushButton *button;
+    QPushButton *tracks;
     LegendEntries *list;
-    bool byRate = false;
+    Colouring chosen = Colouring::Connection;
 };
 
 } // namespace velometer
