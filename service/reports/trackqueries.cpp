@@ -25,16 +25,16 @@ bool countCells(SqliteConnection &connection, qint64 row, const QList<TrackPoint
 {
     std::map<std::tuple<QString, int, int>, Heard> cells;
     for (const TrackPoint &point : points) {
-        const QString cell = point.hasPlace()
-                                 ? StatisticsTable::cellOf(*point.latitude, *point.longitude)
-                                 : QString();
+        const QString cell = point.hasPlace() ? StatisticsTable::cellOf(point.latitude.value_or(0),
+                                                                        point.longitude.value_or(0))
+                                              : QString();
         if (cell.isEmpty() || !point.rsrp) {
             continue;
         }
         const auto type = ConnectionClasses::ofReport(point.mode);
         Heard &heard = cells[{cell, static_cast<int>(type), std::lround(*point.rsrp)}];
-        heard.latitude = *point.latitude;
-        heard.longitude = *point.longitude;
+        heard.latitude = point.latitude.value_or(0);
+        heard.longitude = point.longitude.value_or(0);
         ++heard.points;
     }
     for (const auto &[key, heard] : cells) {

@@ -24,7 +24,7 @@ namespace velometer {
 namespace {
 
 /// A part is some ten kilobytes; a link that moves nothing for so long is gone.
-constexpr auto patience = 30s;
+constexpr auto answerPatience = 30s;
 constexpr qint64 longestAnswer = 4096;
 /// A service that takes parts and forgets them is not asked for ever.
 constexpr int mostParts = 2 * static_cast<int>(Tracks::mostPoints / Tracks::partPoints);
@@ -125,7 +125,7 @@ void TrackUpload::sendPart()
                          gDB->tracks().points(track.row, track.sent, Tracks::partPoints)};
     QNetworkRequest request(
         QUrl(u"%1/velometer/api/v1/tracks/%2"_s.arg(Deployment::current().webAddress(), track.id)));
-    request.setTransferTimeout(std::chrono::milliseconds(patience).count());
+    request.setTransferTimeout(std::chrono::milliseconds(answerPatience).count());
     request.setRawHeader("Velometer-User", UserPage::userId().toLatin1());
     request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
     request.setRawHeader("Content-Encoding", "gzip");

@@ -37,10 +37,11 @@ double Tracks::metresBetween(const TrackPoint &one, const TrackPoint &other)
     if (one.segment != other.segment || !one.hasPlace() || !other.hasPlace()) {
         return 0;
     }
-    const double here = radians(*one.latitude);
-    const double there = radians(*other.latitude);
+    const double here = radians(one.latitude.value_or(0));
+    const double there = radians(other.latitude.value_or(0));
     const double north = std::sin((there - here) / 2);
-    const double east = std::sin(radians(*other.longitude - *one.longitude) / 2);
+    const double east =
+        std::sin(radians(other.longitude.value_or(0) - one.longitude.value_or(0)) / 2);
     const double chord = north * north + std::cos(here) * std::cos(there) * east * east;
     return 2 * earthRadius * std::asin(std::sqrt(std::clamp(chord, 0.0, 1.0)));
 }

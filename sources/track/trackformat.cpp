@@ -18,8 +18,8 @@ namespace velometer {
 namespace {
 
 /// About a centimetre; more digits than any receiver has.
-constexpr int degreeDecimals = 7;
-constexpr int significantDigits = 12;
+constexpr int placeDecimals = 7;
+constexpr int valueDigits = 12;
 
 /// What a document of its own has in place of a number of ms.
 const QString timeName = u"time"_s;
@@ -39,7 +39,7 @@ QString plainText(const QJsonValue &value)
 {
     return value.isString() ? value.toString()
            : value.isNull() ? QString()
-                            : QString::number(value.toDouble(), 'g', significantDigits);
+                            : QString::number(value.toDouble(), 'g', valueDigits);
 }
 
 QJsonObject objectOf(const TrackPoint &point)
@@ -57,7 +57,7 @@ QByteArray geoJsonPoint(const TrackPoint &point)
                         {u"geometry"_s, QJsonValue::Null},
                         {u"properties"_s, objectOf(point)}};
     if (point.hasPlace()) {
-        QJsonArray coordinates{*point.longitude, *point.latitude};
+        QJsonArray coordinates{point.longitude.value_or(0), point.latitude.value_or(0)};
         if (point.altitude) {
             coordinates.append(*point.altitude);
         }
@@ -133,8 +133,8 @@ QByteArray TrackFormat::gpxPoint(const TrackPoint &point)
     QByteArray element;
     QXmlStreamWriter xml(&element);
     xml.writeStartElement(u"trkpt"_s);
-    xml.writeAttribute(u"lat"_s, QString::number(*point.latitude, 'f', degreeDecimals));
-    xml.writeAttribute(u"lon"_s, QString::number(*point.longitude, 'f', degreeDecimals));
+    xml.writeAttribute(u"lat"_s, QString::number(point.latitude.value_or(0), 'f', placeDecimals));
+    xml.writeAttribute(u"lon"_s, QString::number(point.longitude.value_or(0), 'f', placeDecimals));
     if (point.altitude) {
         xml.writeTextElement(u"ele"_s, QString::number(*point.altitude, 'f', 1));
     }

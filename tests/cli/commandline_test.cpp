@@ -53,7 +53,7 @@ private Q_SLOTS:
                    l.answer.contains("--limit N"_L1) && !l.answer.contains("--count"_L1);
         });
         row("--completions", [](const CommandLine &l) {
-            return l.answer.contains("\noption\t-4\t\tonly IPv4\ttest,resend\n"_L1);
+            return l.answer.contains("\noption\t-4\t\tonly IPv4\ttest,track,resend\n"_L1);
         });
         row("clear --data-dir=/a=b --yes",
             [](const CommandLine &l) { return l.yes && l.dataDir == u"/a=b"_s; });

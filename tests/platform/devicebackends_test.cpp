@@ -25,7 +25,7 @@ const NetworkState abroad{Lte,      {{Lte, {NetworkStatus::Roaming, 71, u"Abroad
                           u"310"_s, u"026"_s,
                           u"228"_s, u"01"_s,
                           2814209,  0xf1e2,
-                          false};
+                          false,    {-97, -11.5, 8, u"B20"_s}};
 
 } // namespace
 

@@ -43,7 +43,8 @@ public:
                              properties("State", 11, "Sim", QDBusObjectPath(simPath),
                                         "EquipmentIdentifier", "A1", "Manufacturer", "Maker",
                                         "Model", "Modem 7", "AccessTechnologies", 1U << 14,
-                                        "SignalQuality", quality(71))) &&
+                                        "SignalQuality", quality(71), "CurrentBands",
+                                        QVariant::fromValue(QList<uint>{50}))) &&
                add(gpp, properties("RegistrationState", 5U, "Imei", "356938035643809",
                                    "OperatorCode", "310026", "OperatorName", "Abroad")) &&
                add(location,

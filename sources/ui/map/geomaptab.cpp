@@ -30,7 +30,8 @@ constexpr double worstAccuracy = 20'000'000; // m
 constexpr qsizetype longestConnectionType = 120;
 /// The newest; a map full of lines tells nothing.
 constexpr qsizetype mostTracks = 20;
-constexpr double trackMargin = 24; // px
+/// Part of the page that a track may fill.
+constexpr double roomForTrack = 0.6;
 
 QString nameOf(ConnectionKind kind)
 {
@@ -168,18 +169,18 @@ void GeoMapTab::showTrack(qulonglong row)
         }
         const QRectF area = track->bounds();
         GeoMap &map = *mapwidget->map();
-        map.setCenter({area.center().y(), area.center().x()});
-        for (int zoom = Mercator::maximumZoom; zoom >= Mercator::minimumZoom; --zoom) {
-            map.setZoomLevel(zoom);
-            const QRectF onScreen = QRectF(map.toScreen({area.bottom(), area.left()}),
-                                           map.toScreen({area.top(), area.right()}))
-                                        .normalized();
-            if (map.boundingRect()
-                    .adjusted(trackMargin, trackMargin, -trackMargin, -trackMargin)
-                    .contains(onScreen)) {
-                break;
-            }
+        const QRectF world(Mercator::toWorld(area.bottom(), area.left()),
+                           Mercator::toWorld(area.top(), area.right()));
+        // Of the page: what it leaves for the map is not laid out yet when it has just been shown.
+        const QSizeF room = QSizeF(size()) * roomForTrack;
+        int zoom = Mercator::maximumZoom;
+        while (zoom > Mercator::minimumZoom &&
+               (world.width() * Mercator::worldSize(zoom) > room.width() ||
+                world.height() * Mercator::worldSize(zoom) > room.height())) {
+            --zoom;
         }
+        map.setZoomLevel(zoom);
+        map.setCenter({area.center().y(), area.center().x()});
     }
 }
 

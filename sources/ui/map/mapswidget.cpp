@@ -197,7 +197,7 @@ void MapsWidget::resizeEvent(QResizeEvent *event)
 
 void MapsWidget::layOut()
 {
-    d->view->resize(size());
+    d->view->setGeometry(rect());
     d->map->resize(size());
     d->scene->setSceneRect(d->map->boundingRect());
     d->view->centerOn(d->map);

@@ -23,7 +23,8 @@ MapTrack::MapTrack(const QList<TrackPoint> &points)
         const bool isEnd = i + 1 == points.size() || points.at(i + 1).segment != point.segment;
         if (i % step == 0 || isEnd || point.hasPlace() != points.at(i + 1).hasPlace()) {
             shown.append(point);
-            places.append(point.hasPlace() ? Mercator::toWorld(*point.latitude, *point.longitude)
+            places.append(point.hasPlace() ? Mercator::toWorld(point.latitude.value_or(0),
+                                                               point.longitude.value_or(0))
                                            : QPointF());
         }
     }
@@ -39,7 +40,7 @@ QRectF MapTrack::bounds() const
     QPolygonF corners;
     for (const TrackPoint &point : shown) {
         if (point.hasPlace()) {
-            corners.append(QPointF(*point.longitude, *point.latitude));
+            corners.append(QPointF(point.longitude.value_or(0), point.latitude.value_or(0)));
         }
     }
     return corners.boundingRect();

@@ -3,6 +3,8 @@
 #include "ui/map/geomap.h"
 #include "ui/map/maplegend.h"
 #include "ui/map/mapswidget.h"
+#include "ui/map/signalclass.h"
+#include "ui/theme/connectionsign.h"
 #include "utils/deployment.h"
 #include "utils/utils.h"
 
@@ -86,6 +88,7 @@ private Q_SLOTS:
     void theLegendSaysWhatTheColoursOfTheMarkersMean()
     {
         auto *legend = page->findChild<MapLegend *>();
+        const auto *colouring = legend->findChild<QPushButton *>(u"buttonColouring"_s);
         const auto entries = [&] {
             QStringList names;
             for (const auto *child : legend->findChildren<QWidget *>()) {
@@ -94,20 +97,67 @@ private Q_SLOTS:
             return names.join(QString());
         };
         page->showResultsOnMap();
-        QVERIFY(!legend->isVisible());
+        QVERIFY(!colouring->isVisible());
         add(1, 47, 8, u"Mobile(5G)"_s);
         add(2, 46, 7, u"WLAN"_s);
         page->showResultsOnMap();
-        QVERIFY(legend->isVisible());
+        QVERIFY(colouring->isVisible());
         QCOMPARE(entries(), u"5G NR, W WLAN"_s);
         const QImage before = page->map()->shownMarkers().at(0)->pixmap(2).toImage();
-        QTest::mouseClick(legend->findChild<QPushButton *>(), Qt::LeftButton);
+        QTest::mouseClick(legend->findChild<QPushButton *>(u"buttonColouring"_s), Qt::LeftButton);
         QCOMPARE(entries(), u"20 to 100"_s); // both had 38 Mbit/s
         add(3, 45, 6, u"WLAN"_s);
         page->showResultsOnMap();
         QVERIFY(page->map()->shownMarkers().at(0)->pixmap(2).toImage() != before);
         page->clearMarkers();
-        QVERIFY(!legend->isVisible());
+        QVERIFY(!colouring->isVisible());
+    }
+
+    void tracksLieUnderTheMarkersInTheColoursThatTheLegendNames()
+    {
+        auto track = gDB->tracks().begin(1);
+        QList<TrackPoint> points;
+        for (int i = 0; i < 10'000; ++i) {
+            TrackPoint point;
+            point.time = 1 + i;
+            point.segment = i < 5'000 ? 0 : 1;
+            point.latitude = 47 + i * 1e-5;
+            point.longitude = 8;
+            point.mode = i < 2'500 ? u"LteMode"_s : u"NrMode"_s;
+            point.rsrp = i < 2'500 ? -120 : -70;
+            if (i >= 4'000 && i < 6'000) {
+                point.latitude.reset(); // a tunnel
+                point.longitude.reset();
+            }
+            points.append(point);
+        }
+        QVERIFY(gDB->tracks().append(*track, points, 0));
+        const QSignalSpy asked(page.get(), &GeoMapTab::tracksClicked);
+        page->showTrack(track->row);
+        QVERIFY(!page->findChild<QLabel *>(u"labelEmpty"_s)->isVisible());
+        GeoMap &map = *page->map()->map();
+        QVERIFY(map.center().distanceTo({47.05, 8}) < 200);
+        auto *colouring = page->findChild<QPushButton *>(u"buttonColouring"_s);
+        const auto at = [&](double latitude) {
+            return page->map()->grab().toImage().pixelColor(map.toScreen({latitude, 8}).toPoint());
+        };
+        const QColor weak = SignalClasses::colour(SignalClass::Weak);
+        const QColor strong = SignalClasses::colour(SignalClass::Strong);
+        const QColor lte = ConnectionSign::colour(ConnectionKind::Lte);
+        const QColor nr = ConnectionSign::colour(ConnectionKind::Nr);
+        QCOMPARE(at(47.01), lte);
+        QCOMPARE(at(47.03), nr);
+        QVERIFY(at(47.05) != nr && at(47.05) != lte); // no line through the tunnel
+        QCOMPARE(at(47.08), nr);
+        QTest::mouseClick(colouring, Qt::LeftButton);
+        QTest::mouseClick(colouring, Qt::LeftButton);
+        QCOMPARE(at(47.01), weak);
+        QCOMPARE(at(47.09), strong);
+        QVERIFY(gDB->tracks().remove(track->row));
+        page->showResultsOnMap();
+        QVERIFY(at(47.01) != weak);
+        QTest::mouseClick(page->findChild<QPushButton *>(u"buttonTracks"_s), Qt::LeftButton);
+        QCOMPARE(asked.size(), 1);
     }
 
     void isSetUpOnceAndKeepsWhatItShowedWhenNothingIsStored()
