@@ -66,7 +66,8 @@ bool onWlan(const NetworkState &state)
 
 NetworkState cleaned(NetworkState state)
 {
-    for (QString *text : {&state.mcc, &state.mnc, &state.homeMcc, &state.homeMnc, &state.radio.band}) {
+    for (QString *text :
+         {&state.mcc, &state.mnc, &state.homeMcc, &state.homeMnc, &state.radio.band}) {
         *text = cleanText(*text);
     }
     for (NetworkState::Link &link : state.links) {

@@ -89,7 +89,6 @@ struct NetworkState
     std::optional<qint64> cell; ///< up to 36 bits (5G)
     std::optional<int> lac;     ///< TAC with LTE and 5G
 
-
     /// The codes of the network are not known and may yet come: there is a modem, or nobody has
     /// answered yet whether there is one. A modem that finds no network never tells them, so
     /// whoever waits sets a limit.
