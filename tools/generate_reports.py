@@ -16,6 +16,7 @@ import datetime
 import hashlib
 import http.client
 import itertools
+import json
 import math
 import random
 import sqlite3
@@ -237,6 +238,20 @@ def log_entries(test, mode):
                "<NeighboringCells></NeighboringCells></LogEntry>")
 
 
+def load_figures(test):
+    """What a client tells of the round trips beside the streams, in its log; nothing of every fourth test."""
+    if test.number % 4 == 0 or test.rtt[1] <= 0:
+        return None
+    rng = random.Random(f"{test.user}/{test.series}/{test.number}")
+    figures = {"v": 1, "idle_ns": [int(test.rtt[1] * rng.uniform(0.95, 1.05)) for _ in range(3)]}
+    for name, measured, queue in (("download", test.download, rng.uniform(5e6, 60e6)),
+                                  ("upload", test.upload, rng.uniform(5e6, 400e6))):
+        times = [200_000_000 * (i + 1) for i in range(len(measured.counts) // 2)]
+        figures[name] = {"cc": "bbr", "t_ns": times, "rtt_ns": [
+            -1 if rng.random() < 0.02 else int(test.rtt[1] + queue * rng.uniform(0.7, 1.2)) for _ in times]}
+    return figures
+
+
 def document(test, salt):
     """The report of @p test, as a client writes it."""
     mode = test.text.get("ConnectionType", TYPES[test.kind][0])
@@ -246,6 +261,8 @@ def document(test, salt):
             "Model": "OV-1", "Manufacturer": "Orvak", "MNC": "" if wlan else test.operator[1],
             "MCC": "" if wlan else "228", "AppletVersion": "V1.3.0", "Log": "Status: 3\nDownload finished\n",
             "Phase": ""} | test.text
+    if (load := load_figures(test)) and "Log" not in test.text:
+        text["Log"] += "LoadFigures: " + json.dumps(load, separators=(",", ":")) + "\n"
     device, service = test.upload.rates(), test.served_upload.rates()
     download = test.download.rates() or (-1, -1, -1)
     download = (download[0], test.download.device_average(), download[2])
@@ -316,6 +333,19 @@ def drive(seed, started, points=400):
             "points": rows}
 
 
+def kernel_facts(test, direction, measured):
+    """What the service's kernel told of a stream; of every fourth test nothing, as services did once."""
+    if test.number % 4 == 0:
+        return ""
+    rng = random.Random(f"{test.user}/{test.series}/{test.number}/{direction}")
+    least, samples = int(test.rtt[0] / 1000), []
+    for index, count in enumerate(measured.counts):
+        figures = [100 * (index + 1), int(test.rtt[1] / 1000 * rng.uniform(1, 3)), least, count * 80, 1448 * (index // 20),
+                   rng.choice(("window", "window", "receiver", "application"))]
+        samples.append(" ".join(map(str, figures if direction == DOWNLOAD else figures[:2] + ["-", figures[3], "-", "-"])))
+    return "congestion control bbr; ms rtt_us min_rtt_us bit/s retransmitted limit: " + "; ".join(samples)
+
+
 def store_streams(database, tests):
     """The streams behind @p tests, as if the service at @p database had served them just now."""
     now = int(time.time() * 1000)
@@ -326,10 +356,10 @@ def store_streams(database, tests):
             if rates:
                 kept = rates if direction == UPLOAD else (0, rates[1], 0)
                 rows.append((test.user, test.series, test.number, direction, now, measured.total,
-                             100 * len(measured.counts), *kept, 0))
+                             100 * len(measured.counts), *kept, 0, kernel_facts(test, direction, measured)))
     with sqlite3.connect(database, timeout=30) as file:
         file.executemany("INSERT OR REPLACE INTO streams(userid, seriesid, testid, direction, ended, bytes, "
-                         "lasted_ms, min, avg, max, late) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)", rows)
+                         "lasted_ms, min, avg, max, late, kernel) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)", rows)
     file.close()
 
 

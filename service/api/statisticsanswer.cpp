@@ -74,6 +74,8 @@ QJsonObject json(const Statistics &statistics, StatisticsBy by, const QString &l
                                 {u"download"_s, figure(row.download)},
                                 {u"upload"_s, figure(row.upload)},
                                 {u"rtt"_s, figure(row.rtt)},
+                                {u"download_rtt"_s, figure(row.downloadRtt)},
+                                {u"upload_rtt"_s, figure(row.uploadRtt)},
                                 {u"rsrp"_s, figure(row.rsrp)}});
     }
     return {{u"licence"_s, licence},
@@ -88,7 +90,8 @@ QByteArray csv(const Statistics &statistics, StatisticsBy by, const QString &lic
                        u"longitude"_s, u"height_deg"_s, u"width_deg"_s};
     for (const auto &[name, unit] :
          {std::pair{u"download"_s, u"_bps"_s}, std::pair{u"upload"_s, u"_bps"_s},
-          std::pair{u"rtt"_s, u"_ns"_s}, std::pair{u"rsrp"_s, u"_dbm"_s}}) {
+          std::pair{u"rtt"_s, u"_ns"_s}, std::pair{u"rsrp"_s, u"_dbm"_s},
+          std::pair{u"download_rtt"_s, u"_ns"_s}, std::pair{u"upload_rtt"_s, u"_ns"_s}}) {
         header += name + u"_count"_s;
         for (const auto &part : {u"_p10"_s, u"_median"_s, u"_p90"_s}) {
             header += name + part + unit;
@@ -103,7 +106,8 @@ QByteArray csv(const Statistics &statistics, StatisticsBy by, const QString &lic
             line += row.place ? QString::number(side, 'f', 6) : QString();
         }
         text += CsvFormat::line(line + cells(row.download) + cells(row.upload) + cells(row.rtt) +
-                                cells(row.rsrp) + QStringList{licence});
+                                cells(row.rsrp) + cells(row.downloadRtt) + cells(row.uploadRtt) +
+                                QStringList{licence});
     }
     return text;
 }

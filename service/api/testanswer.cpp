@@ -2,6 +2,7 @@
 
 #include "api/visible.h"
 #include "figures/jsonformat.h"
+#include "figures/loadwords.h"
 #include "net/kernelfacts.h"
 
 #include <QJsonArray>
@@ -116,6 +117,20 @@ QJsonObject service(const ReportStore::StoredTest &stored, const ReportTest &rep
             {u"late"_s, stored.row.serviceLate}};
 }
 
+/// What suffers, by the rule of the client's sentences.
+QJsonObject underLoad(const FinishedTest &test)
+{
+    constexpr std::array<QLatin1StringView, 4> harms{"none"_L1, "games"_L1, "calls_and_games"_L1,
+                                                     "everything"_L1};
+    QJsonObject object{{u"download"_s, QJsonValue::Null}, {u"upload"_s, QJsonValue::Null}};
+    for (const auto &verdict : LoadWords::verdicts(test)) {
+        object.insert(verdict.ofUpload ? "upload"_L1 : "download"_L1,
+                      QJsonObject{{u"suffers"_s, harms.at(static_cast<std::size_t>(verdict.harm))},
+                                  {u"added_ns"_s, verdict.added}});
+    }
+    return object;
+}
+
 QJsonArray phases(const QList<ReportTest::Phase> &list)
 {
     QJsonArray array;
@@ -145,6 +160,7 @@ QJsonObject test(const ReportStore::StoredTest &stored, const Access &access)
     return {{u"id"_s, QString::number(row.id)},
             {u"test"_s, JsonFormat::test(report.test)},
             {u"service"_s, service(stored, report)},
+            {u"under_load"_s, underLoad(report.test)},
             {u"phases"_s, phases(report.phases)},
             {u"log"_s, text(report.log)},
             {u"note"_s, text(row.note)},

@@ -37,19 +37,21 @@ struct Report
     QString manufacturer;
     QString appletVersion;
     Rate download;
-    Rate upload;                     ///< as the service measured it
-    Rate uploadClient;               ///< as the client measured it
-    std::optional<qint64> rttMin;    ///< ns
-    std::optional<qint64> rttAvg;    ///< ns
-    std::optional<qint64> rttMax;    ///< ns
-    int downloadIntervals = 0;       ///< of 100 ms, up to the last one with bytes
-    int uploadIntervals = 0;         ///< likewise
-    bool verified = false;           ///< its rates are those of streams that were served
-    bool serviceLate = false;        ///< in one of them the service itself was the bottleneck
-    std::optional<double> latitude;  ///< degrees
-    std::optional<double> longitude; ///< degrees
-    std::optional<double> accuracy;  ///< m, horizontal, of the sample nearest in time
-    qint64 bytes = 0;                ///< that both streams moved
+    Rate upload;                       ///< as the service measured it
+    Rate uploadClient;                 ///< as the client measured it
+    std::optional<qint64> rttMin;      ///< ns
+    std::optional<qint64> rttAvg;      ///< ns
+    std::optional<qint64> rttMax;      ///< ns
+    int downloadIntervals = 0;         ///< of 100 ms, up to the last one with bytes
+    int uploadIntervals = 0;           ///< likewise
+    bool verified = false;             ///< its rates are those of streams that were served
+    bool serviceLate = false;          ///< in one of them the service itself was the bottleneck
+    std::optional<double> latitude;    ///< degrees
+    std::optional<double> longitude;   ///< degrees
+    std::optional<double> accuracy;    ///< m, horizontal, of the sample nearest in time
+    qint64 bytes = 0;                  ///< that both streams moved
+    std::optional<qint64> downloadRtt; ///< ns, median beside the download, if BBR has made its load
+    std::optional<qint64> uploadRtt;   ///< likewise beside the upload
     QString document;
 
     StreamKey key() const { return {.user = userId, .series = seriesId, .test = testId}; }

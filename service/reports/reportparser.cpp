@@ -1,5 +1,9 @@
 #include "reports/reportparser.h"
 
+#include "figures/delays.h"
+#include "figures/loadfigures.h"
+#include "reports/reporttest.h"
+
 #include <QCryptographicHash>
 #include <QHash>
 #include <QRegularExpression>
@@ -148,6 +152,7 @@ const QHash<QString, Need> &knownElements()
         {u"Mobile/MNC"_s, Need::Optional},
         {u"Mobile/MCC"_s, Need::Optional},
         {u"Mobile/LocationPath"_s, Need::Optional},
+        {u"JavaConsoleOutput"_s, Need::Optional},
     };
     return elements;
 }
@@ -375,6 +380,21 @@ void takePosition(const Walk &walk, Report &report)
     }
 }
 
+/// The delays beside the loads that BBR made, of the log's line. Other controls fill the queues
+/// differently: figures of several say nothing of the line.
+void takeDelays(const Walk &walk, Report &report)
+{
+    FinishedTest test;
+    if (!LoadFigures::read(ReportTest::unescapedLog(walk.text(u"JavaConsoleOutput"_s)), test)) {
+        return;
+    }
+    const auto median = [](const LoadDelays &load) {
+        return load.congestion == u"bbr"_s ? DelayFigures::median(load.samples) : std::nullopt;
+    };
+    report.downloadRtt = median(test.downloadLoad);
+    report.uploadRtt = median(test.uploadLoad);
+}
+
 Report figuresOf(const Walk &walk)
 {
     Report report;
@@ -406,6 +426,7 @@ Report figuresOf(const Walk &walk)
         report.bytes += std::clamp(bytes.value_or(0), qint64{0}, maxBytes);
     }
     takePosition(walk, report);
+    takeDelays(walk, report);
     return report;
 }
 

@@ -19,8 +19,8 @@ namespace velometer::ReportQueries {
 namespace {
 
 /// The columns that lists and figures are made of, and their values.
-constexpr std::array shownColumns{"type", "operator", "download_rate", "upload_rate",
-                                  "rtt",  "bytes",    "accuracy"};
+constexpr std::array shownColumns{"type",  "operator", "download_rate", "upload_rate", "rtt",
+                                  "bytes", "accuracy", "download_rtt",  "upload_rtt"};
 
 QVariantList shownValues(const Report &report)
 {
@@ -28,7 +28,8 @@ QVariantList shownValues(const Report &report)
     return {static_cast<int>(shown.type), shown.operatorCode.isNull() ? u""_s : shown.operatorCode,
             nullable(shown.download),     nullable(shown.upload),
             nullable(shown.rtt),          shown.bytes,
-            nullable(shown.accuracy)};
+            nullable(shown.accuracy),     nullable(shown.downloadRtt),
+            nullable(shown.uploadRtt)};
 }
 
 QString shownNames(const QString &after)
@@ -153,6 +154,8 @@ std::optional<qint64> fillColumns(SqliteConnection &connection)
         if (found) {
             report.accuracy = found->accuracy;
             report.bytes = found->bytes;
+            report.downloadRtt = found->downloadRtt;
+            report.uploadRtt = found->uploadRtt;
         }
         rows += shownValues(report) + QVariantList{query->value(0)};
     }

@@ -235,20 +235,20 @@ ReportTest::Phase phaseOf(const ElementTexts &entry)
     return phase;
 }
 
-/// The client escapes "<" before "&"; undone in the opposite order.
-QString unescaped(QString log)
+} // namespace
+
+QString ReportTest::unescapedLog(QString text)
 {
+    // The client escapes "<" before "&"; undone in the opposite order.
     for (const auto &[escape, character] : {std::pair{"&quot;"_L1, u'"'},
                                             {"&apos;"_L1, u'\''},
                                             {"&amp;"_L1, u'&'},
                                             {"&gt;"_L1, u'>'},
                                             {"&lt;"_L1, u'<'}}) {
-        log.replace(escape, QString(character));
+        text.replace(escape, QString(character));
     }
-    return log.replace("\r\n"_L1, "\n"_L1);
+    return text.replace("\r\n"_L1, "\n"_L1);
 }
-
-} // namespace
 
 std::optional<ReportTest> ReportTest::read(const QString &text)
 {
@@ -286,7 +286,7 @@ std::optional<ReportTest> ReportTest::read(const QString &text)
     for (const ElementTexts &entry : document->entries) {
         report.phases += phaseOf(entry);
     }
-    report.log = unescaped(document->text(u"JavaConsoleOutput"_s));
+    report.log = unescapedLog(document->text(u"JavaConsoleOutput"_s));
     LoadFigures::read(report.log, test);
 
     static const QRegularExpression sent(u"sent ([0-9]{1,18}) bytes in ([0-9]{1,18}) ms"_s);

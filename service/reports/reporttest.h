@@ -37,6 +37,9 @@ struct ReportTest
 
     static constexpr qsizetype maxPhases = 1000;
 
+    /// Of the text in a report, with lines that end in LF.
+    static QString unescapedLog(QString text);
+
     /// Nothing when @p document is damaged. From any thread.
     static std::optional<ReportTest> read(const QString &document);
 };

@@ -32,6 +32,8 @@ ShownFigures ShownFigures::of(const Report &report)
         figures.upload = upTo(maxRate, report.bestUpload().avg);
     }
     figures.rtt = upTo(maxResponse, report.rttAvg);
+    figures.downloadRtt = upTo(maxResponse, report.downloadRtt);
+    figures.uploadRtt = upTo(maxResponse, report.uploadRtt);
     figures.accuracy = upTo(maxAccuracy, report.accuracy);
     figures.bytes = report.bytes;
     return figures;

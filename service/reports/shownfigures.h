@@ -22,12 +22,14 @@ struct ShownFigures
     static constexpr qint64 lastTime = 4'133'980'800'000 - 1; ///< ms: before 2101-01-01
 
     ConnectionClass type = ConnectionClass::Other;
-    QString operatorCode;           ///< "228-01", empty when unknown
-    std::optional<qint64> download; ///< bit/s
-    std::optional<qint64> upload;   ///< bit/s, the better founded of both
-    std::optional<qint64> rtt;      ///< ns
-    std::optional<double> accuracy; ///< m
-    qint64 bytes = 0;               ///< moved by both streams
+    QString operatorCode;              ///< "228-01", empty when unknown
+    std::optional<qint64> download;    ///< bit/s
+    std::optional<qint64> upload;      ///< bit/s, the better founded of both
+    std::optional<qint64> rtt;         ///< ns
+    std::optional<double> accuracy;    ///< m
+    std::optional<qint64> downloadRtt; ///< ns, see Report
+    std::optional<qint64> uploadRtt;   ///< ns
+    qint64 bytes = 0;                  ///< moved by both streams
 
     static ShownFigures of(const Report &report);
 

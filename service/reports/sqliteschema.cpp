@@ -98,6 +98,13 @@ const QList<QStringList> &migrations()
          "latitude REAL NOT NULL, longitude REAL NOT NULL, type INTEGER NOT NULL, "
          "rsrp INTEGER NOT NULL, points INTEGER NOT NULL)"_s,
          u"CREATE INDEX trackcells_by_track ON trackcells(trackid)"_s},
+        // The delays under load of the reports that are there are filled in like the rest.
+        {u"ALTER TABLE reports ADD COLUMN download_rtt INTEGER"_s,
+         u"ALTER TABLE reports ADD COLUMN upload_rtt INTEGER"_s, u"DROP INDEX reports_figures"_s,
+         u"CREATE INDEX reports_figures ON reports(userid, client_time, type, verified, seriesid, "
+         "test_server, location, operator, download_rate, upload_rate, rtt, bytes, latitude, "
+         "longitude, accuracy, network, download_rtt, upload_rtt)"_s,
+         u"UPDATE reports SET type = NULL WHERE document LIKE '%LoadFigures: %'"_s},
     };
     return steps;
 }

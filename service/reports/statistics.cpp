@@ -134,9 +134,11 @@ void StatisticsTable::count(StatisticsBy by, const QString &key, const Test &tes
         return;
     }
     for (Histograms *histograms : {&found->all, &found->types[test.type]}) {
-        histograms->at(0).add(test.user, test.download);
-        histograms->at(1).add(test.user, test.upload);
-        histograms->at(2).add(test.user, test.rtt);
+        histograms->download.add(test.user, test.download);
+        histograms->upload.add(test.user, test.upload);
+        histograms->rtt.add(test.user, test.rtt);
+        histograms->downloadRtt.add(test.user, test.downloadRtt);
+        histograms->uploadRtt.add(test.user, test.uploadRtt);
     }
 }
 
@@ -186,14 +188,17 @@ Statistics StatisticsTable::figures(StatisticsBy by) const
             Statistics::Row row{.key = key,
                                 .type = type,
                                 .place = {},
-                                .download = histograms.at(0).figure(),
-                                .upload = histograms.at(1).figure(),
-                                .rtt = histograms.at(2).figure(),
+                                .download = histograms.download.figure(),
+                                .upload = histograms.upload.figure(),
+                                .rtt = histograms.rtt.figure(),
+                                .downloadRtt = histograms.downloadRtt.figure(),
+                                .uploadRtt = histograms.uploadRtt.figure(),
                                 .rsrp = histograms.rsrp.figure()};
             if (by == StatisticsBy::Cell) {
                 row.place = placeOf(key);
             }
-            if (row.download || row.upload || row.rtt || row.rsrp) {
+            if (row.download || row.upload || row.rtt || row.downloadRtt || row.uploadRtt ||
+                row.rsrp) {
                 result.rows += row;
             }
         };

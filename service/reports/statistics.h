@@ -33,7 +33,8 @@ struct Statistics
         std::optional<ConnectionClass> type; ///< nothing: all types
         std::optional<Place> place;          ///< of a cell
         std::optional<Figure> download, upload, rtt;
-        std::optional<Figure> rsrp; ///< of tracks, in a cell: dBm; counts points
+        std::optional<Figure> downloadRtt, uploadRtt; ///< under load that BBR made
+        std::optional<Figure> rsrp;                   ///< of tracks, in a cell: dBm; counts points
     };
     static constexpr qint64 minTests = 10;
     static constexpr std::size_t minUsers = 3;
@@ -55,7 +56,7 @@ public:
         QString operatorCode; ///< empty when unknown
         QString server;
         std::optional<double> latitude, longitude;
-        std::optional<qint64> download, upload, rtt;
+        std::optional<qint64> download, upload, rtt, downloadRtt, uploadRtt;
     };
     void add(const Test &test);
 
@@ -98,8 +99,9 @@ private:
     {
         std::optional<Statistics::Figure> figure() const;
     };
-    struct Histograms : std::array<Histogram, 3>
+    struct Histograms
     {
+        Histogram download, upload, rtt, downloadRtt, uploadRtt;
         Levels rsrp;
     };
     struct Group

@@ -38,8 +38,8 @@ bool StatisticsReader::refresh(SqliteConnection &connection, const std::function
     // The whole is read from the index alone; what is new is found by its ids.
     auto query = connection.select(
         u"SELECT userid, client_time, type, operator, test_server, latitude, longitude, "
-        "download_rate, upload_rate, rtt FROM reports %1 WHERE id > ? AND verified"_s.arg(
-            whole ? u"INDEXED BY reports_figures"_s : u"NOT INDEXED"_s),
+        "download_rate, upload_rate, rtt, download_rtt, upload_rtt FROM reports %1 WHERE id > ? AND verified"_s
+            .arg(whole ? u"INDEXED BY reports_figures"_s : u"NOT INDEXED"_s),
         {whole ? 0 : lastId});
     if (!query) {
         return false;
@@ -62,7 +62,9 @@ bool StatisticsReader::refresh(SqliteConnection &connection, const std::function
                                   .longitude = optionalReal(query->value(6)),
                                   .download = optionalNumber(query->value(7)),
                                   .upload = optionalNumber(query->value(8)),
-                                  .rtt = optionalNumber(query->value(9))});
+                                  .rtt = optionalNumber(query->value(9)),
+                                  .downloadRtt = optionalNumber(query->value(10)),
+                                  .uploadRtt = optionalNumber(query->value(11))});
     }
     // Of cells, a few hundred a track.
     auto heard = connection.select(

@@ -23,6 +23,8 @@ constexpr Named texts[] = {
     {"download"_L1, Texts::download},
     {"upload"_L1, Texts::upload},
     {"rtt"_L1, Texts::rtt},
+    {"download_rtt"_L1, Texts::rttDownload},
+    {"upload_rtt"_L1, Texts::rttUpload},
     {"tests"_L1, Texts::tests},
     {"test"_L1, Texts::testTitle},
     {"median"_L1, Texts::median},

@@ -51,8 +51,8 @@ void writeTable(Html &html, const Statistics &statistics, const QString &by, con
          << "</h2><table role=\"table\" "
             "class=\"types\"><caption>"
          << Texts::mediansCaption << "</caption><thead role=\"rowgroup\"><tr role=\"row\">";
-    for (const auto *name :
-         {&column, &Texts::tests, &Texts::download, &Texts::upload, &Texts::rtt}) {
+    for (const auto *name : {&column, &Texts::tests, &Texts::download, &Texts::upload, &Texts::rtt,
+                             &Texts::rttDownload, &Texts::rttUpload}) {
         html << "<th role=\"columnheader\" scope=\"col\" class=\""
              << (name == &column ? u""_s : u"n"_s) << "\">" << *name << "</th>";
     }
@@ -80,6 +80,8 @@ void writeTable(Html &html, const Statistics &statistics, const QString &by, con
         writeCell(html, u"down"_s, row.download, Figures::rate);
         writeCell(html, u"up"_s, row.upload, Figures::rate);
         writeCell(html, u"rtt"_s, row.rtt, Figures::roundTrip);
+        writeCell(html, u"rtt load-down"_s, row.downloadRtt, Figures::roundTrip);
+        writeCell(html, u"rtt load-up"_s, row.uploadRtt, Figures::roundTrip);
         html << "</tr>\n";
     }
     html << "</tbody></table>";

@@ -1,6 +1,7 @@
 #include "web/testpage.h"
 
 #include "web/figures.h"
+#include "web/loadcards.h"
 #include "web/texts.h"
 #include "web/typesigns.h"
 
@@ -159,6 +160,10 @@ void writeBothViews(Html &html, const SingleTestPage &page)
         writeBoth(html, title + words(Texts::average, language),
                   Figures::rate(number(device.value("avg_bps"_L1)), language),
                   Figures::rate(number(seen.value("avg_bps"_L1)), language));
+        if (const auto steady = number(device.value("steady_bps"_L1))) {
+            writeBoth(html, title + words(Texts::steadyRate, language),
+                      Figures::rate(steady, language), u"–"_s);
+        }
         writeBoth(html, title + words(Texts::bytes, language),
                   bytesText(number(device.value("bytes"_L1)), language),
                   bytesText(number(seen.value("bytes"_L1)), language));
@@ -286,8 +291,11 @@ std::string SingleTestPage::toHtml(const TileSource &tiles) const
         html << "<section class=\"card scripted mapcard\"><h2>" << Texts::map
              << "</h2><div id=\"map\"></div></section>\n";
     }
-    html << "</div>\n<div class=\"two even\">";
+    html << "</div>\n";
+    LoadCards::writeDelays(html, test);
+    html << "<div class=\"two even\">";
     writeBothViews(html, *this);
+    LoadCards::writeKernel(html, test);
     writeNote(html, *this);
     html << "</div>\n";
     writePhases(html, *this);

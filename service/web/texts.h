@@ -40,6 +40,8 @@ inline constexpr Phrase unknownPage{"There is no such page.", "Diese Seite gibt 
 inline constexpr Phrase download{"Download", "Download"};
 inline constexpr Phrase upload{"Upload", "Upload"};
 inline constexpr Phrase rtt{"RTT", "RTT"};
+inline constexpr Phrase rttDownload{"RTT under download", "RTT beim Download"};
+inline constexpr Phrase rttUpload{"RTT under upload", "RTT beim Upload"};
 inline constexpr Phrase downloadMedian{"Download median", "Download, Median"};
 inline constexpr Phrase uploadMedian{"Upload median", "Upload, Median"};
 inline constexpr Phrase rttMedian{"RTT median", "RTT, Median"};
@@ -226,6 +228,52 @@ inline constexpr Phrase removeTest{"Delete this test", "Diesen Test löschen"};
 inline constexpr Phrase removeTestHint{"It will be gone for good. Type %1 to confirm.",
                                        "Er ist danach endgültig weg. Zur Bestätigung %1 eingeben."};
 
+// Delay under load.
+inline constexpr Phrase underLoad{"The line under load", "Die Leitung unter Last"};
+inline constexpr Phrase underLoadCaption{
+    "Round trips of the idle line and beside what ran over it; what the load adds is the "
+    "difference of the medians.",
+    "Paketlaufzeiten der ruhigen Leitung und neben dem, was darüber lief; was die Last "
+    "dazutut, ist der Unterschied der Mediane."};
+inline constexpr Phrase gamesDownload{"Games suffer while something downloads: %1",
+                                      "Spiele leiden, während etwas heruntergeladen wird: %1"};
+inline constexpr Phrase callsDownload{
+    "Calls and games suffer while something downloads: %1",
+    "Anrufe und Spiele leiden, während etwas heruntergeladen wird: %1"};
+inline constexpr Phrase failDownload{
+    "Calls and games fail while something downloads: %1",
+    "Anrufe und Spiele gehen nicht, während etwas heruntergeladen wird: %1"};
+inline constexpr Phrase gamesUpload{"Games suffer while something uploads: %1",
+                                    "Spiele leiden, während etwas hochgeladen wird: %1"};
+inline constexpr Phrase callsUpload{"Calls and games suffer while something uploads: %1",
+                                    "Anrufe und Spiele leiden, während etwas hochgeladen wird: %1"};
+inline constexpr Phrase failUpload{
+    "Calls and games fail while something uploads: %1",
+    "Anrufe und Spiele gehen nicht, während etwas hochgeladen wird: %1"};
+inline constexpr Phrase nothingSuffers{"Calls and games do not suffer from downloads and uploads.",
+                                       "Anrufe und Spiele leiden nicht unter Down- und Uploads."};
+inline constexpr Phrase load{"Load", "Last"};
+inline constexpr Phrase idleLine{"None", "Keine"};
+inline constexpr Phrase madeDownload{"Download made for it", "Eigens erzeugter Download"};
+inline constexpr Phrase madeUpload{"Upload made for it", "Eigens erzeugter Upload"};
+inline constexpr Phrase within95{"95 % within", "95 % innert"};
+inline constexpr Phrase adds{"Adds", "Zusätzlich"};
+inline constexpr Phrase lost{"Lost", "Verloren"};
+inline constexpr Phrase congestion{"Congestion control", "Staukontrolle"};
+inline constexpr Phrase jitterOf{"Jitter of the idle line: %1", "Jitter der ruhigen Leitung: %1"};
+inline constexpr Phrase steadyRate{"Steady rate", "Stetige Rate"};
+inline constexpr Phrase kernelTitle{"What the service's kernel saw",
+                                    "Was der Kern des Dienstes sah"};
+inline constexpr Phrase kernelMedian{"Round trip, median", "Paketlaufzeit, Median"};
+inline constexpr Phrase kernel95{"Round trip, 95 % within", "Paketlaufzeit, 95 % innert"};
+inline constexpr Phrase kernelLeast{"Round trip, least", "Paketlaufzeit, kleinste"};
+inline constexpr Phrase sentAgain{"Sent again", "Nochmals gesendet"};
+inline constexpr Phrase heldBack{"Held back by", "Gebremst durch"};
+inline constexpr Phrase byWindow{"the path %1 %", "den Weg %1 %"};
+inline constexpr Phrase byReceiver{"the receiver %1 %", "den Empfänger %1 %"};
+inline constexpr Phrase byBuffer{"the buffer %1 %", "den Puffer %1 %"};
+inline constexpr Phrase byProgram{"the program %1 %", "das Programm %1 %"};
+
 // Comparing.
 inline constexpr Phrase compareTitle{"Compare measurements", "Messungen vergleichen"};
 inline constexpr Phrase compareHint{
@@ -285,8 +333,9 @@ inline constexpr Phrase byMonth{"By month", "Nach Monat"};
 inline constexpr Phrase byOperator{"By operator", "Nach Betreiber"};
 inline constexpr Phrase byServer{"By server", "Nach Server"};
 inline constexpr Phrase mediansCaption{
-    "Medians, in brackets what 10 % and 90 % stay below",
-    "Mediane, in Klammern was 10 % und 90 % nicht überschreiten"};
+    "Medians, in brackets what 10 % and 90 % stay below; RTT under load where BBR made it",
+    "Mediane, in Klammern was 10 % und 90 % nicht überschreiten; RTT unter Last, wo BBR sie "
+    "machte"};
 inline constexpr Phrase statisticsLicence{"Licence: %1.", "Lizenz: %1."};
 inline constexpr Phrase statisticsNone{"There are not enough tests for a figure yet.",
                                        "Noch gibt es für keinen Wert genug Tests."};

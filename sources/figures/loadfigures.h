@@ -7,8 +7,8 @@
 /// The delays of a test as the one line of the diagnostic log in which a report carries them: the
 /// report's document has no place of its own for them. All times are ns.
 ///
-///     LoadFigures:
-///     {"v":1,"idle_ns":[31400000,-1],"download":{"cc":"bbr","rtt_ns":[..],"t_ns":[..]}}
+///     LoadFigures: {"v":1,"idle_ns":[31400000,-1],"download":{"cc":"bbr","rtt_ns":[41000000,-1],
+///     "t_ns":[0,200000000]}}
 ///
 /// A lost round trip is -1. "upload", "extra_download" and "extra_upload" are like "download";
 /// "upload_confirmed" is what the other end has confirmed of the upload, bytes per 100 ms. Groups

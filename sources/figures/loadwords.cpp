@@ -40,37 +40,47 @@ LoadWords::Harm LoadWords::harm(qint64 underLoad, qint64 added)
     return underLoad <= callsFail ? Harm::CallsAndGames : Harm::Everything;
 }
 
-QStringList LoadWords::sentences(const FinishedTest &test)
+QList<LoadWords::Verdict> LoadWords::verdicts(const FinishedTest &test)
 {
-    QStringList sentences;
-    int known = 0;
-    const auto add = [&](const LoadDelays &load, const LoadDelays &extra, const char *games,
-                         const char *callsAndGames, const char *everything) {
+    QList<Verdict> verdicts;
+    const auto add = [&](bool ofUpload, const LoadDelays &load, const LoadDelays &extra) {
         const LoadDelays &used = DelayFigures::median(extra.samples) ? extra : load;
         const auto underLoad = DelayFigures::median(used.samples);
         const auto added = DelayFigures::added(test.idle(), used.samples);
-        if (!underLoad || !added) {
-            return;
+        if (underLoad && added) {
+            verdicts.append(
+                {.ofUpload = ofUpload, .harm = harm(*underLoad, *added), .added = *added});
         }
-        ++known;
-        const char *text = nullptr;
-        switch (harm(*underLoad, *added)) {
-        case Harm::None: return;
-        case Harm::Games: text = games; break;
-        case Harm::CallsAndGames: text = callsAndGames; break;
-        case Harm::Everything: text = everything; break;
-        }
-        sentences.append(tr(text).arg(difference(*added, 0)));
     };
-    add(test.downloadLoad, test.extraDownloadLoad,
-        QT_TR_NOOP("Games suffer while something downloads: %1"),
-        QT_TR_NOOP("Calls and games suffer while something downloads: %1"),
-        QT_TR_NOOP("Calls and games fail while something downloads: %1"));
-    add(test.uploadLoad, test.extraUploadLoad,
-        QT_TR_NOOP("Games suffer while something uploads: %1"),
-        QT_TR_NOOP("Calls and games suffer while something uploads: %1"),
-        QT_TR_NOOP("Calls and games fail while something uploads: %1"));
-    if (sentences.isEmpty() && known == 2) {
+    add(false, test.downloadLoad, test.extraDownloadLoad);
+    add(true, test.uploadLoad, test.extraUploadLoad);
+    return verdicts;
+}
+
+QStringList LoadWords::sentences(const FinishedTest &test)
+{
+    QStringList sentences;
+    const auto verdicts = LoadWords::verdicts(test);
+    for (const Verdict &verdict : verdicts) {
+        QString text;
+        switch (verdict.harm) {
+        case Harm::None: continue;
+        case Harm::Games:
+            text = verdict.ofUpload ? tr("Games suffer while something uploads: %1")
+                                    : tr("Games suffer while something downloads: %1");
+            break;
+        case Harm::CallsAndGames:
+            text = verdict.ofUpload ? tr("Calls and games suffer while something uploads: %1")
+                                    : tr("Calls and games suffer while something downloads: %1");
+            break;
+        case Harm::Everything:
+            text = verdict.ofUpload ? tr("Calls and games fail while something uploads: %1")
+                                    : tr("Calls and games fail while something downloads: %1");
+            break;
+        }
+        sentences.append(text.arg(difference(verdict.added, 0)));
+    }
+    if (sentences.isEmpty() && verdicts.size() == 2) {
         sentences.append(tr("Calls and games do not suffer from downloads and uploads."));
     }
     return sentences;

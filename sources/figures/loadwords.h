@@ -29,9 +29,19 @@ public:
     /// Of a median under load, and what of it the load has added.
     static Harm harm(qint64 underLoad, qint64 added);
 
+    /// What the load of one direction does.
+    struct Verdict
+    {
+        bool ofUpload = false;
+        Harm harm = Harm::None;
+        qint64 added = 0; ///< ns
+    };
+    /// Of each direction of which enough is known, the download first. Load that was made for its
+    /// delays comes before that of the measurements: it says more.
+    static QList<Verdict> verdicts(const FinishedTest &test);
+
     /// One sentence for each direction that suffers; one that says that nothing does where both are
-    /// known; none where nothing is known. Load that was made for its delays comes before that of
-    /// the measurements: it says more.
+    /// known; none where nothing is known.
     static QStringList sentences(const FinishedTest &test);
 
     /// "245.1 ms (95 % within 260.2 ms), +200.1 ms, lost: 3 %, cubic"; empty when nothing is known.

@@ -109,8 +109,9 @@ private Q_SLOTS:
              u"UPDATE reports SET download_avg = 5, document = CASE seriesid WHEN 7 THEN "
              "'<ServerDataDownload>sent 3 bytes in 4 ms</ServerDataDownload>' ELSE document END"_s,
              u"PRAGMA user_version=1"_s});
-        for (const auto *column : {"verified", "service_late", "type", "operator", "download_rate",
-                                   "upload_rate", "rtt", "bytes", "accuracy", "note"}) {
+        for (const auto *column :
+             {"verified", "service_late", "type", "operator", "download_rate", "upload_rate", "rtt",
+              "bytes", "accuracy", "note", "download_rtt", "upload_rtt"}) {
             sql(file, {u"ALTER TABLE reports DROP COLUMN "_s + QLatin1StringView(column)});
         }
         for (const auto *column : {"deleted", "erased", "changes"}) {
@@ -129,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(userOf(store, u"b"_s).lastSeries, 0);
         QCOMPARE(testsOf(store, first.id).size(), 2);
         store.reset();
-        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 6);
+        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 7);
         QCOMPARE(sql(file, {u"SELECT group_concat(seriesid) FROM reports WHERE verified"_s}), 7);
     }
 
@@ -303,7 +304,13 @@ private Q_SLOTS:
         Store store = open();
         QFile device(QStringLiteral(DEVICE_REPORT));
         QVERIFY(device.open(QIODevice::ReadOnly));
-        const QString document = QString::fromUtf8(device.readAll());
+        const QString document =
+            QString::fromUtf8(device.readAll())
+                .replace(u"</JavaConsoleOutput>"_s,
+                         uR"(
+LoadFigures: {"download":{"cc":"bbr","rtt_ns":[41,-1,45],"t_ns":[1,2,3]},)"
+                         R"("upload":{"cc":"cubic","rtt_ns":[9],"t_ns":[1]},"v":1}
+</JavaConsoleOutput>)"_s);
         for (const qint64 user : {5, 6}) {
             Report each = report(user, 1, 10);
             each.document = document;
@@ -334,9 +341,10 @@ private Q_SLOTS:
         QCOMPARE(sql(file, {u"SELECT count(*) FROM reports WHERE type IS NULL"_s}), 0);
         QCOMPARE(
             sql(file, {u"SELECT group_concat(type || operator || ' ' || download_rate || ' ' || "
-                       "upload_rate || ' ' || rtt || ' ' || bytes || ' ' || accuracy) "
+                       "upload_rate || ' ' || rtt || ' ' || bytes || ' ' || accuracy || ' ' || "
+                       "download_rtt || ' ' || ifnull(upload_rtt, '-')) "
                        "FROM reports WHERE seriesid = 1"_s}),
-            u"5228-01 8 6 7 47225000 5.0"_s);
+            u"5228-01 8 6 7 47225000 5.0 43 -"_s);
         QCOMPARE(
             sql(file,
                 {u"SELECT group_concat(userid || ' ' || id) FROM reports WHERE seriesid = 1"_s}),
@@ -430,6 +438,7 @@ private Q_SLOTS:
             each.connectionType = QStringList{u"WlanMode"_s, u"LteMode"_s, u"NrMode"_s}.at(kind);
             each.testServer = i % 30 < 15 ? u"a.example"_s : u"<b>"_s;
             each.rttAvg = 1'000'000 * (1 + i);
+            each.uploadRtt = each.rttAvg;
             each.download.avg = i < 30 ? std::nullopt : std::optional<qint64>(5);
             put(store, each);
         }
@@ -444,7 +453,8 @@ private Q_SLOTS:
             const auto found = answer<Statistics>(
                 [&, wanted = by](auto done) { store->statistics(wanted, done); });
             for (const auto &row : found.rows) {
-                QVERIFY(row.rtt && !row.download && !row.upload);
+                QVERIFY(row.rtt && !row.download && !row.upload && !row.downloadRtt);
+                QVERIFY(row.uploadRtt && row.uploadRtt->median == row.rtt->median);
                 rows += QStringList{row.key,
                                     row.type ? ConnectionClasses::key(*row.type) : u"all"_s,
                                     QString::number(row.rtt->count),

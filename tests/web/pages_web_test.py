@@ -12,7 +12,7 @@ import unittest
 import urllib.parse
 
 from browser import Browser, Service, TileHost
-from generate_reports import DAY, Generator, document, drive, fill, midnight, post
+from generate_reports import DAY, Generator, document, drive, fill, load_figures, midnight, post
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.keys import Keys
 
@@ -270,6 +270,30 @@ class PagesTest(unittest.TestCase):
         browser.wait(lambda: "Saved" in browser.text("#note"))
         browser.open(page("UserReport", type="lte", location="Car"))
         self.assertIn("Beside the <i>lake</i> & \"church\"", self.rows()[0])
+
+    def test_tells_what_suffers_under_load(self):
+        of = {(str(test.series), str(test.number)): test for test in tests}
+        rows = [(row["id"], of[row["series_id"], row["test_id"]])
+                for row in service.api(OWNER, "tests?type=lte&limit=50")["tests"]]
+        for test, loads in ((test, load_figures(each)) for test, each in rows):
+            upload, download, idle = (statistics.median(ns for ns in values if ns >= 0) / 1e6 for values in (
+                loads["upload"]["rtt_ns"], loads["download"]["rtt_ns"], loads["idle_ns"])) if loads else (0, 0, 0)
+            if upload - idle > 150 and upload < 800:
+                break
+        for language, sentence in (("de", "Anrufe und Spiele leiden, während etwas hochgeladen wird: +%d ms"),
+                                   ("en", "Calls and games suffer while something uploads: +%d ms")):
+            browser.open(page("Test", test=test, language=language))
+            self.assertIn(sentence % round(upload - idle), browser.text("#load"))
+        for line, median in ((2, download), (3, upload)):
+            text = browser.text(f"#load tbody tr:nth-child({line})")
+            self.assertRegex(text, rf"{median:.3g}.* ms.*\+{median - idle:.1f} ms.*bbr")
+        browser.one("#curves [data-metric=upload] svg .thin.c-rtt")
+        self.assertIn("RTT", browser.one("#curves [data-metric=upload] svg").get_attribute("aria-label"))
+        self.assertIn("bbr", browser.text("#kernel"))
+        # Of older clients and services nothing is known, and nothing is claimed.
+        browser.open(page("Test", test=next(id for id, each in rows if not load_figures(each))))
+        browser.one("#curves [data-metric=upload] svg")
+        self.assertEqual(browser.all("#load, #kernel, #curves .thin"), [])
 
     def test_shares_show_nothing_of_who_measured(self):
         browser.open(page("UserReport", type="lte"))

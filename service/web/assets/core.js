@@ -63,7 +63,7 @@ const rateUnits = [{ divisor: 1e9, name: "Gbit/s" }, { divisor: 1e6, name: "Mbit
 
 /** How figures of @p metric are shown: divided by what, with which unit, for values up to @p greatest. */
 export function unitOf(metric, greatest) {
-  if (metric === "rtt") {
+  if (metric.endsWith("rtt")) {
     return { divisor: 1e6, name: "ms" };
   }
   return rateUnits.find(({ divisor }) => greatest >= divisor) ?? rateUnits[2];

@@ -41,7 +41,7 @@ plot.redraw = draw;
 plot.rows = () => [[texts.time, texts.connection, texts.tests, "10 %", texts.median, "90 %"], ...shown().map((row) =>
   [row.key, typeName(row.type), number(row[metric].count), ...["p10", "median", "p90"].map((part) =>
     figure(metric, row[metric][part]))])];
-section.querySelector(".tools").append(...choice(["download", "upload", "rtt"].map((each) => [each, texts[each]]), metric,
+section.querySelector(".tools").append(...choice(["download", "upload", "rtt", "download_rtt", "upload_rtt"].map((each) => [each, texts[each]]), metric,
   (chosen) => {
     metric = chosen;
     section.querySelector("figcaption").textContent = texts[metric];
