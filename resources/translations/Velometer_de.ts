@@ -712,6 +712,10 @@ es nur, was es löschen würde.</translation>
         <source>Under load</source>
         <translation>Unter Last</translation>
     </message>
+    <message>
+        <source>band %1</source>
+        <translation>Band %1</translation>
+    </message>
 </context>
 <context>
     <name>TrackCommands</name>
@@ -1097,6 +1101,22 @@ es nur, was es löschen würde.</translation>
     <message>
         <source>Delay in Extra Upload</source>
         <translation>Verzögerung im Zusatz-Upload</translation>
+    </message>
+    <message>
+        <source>RSRP</source>
+        <translation>RSRP</translation>
+    </message>
+    <message>
+        <source>RSRQ</source>
+        <translation>RSRQ</translation>
+    </message>
+    <message>
+        <source>SNR</source>
+        <translation>SNR</translation>
+    </message>
+    <message>
+        <source>Band</source>
+        <translation>Band</translation>
     </message>
 </context>
 <context>

@@ -710,6 +710,10 @@ says what it would delete.</translation>
         <source>Under load</source>
         <translation>Under load</translation>
     </message>
+    <message>
+        <source>band %1</source>
+        <translation>band %1</translation>
+    </message>
 </context>
 <context>
     <name>TrackCommands</name>
@@ -1095,6 +1099,22 @@ says what it would delete.</translation>
     <message>
         <source>Delay in Extra Upload</source>
         <translation>Delay in Extra Upload</translation>
+    </message>
+    <message>
+        <source>RSRP</source>
+        <translation>RSRP</translation>
+    </message>
+    <message>
+        <source>RSRQ</source>
+        <translation>RSRQ</translation>
+    </message>
+    <message>
+        <source>SNR</source>
+        <translation>SNR</translation>
+    </message>
+    <message>
+        <source>Band</source>
+        <translation>Band</translation>
     </message>
 </context>
 <context>

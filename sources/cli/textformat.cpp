@@ -69,6 +69,17 @@ QString networkText(const FinishedTest::Network &network)
     if (network.signal) {
         parts.append(TextFormat::tr("signal %1 %").arg(*network.signal));
     }
+    const auto add = [&](const FinishedTest::Real &value, const QString &wording) {
+        if (value) {
+            parts.append(wording.arg(QString::number(*value, 'f', 1)));
+        }
+    };
+    add(network.rsrp, u"RSRP %1 dBm"_s);
+    add(network.rsrq, u"RSRQ %1 dB"_s);
+    add(network.snr, u"SNR %1 dB"_s);
+    if (network.band) {
+        parts.append(TextFormat::tr("band %1").arg(*network.band));
+    }
     if (network.cell) {
         parts.append(TextFormat::tr("cell %1").arg(*network.cell));
     }

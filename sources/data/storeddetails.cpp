@@ -25,7 +25,7 @@ bool isCount(Unit unit)
 bool saysNothing(const QVariant &value, Unit unit)
 {
     return value.typeId() != QMetaType::QString && value.toDouble() == 0.0 && unit != Unit::Bytes &&
-           unit != Unit::Percent;
+           unit != Unit::Percent && unit != Unit::Decibels;
 }
 
 /// Coordinates that are no place, and the altitude of a place without one, become unknown.

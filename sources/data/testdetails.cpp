@@ -73,6 +73,9 @@ QString TestDetails::getFormatedStringByKey(const QString &key) const
     case Unit::BitsPerSecond: return number > 0 ? Units::kiloBitRate(number) : notAvailable;
     case Unit::Nanoseconds: return number > 0 ? Units::milliseconds(number, 0) : notAvailable;
     case Unit::Metres: return number > 0 ? whole(number, " m"_L1) : notAvailable;
+    case Unit::Decibels:
+        return QString::number(number, 'f', 1) +
+               (field->key.endsWith("dbm"_L1) ? " dBm"_L1 : " dB"_L1);
     case Unit::None:
     case Unit::Moment:
     case Unit::Degrees:

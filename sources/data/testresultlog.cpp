@@ -103,7 +103,9 @@ void TestResultLog::fillInGPSAndNetworkData()
     connectionType = networkinfo->getNetworkmode();
     const int strength = networkinfo->signal().value_or(-1);
     signalStrength = strength > 0 ? strength : -1;
-    cellId = networkinfo->state().cell.value_or(0);
+    const NetworkState &state = networkinfo->state();
+    cellId = state.cell.value_or(0);
+    radio = isMobile(state.mode) ? state.radio : RadioSignal();
 }
 
 void TestResultLog::getGPSData()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/networkstate.h"
 #include "utils/clocktimer.h"
 
 #include <QAbstractSocket>
@@ -42,7 +43,9 @@ public:
     QString getConnectionType() const { return connectionType; } ///< network mode code
     double getSignalStrength() const { return signalStrength; }  ///< percent, -1 when unknown
     qlonglong getCellId() const { return cellId; }               ///< up to 36 bits, 0 when unknown
-    qlonglong getRTT() const { return rtt; }                     ///< ns, -1 when the connect failed
+    /// Of the modem when the test runs over it, else nothing.
+    const RadioSignal &getRadio() const { return radio; }
+    qlonglong getRTT() const { return rtt; } ///< ns, -1 when the connect failed
 
     /// The "<LogEntry>" element of the report. Round-trip time in whole microseconds (a failed
     /// connect is 0), positions with six decimals.
@@ -72,6 +75,7 @@ private:
     QString connectionType;
     double signalStrength = -1;
     qlonglong cellId = 0;
+    RadioSignal radio;
     TestContext *controller;
     NetworkInfoHelper *networkinfo;
     LocationHelper *locationinfo;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 using namespace Qt::StringLiterals;
 
@@ -47,6 +48,23 @@ QStringList distinctModes(const QList<TestResultLog *> &log)
         }
     }
     return modes;
+}
+
+/// The median of what the entries tell.
+std::optional<double> median(const QList<TestResultLog *> &log,
+                             std::optional<double> RadioSignal::*member)
+{
+    QList<double> values;
+    for (const TestResultLog *entry : log) {
+        if (const auto value = entry->getRadio().*member) {
+            values.append(*value);
+        }
+    }
+    if (values.isEmpty()) {
+        return std::nullopt;
+    }
+    std::ranges::sort(values);
+    return std::midpoint(values.at((values.size() - 1) / 2), values.at(values.size() / 2));
 }
 
 QString combined(const QStringList &modes)
@@ -325,6 +343,10 @@ FinishedTest TestResults::finished(FinishedTest test) const
     test.budget = {dataBudget.bytes(), text(phasesCutByBudget().join(u','))};
     if (!log.isEmpty()) {
         test.network.type = text(storedConnectionType());
+        test.network.rsrp = median(log, &RadioSignal::rsrp);
+        test.network.rsrq = median(log, &RadioSignal::rsrq);
+        test.network.snr = median(log, &RadioSignal::snr);
+        test.network.band = text(log.last()->getRadio().band);
     }
     fillReportOnly(test.reportOnly);
     return test;

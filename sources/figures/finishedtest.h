@@ -63,6 +63,13 @@ struct FinishedTest
         Number signal;              ///< percent, of the network in use
         qint64 cellularSignal = -1; ///< percent, of the modem whatever is in use; 0 or -1 unknown
         Flag roaming;
+        /// What the modem measured of its cells: medians over the test, and the band at its end.
+        /// None of a test over another connection.
+        // NOLINTBEGIN(readability-redundant-member-init): lets them be left out
+        Real rsrp{};        ///< dBm
+        Real rsrq{}, snr{}; ///< dB
+        Text band{};
+        // NOLINTEND(readability-redundant-member-init)
     };
     /// At the end of the test. Known when the latitude is.
     struct Position

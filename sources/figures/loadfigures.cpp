@@ -20,6 +20,8 @@ constexpr auto roundTripsKey = "rtt_ns"_L1;
 constexpr auto timesKey = "t_ns"_L1;
 constexpr auto congestionKey = "cc"_L1;
 constexpr auto confirmedKey = "upload_confirmed"_L1;
+constexpr auto radioKey = "radio"_L1;
+constexpr auto bandKey = "band"_L1;
 constexpr int version = 1;
 
 constexpr qint64 lost = -1;
@@ -32,6 +34,7 @@ constexpr qint64 mostBytes = 1'000'000'000'000;
 /// Ten lists of 200 numbers of up to thirteen digits, and their names.
 constexpr qsizetype longestLine = 32'000;
 constexpr qsizetype longestName = 15;
+constexpr char16_t maxAscii = 0x80;
 
 struct Group
 {
@@ -44,6 +47,32 @@ constexpr std::array groups{
     Group{"extra_download"_L1, &FinishedTest::extraDownloadLoad},
     Group{"extra_upload"_L1, &FinishedTest::extraUploadLoad},
 };
+
+/// What a modem can measure.
+struct Radio
+{
+    QLatin1StringView key;
+    FinishedTest::Real FinishedTest::Network::*member;
+    double least, most;
+};
+constexpr std::array radios{
+    Radio{"rsrp_dbm"_L1, &FinishedTest::Network::rsrp, -200, 0},
+    Radio{"rsrq_db"_L1, &FinishedTest::Network::rsrq, -100, 50},
+    Radio{"snr_db"_L1, &FinishedTest::Network::snr, -100, 100},
+};
+
+bool isIn(const Radio &range, double value)
+{
+    return value >= range.least && value <= range.most;
+}
+
+/// "B20", "n78".
+bool isBand(const QString &name)
+{
+    return !name.isEmpty() && name.size() <= longestName &&
+           std::all_of(name.begin(), name.end(),
+                       [](QChar c) { return c.isLetterOrNumber() && c.unicode() < maxAscii; });
+}
 
 // ---- Writing
 
@@ -70,6 +99,20 @@ QJsonObject group(const LoadDelays &load)
     QJsonObject object{{timesKey, moments}, {roundTripsKey, roundTrips(samples)}};
     if (load.congestion && LoadFigures::isCongestionControl(*load.congestion)) {
         object.insert(congestionKey, *load.congestion);
+    }
+    return object;
+}
+
+QJsonObject radio(const FinishedTest::Network &network)
+{
+    QJsonObject object;
+    for (const Radio &each : radios) {
+        if (const auto value = network.*each.member; value && isIn(each, *value)) {
+            object.insert(each.key, *value);
+        }
+    }
+    if (network.band && isBand(*network.band)) {
+        object.insert(bandKey, *network.band);
     }
     return object;
 }
@@ -124,6 +167,24 @@ std::optional<LoadDelays> readGroup(const QJsonObject &object)
     return load;
 }
 
+/// False when anything in @p value is not as radio() writes it.
+bool readRadio(const QJsonValue &value, FinishedTest::Network &network)
+{
+    const QJsonObject object = value.toObject();
+    qsizetype known = 0;
+    for (const Radio &each : radios) {
+        if (const auto figure = object.constFind(each.key); figure != object.constEnd()) {
+            network.*each.member = figure->toDouble();
+            known += figure->isDouble() && isIn(each, figure->toDouble()) ? 1 : 0;
+        }
+    }
+    if (const auto band = object.constFind(bandKey); band != object.constEnd()) {
+        network.band = band->toString();
+        known += isBand(band->toString()) ? 1 : 0;
+    }
+    return known > 0 && known == object.size();
+}
+
 /// The JSON of the last line of its kind; empty when there is none.
 QStringView lastLine(QStringView log)
 {
@@ -159,6 +220,9 @@ QString LoadFigures::line(const FinishedTest &test)
         }
         object.insert(confirmedKey, list);
     }
+    if (const QJsonObject measured = radio(test.network); !measured.isEmpty()) {
+        object.insert(radioKey, measured);
+    }
     if (object.isEmpty()) {
         return {};
     }
@@ -188,6 +252,12 @@ bool LoadFigures::read(const QString &log, FinishedTest &test)
     if (const auto bytes = object.constFind(confirmedKey); bytes != object.constEnd()) {
         found.upload.confirmedBytes = numbers(*bytes, 0, mostBytes);
         if (!found.upload.confirmedBytes) {
+            return false;
+        }
+        ++known;
+    }
+    if (const auto measured = object.constFind(radioKey); measured != object.constEnd()) {
+        if (!readRadio(*measured, found.network)) {
             return false;
         }
         ++known;

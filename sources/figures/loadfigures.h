@@ -4,15 +4,17 @@
 
 #include <QString>
 
-/// The delays of a test as the one line of the diagnostic log in which a report carries them: the
-/// report's document has no place of its own for them. All times are ns.
+/// The delays of a test, and what its modem measured, as the one line of the diagnostic log in
+/// which a report carries them: the report's document has no place of its own for them. All times
+/// are ns.
 ///
 ///     LoadFigures: {"v":1,"idle_ns":[31400000,-1],"download":{"cc":"bbr","rtt_ns":[41000000,-1],
 ///     "t_ns":[0,200000000]}}
 ///
 /// A lost round trip is -1. "upload", "extra_download" and "extra_upload" are like "download";
-/// "upload_confirmed" is what the other end has confirmed of the upload, bytes per 100 ms. Groups
-/// of which nothing is known are left out, and so is an unknown "cc".
+/// "upload_confirmed" is what the other end has confirmed of the upload, bytes per 100 ms. "radio"
+/// is {"rsrp_dbm":-97.5,"rsrq_db":-11,"snr_db":8.5,"band":"B20"}. Groups of which nothing is known
+/// are left out, and so is what is unknown in "radio" and an unknown "cc".
 namespace velometer::LoadFigures {
 
 /// More samples of one list than any test takes; what is beyond is not written.

@@ -339,6 +339,10 @@ QList<TestField> makeTable()
              TestField::ExtraDownloadDelays, TestField::ExtraDownloadDelayTimes),
         LOAD("extra_upload_load", "extraUploadLoad", extraUploadLoad, TestField::ExtraUploadDelays,
              TestField::ExtraUploadDelayTimes),
+        field("network.rsrp_dbm", Decibels, "networkRsrp", AT(network.rsrp), "rsrp_dbm"),
+        field("network.rsrq_db", Decibels, "networkRsrq", AT(network.rsrq), "rsrq_db"),
+        field("network.snr_db", Decibels, "networkSnr", AT(network.snr), "snr_db"),
+        field("network.band", None, "networkBand", AT(network.band), "band"),
     };
 }
 

@@ -21,6 +21,7 @@ enum class Unit {
     Degrees,
     Metres,
     KilometresPerHour,
+    Decibels, ///< of whatever the key names
 };
 
 /// One figure of a finished test: what it is called and where it is found.

@@ -56,6 +56,7 @@ private Q_SLOTS:
             R"("extra_download":{"cc":"cubic","rtt_ns":[151000000],"t_ns":[200000006]},)"
             R"("extra_upload":{"cc":"vegas","rtt_ns":[850000000],"t_ns":[200000007]},)"
             R"("idle_ns":[31400000,-1,29300000,30100000],)"
+            R"("radio":{"band":"B20","rsrp_dbm":-97.5,"rsrq_db":-11,"snr_db":8.25},)"
             R"("upload":{"cc":"bbr","rtt_ns":[361000000,363000000],)"
             R"("t_ns":[200000004,400000005]},"upload_confirmed":[170000%1],"v":1})"_s
                 .arg(u",170000"_s.repeated(69))

@@ -92,24 +92,27 @@ private Q_SLOTS:
         QCOMPARE(results.getAccuracyHor(), figures[4]);
     }
 
-    void namesTheConnectionTypeOfTheWholeTest_data()
+    void tellsTypeAndRadioOfTheWholeTest_data()
     {
-        const Rows<QList<NetworkMode>, QString, QString> row("modes", "reported", "stored");
+        const Rows<QList<NetworkMode>, QString, QString, double> row("modes", "reported", "stored",
+                                                                     "rsrp");
         using enum NetworkMode;
         const auto mobile = u"Mobile(mixed)"_s;
         const auto mixed = u"Mixed(WLAN,Mobile)"_s;
-        row("one", {Lte, Lte}, "LteMode", "Mobile(LTE)");
-        row("WLAN alone", {Wlan}, "WlanMode", "WLAN");
-        row("WLAN among several", {Lte, Wlan}, mixed, mixed);
-        row("mobile mixed", {Nr, Lte}, mobile, mobile);
-        row("no log", {}, mobile, mobile);
+        row("one", {Lte, Lte}, "LteMode", "Mobile(LTE)", -95);
+        row("WLAN alone", {Wlan}, "WlanMode", "WLAN", 0);
+        row("WLAN among several", {Lte, Wlan}, mixed, mixed, -90);
+        row("mobile mixed", {Nr, Lte, Lte}, mobile, mobile, -100);
+        row("no log", {}, mobile, mobile, 0);
     }
-    void namesTheConnectionTypeOfTheWholeTest()
+    void tellsTypeAndRadioOfTheWholeTest()
     {
         QFETCH(QList<NetworkMode>, modes);
         FakeContext context;
         TestResults results(13, 3, nullptr);
         for (const NetworkMode mode : modes) {
+            context.platform.network.radio.rsrp =
+                -90 - 10 * static_cast<double>(results.getTestResultLogs().size());
             context.platform.network.setMode(mode);
             auto *entry = new TestResultLog(context.network.get(), context.location.get(), u"x"_s,
                                             &context, &results);
@@ -119,6 +122,7 @@ private Q_SLOTS:
         }
         QTEST(results.reportConnectionType(), "reported");
         QTEST(results.storedConnectionType(), "stored");
+        QTEST(results.finished(FinishedTest()).network.rsrp.value_or(0), "rsrp");
     }
 
     void takesTheServersUploadFigures()

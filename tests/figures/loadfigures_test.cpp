@@ -16,13 +16,17 @@ FinishedTest testWithDelays()
                          u"bbr"_s};
     test.extraUploadLoad = {Delays{2'999'999'999}, QList<qint64>{0}, u"NOT ONE"_s};
     test.uploadLoad.times = QList<qint64>{1}; // probes that were never there
+    test.network.rsrp = -97.5;
+    test.network.rsrq = 51; // beyond what a modem measures
+    test.network.band = u"n78"_s;
     return test;
 }
 
 const QString written =
     u"LoadFigures: "
     u"{\"download\":{\"cc\":\"bbr\",\"rtt_ns\":[41000500,-1],\"t_ns\":[200499999,400500000]},"
-    "\"extra_upload\":{\"rtt_ns\":[2999999999],\"t_ns\":[0]},\"idle_ns\":[31400499,-1],\"v\":1}"_s;
+    "\"extra_upload\":{\"rtt_ns\":[2999999999],\"t_ns\":[0]},\"idle_ns\":[31400499,-1],"
+    "\"radio\":{\"band\":\"n78\",\"rsrp_dbm\":-97.5},\"v\":1}"_s;
 
 } // namespace
 
@@ -44,6 +48,7 @@ private Q_SLOTS:
         QCOMPARE(test.downloadLoad.samples, (Delays{41'000'500, std::nullopt}));
         QCOMPARE(test.downloadLoad.times, (QList<qint64>{200'499'999, 400'500'000}));
         QCOMPARE(test.downloadLoad.congestion, u"bbr"_s);
+        QCOMPARE(test.network.rsrp, -97.5);
         QVERIFY(!test.uploadLoad.samples && !test.extraUploadLoad.congestion);
         QCOMPARE(LoadFigures::line(test), written);
     }
@@ -81,6 +86,12 @@ private Q_SLOTS:
         row("beyond every number", R"({"v":1,"idle_ns":[1e300]})");
         row("too many", uR"({"v":1,"idle_ns":[5%1]})"_s.arg(u",5"_s.repeated(200)));
         row("much too long", uR"({"v":1,%1"idle_ns":[5]})"_s.arg(QString(32'000, u' ')));
+        row("radio that is none", R"({"v":1,"radio":[]})");
+        row("radio of nothing", R"({"v":1,"radio":{}})");
+        row("radio of another", R"({"v":1,"radio":{"snr_db":1,"x":2}})");
+        row("SNR as a text", R"({"v":1,"radio":{"snr_db":"1"}})");
+        row("more than all power", R"({"v":1,"radio":{"rsrp_dbm":1}})");
+        row("band of nobody", R"({"v":1,"radio":{"band":"<b>"}})");
         row("group that is none", R"({"v":1,"upload":7})");
         row("no times", R"({"v":1,"upload":{"rtt_ns":[5]}})");
         row("a time too few", R"({"v":1,"upload":{"rtt_ns":[5,6],"t_ns":[1]}})");

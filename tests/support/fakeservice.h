@@ -57,7 +57,7 @@ public:
     /// Streams long enough for a rate.
     void serveForAWhile()
     {
-        answers["downloadtest"].secondHalfMs = answers["uploadtest"].secondHalfMs = 700;
+        answers["downloadtest"].secondHalfMs = answers["uploadtest"].secondHalfMs = 1000;
     }
 
     /// From now on connections are refused.

@@ -103,6 +103,7 @@ private:
         net.homeMnc = QStringLiteral("02");
         net.cell = 28'394'241;
         net.lac = 4711;
+        net.radio = {-97.5, -11, 8.25, QStringLiteral("B20")};
         context.platform.device.manufacturer = QStringLiteral("Bob's <Works>");
         context.network = std::make_unique<NetworkInfoHelper>(context.platform, nullptr);
         context.device = std::make_unique<DeviceInfoHelper>(context.platform, nullptr);
