@@ -142,9 +142,11 @@ def measure_delays(profile, control):
         print(f"{name} RTT {what:11} {ours:8.2f} ms  ping {theirs:8.2f}  {ours - theirs:+7.2f} ms "
               f"{100 * (ours / theirs - 1):+6.1f} %  ({count:.0f} connects)", flush=True)
     for group, true, other in (("download", true_down, peers[0]), ("upload", true_up, peers[1])):
-        steady = statistics.median(test[group]["steady_bps"] or 0 for test, _ in tests)
+        known = [test[group]["steady_bps"] for test, _ in tests if test[group]["steady_bps"]]
+        steady = statistics.median(known) if known else None
+        told = f"{steady / 1e6:8.3f} Mbit/s {100 * (steady / true - 1):+6.2f} %" if known else f"{'none':24}"
         average = statistics.median(test[group]["avg_bps"] for test, _ in tests)
-        print(f"{name} {group:8} steady {steady / 1e6:8.3f} Mbit/s {100 * (steady / true - 1):+6.2f} %  average "
+        print(f"{name} {group:8} steady {told}  average "
               f"{100 * (average / true - 1):+6.2f} %  iperf3 {100 * (other / true - 1):+6.2f} %", flush=True)
 
 

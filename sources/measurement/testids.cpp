@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QStringList>
 #include <QTimer>
@@ -26,6 +27,7 @@ constexpr int staleLockMs = 30'000;
 
 /// Ids stay where every program that reads them, a script's doubles included, has them exactly.
 constexpr qlonglong maxId = qlonglong(1) << 53;
+constexpr int unusedBits = 64 - 53;
 
 qlonglong plausible(qlonglong id, qlonglong minimum)
 {
@@ -111,8 +113,9 @@ void TestIds::assignUser(bool ok, const QString &answer)
     user = ok && parts.size() >= 2 ? plausible(parts[0].toLongLong(), 0) : 0;
     series = user == 0 ? 1 : plausible(parts[1].toLongLong(), 0) + 1;
     test = 0;
-    if (user == 0) {
-        user = Utils::getTimeInMs();
+    while (user == 0) {
+        // Whoever knows an id sees its measurements: it must not be guessed, as a time can be.
+        user = static_cast<qlonglong>(QRandomGenerator::system()->generate64() >> unusedBits);
     }
 }
 

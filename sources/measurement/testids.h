@@ -32,8 +32,8 @@ public:
     void draw(QObject *context, const std::function<void()> &done);
 
     /// Takes the service's answer "...;user;series": its next series is ours. Anything else gives
-    /// the time as the user id and series 1: a test is worth more than a proper id. Saved with the
-    /// next draw().
+    /// a user id of 53 random bits and series 1: a test is worth more than a proper id. Saved with
+    /// the next draw().
     void assignUser(bool ok, const QString &answer);
 
     /// The service has deleted @p gone, if that is still the user, and everything of his: the next

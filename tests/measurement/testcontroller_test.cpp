@@ -19,6 +19,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QMetaEnum>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSqlQuery>
@@ -152,20 +153,66 @@ private Q_SLOTS:
         QVERIFY(QString::fromUtf8(once).contains(u"<Network><![CDATA[Zuerich Ñandú]]></Network>"));
     }
 
+    void aPlanAddsItsPhasesAndTheirDelays_data()
+    {
+        const Rows<qint64, QString> row("budget", "phases");
+        row("no budget", 0, "IdleDelays ExtraDownload ExtraUpload");
+        row("nothing left", 100'000, "IdleDelays");
+    }
+    void aPlanAddsItsPhasesAndTheirDelays()
+    {
+        const auto [budget, phases] = currentRow<qint64, QString>();
+        service->serveForAWhile();
+        service->script("downloadtest",
+                        {"HTTP/1.0 200 OK\r\n\r\n" + QByteArray(80'000, 'x'), true, {}, 1000});
+        create();
+        controller->setDataBudget(DataBudget(budget));
+        controller->setDelayPlan(
+            {.idleSamples = 5, .underLoad = true, .congestionControl = u"reno"_s});
+        QStringList beyond;
+        connect(controller.get(), &TestController::phaseEntered, this, [&](Phase phase) {
+            if (phase >= Phase::IdleDelays) {
+                beyond += QString::fromLatin1(QMetaEnum::fromType<Phase>().valueToKey(int(phase)));
+            }
+        });
+        runToEnd();
+        QCOMPARE(ended.end, End::Completed);
+        QCOMPARE(beyond.join(u' '), phases);
+
+        const FinishedTest test = gDB->getTest(*gDB->getResultsById(ended.storedId));
+        QCOMPARE(test.idleDelays.value_or(Delays()).size(), 5);
+        QCOMPARE(test.rtt.samples.value_or(Delays()).size(), 3);
+        // The control is asked for, and the load of its own has other ids: it is no test.
+        const auto downloads = service->requests("downloadtest");
+        QVERIFY(downloads[0].contains("cc=reno"));
+        const bool isLoaded = beyond.size() > 1;
+        QCOMPARE(downloads.size(), isLoaded ? 2 : 1);
+        QVERIFY(!isLoaded ||
+                (downloads[1].contains("cc=cubic") && downloads[1].contains("4000003")));
+        QCOMPARE(test.extraUploadLoad.samples.has_value(), isLoaded);
+        QCOMPARE(service->requests("redirect_iphone").constFirst().contains("extra_upload"),
+                 isLoaded);
+    }
+
     void implausibleIdsStartAgain()
     {
-        // A user of more than 64 bits is replaced by the time, a series that would overflow by 1.
-        for (const QByteArray answer : {"99999999999999999999;5", "52077;9223372036854775807"}) {
+        // A user of more than 64 bits is replaced by one that nobody can guess, a series that would
+        // overflow by 1.
+        QSet<qlonglong> users;
+        for (const QByteArray answer :
+             {"99999999999999999999;5", "99999999999999999999;5", "52077;9223372036854775807"}) {
             saveIds({});
             service->script("getIDwithUUID", {FakeService::ok(answer)});
             service->script("initialise", {"HTTP/1.1 500 no\r\n\r\n"});
             create();
-            const qlonglong before = Utils::getTimeInMs();
             runToEnd();
             const qlonglong user = controller->getUserId();
-            QVERIFY(answer[0] == '9' ? user >= before : user == 52077);
+            QVERIFY(answer[0] == '9' ? user > 0 && user < 1LL << 53 : user == 52077);
+            QVERIFY(std::abs(user - Utils::getTimeInMs()) > 60'000);
+            users.insert(user);
             QCOMPARE(savedIds().mid(1), (QStringList{u"1"_s, u"1"_s}));
         }
+        QCOMPARE(users.size(), 3);
         saveIds({u"52077"_s, u"0"_s, u"-5"_s});
         create();
         QCOMPARE(controller->getTestId(), 0);

@@ -247,6 +247,9 @@ private:
             store->addDetail(id, u"deviceLongitude"_s, 8.8 + id);
             store->addIntervals(id, 1, u"300000,200000,100000"_s);
         }
+        if (auto track = gDB->tracks().begin(1'700'000'000'000)) {
+            gDB->tracks().setEnded(*track, track->started);
+        }
         window = std::make_unique<MainWindow>(platform);
         shell = std::make_unique<Shell>(kind, *window);
         shell->topLevel().resize(size);
@@ -272,6 +275,7 @@ private:
                  }},
                 {u"log"_s, press(u"logButton"_s)},
                 {u"map"_s, [this] { window->showGeomapTab(); }},
+                {u"tracks"_s, press(u"buttonTracks"_s)},
                 {u"settings"_s, [this] { window->showSettingsTab(); }},
                 {u"links"_s, [this] { window->showLinksTab(); }},
                 {u"about"_s, [this] { window->showAboutTab(); }},

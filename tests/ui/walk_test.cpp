@@ -3,6 +3,7 @@
 
 #include "app/resultexport.h"
 #include "ui/map/mapswidget.h"
+#include "ui/pages/tracktab.h"
 #include "ui/shell.h"
 #include "utils/deployment.h"
 #include "utils/translations.h"
@@ -20,6 +21,7 @@ namespace velometer {
 namespace {
 
 constexpr int limitMs = 30'000;
+constexpr int recordMs = 1'200;  // a point a second
 constexpr int storedBefore = 14; // more than fit on a page
 
 } // namespace
@@ -42,9 +44,9 @@ private Q_SLOTS:
     }
     void theWholeWay()
     {
-        for (const auto step :
-             {&WalkTest::start, &WalkTest::testAndSeries, &WalkTest::details,
-              &WalkTest::mapAndHistory, &WalkTest::filterAndExport, &WalkTest::deletion}) {
+        for (const auto step : {&WalkTest::start, &WalkTest::testAndSeries, &WalkTest::details,
+                                &WalkTest::mapAndHistory, &WalkTest::tracks,
+                                &WalkTest::filterAndExport, &WalkTest::deletion}) {
             (this->*step)();
             if (QTest::currentTestFailed()) {
                 return;
@@ -167,6 +169,39 @@ private:
         QVERIFY(person->sees(u"Medians of"_s));
         press(u"7 days"_s);
         press(u"Back to the results"_s);
+    }
+
+    void tracks()
+    {
+        press(u"Show locations on map"_s);
+        press(u"Tracks"_s);
+        press(u"Record a track"_s);
+        for (const double latitude : {47.2, 47.201}) {
+            platform.position.emitPosition(latitude, 8.8);
+            QTest::qWait(recordMs);
+        }
+        press(u"Pause"_s);
+        QTRY_VERIFY(person->sees(u"paused"_s));
+        press(u"Go on"_s);
+        press(u"End the track"_s);
+        QTRY_VERIFY(person->sees(u"Nothing is being recorded."_s));
+        const QList<Track> all = gDB->tracks().all();
+        QVERIFY(all.size() == 1 && all[0].ended && all[0].points >= 2);
+        const QString row = TrackTab::summary(all[0]).section(u" · "_s, 0, 1);
+        press(row);
+        press(u"Save GPX"_s);
+        QTRY_VERIFY(person->sees(u"The track is in:"_s));
+        press(u"OK"_s);
+        QCOMPARE(filesOf(u"gpx"_s), 1);
+        press(row);
+        press(u"Show on the map"_s);
+        QVERIFY(person->reach(u"Map of the tests"_s));
+        press(u"Tracks"_s);
+        press(row);
+        press(u"Delete …"_s);
+        press(u"Delete: "_s);
+        QTRY_VERIFY(gDB->tracks().all().isEmpty());
+        press(u"Results page"_s);
     }
 
     void filterAndExport()

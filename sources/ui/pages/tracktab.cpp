@@ -2,6 +2,7 @@
 
 #include "app/connectionkind.h"
 #include "ui/frame/chipbar.h"
+#include "ui/frame/tabplace.h"
 #include "ui/scrolling/qskineticscroller.h"
 #include "ui/theme/theme.h"
 #include "utils/translations.h"
@@ -14,6 +15,7 @@
 
 #include <array>
 #include <iterator>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -245,11 +247,18 @@ void TrackTab::askTests()
 
 void TrackTab::showList()
 {
+    // Whoever walks by keys stays where he was: a page whose focus is deleted takes no more keys.
+    const QWidget *here = ui->listCard->focusWidget();
+    const QString focused = here ? here->objectName() : QString();
     while (QLayoutItem *item = ui->listLayout->takeAt(0)) {
         delete item->widget();
         delete item;
     }
+    if (here) {
+        ui->buttonBack->setFocus();
+    }
     ui->listCard->setVisible(!tracks.isEmpty());
+    QWidget *last = ui->buttonEnd;
     for (const Track &track : std::as_const(tracks)) {
         const QStringList parts = summary(track).split(u" · "_s);
         auto *row = new QPushButton(
@@ -262,6 +271,10 @@ void TrackTab::showList()
         connect(row, &QPushButton::clicked, this,
                 [this, id = track.row] { Q_EMIT trackChosen(id); });
         ui->listLayout->addWidget(row);
+        TabPlace::putBehind(std::exchange(last, row), row);
+        if (row->objectName() == focused) {
+            row->setFocus();
+        }
     }
 }
 

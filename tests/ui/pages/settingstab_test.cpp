@@ -2,6 +2,7 @@
 #include "ui/pages/settingstab.h"
 #include "ui/theme/appearance.h"
 
+#include "data/delayplan.h"
 #include "data/testserver.h"
 #include "ui/pages/serverentrywidget.h"
 #include "utils/translations.h"
@@ -43,6 +44,18 @@ private Q_SLOTS:
             click(u"buttonAdvMode"_s);
             QCOMPARE(Utils::getSettingsValue(u"AdvMode"_s), on ? u"notset"_s : u"set"_s);
         }
+    }
+
+    void delaysUnderLoadAreAsTheLastRunLeftThem()
+    {
+        DelayPlan().remember();
+        for (const bool on : {false, true, false}) {
+            openSettings();
+            QCOMPARE(button(u"buttonUnderLoad"_s)->isChecked(), on);
+            click(u"buttonUnderLoad"_s);
+            QCOMPARE(DelayPlan::remembered().underLoad, !on);
+        }
+        DelayPlan().remember();
     }
 
     void aTapAnywhereOnARowChoosesItsServerAlone()

@@ -1,6 +1,10 @@
 #include "ui/plot/throughputplot.h"
 
+#include "data/result.h"
+
 #include "support/registeredtest.h"
+
+#include <QPainter>
 
 namespace velometer {
 
@@ -34,6 +38,49 @@ private Q_SLOTS:
                 u"%1 steps of %2 %3"_s.arg(axis.steps).arg(axis.step, 0, 'f', 0).arg(axis.unit),
                 expected);
         }
+    }
+
+    void theDelaysHaveAScaleOfTheirOwn()
+    {
+        DelayLine line;
+        QCOMPARE(line.description(), QString());
+        // As they come back, one lost, and what no phase has.
+        line.add(Result::Upload, 400'000'000, std::nullopt);
+        line.add(Result::Upload, 200'000'000, 201'000'000);
+        for (const auto &[at, delay] : {std::pair<qint64, qint64>{-1, 900'000'000},
+                                        {2'000'000'000'000, 900'000'000},
+                                        {0, -900'000'000},
+                                        {0, 20'000'000'000}}) {
+            line.add(Result::Upload, at, delay);
+        }
+        line.add(Result::Rtt, 0, 900'000'000);
+        QCOMPARE(line.top(), 500.0);
+        line.set(Result::Upload, {Delays{41'000'000, std::nullopt, 50'000'000, 49'000'000},
+                                  QList<qint64>{1, 2, 3, 4, 5},
+                                  {}});
+        line.set(Result::Download, {Delays{30'000'000}, QList<qint64>{1}, {}});
+        QCOMPARE(line.top(), 50.0);
+        QCOMPARE(line.scaleText(), u"RTT 0 to 50 ms"_s);
+        QCOMPARE(line.description(), u"RTT under load: Download 30 ms, Upload 49 ms"_s);
+
+        // A lost one is a gap, the others are joined.
+        const auto drawn = [](const Delays &delays) {
+            DelayLine one;
+            one.set(Result::Upload, {delays, QList<qint64>{0, 1'000'000'000, 2'000'000'000}, {}});
+            QImage image(90, 50, QImage::Format_RGB32);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            one.draw(painter, Result::Upload, {0, 0, 90, 50}, 2, Qt::black);
+            return image;
+        };
+        const auto isEmpty = [](const QImage &image, int x) {
+            const QImage column = image.copy(x, 0, 1, image.height());
+            QImage white(column.size(), QImage::Format_RGB32);
+            white.fill(Qt::white);
+            return column == white;
+        };
+        QVERIFY(!isEmpty(drawn({10'000'000, 11'000'000, 12'000'000}), 20));
+        QVERIFY(isEmpty(drawn({10'000'000, std::nullopt, 12'000'000}), 20));
     }
 
     void drawsWhatMayComeFromAnyFile()
