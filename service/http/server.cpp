@@ -5,7 +5,7 @@
 #include "net/connection.h"
 #include "net/oneshot.h"
 #include "ops/log.h"
-#include "reports/sqlitereportstore.h"
+#include "reports/sqlreportstore.h"
 
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
@@ -188,7 +188,7 @@ bool Server::start(QString *error)
             return false;
         }
     }
-    d->service->store = SqliteReportStore::open(d->service->options.databaseFile, error);
+    d->service->store = SqlReportStore::open(d->service->options.databaseFile, error);
     if (!d->service->store) {
         return false;
     }

@@ -1,6 +1,7 @@
 #include "main/commandline.h"
 
 #include "arguments/takes.h"
+#include "reports/postgresdatabase.h"
 #include "utils/deployment.h"
 #include "utils/endpoint.h"
 
@@ -38,12 +39,12 @@ Syntax::Take database(QString *file)
 {
     return [file](const QString &name, const QString &value) {
         constexpr auto sqlite = "sqlite:"_L1;
-        if (value.startsWith("postgresql://"_L1)) {
-            return u"PostgreSQL is not supported yet; please name a file with --database "
-                   "sqlite:FILE."_s;
+        if (PostgresDatabase::isAddress(value)) {
+            *file = value;
+            return QString();
         }
         if (!value.startsWith(sqlite) || value.size() == sqlite.size()) {
-            return Takes::wrong(name, u"sqlite:FILE"_s, value);
+            return Takes::wrong(name, u"sqlite:FILE or postgresql://USER@HOST/DATABASE"_s, value);
         }
         *file = value.sliced(sqlite.size());
         return QString();
@@ -90,9 +91,11 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
     syntax.add({u"--listen"_s, u"ADDRESS:PORT"_s,
                 u"listen here (127.0.0.1:8080); may be given several times"_s,
                 listen(&options.listen, &listenGiven)});
-    syntax.add({u"--database"_s, u"sqlite:FILE"_s,
-                u"keep users and reports here (sqlite:%1)"_s.arg(options.databaseFile),
-                database(&options.databaseFile)});
+    syntax.add(
+        {u"--database"_s, u"ADDRESS"_s,
+         u"keep users and reports here: sqlite:FILE, or postgresql://USER@HOST/DATABASE, which "
+         "several services may share (sqlite:%1)"_s.arg(options.databaseFile),
+         database(&options.databaseFile)});
     number(u"--threads"_s, u"serve with so many threads"_s, 1, 1024, &options.threads);
     number(u"--max-streams"_s, u"measurement streams at once"_s, 1, 1'000'000, &options.maxStreams);
     number(u"--max-streams-per-address"_s, u"measurement streams at once to one address"_s, 1,

@@ -6,8 +6,10 @@
 #include "reports/testqueries.h"
 #include "reports/verification.h"
 
+#include <QCryptographicHash>
 #include <QDateTime>
 #include <QRandomGenerator>
+#include <QtEndian>
 
 #include <algorithm>
 #include <array>
@@ -43,8 +45,17 @@ QString shownNames(const QString &after)
 
 } // namespace
 
-std::optional<ReportStore::User> findOrCreateUser(SqliteConnection &connection, const QString &uuid)
+qint64 lockOf(const QString &uuid)
 {
+    const QByteArray hash = QCryptographicHash::hash(uuid.toUtf8(), QCryptographicHash::Md5);
+    return qFromBigEndian<qint64>(hash.constData());
+}
+
+std::optional<ReportStore::User> findOrCreateUser(SqlConnection &connection, const QString &uuid)
+{
+    if (!connection.lockUser(lockOf(uuid))) {
+        return std::nullopt;
+    }
     auto found =
         connection.select(u"SELECT id, (SELECT max(seriesid) FROM reports WHERE userid = users.id) "
                           "FROM users WHERE uuid = ?"_s,
@@ -63,17 +74,23 @@ std::optional<ReportStore::User> findOrCreateUser(SqliteConnection &connection, 
         if (id == 0 || connection.number(u"SELECT 1 FROM users WHERE id = ?"_s, {id})) {
             continue;
         }
-        return connection.execute(u"INSERT INTO users(id, uuid, created) VALUES(?, ?, ?)"_s,
-                                  {id, uuid, QDateTime::currentMSecsSinceEpoch()})
-                   ? std::optional(ReportStore::User{.id = id})
-                   : std::nullopt;
+        auto made = connection.select(
+            u"INSERT INTO users(id, uuid, created) VALUES(?, ?, ?) ON CONFLICT DO NOTHING"_s,
+            {id, uuid, QDateTime::currentMSecsSinceEpoch()});
+        if (!made) {
+            return std::nullopt;
+        }
+        if (made->numRowsAffected() > 0) {
+            return ReportStore::User{.id = id};
+        }
     }
     return std::nullopt;
 }
 
-ReportStore::Outcome insert(SqliteConnection &connection, Report report)
+ReportStore::Outcome insert(SqlConnection &connection, Report report)
 {
-    if (!connection.execute(
+    if (!connection.lockUser(report.userId) ||
+        !connection.execute(
             u"INSERT INTO users(id, uuid, created) VALUES(?, NULL, ?) ON CONFLICT DO NOTHING"_s,
             {report.userId, report.serverTime})) {
         return ReportStore::Outcome::Failed;
@@ -105,7 +122,7 @@ ReportStore::Outcome insert(SqliteConnection &connection, Report report)
     }
     values += {nullable(report.rttMin),   nullable(report.rttAvg),    nullable(report.rttMax),
                nullable(report.latitude), nullable(report.longitude), text(report.document),
-               report.verified,           report.serviceLate};
+               int(report.verified),      int(report.serviceLate)};
     values += shownValues(report);
     auto query = connection.select(
         u"INSERT INTO reports(id, userid, seriesid, testid, client_time, server_time, public_ip, "
@@ -113,9 +130,9 @@ ReportStore::Outcome insert(SqliteConnection &connection, Report report)
         "applet_version, download_min, download_avg, download_max, upload_min, upload_avg, "
         "upload_max, upload_client_min, upload_client_avg, upload_client_max, rtt_min, rtt_avg, "
         "rtt_max, latitude, longitude, document, verified, service_late%1) "
-        "VALUES((SELECT max(last, ifnull((SELECT max(id) FROM reports), 0)) + 1 FROM report_ids), "
-        "%2) ON CONFLICT DO NOTHING"_s.arg(shownNames(QString()),
-                                           QStringList(values.size(), u"?"_s).join(u',')),
+        "VALUES(%2, %3) ON CONFLICT DO NOTHING"_s.arg(
+            shownNames(QString()), connection.nextReportId(),
+            QStringList(values.size(), u"?"_s).join(u',')),
         values);
     if (!query) {
         return ReportStore::Outcome::Failed;
@@ -130,7 +147,7 @@ ReportStore::Outcome insert(SqliteConnection &connection, Report report)
                : ReportStore::Outcome::Failed;
 }
 
-std::optional<qint64> fillColumns(SqliteConnection &connection)
+std::optional<qint64> fillColumns(SqlConnection &connection)
 {
     constexpr auto atOnce = 200;
     auto query = connection.select(
@@ -167,19 +184,27 @@ std::optional<qint64> fillColumns(SqliteConnection &connection)
     return done ? std::optional(rows.size()) : std::nullopt;
 }
 
-bool insertStream(SqliteConnection &connection, const StreamRecord &stream)
+bool insertStream(SqlConnection &connection, const StreamRecord &stream)
 {
-    return connection.execute(
-        u"INSERT OR REPLACE INTO streams(userid, seriesid, testid, direction, ended, bytes, "
-        "lasted_ms, min, avg, max, late, kernel) SELECT ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ? WHERE "
-        "NOT EXISTS "
-        "(SELECT 1 FROM users WHERE id = ? AND deleted IS NOT NULL)"_s,
-        {qlonglong(stream.test.user), qlonglong(stream.test.series), qlonglong(stream.test.test),
-         int(stream.direction), stream.ended, stream.bytes, stream.lasted, stream.min, stream.avg,
-         stream.max, stream.late, stream.kernel, qlonglong(stream.test.user)});
+    return connection.lockUser(qlonglong(stream.test.user)) &&
+           connection.execute(
+               u"INSERT INTO streams(userid, seriesid, testid, direction, ended, bytes, "
+               "lasted_ms, min, avg, max, late, kernel) SELECT ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ? "
+               "WHERE "
+               "NOT EXISTS "
+               "(SELECT 1 FROM users WHERE id = ? AND deleted IS NOT NULL) "
+               "ON CONFLICT(userid, seriesid, testid, direction) DO UPDATE SET ended = "
+               "excluded.ended, "
+               "bytes = excluded.bytes, lasted_ms = excluded.lasted_ms, min = excluded.min, "
+               "avg = excluded.avg, max = excluded.max, late = excluded.late, "
+               "kernel = excluded.kernel, reported = 0"_s,
+               {qlonglong(stream.test.user), qlonglong(stream.test.series),
+                qlonglong(stream.test.test), int(stream.direction), stream.ended, stream.bytes,
+                stream.lasted, stream.min, stream.avg, stream.max, int(stream.late),
+                stream.kernel.isNull() ? u""_s : stream.kernel, qlonglong(stream.test.user)});
 }
 
-bool forgetStreams(SqliteConnection &connection, qint64 oldest)
+bool forgetStreams(SqlConnection &connection, qint64 oldest)
 {
     return connection.execute(u"DELETE FROM streams WHERE reported = 0 AND ended < ?"_s, {oldest});
 }

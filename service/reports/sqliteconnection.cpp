@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QSqlDriver>
 #include <QSqlError>
+#include <QSqlQuery>
 
 #include <atomic>
 #include <memory>
@@ -20,34 +21,44 @@ namespace {
 /// else is to be done meanwhile.
 constexpr int busyTimeoutMs = 100;
 
+class SqliteRows : public SqlAnswer::Rows
+{
+public:
+    explicit SqliteRows(QSqlQuery executed)
+        : query(std::move(executed))
+    {}
+    bool next() override { return query.next(); }
+    QVariant value(int column) const override { return query.value(column); }
+    qint64 numRowsAffected() const override { return query.numRowsAffected(); }
+
+private:
+    QSqlQuery query;
+};
+
+class SqliteRow : public SqlRow
+{
+public:
+    explicit SqliteRow(sqlite3_stmt *visited)
+        : statement(visited)
+    {}
+    bool isNull(int column) const override
+    {
+        return sqlite3_column_type(statement, column) == SQLITE_NULL;
+    }
+    qint64 number(int column) const override { return sqlite3_column_int64(statement, column); }
+    double real(int column) const override { return sqlite3_column_double(statement, column); }
+    QString text(int column) const override
+    {
+        const auto *bytes = sqlite3_column_text(statement, column);
+        return QString::fromUtf8(reinterpret_cast<const char *>(bytes),
+                                 sqlite3_column_bytes(statement, column));
+    }
+
+private:
+    sqlite3_stmt *statement;
+};
+
 } // namespace
-
-qint64 SqliteRow::number(int column) const
-{
-    return sqlite3_column_int64(statement, column);
-}
-
-bool SqliteRow::isNull(int column) const
-{
-    return sqlite3_column_type(statement, column) == SQLITE_NULL;
-}
-
-std::optional<qint64> SqliteRow::optionalNumber(int column) const
-{
-    return isNull(column) ? std::nullopt : std::optional(number(column));
-}
-
-std::optional<double> SqliteRow::optionalReal(int column) const
-{
-    return isNull(column) ? std::nullopt : std::optional(sqlite3_column_double(statement, column));
-}
-
-QString SqliteRow::text(int column) const
-{
-    const auto *bytes = sqlite3_column_text(statement, column);
-    return QString::fromUtf8(reinterpret_cast<const char *>(bytes),
-                             sqlite3_column_bytes(statement, column));
-}
 
 SqliteConnection::SqliteConnection()
 {
@@ -66,24 +77,19 @@ SqliteConnection::~SqliteConnection()
 bool SqliteConnection::open(const QString &file)
 {
     if (!QDir().mkpath(QFileInfo(file).absolutePath())) {
-        words = u"its directory cannot be made"_s;
+        fail(u"its directory cannot be made"_s);
         return false;
     }
     database.setDatabaseName(file);
     database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=%1"_s.arg(busyTimeoutMs));
     if (!database.open()) {
-        words = database.lastError().databaseText();
+        fail(database.lastError().databaseText());
         return false;
     }
     return true;
 }
 
-bool SqliteConnection::execute(const QString &statement, const QVariantList &values)
-{
-    return select(statement, values).has_value();
-}
-
-std::optional<QSqlQuery> SqliteConnection::select(const QString &statement,
+std::optional<SqlAnswer> SqliteConnection::select(const QString &statement,
                                                   const QVariantList &values)
 {
     QSqlQuery query(database);
@@ -94,15 +100,15 @@ std::optional<QSqlQuery> SqliteConnection::select(const QString &statement,
     }
     done = done && query.exec();
     if (!done) {
-        words = query.lastError().databaseText();
+        fail(query.lastError().databaseText());
         code = query.lastError().nativeErrorCode().toInt() & 0xff;
         return std::nullopt;
     }
-    return query;
+    return SqlAnswer(std::make_unique<SqliteRows>(std::move(query)));
 }
 
-bool SqliteConnection::forEachRow(const QString &statement, const QList<qint64> &values,
-                                  const std::function<void(const SqliteRow &)> &visit)
+bool SqliteConnection::forEachRow(const QString &statement, const QVariantList &values,
+                                  const std::function<void(const SqlRow &)> &visit)
 {
     auto *const base = *static_cast<sqlite3 *const *>(database.driver()->handle().constData());
     const QByteArray text = statement.toUtf8();
@@ -111,7 +117,7 @@ bool SqliteConnection::forEachRow(const QString &statement, const QList<qint64> 
     const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> prepared(raw,
                                                                               &sqlite3_finalize);
     for (int i = 0; code == SQLITE_OK && i < values.size(); ++i) {
-        code = sqlite3_bind_int64(raw, i + 1, values.at(i));
+        code = sqlite3_bind_int64(raw, i + 1, values.at(i).toLongLong());
     }
     if (code == SQLITE_OK) {
         for (code = sqlite3_step(raw); code == SQLITE_ROW; code = sqlite3_step(raw)) {
@@ -120,22 +126,33 @@ bool SqliteConnection::forEachRow(const QString &statement, const QList<qint64> 
     }
     const bool done = code == SQLITE_DONE;
     if (!done) {
-        words = QString::fromUtf8(sqlite3_errmsg(base));
+        fail(QString::fromUtf8(sqlite3_errmsg(base)));
         code &= 0xff;
     }
     return done;
-}
-
-std::optional<qint64> SqliteConnection::number(const QString &statement, const QVariantList &values)
-{
-    auto query = select(statement, values);
-    return query && query->next() ? std::optional(query->value(0).toLongLong()) : std::nullopt;
 }
 
 void SqliteConnection::rollBack()
 {
     // Its own failure tells nothing: some errors have rolled back already.
     QSqlQuery(database).exec(u"ROLLBACK"_s);
+}
+
+/// The table report_ids has the greatest of those that were deleted.
+QString SqliteConnection::nextReportId() const
+{
+    return u"(SELECT max(last, coalesce((SELECT max(id) FROM reports), 0)) + 1 FROM report_ids)"_s;
+}
+
+bool SqliteConnection::keepReportIds()
+{
+    return execute(
+        u"UPDATE report_ids SET last = max(last, coalesce((SELECT max(id) FROM reports), 0))"_s);
+}
+
+QString SqliteConnection::byIndex(const QString &index) const
+{
+    return index.isEmpty() ? u" NOT INDEXED"_s : u" INDEXED BY "_s + index;
 }
 
 bool SqliteConnection::isHeld() const

@@ -15,7 +15,7 @@ constexpr qint64 rowsPerLook = 1000;
 
 } // namespace
 
-std::optional<Statistics> StatisticsReader::figures(SqliteConnection &connection, StatisticsBy by,
+std::optional<Statistics> StatisticsReader::figures(SqlConnection &connection, StatisticsBy by,
                                                     const std::function<bool()> &stop)
 {
     if ((!refreshed || Clock::now() - *refreshed >= refreshPeriod) && !refresh(connection, stop)) {
@@ -26,11 +26,14 @@ std::optional<Statistics> StatisticsReader::figures(SqliteConnection &connection
     return result;
 }
 
-bool StatisticsReader::refresh(SqliteConnection &connection, const std::function<bool()> &stop)
+bool StatisticsReader::refresh(SqlConnection &connection, const std::function<bool()> &stop)
 {
     const auto now = Clock::now();
-    const auto changed = connection.number(u"SELECT ifnull(sum(changes), 0) FROM users"_s);
-    const auto last = connection.number(u"SELECT ifnull(max(id), 0) FROM reports"_s);
+    if (!connection.settle()) {
+        return false;
+    }
+    const auto changed = connection.number(u"SELECT coalesce(sum(changes), 0) FROM users"_s);
+    const auto last = connection.number(u"SELECT coalesce(max(id), 0) FROM reports"_s);
     if (!changed || !last) {
         return false;
     }
@@ -38,8 +41,8 @@ bool StatisticsReader::refresh(SqliteConnection &connection, const std::function
     // The whole is read from the index alone; what is new is found by its ids.
     auto query = connection.select(
         u"SELECT userid, client_time, type, operator, test_server, latitude, longitude, "
-        "download_rate, upload_rate, rtt, download_rtt, upload_rtt FROM reports %1 WHERE id > ? AND verified"_s
-            .arg(whole ? u"INDEXED BY reports_figures"_s : u"NOT INDEXED"_s),
+        "download_rate, upload_rate, rtt, download_rtt, upload_rtt FROM reports%1 WHERE id > ? AND "
+        "verified = 1"_s.arg(connection.byIndex(whole ? u"reports_figures"_s : QString())),
         {whole ? 0 : lastId});
     if (!query) {
         return false;

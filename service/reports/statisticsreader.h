@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/sqliteconnection.h"
+#include "reports/sqlconnection.h"
 #include "reports/statistics.h"
 
 #include <chrono>
@@ -18,13 +18,13 @@ public:
 
     /// The figures, after reading what has come since the last time, or everything when tests were
     /// deleted. Nothing on failure, and soon after @p stop says so.
-    std::optional<Statistics> figures(SqliteConnection &connection, StatisticsBy by,
+    std::optional<Statistics> figures(SqlConnection &connection, StatisticsBy by,
                                       const std::function<bool()> &stop);
 
 private:
     using Clock = std::chrono::steady_clock;
 
-    bool refresh(SqliteConnection &connection, const std::function<bool()> &stop);
+    bool refresh(SqlConnection &connection, const std::function<bool()> &stop);
 
     StatisticsTable table;
     std::optional<Clock::time_point> refreshed, rebuilt;

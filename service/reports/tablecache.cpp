@@ -30,7 +30,7 @@ void TableCache::Memo::keep(const QString &question, const std::any &value)
     answers.insert(question, value);
 }
 
-TableCache::Tests TableCache::of(SqliteConnection &connection, qint64 userId)
+TableCache::Tests TableCache::of(SqlConnection &connection, qint64 userId)
 {
     auto query = connection.select(
         u"SELECT changes, (SELECT max(id) FROM reports WHERE userid = ?) FROM users WHERE id = ?"_s,

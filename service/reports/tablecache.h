@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/sqliteconnection.h"
+#include "reports/sqlconnection.h"
 #include "reports/testtable.h"
 
 #include <QHash>
@@ -52,7 +52,7 @@ public:
     /// The tests of @p userId as @p connection's transaction sees them; of a user who is not known
     /// there are none. Reads those alone that are new since the last time, unless some were
     /// deleted.
-    Tests of(SqliteConnection &connection, qint64 userId);
+    Tests of(SqlConnection &connection, qint64 userId);
 
 private:
     struct Kept

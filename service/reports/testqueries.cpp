@@ -38,7 +38,7 @@ public:
         addList(u"location"_s, {filter.locations.cbegin(), filter.locations.cend()});
         addList(u"operator"_s, {filter.operators.cbegin(), filter.operators.cend()});
         if (filter.verified) {
-            add(u"verified"_s, {});
+            add(u"verified = 1"_s, {});
         }
         if (filter.test) {
             add(u"id = ?"_s, {*filter.test});
@@ -68,7 +68,7 @@ constexpr auto rowColumns =
     "service_late, note"_L1;
 constexpr int rowColumnCount = 19;
 
-TestRow readRow(const QSqlQuery &query)
+TestRow readRow(const SqlAnswer &query)
 {
     const auto number = [&](int column) { return query.value(column).toLongLong(); };
     const auto text = [&](int column) { return query.value(column).toString(); };
@@ -96,8 +96,8 @@ TestRow readRow(const QSqlQuery &query)
 }
 
 /// The rows of @p condition with their documents and streams.
-std::optional<QList<ReportStore::StoredTest>> storedTests(SqliteConnection &connection,
-                                                          qint64 userId, const Condition &condition,
+std::optional<QList<ReportStore::StoredTest>> storedTests(SqlConnection &connection, qint64 userId,
+                                                          const Condition &condition,
                                                           const QString &rest)
 {
     auto query = connection.select(u"SELECT "_s + rowColumns + u", document FROM reports WHERE "_s +
@@ -129,8 +129,11 @@ Condition condition(const TestScope &scope)
     return builder.built;
 }
 
-std::optional<QList<TestRow>> rows(SqliteConnection &connection, const QList<qint64> &ids)
+std::optional<QList<TestRow>> rows(SqlConnection &connection, const QList<qint64> &ids)
 {
+    if (ids.isEmpty()) {
+        return QList<TestRow>();
+    }
     QStringList texts;
     for (const qint64 id : ids) {
         texts += QString::number(id);
@@ -154,17 +157,17 @@ std::optional<QList<TestRow>> rows(SqliteConnection &connection, const QList<qin
     return list;
 }
 
-bool fill(SqliteConnection &connection, qint64 userId, TestTable &table)
+bool fill(SqlConnection &connection, qint64 userId, TestTable &table)
 {
     // The whole is read from the index alone; a few new ones are found by their ids.
     const bool whole = table.lastId() == 0;
     return connection.forEachRow(
         u"SELECT id, client_time, seriesid, download_rate, upload_rate, rtt, bytes, latitude, "
         "longitude, accuracy, type, verified, test_server, location, operator, network "
-        "FROM reports INDEXED BY %1 WHERE userid = ? AND id > ? %2 LIMIT ?"_s.arg(
-            whole ? u"reports_figures"_s : u"reports_by_user"_s,
+        "FROM reports%1 WHERE userid = ? AND id > ? %2 LIMIT ?"_s.arg(
+            connection.byIndex(whole ? u"reports_figures"_s : u"reports_by_user"_s),
             whole ? u"ORDER BY client_time DESC"_s : QString()),
-        {userId, table.lastId(), TestTable::maxTests}, [&table](const SqliteRow &row) {
+        {userId, table.lastId(), TestTable::maxTests}, [&table](const SqlRow &row) {
             table.add({.id = row.number(0),
                        .time = row.number(1),
                        .series = row.number(2),
@@ -184,7 +187,7 @@ bool fill(SqliteConnection &connection, qint64 userId, TestTable &table)
         });
 }
 
-std::optional<QList<ReportStore::StoredTest>> test(SqliteConnection &connection,
+std::optional<QList<ReportStore::StoredTest>> test(SqlConnection &connection,
                                                    const TestScope &scope, const TestName &name)
 {
     ConditionBuilder builder(scope.userId);
@@ -199,8 +202,8 @@ std::optional<QList<ReportStore::StoredTest>> test(SqliteConnection &connection,
                        u" ORDER BY client_time DESC LIMIT 1"_s);
 }
 
-std::optional<ReportStore::Documents> documents(SqliteConnection &connection,
-                                                const TestScope &scope, const QString &after)
+std::optional<ReportStore::Documents> documents(SqlConnection &connection, const TestScope &scope,
+                                                const QString &after)
 {
     ConditionBuilder builder(scope.userId);
     builder.add(scope.filter);
@@ -222,7 +225,7 @@ std::optional<ReportStore::Documents> documents(SqliteConnection &connection,
     return found;
 }
 
-std::optional<StreamRecord> stream(SqliteConnection &connection, const StreamKey &test,
+std::optional<StreamRecord> stream(SqlConnection &connection, const StreamKey &test,
                                    Direction direction)
 {
     auto query = connection.select(

@@ -21,7 +21,7 @@ struct Heard
 };
 
 /// The signal alone, without when: figures of all users are made of it.
-bool countCells(SqliteConnection &connection, qint64 row, const QList<TrackPoint> &points)
+bool countCells(SqlConnection &connection, qint64 row, const QList<TrackPoint> &points)
 {
     std::map<std::tuple<QString, int, int>, Heard> cells;
     for (const TrackPoint &point : points) {
@@ -49,7 +49,7 @@ bool countCells(SqliteConnection &connection, qint64 row, const QList<TrackPoint
     return true;
 }
 
-bool removeRow(SqliteConnection &connection, qint64 row)
+bool removeRow(SqlConnection &connection, qint64 row)
 {
     return connection.execute(u"UPDATE users SET changes = changes + 1 WHERE id = (SELECT userid "
                               "FROM tracks WHERE id = ?)"_s,
@@ -61,7 +61,7 @@ bool removeRow(SqliteConnection &connection, qint64 row)
 
 } // namespace
 
-std::optional<ReportStore::TrackTaken> take(SqliteConnection &connection, qint64 userId,
+std::optional<ReportStore::TrackTaken> take(SqlConnection &connection, qint64 userId,
                                             const TrackPart &part)
 {
     using State = ReportStore::TrackState;
@@ -92,12 +92,12 @@ std::optional<ReportStore::TrackTaken> take(SqliteConnection &connection, qint64
     }
     if (!row) {
         auto inserted = connection.select(
-            u"INSERT INTO tracks(userid, track, started, points) VALUES(?, ?, ?, 0)"_s,
+            u"INSERT INTO tracks(userid, track, started, points) VALUES(?, ?, ?, 0) RETURNING id"_s,
             {userId, part.track.id, part.track.started});
-        if (!inserted) {
+        if (!inserted || !inserted->next()) {
             return std::nullopt;
         }
-        row = inserted->lastInsertId().toLongLong();
+        row = inserted->value(0).toLongLong();
     }
     TrackPart fresh = part;
     fresh.first = before;
@@ -117,7 +117,7 @@ std::optional<ReportStore::TrackTaken> take(SqliteConnection &connection, qint64
     return ReportStore::TrackTaken{.state = State::Taken, .points = points};
 }
 
-std::optional<QList<Track>> all(SqliteConnection &connection, qint64 userId)
+std::optional<QList<Track>> all(SqlConnection &connection, qint64 userId)
 {
     auto query = connection.select(u"SELECT track, started, ended, points FROM tracks WHERE userid "
                                    "= ? ORDER BY started DESC"_s,
@@ -138,7 +138,7 @@ std::optional<QList<Track>> all(SqliteConnection &connection, qint64 userId)
     return tracks;
 }
 
-std::optional<QList<TrackPart>> part(SqliteConnection &connection, qint64 userId, const QString &id,
+std::optional<QList<TrackPart>> part(SqlConnection &connection, qint64 userId, const QString &id,
                                      qint64 first)
 {
     auto query = connection.select(
@@ -168,7 +168,7 @@ std::optional<QList<TrackPart>> part(SqliteConnection &connection, qint64 userId
     return found;
 }
 
-std::optional<bool> remove(SqliteConnection &connection, qint64 userId, const QString &id)
+std::optional<bool> remove(SqlConnection &connection, qint64 userId, const QString &id)
 {
     auto query =
         connection.select(u"SELECT id FROM tracks WHERE userid = ? AND track = ?"_s, {userId, id});
@@ -183,7 +183,7 @@ std::optional<bool> remove(SqliteConnection &connection, qint64 userId, const QS
     return removeRow(connection, row) ? std::optional(true) : std::nullopt;
 }
 
-std::optional<bool> removeAny(SqliteConnection &connection, qint64 userId)
+std::optional<bool> removeAny(SqlConnection &connection, qint64 userId)
 {
     auto query = connection.select(u"SELECT id FROM tracks WHERE userid = ? LIMIT 1"_s, {userId});
     if (!query) {

@@ -29,26 +29,19 @@ std::optional<TestFilter> boundsOf(const QString &text)
     return bounds ? std::optional(*bounds) : std::nullopt;
 }
 
-/// No row's id is given again.
-bool keepIds(SqliteConnection &connection)
-{
-    return connection.execute(
-        u"UPDATE report_ids SET last = max(last, ifnull((SELECT max(id) FROM reports), 0))"_s);
-}
-
-bool countChange(SqliteConnection &connection, qint64 userId)
+bool countChange(SqlConnection &connection, qint64 userId)
 {
     return connection.execute(u"UPDATE users SET changes = changes + 1 WHERE id = ?"_s, {userId});
 }
 
 /// Deletes the rows of a condition with their streams.
-std::optional<QList<StreamKey>> deleteRows(SqliteConnection &connection, qint64 userId,
+std::optional<QList<StreamKey>> deleteRows(SqlConnection &connection, qint64 userId,
                                            const TestQueries::Condition &condition)
 {
     auto query = connection.select(u"SELECT id, seriesid, testid FROM reports WHERE "_s +
                                        condition.text + u" LIMIT %1"_s.arg(rowsAtOnce),
                                    condition.values);
-    if (!query || !keepIds(connection)) {
+    if (!query || !connection.keepReportIds()) {
         return std::nullopt;
     }
     QList<StreamKey> keys;
@@ -73,7 +66,7 @@ std::optional<QList<StreamKey>> deleteRows(SqliteConnection &connection, qint64 
 
 } // namespace
 
-std::optional<Access> access(SqliteConnection &connection, qint64 userId)
+std::optional<Access> access(SqlConnection &connection, qint64 userId)
 {
     auto query = connection.select(u"SELECT deleted FROM users WHERE id = ?"_s, {userId});
     if (!query) {
@@ -86,7 +79,7 @@ std::optional<Access> access(SqliteConnection &connection, qint64 userId)
     return access;
 }
 
-std::optional<Access> accessOfShare(SqliteConnection &connection, const QString &key, qint64 now)
+std::optional<Access> accessOfShare(SqlConnection &connection, const QString &key, qint64 now)
 {
     auto query =
         connection.select(u"SELECT userid, filter, positions FROM shares WHERE key = ? AND "
@@ -107,7 +100,7 @@ std::optional<Access> accessOfShare(SqliteConnection &connection, const QString 
     return access;
 }
 
-std::optional<bool> setNote(SqliteConnection &connection, const TestScope &scope, qint64 id,
+std::optional<bool> setNote(SqlConnection &connection, const TestScope &scope, qint64 id,
                             const QString &note)
 {
     TestScope one = scope;
@@ -118,12 +111,12 @@ std::optional<bool> setNote(SqliteConnection &connection, const TestScope &scope
     return query ? std::optional(query->numRowsAffected() > 0) : std::nullopt;
 }
 
-std::optional<QList<StreamKey>> deleteSome(SqliteConnection &connection, const TestScope &scope)
+std::optional<QList<StreamKey>> deleteSome(SqlConnection &connection, const TestScope &scope)
 {
     return deleteRows(connection, scope.userId, TestQueries::condition(scope));
 }
 
-bool markDeleted(SqliteConnection &connection, qint64 userId, qint64 now)
+bool markDeleted(SqlConnection &connection, qint64 userId, qint64 now)
 {
     return connection.execute(u"DELETE FROM shares WHERE userid = ?"_s, {userId}) &&
            connection.execute(u"UPDATE users SET uuid = NULL, deleted = ?, erased = 0, "
@@ -131,7 +124,7 @@ bool markDeleted(SqliteConnection &connection, qint64 userId, qint64 now)
                               {now, userId});
 }
 
-std::optional<qint64> eraseSome(SqliteConnection &connection, qint64 userId)
+std::optional<qint64> eraseSome(SqlConnection &connection, qint64 userId)
 {
     const auto keys = deleteRows(connection, userId, {.text = u"userid = ?"_s, .values = {userId}});
     if (!keys) {
@@ -163,7 +156,7 @@ std::optional<qint64> eraseSome(SqliteConnection &connection, qint64 userId)
     return count;
 }
 
-std::optional<QList<qint64>> unfinished(SqliteConnection &connection)
+std::optional<QList<qint64>> unfinished(SqlConnection &connection)
 {
     auto query = connection.select(u"SELECT id FROM users WHERE erased = 0"_s);
     if (!query) {
@@ -176,7 +169,7 @@ std::optional<QList<qint64>> unfinished(SqliteConnection &connection)
     return ids;
 }
 
-std::optional<bool> addShare(SqliteConnection &connection, qint64 userId, const Share &share)
+std::optional<bool> addShare(SqlConnection &connection, qint64 userId, const Share &share)
 {
     // Those that expired are of use to nobody.
     if (!connection.execute(u"DELETE FROM shares WHERE userid = ? AND expires <= ?"_s,
@@ -192,7 +185,7 @@ std::optional<bool> addShare(SqliteConnection &connection, qint64 userId, const 
     return query ? std::optional(query->numRowsAffected() > 0) : std::nullopt;
 }
 
-std::optional<QList<Share>> shares(SqliteConnection &connection, qint64 userId, qint64 now)
+std::optional<QList<Share>> shares(SqlConnection &connection, qint64 userId, qint64 now)
 {
     auto query = connection.select(u"SELECT "_s + shareColumns +
                                        u" FROM shares WHERE userid = ? AND expires > ? "
@@ -212,7 +205,7 @@ std::optional<QList<Share>> shares(SqliteConnection &connection, qint64 userId, 
     return list;
 }
 
-std::optional<bool> removeShare(SqliteConnection &connection, qint64 userId, const QString &key)
+std::optional<bool> removeShare(SqlConnection &connection, qint64 userId, const QString &key)
 {
     auto query =
         connection.select(u"DELETE FROM shares WHERE key = ? AND userid = ?"_s, {key, userId});

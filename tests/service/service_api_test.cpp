@@ -1,5 +1,5 @@
 #include "http/gzip.h"
-#include "reports/sqlitereportstore.h"
+#include "reports/sqlreportstore.h"
 #include "runningservice.h"
 #include "support/registeredtest.h"
 
@@ -76,7 +76,7 @@ Report test(int number)
 void fill(const QString &file)
 {
     QString error;
-    const auto store = SqliteReportStore::open(file, &error);
+    const auto store = SqlReportStore::open(file, &error);
     QVERIFY2(store, qUtf8Printable(error));
     const QString kernel =
         u"congestion control cubic; ms rtt_us min_rtt_us bit/s retransmitted limit: "

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "reports/reconnecting.h"
 #include "reports/reportstore.h"
-#include "reports/sqliteconnection.h"
+#include "reports/sqldatabase.h"
 #include "reports/statisticsreader.h"
 #include "reports/tablecache.h"
 
@@ -15,21 +16,22 @@
 
 namespace velometer {
 
-/// Users, reports and shares in one SQLite file: one thread writes, others read beside it. Writes
-/// that wait at the same time share a transaction, and a callback comes after its commit: a report
-/// that was acknowledged survives a power cut. One store per file.
-class SqliteReportStore : public ReportStore
+/// Users, reports and shares in a data base: threads that write, and others that read beside them,
+/// each with a connection of its own. Writes that wait at the same time share a transaction, and a
+/// callback comes after its commit: a report that was acknowledged survives a power cut. A
+/// connection that is lost is made again.
+class SqlReportStore : public ReportStore
 {
 public:
     /// Writes, and reads, that may wait; beyond them the store fails them at once.
     static constexpr std::size_t queueLength = 1000;
 
-    /// Opens @p file, makes it and its directory when missing, and brings an older schema forward.
-    /// Nothing on failure; @p error then says in a sentence why.
-    static std::unique_ptr<SqliteReportStore> open(const QString &file, QString *error);
+    /// Opens the data base that @p name tells: a file, made with its directory when missing, or
+    /// "postgresql://...". Nothing on failure; @p error then says in a sentence why.
+    static std::unique_ptr<SqlReportStore> open(const QString &name, QString *error);
 
     /// Closes, with all the time it takes.
-    ~SqliteReportStore() override;
+    ~SqlReportStore() override;
 
     void findOrCreateUser(const QString &uuid,
                           std::function<void(std::optional<User>)> done) override;
@@ -70,8 +72,9 @@ private:
     /// it shared failed; in the end it is told how it went and calls its callback.
     struct Job
     {
-        std::function<bool(SqliteConnection &)> run;
+        std::function<bool(SqlConnection &)> run;
         std::function<void(bool committed)> finish;
+        qint64 whose = 0; ///< writes what belongs to this user, or what lockOf() gives
     };
     struct Queue
     {
@@ -80,14 +83,13 @@ private:
     };
     enum class Attempt { Committed, Failed, Held /**< by another program */ };
 
-    SqliteReportStore() = default;
-    bool lock();
-    bool start(QString *error);
+    explicit SqlReportStore(std::unique_ptr<SqlDatabase> opened);
+    void start();
     void enqueue(Queue &queue, Job job, bool urgent = false);
     /// Runs @p query on one of the queues and hands on what it gives.
     template <typename Value>
-    void ask(Queue &queue, std::function<std::optional<Value>(SqliteConnection &)> query,
-             Answer<Value> done);
+    void ask(Queue &queue, std::function<std::optional<Value>(SqlConnection &)> query,
+             Answer<Value> done, qint64 whose = 0);
     /// Hands on what @p figures makes of a user's tests, or made of them when the @p question was
     /// asked before.
     template <typename Value>
@@ -98,15 +100,13 @@ private:
     void eraseMore(qint64 userId, qint64 gone, Answer<qint64> done);
     std::vector<Job> take(Queue &queue, std::size_t most);
     void read(Queue &queue);
-    void write(SqliteConnection &connection);
-    Attempt tryOnce(SqliteConnection &connection, std::span<const Job> jobs);
-    void runBatch(SqliteConnection &connection, std::span<const Job> batch);
+    void write();
+    Attempt tryOnce(Reconnecting &connection, std::span<const Job> jobs);
+    void runBatch(Reconnecting &connection, std::span<const Job> batch);
     void noteFailure(const QString &reason);
     void noteSuccess();
-    QString shortage() const;
 
-    QString file;
-    int lockDescriptor = -1;
+    std::unique_ptr<SqlDatabase> database;
     std::mutex mutex;
     Queue writes;
     Queue reads;
@@ -116,24 +116,24 @@ private:
     StatisticsReader publicFigures;                               ///< of the thread of publicReads
     std::vector<std::function<void(QString)>> pings;              ///< that one check answers
     std::atomic<Clock::time_point> end{Clock::time_point::max()}; ///< of all work
-    int failures = 0;   ///< of the writer since its last success; changed by it alone
+    int failures = 0;   ///< of the writers since their last success
     QString lastReason; ///< of the latest of them
     std::vector<std::thread> threads;
 };
 
 template <typename Value>
-void SqliteReportStore::ask(Queue &queue,
-                            std::function<std::optional<Value>(SqliteConnection &)> query,
-                            Answer<Value> done)
+void SqlReportStore::ask(Queue &queue, std::function<std::optional<Value>(SqlConnection &)> query,
+                         Answer<Value> done, qint64 whose)
 {
     auto value = std::make_shared<std::optional<Value>>();
-    enqueue(queue, {[query = std::move(query), value](SqliteConnection &connection) {
-                        *value = query(connection);
-                        return value->has_value();
-                    },
-                    [value, done = std::move(done)](bool worked) {
-                        done(worked ? std::move(*value) : std::nullopt);
-                    }});
+    enqueue(queue, {.run =
+                        [query = std::move(query), value](SqlConnection &connection) {
+                            *value = query(connection);
+                            return value->has_value();
+                        },
+                    .finish = [value, done = std::move(done)](
+                                  bool worked) { done(worked ? std::move(*value) : std::nullopt); },
+                    .whose = whose});
 }
 
 } // namespace velometer

@@ -1,6 +1,6 @@
-// What SqliteReportStore is asked about the tests of users, and what they change.
+// What SqlReportStore is asked about the tests of users, and what they change.
 #include "ops/log.h"
-#include "reports/sqlitereportstore.h"
+#include "reports/sqlreportstore.h"
 #include "reports/testqueries.h"
 #include "reports/trackqueries.h"
 #include "reports/userqueries.h"
@@ -14,14 +14,14 @@ using namespace Qt::StringLiterals;
 namespace velometer {
 
 template <typename Value>
-void SqliteReportStore::compute(const TestScope &scope, const QString &question,
-                                std::function<Value(const TestTable &)> figures, Answer<Value> done)
+void SqlReportStore::compute(const TestScope &scope, const QString &question,
+                             std::function<Value(const TestTable &)> figures, Answer<Value> done)
 {
     const QString whole = question + u'|' + scope.filter.toQuery() + u'|' + scope.bounds.toQuery();
     ask<Value>(
         reads,
         [this, user = scope.userId, whole,
-         figures = std::move(figures)](SqliteConnection &connection) {
+         figures = std::move(figures)](SqlConnection &connection) {
             const auto tests = tables.of(connection, user);
             return tests.table ? std::optional(tests.memo->get<Value>(
                                      whole, [&] { return figures(*tests.table); }))
@@ -30,29 +30,29 @@ void SqliteReportStore::compute(const TestScope &scope, const QString &question,
         std::move(done));
 }
 
-void SqliteReportStore::accessOfUser(qint64 userId, Answer<Access> done)
+void SqlReportStore::accessOfUser(qint64 userId, Answer<Access> done)
 {
     ask<Access>(
         reads,
-        [userId](SqliteConnection &connection) { return UserQueries::access(connection, userId); },
+        [userId](SqlConnection &connection) { return UserQueries::access(connection, userId); },
         std::move(done));
 }
 
-void SqliteReportStore::accessOfShare(const QString &key, qint64 now, Answer<Access> done)
+void SqlReportStore::accessOfShare(const QString &key, qint64 now, Answer<Access> done)
 {
     ask<Access>(
         reads,
-        [key, now](SqliteConnection &connection) {
+        [key, now](SqlConnection &connection) {
             return UserQueries::accessOfShare(connection, key, now);
         },
         std::move(done));
 }
 
-void SqliteReportStore::tests(const TestScope &scope, const TestOrder &order, Answer<TestPage> done)
+void SqlReportStore::tests(const TestScope &scope, const TestOrder &order, Answer<TestPage> done)
 {
     ask<TestPage>(
         reads,
-        [this, scope, order](SqliteConnection &connection) {
+        [this, scope, order](SqlConnection &connection) {
             const auto table = tables.of(connection, scope.userId).table;
             if (!table) {
                 return std::optional<TestPage>();
@@ -66,15 +66,14 @@ void SqliteReportStore::tests(const TestScope &scope, const TestOrder &order, An
         std::move(done));
 }
 
-void SqliteReportStore::summary(const TestScope &scope, Answer<Summary> done)
+void SqlReportStore::summary(const TestScope &scope, Answer<Summary> done)
 {
     compute<Summary>(
         scope, u"summary"_s, [scope](const TestTable &table) { return table.summary(scope); },
         std::move(done));
 }
 
-void SqliteReportStore::buckets(const TestScope &scope, const BucketQuery &query,
-                                Answer<Buckets> done)
+void SqlReportStore::buckets(const TestScope &scope, const BucketQuery &query, Answer<Buckets> done)
 {
     compute<Buckets>(
         scope, u"buckets %1 %2"_s.arg(static_cast<int>(query.metric)).arg(query.buckets),
@@ -82,8 +81,8 @@ void SqliteReportStore::buckets(const TestScope &scope, const BucketQuery &query
         std::move(done));
 }
 
-void SqliteReportStore::distribution(const TestScope &scope, const DistributionQuery &query,
-                                     Answer<Distribution> done)
+void SqlReportStore::distribution(const TestScope &scope, const DistributionQuery &query,
+                                  Answer<Distribution> done)
 {
     compute<Distribution>(
         scope,
@@ -94,7 +93,7 @@ void SqliteReportStore::distribution(const TestScope &scope, const DistributionQ
         std::move(done));
 }
 
-void SqliteReportStore::map(const TestScope &scope, const MapQuery &query, Answer<MapData> done)
+void SqlReportStore::map(const TestScope &scope, const MapQuery &query, Answer<MapData> done)
 {
     const std::array box{query.west, query.south, query.east, query.north};
     compute<MapData>(
@@ -106,40 +105,39 @@ void SqliteReportStore::map(const TestScope &scope, const MapQuery &query, Answe
         std::move(done));
 }
 
-void SqliteReportStore::facets(const TestScope &scope, Answer<Facets> done)
+void SqlReportStore::facets(const TestScope &scope, Answer<Facets> done)
 {
     compute<Facets>(
         scope, u"facets"_s, [scope](const TestTable &table) { return table.facets(scope); },
         std::move(done));
 }
 
-void SqliteReportStore::test(const TestScope &scope, const TestName &name,
-                             Answer<QList<StoredTest>> done)
+void SqlReportStore::test(const TestScope &scope, const TestName &name,
+                          Answer<QList<StoredTest>> done)
 {
     ask<QList<StoredTest>>(
         reads,
-        [scope, name](SqliteConnection &connection) {
+        [scope, name](SqlConnection &connection) {
             return TestQueries::test(connection, scope, name);
         },
         std::move(done));
 }
 
-void SqliteReportStore::documents(const TestScope &scope, const QString &after,
-                                  Answer<Documents> done)
+void SqlReportStore::documents(const TestScope &scope, const QString &after, Answer<Documents> done)
 {
     ask<Documents>(
         reads,
-        [scope, after](SqliteConnection &connection) {
+        [scope, after](SqlConnection &connection) {
             return TestQueries::documents(connection, scope, after);
         },
         std::move(done));
 }
 
-void SqliteReportStore::statistics(StatisticsBy by, Answer<Statistics> done)
+void SqlReportStore::statistics(StatisticsBy by, Answer<Statistics> done)
 {
     ask<Statistics>(
         publicReads,
-        [this, by](SqliteConnection &connection) {
+        [this, by](SqlConnection &connection) {
             return publicFigures.figures(connection, by, [this] {
                 const std::lock_guard guard(mutex);
                 return closing;
@@ -148,31 +146,29 @@ void SqliteReportStore::statistics(StatisticsBy by, Answer<Statistics> done)
         std::move(done));
 }
 
-void SqliteReportStore::setNote(const TestScope &scope, qint64 id, const QString &note,
-                                Answer<bool> done)
+void SqlReportStore::setNote(const TestScope &scope, qint64 id, const QString &note,
+                             Answer<bool> done)
 {
     ask<bool>(
         writes,
-        [scope, id, note](SqliteConnection &connection) {
+        [scope, id, note](SqlConnection &connection) {
             return UserQueries::setNote(connection, scope, id, note);
         },
-        std::move(done));
+        std::move(done), scope.userId);
 }
 
-void SqliteReportStore::deleteTests(const TestScope &scope, Answer<QList<StreamKey>> done)
+void SqlReportStore::deleteTests(const TestScope &scope, Answer<QList<StreamKey>> done)
 {
     deleteMore(scope, {}, std::move(done));
 }
 
 /// One batch, then whatever else waits, then the next: reports are not held up.
-void SqliteReportStore::deleteMore(const TestScope &scope, QList<StreamKey> gone,
-                                   Answer<QList<StreamKey>> done)
+void SqlReportStore::deleteMore(const TestScope &scope, QList<StreamKey> gone,
+                                Answer<QList<StreamKey>> done)
 {
     ask<QList<StreamKey>>(
         writes,
-        [scope](SqliteConnection &connection) {
-            return UserQueries::deleteSome(connection, scope);
-        },
+        [scope](SqlConnection &connection) { return UserQueries::deleteSome(connection, scope); },
         [this, scope, gone = std::move(gone),
          done = std::move(done)](std::optional<QList<StreamKey>> batch) mutable {
             if (!batch || batch->isEmpty()) {
@@ -180,14 +176,15 @@ void SqliteReportStore::deleteMore(const TestScope &scope, QList<StreamKey> gone
             } else {
                 deleteMore(scope, gone + *batch, std::move(done));
             }
-        });
+        },
+        scope.userId);
 }
 
-void SqliteReportStore::deleteUser(qint64 userId, Answer<qint64> done)
+void SqlReportStore::deleteUser(qint64 userId, Answer<qint64> done)
 {
     ask<bool>(
         writes,
-        [userId](SqliteConnection &connection) {
+        [userId](SqlConnection &connection) {
             const bool marked =
                 UserQueries::markDeleted(connection, userId, QDateTime::currentMSecsSinceEpoch());
             return marked ? std::optional(true) : std::nullopt;
@@ -198,27 +195,27 @@ void SqliteReportStore::deleteUser(qint64 userId, Answer<qint64> done)
             } else {
                 done(std::nullopt);
             }
-        });
+        },
+        userId);
 }
 
-void SqliteReportStore::eraseMore(qint64 userId, qint64 gone, Answer<qint64> done)
+void SqlReportStore::eraseMore(qint64 userId, qint64 gone, Answer<qint64> done)
 {
     ask<qint64>(
         writes,
-        [userId](SqliteConnection &connection) {
-            return UserQueries::eraseSome(connection, userId);
-        },
+        [userId](SqlConnection &connection) { return UserQueries::eraseSome(connection, userId); },
         [this, userId, gone, done = std::move(done)](std::optional<qint64> batch) {
             if (!batch || *batch == 0) {
                 done(batch ? std::optional(gone) : std::nullopt);
             } else {
                 eraseMore(userId, gone + *batch, done);
             }
-        });
+        },
+        userId);
 }
 
 /// Those of users whose deletion a crash interrupted.
-void SqliteReportStore::finishDeletions()
+void SqlReportStore::finishDeletions()
 {
     ask<QList<qint64>>(writes, UserQueries::unfinished, [this](std::optional<QList<qint64>> users) {
         for (const qint64 user : users.value_or(QList<qint64>())) {
@@ -230,73 +227,73 @@ void SqliteReportStore::finishDeletions()
     });
 }
 
-void SqliteReportStore::takeTrack(qint64 userId, const TrackPart &part, Answer<TrackTaken> done)
+void SqlReportStore::takeTrack(qint64 userId, const TrackPart &part, Answer<TrackTaken> done)
 {
     ask<TrackTaken>(
         writes,
-        [userId, part](SqliteConnection &connection) {
+        [userId, part](SqlConnection &connection) {
             return TrackQueries::take(connection, userId, part);
         },
-        std::move(done));
+        std::move(done), userId);
 }
 
-void SqliteReportStore::tracks(qint64 userId, Answer<QList<Track>> done)
+void SqlReportStore::tracks(qint64 userId, Answer<QList<Track>> done)
 {
     ask<QList<Track>>(
         reads,
-        [userId](SqliteConnection &connection) { return TrackQueries::all(connection, userId); },
+        [userId](SqlConnection &connection) { return TrackQueries::all(connection, userId); },
         std::move(done));
 }
 
-void SqliteReportStore::trackPart(qint64 userId, const QString &id, qint64 first,
-                                  Answer<QList<TrackPart>> done)
+void SqlReportStore::trackPart(qint64 userId, const QString &id, qint64 first,
+                               Answer<QList<TrackPart>> done)
 {
     ask<QList<TrackPart>>(
         reads,
-        [userId, id, first](SqliteConnection &connection) {
+        [userId, id, first](SqlConnection &connection) {
             return TrackQueries::part(connection, userId, id, first);
         },
         std::move(done));
 }
 
-void SqliteReportStore::removeTrack(qint64 userId, const QString &id, Answer<bool> done)
+void SqlReportStore::removeTrack(qint64 userId, const QString &id, Answer<bool> done)
 {
     ask<bool>(
         writes,
-        [userId, id](SqliteConnection &connection) {
+        [userId, id](SqlConnection &connection) {
             return TrackQueries::remove(connection, userId, id);
         },
-        std::move(done));
+        std::move(done), userId);
 }
 
-void SqliteReportStore::addShare(qint64 userId, const Share &share, Answer<bool> done)
+void SqlReportStore::addShare(qint64 userId, const Share &share, Answer<bool> done)
 {
     ask<bool>(
         writes,
-        [userId, share](SqliteConnection &connection) {
+        [userId, share](SqlConnection &connection) {
             return UserQueries::addShare(connection, userId, share);
         },
-        std::move(done));
+        std::move(done), userId);
 }
 
-void SqliteReportStore::shares(qint64 userId, qint64 now, Answer<QList<Share>> done)
+void SqlReportStore::shares(qint64 userId, qint64 now, Answer<QList<Share>> done)
 {
     ask<QList<Share>>(
         reads,
-        [userId, now](SqliteConnection &connection) {
+        [userId, now](SqlConnection &connection) {
             return UserQueries::shares(connection, userId, now);
         },
         std::move(done));
 }
 
-void SqliteReportStore::removeShare(qint64 userId, const QString &key, Answer<bool> done)
+void SqlReportStore::removeShare(qint64 userId, const QString &key, Answer<bool> done)
 {
     ask<bool>(
         writes,
-        [userId, key](SqliteConnection &connection) {
+        [userId, key](SqlConnection &connection) {
             return UserQueries::removeShare(connection, userId, key);
         },
-        std::move(done));
+        std::move(done), userId);
 }
 
 } // namespace velometer

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "reports/sqldatabase.h"
+
+namespace velometer {
+
+/// A PostgreSQL data base, which several services share.
+class PostgresDatabase : public SqlDatabase
+{
+public:
+    /// "postgresql://..." or "postgres://...".
+    static bool isAddress(const QString &name);
+
+    explicit PostgresDatabase(const QString &address);
+
+    QString prepare() override;
+    std::unique_ptr<SqlConnection> connect(bool writes, QString *problem) override;
+    QString shownName() const override;
+    int writers() const override { return 2; }
+    QString shortage() const override { return {}; }
+    bool tryWriting(SqlConnection &connection) const override;
+
+private:
+    const QString address;
+};
+
+} // namespace velometer

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "reports/sqlconnection.h"
+
+namespace velometer {
+
+/// A data base as the store's threads see it. Safe from every thread.
+class SqlDatabase
+{
+public:
+    SqlDatabase() = default;
+    virtual ~SqlDatabase() = default;
+    SqlDatabase(const SqlDatabase &) = delete;
+    SqlDatabase &operator=(const SqlDatabase &) = delete;
+
+    /// Takes the data base for this store and brings an older schema forward. Why that fails, in
+    /// words for an operator ("it is no database"); empty when it does not.
+    virtual QString prepare() = 0;
+
+    /// For the calling thread; nothing on failure, and @p problem then says why.
+    virtual std::unique_ptr<SqlConnection> connect(bool writes, QString *problem) = 0;
+
+    /// Without its secrets.
+    virtual QString shownName() const = 0;
+
+    virtual int writers() const = 0; ///< threads that may write side by side
+
+    /// Why there is no room for more, as far as this program can see; empty when there is.
+    virtual QString shortage() const = 0;
+
+    /// Something small that fails like a report when reports fail.
+    virtual bool tryWriting(SqlConnection &connection) const = 0;
+};
+
+} // namespace velometer

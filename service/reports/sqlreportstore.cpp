@@ -1,0 +1,302 @@
+#include "reports/sqlreportstore.h"
+
+#include "ops/background.h"
+#include "ops/log.h"
+#include "reports/postgresdatabase.h"
+#include "reports/reconnecting.h"
+#include "reports/reportqueries.h"
+#include "reports/sqlitedatabase.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <future>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace velometer {
+
+namespace {
+
+/// Operations that share one transaction; more would make the first of them wait.
+constexpr std::size_t batchSize = 64;
+
+constexpr int readerCount = 2;
+
+/// How long another program (a backup, a shell) may hold the file before writes fail.
+constexpr auto holdTime = 5s;
+
+/// A report a client keeps for longer than this has lost its streams' records.
+constexpr qint64 streamAgeMs = qint64{30} * 24 * 3600 * 1000;
+constexpr auto forgetPeriod = 1h;
+
+} // namespace
+
+std::unique_ptr<SqlReportStore> SqlReportStore::open(const QString &name, QString *error)
+{
+    std::unique_ptr<SqlDatabase> database;
+    if (PostgresDatabase::isAddress(name)) {
+        database = std::make_unique<PostgresDatabase>(name);
+    } else {
+        database = std::make_unique<SqliteDatabase>(name);
+    }
+    // A connection belongs to its thread.
+    const QString problem =
+        std::async(std::launch::async, [&] { return database->prepare(); }).get();
+    if (!problem.isEmpty()) {
+        *error = u"The database %1 cannot be used: %2."_s.arg(database->shownName(), problem);
+        return nullptr;
+    }
+    std::unique_ptr<SqlReportStore> store(new SqlReportStore(std::move(database)));
+    store->start();
+    return store;
+}
+
+SqlReportStore::SqlReportStore(std::unique_ptr<SqlDatabase> opened)
+    : database(std::move(opened))
+{}
+
+SqlReportStore::~SqlReportStore()
+{
+    close(Clock::time_point::max());
+}
+
+void SqlReportStore::start()
+{
+    for (int i = 0; i < database->writers(); ++i) {
+        threads.emplace_back([this] { write(); });
+    }
+    for (int i = 0; i < readerCount; ++i) {
+        threads.emplace_back([this] { read(reads); });
+    }
+    threads.emplace_back([this] { read(publicReads); });
+    finishDeletions();
+}
+
+void SqlReportStore::close(Clock::time_point deadline)
+{
+    end = deadline;
+    {
+        const std::lock_guard guard(mutex);
+        closing = true;
+        writes.wake.notify_all();
+        reads.wake.notify_all();
+        publicReads.wake.notify_all();
+    }
+    for (auto &thread : threads) {
+        thread.join();
+    }
+    threads.clear();
+}
+
+/// Nothing when the store closes and the queue is empty.
+std::vector<SqlReportStore::Job> SqlReportStore::take(Queue &queue, std::size_t most)
+{
+    std::unique_lock guard(mutex);
+    queue.wake.wait(guard, [&] { return closing || !queue.jobs.empty(); });
+    std::vector<Job> taken;
+    while (!queue.jobs.empty() && taken.size() < most) {
+        taken.push_back(std::move(queue.jobs.front()));
+        queue.jobs.pop_front();
+    }
+    return taken;
+}
+
+void SqlReportStore::read(Queue &queue)
+{
+    stepBack();
+    Reconnecting connection(*database, false);
+    for (auto jobs = take(queue, 1); !jobs.empty(); jobs = take(queue, 1)) {
+        bool done = false;
+        // A connection that broke is made again once: a restart of the data base is no failure.
+        for (int attempt = 0; attempt < 2 && !done && Clock::now() < end.load(); ++attempt) {
+            SqlConnection *const open = connection.get();
+            done = open && open->beginReading() && jobs.front().run(*open);
+            if (open) {
+                open->rollBack();
+            }
+            if (!connection.isLost()) {
+                break;
+            }
+        }
+        if (!done && Clock::now() < end.load()) {
+            Log::write(Log::Level::Error,
+                       "reports cannot be read: " + connection.problem().toStdString());
+        }
+        jobs.front().finish(done);
+    }
+}
+
+void SqlReportStore::write()
+{
+    Reconnecting connection(*database, true);
+    auto forgetAt = Clock::now();
+    for (auto jobs = take(writes, batchSize); !jobs.empty(); jobs = take(writes, batchSize)) {
+        // Writers that lock whom they write for in one order do not wait for each other.
+        std::ranges::stable_sort(jobs, {}, &Job::whose);
+        runBatch(connection, jobs);
+        if (Clock::now() >= forgetAt) {
+            forgetAt = Clock::now() + forgetPeriod;
+            if (SqlConnection *const open = connection.get()) {
+                ReportQueries::forgetStreams(*open,
+                                             QDateTime::currentMSecsSinceEpoch() - streamAgeMs);
+            }
+        }
+    }
+}
+
+SqlReportStore::Attempt SqlReportStore::tryOnce(Reconnecting &connection, std::span<const Job> jobs)
+{
+    const auto patience = Clock::now() + holdTime;
+    SqlConnection *open = connection.get();
+    while (!open || !open->beginWriting()) {
+        const bool mayCome = !open || open->isHeld() || connection.isLost();
+        if (!mayCome || Clock::now() >= std::min(patience, end.load())) {
+            return Attempt::Held;
+        }
+        open = connection.get();
+    }
+    if (std::ranges::all_of(jobs, [&](const Job &job) { return job.run(*open); }) &&
+        open->commit()) {
+        return Attempt::Committed;
+    }
+    const QString reason = open->problem();
+    open->rollBack();
+    if (connection.isLost() && Clock::now() < std::min(patience, end.load())) {
+        // Perhaps it has committed all the same: whatever is written says itself when it is there.
+        return tryOnce(connection, jobs);
+    }
+    noteFailure(reason);
+    return Attempt::Failed;
+}
+
+/// All in one transaction, or, when that fails, each in its own: one bad job fails alone. Who
+/// cannot begin at all tells everybody at once.
+void SqlReportStore::runBatch(Reconnecting &connection, std::span<const Job> batch)
+{
+    const bool over = Clock::now() >= end.load();
+    auto attempt = over ? Attempt::Held : tryOnce(connection, batch);
+    if (attempt == Attempt::Held) {
+        noteFailure(over ? u"the service ends"_s : connection.problem());
+    } else if (attempt == Attempt::Committed) {
+        noteSuccess();
+    }
+    const bool apart = attempt == Attempt::Failed && batch.size() > 1;
+    for (const auto &job : batch) {
+        if (apart && attempt != Attempt::Held && Clock::now() < end.load()) {
+            attempt = tryOnce(connection, {&job, 1});
+        } else if (apart) {
+            attempt = Attempt::Held;
+        }
+        job.finish(attempt == Attempt::Committed);
+    }
+}
+
+/// A disk that is full fails every report; the log needs to hear it once.
+void SqlReportStore::noteFailure(const QString &reason)
+{
+    const std::lock_guard guard(mutex);
+    if (++failures == 1 || reason != lastReason) {
+        Log::write(Log::Level::Error, "the store cannot write: " + reason.toStdString());
+    }
+    lastReason = reason;
+}
+
+void SqlReportStore::noteSuccess()
+{
+    const std::lock_guard guard(mutex);
+    if (failures > 0) {
+        Log::write(Log::Level::Warning,
+                   "the store writes again, after failing " + std::to_string(failures) + " times");
+    }
+    failures = 0;
+}
+
+void SqlReportStore::enqueue(Queue &queue, Job job, bool urgent)
+{
+    {
+        const std::lock_guard guard(mutex);
+        if (queue.jobs.size() < queueLength && !closing) {
+            if (urgent) {
+                queue.jobs.push_front(std::move(job));
+            } else {
+                queue.jobs.push_back(std::move(job));
+            }
+            queue.wake.notify_one();
+            return;
+        }
+    }
+    job.finish(false);
+}
+
+void SqlReportStore::findOrCreateUser(const QString &uuid,
+                                      std::function<void(std::optional<User>)> done)
+{
+    auto user = std::make_shared<std::optional<User>>();
+    enqueue(writes, {.run =
+                         [uuid, user](SqlConnection &connection) {
+                             *user = ReportQueries::findOrCreateUser(connection, uuid);
+                             return user->has_value();
+                         },
+                     .finish = [user, done = std::move(done)](
+                                   bool committed) { done(committed ? *user : std::nullopt); },
+                     .whose = ReportQueries::lockOf(uuid)});
+}
+
+void SqlReportStore::storeStream(StreamRecord record)
+{
+    enqueue(writes, {.run =
+                         [record](SqlConnection &connection) {
+                             return ReportQueries::insertStream(connection, record);
+                         },
+                     .finish = [](bool) {},
+                     .whose = record.test.user});
+}
+
+void SqlReportStore::storeReport(Report report, std::function<void(Outcome)> done)
+{
+    auto outcome = std::make_shared<Outcome>(Outcome::Failed);
+    const qint64 user = report.userId;
+    enqueue(writes,
+            {.run =
+                 [report = std::move(report), outcome](SqlConnection &connection) {
+                     *outcome = ReportQueries::insert(connection, report);
+                     return *outcome != Outcome::Failed;
+                 },
+             .finish = [outcome, done = std::move(done)](
+                           bool committed) { done(committed ? *outcome : Outcome::Failed); },
+             .whose = user});
+}
+
+void SqlReportStore::ping(std::function<void(QString)> done)
+{
+    {
+        const std::lock_guard guard(mutex);
+        pings.push_back(std::move(done));
+        if (pings.size() > 1) {
+            return;
+        }
+    }
+    // Ahead of the reports, because a long queue is no illness.
+    const auto check = [this](SqlConnection &connection) {
+        return database->tryWriting(connection);
+    };
+    const auto finish = [this](bool committed) {
+        std::vector<std::function<void(QString)>> waiting;
+        QString answer = database->shortage();
+        {
+            const std::lock_guard guard(mutex);
+            waiting.swap(pings);
+            if (!committed) {
+                answer = failures > 0 ? lastReason : u"it has too much to do"_s;
+            }
+        }
+        for (const auto &each : waiting) {
+            each(answer);
+        }
+    };
+    enqueue(writes, {.run = check, .finish = finish}, true);
+}
+
+} // namespace velometer
