@@ -134,7 +134,9 @@ void SqlReportStore::write()
     auto forgetAt = Clock::now();
     for (auto jobs = take(writes, batchSize); !jobs.empty(); jobs = take(writes, batchSize)) {
         // Writers that lock whom they write for in one order do not wait for each other.
-        std::ranges::stable_sort(jobs, {}, &Job::whose);
+        if (database->writers() > 1) {
+            std::ranges::stable_sort(jobs, {}, &Job::whose);
+        }
         runBatch(connection, jobs);
         if (Clock::now() >= forgetAt) {
             forgetAt = Clock::now() + forgetPeriod;
