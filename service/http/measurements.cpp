@@ -19,6 +19,8 @@ namespace {
 /// What a stream's result may be late behind the question for it.
 constexpr auto resultTime = 2s;
 constexpr auto resultPause = 20ms;
+/// What another service takes to store what it has measured.
+constexpr auto recordTime = 300ms;
 
 /// A stream asks for its duration; its client's clock starts later, and may run longer.
 constexpr auto downloadSurplus = 2s;
@@ -209,6 +211,16 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
     co_return std::nullopt;
 }
 
+asio::awaitable<std::optional<StreamRecord>>
+storedStream(Connection &connection, Service &service, const StreamKey &test, Direction direction)
+{
+    OneShot<std::optional<QList<StreamRecord>>> found(connection.executor(), storeTime);
+    service.store->stream(test, direction, found.setter());
+    const auto answer = co_await found.wait();
+    co_return answer && *answer && !(*answer)->isEmpty() ? std::optional((*answer)->constFirst())
+                                                         : std::nullopt;
+}
+
 asio::awaitable<MaybeAnswer> uploadResult(Connection &connection, const Request &request,
                                           Service &service)
 {
@@ -224,11 +236,23 @@ asio::awaitable<MaybeAnswer> uploadResult(Connection &connection, const Request 
         co_await timer.async_wait(quietly);
         found = service.uploads.find(*key);
     }
-    if (!found.result) {
+    Answer answer;
+    if (found.result) {
+        answer.body = found.result->figures.toText();
+        co_return answer;
+    }
+    // Another service may have measured it; its record is on its way into the store they share.
+    auto stored = co_await storedStream(connection, service, *key, Direction::Upload);
+    if (!stored) {
+        timer.expires_after(recordTime);
+        co_await timer.async_wait(quietly);
+        stored = co_await storedStream(connection, service, *key, Direction::Upload);
+    }
+    if (!stored) {
         co_return Answer::sentence(404, "There is no result of such an upload.");
     }
-    Answer answer;
-    answer.body = found.result->figures.toText();
+    answer.body =
+        UploadFigures{.min = stored->min, .avg = stored->avg, .max = stored->max}.toText();
     co_return answer;
 }
 

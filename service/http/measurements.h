@@ -16,6 +16,10 @@ Handled initialise(Connection &connection, const Request &request, Service &serv
 Handled download(Connection &connection, const Request &request, Service &service);
 Handled upload(Connection &connection, const Request &request, Service &service);
 
+/// What the store knows of a stream: this service kept it, or another one with which it is shared.
+boost::asio::awaitable<std::optional<StreamRecord>>
+storedStream(Connection &connection, Service &service, const StreamKey &test, Direction direction);
+
 Handled uploadResult(Connection &connection, const Request &request, Service &service);
 
 } // namespace velometer::Measurements

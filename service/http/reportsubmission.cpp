@@ -1,6 +1,7 @@
 #include "http/reportsubmission.h"
 
 #include "http/held.h"
+#include "http/measurements.h"
 #include "net/oneshot.h"
 #include "reports/placeholders.h"
 #include "reports/reportparser.h"
@@ -98,27 +99,58 @@ asio::awaitable<Body> readReport(Connection &connection, const Request &request,
     co_return QByteArray(body.data(), qsizetype(body.size()));
 }
 
+/// What was seen of the streams of a report's test, here or by another service.
+struct Seen
+{
+    std::optional<StreamRecord> download, upload;
+};
+
+asio::awaitable<Seen> streamsOf(Connection &connection, Service &service, const StreamKey &test)
+{
+    Seen seen;
+    if (const auto down = service.downloads.find(test).result) {
+        seen.download = StreamRecord{.test = test,
+                                     .bytes = down->bytes,
+                                     .lasted = down->lasted.count(),
+                                     .kernel = QString::fromStdString(down->kernel)};
+    } else {
+        seen.download =
+            co_await Measurements::storedStream(connection, service, test, Direction::Download);
+    }
+    if (const auto up = service.uploads.find(test).result) {
+        seen.upload = StreamRecord{.test = test,
+                                   .direction = Direction::Upload,
+                                   .min = up->figures.min,
+                                   .avg = up->figures.avg,
+                                   .max = up->figures.max,
+                                   .kernel = QString::fromStdString(up->kernel)};
+    } else {
+        seen.upload =
+            co_await Measurements::storedStream(connection, service, test, Direction::Upload);
+    }
+    co_return seen;
+}
+
 /// The places in the document that only the service can fill in.
 QHash<QString, QString> serverValues(const Connection &connection, const Report &report,
-                                     const std::string &name, Service &service)
+                                     const std::string &name, const Seen &seen)
 {
-    const auto down = service.downloads.find(report.key());
-    const auto up = service.uploads.find(report.key());
     const QString nothing = u"no stream recorded"_s;
     return {
         {u"PUBLICIP"_s, report.publicIp},
         {u"CLIENTNAME"_s, QString::fromStdString(name)},
         {u"TIME"_s, QString::number(report.serverTime)},
-        {u"DOWNLOADFILE"_s, down.result ? u"sent %1 bytes in %2 ms; %3"_s.arg(down.result->bytes)
-                                              .arg(down.result->lasted.count())
-                                              .arg(QString::fromStdString(down.result->kernel))
-                                        : nothing},
-        {u"UPLOADFILE"_s,
-         up.result ? u"received min %1, avg %2, max %3 bit/s; %4"_s.arg(up.result->figures.min)
-                         .arg(up.result->figures.avg)
-                         .arg(up.result->figures.max)
-                         .arg(QString::fromStdString(up.result->kernel))
-                   : nothing},
+        {u"DOWNLOADFILE"_s, seen.download
+                                ? u"sent %1 bytes in %2 ms; %3"_s.arg(seen.download->bytes)
+                                      .arg(seen.download->lasted)
+                                      .arg(seen.download->kernel)
+                                : nothing},
+        {u"UPLOADFILE"_s, seen.upload
+                              ? u"received min %1, avg %2, max %3 bit/s; %4"_s.arg(seen.upload->min)
+                                    .arg(seen.upload->avg)
+                                    .arg(seen.upload->max)
+                                    .arg(seen.upload->kernel)
+                              : nothing},
         {u"ACCESSINFO"_s,
          u"received over %1"_s.arg(connection.getPeer().is_v6() ? u"IPv6"_s : u"IPv4"_s)},
     };
@@ -157,7 +189,8 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
     const std::string name = co_await hostName(connection, service);
     report.publicIp = QString::fromStdString(connection.getPeer().to_string());
     report.serverTime = QDateTime::currentMSecsSinceEpoch();
-    const auto values = serverValues(connection, report, name, service);
+    const Seen seen = co_await streamsOf(connection, service, report.key());
+    const auto values = serverValues(connection, report, name, seen);
     const auto fill = [document = report.document, values] {
         return Placeholders::fill(document, values);
     };

@@ -62,6 +62,11 @@ public:
     /// Keeps @p record for the reports that follow it, for a month. A failure is logged.
     virtual void storeStream(StreamRecord record) = 0;
 
+    /// What was kept of such a stream, by whichever service measured it; an empty list when nothing
+    /// was.
+    virtual void stream(const StreamKey &test, Direction direction,
+                        std::function<void(std::optional<QList<StreamRecord>>)> done) = 0;
+
     /// A report of a user that the store does not know makes him known. It is verified against the
     /// streams stored before.
     virtual void storeReport(Report report, std::function<void(Outcome)> done) = 0;

@@ -36,6 +36,8 @@ public:
     void findOrCreateUser(const QString &uuid,
                           std::function<void(std::optional<User>)> done) override;
     void storeStream(StreamRecord record) override;
+    void stream(const StreamKey &test, Direction direction,
+                Answer<QList<StreamRecord>> done) override;
     void storeReport(Report report, std::function<void(Outcome)> done) override;
     void accessOfUser(qint64 userId, Answer<Access> done) override;
     void accessOfShare(const QString &key, qint64 now, Answer<Access> done) override;

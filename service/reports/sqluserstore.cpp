@@ -30,6 +30,18 @@ void SqlReportStore::compute(const TestScope &scope, const QString &question,
         std::move(done));
 }
 
+void SqlReportStore::stream(const StreamKey &test, Direction direction,
+                            Answer<QList<StreamRecord>> done)
+{
+    ask<QList<StreamRecord>>(
+        reads,
+        [test, direction](SqlConnection &connection) {
+            const auto found = TestQueries::stream(connection, test, direction);
+            return std::optional(found ? QList{*found} : QList<StreamRecord>());
+        },
+        std::move(done));
+}
+
 void SqlReportStore::accessOfUser(qint64 userId, Answer<Access> done)
 {
     ask<Access>(

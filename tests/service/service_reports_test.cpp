@@ -290,6 +290,26 @@ private Q_SLOTS:
         QCOMPARE(statusOf(trickling.receiveAll()), 408);
     }
 
+    void knowsWhatAnotherServiceHasMeasured()
+    {
+        const RunningService service;
+        sql(service.databaseFile(),
+            {u"INSERT INTO streams(userid, seriesid, testid, direction, ended, bytes, lasted_ms, "
+             u"min, "
+             "avg, max, late) VALUES(1436911191399025, 13, 3, 1, 4102444800000, 5, 600, 0, 9, 0, "
+             "0), "
+             "(1436911191399025, 13, 3, 2, 4102444800000, 6, 700, 11, 12, 13, 0)"_s});
+        const QByteArray ask = "/velometer/getuploadresult.php?testuserid=1436911191399025&"
+                               "seriesid=13&testid=";
+        QCOMPARE(bodyOf(service.get(ask + "3000003")), "11;12;13");
+        QCOMPARE(statusOf(service.get(ask + "3000004")), 404);
+        const QByteArray body = report();
+        QCOMPARE(send(service, body, body.size()), 200);
+        const QString document = stored(service, u"document"_s);
+        QVERIFY(document.contains(u"\nsent 5 bytes in 600 ms; "_s) &&
+                document.contains(u"\nreceived min 11, avg 12, max 13 bit/s; "_s));
+    }
+
     void showsWhatIsTrue()
     {
         TestRow row;
