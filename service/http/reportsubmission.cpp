@@ -100,14 +100,15 @@ asio::awaitable<Body> readReport(Connection &connection, const Request &request,
 }
 
 /// What was seen of the streams of a report's test, here or by another service.
-struct Seen
+struct StreamsSeen
 {
     std::optional<StreamRecord> download, upload;
 };
 
-asio::awaitable<Seen> streamsOf(Connection &connection, Service &service, const StreamKey &test)
+asio::awaitable<StreamsSeen> streamsOf(Connection &connection, Service &service,
+                                       const StreamKey &test)
 {
-    Seen seen;
+    StreamsSeen seen;
     if (const auto down = service.downloads.find(test).result) {
         seen.download = StreamRecord{.test = test,
                                      .bytes = down->bytes,
@@ -133,7 +134,7 @@ asio::awaitable<Seen> streamsOf(Connection &connection, Service &service, const 
 
 /// The places in the document that only the service can fill in.
 QHash<QString, QString> serverValues(const Connection &connection, const Report &report,
-                                     const std::string &name, const Seen &seen)
+                                     const std::string &name, const StreamsSeen &seen)
 {
     const QString nothing = u"no stream recorded"_s;
     return {
@@ -189,7 +190,7 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
     const std::string name = co_await hostName(connection, service);
     report.publicIp = QString::fromStdString(connection.getPeer().to_string());
     report.serverTime = QDateTime::currentMSecsSinceEpoch();
-    const Seen seen = co_await streamsOf(connection, service, report.key());
+    const StreamsSeen seen = co_await streamsOf(connection, service, report.key());
     const auto values = serverValues(connection, report, name, seen);
     const auto fill = [document = report.document, values] {
         return Placeholders::fill(document, values);

@@ -16,7 +16,7 @@ public:
     QString prepare() override;
     std::unique_ptr<SqlConnection> connect(bool writes, QString *problem) override;
     QString shownName() const override;
-    int writers() const override { return 2; }
+    int writers() const override { return mostWriters; }
     QString shortage() const override { return {}; }
     bool tryWriting(SqlConnection &connection) const override;
 

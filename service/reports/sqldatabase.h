@@ -23,7 +23,9 @@ public:
     /// Without its secrets.
     virtual QString shownName() const = 0;
 
-    virtual int writers() const = 0; ///< threads that may write side by side
+    /// Threads that may write side by side, up to mostWriters.
+    virtual int writers() const = 0;
+    static constexpr int mostWriters = 2;
 
     /// Why there is no room for more, as far as this program can see; empty when there is.
     virtual QString shortage() const = 0;

@@ -65,7 +65,8 @@ SqlReportStore::~SqlReportStore()
 void SqlReportStore::start()
 {
     for (int i = 0; i < database->writers(); ++i) {
-        threads.emplace_back([this] { write(); });
+        Queue &queue = writes.at(static_cast<std::size_t>(i));
+        threads.emplace_back([this, &queue] { write(queue); });
     }
     for (int i = 0; i < readerCount; ++i) {
         threads.emplace_back([this] { read(reads); });
@@ -80,7 +81,9 @@ void SqlReportStore::close(Clock::time_point deadline)
     {
         const std::lock_guard guard(mutex);
         closing = true;
-        writes.wake.notify_all();
+        for (Queue &each : writes) {
+            each.wake.notify_all();
+        }
         reads.wake.notify_all();
         publicReads.wake.notify_all();
     }
@@ -128,11 +131,11 @@ void SqlReportStore::read(Queue &queue)
     }
 }
 
-void SqlReportStore::write()
+void SqlReportStore::write(Queue &queue)
 {
     Reconnecting connection(*database, true);
     auto forgetAt = Clock::now();
-    for (auto jobs = take(writes, batchSize); !jobs.empty(); jobs = take(writes, batchSize)) {
+    for (auto jobs = take(queue, batchSize); !jobs.empty(); jobs = take(queue, batchSize)) {
         // Writers that lock whom they write for in one order do not wait for each other.
         if (database->writers() > 1) {
             std::ranges::stable_sort(jobs, {}, &Job::whose);
@@ -150,27 +153,27 @@ void SqlReportStore::write()
 
 SqlReportStore::Attempt SqlReportStore::tryOnce(Reconnecting &connection, std::span<const Job> jobs)
 {
-    const auto patience = Clock::now() + holdTime;
-    SqlConnection *open = connection.get();
-    while (!open || !open->beginWriting()) {
-        const bool mayCome = !open || open->isHeld() || connection.isLost();
-        if (!mayCome || Clock::now() >= std::min(patience, end.load())) {
-            return Attempt::Held;
+    const auto patience = std::min(Clock::now() + holdTime, end.load());
+    while (true) {
+        SqlConnection *const open = connection.get();
+        const bool begun = open && open->beginWriting();
+        if (begun && std::ranges::all_of(jobs, [&](const Job &job) { return job.run(*open); }) &&
+            open->commit()) {
+            return Attempt::Committed;
         }
-        open = connection.get();
+        const QString reason = connection.problem();
+        if (begun) {
+            open->rollBack();
+        }
+        // What was lost at its commit may be there all the same: then it says so itself.
+        const bool mayCome = connection.isLost() || (!begun && open->isHeld());
+        if (!mayCome || Clock::now() >= patience) {
+            if (begun) {
+                noteFailure(reason);
+            }
+            return begun ? Attempt::Failed : Attempt::Held;
+        }
     }
-    if (std::ranges::all_of(jobs, [&](const Job &job) { return job.run(*open); }) &&
-        open->commit()) {
-        return Attempt::Committed;
-    }
-    const QString reason = open->problem();
-    open->rollBack();
-    if (connection.isLost() && Clock::now() < std::min(patience, end.load())) {
-        // Perhaps it has committed all the same: whatever is written says itself when it is there.
-        return tryOnce(connection, jobs);
-    }
-    noteFailure(reason);
-    return Attempt::Failed;
 }
 
 /// All in one transaction, or, when that fails, each in its own: one bad job fails alone. Who
@@ -215,6 +218,12 @@ void SqlReportStore::noteSuccess()
     failures = 0;
 }
 
+/// What is written for one user is written in the order of its coming.
+SqlReportStore::Queue &SqlReportStore::writesFor(qint64 whose)
+{
+    return writes.at(static_cast<quint64>(whose) % static_cast<quint64>(database->writers()));
+}
+
 void SqlReportStore::enqueue(Queue &queue, Job job, bool urgent)
 {
     {
@@ -236,31 +245,34 @@ void SqlReportStore::findOrCreateUser(const QString &uuid,
                                       std::function<void(std::optional<User>)> done)
 {
     auto user = std::make_shared<std::optional<User>>();
-    enqueue(writes, {.run =
-                         [uuid, user](SqlConnection &connection) {
-                             *user = ReportQueries::findOrCreateUser(connection, uuid);
-                             return user->has_value();
-                         },
-                     .finish = [user, done = std::move(done)](
-                                   bool committed) { done(committed ? *user : std::nullopt); },
-                     .whose = ReportQueries::lockOf(uuid)});
+    const qint64 whose = ReportQueries::lockOf(uuid);
+    enqueue(writesFor(whose),
+            {.run =
+                 [uuid, user](SqlConnection &connection) {
+                     *user = ReportQueries::findOrCreateUser(connection, uuid);
+                     return user->has_value();
+                 },
+             .finish = [user, done = std::move(done)](
+                           bool committed) { done(committed ? *user : std::nullopt); },
+             .whose = whose});
 }
 
 void SqlReportStore::storeStream(StreamRecord record)
 {
-    enqueue(writes, {.run =
-                         [record](SqlConnection &connection) {
-                             return ReportQueries::insertStream(connection, record);
-                         },
-                     .finish = [](bool) {},
-                     .whose = record.test.user});
+    enqueue(writesFor(record.test.user), {.run =
+                                              [record](SqlConnection &connection) {
+                                                  return ReportQueries::insertStream(connection,
+                                                                                     record);
+                                              },
+                                          .finish = [](bool) {},
+                                          .whose = record.test.user});
 }
 
 void SqlReportStore::storeReport(Report report, std::function<void(Outcome)> done)
 {
     auto outcome = std::make_shared<Outcome>(Outcome::Failed);
     const qint64 user = report.userId;
-    enqueue(writes,
+    enqueue(writesFor(user),
             {.run =
                  [report = std::move(report), outcome](SqlConnection &connection) {
                      *outcome = ReportQueries::insert(connection, report);
@@ -298,7 +310,7 @@ void SqlReportStore::ping(std::function<void(QString)> done)
             each(answer);
         }
     };
-    enqueue(writes, {.run = check, .finish = finish}, true);
+    enqueue(writesFor(0), {.run = check, .finish = finish}, true);
 }
 
 } // namespace velometer

@@ -6,6 +6,7 @@
 #include "reports/statisticsreader.h"
 #include "reports/tablecache.h"
 
+#include <array>
 #include <atomic>
 #include <condition_variable>
 #include <deque>
@@ -102,7 +103,8 @@ private:
     void eraseMore(qint64 userId, qint64 gone, Answer<qint64> done);
     std::vector<Job> take(Queue &queue, std::size_t most);
     void read(Queue &queue);
-    void write();
+    void write(Queue &queue);
+    Queue &writesFor(qint64 whose);
     Attempt tryOnce(Reconnecting &connection, std::span<const Job> jobs);
     void runBatch(Reconnecting &connection, std::span<const Job> batch);
     void noteFailure(const QString &reason);
@@ -110,7 +112,7 @@ private:
 
     std::unique_ptr<SqlDatabase> database;
     std::mutex mutex;
-    Queue writes;
+    std::array<Queue, SqlDatabase::mostWriters> writes; ///< one each writer
     Queue reads;
     Queue publicReads; ///< long ones, of a thread of their own
     bool closing = false;

@@ -162,7 +162,7 @@ void SqlReportStore::setNote(const TestScope &scope, qint64 id, const QString &n
                              Answer<bool> done)
 {
     ask<bool>(
-        writes,
+        writesFor(scope.userId),
         [scope, id, note](SqlConnection &connection) {
             return UserQueries::setNote(connection, scope, id, note);
         },
@@ -179,7 +179,7 @@ void SqlReportStore::deleteMore(const TestScope &scope, QList<StreamKey> gone,
                                 Answer<QList<StreamKey>> done)
 {
     ask<QList<StreamKey>>(
-        writes,
+        writesFor(scope.userId),
         [scope](SqlConnection &connection) { return UserQueries::deleteSome(connection, scope); },
         [this, scope, gone = std::move(gone),
          done = std::move(done)](std::optional<QList<StreamKey>> batch) mutable {
@@ -195,7 +195,7 @@ void SqlReportStore::deleteMore(const TestScope &scope, QList<StreamKey> gone,
 void SqlReportStore::deleteUser(qint64 userId, Answer<qint64> done)
 {
     ask<bool>(
-        writes,
+        writesFor(userId),
         [userId](SqlConnection &connection) {
             const bool marked =
                 UserQueries::markDeleted(connection, userId, QDateTime::currentMSecsSinceEpoch());
@@ -214,7 +214,7 @@ void SqlReportStore::deleteUser(qint64 userId, Answer<qint64> done)
 void SqlReportStore::eraseMore(qint64 userId, qint64 gone, Answer<qint64> done)
 {
     ask<qint64>(
-        writes,
+        writesFor(userId),
         [userId](SqlConnection &connection) { return UserQueries::eraseSome(connection, userId); },
         [this, userId, gone, done = std::move(done)](std::optional<qint64> batch) {
             if (!batch || *batch == 0) {
@@ -229,20 +229,21 @@ void SqlReportStore::eraseMore(qint64 userId, qint64 gone, Answer<qint64> done)
 /// Those of users whose deletion a crash interrupted.
 void SqlReportStore::finishDeletions()
 {
-    ask<QList<qint64>>(writes, UserQueries::unfinished, [this](std::optional<QList<qint64>> users) {
-        for (const qint64 user : users.value_or(QList<qint64>())) {
-            eraseMore(user, 0, [](std::optional<qint64> rows) {
-                Log::write(Log::Level::Info, "finished an interrupted deletion: " +
-                                                 std::to_string(rows.value_or(0)) + " rows");
-            });
-        }
-    });
+    ask<QList<qint64>>(
+        writesFor(0), UserQueries::unfinished, [this](std::optional<QList<qint64>> users) {
+            for (const qint64 user : users.value_or(QList<qint64>())) {
+                eraseMore(user, 0, [](std::optional<qint64> rows) {
+                    Log::write(Log::Level::Info, "finished an interrupted deletion: " +
+                                                     std::to_string(rows.value_or(0)) + " rows");
+                });
+            }
+        });
 }
 
 void SqlReportStore::takeTrack(qint64 userId, const TrackPart &part, Answer<TrackTaken> done)
 {
     ask<TrackTaken>(
-        writes,
+        writesFor(userId),
         [userId, part](SqlConnection &connection) {
             return TrackQueries::take(connection, userId, part);
         },
@@ -271,7 +272,7 @@ void SqlReportStore::trackPart(qint64 userId, const QString &id, qint64 first,
 void SqlReportStore::removeTrack(qint64 userId, const QString &id, Answer<bool> done)
 {
     ask<bool>(
-        writes,
+        writesFor(userId),
         [userId, id](SqlConnection &connection) {
             return TrackQueries::remove(connection, userId, id);
         },
@@ -281,7 +282,7 @@ void SqlReportStore::removeTrack(qint64 userId, const QString &id, Answer<bool> 
 void SqlReportStore::addShare(qint64 userId, const Share &share, Answer<bool> done)
 {
     ask<bool>(
-        writes,
+        writesFor(userId),
         [userId, share](SqlConnection &connection) {
             return UserQueries::addShare(connection, userId, share);
         },
@@ -301,7 +302,7 @@ void SqlReportStore::shares(qint64 userId, qint64 now, Answer<QList<Share>> done
 void SqlReportStore::removeShare(qint64 userId, const QString &key, Answer<bool> done)
 {
     ask<bool>(
-        writes,
+        writesFor(userId),
         [userId, key](SqlConnection &connection) {
             return UserQueries::removeShare(connection, userId, key);
         },

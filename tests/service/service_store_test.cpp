@@ -123,8 +123,8 @@ private Q_SLOTS:
                                 .max = up ? 13 : 0,
                                 .late = up});
         }
-        userOf(store, u"x"_s); // behind them in the queue
-        sql({change});
+        put(store, report(5, 7, 10)); // behind them in the queue
+        sql({u"DELETE FROM reports"_s, change});
         put(store, claimed);
         QCOMPARE(testsOf(store, 5).constFirst().verified, verified);
         QCOMPARE(
