@@ -182,6 +182,7 @@ private:
         }
         press(u"Pause"_s);
         QTRY_VERIFY(person->sees(u"paused"_s));
+        QVERIFY(!button(u"track1"_s)); // what is not ended is in no list
         press(u"Go on"_s);
         press(u"End the track"_s);
         QTRY_VERIFY(person->sees(u"Nothing is being recorded."_s));
