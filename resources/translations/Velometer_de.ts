@@ -1852,6 +1852,10 @@ orvak verfassen</translation>
         <source>Deleted track %1 with %2 points.</source>
         <translation>Track %1 mit %2 Punkten gelöscht.</translation>
     </message>
+    <message>
+        <source>Track %1 is being recorded; end it first.</source>
+        <translation>Track %1 wird gerade aufgezeichnet; bitte zuerst beenden.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultActions</name>

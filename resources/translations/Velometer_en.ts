@@ -1850,6 +1850,10 @@ to orvak</translation>
         <source>Deleted track %1 with %2 points.</source>
         <translation>Deleted track %1 with %2 points.</translation>
     </message>
+    <message>
+        <source>Track %1 is being recorded; end it first.</source>
+        <translation>Track %1 is being recorded; end it first.</translation>
+    </message>
 </context>
 <context>
     <name>velometer::ResultActions</name>

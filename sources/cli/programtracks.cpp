@@ -1,3 +1,4 @@
+#include "app/startup.h"
 #include "app/trackupload.h"
 #include "cli/output.h"
 #include "cli/program.h"
@@ -5,6 +6,8 @@
 #include "cli/trackrunner.h"
 #include "db/databasemanager.h"
 #include "platform/platform.h"
+
+#include <QLockFile>
 
 namespace velometer {
 
@@ -72,6 +75,13 @@ ExitStatus Program::deleteTrack()
         return refuse(ExitStatus::Usage,
                       tr("This would delete track %1 with %2 points; say --yes to do it.")
                           .arg(QString::number(track->row), QString::number(track->points)));
+    }
+    // Whoever records would go on with a track that is not there.
+    QLockFile recording(StartUp::trackLockFile());
+    recording.setStaleLockTime(0);
+    if (!track->ended && !recording.tryLock(0) && recording.error() == QLockFile::LockFailedError) {
+        return refuse(ExitStatus::Usage,
+                      tr("Track %1 is being recorded; end it first.").arg(track->row));
     }
     if (!gDB->tracks().remove(track->row)) {
         return storeFailure();

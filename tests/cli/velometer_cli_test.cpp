@@ -201,6 +201,9 @@ private Q_SLOTS:
                        1;
             },
             20'000));
+        ended = run({u"delete-track"_s, u"2"_s, u"--yes"_s});
+        QVERIFY2(ended.status == 2 && ended.messages.contains("is being recorded"),
+                 ended.messages.constData());
         broken->kill();
         broken->waitForFinished();
         ended = run({u"track"_s, u"--resume"_s, u"--duration"_s, u"8"_s, u"--test-every"_s, u"5s"_s,

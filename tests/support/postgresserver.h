@@ -62,7 +62,7 @@ public:
                            program(u"pg_isready"),
                            {QStringLiteral("-q"), QStringLiteral("-h"), folder.path()}) == 0;
             },
-            20'000);
+            60'000);
         if (!ready) {
             qFatal("PostgreSQL does not start: %s", process.readAll().constData());
         }
@@ -101,7 +101,8 @@ private:
         }
     }
 
-    QTemporaryDir folder;
+    // Wherever else temporary files go: a socket's name is short, and nobody must get there.
+    QTemporaryDir folder{QStringLiteral("/tmp/velometer-postgres-XXXXXX")};
     QString programs;
     QStringList user; ///< words before a command that run it for another user
     QProcess process;
