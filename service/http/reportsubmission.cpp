@@ -173,7 +173,7 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
     }
     const auto bytes = std::get<QByteArray>(std::move(body));
     const auto parse = [bytes, &service] {
-        return ReportParser::parse(bytes, service.options.salt, service.stopping);
+        return ReportParser::parse(bytes, service.options.salts, service.stopping);
     };
     auto result = co_await offload(connection, service.parsers, parse);
     if (!result) {

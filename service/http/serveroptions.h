@@ -5,6 +5,7 @@
 #include "web/layout.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <chrono>
 #include <cstdint>
@@ -24,7 +25,7 @@ struct ServerOptions
     std::vector<Neighbours::Server> servers;     ///< of the deployment, shown to visitors
     TileSource tiles;                            ///< of the pages' maps
     QString licence = QStringLiteral("CC0-1.0"); ///< of the public figures, in SPDX's words
-    QString salt; ///< shared with the clients, see the hash of a report
+    QStringList salts; ///< any of which clients may use, see the hash of a report
     int threads = 1;
     int maxStreams = 128;
     /// One client runs one stream at a time; so many share an address in a household or an office.

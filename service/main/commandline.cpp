@@ -143,7 +143,7 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
                        {u"IP-Plus Germany"_s, deployment->ipPlusGermany},
                        {u"IP-Plus Italy"_s, deployment->ipPlusItaly},
                        {u"IP-Plus New York"_s, deployment->ipPlusNewYork}};
-    options.salt = deployment->salt;
+    options.salts = QStringList{deployment->salt} + deployment->oldSalts;
     options.maxReportBytes = static_cast<std::size_t>(reportBytes);
     return start;
 }

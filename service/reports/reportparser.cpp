@@ -432,8 +432,9 @@ Report figuresOf(const Walk &walk)
 
 } // namespace
 
-std::variant<Report, ReportParser::Problem>
-ReportParser::parse(const QByteArray &received, const QString &salt, const std::atomic<bool> &stop)
+std::variant<Report, ReportParser::Problem> ReportParser::parse(const QByteArray &received,
+                                                                const QStringList &salts,
+                                                                const std::atomic<bool> &stop)
 {
     if (stop) {
         return Problem::Stopped;
@@ -449,7 +450,8 @@ ReportParser::parse(const QByteArray &received, const QString &salt, const std::
     if (walk.number(u"UserData/UserID"_s) <= 0) {
         return Problem::Damaged;
     }
-    if (walk.hash() != expectedHash(walk, salt)) {
+    if (std::ranges::none_of(
+            salts, [&](const QString &salt) { return walk.hash() == expectedHash(walk, salt); })) {
         return Problem::WrongHash;
     }
     Report report = figuresOf(walk);

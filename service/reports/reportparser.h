@@ -3,6 +3,7 @@
 #include "reports/report.h"
 
 #include <QByteArray>
+#include <QStringList>
 
 #include <atomic>
 #include <variant>
@@ -16,7 +17,7 @@ class ReportParser
 public:
     enum class Problem {
         Damaged,   ///< not well-formed, or an element missing, doubled or not what it must be
-        WrongHash, ///< not made by a client that knows the salt
+        WrongHash, ///< not made by a client that knows one of the salts
         Stopped,   ///< nobody waits for the outcome any more
     };
 
@@ -25,7 +26,7 @@ public:
 
     /// @p received may be encoded twice. The document comes back decoded and otherwise as it was;
     /// serverTime and publicIp are left to the caller. Ends soon after another thread set @p stop.
-    static std::variant<Report, Problem> parse(const QByteArray &received, const QString &salt,
+    static std::variant<Report, Problem> parse(const QByteArray &received, const QStringList &salts,
                                                const std::atomic<bool> &stop);
 
     /// The figures of a document that was checked when it came; nothing when it is damaged. The

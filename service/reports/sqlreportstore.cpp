@@ -153,7 +153,7 @@ void SqlReportStore::write(Queue &queue)
 
 SqlReportStore::Attempt SqlReportStore::tryOnce(Reconnecting &connection, std::span<const Job> jobs)
 {
-    const auto patience = std::min(Clock::now() + holdTime, end.load());
+    const auto patience = Clock::now() + holdTime;
     while (true) {
         SqlConnection *const open = connection.get();
         const bool begun = open && open->beginWriting();
@@ -167,7 +167,7 @@ SqlReportStore::Attempt SqlReportStore::tryOnce(Reconnecting &connection, std::s
         }
         // What was lost at its commit may be there all the same: then it says so itself.
         const bool mayCome = connection.isLost() || (!begun && open->isHeld());
-        if (!mayCome || Clock::now() >= patience) {
+        if (!mayCome || Clock::now() >= std::min(patience, end.load())) {
             if (begun) {
                 noteFailure(reason);
             }

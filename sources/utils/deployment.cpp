@@ -30,6 +30,16 @@ public:
         }
     }
 
+    /// Separated by commas; what is empty is none.
+    void list(const QString &key, QStringList &values) const
+    {
+        for (const QString &each : settings.value(key).toStringList()) {
+            if (const QString text = each.trimmed(); !text.isEmpty()) {
+                values += text;
+            }
+        }
+    }
+
     void host(const QString &key, QString &value)
     {
         if (!settings.contains(key)) {
@@ -102,6 +112,7 @@ std::optional<Deployment> Deployment::fromFile(const QString &file, QString *err
     reader.port(u"Service/WebPort"_s, result.webPort);
     reader.host(u"Service/ImportHost"_s, result.importHost);
     reader.text(u"Service/Salt"_s, result.salt);
+    reader.list(u"Service/OldSalts"_s, result.oldSalts);
     reader.text(u"Service/FeedbackMailbox"_s, result.feedbackMailbox);
     reader.text(u"Service/MakerUrl"_s, result.makerUrl);
     reader.endpoint(u"TestServers/Swisscom"_s, result.swisscom);

@@ -16,6 +16,7 @@ struct Deployment
     int webPort = 8080;
     QString importHost = QStringLiteral("127.0.0.1"); ///< named in the report's document type
     QString salt = QStringLiteral("8352"); ///< shared with the service, see the report's hash
+    QStringList oldSalts; ///< that the service takes as well, while clients change to the new one
     QString feedbackMailbox = QStringLiteral("feedback@velometer.invalid");
     QString makerUrl; ///< empty: the web host's root
 

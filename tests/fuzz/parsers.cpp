@@ -44,7 +44,7 @@ QByteArray contents(const char *file)
 
 bool takeReport(const QByteArray &bytes)
 {
-    const auto result = ReportParser::parse(bytes, u"8352"_s, false);
+    const auto result = ReportParser::parse(bytes, {u"8352"_s}, false);
     const auto *report = std::get_if<Report>(&result);
     if (report == nullptr) {
         return false;
@@ -59,7 +59,7 @@ bool takeReport(const QByteArray &bytes)
                 "a rate is not negative");
     }
     // What was kept is what a reader of the stored document finds.
-    const auto again = ReportParser::parse(report->document.toUtf8(), u"8352"_s, false);
+    const auto again = ReportParser::parse(report->document.toUtf8(), {u"8352"_s}, false);
     require(std::holds_alternative<Report>(again) &&
                 std::get<Report>(again).document == report->document,
             "a stored document is as good as the one that came");

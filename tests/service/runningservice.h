@@ -22,7 +22,7 @@ public:
         ServerOptions options;
         options.databaseFile = databaseFile();
         options.listen = {{QStringLiteral("127.0.0.1"), 0}};
-        options.salt = QStringLiteral("8352");
+        options.salts = {QStringLiteral("new"), QStringLiteral("8352")};
         options.threads = 2;
         options.shutdownGrace = std::chrono::milliseconds(100);
         options.reportPause = std::chrono::milliseconds(300);

@@ -244,11 +244,15 @@ LoadFigures: {"download":{"cc":"bbr","rtt_ns":[41,-1,45],"t_ns":[1,2,3]},)"
 
     void commandLineSetsEveryOption()
     {
+        QFile config(file);
+        QVERIFY(config.open(QIODevice::WriteOnly) && config.write("[Service]\nOldSalts=1,2\n") > 0);
+        config.close();
         const auto parsed = CommandLine::parse(
             u"velometer-service --listen [::1]:0 --listen 127.0.0.1:65535 --database sqlite:f "
             "--threads 2 --max-streams 3 --max-streams-per-address 4 "
             "--max-connections-per-address 5 --max-report-bytes 6000 --log-level debug "
-            "--statistics-licence ODbL-1.0 --tile-url http://{s}.t/{z}/{x}/{y}"_s.split(u' '));
+            "--statistics-licence ODbL-1.0 --tile-url http://{s}.t/{z}/{x}/{y}"_s.split(u' ') +
+            QStringList{u"--config"_s, file});
         const auto &start = std::get<CommandLine::Start>(parsed);
         const auto &o = start.options;
         const auto text = [](const auto &...value) {
@@ -258,8 +262,9 @@ LoadFigures: {"download":{"cc":"bbr","rtt_ns":[41,-1,45],"t_ns":[1,2,3]},)"
                       o.maxStreamsPerAddress, o.maxConnectionsPerAddress, o.maxReportBytes,
                       static_cast<int>(start.logLevel)),
                  u"0 65535 2 3 4 5 6000 3 "_s);
-        QCOMPARE(o.listen.front().host + o.databaseFile + o.salt + o.licence + o.tiles.address,
-                 u"::1f8352ODbL-1.0http://{s}.t/{z}/{x}/{y}"_s);
+        QCOMPARE(o.listen.front().host + o.databaseFile + o.salts.join(u',') + o.licence +
+                     o.tiles.address,
+                 u"::1f8352,1,2ODbL-1.0http://{s}.t/{z}/{x}/{y}"_s);
     }
 
     void commandLine_data()

@@ -114,7 +114,7 @@ private Q_SLOTS:
 
     void dropsReportsWhenTheServiceEnds()
     {
-        const auto parsed = ReportParser::parse(report(), u"8352"_s, true);
+        const auto parsed = ReportParser::parse(report(), {u"8352"_s}, true);
         const auto *problem = std::get_if<ReportParser::Problem>(&parsed);
         QVERIFY(problem && *problem == ReportParser::Problem::Stopped);
     }

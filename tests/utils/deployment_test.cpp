@@ -39,7 +39,8 @@ private Q_SLOTS:
 
     void readsAFileOverTheDefaults()
     {
-        write("[Service]\nWebHost=2001:db8::7  ; assigns ids\nWebPort=80\nSalt=1234\n"
+        write("[Service]\nWebHost=2001:db8::7  ; assigns ids\nWebPort=80\nSalt=1234\nOldSalts=99, "
+              ",1 0\n"
               "ImportHost=i.example\n"
               "[TestServers]\nHSR=[2001:db8::1]:8081\nSunrise=only-a-name.example\n"
               "[Map]\nAttribution=(c) Somebody, and others\n");
@@ -50,6 +51,7 @@ private Q_SLOTS:
         QCOMPARE(deployment->webAddress(), u"http://[2001:db8::7]"_s);
         QCOMPARE(deployment->importHost, u"i.example"_s);
         QCOMPARE(deployment->salt, u"1234"_s);
+        QCOMPARE(deployment->oldSalts, (QStringList{u"99"_s, u"1 0"_s}));
         QCOMPARE(deployment->hsr, (Endpoint{u"2001:db8::1"_s, 8081}));
         QCOMPARE(deployment->sunrise, (Endpoint{u"only-a-name.example"_s, 80}));
         QCOMPARE(deployment->swisscom, (Endpoint{u"127.0.0.1"_s, 8080}));
