@@ -250,6 +250,6 @@ function(velometer_tests name)
         cmake_path(GET file STEM test)
         add_test(NAME ${test} COMMAND ${program} ${test})
         set_tests_properties(${test} PROPERTIES TIMEOUT 120 ENVIRONMENT
-            "ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp")
+            "ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp die_after_fork=0")
     endforeach()
 endfunction()
