@@ -147,7 +147,13 @@ private:
                                       options);
         QVERIFY(application->waitForStarted());
         // "Loading" stands still, too.
-        QVERIFY(QTest::qWaitFor([this] { return hasStartButton(screen()); }, startLimit));
+        const bool hasBegun =
+            QTest::qWaitFor([this] { return hasStartButton(screen()); }, startLimit);
+        const QString state = u"state %1, exit %2, screen of %3 px: "_s.arg(application->state())
+                                  .arg(application->exitCode())
+                                  .arg(screen().width());
+        QVERIFY2(hasBegun,
+                 qPrintable(state + QString::fromUtf8(application->readAllStandardError())));
     }
 
     QByteArray output(const QString &program, const QStringList &arguments)
