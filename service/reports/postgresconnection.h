@@ -9,8 +9,8 @@ using PGresult = struct pg_result;
 
 namespace velometer {
 
-/// A connection to a PostgreSQL data base. Statements are prepared once. No statement takes longer
-/// than longestStatement, no wait for a lock longer than longestLock.
+/// A connection to a PostgreSQL data base. Statements are prepared once. A statement that takes a
+/// minute, or waits five seconds for a lock, fails.
 class PostgresConnection : public SqlConnection
 {
 public:
