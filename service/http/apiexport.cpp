@@ -133,7 +133,8 @@ Handled exportTests(Connection &connection, const Request &request, Service &ser
         isFirst = false;
         bytes += *made;
         after = batch->next;
-        if (!bytes.empty() && !co_await connection.write(bytes, exportPatience)) {
+        const bool written = co_await connection.write(bytes, exportPatience);
+        if (!written) {
             co_return std::nullopt;
         }
         bytes.clear();

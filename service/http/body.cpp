@@ -36,8 +36,8 @@ asio::awaitable<std::variant<std::string, Answer>> readBody(Connection &connecti
     std::string body(connection.rest());
     while (body.size() < *request.contentLength) {
         const auto scratch = connection.scratch();
-        const auto [error, count] = co_await connection.getSocket().async_read_some(
-            asio::buffer(scratch.data(), scratch.size()), quietly);
+        const auto [error, count] =
+            co_await connection.readSome(asio::buffer(scratch.data(), scratch.size()));
         if (error || connection.isExpired()) {
             co_return Answer::sentence(408, "The request did not arrive in time.");
         }

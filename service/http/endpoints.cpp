@@ -7,6 +7,7 @@
 #include "http/reportsubmission.h"
 #include "http/request.h"
 #include "net/oneshot.h"
+#include "net/proxyheader.h"
 
 #include <array>
 
@@ -31,6 +32,9 @@ asio::awaitable<MaybeAnswer> healthz(Connection &connection, const Request &, Se
     const auto answered = co_await problem.wait();
     if (!answered || !answered->isEmpty()) {
         ++service.metrics.storeErrors;
+        if (service.hasAdmin && connection.getRole() != Connection::Role::Admin) {
+            co_return Answer::sentence(503, "The store takes no reports.");
+        }
         co_return Answer::sentence(
             503, "The store takes no reports: " +
                      answered.value_or(u"it does not answer"_s).toStdString() + '.');
@@ -73,6 +77,13 @@ using Handler = asio::awaitable<MaybeAnswer> (*)(Connection &, const Request &, 
 /// How long what was sent may wait for a peer that takes nothing of it.
 enum class After { Answer, Stream };
 
+/// On which listeners a path is there.
+enum class Where {
+    Public,     ///< not on the operator's
+    Everywhere, ///< on all
+    Admin,      ///< on the operator's alone, where there is one
+};
+
 struct Route
 {
     std::string_view path; ///< {} stands for one segment, * at the end for any number of them
@@ -80,6 +91,19 @@ struct Route
     std::string_view name; ///< in the metrics
     Handler handler;
     After after = After::Answer;
+    Where where = Where::Public;
+
+    bool isOn(Connection::Role role, bool hasAdmin) const
+    {
+        switch (where) {
+        case Where::Public:
+            return role == Connection::Role::Public ||
+                   (role == Connection::Role::Tls && after != After::Stream);
+        case Where::Everywhere: return true;
+        case Where::Admin: return role == Connection::Role::Admin || !hasAdmin;
+        }
+        return false;
+    }
 };
 
 /// All that the service answers to.
@@ -116,12 +140,26 @@ constexpr std::array endpoints{
     Route{"/velometer/api/v1/tracks/{}/export", "GET", "api_export_track", Api::exportTrack},
     Route{"/velometer/api/v1/statistics", "GET", "api_statistics", Api::statistics},
     Route{"/velometer/api/v1/openapi.json", "GET", "api_description", Api::description},
-    Route{"/healthz", "GET", "healthz", healthz},
-    Route{"/metrics", "GET", "metrics", metrics},
+    Route{"/healthz", "GET", "healthz", healthz, After::Answer, Where::Everywhere},
+    Route{"/metrics", "GET", "metrics", metrics, After::Answer, Where::Admin},
 };
 
 /// Of what is found nowhere.
 constexpr std::string_view otherName = "other";
+
+/// The last address that no trusted proxy has written of itself is the client's: what stands before
+/// it may be anybody's invention.
+void takeForwarded(Connection &connection, const Request &request, const Service &service)
+{
+    std::string_view list = request.forwardedFor;
+    while (!list.empty() && service.isTrusted(connection.getPeer())) {
+        const auto address = ProxyHeader::takeLast(list);
+        if (!address) {
+            return;
+        }
+        connection.setPeer(*address);
+    }
+}
 
 asio::awaitable<void> send(Connection &connection, Service &service, std::string_view endpoint,
                            const Answer &answer)
@@ -137,6 +175,17 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
 {
     std::chrono::milliseconds patience = answerPatience;
     connection->expireAt(Connection::Clock::now() + service.options.headTimeout);
+    // Each await stands alone: GCC 12 runs what stands behind an && in any case.
+    bool isOpen = true;
+    if (connection->isProxy()) {
+        isOpen = co_await connection->readProxyHeader();
+    }
+    if (isOpen) {
+        isOpen = co_await connection->handshake();
+    }
+    if (!isOpen) {
+        co_return;
+    }
     const auto head = co_await connection->readHead();
     if (head == Connection::Head::Gone) {
         co_return;
@@ -144,6 +193,9 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
     std::optional<Request> request;
     if (head == Connection::Head::Complete) {
         request = Request::parse(connection->head());
+    }
+    if (request && connection->isProxy()) {
+        takeForwarded(*connection, *request, service);
     }
     if (head == Connection::Head::TooLarge) {
         const auto answer = Answer::sentence(431, "The request's head is too large.");
@@ -162,7 +214,8 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
         const Route *endpoint = nullptr;
         std::string methods;
         for (const auto &route : endpoints) {
-            if (const auto segment = match(route.path, request->path)) {
+            const auto segment = match(route.path, request->path);
+            if (segment && route.isOn(connection->getRole(), service.hasAdmin)) {
                 methods += (methods.empty() ? "" : ", ") + std::string(route.method);
                 if (route.method == request->method) {
                     endpoint = &route;

@@ -86,8 +86,8 @@ asio::awaitable<Body> readReport(Connection &connection, const Request &request,
         }
         connection.expireAt(std::min(Connection::Clock::now() + options.reportPause, deadline));
         const auto scratch = connection.scratch();
-        const auto [error, count] = co_await connection.getSocket().async_read_some(
-            asio::buffer(scratch.data(), scratch.size()), quietly);
+        const auto [error, count] =
+            co_await connection.readSome(asio::buffer(scratch.data(), scratch.size()));
         if (connection.isExpired()) {
             co_return Rejection::Timeout;
         }

@@ -54,6 +54,11 @@ std::optional<Request> Request::parse(std::string_view head)
     }
     request.acceptLanguage = view(message[http::field::accept_language]);
     request.user = view(message["Velometer-User"]);
+    const auto [firstForwarded, lastForwarded] = message.equal_range("X-Forwarded-For");
+    for (auto field = firstForwarded; field != lastForwarded; ++field) {
+        request.forwardedFor += request.forwardedFor.empty() ? "" : ",";
+        request.forwardedFor += view(field->value());
+    }
     for (const auto &coding : http::ext_list(message[http::field::accept_encoding])) {
         const bool refused = std::ranges::any_of(coding.second, [&](const auto &parameter) {
             // "q=0", "q=0.000"

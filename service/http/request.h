@@ -14,8 +14,9 @@ struct Request
     std::string path;  ///< without the query
     std::string query; ///< what follows the first '?', undecoded
     std::string acceptLanguage;
-    std::string user;    ///< the header Velometer-User
-    std::string segment; ///< what stands in the path for the {} of its endpoint
+    std::string user;         ///< the header Velometer-User
+    std::string forwardedFor; ///< all headers X-Forwarded-For, joined by commas
+    std::string segment;      ///< what stands in the path for the {} of its endpoint
     std::optional<std::uint64_t> contentLength; ///< bytes
     bool acceptsGzip = false;
     bool expectsContinue = false; ///< the body comes once it is told to

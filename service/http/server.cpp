@@ -15,10 +15,14 @@
 #include <boost/asio/strand.hpp>
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <csignal>
+#include <deque>
 #include <thread>
 
 #include <sys/resource.h>
+#include <sys/socket.h>
 
 namespace velometer {
 
@@ -71,20 +75,30 @@ struct Server::Private
         , io(service->options.threads)
     {}
 
-    bool listen(const Endpoint &endpoint, QString *error);
-    asio::awaitable<void> accept(tcp::acceptor &acceptor);
-    void serve(tcp::socket socket);
+    using Role = Connection::Role;
+    struct Listener
+    {
+        std::unique_ptr<tcp::acceptor> acceptor; ///< on a strand of its own
+        Role role = Role::Public;
+        std::string address;
+    };
+
+    bool listen(const Endpoint &endpoint, Role role, QString *error);
+    bool adopt(const Inherited &socket, QString *error);
+    bool loadCertificate(QString *error);
+    asio::awaitable<void> accept(Listener &listener);
+    void serve(tcp::socket socket, Role role);
 
     std::unique_ptr<Service> service;
     Connections connections;
     asio::io_context io;
     asio::executor_work_guard<asio::io_context::executor_type> work{io.get_executor()};
-    std::vector<std::unique_ptr<tcp::acceptor>> acceptors; ///< each on a strand of its own
-    std::vector<std::string> addresses;
+    std::deque<Listener> listeners;
+    std::atomic<std::shared_ptr<TlsContext>> tls;
     std::vector<std::thread> threads;
 };
 
-bool Server::Private::listen(const Endpoint &endpoint, QString *error)
+bool Server::Private::listen(const Endpoint &endpoint, Role role, QString *error)
 {
     boost::system::error_code failure;
     const auto address = asio::ip::make_address(endpoint.host.toStdString(), failure);
@@ -115,19 +129,67 @@ bool Server::Private::listen(const Endpoint &endpoint, QString *error)
             QString::fromStdString(failure.message()));
         return false;
     }
-    addresses.push_back(toText(acceptor->local_endpoint(failure)));
-    acceptors.push_back(std::move(acceptor));
+    std::string text = toText(acceptor->local_endpoint(failure));
+    listeners.push_back(
+        {.acceptor = std::move(acceptor), .role = role, .address = std::move(text)});
     return true;
 }
 
-asio::awaitable<void> Server::Private::accept(tcp::acceptor &acceptor)
+bool Server::Private::adopt(const Inherited &inherited, QString *error)
 {
+    sockaddr_storage name{};
+    socklen_t size = sizeof name;
+    int type = 0;
+    socklen_t typeSize = sizeof type;
+    int listening = 0;
+    socklen_t listeningSize = sizeof listening;
+    const bool isSocket =
+        ::getsockname(inherited.descriptor, reinterpret_cast<sockaddr *>(&name), &size) == 0 &&
+        ::getsockopt(inherited.descriptor, SOL_SOCKET, SO_TYPE, &type, &typeSize) == 0 &&
+        ::getsockopt(inherited.descriptor, SOL_SOCKET, SO_ACCEPTCONN, &listening, &listeningSize) ==
+            0 &&
+        type == SOCK_STREAM && listening == 1 &&
+        (name.ss_family == AF_INET || name.ss_family == AF_INET6);
+    auto acceptor = std::make_unique<tcp::acceptor>(asio::make_strand(io));
+    boost::system::error_code failure;
+    if (isSocket) {
+        acceptor->assign(name.ss_family == AF_INET ? tcp::v4() : tcp::v6(), inherited.descriptor,
+                         failure);
+    }
+    if (!isSocket || failure) {
+        *error = u"Descriptor %1, which was passed, is no TCP socket that listens."_s.arg(
+            inherited.descriptor);
+        return false;
+    }
+    std::string text = toText(acceptor->local_endpoint(failure));
+    listeners.push_back(
+        {.acceptor = std::move(acceptor), .role = inherited.role, .address = std::move(text)});
+    return true;
+}
+
+bool Server::Private::loadCertificate(QString *error)
+{
+    if (service->options.tlsCertificate.isEmpty()) {
+        return true;
+    }
+    auto loaded = makeTlsContext(service->options.tlsCertificate, service->options.tlsKey, error);
+    if (!loaded) {
+        return false;
+    }
+    service->metrics.certificateExpires = loaded->expires / 1000;
+    tls = std::move(loaded);
+    return true;
+}
+
+asio::awaitable<void> Server::Private::accept(Listener &listener)
+{
+    tcp::acceptor &acceptor = *listener.acceptor;
     asio::steady_timer pause(acceptor.get_executor());
     while (acceptor.is_open()) {
         tcp::socket socket(asio::make_strand(io));
         const auto [error] = co_await acceptor.async_accept(socket, quietly);
         if (!error) {
-            serve(std::move(socket));
+            serve(std::move(socket), listener.role);
         } else if (error == asio::error::no_descriptors || error == asio::error::no_memory ||
                    error == asio::error::no_buffer_space ||
                    error == boost::system::errc::too_many_files_open_in_system) {
@@ -139,10 +201,14 @@ asio::awaitable<void> Server::Private::accept(tcp::acceptor &acceptor)
     }
 }
 
-void Server::Private::serve(tcp::socket socket)
+void Server::Private::serve(tcp::socket socket, Role role)
 {
     auto executor = socket.get_executor();
-    auto connection = std::make_shared<Connection>(std::move(socket));
+    auto connection = std::make_shared<Connection>(std::move(socket), role,
+                                                   role == Role::Tls ? tls.load() : nullptr);
+    if (service->isTrusted(connection->getOrigin())) {
+        connection->setProxy();
+    }
     ++service->metrics.connectionsTotal;
     const auto entry = connections.enter(connection);
     if (entry == Connections::Entry::Dropped) {
@@ -183,17 +249,32 @@ bool Server::start(QString *error)
         return false;
     }
     // The address comes first: a second service started by mistake leaves the database alone.
-    for (const auto &endpoint : d->service->options.listen) {
-        if (!d->listen(endpoint, error)) {
-            return false;
-        }
+    const auto &options = d->service->options;
+    using Role = Connection::Role;
+    const auto listen = [&](const std::vector<Endpoint> &endpoints, Role role) {
+        return std::ranges::all_of(
+            endpoints, [&](const Endpoint &each) { return d->listen(each, role, error); });
+    };
+    if (!d->loadCertificate(error) || !listen(options.listen, Role::Public) ||
+        !listen(options.listenTls, Role::Tls) || !listen(options.listenAdmin, Role::Admin) ||
+        !std::ranges::all_of(options.inherited,
+                             [&](const auto &each) { return d->adopt(each, error); })) {
+        return false;
     }
-    d->service->store = SqlReportStore::open(d->service->options.databaseFile, error);
+    const auto is = [](Role role) {
+        return [role](const auto &listener) { return listener.role == role; };
+    };
+    if (std::ranges::any_of(d->listeners, is(Role::Tls)) && !d->tls.load()) {
+        *error = u"A TLS listener needs --tls-cert and --tls-key."_s;
+        return false;
+    }
+    d->service->hasAdmin = std::ranges::any_of(d->listeners, is(Role::Admin));
+    d->service->store = SqlReportStore::open(d->service->options.store, error);
     if (!d->service->store) {
         return false;
     }
-    for (auto &acceptor : d->acceptors) {
-        asio::co_spawn(acceptor->get_executor(), d->accept(*acceptor), asio::detached);
+    for (auto &listener : d->listeners) {
+        asio::co_spawn(listener.acceptor->get_executor(), d->accept(listener), asio::detached);
     }
     d->service->watch.start(d->io);
     for (int i = 0; i < d->service->options.threads; ++i) {
@@ -204,13 +285,24 @@ bool Server::start(QString *error)
 
 std::vector<std::string> Server::addresses() const
 {
-    return d->addresses;
+    std::vector<std::string> list;
+    for (const auto &listener : d->listeners) {
+        constexpr std::array<std::string_view, 3> words{"", " (TLS)", " (admin)"};
+        list.push_back(listener.address +
+                       std::string(words.at(static_cast<std::size_t>(listener.role))));
+    }
+    return list;
+}
+
+bool Server::reload(QString *error)
+{
+    return d->loadCertificate(error);
 }
 
 void Server::stop()
 {
-    for (auto &acceptor : d->acceptors) {
-        asio::post(acceptor->get_executor(), [&acceptor = *acceptor] {
+    for (auto &listener : d->listeners) {
+        asio::post(listener.acceptor->get_executor(), [&acceptor = *listener.acceptor] {
             boost::system::error_code ignored;
             acceptor.close(ignored);
         });

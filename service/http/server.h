@@ -21,8 +21,13 @@ public:
     /// says in a sentence why. Makes the process ignore SIGPIPE.
     bool start(QString *error);
 
-    /// "127.0.0.1:41234", "[::1]:8080": one for each address of the options, in their order.
+    /// "127.0.0.1:41234", "[::1]:8443 (TLS)": one for each listener, public ones first, each kind
+    /// in the order of the options.
     std::vector<std::string> addresses() const;
+
+    /// Reads the certificate anew, for connections that come from now on. After a failure, which
+    /// @p error explains, the one before stays.
+    bool reload(QString *error);
 
     /// Takes no new connections, gives the running ones their grace, writes the store out.
     void stop();

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "net/addressrange.h"
+#include "net/connection.h"
 #include "net/neighbours.h"
+#include "reports/storeoptions.h"
 #include "utils/endpoint.h"
 #include "web/layout.h"
 
@@ -15,13 +18,25 @@
 
 namespace velometer {
 
+/// A socket that the program was started with.
+struct Inherited
+{
+    int descriptor = -1;
+    Connection::Role role = Connection::Role::Public;
+};
+
 /// What a server is started with. The limits keep one client, or a thousand bad ones, from taking
 /// the service away from the others.
 struct ServerOptions
 {
     /// IPv4 or IPv6 addresses; port 0: any free one.
     std::vector<Endpoint> listen{{QStringLiteral("127.0.0.1"), 8080}};
-    QString databaseFile;
+    std::vector<Endpoint> listenTls;   ///< with everything but streams
+    std::vector<Endpoint> listenAdmin; ///< for the figures that then are nowhere else
+    std::vector<Inherited> inherited;  ///< sockets that listen already, of whoever started this
+    QString tlsCertificate, tlsKey;    ///< PEM files; both or none
+    std::vector<AddressRange> proxies; ///< that are believed whom they speak for
+    StoreOptions store;
     std::vector<Neighbours::Server> servers;     ///< of the deployment, shown to visitors
     TileSource tiles;                            ///< of the pages' maps
     QString licence = QStringLiteral("CC0-1.0"); ///< of the public figures, in SPDX's words

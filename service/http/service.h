@@ -36,7 +36,15 @@ struct Service
     static constexpr std::size_t resultQuota = 1'000;
     static constexpr std::chrono::minutes resultAge{10};
 
+    /// Whether @p address is that of a proxy that is believed whom it speaks for.
+    bool isTrusted(const boost::asio::ip::address &address) const
+    {
+        return std::ranges::any_of(options.proxies,
+                                   [&](const auto &range) { return range.contains(address); });
+    }
+
     const ServerOptions options;
+    bool hasAdmin = false; ///< a listener of its own has what the operator alone may know
     Metrics metrics;
     LoopWatch watch{metrics.loopLate};
     HostNames hostNames;

@@ -12,19 +12,21 @@ Connections::Connections(int mostPerAddress, std::size_t all)
 Connections::Entry Connections::enter(const std::shared_ptr<Connection> &connection)
 {
     const std::lock_guard lock(mutex);
-    int &count = counts[Subscriber::of(connection->getPeer())];
-    if (count >= 2 * perAddress) {
+    int &count = counts[Subscriber::of(connection->getOrigin())];
+    // A proxy's are its clients'.
+    const bool limited = !connection->isProxy();
+    if (limited && count >= 2 * perAddress) {
         return Entry::Dropped;
     }
     if (connections.size() >= most && !dropIdle()) {
         if (count == 0) {
-            counts.erase(Subscriber::of(connection->getPeer()));
+            counts.erase(Subscriber::of(connection->getOrigin()));
         }
         return Entry::Dropped;
     }
     connections.emplace(connection, ++lastNumber);
     idle.emplace(lastNumber, connection.get());
-    return ++count > perAddress ? Entry::Refused : Entry::Served;
+    return ++count > perAddress && limited ? Entry::Refused : Entry::Served;
 }
 
 bool Connections::dropOldestIdle()
@@ -55,7 +57,7 @@ void Connections::leave(const std::shared_ptr<Connection> &connection)
     }
     idle.erase(entry->second);
     connections.erase(entry);
-    const auto count = counts.find(Subscriber::of(connection->getPeer()));
+    const auto count = counts.find(Subscriber::of(connection->getOrigin()));
     if (--count->second == 0) {
         counts.erase(count);
     }

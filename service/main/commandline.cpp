@@ -5,6 +5,7 @@
 #include "utils/deployment.h"
 #include "utils/endpoint.h"
 
+#include <QHash>
 #include <QRegularExpression>
 #include <QStandardPaths>
 
@@ -67,73 +68,199 @@ std::optional<QString> licence(const QString &text)
     return expression.match(text).hasMatch() ? std::optional(text) : std::nullopt;
 }
 
-} // namespace
-
-std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStringList &arguments)
+std::optional<qint64> userId(const QString &text)
 {
-    Start start;
-    ServerOptions &options = start.options;
-    options.databaseFile = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                           u"/orvak/velometer-service/reports.db.sqlite"_s;
-    options.threads = std::max(static_cast<int>(std::thread::hardware_concurrency()), 1);
-    int reportBytes = static_cast<int>(options.maxReportBytes);
-    bool listenGiven = false;
-    QString configFile;
+    const auto number = Takes::wholeNumber(text);
+    return number && *number > 0 ? number : std::nullopt;
+}
 
-    Syntax syntax(
-        u"velometer-service"_s,
-        u"Serves Velometer's measurements: control requests, streams, reports and web pages."_s,
-        QStringLiteral(VELOMETER_VERSION));
-    const auto number = [&](const QString &name, const QString &text, int least, int most,
-                            int *to) {
-        syntax.add({name, u"N"_s, u"%1 (%2)"_s.arg(text).arg(*to), Takes::number(least, most, to)});
+std::optional<AddressRange> addressRange(const QString &text)
+{
+    return AddressRange::parse(text.toStdString());
+}
+
+Syntax::Take proxies(std::vector<AddressRange> *ranges)
+{
+    return [ranges](const QString &name, const QString &value) {
+        const auto range = addressRange(value);
+        if (!range) {
+            return Takes::wrong(name, u"an address or a range as in 10.0.0.0/8"_s, value);
+        }
+        ranges->push_back(*range);
+        return QString();
     };
-    syntax.add({u"--listen"_s, u"ADDRESS:PORT"_s,
-                u"listen here (127.0.0.1:8080); may be given several times"_s,
-                listen(&options.listen, &listenGiven)});
+}
+
+/// What the options of the command line are read into.
+struct Words
+{
+    CommandLine::Start start;
+    CommandLine::Task task;
+    int reportBytes = 0;
+    bool listenGiven = false;
+    bool listenTlsGiven = false;
+    bool listenAdminGiven = false;
+    QString configFile;
+};
+
+const QString serve = u"serve"_s;
+
+using TaskKind = CommandLine::Task::Kind;
+
+void addCommands(Syntax &syntax, Words &words)
+{
+    const auto user = Takes::parsed(userId, u"a user's id, which is a number"_s, &words.task.user);
+    syntax.add({.name = serve, .summary = u"serve measurements until a signal ends it"_s});
+    syntax.add({.name = u"check"_s,
+                .summary = u"look whether a service could do its work here, and say what to do"_s});
+    syntax.add({.name = u"stats"_s, .summary = u"say how much is in the store"_s});
+    syntax.add({.name = u"export"_s,
+                .summary = u"write all that is kept of one user, as lines of JSON"_s,
+                .word = u"USER"_s,
+                .takeWord = user});
+    syntax.add({.name = u"forget"_s,
+                .summary = u"delete all that is kept of one user, for good"_s,
+                .word = u"USER"_s,
+                .takeWord = user});
+    syntax.add({.name = u"migrate"_s,
+                .summary = u"move a store from an SQLite file to PostgreSQL"_s,
+                .text =
+                    u"The service on the file may go on. What is missing is copied, what differs "
+                    "is changed, what is gone goes; it may be interrupted and run again. Run it "
+                    "the last time when the old service has ended, and start the new one then."_s,
+                .examples = {u"migrate --from sqlite:reports.sqlite --to "
+                             "postgresql://velometer@db/velometer"_s}});
+    syntax.add({u"--from"_s,
+                u"ADDRESS"_s,
+                u"move from here: sqlite:FILE"_s,
+                database(&words.task.from),
+                {u"migrate"_s}});
+    syntax.add({u"--to"_s,
+                u"ADDRESS"_s,
+                u"move there: postgresql://USER@HOST/DATABASE"_s,
+                database(&words.task.to),
+                {u"migrate"_s}});
+}
+
+void addStore(Syntax &syntax, StoreOptions &store, const QStringList &commands)
+{
     syntax.add(
         {u"--database"_s, u"ADDRESS"_s,
          u"keep users and reports here: sqlite:FILE, or postgresql://USER@HOST/DATABASE, which "
-         "several services may share (sqlite:%1)"_s.arg(options.databaseFile),
-         database(&options.databaseFile)});
+         "several services may share (sqlite:%1)"_s.arg(store.database),
+         database(&store.database), commands});
+    syntax.add({u"--device-key"_s,
+                u"FILE"_s,
+                u"the key with which devices' numbers become hashes, made when it is missing; "
+                "services that share a data base need the same (the SQLite file's name with .key, "
+                "or device.key in the same folder)"_s,
+                Takes::text(&store.keyFile),
+                {serve, u"check"_s}});
+    const auto days = [&](const QString &name, const QString &text, std::optional<int> *to) {
+        const auto parse = [](const QString &value) -> std::optional<int> {
+            const auto number = Takes::wholeNumber(value);
+            constexpr qint64 most = 36'500;
+            return number && *number >= 1 && *number <= most
+                       ? std::optional(static_cast<int>(*number))
+                       : std::nullopt;
+        };
+        syntax.add({name,
+                    u"N"_s,
+                    text,
+                    Takes::parsed(parse, u"a whole number from 1 to 36500"_s, to),
+                    {serve, u"check"_s}});
+    };
+    days(u"--retain-days"_s, u"delete reports and tracks that came before so many days (never)"_s,
+         &store.reportDays);
+    days(u"--retain-documents-days"_s,
+         u"keep of reports older than so many days their figures alone (never)"_s,
+         &store.documentDays);
+}
+
+void addServing(Syntax &syntax, Words &words)
+{
+    const QStringList both{serve, u"check"_s};
+    ServerOptions &options = words.start.options;
+    const auto number = [&](const QString &name, const QString &text, int least, int most,
+                            int *to) {
+        syntax.add(
+            {name, u"N"_s, u"%1 (%2)"_s.arg(text).arg(*to), Takes::number(least, most, to), both});
+    };
+    syntax.add({u"--listen"_s, u"ADDRESS:PORT"_s,
+                u"listen here (127.0.0.1:8080); may be given several times"_s,
+                listen(&options.listen, &words.listenGiven), both});
+    syntax.add({u"--tls-listen"_s, u"ADDRESS:PORT"_s,
+                u"listen here with TLS, for all but measurement streams"_s,
+                listen(&options.listenTls, &words.listenTlsGiven), both});
+    syntax.add(
+        {u"--tls-cert"_s, u"FILE"_s,
+         u"the certificate, and those that lead to it, in PEM's form; SIGHUP reads it anew"_s,
+         Takes::text(&options.tlsCertificate), both});
+    syntax.add({u"--tls-key"_s, u"FILE"_s, u"its key"_s, Takes::text(&options.tlsKey), both});
+    syntax.add({u"--admin-listen"_s, u"ADDRESS:PORT"_s,
+                u"have /metrics and what ails /healthz here, and nowhere else"_s,
+                listen(&options.listenAdmin, &words.listenAdminGiven), both});
+    syntax.add(
+        {u"--trust-proxy"_s, u"CIDR"_s,
+         u"believe a proxy in this range whom it speaks for, by X-Forwarded-For or the PROXY "
+         "protocol; may be given several times"_s,
+         proxies(&options.proxies), both});
     number(u"--threads"_s, u"serve with so many threads"_s, 1, 1024, &options.threads);
     number(u"--max-streams"_s, u"measurement streams at once"_s, 1, 1'000'000, &options.maxStreams);
     number(u"--max-streams-per-address"_s, u"measurement streams at once to one address"_s, 1,
            1'000'000, &options.maxStreamsPerAddress);
     number(u"--max-connections-per-address"_s, u"connections at once from one address"_s, 1,
            1'000'000, &options.maxConnectionsPerAddress);
-    number(u"--max-report-bytes"_s, u"largest report taken"_s, 1024, 1 << 28, &reportBytes);
+    number(u"--max-report-bytes"_s, u"largest report taken"_s, 1024, 1 << 28, &words.reportBytes);
     syntax.add(
         {u"--tile-url"_s, u"URL"_s,
          u"draw maps with these tiles, as in https://tiles.example/{z}/{x}/{y}.png; without it "
          "the outlines of countries"_s,
          Takes::parsed(tiles, u"an http or https address with {z}, {x} and {y}"_s,
-                       &options.tiles.address)});
+                       &options.tiles.address),
+         both});
     syntax.add({u"--tile-attribution"_s, u"TEXT"_s, u"whom maps thank for their tiles"_s,
-                Takes::text(&options.tiles.attribution)});
+                Takes::text(&options.tiles.attribution), both});
     syntax.add({u"--statistics-licence"_s, u"LICENCE"_s,
                 u"give the public figures away on these terms (%1)"_s.arg(options.licence),
-                Takes::parsed(licence, u"an SPDX expression as in CC-BY-4.0"_s, &options.licence)});
+                Takes::parsed(licence, u"an SPDX expression as in CC-BY-4.0"_s, &options.licence),
+                both});
     syntax.add({u"--config"_s, u"FILE"_s, u"read the deployment from this file"_s,
-                Takes::text(&configFile)});
+                Takes::text(&words.configFile), both});
     syntax.add({u"--log-level"_s, u"error|warning|info|debug"_s, u"log so much (info)"_s,
                 Takes::choice<Log::Level>({{u"error"_s, Log::Level::Error},
                                            {u"warning"_s, Log::Level::Warning},
                                            {u"info"_s, Log::Level::Info},
                                            {u"debug"_s, Log::Level::Debug}},
-                                          &start.logLevel)});
+                                          &words.start.logLevel),
+                both});
+}
 
-    QString error = syntax.read(arguments.mid(1));
-    if (error.isEmpty() && !syntax.answer().isEmpty()) {
-        return End{.status = 0, .text = syntax.answer()};
+/// What single options cannot see; a sentence, or nothing.
+QString contradiction(const Words &words, const QString &command)
+{
+    const ServerOptions &options = words.start.options;
+    if (options.tlsCertificate.isEmpty() != options.tlsKey.isEmpty()) {
+        return u"--tls-cert and --tls-key need each other."_s;
     }
-    std::optional<Deployment> deployment;
-    if (error.isEmpty()) {
-        deployment = Deployment::load(configFile, &error);
+    if (!options.listenTls.empty() && options.tlsCertificate.isEmpty()) {
+        return u"--tls-listen needs --tls-cert and --tls-key."_s;
     }
+    if (command == u"migrate"_s && (words.task.from.isEmpty() || words.task.to.isEmpty())) {
+        return u"migrate needs --from and --to."_s;
+    }
+    return {};
+}
+
+/// Fills in what the deployment says; a sentence when that cannot be.
+QString deploy(Words &words)
+{
+    QString error;
+    const auto deployment = Deployment::load(words.configFile, &error);
     if (!deployment) {
-        return End{.status = 2, .text = u"velometer-service: "_s + error + u'\n'};
+        return error;
     }
+    ServerOptions &options = words.start.options;
     if (options.tiles.attribution.isEmpty()) {
         options.tiles.attribution = deployment->attribution;
     }
@@ -144,8 +271,64 @@ std::variant<CommandLine::Start, CommandLine::End> CommandLine::parse(const QStr
                        {u"IP-Plus Italy"_s, deployment->ipPlusItaly},
                        {u"IP-Plus New York"_s, deployment->ipPlusNewYork}};
     options.salts = QStringList{deployment->salt} + deployment->oldSalts;
-    options.maxReportBytes = static_cast<std::size_t>(reportBytes);
-    return start;
+    return {};
+}
+
+std::optional<TaskKind> taskOf(const QString &command)
+{
+    static const QHash<QString, TaskKind> kinds{{u"migrate"_s, TaskKind::Migrate},
+                                                {u"forget"_s, TaskKind::Forget},
+                                                {u"export"_s, TaskKind::Export},
+                                                {u"stats"_s, TaskKind::Stats},
+                                                {u"check"_s, TaskKind::Check}};
+    const auto found = kinds.constFind(command);
+    return found == kinds.cend() ? std::nullopt : std::optional(*found);
+}
+
+} // namespace
+
+std::variant<CommandLine::Start, CommandLine::Task, CommandLine::End>
+CommandLine::parse(const QStringList &arguments)
+{
+    Words words;
+    ServerOptions &options = words.start.options;
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                           u"/orvak/velometer-service/"_s;
+    options.store.database = folder + u"reports.db.sqlite"_s;
+    options.threads = std::max(static_cast<int>(std::thread::hardware_concurrency()), 1);
+    words.reportBytes = static_cast<int>(options.maxReportBytes);
+
+    Syntax syntax(
+        u"velometer-service"_s,
+        u"Serves Velometer's measurements: control requests, streams, reports and web pages."_s,
+        QStringLiteral(VELOMETER_VERSION));
+    addCommands(syntax, words);
+    addStore(syntax, options.store, {serve, u"check"_s, u"stats"_s, u"export"_s, u"forget"_s});
+    addServing(syntax, words);
+
+    QString error = syntax.read(arguments.mid(1));
+    if (error.isEmpty() && !syntax.answer().isEmpty()) {
+        return End{.status = 0, .text = syntax.answer()};
+    }
+    if (error.isEmpty()) {
+        error = contradiction(words, syntax.command());
+    }
+    if (error.isEmpty()) {
+        error = deploy(words);
+    }
+    if (!error.isEmpty()) {
+        return End{.status = 2, .text = u"velometer-service: "_s + error + u'\n'};
+    }
+    if (options.store.keyFile.isEmpty() && PostgresDatabase::isAddress(options.store.database)) {
+        options.store.keyFile = folder + u"device.key"_s;
+    }
+    options.maxReportBytes = static_cast<std::size_t>(words.reportBytes);
+    if (const auto kind = taskOf(syntax.command())) {
+        words.task.kind = *kind;
+        words.task.options = options;
+        return words.task;
+    }
+    return words.start;
 }
 
 } // namespace velometer

@@ -19,6 +19,16 @@ public:
         Log::Level logLevel = Log::Level::Info;
     };
 
+    /// Something else than serving.
+    struct Task
+    {
+        enum class Kind { Migrate, Forget, Export, Stats, Check };
+        Kind kind = Kind::Check;
+        ServerOptions options;
+        QString from, to; ///< data bases of a move
+        qint64 user = 0;
+    };
+
     /// The program has said what was asked of it, or cannot understand it.
     struct End
     {
@@ -27,7 +37,7 @@ public:
     };
 
     /// @p arguments begin with the program's name. Reads the deployment file for the salt.
-    static std::variant<Start, End> parse(const QStringList &arguments);
+    static std::variant<Start, Task, End> parse(const QStringList &arguments);
 };
 
 } // namespace velometer

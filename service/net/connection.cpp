@@ -1,14 +1,16 @@
 #include "net/connection.h"
 
 #include "net/oneshot.h"
+#include "net/proxyheader.h"
 
-#include <boost/asio/buffer.hpp>
 #include <boost/asio/post.hpp>
+#include <boost/asio/read.hpp>
 
 #include <algorithm>
 
 #include <linux/sockios.h>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
 
 namespace velometer {
 
@@ -22,6 +24,8 @@ constexpr auto drainTime = 2s;
 /// How often it is looked how far the answer has come.
 constexpr auto drainLook = 250ms;
 constexpr std::size_t drainBytes = std::size_t{8} << 20;
+/// Between two looks at a header that comes in pieces.
+constexpr auto piecePause = 5ms;
 
 asio::ip::address unmapped(const asio::ip::address &address)
 {
@@ -33,13 +37,17 @@ asio::ip::address unmapped(const asio::ip::address &address)
 
 } // namespace
 
-Connection::Connection(asio::ip::tcp::socket accepted)
+Connection::Connection(asio::ip::tcp::socket accepted, Role listener,
+                       std::shared_ptr<TlsContext> context)
     : socket(std::move(accepted))
+    , role(listener)
+    , tlsContext(std::move(context))
     , timer(socket.get_executor())
 {
     // A peer that is gone already leaves the unspecified address; reading will tell.
     boost::system::error_code error;
     peer = unmapped(socket.remote_endpoint(error).address());
+    origin = peer;
     local = unmapped(socket.local_endpoint(error).address());
     socket.set_option(asio::ip::tcp::no_delay(true), error);
 }
@@ -61,12 +69,80 @@ void Connection::expireAt(Clock::time_point moment)
     });
 }
 
+void Connection::setPeer(const asio::ip::address &client)
+{
+    peer = unmapped(client);
+}
+
+asio::awaitable<bool> Connection::readProxyHeader()
+{
+    // Looked at before it is taken: what is no such header belongs to whoever reads next.
+    std::array<char, ProxyHeader::fixedBytes> fixed{};
+    std::size_t seen = 0;
+    while (seen < fixed.size()) {
+        const auto [error] = co_await socket.async_wait(asio::socket_base::wait_read, quietly);
+        const auto count = error ? ssize_t{-1}
+                                 : ::recv(socket.native_handle(), fixed.data(), fixed.size(),
+                                          MSG_PEEK | MSG_DONTWAIT);
+        if (count <= 0) {
+            co_return false;
+        }
+        const auto size = static_cast<std::size_t>(count);
+        const auto compared = std::min(size, ProxyHeader::signature.size());
+        if (std::string_view(fixed.data(), compared) !=
+            ProxyHeader::signature.substr(0, compared)) {
+            co_return true;
+        }
+        if (size == seen) {
+            // The socket stays readable while the rest is on its way.
+            asio::steady_timer pause(executor(), piecePause);
+            co_await pause.async_wait(quietly);
+        }
+        seen = size;
+        if (expired) {
+            co_return false;
+        }
+    }
+    const auto rest = ProxyHeader::restLength({fixed.data(), fixed.size()});
+    if (!rest) {
+        co_return false;
+    }
+    const auto whole = asio::buffer(buffer.data(), ProxyHeader::fixedBytes + *rest);
+    const auto [error, count] = co_await asio::async_read(socket, whole, quietly);
+    const auto told = error ? std::nullopt : ProxyHeader::parse({buffer.data(), count});
+    if (told && told->client) {
+        setPeer(*told->client);
+    }
+    co_return told.has_value();
+}
+
+asio::awaitable<bool> Connection::handshake()
+{
+    if (!tlsContext) {
+        co_return true;
+    }
+    cipher =
+        std::make_unique<asio::ssl::stream<asio::ip::tcp::socket &>>(socket, tlsContext->context);
+    const auto [error] = co_await cipher->async_handshake(asio::ssl::stream_base::server, quietly);
+    co_return !error;
+}
+
+asio::awaitable<Connection::Read> Connection::readSome(asio::mutable_buffer into)
+{
+    if (cipher) {
+        const auto [error, count] = co_await cipher->async_read_some(into, quietly);
+        co_return Read{error, count};
+    }
+    const auto [error, count] = co_await socket.async_read_some(into, quietly);
+    co_return Read{error, count};
+}
+
 asio::awaitable<Connection::Head> Connection::readHead()
 {
     constexpr std::string_view end = "\r\n\r\n";
     while (!expired) {
-        const auto [error, count] = co_await socket.async_read_some(
-            asio::buffer(buffer.data() + filled, buffer.size() - filled), quietly);
+        const auto [error, count] =
+            co_await readSome(asio::buffer(buffer.data() + filled, buffer.size() - filled));
         if (error) {
             break;
         }
@@ -101,8 +177,20 @@ asio::awaitable<bool> Connection::write(std::string_view bytes,
         if (expired) {
             co_return false;
         }
-        const auto [error, count] = co_await socket.async_write_some(asio::buffer(bytes), quietly);
-        if (error) {
+        boost::system::error_code failure;
+        std::size_t count = 0;
+        if (cipher) {
+            const auto [error, written] =
+                co_await cipher->async_write_some(asio::buffer(bytes), quietly);
+            failure = error;
+            count = written;
+        } else {
+            const auto [error, written] =
+                co_await socket.async_write_some(asio::buffer(bytes), quietly);
+            failure = error;
+            count = written;
+        }
+        if (failure) {
             co_return false;
         }
         bytes.remove_prefix(count);
@@ -113,6 +201,11 @@ asio::awaitable<bool> Connection::write(std::string_view bytes,
 asio::awaitable<void> Connection::finish(std::chrono::milliseconds patience)
 {
     boost::system::error_code ignored;
+    if (cipher && socket.is_open()) {
+        // Without it the peer cannot tell the answer's end from a line that was cut.
+        expireAt(Clock::now() + drainTime);
+        co_await cipher->async_shutdown(quietly);
+    }
     socket.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
     int missing = unconfirmedBytes();
     auto latest = Clock::now() + (missing > 0 ? patience : drainTime);

@@ -32,6 +32,7 @@ public:
     Counter reportsRepeated{0};
     std::array<Counter, rejections.size()> reportsRejected{}; ///< as rejections
     Counter storeErrors{0};
+    Counter certificateExpires{0}; ///< s since 1970; 0 without one
 
     /// Counts one answer of the endpoint of that name, which is one of a few.
     void countRequest(std::string_view endpoint, int status);

@@ -40,6 +40,11 @@ std::unique_ptr<SqlConnection> PostgresDatabase::connect(bool /*writes*/, QStrin
     return nullptr;
 }
 
+bool PostgresDatabase::isCurrent(SqlConnection &connection) const
+{
+    return PostgresSchema::isCurrent(connection);
+}
+
 bool PostgresDatabase::tryWriting(SqlConnection &connection) const
 {
     return connection.execute(u"UPDATE schema_version SET version = version"_s);

@@ -15,6 +15,7 @@ public:
 
     QString prepare() override;
     std::unique_ptr<SqlConnection> connect(bool writes, QString *problem) override;
+    bool isCurrent(SqlConnection &connection) const override;
     QString shownName() const override;
     int writers() const override { return mostWriters; }
     QString shortage() const override { return {}; }

@@ -39,49 +39,69 @@ const QList<QStringList> &migrations()
             "DEFAULT 0)"_s,
             u"CREATE INDEX users_to_erase ON users(id) WHERE erased = 0"_s,
             u"CREATE SEQUENCE report_ids"_s} +
-        partitioned(
-            u"reports"_s,
-            u"id bigint NOT NULL, userid bigint NOT NULL, seriesid bigint NOT NULL, "
-            "testid bigint NOT NULL, client_time bigint NOT NULL, server_time bigint NOT NULL, "
-            "public_ip text NOT NULL, test_server text NOT NULL, connection_type text NOT "
-            "NULL, location text NOT NULL, network text NOT NULL, mcc text NOT NULL, mnc text "
-            "NOT NULL, platform text NOT NULL, model text NOT NULL, manufacturer text NOT "
-            "NULL, applet_version text NOT NULL, download_min bigint, download_avg bigint, "
-            "download_max bigint, upload_min bigint, upload_avg bigint, upload_max bigint, "
-            "upload_client_min bigint, upload_client_avg bigint, upload_client_max bigint, "
-            "rtt_min bigint, rtt_avg bigint, rtt_max bigint, latitude double precision, "
-            "longitude double precision, document text COMPRESSION lz4 NOT NULL, verified "
-            "smallint NOT NULL, service_late smallint NOT NULL, type smallint NOT NULL, "
-            "operator text NOT NULL, download_rate bigint, upload_rate bigint, rtt bigint, "
-            "bytes bigint NOT NULL, accuracy double precision, note text NOT NULL DEFAULT '', "
-            "download_rtt bigint, upload_rtt bigint, PRIMARY KEY(userid, id), "
-            "UNIQUE(userid, seriesid, testid, client_time)"_s) +
-        QStringList{// Lists and exports; and deletion by age.
-                    u"CREATE INDEX reports_by_time ON reports(userid, client_time, id)"_s,
-                    u"CREATE INDEX reports_by_age ON reports(server_time)"_s} +
-        partitioned(u"streams"_s,
-                    u"userid bigint NOT NULL, seriesid bigint NOT NULL, testid bigint NOT "
-                    "NULL, direction smallint NOT NULL, ended bigint NOT NULL, bytes bigint "
-                    "NOT NULL, lasted_ms bigint NOT NULL, min bigint NOT NULL, avg bigint NOT "
-                    "NULL, max bigint NOT NULL, late smallint NOT NULL, kernel text "
-                    "COMPRESSION lz4 NOT NULL DEFAULT '', reported smallint NOT NULL DEFAULT "
-                    "0, PRIMARY KEY(userid, seriesid, testid, direction)"_s) +
+            partitioned(
+                u"reports"_s,
+                u"id bigint NOT NULL, userid bigint NOT NULL, seriesid bigint NOT NULL, "
+                "testid bigint NOT NULL, client_time bigint NOT NULL, server_time bigint NOT NULL, "
+                "public_ip text NOT NULL, test_server text NOT NULL, connection_type text NOT "
+                "NULL, location text NOT NULL, network text NOT NULL, mcc text NOT NULL, mnc text "
+                "NOT NULL, platform text NOT NULL, model text NOT NULL, manufacturer text NOT "
+                "NULL, applet_version text NOT NULL, download_min bigint, download_avg bigint, "
+                "download_max bigint, upload_min bigint, upload_avg bigint, upload_max bigint, "
+                "upload_client_min bigint, upload_client_avg bigint, upload_client_max bigint, "
+                "rtt_min bigint, rtt_avg bigint, rtt_max bigint, latitude double precision, "
+                "longitude double precision, document text COMPRESSION lz4 NOT NULL, verified "
+                "smallint NOT NULL, service_late smallint NOT NULL, type smallint NOT NULL, "
+                "operator text NOT NULL, download_rate bigint, upload_rate bigint, rtt bigint, "
+                "bytes bigint NOT NULL, accuracy double precision, note text NOT NULL DEFAULT '', "
+                "download_rtt bigint, upload_rtt bigint, PRIMARY KEY(userid, id), "
+                "UNIQUE(userid, seriesid, testid, client_time)"_s) +
+            QStringList{// Lists and exports; and deletion by age.
+                        u"CREATE INDEX reports_by_time ON reports(userid, client_time, id)"_s,
+                        u"CREATE INDEX reports_by_age ON reports(server_time)"_s} +
+            partitioned(u"streams"_s,
+                        u"userid bigint NOT NULL, seriesid bigint NOT NULL, testid bigint NOT "
+                        "NULL, direction smallint NOT NULL, ended bigint NOT NULL, bytes bigint "
+                        "NOT NULL, lasted_ms bigint NOT NULL, min bigint NOT NULL, avg bigint NOT "
+                        "NULL, max bigint NOT NULL, late smallint NOT NULL, kernel text "
+                        "COMPRESSION lz4 NOT NULL DEFAULT '', reported smallint NOT NULL DEFAULT "
+                        "0, PRIMARY KEY(userid, seriesid, testid, direction)"_s) +
+            QStringList{
+                u"CREATE INDEX streams_by_end ON streams(ended) WHERE reported = 0"_s,
+                u"CREATE TABLE shares(key text PRIMARY KEY, userid bigint NOT NULL, filter text "
+                "NOT NULL, positions smallint NOT NULL, created bigint NOT NULL, expires bigint "
+                "NOT NULL)"_s,
+                u"CREATE INDEX shares_by_user ON shares(userid, created)"_s,
+                u"CREATE TABLE tracks(id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY, userid "
+                "bigint NOT NULL, track text NOT NULL, started bigint NOT NULL, ended bigint, "
+                "points bigint NOT NULL, UNIQUE(userid, track))"_s,
+                u"CREATE TABLE trackparts(trackid bigint NOT NULL REFERENCES tracks(id), first "
+                "bigint NOT NULL, document bytea NOT NULL, PRIMARY KEY(trackid, first))"_s,
+                u"CREATE TABLE trackcells(id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY, "
+                "trackid bigint NOT NULL REFERENCES tracks(id), latitude double precision NOT "
+                "NULL, longitude double precision NOT NULL, type smallint NOT NULL, rsrp smallint "
+                "NOT NULL, points bigint NOT NULL)"_s,
+                u"CREATE INDEX trackcells_by_track ON trackcells(trackid)"_s},
+        // A device's number is taken out of its reports wherever it stands in them; what is
+        // shorter is no such number. All that is a user's can lie where he does.
         QStringList{
-            u"CREATE INDEX streams_by_end ON streams(ended) WHERE reported = 0"_s,
-            u"CREATE TABLE shares(key text PRIMARY KEY, userid bigint NOT NULL, filter text "
-            "NOT NULL, positions smallint NOT NULL, created bigint NOT NULL, expires bigint "
-            "NOT NULL)"_s,
-            u"CREATE INDEX shares_by_user ON shares(userid, created)"_s,
-            u"CREATE TABLE tracks(id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY, userid "
-            "bigint NOT NULL, track text NOT NULL, started bigint NOT NULL, ended bigint, "
-            "points bigint NOT NULL, UNIQUE(userid, track))"_s,
-            u"CREATE TABLE trackparts(trackid bigint NOT NULL REFERENCES tracks(id), first "
-            "bigint NOT NULL, document bytea NOT NULL, PRIMARY KEY(trackid, first))"_s,
-            u"CREATE TABLE trackcells(id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY, "
-            "trackid bigint NOT NULL REFERENCES tracks(id), latitude double precision NOT "
-            "NULL, longitude double precision NOT NULL, type smallint NOT NULL, rsrp smallint "
-            "NOT NULL, points bigint NOT NULL)"_s,
-            u"CREATE INDEX trackcells_by_track ON trackcells(trackid)"_s}};
+            u"CREATE TABLE settings(name text PRIMARY KEY, value text NOT NULL)"_s,
+            u"UPDATE reports SET document = replace(document, substring(document from "
+            "'<UUID>([^<]{8,})</UUID>'), '') WHERE document ~ '<UUID>[^<]{8,}</UUID>'"_s,
+            u"ALTER TABLE trackparts DROP CONSTRAINT trackparts_trackid_fkey, DROP CONSTRAINT "
+            "trackparts_pkey, ADD COLUMN userid bigint NOT NULL DEFAULT 0"_s,
+            u"ALTER TABLE trackcells DROP CONSTRAINT trackcells_trackid_fkey, DROP CONSTRAINT "
+            "trackcells_pkey, ADD COLUMN userid bigint NOT NULL DEFAULT 0"_s,
+            u"UPDATE trackparts SET userid = t.userid FROM tracks t WHERE t.id = trackid"_s,
+            u"UPDATE trackcells SET userid = t.userid FROM tracks t WHERE t.id = trackid"_s,
+            u"ALTER TABLE tracks DROP CONSTRAINT tracks_pkey, ADD PRIMARY KEY(userid, id), ALTER "
+            "COLUMN id SET GENERATED BY DEFAULT"_s,
+            u"ALTER TABLE trackcells ALTER COLUMN id SET GENERATED BY DEFAULT"_s,
+            u"ALTER TABLE trackparts ADD PRIMARY KEY(userid, trackid, first)"_s,
+            u"ALTER TABLE trackcells ADD PRIMARY KEY(userid, id)"_s,
+            u"DROP INDEX trackcells_by_track"_s,
+            u"CREATE INDEX trackcells_by_track ON trackcells(userid, trackid)"_s,
+            u"CREATE INDEX trackcells_by_id ON trackcells(id)"_s}};
     return steps;
 }
 
@@ -118,6 +138,11 @@ bool migrate(SqlConnection &connection, QString *problem)
 }
 
 } // namespace
+
+bool isCurrent(SqlConnection &connection)
+{
+    return connection.number(u"SELECT version FROM schema_version"_s) == migrations().size();
+}
 
 QString bringForward(SqlConnection &connection)
 {

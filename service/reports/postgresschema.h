@@ -9,4 +9,7 @@ namespace velometer::PostgresSchema {
 /// it could.
 QString bringForward(SqlConnection &connection);
 
+/// Whether the data base is of this program's version.
+bool isCurrent(SqlConnection &connection);
+
 } // namespace velometer::PostgresSchema

@@ -34,6 +34,9 @@ QVariantList shownValues(const Report &report)
             nullable(shown.uploadRtt)};
 }
 
+/// What is shorter is no number of a device, and may stand anywhere.
+constexpr qsizetype shortestDevice = 8;
+
 QString shownNames(const QString &after)
 {
     QString names;
@@ -51,6 +54,15 @@ qint64 lockOf(const QString &uuid)
     return qFromBigEndian<qint64>(hash.constData());
 }
 
+QString withoutDevice(QString document)
+{
+    constexpr auto begin = "<UUID>"_L1;
+    const auto from = document.indexOf(begin) + begin.size();
+    const auto to = document.indexOf("</UUID>"_L1);
+    const bool isNumber = from >= begin.size() && to - from >= shortestDevice;
+    return isNumber ? document.remove(document.mid(from, to - from)) : document;
+}
+
 std::optional<ReportStore::User> findOrCreateUser(SqlConnection &connection, const QString &uuid)
 {
     if (!connection.lockUser(lockOf(uuid))) {
@@ -64,8 +76,13 @@ std::optional<ReportStore::User> findOrCreateUser(SqlConnection &connection, con
         return std::nullopt;
     }
     if (found->next()) {
-        return ReportStore::User{.id = found->value(0).toLongLong(),
-                                 .lastSeries = std::max(found->value(1).toLongLong(), 0LL)};
+        const ReportStore::User user{.id = found->value(0).toLongLong(),
+                                     .lastSeries = std::max(found->value(1).toLongLong(), 0LL)};
+        found.reset();
+        // Whether a device is known must not show in the time that a commit takes.
+        return connection.execute(u"UPDATE users SET created = created WHERE id = ?"_s, {user.id})
+                   ? std::optional(user)
+                   : std::nullopt;
     }
     // The id is all one needs to see the measurements, so it must not be guessed. An id drawn
     // twice is as good as impossible; then the next one is it.
@@ -120,9 +137,10 @@ ReportStore::Outcome insert(SqlConnection &connection, Report report)
     for (const auto *rate : {&report.download, &report.upload, &report.uploadClient}) {
         values += {nullable(rate->min), nullable(rate->avg), nullable(rate->max)};
     }
-    values += {nullable(report.rttMin),   nullable(report.rttAvg),    nullable(report.rttMax),
-               nullable(report.latitude), nullable(report.longitude), text(report.document),
-               int(report.verified),      int(report.serviceLate)};
+    values += {nullable(report.rttMin),    nullable(report.rttAvg),
+               nullable(report.rttMax),    nullable(report.latitude),
+               nullable(report.longitude), text(withoutDevice(report.document)),
+               int(report.verified),       int(report.serviceLate)};
     values += shownValues(report);
     auto query = connection.select(
         u"INSERT INTO reports(id, userid, seriesid, testid, client_time, server_time, public_ip, "
@@ -204,9 +222,15 @@ bool insertStream(SqlConnection &connection, const StreamRecord &stream)
                 stream.kernel.isNull() ? u""_s : stream.kernel, qlonglong(stream.test.user)});
 }
 
-bool forgetStreams(SqlConnection &connection, qint64 oldest)
+std::optional<qint64> forgetStreams(SqlConnection &connection, qint64 oldest)
 {
-    return connection.execute(u"DELETE FROM streams WHERE reported = 0 AND ended < ?"_s, {oldest});
+    constexpr auto atOnce = 500;
+    auto query = connection.select(
+        u"DELETE FROM streams WHERE reported = 0 AND (userid, seriesid, testid, direction) IN "
+        "(SELECT userid, seriesid, testid, direction FROM streams WHERE reported = 0 AND ended < ? "
+        "LIMIT %1)"_s.arg(atOnce),
+        {oldest});
+    return query ? std::optional(query->numRowsAffected()) : std::nullopt;
 }
 
 } // namespace velometer::ReportQueries

@@ -10,7 +10,11 @@ namespace velometer::ReportQueries {
 /// What findOrCreateUser() locks: like a user's id, of a device.
 qint64 lockOf(const QString &uuid);
 
+/// The user of the device with that hash.
 std::optional<ReportStore::User> findOrCreateUser(SqlConnection &connection, const QString &uuid);
+
+/// A report's text without the number of the device that it names, wherever that stands in it.
+QString withoutDevice(QString document);
 
 /// Failed when the database refuses, Deleted when the user is gone for good. Holds the report's
 /// rates against the streams recorded.
@@ -23,7 +27,8 @@ std::optional<qint64> fillColumns(SqlConnection &connection);
 /// Takes the place of an earlier stream of the same test and direction.
 bool insertStream(SqlConnection &connection, const StreamRecord &stream);
 
-/// Forgets the streams without a report that ended before @p oldest, in ms since 1970.
-bool forgetStreams(SqlConnection &connection, qint64 oldest);
+/// Forgets some of the streams without a report that ended before @p oldest, in ms since 1970: how
+/// many they were.
+std::optional<qint64> forgetStreams(SqlConnection &connection, qint64 oldest);
 
 } // namespace velometer::ReportQueries

@@ -55,8 +55,9 @@ public:
     ReportStore(const ReportStore &) = delete;
     ReportStore &operator=(const ReportStore &) = delete;
 
-    /// The user of the device @p uuid, drawn at random when it is a new one. Nothing on failure.
-    virtual void findOrCreateUser(const QString &uuid,
+    /// The user of @p device, drawn at random when it is a new one. Of the device's text a keyed
+    /// hash alone is kept. Nothing on failure.
+    virtual void findOrCreateUser(const QString &device,
                                   std::function<void(std::optional<User>)> done) = 0;
 
     /// Keeps @p record for the reports that follow it, for a month. A failure is logged.

@@ -20,6 +20,9 @@ public:
     /// For the calling thread; nothing on failure, and @p problem then says why.
     virtual std::unique_ptr<SqlConnection> connect(bool writes, QString *problem) = 0;
 
+    /// Whether the data base has this program's schema.
+    virtual bool isCurrent(SqlConnection &connection) const = 0;
+
     /// Without its secrets.
     virtual QString shownName() const = 0;
 

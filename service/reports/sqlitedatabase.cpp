@@ -68,6 +68,11 @@ std::unique_ptr<SqlConnection> SqliteDatabase::connect(bool writes, QString *pro
     return nullptr;
 }
 
+bool SqliteDatabase::isCurrent(SqlConnection &connection) const
+{
+    return SqliteSchema::isCurrent(connection);
+}
+
 QString SqliteDatabase::shortage() const
 {
     struct statvfs disk{};

@@ -13,6 +13,7 @@ public:
 
     QString prepare() override;
     std::unique_ptr<SqlConnection> connect(bool writes, QString *problem) override;
+    bool isCurrent(SqlConnection &connection) const override;
     QString shownName() const override { return file; }
     int writers() const override { return 1; }
     QString shortage() const override;

@@ -105,6 +105,19 @@ const QList<QStringList> &migrations()
          "test_server, location, operator, download_rate, upload_rate, rtt, bytes, latitude, "
          "longitude, accuracy, network, download_rtt, upload_rtt)"_s,
          u"UPDATE reports SET type = NULL WHERE document LIKE '%LoadFigures: %'"_s},
+        // What is old is found by its age. A device's number is taken out of its reports wherever
+        // it stands in them; what is shorter is no such number.
+        {u"CREATE TABLE settings(name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID"_s,
+         u"CREATE INDEX reports_by_age ON reports(server_time)"_s,
+         u"UPDATE reports SET document = replace(document, substr(document, instr(document, "
+         "'<UUID>') + 6, instr(document, '</UUID>') - instr(document, '<UUID>') - 6), '') WHERE "
+         "document LIKE '%<UUID>________%</UUID>%'"_s,
+         u"ALTER TABLE trackparts ADD COLUMN userid INTEGER NOT NULL DEFAULT 0"_s,
+         u"UPDATE trackparts SET userid = (SELECT userid FROM tracks WHERE id = trackid)"_s,
+         u"ALTER TABLE trackcells ADD COLUMN userid INTEGER NOT NULL DEFAULT 0"_s,
+         u"UPDATE trackcells SET userid = (SELECT userid FROM tracks WHERE id = trackid)"_s,
+         u"CREATE INDEX trackparts_by_user ON trackparts(userid)"_s,
+         u"CREATE INDEX trackcells_by_user ON trackcells(userid)"_s},
     };
     return steps;
 }
@@ -161,6 +174,11 @@ bool keepPrivate(const QString &file)
 }
 
 } // namespace
+
+bool isCurrent(SqlConnection &connection)
+{
+    return connection.number(u"PRAGMA user_version"_s) == migrations().size();
+}
 
 QString bringForward(SqliteConnection &connection, const QString &file)
 {

@@ -8,4 +8,7 @@ namespace velometer::SqliteSchema {
 /// time, and hides @p file from other users. Empty on success, else why not.
 QString bringForward(SqliteConnection &connection, const QString &file);
 
+/// Whether the data base is of this program's version.
+bool isCurrent(SqlConnection &connection);
+
 } // namespace velometer::SqliteSchema

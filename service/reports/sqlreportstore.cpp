@@ -5,7 +5,9 @@
 #include "reports/postgresdatabase.h"
 #include "reports/reconnecting.h"
 #include "reports/reportqueries.h"
+#include "reports/retentionqueries.h"
 #include "reports/sqlitedatabase.h"
+#include "reports/storesettings.h"
 
 #include <QDateTime>
 
@@ -28,33 +30,50 @@ constexpr int readerCount = 2;
 constexpr auto holdTime = 5s;
 
 /// A report a client keeps for longer than this has lost its streams' records.
-constexpr qint64 streamAgeMs = qint64{30} * 24 * 3600 * 1000;
-constexpr auto forgetPeriod = 1h;
+constexpr int streamAgeDays = 30;
+constexpr qint64 dayMs = qint64{24} * 3600 * 1000;
+constexpr auto upkeepPeriod = 1h;
+/// Between two steps: what is old may go slowly.
+constexpr auto purgePause = 5ms;
 
 } // namespace
 
-std::unique_ptr<SqlReportStore> SqlReportStore::open(const QString &name, QString *error)
+std::unique_ptr<SqlDatabase> SqlReportStore::databaseOf(const QString &name)
 {
-    std::unique_ptr<SqlDatabase> database;
     if (PostgresDatabase::isAddress(name)) {
-        database = std::make_unique<PostgresDatabase>(name);
-    } else {
-        database = std::make_unique<SqliteDatabase>(name);
+        return std::make_unique<PostgresDatabase>(name);
     }
+    return std::make_unique<SqliteDatabase>(name);
+}
+
+std::unique_ptr<SqlReportStore> SqlReportStore::open(const StoreOptions &options, QString *error)
+{
+    std::unique_ptr<SqlReportStore> store(
+        new SqlReportStore(options, databaseOf(options.database)));
     // A connection belongs to its thread.
-    const QString problem =
-        std::async(std::launch::async, [&] { return database->prepare(); }).get();
+    const auto prepare = [&] {
+        QString problem = store->database->prepare();
+        const auto connection =
+            problem.isEmpty() ? store->database->connect(true, &problem) : nullptr;
+        const auto key =
+            connection ? StoreSettings::adoptKey(*connection, options.shownKeyFile(), &problem)
+                       : std::nullopt;
+        store->deviceKey = key.value_or(DeviceKey());
+        return problem;
+    };
+    const QString problem = std::async(std::launch::async, prepare).get();
     if (!problem.isEmpty()) {
-        *error = u"The database %1 cannot be used: %2."_s.arg(database->shownName(), problem);
+        *error =
+            u"The database %1 cannot be used: %2."_s.arg(store->database->shownName(), problem);
         return nullptr;
     }
-    std::unique_ptr<SqlReportStore> store(new SqlReportStore(std::move(database)));
     store->start();
     return store;
 }
 
-SqlReportStore::SqlReportStore(std::unique_ptr<SqlDatabase> opened)
-    : database(std::move(opened))
+SqlReportStore::SqlReportStore(StoreOptions storeOptions, std::unique_ptr<SqlDatabase> opened)
+    : options(std::move(storeOptions))
+    , database(std::move(opened))
 {}
 
 SqlReportStore::~SqlReportStore()
@@ -73,6 +92,7 @@ void SqlReportStore::start()
     }
     threads.emplace_back([this] { read(publicReads); });
     finishDeletions();
+    threads.emplace_back([this] { upkeep(); });
 }
 
 void SqlReportStore::close(Clock::time_point deadline)
@@ -86,6 +106,7 @@ void SqlReportStore::close(Clock::time_point deadline)
         }
         reads.wake.notify_all();
         publicReads.wake.notify_all();
+        upkeepWake.notify_all();
     }
     for (auto &thread : threads) {
         thread.join();
@@ -134,20 +155,48 @@ void SqlReportStore::read(Queue &queue)
 void SqlReportStore::write(Queue &queue)
 {
     Reconnecting connection(*database, true);
-    auto forgetAt = Clock::now();
     for (auto jobs = take(queue, batchSize); !jobs.empty(); jobs = take(queue, batchSize)) {
         // Writers that lock whom they write for in one order do not wait for each other.
         if (database->writers() > 1) {
             std::ranges::stable_sort(jobs, {}, &Job::whose);
         }
         runBatch(connection, jobs);
-        if (Clock::now() >= forgetAt) {
-            forgetAt = Clock::now() + forgetPeriod;
-            if (SqlConnection *const open = connection.get()) {
-                ReportQueries::forgetStreams(*open,
-                                             QDateTime::currentMSecsSinceEpoch() - streamAgeMs);
-            }
-        }
+    }
+}
+
+/// False when the store closes or fails: the next time goes on.
+bool SqlReportStore::purge(std::optional<int> days,
+                           std::optional<qint64> (*step)(SqlConnection &connection, qint64 oldest))
+{
+    std::optional<qint64> count;
+    do {
+        std::promise<std::optional<qint64>> gone;
+        const qint64 oldest = QDateTime::currentMSecsSinceEpoch() - dayMs * days.value_or(0);
+        ask<qint64>(
+            writesFor(0),
+            [&](SqlConnection &connection) {
+                return days ? step(connection, oldest) : std::optional<qint64>(0);
+            },
+            [&](std::optional<qint64> rows) { gone.set_value(rows); });
+        count = gone.get_future().get();
+        std::unique_lock guard(mutex);
+        upkeepWake.wait_for(guard, purgePause, [this] { return closing; });
+    } while (count && *count > 0);
+    return count.has_value();
+}
+
+void SqlReportStore::upkeep()
+{
+    stepBack();
+    std::unique_lock guard(mutex);
+    while (!closing) {
+        guard.unlock();
+        purge(streamAgeDays, ReportQueries::forgetStreams);
+        purge(options.reportDays, RetentionQueries::purgeReports);
+        purge(options.reportDays, RetentionQueries::purgeTracks);
+        purge(options.documentDays, RetentionQueries::purgeDocuments);
+        guard.lock();
+        upkeepWake.wait_for(guard, upkeepPeriod, [this] { return closing; });
     }
 }
 
@@ -241,9 +290,10 @@ void SqlReportStore::enqueue(Queue &queue, Job job, bool urgent)
     job.finish(false);
 }
 
-void SqlReportStore::findOrCreateUser(const QString &uuid,
+void SqlReportStore::findOrCreateUser(const QString &device,
                                       std::function<void(std::optional<User>)> done)
 {
+    const QString uuid = deviceKey.hash(device);
     auto user = std::make_shared<std::optional<User>>();
     const qint64 whose = ReportQueries::lockOf(uuid);
     enqueue(writesFor(whose),

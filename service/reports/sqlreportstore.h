@@ -1,9 +1,11 @@
 #pragma once
 
+#include "reports/devicekey.h"
 #include "reports/reconnecting.h"
 #include "reports/reportstore.h"
 #include "reports/sqldatabase.h"
 #include "reports/statisticsreader.h"
+#include "reports/storeoptions.h"
 #include "reports/tablecache.h"
 
 #include <array>
@@ -27,14 +29,17 @@ public:
     /// Writes, and reads, that may wait; beyond them the store fails them at once.
     static constexpr std::size_t queueLength = 1000;
 
-    /// Opens the data base that @p name tells: a file, made with its directory when missing, or
-    /// "postgresql://...". Nothing on failure; @p error then says in a sentence why.
-    static std::unique_ptr<SqlReportStore> open(const QString &name, QString *error);
+    /// Opens the data base that @p options tell; a file is made, with its directory, when missing.
+    /// Nothing on failure; @p error then says in a sentence why.
+    static std::unique_ptr<SqlReportStore> open(const StoreOptions &options, QString *error);
+
+    /// The data base that @p name tells, not opened yet.
+    static std::unique_ptr<SqlDatabase> databaseOf(const QString &name);
 
     /// Closes, with all the time it takes.
     ~SqlReportStore() override;
 
-    void findOrCreateUser(const QString &uuid,
+    void findOrCreateUser(const QString &device,
                           std::function<void(std::optional<User>)> done) override;
     void storeStream(StreamRecord record) override;
     void stream(const StreamKey &test, Direction direction,
@@ -86,7 +91,7 @@ private:
     };
     enum class Attempt { Committed, Failed, Held /**< by another program */ };
 
-    explicit SqlReportStore(std::unique_ptr<SqlDatabase> opened);
+    SqlReportStore(StoreOptions storeOptions, std::unique_ptr<SqlDatabase> opened);
     void start();
     void enqueue(Queue &queue, Job job, bool urgent = false);
     /// Runs @p query on one of the queues and hands on what it gives.
@@ -99,6 +104,10 @@ private:
     void compute(const TestScope &scope, const QString &question,
                  std::function<Value(const TestTable &)> figures, Answer<Value> done);
     void finishDeletions();
+    /// What the store does by itself, between what it is asked.
+    void upkeep();
+    bool purge(std::optional<int> days,
+               std::optional<qint64> (*step)(SqlConnection &connection, qint64 oldest));
     void deleteMore(const TestScope &scope, QList<StreamKey> gone, Answer<QList<StreamKey>> done);
     void eraseMore(qint64 userId, qint64 gone, Answer<qint64> done);
     std::vector<Job> take(Queue &queue, std::size_t most);
@@ -110,12 +119,15 @@ private:
     void noteFailure(const QString &reason);
     void noteSuccess();
 
+    const StoreOptions options;
+    DeviceKey deviceKey;
     std::unique_ptr<SqlDatabase> database;
     std::mutex mutex;
     std::array<Queue, SqlDatabase::mostWriters> writes; ///< one each writer
     Queue reads;
     Queue publicReads; ///< long ones, of a thread of their own
     bool closing = false;
+    std::condition_variable upkeepWake;
     TableCache tables;
     StatisticsReader publicFigures;                               ///< of the thread of publicReads
     std::vector<std::function<void(QString)>> pings;              ///< that one check answers

@@ -71,8 +71,8 @@ bool StatisticsReader::refresh(SqlConnection &connection, const std::function<bo
     }
     // Of cells, a few hundred a track.
     auto heard = connection.select(
-        u"SELECT t.userid, c.type, c.latitude, c.longitude, c.rsrp, c.points, c.id FROM trackcells "
-        "c JOIN tracks t ON t.id = c.trackid WHERE c.id > ? ORDER BY c.id"_s,
+        u"SELECT userid, type, latitude, longitude, rsrp, points, id FROM trackcells WHERE id > ? "
+        "ORDER BY id"_s,
         {whole ? 0 : lastCell});
     if (!heard) {
         rebuilt.reset();

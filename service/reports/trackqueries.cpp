@@ -21,7 +21,8 @@ struct Heard
 };
 
 /// The signal alone, without when: figures of all users are made of it.
-bool countCells(SqlConnection &connection, qint64 row, const QList<TrackPoint> &points)
+bool countCells(SqlConnection &connection, qint64 userId, qint64 row,
+                const QList<TrackPoint> &points)
 {
     std::map<std::tuple<QString, int, int>, Heard> cells;
     for (const TrackPoint &point : points) {
@@ -39,9 +40,9 @@ bool countCells(SqlConnection &connection, qint64 row, const QList<TrackPoint> &
     }
     for (const auto &[key, heard] : cells) {
         if (!connection.execute(
-                u"INSERT INTO trackcells(trackid, latitude, longitude, type, rsrp, points) "
-                "VALUES(?, ?, ?, ?, ?, ?)"_s,
-                {row, heard.latitude, heard.longitude, std::get<1>(key), std::get<2>(key),
+                u"INSERT INTO trackcells(userid, trackid, latitude, longitude, type, rsrp, "
+                "points) VALUES(?, ?, ?, ?, ?, ?, ?)"_s,
+                {userId, row, heard.latitude, heard.longitude, std::get<1>(key), std::get<2>(key),
                  heard.points})) {
             return false;
         }
@@ -49,14 +50,14 @@ bool countCells(SqlConnection &connection, qint64 row, const QList<TrackPoint> &
     return true;
 }
 
-bool removeRow(SqlConnection &connection, qint64 row)
+bool removeRow(SqlConnection &connection, qint64 userId, qint64 row)
 {
-    return connection.execute(u"UPDATE users SET changes = changes + 1 WHERE id = (SELECT userid "
-                              "FROM tracks WHERE id = ?)"_s,
-                              {row}) &&
-           connection.execute(u"DELETE FROM trackcells WHERE trackid = ?"_s, {row}) &&
-           connection.execute(u"DELETE FROM trackparts WHERE trackid = ?"_s, {row}) &&
-           connection.execute(u"DELETE FROM tracks WHERE id = ?"_s, {row});
+    return connection.execute(u"UPDATE users SET changes = changes + 1 WHERE id = ?"_s, {userId}) &&
+           connection.execute(u"DELETE FROM trackcells WHERE userid = ? AND trackid = ?"_s,
+                              {userId, row}) &&
+           connection.execute(u"DELETE FROM trackparts WHERE userid = ? AND trackid = ?"_s,
+                              {userId, row}) &&
+           connection.execute(u"DELETE FROM tracks WHERE userid = ? AND id = ?"_s, {userId, row});
 }
 
 } // namespace
@@ -104,14 +105,17 @@ std::optional<ReportStore::TrackTaken> take(SqlConnection &connection, qint64 us
     fresh.points = part.points.mid(before - part.first);
     const qint64 points = before + fresh.points.size();
     if (!fresh.points.isEmpty() &&
-        (!connection.execute(u"INSERT INTO trackparts(trackid, first, document) VALUES(?, ?, ?)"_s,
-                             {*row, fresh.first, qCompress(fresh.toJson())}) ||
-         !countCells(connection, *row, fresh.points))) {
+        (!connection.execute(
+             u"INSERT INTO trackparts(userid, trackid, first, document) VALUES(?, ?, "
+             "?, ?)"_s,
+             {userId, *row, fresh.first, qCompress(fresh.toJson())}) ||
+         !countCells(connection, userId, *row, fresh.points))) {
         return std::nullopt;
     }
     const QVariant ended = part.track.ended ? QVariant(*part.track.ended) : QVariant();
-    if (!connection.execute(u"UPDATE tracks SET points = ?, ended = ? WHERE id = ?"_s,
-                            {points, ended, *row})) {
+    if (!connection.execute(
+            u"UPDATE tracks SET points = ?, ended = ? WHERE userid = ? AND id = ?"_s,
+            {points, ended, userId, *row})) {
         return std::nullopt;
     }
     return ReportStore::TrackTaken{.state = State::Taken, .points = points};
@@ -143,7 +147,8 @@ std::optional<QList<TrackPart>> part(SqlConnection &connection, qint64 userId, c
 {
     auto query = connection.select(
         u"SELECT t.started, t.ended, t.points, p.first, p.document FROM tracks t LEFT JOIN "
-        "trackparts p ON p.trackid = t.id AND p.first >= ? WHERE t.userid = ? AND t.track = ? "
+        "trackparts p ON p.userid = t.userid AND p.trackid = t.id AND p.first >= ? WHERE t.userid "
+        "= ? AND t.track = ? "
         "ORDER BY p.first LIMIT 1"_s,
         {first, userId, id});
     if (!query) {
@@ -180,7 +185,7 @@ std::optional<bool> remove(SqlConnection &connection, qint64 userId, const QStri
     }
     const qint64 row = query->value(0).toLongLong();
     query.reset();
-    return removeRow(connection, row) ? std::optional(true) : std::nullopt;
+    return removeRow(connection, userId, row) ? std::optional(true) : std::nullopt;
 }
 
 std::optional<bool> removeAny(SqlConnection &connection, qint64 userId)
@@ -194,7 +199,7 @@ std::optional<bool> removeAny(SqlConnection &connection, qint64 userId)
     }
     const qint64 row = query->value(0).toLongLong();
     query.reset();
-    return removeRow(connection, row) ? std::optional(true) : std::nullopt;
+    return removeRow(connection, userId, row) ? std::optional(true) : std::nullopt;
 }
 
 } // namespace velometer::TrackQueries

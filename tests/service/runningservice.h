@@ -20,7 +20,7 @@ public:
                                 [](ServerOptions &) {})
     {
         ServerOptions options;
-        options.databaseFile = databaseFile();
+        options.store.database = databaseFile();
         options.listen = {{QStringLiteral("127.0.0.1"), 0}};
         options.salts = {QStringLiteral("new"), QStringLiteral("8352")};
         options.threads = 2;
@@ -31,14 +31,20 @@ public:
         server = std::make_unique<Server>(std::move(options));
         QString error;
         if (server->start(&error)) {
-            const std::string address = server->addresses().front();
-            servicePort = static_cast<quint16>(std::stoi(address.substr(address.rfind(':') + 1)));
+            servicePort = port(0);
         } else {
             qWarning("%s", qUtf8Printable(error));
         }
     }
 
     quint16 port() const { return servicePort; } ///< 0 when it could not start
+    /// Of the listener with that number.
+    quint16 port(std::size_t listener) const
+    {
+        const std::string address = server->addresses().at(listener);
+        return static_cast<quint16>(std::stoi(address.substr(address.rfind(':') + 1)));
+    }
+    Server &get() { return *server; }
     QString databaseFile() const { return directory.filePath(QStringLiteral("dir/reports.db")); }
 
     /// Everything the service answers to @p request.

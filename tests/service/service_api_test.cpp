@@ -76,7 +76,7 @@ Report test(int number)
 void fill(const QString &file)
 {
     QString error;
-    const auto store = SqlReportStore::open(file, &error);
+    const auto store = SqlReportStore::open({.database = file}, &error);
     QVERIFY2(store, qUtf8Printable(error));
     const QString kernel =
         u"congestion control cubic; ms rtt_us min_rtt_us bit/s retransmitted limit: "
@@ -158,8 +158,9 @@ private Q_SLOTS:
     {
         directory = std::make_unique<QTemporaryDir>();
         fill(directory->filePath(u"r.db"_s));
-        service = std::make_unique<RunningService>(
-            [&](ServerOptions &options) { options.databaseFile = directory->filePath(u"r.db"_s); });
+        service = std::make_unique<RunningService>([&](ServerOptions &options) {
+            options.store.database = directory->filePath(u"r.db"_s);
+        });
     }
 
     /// Asks what stands in the golden file behind "> " and compares the whole of it with what it
@@ -250,7 +251,7 @@ private Q_SLOTS:
         const QString file = directory->filePath(u"late.db"_s);
         fill(file);
         const RunningService late([&](ServerOptions &options) {
-            options.databaseFile = file;
+            options.store.database = file;
             options.bodyTimeout = std::chrono::milliseconds(100);
             options.deletePatience = std::chrono::milliseconds(1);
         });

@@ -62,7 +62,11 @@ private Q_SLOTS:
              u"DROP INDEX reports_figures"_s, u"DROP INDEX reports_unfilled"_s,
              u"DROP INDEX reports_by_user"_s, u"DROP INDEX users_to_erase"_s,
              u"UPDATE reports SET download_avg = 5, document = CASE seriesid WHEN 7 THEN "
+             "'<UUID>490154203237518</UUID>490154203237518,4901'||"
              "'<ServerDataDownload>sent 3 bytes in 4 ms</ServerDataDownload>' ELSE document END"_s,
+             u"DROP TABLE settings"_s, u"DROP INDEX reports_by_age"_s,
+             u"UPDATE users SET uuid = 'a' WHERE id = %1"_s.arg(first.id),
+             u"UPDATE users SET uuid = 'b' WHERE id = %1"_s.arg(second.id),
              u"PRAGMA user_version=1"_s});
         for (const auto *column :
              {"verified", "service_late", "type", "operator", "download_rate", "upload_rate", "rtt",
@@ -85,7 +89,10 @@ private Q_SLOTS:
         QCOMPARE(userOf(store, u"b"_s).lastSeries, 0);
         QCOMPARE(testsOf(store, first.id).size(), 2);
         store.reset();
-        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 7);
+        QCOMPARE(sql(file, {u"PRAGMA user_version"_s}), 8);
+        QCOMPARE(sql(file, {u"SELECT substr(document, 1, 23) FROM reports WHERE seriesid = 7"_s}),
+                 u"<UUID></UUID>,4901<Serv"_s);
+        QCOMPARE(sql(file, {u"SELECT count(*) FROM users WHERE length(uuid) = 66"_s}), 2);
         QCOMPARE(sql(file, {u"SELECT group_concat(seriesid) FROM reports WHERE verified"_s}), 7);
     }
 
@@ -194,7 +201,7 @@ LoadFigures: {"download":{"cc":"bbr","rtt_ns":[41,-1,45],"t_ns":[1,2,3]},)"
         const Store first = kind == u"used"_s ? open() : nullptr;
         const auto full = kind == u"full"_s ? std::optional(fullDisk(0)) : std::nullopt;
         QString error;
-        QVERIFY(!SqlReportStore::open(file, &error));
+        QVERIFY(!SqlReportStore::open({.database = file}, &error));
         QVERIFY2(error.contains(reason), qUtf8Printable(error));
     }
 
@@ -262,7 +269,7 @@ LoadFigures: {"download":{"cc":"bbr","rtt_ns":[41,-1,45],"t_ns":[1,2,3]},)"
                       o.maxStreamsPerAddress, o.maxConnectionsPerAddress, o.maxReportBytes,
                       static_cast<int>(start.logLevel)),
                  u"0 65535 2 3 4 5 6000 3 "_s);
-        QCOMPARE(o.listen.front().host + o.databaseFile + o.salts.join(u',') + o.licence +
+        QCOMPARE(o.listen.front().host + o.store.database + o.salts.join(u',') + o.licence +
                      o.tiles.address,
                  u"::1f8352,1,2ODbL-1.0http://{s}.t/{z}/{x}/{y}"_s);
     }
@@ -304,7 +311,7 @@ LoadFigures: {"download":{"cc":"bbr","rtt_ns":[41,-1,45],"t_ns":[1,2,3]},)"
     }
 
 private:
-    Store open() const { return openStore(file); }
+    Store open() const { return openStore(storeOptions(file)); }
 
     std::unique_ptr<QTemporaryDir> directory;
     QString file;

@@ -23,7 +23,8 @@ private Q_SLOTS:
         const QString database = server.database();
         std::vector<std::future<Store>> opening;
         for (int i = 0; i < 4; ++i) {
-            opening.push_back(std::async(std::launch::async, [&] { return openStore(database); }));
+            opening.push_back(
+                std::async(std::launch::async, [&] { return openStore(storeOptions(database)); }));
         }
         std::vector<Store> stores;
         for (auto &each : opening) {
@@ -67,7 +68,7 @@ private Q_SLOTS:
     void statisticsMissNobodyWhoIsStillWriting()
     {
         const QString database = server.database();
-        const Store store = openStore(database);
+        const Store store = openStore(storeOptions(database));
         const auto measured = [](int number) {
             Report each = report(1 + number % 3, 1, 946'684'800'000 + number);
             each.connectionType = u"WlanMode"_s;
@@ -99,7 +100,7 @@ private Q_SLOTS:
 
     void comesBackWithItsServer()
     {
-        const Store store = openStore(server.database());
+        const Store store = openStore(storeOptions(server.database()));
         QCOMPARE(put(store, report(5, 1, 1)), ReportStore::Outcome::Stored);
         QCOMPARE(testsOf(store, 5).size(), 1);
         server.stop();
@@ -132,12 +133,12 @@ private Q_SLOTS:
         if (change.isEmpty()) {
             database = u"postgresql://me:secret@/x?host=/nowhere"_s;
         } else {
-            openStore(database);
+            openStore(storeOptions(database));
             PostgresConnection connection;
             QVERIFY(connection.open(database) && connection.execute(change));
         }
         QString error;
-        QVERIFY(!SqlReportStore::open(database, &error));
+        QVERIFY(!SqlReportStore::open(storeOptions(database), &error));
         QVERIFY2(error.contains(reason) && !error.contains(u"secret"_s), qUtf8Printable(error));
     }
 

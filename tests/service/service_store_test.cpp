@@ -267,6 +267,50 @@ private Q_SLOTS:
                  u"2 2 8"_s);
     }
 
+    void whatIsOldGoes()
+    {
+        constexpr qint64 day = 24 * 3'600'000;
+        const qint64 now = QDateTime::currentMSecsSinceEpoch();
+        Store store = open();
+        for (int age = 0; age < 60; ++age) {
+            Report each = report(1 + age % 2, 1, age);
+            each.serverTime = now - age * day + 1000;
+            put(store, each);
+        }
+        QCOMPARE(testsOf(store, 1).size(), 30);
+        store.reset();
+        auto options = storeOptions(database);
+        options.reportDays = 40;
+        options.documentDays = 7;
+        store = openStore(options);
+        const auto left = [&] {
+            return sql({u"SELECT count(*) || ' ' || sum(CASE WHEN document = '' THEN 0 ELSE 1 END) "
+                        "|| ' ' || max(client_time) FROM reports"_s});
+        };
+        QTRY_COMPARE(left(), u"41 8 40"_s);
+        QCOMPARE(testsOf(store, 1).size(), 21);
+    }
+
+    void keepsNoDevicesNumber()
+    {
+        const QString device = u"490154203237518"_s;
+        Store store = open();
+        const qint64 user = userOf(store, device).id;
+        Report named = report(user, 1, 1);
+        named.document = u"<UUID>%1</UUID> GET ?UUID=%1&x"_s.arg(device);
+        put(store, named);
+        QCOMPARE(userOf(store, device).id, user);
+        QCOMPARE(sql({u"SELECT document || ' ' || length(uuid) FROM reports JOIN users ON users.id "
+                      "= userid"_s}),
+                 u"<UUID></UUID> GET ?UUID=&x 66"_s);
+        auto foreign = storeOptions(database);
+        foreign.keyFile += u".other"_s;
+        store.reset();
+        QString error;
+        QVERIFY(!SqlReportStore::open(foreign, &error));
+        QVERIFY2(error.contains(u"key.other is missing"_s), qUtf8Printable(error));
+    }
+
     void publishesFiguresOfVerifiedTestsOfSeveralUsers()
     {
         const Store store = open();
@@ -327,7 +371,7 @@ private Q_SLOTS:
     }
 
 private:
-    Store open() const { return openStore(database); }
+    Store open() const { return openStore(storeOptions(database)); }
 
     /// What the rows of the last of @p statements have in their first column; none should fail.
     QString sql(const QStringList &statements)

@@ -2,6 +2,8 @@
 
 #include "reports/sqlreportstore.h"
 
+#include <QTemporaryDir>
+
 #include <future>
 
 namespace velometer {
@@ -23,10 +25,17 @@ Value answer(Call call)
     return result<std::optional<Value>>(call).value();
 }
 
-inline Store openStore(const QString &name)
+/// The data bases of a server share one key.
+inline StoreOptions storeOptions(const QString &database)
+{
+    static const QTemporaryDir keys;
+    return {.database = database, .keyFile = keys.filePath(QStringLiteral("key"))};
+}
+
+inline Store openStore(const StoreOptions &options)
 {
     QString error;
-    Store store = SqlReportStore::open(name, &error);
+    Store store = SqlReportStore::open(options, &error);
     if (!store) {
         qFatal("%s", qUtf8Printable(error));
     }

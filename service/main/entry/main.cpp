@@ -1,5 +1,6 @@
 #include "http/server.h"
 #include "main/commandline.h"
+#include "main/tasks.h"
 #include "ops/log.h"
 
 #include <QCoreApplication>
@@ -11,6 +12,23 @@
 #include <sys/stat.h>
 
 using namespace velometer;
+
+namespace {
+
+int run(const CommandLine::Task &task)
+{
+    const StoreOptions &store = task.options.store;
+    switch (task.kind) {
+    case CommandLine::Task::Kind::Migrate: return Tasks::migrate(task.from, task.to);
+    case CommandLine::Task::Kind::Forget: return Tasks::forget(store, task.user);
+    case CommandLine::Task::Kind::Export: return Tasks::exportUser(store, task.user);
+    case CommandLine::Task::Kind::Stats: return Tasks::stats(store);
+    case CommandLine::Task::Kind::Check: return Tasks::check(task.options);
+    }
+    return 1;
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -35,6 +53,9 @@ int main(int argc, char *argv[])
     if (const auto *end = std::get_if<CommandLine::End>(&parsed)) {
         std::fputs(qUtf8Printable(end->text), end->status == 0 ? stdout : stderr);
         return end->status;
+    }
+    if (const auto *task = std::get_if<CommandLine::Task>(&parsed)) {
+        return run(*task);
     }
     const auto &start = std::get<CommandLine::Start>(parsed);
     Log::setLevel(start.logLevel);
