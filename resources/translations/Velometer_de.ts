@@ -2502,6 +2502,10 @@ orvak verfassen</translation>
         <source>testphase_delays</source>
         <translation>Verzögerung wird gemessen</translation>
     </message>
+    <message>
+        <source>testphase_room</source>
+        <translation>Der Dienst ist belegt. Nächster Versuch in %1 s</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestDetails</name>

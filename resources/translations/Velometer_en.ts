@@ -2500,6 +2500,10 @@ to orvak</translation>
         <source>testphase_delays</source>
         <translation>Measuring the delay</translation>
     </message>
+    <message>
+        <source>testphase_room</source>
+        <translation>The service is busy. Next try in %1 s</translation>
+    </message>
 </context>
 <context>
     <name>velometer::TestDetails</name>

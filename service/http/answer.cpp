@@ -23,6 +23,7 @@ std::string_view reason(int status)
     case 410: return "Gone";
     case 411: return "Length Required";
     case 413: return "Content Too Large";
+    case 429: return "Too Many Requests";
     case 431: return "Request Header Fields Too Large";
     case 501: return "Not Implemented";
     case 503: return "Service Unavailable";
@@ -43,6 +44,20 @@ Answer Answer::later(std::string text)
     // About as long as a test runs.
     auto answer = sentence(503, std::move(text));
     answer.headers = "Retry-After: 20\r\n";
+    return answer;
+}
+
+Answer Answer::comeBack(int status, std::string text, std::chrono::seconds wait)
+{
+    constexpr std::int64_t minute = 60;
+    constexpr std::int64_t fewMinutes = 3;
+    const std::int64_t seconds = wait.count();
+    const bool isShort = seconds < fewMinutes * minute;
+    text += " Please try again in " +
+            std::to_string(isShort ? seconds : (seconds + minute - 1) / minute) +
+            (isShort ? seconds == 1 ? " second." : " seconds." : " minutes.");
+    auto answer = sentence(status, std::move(text));
+    answer.headers = "Retry-After: " + std::to_string(seconds) + "\r\n";
     return answer;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -21,6 +22,10 @@ struct Answer
 
     /// 503: there is no room now; @p text tells the user, Retry-After a program.
     static Answer later(std::string text);
+
+    /// With @p status (429 when the client has had its share, 503 when all have): @p text tells the
+    /// user, and how long to wait, which Retry-After tells a program.
+    static Answer comeBack(int status, std::string text, std::chrono::seconds wait);
 
     /// The bytes for the wire: HTTP/1.1, Connection: close, no referrer for other sites.
     std::string toBytes() const;

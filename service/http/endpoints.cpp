@@ -9,7 +9,9 @@
 #include "net/oneshot.h"
 #include "net/proxyheader.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 
 namespace velometer {
 
@@ -92,6 +94,14 @@ struct Route
     Handler handler;
     After after = After::Answer;
     Where where = Where::Public;
+    std::optional<Spent> spends{}; ///< what is counted before it is answered
+
+    constexpr Route spending(Spent kind) const
+    {
+        Route route = *this;
+        route.spends = kind;
+        return route;
+    }
 
     bool isOn(Connection::Role role, bool hasAdmin) const
     {
@@ -108,37 +118,50 @@ struct Route
 
 /// All that the service answers to.
 constexpr std::array endpoints{
-    Route{"/velometer/getIDwithUUID.jsp", "GET", "user_id", Measurements::userId},
-    Route{"/velometer/initialise.php", "GET", "initialise", Measurements::initialise},
+    Route{"/velometer/getIDwithUUID.jsp", "GET", "user_id", Measurements::userId}.spending(
+        Spent::Ids),
+    Route{"/velometer/initialise.php", "GET", "initialise", Measurements::initialise}.spending(
+        Spent::Streams),
     Route{"/velometer/downloadtest.php", "GET", "download", Measurements::download, After::Stream},
     Route{"/velometer/uploadtest.php", "POST", "upload", Measurements::upload, After::Stream},
     Route{"/velometer/getuploadresult.php", "GET", "upload_result", Measurements::uploadResult},
     Route{"/velometer/redirect_iphone.php", "POST", "submit_report", submitReport},
-    Route{"/velometer/Controller", "GET", "pages", controllerPage},
-    Route{"/velometer/statistics", "GET", "statistics", statisticsPage},
-    Route{"/", "GET", "home", homePage},
+    Route{"/velometer/Controller", "GET", "pages", controllerPage}.spending(Spent::Pages),
+    Route{"/velometer/statistics", "GET", "statistics", statisticsPage}.spending(Spent::Pages),
+    Route{"/", "GET", "home", homePage}.spending(Spent::Pages),
     Route{"/velometer/assets/*", "GET", "assets", assetFile},
-    Route{"/velometer/api/v1/tests", "GET", "api_tests", Api::tests},
-    Route{"/velometer/api/v1/tests/{}", "GET", "api_test", Api::test},
-    Route{"/velometer/api/v1/tests/{}", "DELETE", "api_delete_test", Api::deleteTest},
-    Route{"/velometer/api/v1/tests/{}/note", "PUT", "api_note", Api::setNote},
-    Route{"/velometer/api/v1/summary", "GET", "api_summary", Api::summary},
-    Route{"/velometer/api/v1/buckets", "GET", "api_buckets", Api::buckets},
-    Route{"/velometer/api/v1/distribution", "GET", "api_distribution", Api::distribution},
-    Route{"/velometer/api/v1/map", "GET", "api_map", Api::map},
-    Route{"/velometer/api/v1/facets", "GET", "api_facets", Api::facets},
-    Route{"/velometer/api/v1/export", "GET", "api_export", Api::exportTests},
-    Route{"/velometer/api/v1/delete", "POST", "api_delete", Api::deleteTests},
-    Route{"/velometer/api/v1/user", "DELETE", "api_delete_user", Api::deleteUser},
-    Route{"/velometer/api/v1/shares", "GET", "api_shares", Api::shares},
-    Route{"/velometer/api/v1/shares", "POST", "api_share", Api::addShare},
-    Route{"/velometer/api/v1/shares/{}", "DELETE", "api_revoke", Api::removeShare},
-    Route{"/velometer/api/v1/tracks", "GET", "api_tracks", Api::tracks},
-    Route{"/velometer/api/v1/tracks/{}", "GET", "api_track", Api::track},
-    Route{"/velometer/api/v1/tracks/{}", "PUT", "api_take_track", Api::takeTrack},
-    Route{"/velometer/api/v1/tracks/{}", "DELETE", "api_delete_track", Api::removeTrack},
-    Route{"/velometer/api/v1/tracks/{}/export", "GET", "api_export_track", Api::exportTrack},
-    Route{"/velometer/api/v1/statistics", "GET", "api_statistics", Api::statistics},
+    Route{"/velometer/api/v1/tests", "GET", "api_tests", Api::tests}.spending(Spent::Pages),
+    Route{"/velometer/api/v1/tests/{}", "GET", "api_test", Api::test}.spending(Spent::Pages),
+    Route{"/velometer/api/v1/tests/{}", "DELETE", "api_delete_test", Api::deleteTest}.spending(
+        Spent::Pages),
+    Route{"/velometer/api/v1/tests/{}/note", "PUT", "api_note", Api::setNote}.spending(
+        Spent::Pages),
+    Route{"/velometer/api/v1/summary", "GET", "api_summary", Api::summary}.spending(Spent::Pages),
+    Route{"/velometer/api/v1/buckets", "GET", "api_buckets", Api::buckets}.spending(Spent::Pages),
+    Route{"/velometer/api/v1/distribution", "GET", "api_distribution", Api::distribution}.spending(
+        Spent::Pages),
+    Route{"/velometer/api/v1/map", "GET", "api_map", Api::map}.spending(Spent::Pages),
+    Route{"/velometer/api/v1/facets", "GET", "api_facets", Api::facets}.spending(Spent::Pages),
+    Route{"/velometer/api/v1/export", "GET", "api_export", Api::exportTests}.spending(
+        Spent::Exports),
+    Route{"/velometer/api/v1/delete", "POST", "api_delete", Api::deleteTests}.spending(
+        Spent::Pages),
+    Route{"/velometer/api/v1/user", "DELETE", "api_delete_user", Api::deleteUser}.spending(
+        Spent::Pages),
+    Route{"/velometer/api/v1/shares", "GET", "api_shares", Api::shares}.spending(Spent::Pages),
+    Route{"/velometer/api/v1/shares", "POST", "api_share", Api::addShare}.spending(Spent::Pages),
+    Route{"/velometer/api/v1/shares/{}", "DELETE", "api_revoke", Api::removeShare}.spending(
+        Spent::Pages),
+    Route{"/velometer/api/v1/tracks", "GET", "api_tracks", Api::tracks}.spending(Spent::Pages),
+    Route{"/velometer/api/v1/tracks/{}", "GET", "api_track", Api::track}.spending(Spent::Pages),
+    Route{"/velometer/api/v1/tracks/{}", "PUT", "api_take_track", Api::takeTrack}.spending(
+        Spent::Pages),
+    Route{"/velometer/api/v1/tracks/{}", "DELETE", "api_delete_track", Api::removeTrack}.spending(
+        Spent::Pages),
+    Route{"/velometer/api/v1/tracks/{}/export", "GET", "api_export_track", Api::exportTrack}
+        .spending(Spent::Exports),
+    Route{"/velometer/api/v1/statistics", "GET", "api_statistics", Api::statistics}.spending(
+        Spent::Pages),
     Route{"/velometer/api/v1/openapi.json", "GET", "api_description", Api::description},
     Route{"/healthz", "GET", "healthz", healthz, After::Answer, Where::Everywhere},
     Route{"/metrics", "GET", "metrics", metrics, After::Answer, Where::Admin},
@@ -146,6 +169,17 @@ constexpr std::array endpoints{
 
 /// Of what is found nowhere.
 constexpr std::string_view otherName = "other";
+
+/// Whose measurements a request is about, as far as its head tells; 0 for nobody's.
+std::int64_t userOf(const Request &request)
+{
+    std::int64_t user = 0;
+    const auto *const end = request.user.data() + request.user.size();
+    if (!request.user.empty() && std::from_chars(request.user.data(), end, user).ptr == end) {
+        return std::max(user, std::int64_t{0});
+    }
+    return request.number("testuserid").value_or(request.number("userid").value_or(0));
+}
 
 /// The last address that no trusted proxy has written of itself is the client's: what stands before
 /// it may be anybody's invention.
@@ -230,7 +264,12 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
             answer = Answer::sentence(405, "This path takes another method.");
             answer->headers = "Allow: " + methods + "\r\n";
         } else {
-            answer = co_await endpoint->handler(*connection, *request, service);
+            if (endpoint->spends) {
+                answer = co_await spend(*connection, service, *endpoint->spends, userOf(*request));
+            }
+            if (!answer) {
+                answer = co_await endpoint->handler(*connection, *request, service);
+            }
         }
         const auto name = endpoint ? endpoint->name : otherName;
         if (answer && request->method == "HEAD") {

@@ -44,6 +44,15 @@ offload(Connection &connection, FairPool &pool, const Work &work)
     co_return co_await value.wait();
 }
 
+/// The answer to whoever has had as much of @p kind as he may; counts it.
+Answer overSpent(Service &service, Spent kind, std::chrono::seconds wait);
+
+/// Takes one of @p kind for @p user (0: nobody's) at the peer's address; nothing when there was
+/// one, else the answer that refuses it. A user that has proven that he measures is asked of the
+/// store.
+boost::asio::awaitable<MaybeAnswer> spend(Connection &connection, Service &service, Spent kind,
+                                          std::int64_t user);
+
 /// The answer with @p status when the store did not do its work; counts it.
 Answer storeFailed(Service &service, int status);
 

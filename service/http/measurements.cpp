@@ -66,16 +66,27 @@ Answer badParameters()
     return Answer::sentence(400, "A parameter is missing or is not what it should be.");
 }
 
-Answer noRoom()
+Answer noRoom(Service &service)
 {
+    service.metrics.countRefusal("streams_full");
     return Answer::later("Too many measurements are running here. Please try again later.");
+}
+
+/// A test was counted when it was let in; a stream that belongs to none is counted by itself.
+asio::awaitable<MaybeAnswer> spendStream(Connection &connection, Service &service,
+                                         const std::optional<StreamKey> &test)
+{
+    if (test && service.streams.isReserved(*test)) {
+        co_return std::nullopt;
+    }
+    co_return co_await spend(connection, service, Spent::Streams, test ? test->user : 0);
 }
 
 /// Keeps what a stream came to, unless it was too short for any report's rate. @p lateTimes are the
 /// loop's when it began.
-void record(Service &service, StreamRecord stream, std::int64_t lateTimes)
+void record(Service &service, StreamRecord stream, std::int64_t lateTimes, bool heldUp)
 {
-    stream.late = service.watch.lateTimes() != lateTimes;
+    stream.late = heldUp || service.watch.lateTimes() != lateTimes;
     service.metrics.streamsLate += stream.late ? 1 : 0;
     if (stream.lasted >= minRecordedMs) {
         stream.ended = QDateTime::currentMSecsSinceEpoch();
@@ -113,9 +124,22 @@ asio::awaitable<MaybeAnswer> initialise(Connection &connection, const Request &r
 {
     // A test that would be refused in its middle leaves half a result; here it costs nothing.
     const auto test = testOf(request, TestIdOffset::initialise);
-    if (!(test ? service.streams.reserve(connection.getPeer(), *test)
-               : service.streams.hasRoom(connection.getPeer()))) {
-        co_return noRoom();
+    if (service.uplink.isFull()) {
+        service.metrics.countRefusal("bandwidth");
+        co_return Answer::comeBack(503, "The line of this service is full.", Streams::testTime);
+    }
+    const std::string bytesOf = service.payerOf(connection.getPeer(), test ? test->user : 0);
+    if (const auto wait =
+            service.allowances.look(Spent::Bytes, bytesOf, Allowances::Clock::now())) {
+        co_return overSpent(service, Spent::Bytes, *wait);
+    }
+    if (test) {
+        if (const auto wait = service.streams.reserve(connection.getPeer(), *test)) {
+            service.metrics.countRefusal("streams_full");
+            co_return Answer::comeBack(503, "Too many measurements are running here.", *wait);
+        }
+    } else if (!service.streams.hasRoom(connection.getPeer())) {
+        co_return noRoom(service);
     }
     const auto facts = TcpFacts::of(connection.getSocket().native_handle());
     std::string body = "Client-Hostname:" + co_await hostName(connection, service);
@@ -145,16 +169,20 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
     }
     // A download can be had without ids; then nobody asks for its result.
     const auto key = testOf(request, TestIdOffset::download);
+    if (auto refusal = co_await spendStream(connection, service, key)) {
+        co_return refusal;
+    }
     const auto place = service.streams.take(connection.getPeer(), Direction::Download, key);
     if (!place) {
-        co_return noRoom();
+        co_return noRoom(service);
     }
     const Held running(service.metrics.downloads);
     ++service.metrics.downloadsTotal;
     const auto lateTimes = service.watch.lateTimes();
     const auto ticket = key ? service.downloads.begin(*key) : 0;
+    const auto use = service.uplink.join(Direction::Download);
     const auto totals = co_await sendStream(connection, service.block, *seconds + downloadSurplus,
-                                            *control, service.metrics.bytesDown);
+                                            *control, {service.metrics.bytesDown, *use});
     if (key) {
         service.downloads.end(*key, ticket, Subscriber::of(connection.getPeer()),
                               totals.bytes > 0 ? std::optional(totals) : std::nullopt);
@@ -165,8 +193,11 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
                 .lasted = totals.lasted.count(),
                 .avg = totals.rate(),
                 .kernel = QString::fromStdString(totals.kernel)},
-               lateTimes);
+               lateTimes, use->wasHeldUp());
     }
+    service.allowances.charge(Spent::Bytes,
+                              service.payerOf(connection.getPeer(), key ? key->user : 0),
+                              totals.bytes, Allowances::Clock::now());
     co_return std::nullopt;
 }
 
@@ -178,24 +209,31 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
     if (!seconds || !key) {
         co_return badParameters();
     }
+    if (auto refusal = co_await spendStream(connection, service, key)) {
+        co_return refusal;
+    }
     const auto place = service.streams.take(connection.getPeer(), Direction::Upload, key);
     if (!place) {
-        co_return noRoom();
+        co_return noRoom(service);
     }
     const Held running(service.metrics.uploads);
     ++service.metrics.uploadsTotal;
     const auto lateTimes = service.watch.lateTimes();
     const auto ticket = service.uploads.begin(*key);
+    const auto use = service.uplink.join(Direction::Upload);
     if (request.expectsContinue) {
         co_await connection.write(goOn);
     }
     const std::string answer = Answer::sentence(200, "received").toBytes();
-    const auto totals = co_await receiveStream(connection, request.contentLength, answer,
-                                               *seconds + uploadSurplus, service.metrics.bytesUp);
+    const auto totals =
+        co_await receiveStream(connection, request.contentLength, answer, *seconds + uploadSurplus,
+                               {service.metrics.bytesUp, *use});
     const auto figures = totals.meter.figures();
     service.uploads.end(*key, ticket, Subscriber::of(connection.getPeer()),
                         figures ? std::optional(UploadResult{*figures, totals.kernel})
                                 : std::nullopt);
+    service.allowances.charge(Spent::Bytes, service.payerOf(connection.getPeer(), key->user),
+                              totals.meter.getTotal(), Allowances::Clock::now());
     if (figures) {
         record(service,
                {.test = *key,
@@ -206,7 +244,7 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
                 .avg = figures->avg,
                 .max = figures->max,
                 .kernel = QString::fromStdString(totals.kernel)},
-               lateTimes);
+               lateTimes, use->wasHeldUp());
     }
     co_return std::nullopt;
 }

@@ -187,6 +187,9 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
         }
     }
     Report report = std::get<Report>(*std::move(result));
+    if (auto refusal = co_await spend(connection, service, Spent::Reports, report.userId)) {
+        co_return refusal;
+    }
     const std::string name = co_await hostName(connection, service);
     report.publicIp = QString::fromStdString(connection.getPeer().to_string());
     report.serverTime = QDateTime::currentMSecsSinceEpoch();

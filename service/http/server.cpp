@@ -41,6 +41,9 @@ constexpr auto acceptPause = 100ms;
 constexpr auto storeGrace = 3s;
 constexpr auto lastWords = 200ms;
 
+/// How much later than this one others know what was spent here.
+constexpr auto allowancePeriod = 5s;
+
 /// Descriptors for the store, the listeners, the log and the look-ups of names.
 constexpr rlim_t ownDescriptors = 64;
 
@@ -87,6 +90,9 @@ struct Server::Private
     bool adopt(const Inherited &socket, QString *error);
     bool loadCertificate(QString *error);
     asio::awaitable<void> accept(Listener &listener);
+    asio::awaitable<void> shareAllowances();
+    asio::awaitable<void> watchUplink();
+    void tellAllowances();
     void serve(tcp::socket socket, Role role);
 
     std::unique_ptr<Service> service;
@@ -201,6 +207,40 @@ asio::awaitable<void> Server::Private::accept(Listener &listener)
     }
 }
 
+/// Services that share the store, and this one after its next start, know what was spent.
+asio::awaitable<void> Server::Private::shareAllowances()
+{
+    asio::steady_timer pause(co_await asio::this_coro::executor);
+    while (true) {
+        pause.expires_after(allowancePeriod);
+        co_await pause.async_wait(quietly);
+        tellAllowances();
+    }
+}
+
+void Server::Private::tellAllowances()
+{
+    auto news = service->allowances.takeNews();
+    if (!news.empty()) {
+        service->store->addAllowances(service->options.allowances, std::move(news),
+                                      [this](const auto &levels) {
+                                          if (levels) {
+                                              service->allowances.learn(*levels);
+                                          }
+                                      });
+    }
+}
+
+asio::awaitable<void> Server::Private::watchUplink()
+{
+    asio::steady_timer pause(co_await asio::this_coro::executor);
+    while (true) {
+        pause.expires_after(Uplink::period);
+        co_await pause.async_wait(quietly);
+        service->uplink.look(Uplink::Clock::now());
+    }
+}
+
 void Server::Private::serve(tcp::socket socket, Role role)
 {
     auto executor = socket.get_executor();
@@ -277,6 +317,15 @@ bool Server::start(QString *error)
         asio::co_spawn(listener.acceptor->get_executor(), d->accept(listener), asio::detached);
     }
     d->service->watch.start(d->io);
+    d->service->store->allowances(options.allowances, [this](const auto &levels) {
+        if (levels) {
+            d->service->allowances.learn(*levels);
+        }
+    });
+    asio::co_spawn(asio::make_strand(d->io), d->shareAllowances(), asio::detached);
+    if (options.maxBandwidth > 0) {
+        asio::co_spawn(asio::make_strand(d->io), d->watchUplink(), asio::detached);
+    }
     for (int i = 0; i < d->service->options.threads; ++i) {
         d->threads.emplace_back([this] { d->io.run(); });
     }
@@ -311,6 +360,7 @@ void Server::stop()
         d->connections.abortIdle();
         const bool empty = d->connections.waitUntilEmpty(d->service->options.shutdownGrace);
         d->service->stopping = true;
+        d->tellAllowances();
         // Another program may hold the file. What was acknowledged is on the disk, and what is not
         // stored by then stays with its client.
         d->service->store->close(std::chrono::steady_clock::now() + storeGrace);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "limits/allowances.h"
 #include "net/addressrange.h"
 #include "net/connection.h"
 #include "net/neighbours.h"
@@ -46,6 +47,8 @@ struct ServerOptions
     /// One client runs one stream at a time; so many share an address in a household or an office.
     int maxStreamsPerAddress = 16;
     int maxConnectionsPerAddress = 512;
+    Allowances::Limits allowances = Allowances::usual();
+    std::int64_t maxBandwidth = 0; ///< bit/s of all streams in one direction; 0: no bound
     /// 0: as many as the process may have descriptors, less those it needs itself.
     std::size_t maxConnections = 0;
     std::size_t maxReportBytes = std::size_t{1} << 20;

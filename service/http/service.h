@@ -4,6 +4,7 @@
 #include "limits/fairpool.h"
 #include "limits/shares.h"
 #include "limits/streams.h"
+#include "limits/uplink.h"
 #include "measure/downloadstream.h"
 #include "measure/randomblock.h"
 #include "measure/recentresults.h"
@@ -43,6 +44,13 @@ struct Service
                                    [&](const auto &range) { return range.contains(address); });
     }
 
+    /// For whom a request of @p address and @p user (0: nobody's) is counted.
+    std::string payerOf(const boost::asio::ip::address &address, std::int64_t user) const
+    {
+        return store->pseudonym(allowances.isProven(user) ? "user " + std::to_string(user)
+                                                          : Subscriber::of(address).name());
+    }
+
     const ServerOptions options;
     bool hasAdmin = false; ///< a listener of its own has what the operator alone may know
     Metrics metrics;
@@ -50,6 +58,8 @@ struct Service
     HostNames hostNames;
     Neighbours neighbours{options.servers};
     Streams streams;
+    Allowances allowances{options.allowances};
+    Uplink uplink{options.maxBandwidth};
     RandomBlock block;
     RecentResults<UploadResult> uploads{resultCount, resultQuota, resultAge};
     RecentResults<DownloadTotals> downloads{resultCount, resultQuota, resultAge};

@@ -1,5 +1,7 @@
 #include "limits/streams.h"
 
+#include <algorithm>
+
 namespace velometer {
 
 Streams::Streams(int total, int perAddress)
@@ -7,8 +9,8 @@ Streams::Streams(int total, int perAddress)
     , mostPerAddress(perAddress)
 {}
 
-bool Streams::reserve(const boost::asio::ip::address &address, const StreamKey &test,
-                      Clock::time_point now)
+std::optional<std::chrono::seconds> Streams::reserve(const boost::asio::ip::address &address,
+                                                     const StreamKey &test, Clock::time_point now)
 {
     const auto subscriber = Subscriber::of(address);
     const std::lock_guard lock(mutex);
@@ -17,15 +19,55 @@ bool Streams::reserve(const boost::asio::ip::address &address, const StreamKey &
     if (found != reservations.end()) {
         found->second.until = now + patience;
         found->second.over = false;
-        return true;
+        return std::nullopt;
     }
-    if (isFull(subscriber)) {
-        return false;
+    if (hasAll(subscriber)) {
+        // He waits for himself, not for others.
+        return testTime;
+    }
+    const auto place = std::ranges::find(queued, test, &Waiting::test);
+    const auto ahead = static_cast<std::size_t>(place - queued.begin());
+    if (static_cast<std::size_t>(std::max(most - taken, 0)) <= ahead) {
+        return queue(subscriber, test, ahead, now);
+    }
+    if (place != queued.end()) {
+        queued.erase(place);
     }
     enter(subscriber);
     reservations.emplace(
         test, Reservation{.subscriber = subscriber, .until = now + patience, .running = {}});
-    return true;
+    return std::nullopt;
+}
+
+std::chrono::seconds Streams::queue(const Subscriber &subscriber, const StreamKey &test,
+                                    std::size_t ahead, Clock::time_point now)
+{
+    // As many tests end in a test's time as there are places.
+    const auto rounds = static_cast<std::int64_t>(ahead) / std::max(most, 1) + 1;
+    const auto wait = std::min(testTime * rounds, longestWait);
+    const auto own = std::ranges::count(queued, subscriber, &Waiting::subscriber);
+    if (ahead < queued.size()) {
+        queued[ahead].until = now + wait + patience;
+    } else if (own < mostPerAddress &&
+               queued.size() < static_cast<std::size_t>(most) *
+                                   static_cast<std::size_t>(longestWait / testTime)) {
+        queued.push_back({.test = test, .subscriber = subscriber, .until = now + wait + patience});
+    }
+    return wait;
+}
+
+bool Streams::isReserved(const StreamKey &test, Clock::time_point now)
+{
+    const std::lock_guard lock(mutex);
+    forget(now);
+    return reservations.contains(test);
+}
+
+std::size_t Streams::waiting(Clock::time_point now)
+{
+    const std::lock_guard lock(mutex);
+    forget(now);
+    return queued.size();
 }
 
 bool Streams::hasRoom(const boost::asio::ip::address &address, Clock::time_point now)
@@ -64,8 +106,14 @@ Streams::Place Streams::take(const boost::asio::ip::address &address, Direction 
 
 bool Streams::isFull(const Subscriber &subscriber) const
 {
+    // What is free belongs to those who wait.
+    return taken + static_cast<int>(queued.size()) >= most || hasAll(subscriber);
+}
+
+bool Streams::hasAll(const Subscriber &subscriber) const
+{
     const auto own = counts.find(subscriber);
-    return taken >= most || (own != counts.end() && own->second >= mostPerAddress);
+    return own != counts.end() && own->second >= mostPerAddress;
 }
 
 void Streams::enter(const Subscriber &subscriber)
@@ -96,6 +144,7 @@ void Streams::leaveReserved(const StreamKey &test, Direction direction)
 /// Ends the reservations whose streams have run, and those that nobody has used until @p now.
 void Streams::forget(Clock::time_point now)
 {
+    std::erase_if(queued, [&](const Waiting &each) { return each.until <= now; });
     std::erase_if(reservations, [&](const auto &entry) {
         const auto &[test, reservation] = entry;
         const bool ended =

@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 namespace velometer {
 
@@ -24,11 +25,23 @@ public:
 
     Streams(int most, int mostPerAddress);
 
+    /// About as long as a test holds its place, and the longest that anybody is told to wait.
+    static constexpr std::chrono::seconds testTime{20};
+    static constexpr std::chrono::seconds longestWait{120};
+
     /// Keeps one place for the streams of @p test, which run one after the other, until its upload
-    /// has ended or nothing came for so long. False when there is no room. Reserving again is
-    /// waiting anew.
-    bool reserve(const boost::asio::ip::address &address, const StreamKey &test,
-                 Clock::time_point now = Clock::now());
+    /// has ended or nothing came for so long; reserving again is waiting anew. Nothing when it was
+    /// kept, else after how long to come back: whoever does so by then is served before all that
+    /// came after him.
+    std::optional<std::chrono::seconds> reserve(const boost::asio::ip::address &address,
+                                                const StreamKey &test,
+                                                Clock::time_point now = Clock::now());
+
+    /// Whether a place is kept for @p test.
+    bool isReserved(const StreamKey &test, Clock::time_point now = Clock::now());
+
+    /// Tests that were told to come back, and may still do so.
+    std::size_t waiting(Clock::time_point now = Clock::now());
 
     /// Whether one more stream to @p address would find room.
     bool hasRoom(const boost::asio::ip::address &address, Clock::time_point now = Clock::now());
@@ -49,7 +62,16 @@ private:
         std::map<Direction, bool> running;
         bool over = false; ///< its upload has ended
     };
+    struct Waiting
+    {
+        StreamKey test;
+        Subscriber subscriber;
+        Clock::time_point until;
+    };
     bool isFull(const Subscriber &subscriber) const;
+    bool hasAll(const Subscriber &subscriber) const;
+    std::chrono::seconds queue(const Subscriber &subscriber, const StreamKey &test,
+                               std::size_t ahead, Clock::time_point now);
     void enter(const Subscriber &subscriber);
     void leave(const Subscriber &subscriber);
     void leaveReserved(const StreamKey &test, Direction direction);
@@ -61,6 +83,7 @@ private:
     int taken = 0;                    ///< by streams and reservations
     std::map<Subscriber, int> counts; ///< of taken places, without zeros
     std::map<StreamKey, Reservation> reservations;
+    std::vector<Waiting> queued; ///< in the order of their coming
 };
 
 } // namespace velometer

@@ -1,5 +1,8 @@
 #include "limits/subscriber.h"
 
+#include <array>
+#include <charconv>
+
 namespace velometer {
 
 Subscriber Subscriber::of(const boost::asio::ip::address &address)
@@ -13,6 +16,13 @@ Subscriber Subscriber::of(const boost::asio::ip::address &address)
         network = network << 8 | bytes.at(i);
     }
     return {.network = network, .isV6 = true};
+}
+
+std::string Subscriber::name() const
+{
+    std::array<char, 16> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), network, 16).ptr;
+    return (isV6 ? "v6 " : "v4 ") + std::string(digits.data(), end);
 }
 
 } // namespace velometer

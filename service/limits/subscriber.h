@@ -4,6 +4,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <string>
 
 namespace velometer {
 
@@ -15,6 +16,9 @@ struct Subscriber
     bool isV6 = false;
 
     static Subscriber of(const boost::asio::ip::address &address);
+
+    /// "v4 7f000001": the same everywhere.
+    std::string name() const;
 
     auto operator<=>(const Subscriber &) const = default;
 };

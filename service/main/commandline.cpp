@@ -177,6 +177,55 @@ void addStore(Syntax &syntax, StoreOptions &store, const QStringList &commands)
          &store.documentDays);
 }
 
+/// "0" or a number, of what one address or user may have in a time.
+void addLimits(Syntax &syntax, Words &words, const QStringList &commands)
+{
+    struct Row
+    {
+        Spent kind;
+        const char *name;
+        const char *text;
+        std::int64_t unit;
+    };
+    constexpr std::int64_t gigabyte = 1'000'000'000;
+    constexpr std::array rows{
+        Row{Spent::Ids, "--max-ids-per-hour", "questions for a user id an hour, of one address", 1},
+        Row{Spent::Streams, "--max-streams-per-hour", "measurement streams an hour", 1},
+        Row{Spent::Reports, "--max-reports-per-hour", "reports an hour", 1},
+        Row{Spent::Pages, "--max-pages-per-hour", "pages, and what they ask for, an hour", 1},
+        Row{Spent::Exports, "--max-exports-per-hour", "exports an hour", 1},
+        Row{Spent::Bytes, "--max-gigabytes-per-day", "gigabytes of streams a day", gigabyte}};
+    for (const Row &row : rows) {
+        auto &limit = words.start.options.allowances.at(static_cast<std::size_t>(row.kind));
+        const auto take = [&limit, unit = row.unit](const QString &name, const QString &value) {
+            const auto number = Takes::wholeNumber(value);
+            constexpr qint64 most = 1'000'000'000;
+            if (!number || *number < 0 || *number > most) {
+                return Takes::wrong(name, u"a whole number from 0 to %1"_s.arg(most), value);
+            }
+            limit.most = *number * unit;
+            return QString();
+        };
+        syntax.add(
+            {QString::fromLatin1(row.name), u"N"_s,
+             u"%1, of one address or user; 0: without limit (%2)"_s.arg(QLatin1StringView(row.text))
+                 .arg(limit.most / row.unit),
+             take, commands});
+    }
+    const auto megabits = [](const QString &text) -> std::optional<std::int64_t> {
+        const auto number = Takes::wholeNumber(text);
+        constexpr qint64 most = 10'000'000;
+        return number && *number >= 1 && *number <= most ? std::optional(*number * 1'000'000)
+                                                         : std::nullopt;
+    };
+    syntax.add({u"--max-bandwidth"_s, u"MBIT"_s,
+                u"Mbit/s of this machine's own line: tests are refused when it is nearly full, and "
+                "streams that run share it out (no bound)"_s,
+                Takes::parsed(megabits, u"Mbit/s, a whole number from 1"_s,
+                              &words.start.options.maxBandwidth),
+                commands});
+}
+
 void addServing(Syntax &syntax, Words &words)
 {
     const QStringList both{serve, u"check"_s};
@@ -211,6 +260,7 @@ void addServing(Syntax &syntax, Words &words)
            1'000'000, &options.maxStreamsPerAddress);
     number(u"--max-connections-per-address"_s, u"connections at once from one address"_s, 1,
            1'000'000, &options.maxConnectionsPerAddress);
+    addLimits(syntax, words, both);
     number(u"--max-report-bytes"_s, u"largest report taken"_s, 1024, 1 << 28, &words.reportBytes);
     syntax.add(
         {u"--tile-url"_s, u"URL"_s,

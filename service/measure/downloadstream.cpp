@@ -29,7 +29,7 @@ constexpr std::string_view headEnd = "Connection: close\r\n\r\n";
 
 asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomBlock &block,
                                            std::chrono::milliseconds duration,
-                                           std::string_view control, Metrics::Counter &bytes)
+                                           std::string_view control, StreamCounters bytes)
 {
     auto &socket = connection.getSocket();
     chooseCongestionControl(socket.native_handle(), control);
@@ -39,6 +39,7 @@ asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomB
     KernelWatch watch(socket.native_handle(), Direction::Download, begun);
 
     DownloadTotals totals;
+    std::int64_t paced = 0;
     off_t offset = 0;
     const std::string head = std::string(headBegin) +
                              "Velometer-Congestion: " + watch.getFacts().congestion + "\r\n" +
@@ -55,6 +56,7 @@ asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomB
         }
         if (now >= watch.due()) {
             watch.look(now);
+            paced = bytes.pace(socket.native_handle(), paced);
             connection.expireAt(std::min(watch.due(), deadline));
         }
         std::size_t turn = 0;
@@ -73,7 +75,7 @@ asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomB
             }
         }
         totals.bytes += static_cast<std::int64_t>(turn);
-        bytes += static_cast<std::int64_t>(turn);
+        bytes.add(static_cast<std::int64_t>(turn));
         if (open && full) {
             const auto [error] = co_await socket.async_wait(asio::socket_base::wait_write, quietly);
             open = !error || connection.isExpired();

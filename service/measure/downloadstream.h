@@ -1,8 +1,8 @@
 #pragma once
 
 #include "measure/randomblock.h"
+#include "measure/streamcounters.h"
 #include "net/connection.h"
-#include "ops/metrics.h"
 
 #include <boost/asio/awaitable.hpp>
 
@@ -31,7 +31,6 @@ struct DownloadTotals
 /// bytes as it goes. The connection is not closed.
 boost::asio::awaitable<DownloadTotals> sendStream(Connection &connection, const RandomBlock &block,
                                                   std::chrono::milliseconds duration,
-                                                  std::string_view control,
-                                                  Metrics::Counter &bytes);
+                                                  std::string_view control, StreamCounters bytes);
 
 } // namespace velometer

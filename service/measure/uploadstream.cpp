@@ -37,7 +37,7 @@ int wakeUpBytes(std::int64_t bytesPerInterval, std::int64_t missing)
 
 asio::awaitable<UploadTotals>
 receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
-              std::string_view answer, std::chrono::milliseconds duration, Metrics::Counter &bytes)
+              std::string_view answer, std::chrono::milliseconds duration, StreamCounters bytes)
 {
     using Clock = Connection::Clock;
     auto &socket = connection.getSocket();
@@ -51,7 +51,7 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
     UploadMeter meter;
     if (const auto rest = static_cast<std::int64_t>(connection.rest().size()); rest > 0) {
         meter.add(Clock::now(), rest);
-        bytes += rest;
+        bytes.add(rest);
     }
     boost::system::error_code ignored;
     socket.native_non_blocking(true, ignored);
@@ -80,7 +80,7 @@ receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
             ::recv(socket.native_handle(), nullptr, readTurnBytes, MSG_TRUNC | MSG_DONTWAIT);
         if (count > 0) {
             meter.add(Clock::now(), count);
-            bytes += count;
+            bytes.add(count);
         } else if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
             meter.end(Clock::now());
             break;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "measure/streamcounters.h"
 #include "measure/uploadmeter.h"
 #include "net/connection.h"
-#include "ops/metrics.h"
 
 #include <boost/asio/awaitable.hpp>
 
@@ -33,6 +33,6 @@ struct UploadTotals
 
 boost::asio::awaitable<UploadTotals>
 receiveStream(Connection &connection, std::optional<std::uint64_t> announced,
-              std::string_view answer, std::chrono::milliseconds duration, Metrics::Counter &bytes);
+              std::string_view answer, std::chrono::milliseconds duration, StreamCounters bytes);
 
 } // namespace velometer

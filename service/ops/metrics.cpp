@@ -8,6 +8,12 @@ void Metrics::countRequest(std::string_view endpoint, int status)
     ++requests[{std::string(endpoint), status / 100}];
 }
 
+void Metrics::countRefusal(std::string_view reason)
+{
+    const std::lock_guard lock(mutex);
+    ++refusals[std::string(reason)];
+}
+
 std::string Metrics::toText() const
 {
     std::string text;
@@ -48,8 +54,12 @@ std::string Metrics::toText() const
     }
     head("store_errors_total", "counter", "Operations that the report store failed.");
     value("store_errors_total", {}, storeErrors);
-    head("requests_total", "counter", "Requests answered.");
     const std::lock_guard lock(mutex);
+    head("refusals_total", "counter", "Requests refused because too much was asked for.");
+    for (const auto &[reason, count] : refusals) {
+        value("refusals_total", "{reason=\"" + reason + "\"}", count);
+    }
+    head("requests_total", "counter", "Requests answered.");
     for (const auto &[request, count] : requests) {
         value("requests_total",
               "{endpoint=\"" + request.first + "\",status=\"" + std::to_string(request.second) +

@@ -34,6 +34,9 @@ public:
     Counter storeErrors{0};
     Counter certificateExpires{0}; ///< s since 1970; 0 without one
 
+    /// Counts one request that was refused, for one of a few reasons.
+    void countRefusal(std::string_view reason);
+
     /// Counts one answer of the endpoint of that name, which is one of a few.
     void countRequest(std::string_view endpoint, int status);
 
@@ -43,6 +46,7 @@ public:
 private:
     mutable std::mutex mutex;
     std::map<std::pair<std::string, int>, std::int64_t> requests; ///< by name and status / 100
+    std::map<std::string, std::int64_t, std::less<>> refusals;    ///< by reason
 };
 
 } // namespace velometer

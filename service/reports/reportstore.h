@@ -1,5 +1,6 @@
 #pragma once
 
+#include "limits/allowances.h"
 #include "reports/report.h"
 #include "reports/statistics.h"
 #include "reports/streamrecord.h"
@@ -50,6 +51,9 @@ public:
         QString next; ///< cursor of what follows; empty at the end
     };
 
+    template <typename Value>
+    using Answer = std::function<void(std::optional<Value>)>;
+
     ReportStore() = default;
     virtual ~ReportStore() = default;
     ReportStore(const ReportStore &) = delete;
@@ -72,11 +76,21 @@ public:
     /// streams stored before.
     virtual void storeReport(Report report, std::function<void(Outcome)> done) = 0;
 
+    // What subscribers have spent at all services that share the store.
+
+    /// The name under which @p text is kept, which tells nobody what it was.
+    virtual std::string pseudonym(const std::string &text) const = 0;
+    virtual void allowances(const Allowances::Limits &limits,
+                            Answer<std::vector<Allowances::Level>> done) = 0;
+    /// Adds @p news to them; the answer is what comes of it.
+    virtual void addAllowances(const Allowances::Limits &limits,
+                               std::vector<Allowances::Level> news,
+                               Answer<std::vector<Allowances::Level>> done) = 0;
+    /// Whether @p userId has a report that streams of a service back.
+    virtual void isProven(qint64 userId, Answer<bool> done) = 0;
+
     // What is asked about the tests of a user, see testquery.h. Nothing on failure; of a user that
     // is not known there are no tests.
-
-    template <typename Value>
-    using Answer = std::function<void(std::optional<Value>)>;
 
     /// What a user id lets one see, and what a share's key does at the moment @p now.
     virtual void accessOfUser(qint64 userId, Answer<Access> done) = 0;

@@ -109,6 +109,9 @@ const QList<QStringList> &migrations()
         // it stands in them; what is shorter is no such number.
         {u"CREATE TABLE settings(name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID"_s,
          u"CREATE INDEX reports_by_age ON reports(server_time)"_s,
+         u"CREATE TABLE allowances(payer TEXT NOT NULL, kind INTEGER NOT NULL, level REAL NOT "
+         "NULL, at INTEGER NOT NULL, PRIMARY KEY(payer, kind)) WITHOUT ROWID"_s,
+         u"CREATE INDEX allowances_by_age ON allowances(at)"_s,
          u"UPDATE reports SET document = replace(document, substr(document, instr(document, "
          "'<UUID>') + 6, instr(document, '</UUID>') - instr(document, '<UUID>') - 6), '') WHERE "
          "document LIKE '%<UUID>________%</UUID>%'"_s,

@@ -2,6 +2,7 @@
 
 #include "ops/background.h"
 #include "ops/log.h"
+#include "reports/allowancequeries.h"
 #include "reports/postgresdatabase.h"
 #include "reports/reconnecting.h"
 #include "reports/reportqueries.h"
@@ -31,6 +32,8 @@ constexpr auto holdTime = 5s;
 
 /// A report a client keeps for longer than this has lost its streams' records.
 constexpr int streamAgeDays = 30;
+/// Longer than any of them takes to come back.
+constexpr int allowanceDays = 2;
 constexpr qint64 dayMs = qint64{24} * 3600 * 1000;
 constexpr auto upkeepPeriod = 1h;
 /// Between two steps: what is old may go slowly.
@@ -192,6 +195,7 @@ void SqlReportStore::upkeep()
     while (!closing) {
         guard.unlock();
         purge(streamAgeDays, ReportQueries::forgetStreams);
+        purge(allowanceDays, AllowanceQueries::forget);
         purge(options.reportDays, RetentionQueries::purgeReports);
         purge(options.reportDays, RetentionQueries::purgeTracks);
         purge(options.documentDays, RetentionQueries::purgeDocuments);

@@ -45,6 +45,12 @@ public:
     void stream(const StreamKey &test, Direction direction,
                 Answer<QList<StreamRecord>> done) override;
     void storeReport(Report report, std::function<void(Outcome)> done) override;
+    std::string pseudonym(const std::string &text) const override;
+    void allowances(const Allowances::Limits &limits,
+                    Answer<std::vector<Allowances::Level>> done) override;
+    void addAllowances(const Allowances::Limits &limits, std::vector<Allowances::Level> news,
+                       Answer<std::vector<Allowances::Level>> done) override;
+    void isProven(qint64 userId, Answer<bool> done) override;
     void accessOfUser(qint64 userId, Answer<Access> done) override;
     void accessOfShare(const QString &key, qint64 now, Answer<Access> done) override;
     void tests(const TestScope &scope, const TestOrder &order, Answer<TestPage> done) override;

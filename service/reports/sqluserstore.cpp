@@ -1,5 +1,6 @@
 // What SqlReportStore is asked about the tests of users, and what they change.
 #include "ops/log.h"
+#include "reports/allowancequeries.h"
 #include "reports/sqlreportstore.h"
 #include "reports/testqueries.h"
 #include "reports/trackqueries.h"
@@ -38,6 +39,49 @@ void SqlReportStore::stream(const StreamKey &test, Direction direction,
         [test, direction](SqlConnection &connection) {
             const auto found = TestQueries::stream(connection, test, direction);
             return std::optional(found ? QList{*found} : QList<StreamRecord>());
+        },
+        std::move(done));
+}
+
+std::string SqlReportStore::pseudonym(const std::string &text) const
+{
+    return deviceKey.hash(QString::fromStdString(text)).toStdString();
+}
+
+void SqlReportStore::allowances(const Allowances::Limits &limits,
+                                Answer<std::vector<Allowances::Level>> done)
+{
+    ask<std::vector<Allowances::Level>>(
+        reads,
+        [limits](SqlConnection &connection) {
+            return AllowanceQueries::all(connection, limits, QDateTime::currentMSecsSinceEpoch());
+        },
+        std::move(done));
+}
+
+void SqlReportStore::addAllowances(const Allowances::Limits &limits,
+                                   std::vector<Allowances::Level> news,
+                                   Answer<std::vector<Allowances::Level>> done)
+{
+    ask<std::vector<Allowances::Level>>(
+        writesFor(0),
+        [limits, news = std::move(news)](SqlConnection &connection) {
+            return AllowanceQueries::add(connection, limits, news);
+        },
+        std::move(done));
+}
+
+void SqlReportStore::isProven(qint64 userId, Answer<bool> done)
+{
+    ask<bool>(
+        reads,
+        [userId](SqlConnection &connection) {
+            const auto count = connection.number(
+                u"SELECT count(*) FROM (SELECT 1 FROM reports WHERE userid = ? AND verified = 1 "
+                u"AND "
+                "(download_rate IS NOT NULL OR upload_rate IS NOT NULL) LIMIT 1) AS one"_s,
+                {userId});
+            return count ? std::optional(*count > 0) : std::nullopt;
         },
         std::move(done));
 }

@@ -6,6 +6,7 @@
 #include "utils/cleantext.h"
 #include "utils/deployment.h"
 
+#include <QRegularExpression>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -51,10 +52,29 @@ QString ControlRequests::report(const QString &hostHeader, const QString &docume
            QString::number(body.size()) + "\r\n\r\n"_L1 + QString::fromLatin1(body);
 }
 
+namespace {
+
+bool isFull(const QString &header)
+{
+    const QString status = header.section(u'\r', 0, 0);
+    return status.contains(" 503"_L1) || status.contains(" 429"_L1);
+}
+
+} // namespace
+
+std::optional<std::chrono::seconds> ControlRequests::comeBack(const QString &header)
+{
+    constexpr int longest = 120;
+    static const QRegularExpression line(u"\r\nretry-after: *([0-9]{1,3}) *\r\n"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    const int wait = isFull(header) ? line.match(header + "\r\n"_L1).captured(1).toInt() : 0;
+    return wait >= 1 && wait <= longest ? std::optional(std::chrono::seconds(wait)) : std::nullopt;
+}
+
 QString ControlRequests::refusal(const QString &header, const QString &body)
 {
-    const bool isSentence = header.section(u'\r', 0, 0).contains(" 503"_L1) &&
-                            header.contains("content-type: text/plain"_L1, Qt::CaseInsensitive);
+    const bool isSentence =
+        isFull(header) && header.contains("content-type: text/plain"_L1, Qt::CaseInsensitive);
     // The requester reads bytes as characters.
     return isSentence ? cleanText(QString::fromUtf8(body.toLatin1()).simplified()) : QString();
 }

@@ -2,6 +2,9 @@
 
 #include <QString>
 
+#include <chrono>
+#include <optional>
+
 namespace velometer {
 
 class TestContext;
@@ -20,8 +23,12 @@ QString uploadResult(const TestContext &context);
 /// length that counts the bytes before it.
 QString report(const QString &hostHeader, const QString &document);
 
-/// The sentence of a service that has no room (503, plain text), fit for a screen; empty when the
-/// answer is none.
+/// After how long a service that has no room (503), or for this client no more for now (429), wants
+/// it to come back; nothing when it does not say, or when that is longer than a user waits.
+std::optional<std::chrono::seconds> comeBack(const QString &header);
+
+/// The sentence of a service that has no room (503 or 429, plain text), fit for a screen; empty
+/// when the answer is none.
 QString refusal(const QString &header, const QString &body);
 
 } // namespace ControlRequests

@@ -31,6 +31,9 @@ constexpr int reachabilityTimeout = 10000;
 /// The check that follows the fifth is not looked at any more.
 constexpr int maxReachabilityRetries = 5;
 
+/// How often a test waits for room in a service that has none; the fourth refusal ends it.
+constexpr int mostAdmissions = 3;
+
 /// The phase that follows the one whose marker has been taken.
 TestController::Phase afterMarker(TestController::Phase marker)
 {
@@ -127,6 +130,7 @@ void TestController::prepare()
     testScope = std::make_unique<QObject>();
     running = true;
     ending = false;
+    admissions = 0;
 }
 
 void TestController::advance(Phase next)
@@ -280,12 +284,27 @@ void TestController::initialiseAnswered(bool ok, const QString &header, const QS
             body + "Local-IP:"_L1 + httpgetter->getLocalIP() + u';');
         return continueLater(Phase::DownloadStartMarker);
     }
+    if (const auto wait = ControlRequests::comeBack(header); wait && admissions < mostAdmissions) {
+        ++admissions;
+        return waitForRoom(*wait);
+    }
     Utils::addLogEntry(u"Test Init Error"_s);
     Utils::addLogEntry(u"Header: %1"_s.arg(header.left(200)));
     Utils::addLogEntry(u"Body: %1"_s.arg(body.left(200)));
     recorder->addInitFailed();
     const QString reason = ControlRequests::refusal(header, body);
     keepAndEnd(TestOutcome::End::Refused, reason.isEmpty() ? tr("errorInit") : reason);
+}
+
+/// Asks again under the same ids, for which the service keeps a place in its queue.
+void TestController::waitForRoom(std::chrono::seconds wait)
+{
+    Utils::addLogEntry(u"No room, next try in %1 s"_s.arg(wait.count()));
+    observer->setStatus(tr("testphase_room").arg(wait.count()));
+    admission = std::make_unique<QObject>();
+    cancelActivity = [this] { admission.reset(); };
+    QTimer::singleShot(wait, admission.get(),
+                       [this] { request(ControlRequests::initialise(*this)); });
 }
 
 void TestController::uploadResultAnswered(bool ok, const QString &header, const QString &body)

@@ -12,6 +12,7 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -181,6 +182,7 @@ private:
     void keepAndEnd(TestOutcome::End end, const QString &errorText = QString());
     void store(const std::function<void()> &done);
     void dropActivity();
+    void waitForRoom(std::chrono::seconds wait);
     void endTest(TestOutcome::End end, const QString &errorText = QString());
     void startServices();
     void stopServices();
@@ -201,6 +203,8 @@ private:
     NetworkInfoHelper *networkinfohelper;
     TestResultLog *internetconnectionchecker;
     int numberOfRetries = 0;
+    int admissions = 0;                 ///< times that the service has had no room for this test
+    std::unique_ptr<QObject> admission; ///< lives while the test waits for room
     HttpGetRequester *httpgetter;
     SessionOpener *session;
     StoreWriter *writer;

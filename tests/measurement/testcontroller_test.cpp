@@ -257,6 +257,27 @@ private Q_SLOTS:
         first.draw(&context, [&first] { QCOMPARE(first.getTestId(), 6); });
     }
 
+    void waitsForRoomWhenTheServiceSaysHowLong()
+    {
+        const QByteArray full =
+            "HTTP/1.1 503 Busy\r\nContent-Type: text/plain\r\nRetry-After: 1\r\n"
+            "\r\nFull.";
+        for (const bool stops : {false, true}) {
+            service->script("initialise", {full});
+            create();
+            QTimer::singleShot(300, controller.get(), [&] {
+                service->script("initialise", {FakeService::ok("Client-Hostname:x;")});
+                if (stops) {
+                    controller->abortTest();
+                }
+            });
+            const auto before = service->requests("initialise").size();
+            runToEnd();
+            QCOMPARE(ended.end, stops ? TestOutcome::End::Stopped : TestOutcome::End::Completed);
+            QCOMPARE(service->requests("initialise").size(), before + (stops ? 1 : 2));
+        }
+    }
+
     void everyFailureSaysSoAndKeepsWhatItHas_data()
     {
         const Rows<End, QString, QString> row("end", "error", "inReport");

@@ -1,5 +1,6 @@
 #ifndef Q_MOC_RUN // which knows no concepts
 #include "limits/streams.h"
+#include "limits/uplink.h"
 #include "measure/recentresults.h"
 #endif
 #include "measure/uploadmeter.h"
@@ -186,7 +187,7 @@ private Q_SLOTS:
             QCOMPARE(statusOf(refusal), 503);
             QVERIFY(refusal.contains("\r\nRetry-After: 20\r\n"));
             QCOMPARE(bodyOf(refusal),
-                     "Too many measurements are running here. Please try again later.\n");
+                     "Too many measurements are running here. Please try again in 20 seconds.\n");
             QCOMPARE(statusOf(ask(download, 9)), 503);
             SocketClient down(service.port());
             QVERIFY(down.send("GET /velometer/" + download + "000003&seriesid=2 HTTP/1.0\r\n\r\n"));
@@ -242,7 +243,7 @@ private Q_SLOTS:
         const auto away = make_address("2001:db8::1");
         const auto start = Streams::Clock::now();
         const StreamKey test{.user = 5, .series = 6, .test = 7};
-        QVERIFY(streams.reserve(home, test, start));
+        QVERIFY(!streams.reserve(home, test, start));
         QVERIFY(!streams.take(home, Direction::Download, {}, start));
         // The subscriber's network may have given it another address meanwhile.
         auto place = streams.take(away, Direction::Download, test, start);
@@ -252,7 +253,72 @@ private Q_SLOTS:
         QVERIFY(!streams.hasRoom(home, start + Streams::patience - 1s));
         QVERIFY(streams.hasRoom(home, Streams::Clock::now() + Streams::patience));
         QVERIFY(streams.take(home, Direction::Upload, test));
-        QVERIFY(streams.reserve(home, test) && streams.reserve(home, test));
+        QVERIFY(!streams.reserve(home, test) && !streams.reserve(home, test));
+    }
+
+    void letsThoseInFirstWhoCameFirst()
+    {
+        using namespace boost::asio::ip;
+        Streams streams(1, 2);
+        auto now = Streams::Clock::now();
+        const auto reserve = [&](int number, int host) {
+            const auto wait = streams.reserve(make_address_v4(static_cast<std::uint32_t>(host)),
+                                              {.user = 1, .series = 1, .test = number}, now);
+            return wait ? static_cast<int>(wait->count()) : 0;
+        };
+        QCOMPARE(reserve(1, 1), 0);
+        QCOMPARE(reserve(2, 2), 20);
+        QCOMPARE(reserve(3, 3), 40);
+        for (int i = 4; i < 9; ++i) {
+            reserve(i, 4); // one host has two places to wait
+        }
+        QCOMPARE(streams.waiting(now), 4U);
+        now += Streams::patience;
+        // There is room, and it is the second's; he may be late.
+        QCOMPARE(reserve(9, 9), 100);
+        QCOMPARE(reserve(3, 3), 40);
+        QVERIFY(!streams.hasRoom(make_address_v4(9U), now));
+        QVERIFY(!streams.take(make_address_v4(9U), Direction::Download, {}, now));
+        QCOMPARE(reserve(2, 2), 0);
+        now += Streams::patience;
+        QCOMPARE(reserve(3, 3), 0);
+        // Whoever does not come back has lost his place.
+        now += Streams::longestWait + Streams::patience;
+        QCOMPARE(reserve(10, 10), 0);
+        QCOMPARE(streams.waiting(now), 0U);
+    }
+
+    void sharesOutItsOwnLine()
+    {
+        Uplink line(100'000'000);
+        auto now = Uplink::Clock::now();
+        line.look(now);
+        const auto slow = line.join(Direction::Download);
+        const auto fast = line.join(Direction::Download);
+        const auto faster = line.join(Direction::Download);
+        const auto sent = line.join(Direction::Upload);
+        // bit/s of each, for one look.
+        const auto run = [&](std::int64_t a, std::int64_t b, std::int64_t c) {
+            slow->add(a / 40);
+            fast->add(b / 40);
+            faster->add(c / 40);
+            sent->add(a / 40);
+            now += Uplink::period;
+            line.look(now);
+        };
+        run(10'000'000, 20'000'000, 30'000'000);
+        QVERIFY(!line.isFull() && fast->pace() == 0 && faster->pace() == 0);
+        run(10'000'000, 30'000'000, 60'000'000);
+        QVERIFY(line.isFull() && slow->pace() == 0 && fast->pace() == 0);
+        QCOMPARE(faster->pace(), 60'000'000); // what is left over by the others
+        QVERIFY(faster->wasHeldUp());
+        run(10'000'000, 70'000'000, 60'000'000);
+        QCOMPARE(fast->pace(), 45'000'000);
+        QCOMPARE(faster->pace(), 45'000'000);
+        run(10'000'000, 45'000'000, 5'000'000); // one ends
+        QCOMPARE(fast->pace(), 0);
+        QVERIFY(!line.isFull());
+        QVERIFY(fast->wasHeldUp() && !slow->wasHeldUp() && !sent->wasHeldUp());
     }
 };
 
