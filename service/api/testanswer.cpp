@@ -164,7 +164,8 @@ QJsonObject test(const ReportStore::StoredTest &stored, const Access &access)
             {u"phases"_s, phases(report.phases)},
             {u"log"_s, text(report.log)},
             {u"note"_s, text(row.note)},
-            {u"verified"_s, row.verified}};
+            {u"verified"_s, row.verified},
+            {u"contradicting"_s, row.contradicting}};
 }
 
 } // namespace velometer::TestJson

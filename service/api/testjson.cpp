@@ -87,6 +87,7 @@ QJsonObject row(const TestRow &row)
             {u"longitude"_s, orNull(row.longitude)},
             {u"accuracy_m"_s, orNull(row.accuracy)},
             {u"verified"_s, row.verified},
+            {u"contradicting"_s, row.contradicting},
             {u"service_late"_s, row.serviceLate},
             {u"note"_s, orNull(row.note)}};
 }

@@ -8,6 +8,7 @@
 #include "http/request.h"
 #include "net/oneshot.h"
 #include "net/proxyheader.h"
+#include "ops/log.h"
 
 #include <algorithm>
 #include <array>
@@ -46,9 +47,31 @@ asio::awaitable<MaybeAnswer> healthz(Connection &connection, const Request &, Se
 
 asio::awaitable<MaybeAnswer> metrics(Connection &, const Request &, Service &service)
 {
+    const StoreLoad load = service.store->load();
+    const auto waitingIn = [](FairPool &pool) {
+        return static_cast<std::int64_t>(pool.waitingTasks());
+    };
+    std::vector<Metrics::Gauge> gauges{
+        {"store_writes_waiting", "Operations that wait for the store to write.", load.writes},
+        {"store_reads_waiting", "Operations that wait for the store to read.", load.reads},
+        {"parsers_waiting", "Reports that wait to be parsed.", waitingIn(service.parsers)},
+        {"page_makers_waiting", "Pages and answers that wait to be made.",
+         waitingIn(service.pageMakers)},
+        {"tests_waiting", "Tests that were told to come back.",
+         static_cast<std::int64_t>(service.streams.waiting())},
+        {"line_full", "1 while the service's own line is nearly full.",
+         service.uplink.isFull() ? 1 : 0}};
+    if (load.freeBytes) {
+        gauges.push_back({"store_free_bytes", "Room on the store's disk.", *load.freeBytes});
+    }
+    if (service.metrics.certificateExpires > 0) {
+        gauges.push_back({"certificate_expires_seconds",
+                          "When the certificate expires, in seconds since 1970.",
+                          service.metrics.certificateExpires});
+    }
     Answer answer;
     answer.contentType = "text/plain; version=0.0.4; charset=utf-8";
-    answer.body = service.metrics.toText();
+    answer.body = service.metrics.toText(gauges);
     co_return answer;
 }
 
@@ -167,6 +190,9 @@ constexpr std::array endpoints{
     Route{"/metrics", "GET", "metrics", metrics, After::Answer, Where::Admin},
 };
 
+/// Of a method in the log; none of ours is longer.
+constexpr std::size_t longestMethod = 16;
+
 /// Of what is found nowhere.
 constexpr std::string_view otherName = "other";
 
@@ -195,12 +221,43 @@ void takeForwarded(Connection &connection, const Request &request, const Service
     }
 }
 
-asio::awaitable<void> send(Connection &connection, Service &service, std::string_view endpoint,
+/// One request on its way: what is counted and written down of it when it has its answer. The path
+/// is not, because it may hold a user's id.
+class Visit
+{
+public:
+    Visit(Connection &visiting, Service &visited)
+        : connection(visiting)
+        , service(visited)
+    {}
+    void setMethod(const std::string &name) { method = name; }
+
+    void end(std::string_view endpoint, int status)
+    {
+        const auto took =
+            std::chrono::duration_cast<std::chrono::microseconds>(Connection::Clock::now() - begun);
+        service.metrics.countRequest(endpoint, status, took);
+        Log::write(Log::Level::Info, "access", {},
+                   {{"endpoint", std::string(endpoint)},
+                    {"method", method},
+                    {"status", std::int64_t{status}},
+                    {"ms", took.count() / 1000},
+                    {"client", connection.getPeer().to_string()}});
+    }
+
+private:
+    Connection &connection;
+    Service &service;
+    std::string method;
+    Connection::Clock::time_point begun = Connection::Clock::now();
+};
+
+asio::awaitable<void> send(Connection &connection, Visit &visit, std::string_view endpoint,
                            const Answer &answer)
 {
-    service.metrics.countRequest(endpoint, answer.status);
     const std::string bytes = answer.toBytes();
     co_await connection.write(bytes, answerPatience);
+    visit.end(endpoint, answer.status);
 }
 
 } // namespace
@@ -224,26 +281,30 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
     if (head == Connection::Head::Gone) {
         co_return;
     }
+    Visit visit(*connection, service);
     std::optional<Request> request;
     if (head == Connection::Head::Complete) {
         request = Request::parse(connection->head());
+    }
+    if (request) {
+        visit.setMethod(request->method.substr(0, longestMethod));
     }
     if (request && connection->isProxy()) {
         takeForwarded(*connection, *request, service);
     }
     if (head == Connection::Head::TooLarge) {
         const auto answer = Answer::sentence(431, "The request's head is too large.");
-        co_await send(*connection, service, otherName, answer);
+        co_await send(*connection, visit, otherName, answer);
     } else if (request && !request->namesHost) {
         const auto answer = Answer::sentence(400, "The request must name one Host.");
-        co_await send(*connection, service, otherName, answer);
+        co_await send(*connection, visit, otherName, answer);
     } else if (request && request->transferEncoded) {
         const auto answer =
             Answer::sentence(501, "Only bodies without a transfer coding are taken.");
-        co_await send(*connection, service, otherName, answer);
+        co_await send(*connection, visit, otherName, answer);
     } else if (!request) {
         const auto answer = Answer::sentence(400, "This is no HTTP request.");
-        co_await send(*connection, service, otherName, answer);
+        co_await send(*connection, visit, otherName, answer);
     } else {
         const Route *endpoint = nullptr;
         std::string methods;
@@ -276,9 +337,9 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
             answer->body.clear();
         }
         if (answer) {
-            co_await send(*connection, service, name, *answer);
+            co_await send(*connection, visit, name, *answer);
         } else {
-            service.metrics.countRequest(name, 200);
+            visit.end(name, 200);
             patience = endpoint->after == After::Stream ? streamPatience : patience;
         }
     }
@@ -287,8 +348,10 @@ asio::awaitable<void> serveRequest(std::shared_ptr<Connection> connection, Servi
 
 asio::awaitable<void> refuseRequest(std::shared_ptr<Connection> connection, Service &service)
 {
+    Visit visit(*connection, service);
+    noteRefusal(*connection, service, "connections");
     const auto answer = Answer::later("Too many connections from this address.");
-    co_await send(*connection, service, otherName, answer);
+    co_await send(*connection, visit, otherName, answer);
     co_await connection->finish(answerPatience);
 }
 

@@ -1,6 +1,7 @@
 #include "http/handler.h"
 
 #include "net/oneshot.h"
+#include "ops/log.h"
 
 #include <array>
 
@@ -8,11 +9,19 @@ namespace velometer {
 
 namespace asio = boost::asio;
 
-Answer overSpent(Service &service, Spent kind, std::chrono::seconds wait)
+void noteRefusal(const Connection &connection, Service &service, std::string_view reason)
+{
+    service.metrics.countRefusal(reason);
+    Log::write(Log::Level::Warning, "refusal", {},
+               {{"reason", std::string(reason)}, {"client", connection.getPeer().to_string()}});
+}
+
+Answer overSpent(const Connection &connection, Service &service, Spent kind,
+                 std::chrono::seconds wait)
 {
     static constexpr std::array<std::string_view, Allowances::kinds> words{
         "user ids", "reports", "measurements", "pages", "exports", "bytes"};
-    service.metrics.countRefusal(wordOf(kind));
+    noteRefusal(connection, service, wordOf(kind));
     return Answer::comeBack(429,
                             "So many " + std::string(words.at(static_cast<std::size_t>(kind))) +
                                 " are not served to one address or user in such a time.",
@@ -37,7 +46,7 @@ asio::awaitable<MaybeAnswer> spend(Connection &connection, Service &service, Spe
     const auto wait = service.allowances.spend(
         kind, isProven ? service.payerOf(connection.getPeer(), user) : address,
         Allowances::Clock::now(), isProven ? 1 : share);
-    co_return wait ? std::optional(overSpent(service, kind, *wait)) : std::nullopt;
+    co_return wait ? std::optional(overSpent(connection, service, kind, *wait)) : std::nullopt;
 }
 
 Answer storeFailed(Service &service, int status)

@@ -44,8 +44,12 @@ offload(Connection &connection, FairPool &pool, const Work &work)
     co_return co_await value.wait();
 }
 
+/// Counts a request that is refused for one of a few reasons, and writes it down.
+void noteRefusal(const Connection &connection, Service &service, std::string_view reason);
+
 /// The answer to whoever has had as much of @p kind as he may; counts it.
-Answer overSpent(Service &service, Spent kind, std::chrono::seconds wait);
+Answer overSpent(const Connection &connection, Service &service, Spent kind,
+                 std::chrono::seconds wait);
 
 /// Takes one of @p kind for @p user (0: nobody's) at the peer's address; nothing when there was
 /// one, else the answer that refuses it. A user that has proven that he measures is asked of the

@@ -66,9 +66,9 @@ Answer badParameters()
     return Answer::sentence(400, "A parameter is missing or is not what it should be.");
 }
 
-Answer noRoom(Service &service)
+Answer noRoom(const Connection &connection, Service &service)
 {
-    service.metrics.countRefusal("streams_full");
+    noteRefusal(connection, service, "streams_full");
     return Answer::later("Too many measurements are running here. Please try again later.");
 }
 
@@ -125,21 +125,21 @@ asio::awaitable<MaybeAnswer> initialise(Connection &connection, const Request &r
     // A test that would be refused in its middle leaves half a result; here it costs nothing.
     const auto test = testOf(request, TestIdOffset::initialise);
     if (service.uplink.isFull()) {
-        service.metrics.countRefusal("bandwidth");
+        noteRefusal(connection, service, "bandwidth");
         co_return Answer::comeBack(503, "The line of this service is full.", Streams::testTime);
     }
     const std::string bytesOf = service.payerOf(connection.getPeer(), test ? test->user : 0);
     if (const auto wait =
             service.allowances.look(Spent::Bytes, bytesOf, Allowances::Clock::now())) {
-        co_return overSpent(service, Spent::Bytes, *wait);
+        co_return overSpent(connection, service, Spent::Bytes, *wait);
     }
     if (test) {
         if (const auto wait = service.streams.reserve(connection.getPeer(), *test)) {
-            service.metrics.countRefusal("streams_full");
+            noteRefusal(connection, service, "streams_full");
             co_return Answer::comeBack(503, "Too many measurements are running here.", *wait);
         }
     } else if (!service.streams.hasRoom(connection.getPeer())) {
-        co_return noRoom(service);
+        co_return noRoom(connection, service);
     }
     const auto facts = TcpFacts::of(connection.getSocket().native_handle());
     std::string body = "Client-Hostname:" + co_await hostName(connection, service);
@@ -174,7 +174,7 @@ asio::awaitable<MaybeAnswer> download(Connection &connection, const Request &req
     }
     const auto place = service.streams.take(connection.getPeer(), Direction::Download, key);
     if (!place) {
-        co_return noRoom(service);
+        co_return noRoom(connection, service);
     }
     const Held running(service.metrics.downloads);
     ++service.metrics.downloadsTotal;
@@ -214,7 +214,7 @@ asio::awaitable<MaybeAnswer> upload(Connection &connection, const Request &reque
     }
     const auto place = service.streams.take(connection.getPeer(), Direction::Upload, key);
     if (!place) {
-        co_return noRoom(service);
+        co_return noRoom(connection, service);
     }
     const Held running(service.metrics.uploads);
     ++service.metrics.uploadsTotal;

@@ -3,6 +3,7 @@
 #include "http/held.h"
 #include "http/measurements.h"
 #include "net/oneshot.h"
+#include "ops/log.h"
 #include "reports/placeholders.h"
 #include "reports/reportparser.h"
 
@@ -25,8 +26,11 @@ constexpr std::size_t maxMemory = std::size_t{256} << 20;
 /// Why a report was not taken.
 enum class Rejection : std::size_t { Damaged, Hash, TooLarge, Timeout, Busy, Deleted };
 
-Answer reject(Service &service, Rejection reason)
+Answer reject(const Connection &connection, Service &service, Rejection reason)
 {
+    Log::write(Log::Level::Warning, "report_rejected", {},
+               {{"reason", std::string(Metrics::rejections.at(static_cast<std::size_t>(reason)))},
+                {"client", connection.getPeer().to_string()}});
     ++service.metrics.reportsRejected.at(static_cast<std::size_t>(reason));
     switch (reason) {
     case Rejection::Damaged: return Answer::sentence(400, "The report is damaged.");
@@ -164,26 +168,28 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
 {
     const auto share = service.reports.take(Subscriber::of(connection.getPeer()));
     if (!share) {
-        co_return reject(service, Rejection::Busy);
+        co_return reject(connection, service, Rejection::Busy);
     }
     Memory memory(service.reportBytes, 0);
     auto body = co_await readReport(connection, request, service, memory);
     if (const auto *reason = std::get_if<Rejection>(&body)) {
-        co_return reject(service, *reason);
+        co_return reject(connection, service, *reason);
     }
     const auto bytes = std::get<QByteArray>(std::move(body));
     const auto parse = [bytes, &service] {
-        return ReportParser::parse(bytes, service.options.salts, service.stopping);
+        return ReportParser::parse(bytes, *service.salts(), service.stopping);
     };
     auto result = co_await offload(connection, service.parsers, parse);
     if (!result) {
-        co_return reject(service, Rejection::Busy);
+        co_return reject(connection, service, Rejection::Busy);
     }
     if (const auto *problem = std::get_if<ReportParser::Problem>(&*result)) {
         switch (*problem) {
-        case ReportParser::Problem::Damaged: co_return reject(service, Rejection::Damaged);
-        case ReportParser::Problem::WrongHash: co_return reject(service, Rejection::Hash);
-        case ReportParser::Problem::Stopped: co_return reject(service, Rejection::Busy);
+        case ReportParser::Problem::Damaged:
+            co_return reject(connection, service, Rejection::Damaged);
+        case ReportParser::Problem::WrongHash:
+            co_return reject(connection, service, Rejection::Hash);
+        case ReportParser::Problem::Stopped: co_return reject(connection, service, Rejection::Busy);
         }
     }
     Report report = std::get<Report>(*std::move(result));
@@ -200,7 +206,7 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
     };
     auto filled = co_await offload(connection, service.parsers, fill);
     if (!filled) {
-        co_return reject(service, Rejection::Busy);
+        co_return reject(connection, service, Rejection::Busy);
     }
     report.document = *std::move(filled);
 
@@ -211,7 +217,7 @@ asio::awaitable<MaybeAnswer> submitReport(Connection &connection, const Request 
         co_return storeFailed(service, 500);
     }
     if (*stored == ReportStore::Outcome::Deleted) {
-        co_return reject(service, Rejection::Deleted);
+        co_return reject(connection, service, Rejection::Deleted);
     }
     ++(*stored == ReportStore::Outcome::Stored ? service.metrics.reportsStored
                                                : service.metrics.reportsRepeated);

@@ -23,6 +23,7 @@
 
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 namespace velometer {
 
@@ -199,7 +200,7 @@ asio::awaitable<void> Server::Private::accept(Listener &listener)
         } else if (error == asio::error::no_descriptors || error == asio::error::no_memory ||
                    error == asio::error::no_buffer_space ||
                    error == boost::system::errc::too_many_files_open_in_system) {
-            Log::write(Log::Level::Warning, "cannot accept: " + error.message());
+            Log::write(Log::Level::Warning, "accept", "cannot accept: " + error.message());
             connections.dropOldestIdle();
             pause.expires_after(acceptPause);
             co_await pause.async_wait(quietly);
@@ -261,7 +262,8 @@ void Server::Private::serve(tcp::socket socket, Role role)
                 std::rethrow_exception(failure);
             }
         } catch (const std::exception &exception) {
-            Log::write(Log::Level::Error, std::string("a request failed: ") + exception.what());
+            Log::write(Log::Level::Error, "exception",
+                       std::string("a request failed: ") + exception.what());
         }
         --service->metrics.connections;
         connections.leave(connection);
@@ -301,6 +303,10 @@ bool Server::start(QString *error)
                              [&](const auto &each) { return d->adopt(each, error); })) {
         return false;
     }
+    if (d->listeners.empty()) {
+        *error = u"There is nothing to listen on."_s;
+        return false;
+    }
     const auto is = [](Role role) {
         return [role](const auto &listener) { return listener.role == role; };
     };
@@ -326,6 +332,18 @@ bool Server::start(QString *error)
     if (options.maxBandwidth > 0) {
         asio::co_spawn(asio::make_strand(d->io), d->watchUplink(), asio::detached);
     }
+    std::string where;
+    for (const auto &address : addresses()) {
+        where += (where.empty() ? "" : ", ") + address;
+    }
+    Log::write(Log::Level::Info, "start", "serving",
+               {{"version", std::string(VELOMETER_VERSION)},
+                {"listen", where},
+                {"database",
+                 SqlReportStore::databaseOf(options.store.database)->shownName().toStdString()},
+                {"pid", std::int64_t{::getpid()}},
+                {"threads", std::int64_t{options.threads}},
+                {"max_streams", std::int64_t{options.maxStreams}}});
     for (int i = 0; i < d->service->options.threads; ++i) {
         d->threads.emplace_back([this] { d->io.run(); });
     }
@@ -343,12 +361,44 @@ std::vector<std::string> Server::addresses() const
     return list;
 }
 
-bool Server::reload(QString *error)
+bool Server::reload(const ServerOptions &options, QString *error)
 {
+    d->service->setSalts(options.salts);
     return d->loadCertificate(error);
 }
 
+std::vector<Inherited> Server::sockets() const
+{
+    std::vector<Inherited> list;
+    for (const auto &listener : d->listeners) {
+        list.push_back({.descriptor = listener.acceptor->native_handle(), .role = listener.role});
+    }
+    return list;
+}
+
+int Server::storeLock() const
+{
+    return d->service->store->lockDescriptor();
+}
+
+bool Server::isAlive() const
+{
+    return d->service->watch.isAlive();
+}
+
 void Server::stop()
+{
+    d->connections.abortIdle();
+    stopWithin(d->service->options.shutdownGrace);
+}
+
+void Server::stopGently()
+{
+    const auto &options = d->service->options;
+    stopWithin(options.longestStream + options.headTimeout + options.reportTimeout);
+}
+
+void Server::stopWithin(std::chrono::milliseconds grace)
 {
     for (auto &listener : d->listeners) {
         asio::post(listener.acceptor->get_executor(), [&acceptor = *listener.acceptor] {
@@ -357,8 +407,7 @@ void Server::stop()
         });
     }
     if (!d->threads.empty()) {
-        d->connections.abortIdle();
-        const bool empty = d->connections.waitUntilEmpty(d->service->options.shutdownGrace);
+        const bool empty = d->connections.waitUntilEmpty(grace);
         d->service->stopping = true;
         d->tellAllowances();
         // Another program may hold the file. What was acknowledged is on the disk, and what is not

@@ -27,12 +27,25 @@ public:
 
     /// Reads the certificate anew, for connections that come from now on. After a failure, which
     /// @p error explains, the one before stays.
-    bool reload(QString *error);
+    /// Takes the salts of @p options as well; all else of them needs a new process.
+    bool reload(const ServerOptions &options, QString *error);
+
+    /// What a process that takes this one's place needs: its listeners, and the store's lock.
+    std::vector<Inherited> sockets() const;
+    int storeLock() const;
+
+    /// Whether the event loop still comes to its work.
+    bool isAlive() const;
 
     /// Takes no new connections, gives the running ones their grace, writes the store out.
     void stop();
+    /// Likewise, when another process has the listeners: all that is under way, and what was
+    /// accepted and has not asked yet, gets the time it takes.
+    void stopGently();
 
 private:
+    void stopWithin(std::chrono::milliseconds grace);
+
     struct Private;
     std::unique_ptr<Private> d;
 };

@@ -29,7 +29,9 @@ struct Service
         : options(std::move(serverOptions))
         , hostNames(options.resolver)
         , streams(options.maxStreams, options.maxStreamsPerAddress)
-    {}
+    {
+        setSalts(options.salts);
+    }
 
     /// How many results of streams are kept for their clients, in all and for one subscriber, and
     /// how long.
@@ -51,10 +53,14 @@ struct Service
                                                           : Subscriber::of(address).name());
     }
 
+    /// Any of which a report's hash may be made with.
+    std::shared_ptr<const QStringList> salts() const { return saltsNow.load(); }
+    void setSalts(const QStringList &list) { saltsNow = std::make_shared<const QStringList>(list); }
+
     const ServerOptions options;
     bool hasAdmin = false; ///< a listener of its own has what the operator alone may know
     Metrics metrics;
-    LoopWatch watch{metrics.loopLate};
+    LoopWatch watch{metrics.loopLate, metrics.loopLateMs};
     HostNames hostNames;
     Neighbours neighbours{options.servers};
     Streams streams;
@@ -75,6 +81,7 @@ struct Service
     /// not hold up the reports.
     FairPool parsers{std::max(static_cast<int>(std::thread::hardware_concurrency()) - 1, 1)};
     FairPool pageMakers{1};
+    std::atomic<std::shared_ptr<const QStringList>> saltsNow;
     std::atomic<bool> stopping{false};       ///< the grace is over: what is parsed now is dropped
     std::atomic<std::size_t> reportBytes{0}; ///< memory that unfinished reports hold
 };

@@ -31,6 +31,16 @@ bool FairPool::post(const Subscriber &subscriber, std::function<void()> task)
     return true;
 }
 
+std::size_t FairPool::waitingTasks()
+{
+    const std::lock_guard lock(mutex);
+    std::size_t count = 0;
+    for (const auto &[subscriber, tasks] : waiting) {
+        count += tasks.size();
+    }
+    return count;
+}
+
 void FairPool::join()
 {
     {

@@ -28,6 +28,8 @@ public:
     /// False, and @p task is not taken, when too many of @p subscriber wait, or after join().
     bool post(const Subscriber &subscriber, std::function<void()> task);
 
+    std::size_t waitingTasks();
+
     /// Runs what waits, then ends the threads.
     void join();
 

@@ -14,6 +14,8 @@
 #include <thread>
 #include <utility>
 
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace velometer {
@@ -284,6 +286,12 @@ void addServing(Syntax &syntax, Words &words)
                                            {u"debug"_s, Log::Level::Debug}},
                                           &words.start.logLevel),
                 both});
+    syntax.add({u"--log-format"_s, u"json|text"_s,
+                u"write lines of JSON, or for a person (json, but text on a terminal)"_s,
+                Takes::choice<Log::Format>(
+                    {{u"json"_s, Log::Format::Json}, {u"text"_s, Log::Format::Text}},
+                    &words.start.logFormat),
+                both});
 }
 
 /// What single options cannot see; a sentence, or nothing.
@@ -347,6 +355,9 @@ CommandLine::parse(const QStringList &arguments)
     options.store.database = folder + u"reports.db.sqlite"_s;
     options.threads = std::max(static_cast<int>(std::thread::hardware_concurrency()), 1);
     words.reportBytes = static_cast<int>(options.maxReportBytes);
+    if (::isatty(STDERR_FILENO) == 1) {
+        words.start.logFormat = Log::Format::Text;
+    }
 
     Syntax syntax(
         u"velometer-service"_s,
@@ -378,6 +389,7 @@ CommandLine::parse(const QStringList &arguments)
         words.task.options = options;
         return words.task;
     }
+    words.start.listenGiven = words.listenGiven;
     return words.start;
 }
 

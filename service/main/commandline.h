@@ -17,6 +17,8 @@ public:
     {
         ServerOptions options;
         Log::Level logLevel = Log::Level::Info;
+        Log::Format logFormat = Log::Format::Json; ///< unless told: a person's on a terminal
+        bool listenGiven = false; ///< sockets that are passed do not take its place
     };
 
     /// Something else than serving.

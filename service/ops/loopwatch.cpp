@@ -35,8 +35,9 @@ asio::awaitable<void> LoopWatch::watch()
         due = next;
         timer.expires_at(next);
         co_await timer.async_wait(quietly);
-        if (Clock::now() > next + tolerance) {
+        if (const auto now = Clock::now(); now > next + tolerance) {
             ++late;
+            lateMs += std::chrono::duration_cast<std::chrono::milliseconds>(now - next).count();
         }
     }
 }

@@ -21,8 +21,10 @@ public:
     static constexpr std::chrono::milliseconds tolerance{100};
 
     /// Counts into @p counter, which outlives it.
-    explicit LoopWatch(Metrics::Counter &counter)
+    /// @p ms adds up by how much.
+    LoopWatch(Metrics::Counter &counter, Metrics::Counter &ms)
         : late(counter)
+        , lateMs(ms)
     {}
 
     /// Watches until @p io ends. Once.
@@ -31,10 +33,16 @@ public:
     /// How often the loop was late so far, now included.
     std::int64_t lateTimes() const;
 
+    /// False when the loop has not come to its work for so long that it will not any more.
+    bool isAlive() const { return Clock::now() < due.load() + deadAfter; }
+
 private:
     boost::asio::awaitable<void> watch();
 
+    static constexpr std::chrono::seconds deadAfter{10};
+
     Metrics::Counter &late;
+    Metrics::Counter &lateMs;
     std::atomic<Clock::time_point> due{Clock::time_point::max()}; ///< the next look
 };
 

@@ -1,11 +1,18 @@
 #include "ops/metrics.h"
 
+#include <algorithm>
+
 namespace velometer {
 
-void Metrics::countRequest(std::string_view endpoint, int status)
+void Metrics::countRequest(std::string_view endpoint, int status, std::chrono::microseconds took)
 {
+    const auto bound = std::ranges::find_if(
+        latencyBounds, [&](int ms) { return took <= std::chrono::milliseconds(ms); });
     const std::lock_guard lock(mutex);
     ++requests[{std::string(endpoint), status / 100}];
+    Latencies &own = latencies[std::string(endpoint)];
+    ++own.counts.at(static_cast<std::size_t>(bound - latencyBounds.begin()));
+    own.micros += took.count();
 }
 
 void Metrics::countRefusal(std::string_view reason)
@@ -14,7 +21,7 @@ void Metrics::countRefusal(std::string_view reason)
     ++refusals[std::string(reason)];
 }
 
-std::string Metrics::toText() const
+std::string Metrics::toText(const std::vector<Gauge> &gauges) const
 {
     std::string text;
     const auto head = [&text](std::string_view name, std::string_view type, std::string_view help) {
@@ -26,6 +33,17 @@ std::string Metrics::toText() const
         text.append("velometer_").append(name).append(labels).append(1, ' ');
         text.append(std::to_string(counter)).append("\n");
     };
+    const auto thousandths = [](std::int64_t count, std::int64_t unit) {
+        std::string digits = std::to_string(count * 1000 / unit);
+        digits.insert(0, digits.size() < 4 ? 4 - digits.size() : 0, '0');
+        return digits.insert(digits.size() - 3, 1, '.');
+    };
+    head("build_info", "gauge", "The program that runs.");
+    value("build_info", "{version=\"" VELOMETER_VERSION "\"}", 1);
+    for (const Gauge &gauge : gauges) {
+        head(gauge.name, "gauge", gauge.help);
+        value(gauge.name, {}, gauge.value);
+    }
     head("connections", "gauge", "Connections open now.");
     value("connections", {}, connections);
     head("connections_total", "counter", "Connections accepted.");
@@ -41,6 +59,8 @@ std::string Metrics::toText() const
     value("stream_bytes_total", "{direction=\"upload\"}", bytesUp);
     head("loop_late_total", "counter", "Times the event loop was late by more than 100 ms.");
     value("loop_late_total", {}, loopLate);
+    head("loop_lateness_seconds_total", "counter", "By how much it was late in all those times.");
+    text += "velometer_loop_lateness_seconds_total " + thousandths(loopLateMs, 1000) + '\n';
     head("streams_late_total", "counter", "Streams that the service itself may have held up.");
     value("streams_late_total", {}, streamsLate);
     head("reports_stored_total", "counter", "Reports stored.");
@@ -58,6 +78,24 @@ std::string Metrics::toText() const
     head("refusals_total", "counter", "Requests refused because too much was asked for.");
     for (const auto &[reason, count] : refusals) {
         value("refusals_total", "{reason=\"" + reason + "\"}", count);
+    }
+    head("request_duration_seconds", "histogram",
+         "From the head of a request to the last byte of its answer.");
+    for (const auto &[endpoint, own] : latencies) {
+        const std::string label = "{endpoint=\"" + endpoint + "\"";
+        std::int64_t sum = 0;
+        for (std::size_t i = 0; i < own.counts.size(); ++i) {
+            sum += own.counts.at(i);
+            value("request_duration_seconds_bucket",
+                  label + ",le=\"" +
+                      (i < latencyBounds.size() ? thousandths(latencyBounds.at(i), 1000)
+                                                : std::string("+Inf")) +
+                      "\"}",
+                  sum);
+        }
+        text += "velometer_request_duration_seconds_sum" + label + "} " +
+                thousandths(own.micros, 1'000'000) + '\n';
+        value("request_duration_seconds_count", label + '}', sum);
     }
     head("requests_total", "counter", "Requests answered.");
     for (const auto &[request, count] : requests) {

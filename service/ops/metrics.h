@@ -2,11 +2,13 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velometer {
 
@@ -27,6 +29,7 @@ public:
     Counter bytesDown{0};
     Counter bytesUp{0};
     Counter loopLate{0};
+    Counter loopLateMs{0};  ///< by how much in all
     Counter streamsLate{0}; ///< during which the loop was
     Counter reportsStored{0};
     Counter reportsRepeated{0};
@@ -37,16 +40,35 @@ public:
     /// Counts one request that was refused, for one of a few reasons.
     void countRefusal(std::string_view reason);
 
-    /// Counts one answer of the endpoint of that name, which is one of a few.
-    void countRequest(std::string_view endpoint, int status);
+    /// Counts one answer of the endpoint of that name, which is one of a few, that came after so
+    /// long.
+    void countRequest(std::string_view endpoint, int status, std::chrono::microseconds took);
+
+    /// What is asked for at the moment, instead of being counted.
+    struct Gauge
+    {
+        std::string_view name;
+        std::string_view help;
+        std::int64_t value = 0;
+    };
 
     /// Prometheus' text format.
-    std::string toText() const;
+    std::string toText(const std::vector<Gauge> &gauges) const;
 
 private:
     mutable std::mutex mutex;
     std::map<std::pair<std::string, int>, std::int64_t> requests; ///< by name and status / 100
     std::map<std::string, std::int64_t, std::less<>> refusals;    ///< by reason
+
+    /// Upper bounds in ms: from a look into memory to what a client gives up on.
+    static constexpr std::array<int, 11> latencyBounds{1,    3,    10,     30,     100,   300,
+                                                       1000, 3000, 10'000, 30'000, 60'000};
+    struct Latencies
+    {
+        std::array<std::int64_t, latencyBounds.size() + 1> counts{};
+        std::int64_t micros = 0;
+    };
+    std::map<std::string, Latencies, std::less<>> latencies; ///< by name
 };
 
 } // namespace velometer

@@ -218,6 +218,7 @@ std::optional<QByteArray> PostgresConnection::prepared(const QString &statement)
 std::optional<SqlAnswer> PostgresConnection::select(const QString &statement,
                                                     const QVariantList &list)
 {
+    const Timed timed(statement);
     // What has no values has its own in the text.
     const auto name = list.isEmpty() ? QByteArray() : prepared(statement);
     if (!name) {
@@ -238,6 +239,7 @@ std::optional<SqlAnswer> PostgresConnection::select(const QString &statement,
 bool PostgresConnection::forEachRow(const QString &statement, const QVariantList &list,
                                     const std::function<void(const SqlRow &)> &visit)
 {
+    const Timed timed(statement);
     const StatementValues values(list);
     if (PQsendQueryParams(connection, numbered(statement).constData(), values.count(), nullptr,
                           values.data(), values.sizes(), values.kinds(), 0) == 0) {

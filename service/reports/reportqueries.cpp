@@ -118,7 +118,8 @@ ReportStore::Outcome insert(SqlConnection &connection, Report report)
     }
     const auto download = TestQueries::stream(connection, report.key(), Direction::Download);
     const auto upload = TestQueries::stream(connection, report.key(), Direction::Upload);
-    report.verified = isVerified(report, download, upload);
+    const auto verification = verify(report, download, upload);
+    report.verified = verification == Verification::Verified;
     report.serviceLate = (download && download->late) || (upload && upload->late);
 
     QVariantList values;
@@ -137,10 +138,10 @@ ReportStore::Outcome insert(SqlConnection &connection, Report report)
     for (const auto *rate : {&report.download, &report.upload, &report.uploadClient}) {
         values += {nullable(rate->min), nullable(rate->avg), nullable(rate->max)};
     }
-    values += {nullable(report.rttMin),    nullable(report.rttAvg),
-               nullable(report.rttMax),    nullable(report.latitude),
-               nullable(report.longitude), text(withoutDevice(report.document)),
-               int(report.verified),       int(report.serviceLate)};
+    values += {nullable(report.rttMin),        nullable(report.rttAvg),
+               nullable(report.rttMax),        nullable(report.latitude),
+               nullable(report.longitude),     text(withoutDevice(report.document)),
+               static_cast<int>(verification), int(report.serviceLate)};
     values += shownValues(report);
     auto query = connection.select(
         u"INSERT INTO reports(id, userid, seriesid, testid, client_time, server_time, public_ip, "
@@ -185,7 +186,7 @@ std::optional<qint64> fillColumns(SqlConnection &connection)
         report.upload.avg = optionalNumber(query->value(5));
         report.uploadClient.avg = optionalNumber(query->value(6));
         report.rttAvg = optionalNumber(query->value(7));
-        report.verified = query->value(8).toBool();
+        report.verified = query->value(8).toInt() == 1;
         if (found) {
             report.accuracy = found->accuracy;
             report.bytes = found->bytes;

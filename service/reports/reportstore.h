@@ -16,6 +16,14 @@
 
 namespace velometer {
 
+/// What a store has to do at a moment.
+struct StoreLoad
+{
+    qint64 writes = 0;                 ///< that wait
+    qint64 reads = 0;                  ///< likewise
+    std::optional<qint64> freeBytes{}; ///< of its disk, where it is this machine's
+};
+
 /// Where users and reports are kept for good. Every call returns at once and is safe from every
 /// thread; its callback is called exactly once, from a thread of the store or, when the store is
 /// overloaded or closing, within the call.
@@ -168,6 +176,12 @@ public:
 
     /// Why the store cannot take a report now ("its disk is full"); empty when it can.
     virtual void ping(std::function<void(QString)> done) = 0;
+
+    /// That which keeps other services away from it; -1: nothing does.
+    virtual int lockDescriptor() const = 0;
+
+    /// How much it has to do.
+    virtual StoreLoad load() = 0;
 
     /// Finishes what waits, by @p deadline at the latest: what is left then fails. Returns when
     /// every callback has been called; calls that come later fail.

@@ -1,6 +1,29 @@
 #include "reports/sqlconnection.h"
 
+#include "ops/log.h"
+
 namespace velometer {
+
+namespace {
+
+/// Longer than this keeps reports, or a reader, waiting.
+constexpr std::chrono::milliseconds slow{500};
+
+/// Of a statement, in a line of the log.
+constexpr qsizetype shownLetters = 300;
+
+} // namespace
+
+SqlConnection::Timed::~Timed()
+{
+    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now() - begun);
+    if (took >= slow) {
+        Log::write(
+            Log::Level::Warning, "slow_statement", {},
+            {{"ms", took.count()}, {"statement", statement.left(shownLetters).toStdString()}});
+    }
+}
 
 std::optional<qint64> SqlConnection::number(const QString &statement, const QVariantList &values)
 {

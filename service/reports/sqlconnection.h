@@ -3,6 +3,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -119,6 +120,22 @@ public:
 
 protected:
     void fail(const QString &reason) { words = reason; }
+
+    /// Tells the log of a statement that took long, when it goes.
+    class Timed
+    {
+    public:
+        explicit Timed(const QString &watched)
+            : statement(watched)
+        {}
+        ~Timed();
+        Timed(const Timed &) = delete;
+        Timed &operator=(const Timed &) = delete;
+
+    private:
+        const QString &statement;
+        std::chrono::steady_clock::time_point begun = std::chrono::steady_clock::now();
+    };
 
 private:
     QString words;

@@ -23,6 +23,9 @@ public:
     /// Whether the data base has this program's schema.
     virtual bool isCurrent(SqlConnection &connection) const = 0;
 
+    /// That which keeps other services away, for a process that takes this one's place; -1: none.
+    virtual int lockDescriptor() const { return -1; }
+
     /// Without its secrets.
     virtual QString shownName() const = 0;
 
@@ -32,6 +35,9 @@ public:
 
     /// Why there is no room for more, as far as this program can see; empty when there is.
     virtual QString shortage() const = 0;
+
+    /// Of its disk; nothing where it is another machine's.
+    virtual std::optional<qint64> freeBytes() const { return std::nullopt; }
 
     /// Something small that fails like a report when reports fail.
     virtual bool tryWriting(SqlConnection &connection) const = 0;

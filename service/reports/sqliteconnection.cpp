@@ -92,6 +92,7 @@ bool SqliteConnection::open(const QString &file)
 std::optional<SqlAnswer> SqliteConnection::select(const QString &statement,
                                                   const QVariantList &values)
 {
+    const Timed timed(statement);
     QSqlQuery query(database);
     query.setForwardOnly(true);
     bool done = query.prepare(statement);
@@ -110,6 +111,7 @@ std::optional<SqlAnswer> SqliteConnection::select(const QString &statement,
 bool SqliteConnection::forEachRow(const QString &statement, const QVariantList &values,
                                   const std::function<void(const SqlRow &)> &visit)
 {
+    const Timed timed(statement);
     auto *const base = *static_cast<sqlite3 *const *>(database.driver()->handle().constData());
     const QByteArray text = statement.toUtf8();
     sqlite3_stmt *raw = nullptr;

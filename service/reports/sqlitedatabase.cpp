@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -17,18 +18,19 @@ namespace velometer {
 namespace {
 
 /// A full batch of large reports, and SQLite's journal of it, must fit.
-constexpr std::uint64_t minFree = std::uint64_t{8} << 20;
+constexpr qint64 minFree = qint64{8} << 20;
 
 } // namespace
 
-SqliteDatabase::SqliteDatabase(const QString &databaseFile)
+SqliteDatabase::SqliteDatabase(const QString &databaseFile, int inheritedLock)
     : file(databaseFile)
+    , inherited(inheritedLock)
 {}
 
 SqliteDatabase::~SqliteDatabase()
 {
-    if (lockDescriptor >= 0) {
-        ::close(lockDescriptor);
+    if (lockHeld >= 0) {
+        ::close(lockHeld);
     }
 }
 
@@ -37,8 +39,16 @@ SqliteDatabase::~SqliteDatabase()
 bool SqliteDatabase::lock()
 {
     const auto name = QFile::encodeName(file + u".lock"_s);
-    lockDescriptor = ::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    return lockDescriptor < 0 || ::flock(lockDescriptor, LOCK_EX | LOCK_NB) == 0;
+    struct stat there{};
+    struct stat passed{};
+    if (inherited >= 0 && ::stat(name.constData(), &there) == 0 &&
+        ::fstat(inherited, &passed) == 0 && there.st_dev == passed.st_dev &&
+        there.st_ino == passed.st_ino) {
+        lockHeld = inherited;
+        return true;
+    }
+    lockHeld = ::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    return lockHeld < 0 || ::flock(lockHeld, LOCK_EX | LOCK_NB) == 0;
 }
 
 QString SqliteDatabase::prepare()
@@ -73,11 +83,17 @@ bool SqliteDatabase::isCurrent(SqlConnection &connection) const
     return SqliteSchema::isCurrent(connection);
 }
 
-QString SqliteDatabase::shortage() const
+std::optional<qint64> SqliteDatabase::freeBytes() const
 {
     struct statvfs disk{};
-    const bool known = ::statvfs(QFile::encodeName(file).constData(), &disk) == 0;
-    return known && disk.f_bavail < minFree / disk.f_frsize ? u"its disk is full"_s : QString();
+    return ::statvfs(QFile::encodeName(file).constData(), &disk) == 0
+               ? std::optional(static_cast<qint64>(disk.f_bavail * disk.f_frsize))
+               : std::nullopt;
+}
+
+QString SqliteDatabase::shortage() const
+{
+    return freeBytes().value_or(minFree) < minFree ? u"its disk is full"_s : QString();
 }
 
 // A file that can be read may still take nothing, so this writes a page.

@@ -8,7 +8,8 @@ namespace velometer {
 class SqliteDatabase : public SqlDatabase
 {
 public:
-    explicit SqliteDatabase(const QString &databaseFile);
+    /// @p inheritedLock is the lock of the process whose place this one takes, or -1.
+    explicit SqliteDatabase(const QString &databaseFile, int inheritedLock = -1);
     ~SqliteDatabase() override; ///< gives the file back
 
     QString prepare() override;
@@ -16,14 +17,17 @@ public:
     bool isCurrent(SqlConnection &connection) const override;
     QString shownName() const override { return file; }
     int writers() const override { return 1; }
+    int lockDescriptor() const override { return lockHeld; }
     QString shortage() const override;
+    std::optional<qint64> freeBytes() const override;
     bool tryWriting(SqlConnection &connection) const override;
 
 private:
     bool lock();
 
     const QString file;
-    int lockDescriptor = -1;
+    const int inherited;
+    int lockHeld = -1;
 };
 
 } // namespace velometer

@@ -41,18 +41,18 @@ constexpr auto purgePause = 5ms;
 
 } // namespace
 
-std::unique_ptr<SqlDatabase> SqlReportStore::databaseOf(const QString &name)
+std::unique_ptr<SqlDatabase> SqlReportStore::databaseOf(const QString &name, int inheritedLock)
 {
     if (PostgresDatabase::isAddress(name)) {
         return std::make_unique<PostgresDatabase>(name);
     }
-    return std::make_unique<SqliteDatabase>(name);
+    return std::make_unique<SqliteDatabase>(name, inheritedLock);
 }
 
 std::unique_ptr<SqlReportStore> SqlReportStore::open(const StoreOptions &options, QString *error)
 {
     std::unique_ptr<SqlReportStore> store(
-        new SqlReportStore(options, databaseOf(options.database)));
+        new SqlReportStore(options, databaseOf(options.database, options.inheritedLock)));
     // A connection belongs to its thread.
     const auto prepare = [&] {
         QString problem = store->database->prepare();
@@ -148,7 +148,7 @@ void SqlReportStore::read(Queue &queue)
             }
         }
         if (!done && Clock::now() < end.load()) {
-            Log::write(Log::Level::Error,
+            Log::write(Log::Level::Error, "store",
                        "reports cannot be read: " + connection.problem().toStdString());
         }
         jobs.front().finish(done);
@@ -256,7 +256,7 @@ void SqlReportStore::noteFailure(const QString &reason)
 {
     const std::lock_guard guard(mutex);
     if (++failures == 1 || reason != lastReason) {
-        Log::write(Log::Level::Error, "the store cannot write: " + reason.toStdString());
+        Log::write(Log::Level::Error, "store", "the store cannot write: " + reason.toStdString());
     }
     lastReason = reason;
 }
@@ -265,7 +265,7 @@ void SqlReportStore::noteSuccess()
 {
     const std::lock_guard guard(mutex);
     if (failures > 0) {
-        Log::write(Log::Level::Warning,
+        Log::write(Log::Level::Warning, "store",
                    "the store writes again, after failing " + std::to_string(failures) + " times");
     }
     failures = 0;
@@ -335,6 +335,17 @@ void SqlReportStore::storeReport(Report report, std::function<void(Outcome)> don
              .finish = [outcome, done = std::move(done)](
                            bool committed) { done(committed ? *outcome : Outcome::Failed); },
              .whose = user});
+}
+
+StoreLoad SqlReportStore::load()
+{
+    StoreLoad load{.freeBytes = database->freeBytes()};
+    const std::lock_guard guard(mutex);
+    for (const Queue &each : writes) {
+        load.writes += static_cast<qint64>(each.jobs.size());
+    }
+    load.reads = static_cast<qint64>(reads.jobs.size() + publicReads.jobs.size());
+    return load;
 }
 
 void SqlReportStore::ping(std::function<void(QString)> done)

@@ -34,7 +34,7 @@ public:
     static std::unique_ptr<SqlReportStore> open(const StoreOptions &options, QString *error);
 
     /// The data base that @p name tells, not opened yet.
-    static std::unique_ptr<SqlDatabase> databaseOf(const QString &name);
+    static std::unique_ptr<SqlDatabase> databaseOf(const QString &name, int inheritedLock = -1);
 
     /// Closes, with all the time it takes.
     ~SqlReportStore() override;
@@ -77,6 +77,8 @@ public:
     void removeTrack(qint64 userId, const QString &id, Answer<bool> done) override;
     void statistics(StatisticsBy by, Answer<Statistics> done) override;
     void ping(std::function<void(QString)> done) override;
+    int lockDescriptor() const override { return database->lockDescriptor(); }
+    StoreLoad load() override;
     void close(std::chrono::steady_clock::time_point deadline) override;
 
 private:

@@ -273,15 +273,16 @@ void SqlReportStore::eraseMore(qint64 userId, qint64 gone, Answer<qint64> done)
 /// Those of users whose deletion a crash interrupted.
 void SqlReportStore::finishDeletions()
 {
-    ask<QList<qint64>>(
-        writesFor(0), UserQueries::unfinished, [this](std::optional<QList<qint64>> users) {
-            for (const qint64 user : users.value_or(QList<qint64>())) {
-                eraseMore(user, 0, [](std::optional<qint64> rows) {
-                    Log::write(Log::Level::Info, "finished an interrupted deletion: " +
-                                                     std::to_string(rows.value_or(0)) + " rows");
-                });
-            }
-        });
+    ask<QList<qint64>>(writesFor(0), UserQueries::unfinished,
+                       [this](std::optional<QList<qint64>> users) {
+                           for (const qint64 user : users.value_or(QList<qint64>())) {
+                               eraseMore(user, 0, [](std::optional<qint64> rows) {
+                                   Log::write(Log::Level::Info, "store",
+                                              "finished an interrupted deletion: " +
+                                                  std::to_string(rows.value_or(0)) + " rows");
+                               });
+                           }
+                       });
 }
 
 void SqlReportStore::takeTrack(qint64 userId, const TrackPart &part, Answer<TrackTaken> done)

@@ -19,6 +19,9 @@ struct StoreOptions
     // NOLINTNEXTLINE(readability-redundant-member-init): likewise
     std::optional<int> reportDays{}, documentDays{};
 
+    /// The lock of the process whose place this one takes; -1: none.
+    int inheritedLock = -1;
+
     QString shownKeyFile() const
     {
         return keyFile.isEmpty() ? database + QStringLiteral(".key") : keyFile;

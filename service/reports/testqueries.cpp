@@ -89,7 +89,8 @@ TestRow readRow(const SqlAnswer &query)
     row.latitude = optionalReal(query.value(13));
     row.longitude = optionalReal(query.value(14));
     row.accuracy = optionalReal(query.value(15));
-    row.verified = number(16) != 0;
+    row.verified = number(16) > 0;
+    row.contradicting = number(16) < 0;
     row.serviceLate = number(17) != 0;
     row.note = text(18);
     return row;
@@ -179,7 +180,7 @@ bool fill(SqlConnection &connection, qint64 userId, TestTable &table)
                        .longitude = row.optionalReal(8),
                        .accuracy = row.optionalReal(9),
                        .type = ConnectionClasses::ofNumber(static_cast<int>(row.number(10))),
-                       .verified = row.number(11) != 0,
+                       .verified = row.number(11) > 0,
                        .server = row.text(12),
                        .location = row.text(13),
                        .operatorCode = row.text(14),

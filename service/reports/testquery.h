@@ -125,6 +125,7 @@ struct TestRow
     std::optional<qint64> download, upload, rtt;
     std::optional<double> latitude, longitude, accuracy; ///< accuracy in m
     bool verified = false;
+    bool contradicting = false; ///< what the service saw of it tells something else
     bool serviceLate = false;
     QString note;
 };

@@ -1,5 +1,7 @@
 #include "reports/verification.h"
 
+#include <algorithm>
+
 namespace velometer {
 
 namespace {
@@ -12,25 +14,45 @@ constexpr qint64 minLasted = 500; // ms, of so many intervals
 /// before they have gone anywhere; more than twice the rate served is another stream's.
 constexpr qint64 tolerance = 2;
 
-bool isBacked(const std::optional<qint64> &rate, int intervals,
-              const std::optional<StreamRecord> &stream)
+/// One rate that a report claims.
+Verification verifyRate(const std::optional<qint64> &rate, int intervals,
+                        const std::optional<StreamRecord> &stream)
 {
-    return !rate || (intervals >= minIntervals && stream && stream->lasted >= minLasted &&
-                     *rate / tolerance <= stream->avg);
+    if (!rate) {
+        return Verification::Verified;
+    }
+    if (!stream || stream->lasted < minLasted) {
+        return Verification::Unverified;
+    }
+    if (*rate / tolerance > stream->avg) {
+        return Verification::Contradicting;
+    }
+    return intervals >= minIntervals ? Verification::Verified : Verification::Unverified;
+}
+
+/// The service's figures are a copy of what it told; a client's own may differ.
+Verification verifyTold(const Report::Rate &told, const std::optional<StreamRecord> &upload)
+{
+    if (!told.avg) {
+        return Verification::Verified;
+    }
+    if (!upload) {
+        return Verification::Unverified;
+    }
+    const bool same = told.avg == upload->avg && told.max.value_or(0) == upload->max &&
+                      told.min.value_or(0) == upload->min;
+    return same ? Verification::Verified : Verification::Contradicting;
 }
 
 } // namespace
 
-bool isVerified(const Report &report, const std::optional<StreamRecord> &download,
-                const std::optional<StreamRecord> &upload)
+Verification verify(const Report &report, const std::optional<StreamRecord> &download,
+                    const std::optional<StreamRecord> &upload)
 {
-    // The service's figures are a copy of what it told; a client's own may differ.
-    const auto &told = report.upload;
-    const bool same =
-        !told.avg || (upload && told.avg == upload->avg && told.max.value_or(0) == upload->max &&
-                      told.min.value_or(0) == upload->min);
-    return same && isBacked(report.download.avg, report.downloadIntervals, download) &&
-           isBacked(report.bestUpload().avg, report.uploadIntervals, upload);
+    // The least of them is that of the report.
+    return std::min({verifyTold(report.upload, upload),
+                     verifyRate(report.download.avg, report.downloadIntervals, download),
+                     verifyRate(report.bestUpload().avg, report.uploadIntervals, upload)});
 }
 
 } // namespace velometer

@@ -5,10 +5,16 @@
 
 namespace velometer {
 
-/// Whether the rates of @p report are backed: by streams of its test that were served here, whose
-/// figures agree, and by full intervals in the report itself. A report without rates claims nothing
-/// and is verified. Absent records: no such stream was served.
-bool isVerified(const Report &report, const std::optional<StreamRecord> &download,
-                const std::optional<StreamRecord> &upload);
+/// What the service's own view makes of a report's rates; the numbers are those in the database.
+enum class Verification {
+    Contradicting = -1, ///< streams of its test were served here, and tell something else
+    Unverified = 0,     ///< nothing is known of its streams, or too little
+    Verified = 1,       ///< all of it was served here, and agrees; or it claims nothing
+};
+
+/// Holds the rates of @p report against the streams of its test, and against the full intervals in
+/// the report itself. Absent records: no such stream was served.
+Verification verify(const Report &report, const std::optional<StreamRecord> &download,
+                    const std::optional<StreamRecord> &upload);
 
 } // namespace velometer

@@ -102,8 +102,7 @@ void writeRow(Html &html, const Viewer &viewer, const TestRow &row)
     writeFigure(html, u"down"_s, Figures::rate(row.download, language));
     writeFigure(html, u"up"_s, Figures::rate(row.upload, language));
     writeFigure(html, u"rtt"_s, Figures::roundTrip(row.rtt, language));
-    html << "<td role=\"cell\" class=\"seen\">"
-         << (row.verified ? Texts::bothEnds : Texts::notVerified);
+    html << "<td role=\"cell\" class=\"seen\">" << seenWords(row);
     if (row.serviceLate) {
         html << " <abbr title=\"" << Texts::lateMark << "\">*</abbr>";
     }
@@ -111,6 +110,14 @@ void writeRow(Html &html, const Viewer &viewer, const TestRow &row)
 }
 
 } // namespace
+
+const Phrase &seenWords(const TestRow &row)
+{
+    if (row.contradicting) {
+        return Texts::contradicting;
+    }
+    return row.verified ? Texts::bothEnds : Texts::notVerified;
+}
 
 void write(Html &html, const Viewer &viewer, const TestFilter &filter, const TestOrder &order,
            const TestPage &page, qint64 start)

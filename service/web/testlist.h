@@ -1,6 +1,7 @@
 #pragma once
 
 #include "web/html.h"
+#include "web/texts.h"
 #include "web/viewer.h"
 
 namespace velometer::TestList {
@@ -9,5 +10,8 @@ namespace velometer::TestList {
 /// number of its first row, 1 on the first page, 0 when nobody knows.
 void write(Html &html, const Viewer &viewer, const TestFilter &filter, const TestOrder &order,
            const TestPage &page, qint64 start);
+
+/// Who says what a test's figures are.
+const Phrase &seenWords(const TestRow &row);
 
 } // namespace velometer::TestList

@@ -2,6 +2,7 @@
 
 #include "web/figures.h"
 #include "web/loadcards.h"
+#include "web/testlist.h"
 #include "web/texts.h"
 #include "web/typesigns.h"
 
@@ -61,7 +62,7 @@ void writeHeading(Html &html, const SingleTestPage &page)
             html << " · " << word;
         }
     }
-    html << " · " << (row.verified ? Texts::bothEnds : Texts::notVerified) << "</p></div>\n";
+    html << " · " << TestList::seenWords(row) << "</p></div>\n";
 }
 
 void writeActions(Html &html, const SingleTestPage &page)

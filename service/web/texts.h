@@ -56,6 +56,7 @@ inline constexpr Phrase dataMoved{"Data moved", "Übertragene Daten"};
 inline constexpr Phrase period{"%1 to %2", "%1 bis %2"};
 inline constexpr Phrase median{"Median", "Median"};
 inline constexpr Phrase notVerified{"device only", "nur Gerät"};
+inline constexpr Phrase contradicting{"contradicts the service", "widerspricht dem Dienst"};
 inline constexpr Phrase bothEnds{"✓ both ends", "✓ beide Seiten"};
 inline constexpr Phrase lateMark{
     "The service was too busy to keep up; the link may be faster.",

@@ -145,11 +145,11 @@ private Q_SLOTS:
 
         makeCertificate(u"second"_s);
         QString error;
-        QVERIFY2(service.get().reload(&error), qUtf8Printable(error));
+        QVERIFY2(service.get().reload({}, &error), qUtf8Printable(error));
         QCOMPARE(statusOf(get("/")), 200);
         QCOMPARE(name, u"second"_s);
         QVERIFY(QFile::resize(directory.filePath(u"key"_s), 20));
-        QVERIFY(!service.get().reload(&error));
+        QVERIFY(!service.get().reload({}, &error));
         QVERIFY(error.startsWith(u"The certificate's key "_s));
         QCOMPARE(statusOf(get("/")), 200);
         QCOMPARE(name, u"second"_s);

@@ -188,7 +188,7 @@ private Q_SLOTS:
         }
         QCOMPARE(sql(service.databaseFile(),
                      {u"SELECT group_concat(verified) FROM reports ORDER BY id"_s}),
-                 u"1,0"_s);
+                 u"1,-1"_s);
         const QByteArray sent =
             QByteArray::number(service.metric("stream_bytes_total{direction=\"download\"}"));
         const QByteArray document = stored(service, u"document"_s).toUtf8();

@@ -145,20 +145,76 @@ private Q_SLOTS:
         QVERIFY(!pool.post({.network = 2}, [] {}));
     }
 
-    void endsByEachSignal()
+    void obeysEachSignal()
     {
-        for (const int signal : {SIGHUP, SIGTERM}) {
-            const QTemporaryDir directory;
-            QProcess service;
-            service.start(QStringLiteral(SERVICE_PROGRAM),
-                          {u"--listen"_s, u"127.0.0.1:0"_s, u"--database"_s,
-                           u"sqlite:"_s + directory.filePath(u"r.db"_s)});
-            QVERIFY(service.waitForReadyRead(5'000));
-            ::kill(static_cast<pid_t>(service.processId()), signal);
-            QVERIFY(service.waitForFinished(5'000));
-            QCOMPARE(service.exitStatus(), QProcess::NormalExit);
-            QCOMPARE(service.exitCode(), 0);
-        }
+        const QTemporaryDir directory;
+        const QString config = directory.filePath(u"c.conf"_s);
+        const auto configure = [&](const QByteArray &text) {
+            QFile file(config);
+            return file.open(QIODevice::WriteOnly) && file.write(text) > 0;
+        };
+        QVERIFY(configure("[Service]\nSalt=one\n"));
+        QProcess service;
+        service.setProcessChannelMode(QProcess::MergedChannels);
+        service.start(QStringLiteral(SERVICE_PROGRAM),
+                      {u"--listen"_s, u"127.0.0.1:0"_s, u"--config"_s, config, u"--database"_s,
+                       u"sqlite:"_s + directory.filePath(u"r.db"_s)});
+        QByteArray said;
+        const auto hears = [&](const QByteArray &text) {
+            return QTest::qWaitFor(
+                [&] {
+                    service.waitForReadyRead(10);
+                    said += service.readAll();
+                    return said.contains(text);
+                },
+                10'000);
+        };
+        const auto send = [&](int signal, qint64 process) {
+            said.clear();
+            ::kill(static_cast<pid_t>(process), signal);
+        };
+        QVERIFY2(hears("listening on "), said);
+        const auto port = static_cast<quint16>(
+            said.mid(said.indexOf("127.0.0.1:") + 10, 5).split('\n').constFirst().toInt());
+        const auto get = [&](const QByteArray &path) {
+            SocketClient client(port);
+            client.send("GET " + path + " HTTP/1.1\r\nHost: x\r\n\r\n");
+            return client.receiveAll();
+        };
+        // Read anew, and what makes no sense is told and left.
+        send(SIGHUP, service.processId());
+        QVERIFY2(hears("anew"), said);
+        QVERIFY(configure("[Service\nSalt"));
+        send(SIGHUP, service.processId());
+        QVERIFY2(hears("\"level\":\"error\""), said);
+        QCOMPARE(statusOf(get("/")), 200);
+
+        // A program that does not start replaces nobody.
+        send(SIGUSR2, service.processId());
+        QVERIFY2(hears("this one goes on"), said);
+        QCOMPARE(statusOf(get("/")), 200);
+        QVERIFY(configure("[Service]\nSalt=two\n"));
+
+        // A stream lasts from one process into the next; others find the next one at once.
+        SocketClient stream(port);
+        stream.send("GET /velometer/downloadtest.php?logtraffic=1 HTTP/1.1\r\nHost: x\r\n\r\n");
+        QCOMPARE(statusOf(stream.receive(100)), 200);
+        SocketClient accepted(port);
+        send(SIGUSR2, service.processId());
+        QVERIFY2(hears("listening on 127.0.0.1:" + QByteArray::number(port)), said);
+        // For a moment either may answer.
+        QTRY_VERIFY(get("/metrics").contains("\nvelometer_streams{direction=\"download\"} 0\n"));
+        QCOMPARE(statusOf(get("/velometer/getIDwithUUID.jsp?UUID=x")), 200);
+        QVERIFY(stream.receive(1'000'000).size() >= 1'000'000);
+        stream.close();
+        const auto line = said.lastIndexOf("\"pid\":");
+        const qint64 next = said.mid(line + 6).split(',').constFirst().toLongLong();
+        QVERIFY(line > 0 && next > 0 && next != service.processId());
+        send(SIGTERM, next);
+        QVERIFY2(hears("\"event\":\"end\""), said);
+        accepted.close();
+        QVERIFY(service.waitForFinished());
+        QCOMPARE(service.exitCode(), 0);
     }
 
     void closesAHeadThatDoesNotEnd()

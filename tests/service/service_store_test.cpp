@@ -88,24 +88,24 @@ private Q_SLOTS:
 
     void believesWhatItServed_data()
     {
-        const Rows<QString, bool> row("change", "verified");
-        row("as served", "UPDATE streams SET ended = ended", true);
-        row("no download", "DELETE FROM streams WHERE direction = 1", false);
-        row("no upload", "DELETE FROM streams WHERE direction = 2", false);
-        row("another test's", "UPDATE streams SET testid = 4", false);
-        row("another series'", "UPDATE streams SET seriesid = 4", false);
-        row("another user's", "UPDATE streams SET userid = 4", false);
-        row("too short", "UPDATE streams SET lasted_ms = 499 WHERE direction = 1", false);
-        row("half the rate", "UPDATE streams SET avg = avg / 2 WHERE direction = 1", true);
-        row("less than half", "UPDATE streams SET avg = avg / 2 - 1 WHERE direction = 1", false);
-        row("other minimum", "UPDATE streams SET min = 0 WHERE direction = 2", false);
-        row("other average", "UPDATE streams SET avg = avg + 1 WHERE direction = 2", false);
-        row("other maximum", "UPDATE streams SET max = 0 WHERE direction = 2", false);
+        const Rows<QString, int> row("change", "verified");
+        row("as served", "UPDATE streams SET ended = ended", 1);
+        row("no download", "DELETE FROM streams WHERE direction = 1", 0);
+        row("no upload", "DELETE FROM streams WHERE direction = 2", 0);
+        row("another test's", "UPDATE streams SET testid = 4", 0);
+        row("another series'", "UPDATE streams SET seriesid = 4", 0);
+        row("another user's", "UPDATE streams SET userid = 4", 0);
+        row("too short", "UPDATE streams SET lasted_ms = 499 WHERE direction = 1", 0);
+        row("half the rate", "UPDATE streams SET avg = avg / 2 WHERE direction = 1", 1);
+        row("less than half", "UPDATE streams SET avg = avg / 2 - 1 WHERE direction = 1", -1);
+        row("other minimum", "UPDATE streams SET min = 0 WHERE direction = 2", -1);
+        row("other average", "UPDATE streams SET avg = avg + 1 WHERE direction = 2", -1);
+        row("other maximum", "UPDATE streams SET max = 0 WHERE direction = 2", -1);
     }
     void believesWhatItServed()
     {
         QFETCH(const QString, change);
-        QFETCH(const bool, verified);
+        QFETCH(const int, verified);
         const Store store = open();
         Report claimed = report(5, 6, 10);
         claimed.download = {21, 24, 29};
@@ -126,7 +126,9 @@ private Q_SLOTS:
         put(store, report(5, 7, 10)); // behind them in the queue
         sql({u"DELETE FROM reports"_s, change});
         put(store, claimed);
-        QCOMPARE(testsOf(store, 5).constFirst().verified, verified);
+        const auto shown = testsOf(store, 5).constFirst();
+        QCOMPARE(shown.verified, verified > 0);
+        QCOMPARE(shown.contradicting, verified < 0);
         QCOMPARE(
             testsOf(store, 5).constFirst().serviceLate,
             sql({u"SELECT count(*) FROM streams WHERE direction = 2 AND userid = 5 AND seriesid = 6 AND testid = 0"_s}) ==
