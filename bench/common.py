@@ -9,6 +9,9 @@ import tempfile
 
 BIN = pathlib.Path(os.environ.get("VELOMETER_BIN")
                    or pathlib.Path(__file__).resolve().parent.parent / "build" / "bin")
+# One address is all clients here.
+UNLIMITED = [word for kind in ("ids", "streams", "reports", "pages", "exports")
+             for word in (f"--max-{kind}-per-hour", "0")] + ["--max-gigabytes-per-day", "0"]
 
 
 def need(*programs):
@@ -36,7 +39,7 @@ class Home:
     def service(self, prefix=(), listen=None):
         process = subprocess.Popen(
             [*prefix, str(BIN / "velometer-service"), "--listen", listen or self.server,
-             "--database", f"sqlite:{self.database}"],
+             "--database", f"sqlite:{self.database}", *UNLIMITED],
             stdout=subprocess.PIPE, text=True, env=self.environment)
         line = process.stdout.readline()
         if not line.startswith("listening on"):

@@ -21,6 +21,8 @@ import threading
 import time
 import zlib
 
+from common import UNLIMITED
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 DOCUMENT = (ROOT / "tests/service/data/report.xml").read_text(encoding="utf-8")
 SMALL, LARGE = (1001, 1000), (1002, 100_000)
@@ -43,7 +45,8 @@ def load():
 
 
 def serve(program, file):
-    process = subprocess.Popen([program, "--listen", "127.0.0.1:0", "--database", f"sqlite:{file}"],
+    process = subprocess.Popen([program, "--listen", "127.0.0.1:0", "--database", f"sqlite:{file}",
+                                *UNLIMITED],
                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
     return process, int(process.stdout.readline().rsplit(":", 1)[1])
 

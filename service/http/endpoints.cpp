@@ -117,6 +117,7 @@ struct Route
     Handler handler;
     After after = After::Answer;
     Where where = Where::Public;
+    // NOLINTNEXTLINE(readability-redundant-member-init): lets it be left out
     std::optional<Spent> spends{}; ///< what is counted before it is answered
 
     constexpr Route spending(Spent kind) const

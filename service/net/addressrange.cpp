@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <string>
 
 namespace velometer {
 
@@ -18,7 +19,7 @@ std::optional<AddressRange> AddressRange::parse(std::string_view text)
     const unsigned short bits = address.is_v4() ? 32 : 128;
     unsigned short length = bits;
     if (slash != std::string_view::npos) {
-        const auto digits = text.substr(slash + 1);
+        const std::string digits(text.substr(slash + 1));
         const auto *const end = digits.data() + digits.size();
         const auto [last, error] = std::from_chars(digits.data(), end, length);
         if (error != std::errc() || last != end || length > bits) {

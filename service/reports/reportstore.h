@@ -21,6 +21,7 @@ struct StoreLoad
 {
     qint64 writes = 0;                 ///< that wait
     qint64 reads = 0;                  ///< likewise
+    // NOLINTNEXTLINE(readability-redundant-member-init): lets it be left out
     std::optional<qint64> freeBytes{}; ///< of its disk, where it is this machine's
 };
 

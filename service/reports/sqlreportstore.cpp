@@ -34,7 +34,7 @@ constexpr auto holdTime = 5s;
 constexpr int streamAgeDays = 30;
 /// Longer than any of them takes to come back.
 constexpr int allowanceDays = 2;
-constexpr qint64 dayMs = qint64{24} * 3600 * 1000;
+constexpr qint64 msOfDay = qint64{24} * 3600 * 1000;
 constexpr auto upkeepPeriod = 1h;
 /// Between two steps: what is old may go slowly.
 constexpr auto purgePause = 5ms;
@@ -174,7 +174,7 @@ bool SqlReportStore::purge(std::optional<int> days,
     std::optional<qint64> count;
     do {
         std::promise<std::optional<qint64>> gone;
-        const qint64 oldest = QDateTime::currentMSecsSinceEpoch() - dayMs * days.value_or(0);
+        const qint64 oldest = QDateTime::currentMSecsSinceEpoch() - msOfDay * days.value_or(0);
         ask<qint64>(
             writesFor(0),
             [&](SqlConnection &connection) {
@@ -344,7 +344,8 @@ StoreLoad SqlReportStore::load()
     for (const Queue &each : writes) {
         load.writes += static_cast<qint64>(each.jobs.size());
     }
-    load.reads = static_cast<qint64>(reads.jobs.size() + publicReads.jobs.size());
+    load.reads =
+        static_cast<qint64>(reads.jobs.size()) + static_cast<qint64>(publicReads.jobs.size());
     return load;
 }
 
