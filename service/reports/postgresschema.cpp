@@ -89,6 +89,9 @@ const QList<QStringList> &migrations()
             u"CREATE TABLE allowances(payer text NOT NULL, kind smallint NOT NULL, level double "
             "precision NOT NULL, at bigint NOT NULL, PRIMARY KEY(payer, kind))"_s,
             u"CREATE INDEX allowances_by_age ON allowances(at)"_s,
+            u"CREATE TABLE figures(dimension smallint NOT NULL, key text NOT NULL, counts bytea "
+            u"NOT NULL, "
+            "PRIMARY KEY(dimension, key))"_s,
             u"UPDATE reports SET document = replace(document, substring(document from "
             "'<UUID>([^<]{8,})</UUID>'), '') WHERE document ~ '<UUID>[^<]{8,}</UUID>'"_s,
             u"ALTER TABLE trackparts DROP CONSTRAINT trackparts_trackid_fkey, DROP CONSTRAINT "

@@ -19,8 +19,8 @@ namespace velometer {
 /// What a store has to do at a moment.
 struct StoreLoad
 {
-    qint64 writes = 0;                 ///< that wait
-    qint64 reads = 0;                  ///< likewise
+    qint64 writes = 0; ///< that wait
+    qint64 reads = 0;  ///< likewise
     // NOLINTNEXTLINE(readability-redundant-member-init): lets it be left out
     std::optional<qint64> freeBytes{}; ///< of its disk, where it is this machine's
 };

@@ -112,6 +112,9 @@ const QList<QStringList> &migrations()
          u"CREATE TABLE allowances(payer TEXT NOT NULL, kind INTEGER NOT NULL, level REAL NOT "
          "NULL, at INTEGER NOT NULL, PRIMARY KEY(payer, kind)) WITHOUT ROWID"_s,
          u"CREATE INDEX allowances_by_age ON allowances(at)"_s,
+         u"CREATE TABLE figures(dimension INTEGER NOT NULL, key TEXT NOT NULL, counts BLOB NOT "
+         u"NULL, "
+         "PRIMARY KEY(dimension, key))"_s,
          u"UPDATE reports SET document = replace(document, substr(document, instr(document, "
          "'<UUID>') + 6, instr(document, '</UUID>') - instr(document, '<UUID>') - 6), '') WHERE "
          "document LIKE '%<UUID>________%</UUID>%'"_s,

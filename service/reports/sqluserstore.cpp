@@ -194,9 +194,18 @@ void SqlReportStore::statistics(StatisticsBy by, Answer<Statistics> done)
     ask<Statistics>(
         publicReads,
         [this, by](SqlConnection &connection) {
-            return publicFigures.figures(connection, by, [this] {
+            const auto stop = [this] {
                 const std::lock_guard guard(mutex);
                 return closing;
+            };
+            return publicFigures.figures(connection, by, stop, [this](auto news) {
+                ask<bool>(
+                    writesFor(0),
+                    [news = std::move(news)](SqlConnection &writing) {
+                        return StatisticsReader::save(writing, news) ? std::optional(true)
+                                                                     : std::nullopt;
+                    },
+                    [](std::optional<bool>) {});
             });
         },
         std::move(done));

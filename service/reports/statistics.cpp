@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -124,7 +125,93 @@ std::optional<Statistics::Figure> StatisticsTable::Levels::figure() const
 StatisticsTable::Group *StatisticsTable::group(StatisticsBy by, const QString &key)
 {
     const auto place = std::pair(by, key);
-    return groups.size() < maxGroups || groups.contains(place) ? &groups[place] : nullptr;
+    if (groups.size() >= maxGroups && !groups.contains(place)) {
+        return nullptr;
+    }
+    changed.insert(place);
+    return &groups[place];
+}
+
+void StatisticsTable::write(QDataStream &stream, const Histograms &histograms)
+{
+    const auto &[download, upload, rtt, downloadRtt, uploadRtt, rsrp] = histograms;
+    for (const Counts *counts :
+         {static_cast<const Counts *>(&download), static_cast<const Counts *>(&upload),
+          static_cast<const Counts *>(&rtt), static_cast<const Counts *>(&downloadRtt),
+          static_cast<const Counts *>(&uploadRtt), static_cast<const Counts *>(&rsrp)}) {
+        stream << quint32(counts->bins.size());
+        for (const auto &[bin, times] : counts->bins) {
+            stream << qint32(bin) << times;
+        }
+        stream << quint32(counts->users.size());
+        for (const qint64 user : counts->users) {
+            stream << user;
+        }
+    }
+}
+
+bool StatisticsTable::read(QDataStream &stream, Histograms &histograms)
+{
+    auto &[download, upload, rtt, downloadRtt, uploadRtt, rsrp] = histograms;
+    for (Counts *counts : {static_cast<Counts *>(&download), static_cast<Counts *>(&upload),
+                           static_cast<Counts *>(&rtt), static_cast<Counts *>(&downloadRtt),
+                           static_cast<Counts *>(&uploadRtt), static_cast<Counts *>(&rsrp)}) {
+        quint32 size = 0;
+        stream >> size;
+        for (quint32 i = 0; i < size && stream.status() == QDataStream::Ok; ++i) {
+            qint32 bin = 0;
+            qint64 times = 0;
+            stream >> bin >> times;
+            counts->bins[bin] = times;
+            counts->count += times;
+        }
+        stream >> size;
+        for (quint32 i = 0; i < size && stream.status() == QDataStream::Ok; ++i) {
+            qint64 user = 0;
+            stream >> user;
+            counts->users.push_back(user);
+        }
+    }
+    return stream.status() == QDataStream::Ok;
+}
+
+QList<StatisticsTable::Rolled> StatisticsTable::takeChanged()
+{
+    QList<Rolled> list;
+    for (const auto &place : std::exchange(changed, {})) {
+        const Group &group = groups.at(place);
+        QByteArray bytes;
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        stream.setVersion(QDataStream::Qt_6_4);
+        write(stream, group.all);
+        stream << quint32(group.types.size());
+        for (const auto &[type, histograms] : group.types) {
+            stream << qint32(type);
+            write(stream, histograms);
+        }
+        list += {.by = place.first, .key = place.second, .counts = qCompress(bytes)};
+    }
+    return list;
+}
+
+bool StatisticsTable::load(const Rolled &rolled)
+{
+    const QByteArray bytes = qUncompress(rolled.counts);
+    QDataStream stream(bytes);
+    stream.setVersion(QDataStream::Qt_6_4);
+    Group group;
+    quint32 types = 0;
+    bool whole = read(stream, group.all);
+    stream >> types;
+    for (quint32 i = 0; i < types && whole; ++i) {
+        qint32 type = 0;
+        stream >> type;
+        whole = read(stream, group.types[ConnectionClasses::ofNumber(type)]);
+    }
+    if (whole) {
+        groups[{rolled.by, rolled.key}] = std::move(group);
+    }
+    return whole;
 }
 
 void StatisticsTable::count(StatisticsBy by, const QString &key, const Test &test)

@@ -3,10 +3,13 @@
 #include "reports/connectionclass.h"
 #include "reports/testquery.h"
 
+#include <QByteArray>
+#include <QDataStream>
 #include <QString>
 
 #include <array>
 #include <map>
+#include <set>
 #include <vector>
 
 namespace velometer {
@@ -77,6 +80,18 @@ public:
     /// Without the time.
     Statistics figures(StatisticsBy by) const;
 
+    /// What was counted for one key, to be kept and loaded again.
+    struct Rolled
+    {
+        StatisticsBy by = StatisticsBy::Month;
+        QString key;
+        QByteArray counts;
+    };
+    /// All that have changed since the last time.
+    QList<Rolled> takeChanged();
+    /// False when it is damaged.
+    bool load(const Rolled &rolled);
+
 private:
     /// How often what was counted, by whom.
     struct Counts
@@ -111,8 +126,11 @@ private:
     };
     void count(StatisticsBy by, const QString &key, const Test &test);
     Group *group(StatisticsBy by, const QString &key);
+    static void write(QDataStream &stream, const Histograms &histograms);
+    static bool read(QDataStream &stream, Histograms &histograms);
 
     std::map<std::pair<StatisticsBy, QString>, Group> groups;
+    std::set<std::pair<StatisticsBy, QString>> changed;
 };
 
 } // namespace velometer

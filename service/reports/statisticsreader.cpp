@@ -1,8 +1,13 @@
 #include "reports/statisticsreader.h"
 
 #include "reports/nullable.h"
+#include "reports/storesettings.h"
 
 #include <QDateTime>
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -13,12 +18,23 @@ namespace {
 /// Rows between two looks at whether the store closes.
 constexpr qint64 rowsPerLook = 1000;
 
+/// "figu": whoever saves them.
+constexpr qint64 figuresLock = 0x66696775;
+
+// What the saved figures were made of.
+constexpr QLatin1StringView savedVersion{"figures_version"};
+constexpr QLatin1StringView savedReport{"figures_report"};
+constexpr QLatin1StringView savedCell{"figures_cell"};
+constexpr QLatin1StringView savedChanges{"figures_changes"};
+
 } // namespace
 
 std::optional<Statistics> StatisticsReader::figures(SqlConnection &connection, StatisticsBy by,
-                                                    const std::function<bool()> &stop)
+                                                    const std::function<bool()> &stop,
+                                                    const Keep &keep)
 {
-    if ((!refreshed || Clock::now() - *refreshed >= refreshPeriod) && !refresh(connection, stop)) {
+    if ((!refreshed || Clock::now() - *refreshed >= refreshPeriod) &&
+        !refresh(connection, stop, keep)) {
         return std::nullopt;
     }
     auto result = table.figures(by);
@@ -26,10 +42,72 @@ std::optional<Statistics> StatisticsReader::figures(SqlConnection &connection, S
     return result;
 }
 
-bool StatisticsReader::refresh(SqlConnection &connection, const std::function<bool()> &stop)
+/// What was saved last, where this table is not that.
+bool StatisticsReader::loadSaved(SqlConnection &connection)
+{
+    const auto saved = StoreSettings::number(connection, savedVersion);
+    if (!saved || *saved == version) {
+        return saved.has_value();
+    }
+    const auto report = StoreSettings::number(connection, savedReport);
+    const auto cell = StoreSettings::number(connection, savedCell);
+    const auto changed = StoreSettings::number(connection, savedChanges);
+    auto query = connection.select(u"SELECT dimension, key, counts FROM figures"_s);
+    if (!report || !cell || !changed || !query) {
+        return false;
+    }
+    StatisticsTable loaded;
+    bool whole = true;
+    while (query->next() && whole) {
+        const int by = query->value(0).toInt();
+        whole = by >= 0 && by <= static_cast<int>(StatisticsBy::Cell) &&
+                loaded.load({.by = static_cast<StatisticsBy>(by),
+                             .key = query->value(1).toString(),
+                             .counts = query->value(2).toByteArray()});
+    }
+    version = *saved;
+    if (!whole) {
+        // Read everything; what is damaged is written over.
+        rebuilt.reset();
+        return true;
+    }
+    table = std::move(loaded);
+    lastId = *report;
+    lastCell = *cell;
+    changes = *changed;
+    rebuilt = Clock::now();
+    return true;
+}
+
+bool StatisticsReader::save(SqlConnection &connection, const News &news)
+{
+    const auto saved = connection.lockUser(figuresLock)
+                           ? StoreSettings::number(connection, savedVersion)
+                           : std::nullopt;
+    if (!saved || *saved != news.version) {
+        return saved.has_value();
+    }
+    const auto set = [&](QLatin1StringView name, qint64 value) {
+        return StoreSettings::set(connection, name, QString::number(value));
+    };
+    return (!news.isWhole || connection.execute(u"DELETE FROM figures"_s)) &&
+           std::ranges::all_of(news.groups,
+                               [&](const auto &each) {
+                                   return connection.execute(
+                                       u"INSERT INTO figures(dimension, key, counts) VALUES(?, ?, "
+                                       "?) ON CONFLICT(dimension, key) DO UPDATE SET counts = "
+                                       "excluded.counts"_s,
+                                       {static_cast<int>(each.by), each.key, each.counts});
+                               }) &&
+           set(savedVersion, news.next) && set(savedReport, news.lastId) &&
+           set(savedCell, news.lastCell) && set(savedChanges, news.changes);
+}
+
+bool StatisticsReader::refresh(SqlConnection &connection, const std::function<bool()> &stop,
+                               const Keep &keep)
 {
     const auto now = Clock::now();
-    if (!connection.settle()) {
+    if (!connection.settle() || !loadSaved(connection)) {
         return false;
     }
     const auto changed = connection.number(u"SELECT coalesce(sum(changes), 0) FROM users"_s);
@@ -96,6 +174,17 @@ bool StatisticsReader::refresh(SqlConnection &connection, const std::function<bo
     refreshed = now;
     lastId = *last;
     updated = QDateTime::currentMSecsSinceEpoch();
+    QList<StatisticsTable::Rolled> groups = table.takeChanged();
+    if (whole || !groups.isEmpty()) {
+        const auto next = static_cast<qint64>(QRandomGenerator::global()->generate64() >> 1);
+        keep({.version = std::exchange(version, next),
+              .next = next,
+              .isWhole = whole,
+              .lastId = lastId,
+              .lastCell = lastCell,
+              .changes = changes,
+              .groups = std::move(groups)});
+    }
     return true;
 }
 

@@ -64,7 +64,8 @@ private Q_SLOTS:
              u"UPDATE reports SET download_avg = 5, document = CASE seriesid WHEN 7 THEN "
              "'<UUID>490154203237518</UUID>490154203237518,4901'||"
              "'<ServerDataDownload>sent 3 bytes in 4 ms</ServerDataDownload>' ELSE document END"_s,
-             u"DROP TABLE settings"_s, u"DROP TABLE allowances"_s, u"DROP INDEX reports_by_age"_s,
+             u"DROP TABLE settings"_s, u"DROP TABLE allowances"_s, u"DROP TABLE figures"_s,
+             u"DROP INDEX reports_by_age"_s,
              u"UPDATE users SET uuid = 'a' WHERE id = %1"_s.arg(first.id),
              u"UPDATE users SET uuid = 'b' WHERE id = %1"_s.arg(second.id),
              u"PRAGMA user_version=1"_s});

@@ -315,7 +315,7 @@ private Q_SLOTS:
 
     void publishesFiguresOfVerifiedTestsOfSeveralUsers()
     {
-        const Store store = open();
+        Store store = open();
         // Ten tests of three users over WLAN, nine over LTE, eleven of two users over 5G; then as
         // many that claim what nobody served.
         for (int i = 0; i < 60; ++i) {
@@ -351,6 +351,32 @@ private Q_SLOTS:
             }
             QCOMPARE(rows.join(u'|'), expected);
         }
+        // They are kept beside the reports: whoever comes next reads what is new alone.
+        const auto types = [&] {
+            return answer<Statistics>(
+                       [&](auto done) { store->statistics(StatisticsBy::Type, done); })
+                .rows;
+        };
+        store.reset();
+        sql({u"UPDATE reports SET rtt = 1"_s});
+        store = open();
+        QCOMPARE(types().value(0).rtt.value_or(Statistics::Figure()).count, 10);
+        QVERIFY(types()[0].rtt->median > 5'000'000);
+        store.reset();
+        store = open();
+        for (int i = 0; i < 2; ++i) {
+            Report more = report(1, 2, 946'684'800'100 + i);
+            more.connectionType = u"WlanMode"_s;
+            more.rttAvg = 1'000'000;
+            put(store, more);
+        }
+        QCOMPARE(types()[0].rtt->count, 12);
+        // Damaged ones are made anew.
+        store.reset();
+        sql({u"UPDATE figures SET counts = substr(counts, 1, 9)"_s});
+        store = open();
+        QCOMPARE(types()[0].rtt->count, 12);
+        QVERIFY(types()[0].rtt->median < 100);
     }
 
     void finishesItsQueueBeforeItClosesAndFailsOneReportAlone()
