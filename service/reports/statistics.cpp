@@ -3,6 +3,7 @@
 #include "reports/shownfigures.h"
 
 #include <QDateTime>
+#include <QIODevice>
 #include <QRegularExpression>
 #include <QTimeZone>
 
